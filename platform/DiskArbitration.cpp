@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+#include "platform/DiskArbitration.h"
+
+DADissenterRef makeDissenter(DAReturn status, std::optional<QString> statusString)
+{
+    return std::make_shared<const DADissenter>(
+        DADissenter { static_cast<quint32>(status), std::move(statusString) });
+}
+
+void DASession::registerDiskPeekCallback(DADiskPeekCallback callback, int order)
+{
+    // The order ranks several clients of one session against each other; this session has one client.
+    Q_UNUSED(order)
+    m_peek = std::move(callback);
+}
+
+void DASession::registerDiskAppearedCallback(DADiskAppearedCallback callback)
+{
+    m_appeared = std::move(callback);
+}
+
+void DASession::registerDiskDisappearedCallback(DADiskDisappearedCallback callback)
+{
+    m_disappeared = std::move(callback);
+}
+
+void DASession::registerDiskDescriptionChangedCallback(DADiskDescriptionChangedCallback callback)
+{
+    m_descriptionChanged = std::move(callback);
+}
+
+void DASession::deliverAppeared(const DADiskRef &disk) const
+{
+    if (m_peek)
+        m_peek(disk);
+    if (m_appeared)
+        m_appeared(disk);
+}
+
+void DASession::deliverDisappeared(const DADiskRef &disk) const
+{
+    if (m_disappeared)
+        m_disappeared(disk);
+}
+
+void DASession::deliverDescriptionChanged(const DADiskRef &disk, const QStringList &keys) const
+{
+    if (m_descriptionChanged)
+        m_descriptionChanged(disk, keys);
+}

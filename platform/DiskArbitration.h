@@ -1,0 +1,165 @@
+// SPDX-License-Identifier: MIT
+//
+// Disk arbitration: a session reports the machine's media through four callbacks and carries out mount,
+// unmount, eject and rename requests. One implementation talks to UDisks2 (UDisksSession.h), one keeps its
+// media in memory (MemoryDiskSession.h).
+//
+// Main thread only. No call waits: every request answers later, from the main run loop, through its completion.
+#pragma once
+
+#include "platform/Property.h"
+
+#include <QStringList>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+// Keys of a medium's description.
+namespace DAKey {
+inline const QString mediaBSDName = QStringLiteral("DAMediaBSDName");
+inline const QString mediaBlockSize = QStringLiteral("DAMediaBlockSize");
+inline const QString mediaContent = QStringLiteral("DAMediaContent");
+inline const QString mediaEjectable = QStringLiteral("DAMediaEjectable");
+inline const QString mediaLeaf = QStringLiteral("DAMediaLeaf");
+inline const QString mediaName = QStringLiteral("DAMediaName");
+inline const QString mediaRemovable = QStringLiteral("DAMediaRemovable");
+inline const QString mediaSize = QStringLiteral("DAMediaSize");
+inline const QString mediaWhole = QStringLiteral("DAMediaWhole");
+inline const QString mediaWritable = QStringLiteral("DAMediaWritable");
+inline const QString deviceInternal = QStringLiteral("DADeviceInternal");
+inline const QString volumeKind = QStringLiteral("DAVolumeKind");
+inline const QString volumeMountable = QStringLiteral("DAVolumeMountable");
+inline const QString volumeName = QStringLiteral("DAVolumeName");
+inline const QString volumePath = QStringLiteral("DAVolumePath");
+} // namespace DAKey
+
+// Keys of a medium's registry entry.
+namespace IOMediaKey {
+inline const QString base = QStringLiteral("Base"); // byte offset in the parent medium
+inline const QString partitionID = QStringLiteral("Partition ID"); // partition number, from 1
+} // namespace IOMediaKey
+
+// One medium as the service knows it. Two handles of one medium are the same object. A handle keeps the last
+// that was known of its medium after the medium has gone.
+class DADisk
+{
+public:
+    DADisk() = default;
+    DADisk(const DADisk &) = delete;
+    DADisk &operator=(const DADisk &) = delete;
+    virtual ~DADisk() = default;
+
+    // DADiskCopyDescription: what the service knows of the medium, or nothing.
+    virtual std::optional<PropertyDictionary> copyDescription() const = 0;
+
+    // DADiskCopyIOMedia with all its properties, or nothing when the medium has no registry entry.
+    virtual std::optional<PropertyDictionary> copyIOMediaProperties() const = 0;
+
+    // The device node, such as /dev/sda1; empty when there is none.
+    virtual QString deviceNode() const = 0;
+
+    // The number by which file system bundles tell the variants of one file system apart (FSSubType), as the
+    // medium's own data has it; nothing when it is unknown.
+    virtual std::optional<qint16> fileSystemSubtype() const = 0;
+};
+
+using DADiskRef = std::shared_ptr<DADisk>;
+
+// Status of a refused request. kDAReturn… names stand in the user's error texts.
+enum class DAReturn : quint32 {
+    Success = 0,
+    Error = 0xF8DA0001,
+    Busy = 0xF8DA0002,
+    BadArgument = 0xF8DA0003,
+    ExclusiveAccess = 0xF8DA0004,
+    NoResources = 0xF8DA0005,
+    NotFound = 0xF8DA0006,
+    NotMounted = 0xF8DA0007,
+    NotPermitted = 0xF8DA0008,
+    NotPrivileged = 0xF8DA0009,
+    NotReady = 0xF8DA000A,
+    NotWritable = 0xF8DA000B,
+    Unsupported = 0xF8DA000C,
+};
+
+// Why a request was refused.
+struct DADissenter {
+    quint32 status = 0; // a DAReturn, or another number that a service made up
+    std::optional<QString> statusString; // the service's own words
+};
+
+// Null when the request was granted.
+using DADissenterRef = std::shared_ptr<const DADissenter>;
+
+DADissenterRef makeDissenter(DAReturn status, std::optional<QString> statusString = {});
+
+// Option bits of a request; 0 is the default.
+enum DAUnmountOption : quint32 {
+    kDADiskUnmountOptionDefault = 0,
+    kDADiskUnmountOptionWhole = 0x1,
+    kDADiskUnmountOptionForce = 0x80000,
+};
+inline constexpr quint32 kDADiskMountOptionDefault = 0;
+inline constexpr quint32 kDADiskEjectOptionDefault = 0;
+inline constexpr quint32 kDADiskRenameOptionDefault = 0;
+
+// Runs exactly once, on the main thread, after the requesting call has returned. Not run when the session is
+// given back first.
+using DADiskCompletion = std::function<void(const DADiskRef &disk, const DADissenterRef &dissenter)>;
+
+using DADiskPeekCallback = std::function<void(const DADiskRef &disk)>;
+using DADiskAppearedCallback = std::function<void(const DADiskRef &disk)>;
+using DADiskDisappearedCallback = std::function<void(const DADiskRef &disk)>;
+using DADiskDescriptionChangedCallback = std::function<void(const DADiskRef &disk, const QStringList &keys)>;
+
+// One client of the service. Nothing is delivered before scheduleWithRunLoop() or after
+// unscheduleFromRunLoop(). A whole disk is reported before its partitions and taken back after them.
+class DASession
+{
+public:
+    DASession() = default;
+    DASession(const DASession &) = delete;
+    DASession &operator=(const DASession &) = delete;
+    virtual ~DASession() = default;
+
+    // Callbacks are registered before scheduling, one of each kind, for every disk and every key.
+    void registerDiskPeekCallback(DADiskPeekCallback callback, int order);
+    void registerDiskAppearedCallback(DADiskAppearedCallback callback);
+    void registerDiskDisappearedCallback(DADiskDisappearedCallback callback);
+    void registerDiskDescriptionChangedCallback(DADiskDescriptionChangedCallback callback);
+
+    // From here on every medium that is present is reported as appeared, and what happens later as it happens.
+    virtual void scheduleWithRunLoop() = 0;
+    virtual void unscheduleFromRunLoop() = 0;
+
+    // Mounts the volume where the service decides. A mounted volume dissents with Busy.
+    virtual void mount(const DADiskRef &disk, quint32 options, DADiskCompletion completion) = 0;
+
+    // Unmounts the volume, or with the option Whole all volumes of the disk one after another, stopping at the
+    // first refusal. With Force open files do not hold a volume, but the volumes that the running system stands
+    // on dissent with NotPermitted.
+    virtual void unmount(const DADiskRef &disk, quint32 options, DADiskCompletion completion) = 0;
+
+    // Ejects the disk, and powers it off where it can be; a loop disk is detached. A disk with a mounted volume
+    // dissents with Busy.
+    virtual void eject(const DADiskRef &disk, quint32 options, DADiskCompletion completion) = 0;
+
+    // Gives the volume a new name.
+    virtual void rename(const DADiskRef &disk, const QString &name, quint32 options, DADiskCompletion completion) = 0;
+
+protected:
+    // A peek comes right before the medium's appearance.
+    void deliverAppeared(const DADiskRef &disk) const;
+    void deliverDisappeared(const DADiskRef &disk) const;
+    void deliverDescriptionChanged(const DADiskRef &disk, const QStringList &keys) const;
+
+private:
+    DADiskPeekCallback m_peek;
+    DADiskAppearedCallback m_appeared;
+    DADiskDisappearedCallback m_disappeared;
+    DADiskDescriptionChangedCallback m_descriptionChanged;
+};
+
+// Makes a session, or returns null when the service cannot be reached at all.
+using DASessionFactory = std::function<std::unique_ptr<DASession>()>;

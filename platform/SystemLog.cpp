@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: MIT
+#include "platform/SystemLog.h"
+
+#include <cstdio>
+#include <cstring>
+#include <mutex>
+#include <syslog.h>
+#include <unistd.h>
+
+namespace {
+
+struct LogTarget {
+    std::mutex mutex;
+    std::function<void(const QString &)> handler;
+};
+
+LogTarget &logTarget()
+{
+    static LogTarget target;
+    return target;
+}
+
+} // namespace
+
+QString escapedForLog(const QString &text)
+{
+    QString result;
+    result.reserve(text.size());
+    for (const QChar c : text) {
+        if (c == u'\n')
+            result += QLatin1String("\\n");
+        else if (c == u'\r')
+            result += QLatin1String("\\r");
+        else if (c == u'\t')
+            result += QLatin1String("\\t");
+        else if (c.category() == QChar::Other_Control)
+            result += QStringLiteral("\\u{%1}").arg(c.unicode(), 0, 16);
+        else
+            result += c;
+    }
+    return result;
+}
+
+void systemLog(const QString &line)
+{
+    const QString text = escapedForLog(line);
+    std::function<void(const QString &)> handler;
+    {
+        const std::lock_guard lock(logTarget().mutex);
+        handler = logTarget().handler;
+    }
+    if (handler) {
+        handler(text);
+        return;
+    }
+    const QByteArray bytes = text.toUtf8();
+    syslog(LOG_USER | LOG_NOTICE, "%s", bytes.constData());
+    if (isatty(STDERR_FILENO))
+        std::fprintf(stderr, "%s\n", bytes.constData());
+}
+
+SystemLogRedirection::SystemLogRedirection(std::function<void(const QString &)> handler)
+{
+    const std::lock_guard lock(logTarget().mutex);
+    logTarget().handler = std::move(handler);
+}
+
+SystemLogRedirection::~SystemLogRedirection()
+{
+    const std::lock_guard lock(logTarget().mutex);
+    logTarget().handler = nullptr;
+}
+
+QString errnoText(int error)
+{
+    char buffer[256] = {};
+    return QString::fromLocal8Bit(strerror_r(error, buffer, sizeof buffer));
+}

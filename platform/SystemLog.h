@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+//
+// The system log: the journal through syslog(3), and stderr as well when that is a terminal. Any thread.
+#pragma once
+
+#include <QString>
+
+#include <functional>
+#include <memory>
+
+// Writes one line. Line breaks and control characters in the text are written as escapes, so that what a disk
+// or a bundle says cannot forge a second line.
+void systemLog(const QString &line);
+
+// While an object of this class lives, every line goes to its handler instead of the system log. The handler
+// is called on the thread that logs. One at a time.
+class SystemLogRedirection
+{
+public:
+    explicit SystemLogRedirection(std::function<void(const QString &line)> handler);
+    ~SystemLogRedirection();
+    SystemLogRedirection(const SystemLogRedirection &) = delete;
+    SystemLogRedirection &operator=(const SystemLogRedirection &) = delete;
+};
+
+// The text as it is written: control characters as \n, \t or \u{…}, everything else unchanged.
+QString escapedForLog(const QString &text);
+
+// The system's text of an errno value.
+QString errnoText(int error);

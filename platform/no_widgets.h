@@ -1,0 +1,9 @@
+// SPDX-License-Identifier: MIT
+//
+// Included last by every file of rules: decisions are functions of values and know no window.
+#ifdef QWIDGET_H
+#error "a rule file must not include a widget header"
+#endif
+#ifdef QGUIAPPLICATION_H
+#error "a rule file must not include a user interface header"
+#endif
