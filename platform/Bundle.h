@@ -24,8 +24,8 @@ public:
     // The information dictionary as Contents/Info.plist has it; nothing when it cannot be read.
     std::optional<PropertyDictionary> infoDictionary() const;
 
-    // The information dictionary with the top-level values of the first of the languages that the bundle has a
-    // readable InfoPlist.strings for laid over it; the unlocalized one when there is none. Languages are
+    // The information dictionary with the top-level values of the first of the languages that the bundle has
+    // a readable InfoPlist.strings for laid over it; the unlocalized one when there is none. Languages are
     // localization names such as "de" or "pt_BR"; nothing when there is no information dictionary.
     std::optional<PropertyDictionary> localizedInfoDictionary(const QStringList &languages) const;
 

@@ -29,6 +29,17 @@ void DASession::registerDiskDescriptionChangedCallback(DADiskDescriptionChangedC
     m_descriptionChanged = std::move(callback);
 }
 
+void DASession::setInitialListingCallback(std::function<void(bool serviceAvailable)> callback)
+{
+    m_initialListing = std::move(callback);
+}
+
+void DASession::deliverInitialListing(bool serviceAvailable)
+{
+    if (const auto callback = std::exchange(m_initialListing, nullptr))
+        callback(serviceAvailable);
+}
+
 void DASession::deliverAppeared(const DADiskRef &disk) const
 {
     if (m_peek)

@@ -4,7 +4,8 @@
 // unmount, eject and rename requests. One implementation talks to UDisks2 (UDisksSession.h), one keeps its
 // media in memory (MemoryDiskSession.h).
 //
-// Main thread only. No call waits: every request answers later, from the main run loop, through its completion.
+// Main thread only. No call waits: every request answers later, from the main run loop, through its
+// completion.
 #pragma once
 
 #include "platform/Property.h"
@@ -84,7 +85,8 @@ enum class DAReturn : quint32 {
 };
 
 // Why a request was refused.
-struct DADissenter {
+struct DADissenter
+{
     quint32 status = 0; // a DAReturn, or another number that a service made up
     std::optional<QString> statusString; // the service's own words
 };
@@ -129,36 +131,45 @@ public:
     void registerDiskDisappearedCallback(DADiskDisappearedCallback callback);
     void registerDiskDescriptionChangedCallback(DADiskDescriptionChangedCallback callback);
 
-    // From here on every medium that is present is reported as appeared, and what happens later as it happens.
+    // Told once after scheduling: all media that are present have been reported, or the service cannot be
+    // reached (its media are reported should it come later).
+    void setInitialListingCallback(std::function<void(bool serviceAvailable)> callback);
+
+    // From here on every medium that is present is reported as appeared, and what happens later as it
+    // happens.
     virtual void scheduleWithRunLoop() = 0;
     virtual void unscheduleFromRunLoop() = 0;
 
     // Mounts the volume where the service decides. A mounted volume dissents with Busy.
     virtual void mount(const DADiskRef &disk, quint32 options, DADiskCompletion completion) = 0;
 
-    // Unmounts the volume, or with the option Whole all volumes of the disk one after another, stopping at the
-    // first refusal. With Force open files do not hold a volume, but the volumes that the running system stands
-    // on dissent with NotPermitted.
+    // Unmounts the volume, or with the option Whole all volumes of the disk one after another, stopping at
+    // the first refusal. With Force open files do not hold a volume, but the volumes that the running system
+    // stands on dissent with NotPermitted.
     virtual void unmount(const DADiskRef &disk, quint32 options, DADiskCompletion completion) = 0;
 
-    // Ejects the disk, and powers it off where it can be; a loop disk is detached. A disk with a mounted volume
-    // dissents with Busy.
+    // Ejects the disk, and powers it off where it can be; a loop disk is detached. A disk with a mounted
+    // volume dissents with Busy.
     virtual void eject(const DADiskRef &disk, quint32 options, DADiskCompletion completion) = 0;
 
     // Gives the volume a new name.
-    virtual void rename(const DADiskRef &disk, const QString &name, quint32 options, DADiskCompletion completion) = 0;
+    virtual void rename(
+        const DADiskRef &disk, const QString &name, quint32 options, DADiskCompletion completion)
+        = 0;
 
 protected:
     // A peek comes right before the medium's appearance.
     void deliverAppeared(const DADiskRef &disk) const;
     void deliverDisappeared(const DADiskRef &disk) const;
     void deliverDescriptionChanged(const DADiskRef &disk, const QStringList &keys) const;
+    void deliverInitialListing(bool serviceAvailable);
 
 private:
     DADiskPeekCallback m_peek;
     DADiskAppearedCallback m_appeared;
     DADiskDisappearedCallback m_disappeared;
     DADiskDescriptionChangedCallback m_descriptionChanged;
+    std::function<void(bool serviceAvailable)> m_initialListing;
 };
 
 // Makes a session, or returns null when the service cannot be reached at all.

@@ -58,7 +58,8 @@ int compareDoubles(double a, double b)
     return threeWay(a, b);
 }
 
-struct NumberComparison {
+struct NumberComparison
+{
     int operator()(qint64 a, qint64 b) const { return threeWay(a, b); }
     int operator()(quint64 a, quint64 b) const { return threeWay(a, b); }
     int operator()(qint64 a, quint64 b) const { return compareIntegers(a, b); }

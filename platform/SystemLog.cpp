@@ -9,7 +9,8 @@
 
 namespace {
 
-struct LogTarget {
+struct LogTarget
+{
     std::mutex mutex;
     std::function<void(const QString &)> handler;
 };

@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: MIT
+//
+// The disk record: a snapshot of one medium's description, with the state of the operation that runs on it.
+// Main thread only, but for bsdName, which a worker may read while its operation is in progress.
+#pragma once
+
+#include "platform/DiskArbitration.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QUrl>
+
+#include <memory>
+#include <optional>
+
+class ZorvexDiskManagerAppDelegate;
+class ZorvexDiskManagerDiskListItem;
+
+class ZorvexDiskManagerDisk
+{
+public:
+    // A new record with every field zero, false or absent; null when memory is short.
+    static std::shared_ptr<ZorvexDiskManagerDisk> alloc() noexcept;
+
+    ZorvexDiskManagerDisk() = default;
+    ZorvexDiskManagerDisk(const ZorvexDiskManagerDisk &) = delete;
+    ZorvexDiskManagerDisk &operator=(const ZorvexDiskManagerDisk &) = delete;
+    ~ZorvexDiskManagerDisk();
+
+    // Drops what the record owns. The disk handle stays.
+    void cleanupZorvexDiskManagerDisk();
+
+    // A partial copy: enough to name and place the medium, nothing that drives an operation. Null when memory
+    // is short.
+    std::shared_ptr<ZorvexDiskManagerDisk> copyWithZone() const;
+
+    // The BSD name, "(null)" when there is none.
+    QString description() const;
+
+    DADiskRef daDisk;
+    qint32 removable = 0;
+    std::optional<QString> content; // partition type GUID or name
+    qint32 whole = 0;
+    qint32 leaf = 0; // no partitions below it
+    std::optional<QString> bsdName; // the record's identity
+    qint32 ejectable = 0;
+    qint64 preferred_block_size = 0; // bytes
+    std::optional<QUrl> volumePath; // mount point; absent when not mounted
+    bool mountable = false;
+    bool writable = false;
+    bool internal = false;
+    std::optional<QString> mediaName;
+    std::optional<QString> volumeName;
+    std::optional<QString> volumeKind; // name of the bundle that claims the file system
+    qint32 subtype = 0; // kept by the information panel
+    std::optional<PropertyNumber> mediaSize; // bytes
+    ZorvexDiskManagerAppDelegate *delegate = nullptr; // not owned
+    bool operationInProgress = false;
+    bool operationInProgressShowFormatTab = false;
+    bool operationInProgressShowMaintenanceTab = false;
+    // The node that holds this record, in spite of the name; not owned, null once the medium has gone.
+    ZorvexDiskManagerDiskListItem *parent_item = nullptr;
+    std::optional<QByteArray> checkRepairOutput;
+};
+
+// Fills the record from the disk's description. Returns false on success and true when the disk is refused or
+// its description is unusable; then the record is untouched, unless only an optional value was of a wrong
+// type. When memory is short the record is untouched and the result is false all the same.
+bool zorvex_disk_manager_update_disk_description(const DADiskRef &disk, ZorvexDiskManagerDisk &record);

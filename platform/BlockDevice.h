@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+//
+// Facts about a block device that any process can read from sysfs and procfs, so that the application and
+// diskutil agree on every name without sharing any state. Any thread.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+struct BlockDeviceFacts
+{
+    QString bsdName; // disk<sequence number of the whole disk>, with s<partition number> for a partition
+    quint64 diskSequence = 0;
+    quint32 partitionNumber = 0; // 0 for a whole disk
+    qint64 logicalBlockSize = 0; // bytes
+};
+
+// The facts of a device node such as /dev/sda1; nothing when it is no block device or has just gone.
+std::optional<BlockDeviceFacts> readBlockDeviceFacts(const QString &deviceNode);
+
+// The kernel's name (sda1) of a device node, links followed; empty when it is no block device.
+QString kernelDeviceName(const QString &deviceNode);
+
+// Whether the running system stands on this device or on something above it: "/", "/boot", "/usr" and what
+// lies between them and the disk, and swap space in use.
+bool isSystemDevice(const QString &deviceNode);

@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: MIT
+#include "platform/MemoryDiskSession.h"
+
+class MemoryDiskSession : public DASession
+{
+public:
+    explicit MemoryDiskSession(MemoryDiskService &service)
+        : m_service(service)
+    {
+    }
+    ~MemoryDiskSession() override { leave(); }
+
+    void scheduleWithRunLoop() override
+    {
+        m_service.m_session = this;
+        for (const MemoryDiskRef &disk : std::vector(m_service.m_disks))
+            deliverAppeared(disk);
+        deliverInitialListing(true);
+    }
+    void unscheduleFromRunLoop() override { leave(); }
+
+    void mount(const DADiskRef &disk, quint32 options, DADiskCompletion completion) override
+    {
+        enqueue({ MemoryDiskService::RequestKind::Mount, disk, options, {}, std::move(completion) });
+    }
+    void unmount(const DADiskRef &disk, quint32 options, DADiskCompletion completion) override
+    {
+        enqueue({ MemoryDiskService::RequestKind::Unmount, disk, options, {}, std::move(completion) });
+    }
+    void eject(const DADiskRef &disk, quint32 options, DADiskCompletion completion) override
+    {
+        enqueue({ MemoryDiskService::RequestKind::Eject, disk, options, {}, std::move(completion) });
+    }
+    void rename(
+        const DADiskRef &disk, const QString &name, quint32 options, DADiskCompletion completion) override
+    {
+        enqueue({ MemoryDiskService::RequestKind::Rename, disk, options, name, std::move(completion) });
+    }
+
+    using DASession::deliverAppeared;
+    using DASession::deliverDescriptionChanged;
+    using DASession::deliverDisappeared;
+
+private:
+    void enqueue(MemoryDiskService::Request request) { m_service.m_requests.push_back(std::move(request)); }
+
+    void leave()
+    {
+        if (m_service.m_session == this) {
+            m_service.m_session = nullptr;
+            m_service.m_requests.clear();
+        }
+    }
+
+    MemoryDiskService &m_service;
+};
+
+std::unique_ptr<DASession> MemoryDiskService::createSession()
+{
+    return std::make_unique<MemoryDiskSession>(*this);
+}
+
+void MemoryDiskService::addDisk(const MemoryDiskRef &disk)
+{
+    m_disks.push_back(disk);
+    if (m_session)
+        m_session->deliverAppeared(disk);
+}
+
+void MemoryDiskService::removeDisk(const MemoryDiskRef &disk)
+{
+    std::erase(m_disks, disk);
+    if (m_session)
+        m_session->deliverDisappeared(disk);
+}
+
+void MemoryDiskService::changeDisk(const MemoryDiskRef &disk, const QStringList &keys)
+{
+    if (m_session)
+        m_session->deliverDescriptionChanged(disk, keys);
+}
+
+void MemoryDiskService::completeRequest(const DADissenterRef &dissenter)
+{
+    Q_ASSERT(!m_requests.empty());
+    const Request request = m_requests.front();
+    m_requests.erase(m_requests.begin());
+    request.completion(request.disk, dissenter);
+}

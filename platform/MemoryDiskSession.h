@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+//
+// A disk service that keeps its media in memory, for the cases that no real disk can be made to produce.
+// Events are delivered at once, from within the call that causes them; a request waits until it is completed.
+// Main thread only.
+#pragma once
+
+#include "platform/DiskArbitration.h"
+
+#include <vector>
+
+class MemoryDisk : public DADisk
+{
+public:
+    std::optional<PropertyDictionary> copyDescription() const override { return description; }
+    std::optional<PropertyDictionary> copyIOMediaProperties() const override { return mediaProperties; }
+    QString deviceNode() const override { return node; }
+    std::optional<qint16> fileSystemSubtype() const override { return subtype; }
+
+    std::optional<PropertyDictionary> description;
+    std::optional<PropertyDictionary> mediaProperties;
+    QString node;
+    std::optional<qint16> subtype;
+};
+
+using MemoryDiskRef = std::shared_ptr<MemoryDisk>;
+
+class MemoryDiskSession;
+
+class MemoryDiskService
+{
+public:
+    enum class RequestKind { Mount, Unmount, Eject, Rename };
+
+    struct Request
+    {
+        RequestKind kind = RequestKind::Mount;
+        DADiskRef disk;
+        quint32 options = 0;
+        QString name; // the new name of a rename
+        DADiskCompletion completion;
+    };
+
+    // Makes the session of this service; the service outlives it.
+    std::unique_ptr<DASession> createSession();
+
+    void addDisk(const MemoryDiskRef &disk);
+    void removeDisk(const MemoryDiskRef &disk);
+    void changeDisk(const MemoryDiskRef &disk, const QStringList &keys = {});
+
+    // Requests that have not been answered, oldest first.
+    const std::vector<Request> &requests() const { return m_requests; }
+
+    // Answers the oldest request. The completion may make the next one.
+    void completeRequest(const DADissenterRef &dissenter = {});
+
+    bool hasScheduledSession() const { return m_session != nullptr; }
+
+private:
+    friend class MemoryDiskSession;
+
+    MemoryDiskSession *m_session = nullptr; // while it is scheduled
+    std::vector<MemoryDiskRef> m_disks;
+    std::vector<Request> m_requests;
+};

@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: MIT
+//
+// Mounted file systems, and how much room is left on one. Reading a volume's space asks its file system, so
+// it takes as long as that takes. Any thread.
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <functional>
+#include <optional>
+#include <vector>
+
+// One line of the kernel's own table.
+struct KernelMount
+{
+    QByteArray source; // such as /dev/sda1
+    QByteArray mountPoint;
+    quint32 deviceMajor = 0;
+    quint32 deviceMinor = 0;
+};
+
+// The kernel's table; empty when it cannot be read.
+std::vector<KernelMount> readKernelMounts();
+
+// Tells two mounted file systems apart.
+struct FileSystemID
+{
+    qint32 first = 0;
+    qint32 second = 0;
+    friend bool operator==(const FileSystemID &, const FileSystemID &) = default;
+};
+
+// One mounted file system as the application is told of it.
+struct MountedFileSystem
+{
+    QByteArray mountedFrom; // /dev/ and the BSD name
+    QByteArray mountPoint;
+    FileSystemID id;
+    quint32 subtype = 0; // of the file system, as FSSubType counts
+};
+
+class MountTable
+{
+public:
+    virtual ~MountTable() = default;
+
+    // getmntinfo: all mounted file systems of disks.
+    virtual std::vector<MountedFileSystem> mountedFileSystems() const = 0;
+
+    // statfs: the identity of the file system that the path leads to, or nothing.
+    virtual std::optional<FileSystemID> fileSystemID(const QByteArray &path) const = 0;
+
+    // Names in a folder, in the folder's own order; nothing when it cannot be read.
+    virtual std::optional<std::vector<QByteArray>> folderEntries(const QByteArray &path) const = 0;
+
+    // getattrlist: the free space in bytes of the volume that the path leads to. Returns 0, or an errno
+    // value.
+    virtual int freeSpace(const QByteArray &path, qint64 *bytes) const = 0;
+};
+
+// The running kernel's table. The subtype of a file system is asked from the disk service's data, by BSD
+// name.
+class KernelMountTable : public MountTable
+{
+public:
+    using SubtypeLookup = std::function<std::optional<qint16>(const QString &bsdName)>;
+
+    explicit KernelMountTable(SubtypeLookup subtypeOf);
+
+    std::vector<MountedFileSystem> mountedFileSystems() const override;
+    std::optional<FileSystemID> fileSystemID(const QByteArray &path) const override;
+    std::optional<std::vector<QByteArray>> folderEntries(const QByteArray &path) const override;
+    int freeSpace(const QByteArray &path, qint64 *bytes) const override;
+
+private:
+    SubtypeLookup m_subtypeOf;
+};

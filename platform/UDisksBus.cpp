@@ -1,0 +1,244 @@
+// SPDX-License-Identifier: MIT
+#include "platform/UDisksBus.h"
+
+#include "platform/SystemLog.h"
+#include "platform/UDisksError.h"
+
+#include <QDBusArgument>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDBusVariant>
+
+#include <climits>
+#include <utility>
+
+namespace {
+
+// A question to the user for a password counts as time of the call, and so does an eject that flushes a slow
+// disk: no call is given up.
+constexpr int noTimeLimit = INT_MAX;
+
+const QString objectManager = QStringLiteral("org.freedesktop.DBus.ObjectManager");
+const QString busService = QStringLiteral("org.freedesktop.DBus");
+const QString busPath = QStringLiteral("/org/freedesktop/DBus");
+const QString propertiesInterface = QStringLiteral("org.freedesktop.DBus.Properties");
+
+} // namespace
+
+UDisksBus::UDisksBus(const QDBusConnection &bus, QObject *parent)
+    : QObject(parent)
+    , m_bus(bus)
+{
+    registerUDisksTypes();
+}
+
+UDisksBus::~UDisksBus() = default;
+
+void UDisksBus::start()
+{
+    m_bus.connect(busService, busPath, busService, QStringLiteral("NameOwnerChanged"), { UDisks::service },
+        {}, this, SLOT(nameOwnerChanged(QString, QString, QString)));
+    askOwner();
+}
+
+QDBusPendingCallWatcher *UDisksBus::callBus(const QString &method, const QVariantList &arguments)
+{
+    auto message = QDBusMessage::createMethodCall(busService, busPath, busService, method);
+    message.setArguments(arguments);
+    return new QDBusPendingCallWatcher(m_bus.asyncCall(message, noTimeLimit), this);
+}
+
+// Signals are asked for by the service's unique name: Qt would look up the owner of any other name at once,
+// and wait for the answer.
+void UDisksBus::askOwner()
+{
+    auto *watcher = callBus(QStringLiteral("GetNameOwner"), { UDisks::service });
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
+        watcher->deleteLater();
+        const QDBusPendingReply<QString> reply = *watcher;
+        if (reply.isError())
+            startService();
+        else if (m_owner.isEmpty())
+            follow(reply.value());
+    });
+}
+
+void UDisksBus::startService()
+{
+    if (!m_owner.isEmpty())
+        return;
+    auto *watcher = callBus(QStringLiteral("StartServiceByName"), { UDisks::service, 0U });
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
+        watcher->deleteLater();
+        // A service that has started is heard of by the change of the name's owner.
+        const QDBusPendingReply<uint> reply = *watcher;
+        if (!reply.isError() || !m_owner.isEmpty())
+            return;
+        systemLog(QStringLiteral("Unable to start the disk service: %1").arg(reply.error().message()));
+        Q_EMIT listed(false);
+    });
+}
+
+void UDisksBus::follow(const QString &owner)
+{
+    m_owner = owner;
+    connectSignals(true);
+    list();
+}
+
+void UDisksBus::connectSignals(bool connected)
+{
+    const struct
+    {
+        QString path;
+        QString interface;
+        QString name;
+        const char *slot;
+    } signalSlots[] = {
+        { UDisks::rootPath, objectManager, QStringLiteral("InterfacesAdded"),
+            SLOT(interfacesAdded(QDBusMessage)) },
+        { UDisks::rootPath, objectManager, QStringLiteral("InterfacesRemoved"),
+            SLOT(interfacesRemoved(QDBusMessage)) },
+        { {}, propertiesInterface, QStringLiteral("PropertiesChanged"),
+            SLOT(propertiesChanged(QDBusMessage)) },
+    };
+    for (const auto &[path, interface, name, slot] : signalSlots) {
+        if (connected)
+            m_bus.connect(m_owner, path, interface, name, this, slot);
+        else
+            m_bus.disconnect(m_owner, path, interface, name, this, slot);
+    }
+}
+
+void UDisksBus::list()
+{
+    const int listing = ++m_listing;
+    const auto message = QDBusMessage::createMethodCall(
+        m_owner, UDisks::rootPath, objectManager, QStringLiteral("GetManagedObjects"));
+    auto *watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(message, noTimeLimit), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, listing, watcher] {
+        watcher->deleteLater();
+        if (listing == m_listing)
+            objectsListed(watcher->reply());
+    });
+}
+
+void UDisksBus::objectsListed(const QDBusMessage &reply)
+{
+    if (reply.type() == QDBusMessage::ErrorMessage) {
+        systemLog(QStringLiteral("Unable to list disks: %1").arg(reply.errorMessage()));
+        Q_EMIT listed(false);
+        return;
+    }
+    if (reply.signature() != QLatin1String("a{oa{sa{sv}}}")) {
+        systemLog(QStringLiteral("Unexpected reply to the listing of disks: %1").arg(reply.signature()));
+        Q_EMIT listed(false);
+        return;
+    }
+    m_isListed = true;
+    m_store.clear();
+    const auto objects = qdbus_cast<UDisksObjects>(reply.arguments().constFirst());
+    for (auto object = objects.cbegin(); object != objects.cend(); ++object)
+        m_store.addInterfaces(object.key().path(), object.value());
+    m_changed.clear();
+    Q_EMIT listed(true);
+}
+
+void UDisksBus::forget()
+{
+    ++m_listing;
+    connectSignals(false);
+    m_owner.clear();
+    m_isListed = false;
+    m_store.clear();
+    m_changed.clear();
+}
+
+void UDisksBus::nameOwnerChanged(const QString &name, const QString &oldOwner, const QString &newOwner)
+{
+    Q_UNUSED(oldOwner)
+    if (name != UDisks::service || newOwner == m_owner)
+        return;
+    if (!m_owner.isEmpty()) {
+        forget();
+        Q_EMIT listed(false);
+    }
+    // The service exports its objects before it takes its name, and tells nobody of them: they must be asked
+    // for.
+    if (!newOwner.isEmpty())
+        follow(newOwner);
+}
+
+void UDisksBus::interfacesAdded(const QDBusMessage &message)
+{
+    if (!m_isListed || message.service() != m_owner || message.signature() != QLatin1String("oa{sa{sv}}"))
+        return;
+    const QString path = message.arguments().at(0).value<QDBusObjectPath>().path();
+    m_store.addInterfaces(path, qdbus_cast<UDisksInterfaces>(message.arguments().at(1)));
+    markChanged(path);
+}
+
+void UDisksBus::interfacesRemoved(const QDBusMessage &message)
+{
+    if (!m_isListed || message.service() != m_owner || message.signature() != QLatin1String("oas"))
+        return;
+    const QString path = message.arguments().at(0).value<QDBusObjectPath>().path();
+    m_store.removeInterfaces(path, message.arguments().at(1).toStringList());
+    markChanged(path);
+}
+
+void UDisksBus::propertiesChanged(const QDBusMessage &message)
+{
+    if (!m_isListed || message.service() != m_owner || message.signature() != QLatin1String("sa{sv}as"))
+        return;
+    const QString interface = message.arguments().at(0).toString();
+    if (m_store.changeProperties(
+            message.path(), interface, qdbus_cast<QVariantMap>(message.arguments().at(1))))
+        markChanged(message.path());
+}
+
+void UDisksBus::markChanged(const QString &path)
+{
+    // Signals come in bursts; what is in the queue already is told together.
+    if (m_changed.isEmpty())
+        QMetaObject::invokeMethod(this, &UDisksBus::flush, Qt::QueuedConnection);
+    m_changed.insert(path);
+}
+
+void UDisksBus::flush()
+{
+    if (!m_changed.isEmpty())
+        Q_EMIT changed(std::exchange(m_changed, {}));
+}
+
+void UDisksBus::call(const QString &path, const QString &interface, const QString &method,
+    const QVariantList &arguments, Reply reply)
+{
+    auto message = QDBusMessage::createMethodCall(UDisks::service, path, interface, method);
+    message.setArguments(arguments);
+    auto *watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(message, noTimeLimit), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [watcher, reply = std::move(reply)] {
+        watcher->deleteLater();
+        const QDBusMessage answer = watcher->reply();
+        if (answer.type() == QDBusMessage::ErrorMessage)
+            reply(answer, dissenterFromBusError(answer.errorName(), answer.errorMessage()));
+        else
+            reply(answer, nullptr);
+    });
+}
+
+void UDisksBus::readProperty(
+    const QString &path, const QString &interface, const QString &name, std::function<void()> done)
+{
+    call(path, propertiesInterface, QStringLiteral("Get"), { interface, name },
+        [this, path, interface, name, done = std::move(done)](
+            const QDBusMessage &reply, const DADissenterRef &dissenter) {
+            if (!dissenter && reply.signature() == QLatin1String("v") && reply.service() == m_owner) {
+                const QVariant value = reply.arguments().constFirst().value<QDBusVariant>().variant();
+                if (m_store.changeProperties(path, interface, { { name, value } }))
+                    m_changed.insert(path);
+            }
+            flush();
+            done();
+        });
+}

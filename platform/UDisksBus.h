@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: MIT
+//
+// The conversation with UDisks2: one listing, signals, and calls whose answers come later. It keeps the store
+// up to date and tells what has changed. Main thread only.
+#pragma once
+
+#include "platform/DiskArbitration.h"
+#include "platform/UDisksStore.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QObject>
+#include <QSet>
+
+#include <functional>
+
+class QDBusPendingCallWatcher;
+
+class UDisksBus : public QObject
+{
+    Q_OBJECT
+
+public:
+    // Answer of a call: the dissenter is null when it was granted.
+    using Reply = std::function<void(const QDBusMessage &reply, const DADissenterRef &dissenter)>;
+
+    UDisksBus(const QDBusConnection &bus, QObject *parent = nullptr);
+    ~UDisksBus() override;
+
+    // Starts the service if need be, subscribes to its signals, then lists its objects.
+    void start();
+
+    const UDisksStore &store() const { return m_store; }
+
+    // Calls a method of an object of the service. The reply is not run when this object goes first.
+    void call(const QString &path, const QString &interface, const QString &method,
+        const QVariantList &arguments, Reply reply);
+
+    // Reads one property anew into the store, for a caller that cannot wait for its signal; then runs done,
+    // whether or not the property could be read.
+    void readProperty(
+        const QString &path, const QString &interface, const QString &name, std::function<void()> done);
+
+    // Tells at once what has changed so far.
+    void flush();
+
+Q_SIGNALS:
+    // All objects are listed anew, or (available false) there are none any more.
+    void listed(bool available);
+
+    // Objects with these paths were added, changed or removed; several changes are told together.
+    void changed(const QSet<QString> &paths);
+
+private Q_SLOTS:
+    void interfacesAdded(const QDBusMessage &message);
+    void interfacesRemoved(const QDBusMessage &message);
+    void propertiesChanged(const QDBusMessage &message);
+    void nameOwnerChanged(const QString &name, const QString &oldOwner, const QString &newOwner);
+
+private:
+    void askOwner();
+    void startService();
+    void follow(const QString &owner);
+    void list();
+    void forget();
+    void connectSignals(bool connected);
+    QDBusPendingCallWatcher *callBus(const QString &method, const QVariantList &arguments);
+    void objectsListed(const QDBusMessage &reply);
+    void markChanged(const QString &path);
+
+    QDBusConnection m_bus;
+    UDisksStore m_store;
+    QString m_owner; // unique name of the service that is followed; empty while there is none
+    bool m_isListed = false; // signals count from the listing on, which tells all that came before
+    int m_listing = 0; // number of the latest listing; the answer to an older one is dropped
+    QSet<QString> m_changed;
+};

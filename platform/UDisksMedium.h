@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+//
+// From what UDisks2 says of a block device to the description of a medium. Functions of values, main thread.
+#pragma once
+
+#include "platform/BlockDevice.h"
+#include "platform/DiskArbitration.h"
+#include "platform/FileSystemClaims.h"
+#include "platform/Property.h"
+#include "platform/UDisksStore.h"
+
+#include <functional>
+#include <optional>
+
+struct UDisksMedium
+{
+    BlockDeviceFacts facts;
+    QString deviceNode;
+    PropertyDictionary description;
+    PropertyDictionary mediaProperties;
+    std::optional<qint16> subtype;
+};
+
+using BlockDeviceFactsReader = std::function<std::optional<BlockDeviceFacts>(const QString &deviceNode)>;
+
+// The medium of this block device; nothing when there is none in it, when it is not to be shown, or when the
+// device has just gone.
+std::optional<UDisksMedium> readUDisksMedium(const UDisksStore &store, const QString &path,
+    const FileSystemClaims &claims, const BlockDeviceFactsReader &readFacts);
+
+// The text with control characters, and characters that reorder the text around them, replaced by U+FFFD: a
+// name on a disk must not be able to pass for another.
+QString harmlessName(const QString &name);
+
+// The content hint of a partition of an MBR disk, from its type as UDisks2 writes it ("0x83").
+QString mbrContent(const QString &type);

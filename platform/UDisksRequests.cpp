@@ -1,0 +1,227 @@
+// SPDX-License-Identifier: MIT
+#include "platform/UDisksRequests.h"
+
+#include "platform/BlockDevice.h"
+
+#include <QTimer>
+
+#include <chrono>
+
+namespace {
+
+// One call takes away one mount point. A volume that is mounted more often than this is being mounted again
+// by somebody else.
+constexpr int mostMountPoints = 16;
+
+// A loop disk that something still holds open is detached by the kernel when that lets go of it; the user is
+// told after this time.
+constexpr std::chrono::seconds detachmentLimit { 5 };
+
+const QVariantMap noOptions;
+
+} // namespace
+
+void UDisksRequests::answerLater(Completion completion, DAReturn status)
+{
+    QTimer::singleShot(0, &m_bus, [completion = std::move(completion), status] {
+        completion(status == DAReturn::Success ? nullptr : makeDissenter(status));
+    });
+}
+
+bool UDisksRequests::isMounted(const QString &path) const
+{
+    return !m_bus.store().fileNames(path, UDisks::filesystem, "MountPoints").isEmpty();
+}
+
+// The signal that tells of new mount points comes after the answer to the call that made them. Reading them
+// here lets whoever waits for the answer see the volume as it is.
+void UDisksRequests::readMountPoints(const QString &path, std::function<void()> done)
+{
+    m_bus.readProperty(path, UDisks::filesystem, QStringLiteral("MountPoints"), std::move(done));
+}
+
+void UDisksRequests::mount(const QString &path, Completion completion)
+{
+    if (!m_bus.store().hasInterface(path, UDisks::filesystem)) {
+        answerLater(std::move(completion), DAReturn::Unsupported);
+        return;
+    }
+    m_bus.call(path, UDisks::filesystem, QStringLiteral("Mount"), { noOptions },
+        [this, path, completion = std::move(completion)](
+            const QDBusMessage &, const DADissenterRef &dissenter) {
+            readMountPoints(path, [completion, dissenter] { completion(dissenter); });
+        });
+}
+
+void UDisksRequests::unmount(const QString &path, Scope scope, Force force, Completion completion)
+{
+    QStringList mounted = scope == Scope::Disk ? m_bus.store().blockDevicesOn(m_bus.store().wholeDiskOf(path))
+                                               : QStringList { path };
+    mounted.removeIf([this](const QString &device) { return !isMounted(device); });
+    if (force == Force::Yes) {
+        for (const QString &device : std::as_const(mounted)) {
+            if (isSystemDevice(m_bus.store().fileName(device, UDisks::block, "Device"))) {
+                answerLater(std::move(completion), DAReturn::NotPermitted);
+                return;
+            }
+        }
+    }
+    if (mounted.isEmpty()) {
+        answerLater(std::move(completion), scope == Scope::Disk ? DAReturn::Success : DAReturn::NotMounted);
+        return;
+    }
+    unmountNext(mounted, force, 0, std::move(completion));
+}
+
+void UDisksRequests::unmountNext(QStringList paths, Force force, int tries, Completion completion)
+{
+    if (paths.isEmpty()) {
+        completion(nullptr);
+        return;
+    }
+    const QString path = paths.constFirst();
+    QVariantMap options;
+    if (force == Force::Yes)
+        options.insert(QStringLiteral("force"), true);
+    m_bus.call(path, UDisks::filesystem, QStringLiteral("Unmount"), { options },
+        [this, paths, force, tries, completion = std::move(completion)](
+            const QDBusMessage &, const DADissenterRef &dissenter) {
+            readMountPoints(paths.constFirst(), [this, paths, force, tries, completion, dissenter] {
+                if (dissenter)
+                    completion(dissenter);
+                else if (isMounted(paths.constFirst()) && tries + 1 < mostMountPoints)
+                    unmountNext(paths, force, tries + 1, completion);
+                else if (isMounted(paths.constFirst()))
+                    completion(makeDissenter(DAReturn::Busy));
+                else
+                    unmountNext(paths.mid(1), force, 0, completion);
+            });
+        });
+}
+
+void UDisksRequests::eject(const QString &path, Completion completion)
+{
+    // A loop disk would be detached with a volume still mounted, to vanish some time later.
+    for (const QString &device : m_bus.store().blockDevicesOn(path)) {
+        if (isMounted(device)) {
+            answerLater(std::move(completion), DAReturn::Busy);
+            return;
+        }
+    }
+    const QString drive = m_bus.store().objectPath(path, UDisks::block, "Drive");
+    if (m_bus.store().hasInterface(path, UDisks::loop))
+        detachLoop(path, std::move(completion));
+    else if (!drive.isEmpty())
+        ejectDrive(drive, std::move(completion));
+    else
+        answerLater(std::move(completion), DAReturn::Unsupported);
+}
+
+void UDisksRequests::detachLoop(const QString &path, Completion completion)
+{
+    m_bus.call(path, UDisks::loop, QStringLiteral("Delete"), { noOptions },
+        [this, path, completion = std::move(completion)](
+            const QDBusMessage &, const DADissenterRef &dissenter) {
+            if (dissenter)
+                completion(dissenter);
+            else
+                awaitDetachment(path, completion);
+        });
+}
+
+// The kernel reports success for a loop disk that is still in use, and detaches it at its last close.
+void UDisksRequests::awaitDetachment(const QString &path, Completion completion)
+{
+    const auto isDetached
+        = [this, path] { return m_bus.store().fileName(path, UDisks::loop, "BackingFile").isEmpty(); };
+    m_bus.readProperty(path, UDisks::loop, QStringLiteral("BackingFile"),
+        [this, isDetached, completion = std::move(completion)] {
+            if (isDetached()) {
+                completion(nullptr);
+                return;
+            }
+            auto *wait = new QTimer(&m_bus);
+            wait->setSingleShot(true);
+            const auto finish = [wait, completion](const DADissenterRef &dissenter) {
+                wait->deleteLater();
+                completion(dissenter);
+            };
+            QObject::connect(wait, &QTimer::timeout, wait, [finish] {
+                finish(makeDissenter(DAReturn::Busy, QStringLiteral("The disk is still in use.")));
+            });
+            const auto check = [wait, isDetached, finish] {
+                if (wait->isActive() && isDetached()) {
+                    wait->stop();
+                    finish(nullptr);
+                }
+            };
+            QObject::connect(&m_bus, &UDisksBus::changed, wait, check);
+            QObject::connect(&m_bus, &UDisksBus::listed, wait, check);
+            wait->start(detachmentLimit);
+        });
+}
+
+void UDisksRequests::ejectDrive(const QString &drive, Completion completion)
+{
+    const bool canEject = m_bus.store().flag(drive, UDisks::drive, "Ejectable");
+    const bool canPowerOff = m_bus.store().flag(drive, UDisks::drive, "CanPowerOff");
+    if (!canEject && !canPowerOff) {
+        answerLater(std::move(completion), DAReturn::Unsupported);
+        return;
+    }
+    const auto powerOff = [this, drive](const Completion &done, bool isRequired) {
+        m_bus.call(drive, UDisks::drive, QStringLiteral("PowerOff"), { noOptions },
+            [done, isRequired](const QDBusMessage &, const DADissenterRef &dissenter) {
+                done(isRequired ? dissenter : nullptr);
+            });
+    };
+    if (!canEject) {
+        powerOff(completion, true);
+        return;
+    }
+    m_bus.call(drive, UDisks::drive, QStringLiteral("Eject"), { noOptions },
+        [canPowerOff, powerOff, completion = std::move(completion)](
+            const QDBusMessage &, const DADissenterRef &dissenter) {
+            // A disk that is ejected may be pulled; that it could not be powered off as well changes nothing.
+            if (dissenter || !canPowerOff)
+                completion(dissenter);
+            else
+                powerOff(completion, false);
+        });
+}
+
+void UDisksRequests::setLabel(const QString &path, const QString &name, Completion completion)
+{
+    m_bus.call(path, UDisks::filesystem, QStringLiteral("SetLabel"), { name, noOptions },
+        [this, path, completion = std::move(completion)](
+            const QDBusMessage &, const DADissenterRef &dissenter) {
+            m_bus.readProperty(path, UDisks::block, QStringLiteral("IdLabel"),
+                [completion, dissenter] { completion(dissenter); });
+        });
+}
+
+void UDisksRequests::rename(const QString &path, const QString &name, Completion completion)
+{
+    if (!m_bus.store().hasInterface(path, UDisks::filesystem)) {
+        answerLater(std::move(completion), DAReturn::Unsupported);
+        return;
+    }
+    const bool wasMounted = isMounted(path);
+    setLabel(path, name,
+        [this, path, name, wasMounted, completion = std::move(completion)](const DADissenterRef &dissenter) {
+            if (!dissenter || !wasMounted) {
+                completion(dissenter);
+                return;
+            }
+            unmount(path, Scope::Volume, Force::No,
+                [this, path, name, completion](const DADissenterRef &refusal) {
+                    if (refusal) {
+                        completion(refusal);
+                        return;
+                    }
+                    setLabel(path, name, [this, path, completion](const DADissenterRef &outcome) {
+                        mount(path, [completion, outcome](const DADissenterRef &) { completion(outcome); });
+                    });
+                });
+        });
+}

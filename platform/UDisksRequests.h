@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+//
+// Mount, unmount, eject and rename as chains of calls to UDisks2. Each completion runs once, later than the
+// call that started it, unless the bus goes first. Main thread only.
+#pragma once
+
+#include "platform/DiskArbitration.h"
+#include "platform/UDisksBus.h"
+
+#include <QObject>
+
+class UDisksRequests
+{
+public:
+    using Completion = std::function<void(const DADissenterRef &dissenter)>;
+    enum class Force { No, Yes };
+    enum class Scope { Volume, Disk };
+
+    explicit UDisksRequests(UDisksBus &bus)
+        : m_bus(bus)
+    {
+    }
+
+    void mount(const QString &path, Completion completion);
+
+    // Unmounts the volume, or in order all volumes of its disk that are mounted, up to the first refusal. A
+    // volume that is not mounted dissents; a disk without mounted volumes does not.
+    void unmount(const QString &path, Scope scope, Force force, Completion completion);
+
+    // The path of a whole disk.
+    void eject(const QString &path, Completion completion);
+
+    // A mounted volume whose file system can only be named while it is not in use is unmounted for it, and
+    // mounted again.
+    void rename(const QString &path, const QString &name, Completion completion);
+
+private:
+    void answerLater(Completion completion, DAReturn status);
+    void readMountPoints(const QString &path, std::function<void()> done);
+    bool isMounted(const QString &path) const;
+    void unmountNext(QStringList paths, Force force, int tries, Completion completion);
+    void setLabel(const QString &path, const QString &name, Completion completion);
+    void detachLoop(const QString &path, Completion completion);
+    void ejectDrive(const QString &drive, Completion completion);
+    void awaitDetachment(const QString &path, Completion completion);
+
+    UDisksBus &m_bus;
+};

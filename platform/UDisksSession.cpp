@@ -1,0 +1,249 @@
+// SPDX-License-Identifier: MIT
+#include "platform/UDisksSession.h"
+
+#include "platform/SystemLog.h"
+#include "platform/UDisksBus.h"
+#include "platform/UDisksMedium.h"
+#include "platform/UDisksRequests.h"
+
+#include <QTimer>
+
+#include <algorithm>
+
+namespace {
+
+class UDisksDisk : public DADisk
+{
+public:
+    UDisksDisk(QString path, UDisksMedium medium)
+        : m_path(std::move(path))
+        , m_medium(std::move(medium))
+    {
+    }
+
+    std::optional<PropertyDictionary> copyDescription() const override { return m_medium.description; }
+    std::optional<PropertyDictionary> copyIOMediaProperties() const override
+    {
+        return m_medium.mediaProperties;
+    }
+    QString deviceNode() const override { return m_medium.deviceNode; }
+    std::optional<qint16> fileSystemSubtype() const override { return m_medium.subtype; }
+
+    const QString &path() const { return m_path; }
+    const UDisksMedium &medium() const { return m_medium; }
+
+    // Takes what is known of the medium anew; returns the keys of its description that changed.
+    QStringList update(UDisksMedium medium)
+    {
+        QStringList keys;
+        for (const auto &[key, value] : medium.description) {
+            const PropertyValue *old = m_medium.description.value(key);
+            if (!old || !(*old == value))
+                keys.append(key);
+        }
+        for (const auto &[key, value] : m_medium.description) {
+            if (!medium.description.value(key))
+                keys.append(key);
+        }
+        m_medium = std::move(medium);
+        return keys;
+    }
+
+private:
+    QString m_path;
+    UDisksMedium m_medium;
+};
+
+using UDisksDiskRef = std::shared_ptr<UDisksDisk>;
+
+// A whole disk before its partitions, partitions by their number.
+bool comesBefore(const UDisksDiskRef &a, const UDisksDiskRef &b)
+{
+    const BlockDeviceFacts &first = a->medium().facts;
+    const BlockDeviceFacts &second = b->medium().facts;
+    return first.diskSequence != second.diskSequence ? first.diskSequence < second.diskSequence
+                                                     : first.partitionNumber < second.partitionNumber;
+}
+
+void logHarmfulName(const UDisksStore &store, const UDisksDisk &disk)
+{
+    const QString label = store.text(disk.path(), UDisks::block, "IdLabel");
+    const QString name = store.text(disk.path(), UDisks::partition, "Name");
+    if (harmlessName(label) != label || harmlessName(name) != name)
+        systemLog(QStringLiteral("Control characters in a name of %1 are shown as replacement characters.")
+                      .arg(disk.medium().facts.bsdName));
+}
+
+class UDisksSession : public DASession
+{
+public:
+    UDisksSession(FileSystemClaims claims, const QDBusConnection &bus)
+        : m_claims(std::move(claims))
+        , m_bus(bus)
+        , m_requests(m_bus)
+    {
+        QObject::connect(
+            &m_bus, &UDisksBus::listed, &m_bus, [this](bool available) { followListing(available); });
+        QObject::connect(
+            &m_bus, &UDisksBus::changed, &m_bus, [this](const QSet<QString> &paths) { followChange(paths); });
+    }
+
+    void scheduleWithRunLoop() override
+    {
+        m_scheduled = true;
+        m_bus.start();
+    }
+    void unscheduleFromRunLoop() override { m_scheduled = false; }
+
+    void mount(const DADiskRef &disk, quint32 options, DADiskCompletion completion) override
+    {
+        Q_UNUSED(options)
+        const QString path = presentPath(disk, completion);
+        if (!path.isEmpty())
+            m_requests.mount(path, bound(disk, std::move(completion)));
+    }
+
+    void unmount(const DADiskRef &disk, quint32 options, DADiskCompletion completion) override
+    {
+        const QString path = presentPath(disk, completion);
+        if (path.isEmpty())
+            return;
+        const auto scope = options & kDADiskUnmountOptionWhole ? UDisksRequests::Scope::Disk
+                                                               : UDisksRequests::Scope::Volume;
+        const auto force
+            = options & kDADiskUnmountOptionForce ? UDisksRequests::Force::Yes : UDisksRequests::Force::No;
+        m_requests.unmount(path, scope, force, bound(disk, std::move(completion)));
+    }
+
+    void eject(const DADiskRef &disk, quint32 options, DADiskCompletion completion) override
+    {
+        Q_UNUSED(options)
+        const QString path = presentPath(disk, completion);
+        if (!path.isEmpty())
+            m_requests.eject(m_bus.store().wholeDiskOf(path), bound(disk, std::move(completion)));
+    }
+
+    void rename(
+        const DADiskRef &disk, const QString &name, quint32 options, DADiskCompletion completion) override
+    {
+        Q_UNUSED(options)
+        const QString path = presentPath(disk, completion);
+        if (!path.isEmpty())
+            m_requests.rename(path, name, bound(disk, std::move(completion)));
+    }
+
+private:
+    // The object path of a medium that is present. When it has gone, the request is answered (later, as every
+    // request is) and the path is empty.
+    QString presentPath(const DADiskRef &disk, const DADiskCompletion &completion)
+    {
+        const auto known = std::dynamic_pointer_cast<UDisksDisk>(disk);
+        if (known && m_disks.value(known->path()) == known)
+            return known->path();
+        QTimer::singleShot(
+            0, &m_bus, [disk, completion] { completion(disk, makeDissenter(DAReturn::NotFound)); });
+        return {};
+    }
+
+    static UDisksRequests::Completion bound(const DADiskRef &disk, DADiskCompletion completion)
+    {
+        return [disk, completion = std::move(completion)](
+                   const DADissenterRef &dissenter) { completion(disk, dissenter); };
+    }
+
+    void followListing(bool available)
+    {
+        const QStringList listed = m_bus.store().paths();
+        const QStringList known = m_disks.keys();
+        m_claims.refresh();
+        follow(QSet<QString>(listed.begin(), listed.end()) + QSet<QString>(known.begin(), known.end()));
+        if (m_scheduled)
+            deliverInitialListing(available);
+    }
+
+    // A change of an object can show in what is said of others: of a drive in its disks, of a disk in its
+    // partitions, of a partition in its disk.
+    void followChange(const QSet<QString> &paths)
+    {
+        const UDisksStore &store = m_bus.store();
+        QSet<QString> affected = paths;
+        for (const QString &path : store.paths()) {
+            const QString table = store.objectPath(path, UDisks::partition, "Table");
+            const QString drive = store.objectPath(path, UDisks::block, "Drive");
+            if (paths.contains(path) && !table.isEmpty())
+                affected.insert(table);
+            if (paths.contains(table) || paths.contains(drive))
+                affected.insert(path);
+        }
+        for (const UDisksDiskRef &disk : std::as_const(m_disks)) {
+            if (!paths.contains(disk->path()))
+                continue;
+            // The disk of a partition that has gone is known only by its number.
+            for (const UDisksDiskRef &other : std::as_const(m_disks)) {
+                if (other->medium().facts.diskSequence == disk->medium().facts.diskSequence)
+                    affected.insert(other->path());
+            }
+        }
+        m_claims.refresh();
+        follow(affected);
+    }
+
+    void follow(const QSet<QString> &paths)
+    {
+        std::vector<UDisksDiskRef> gone;
+        std::vector<UDisksDiskRef> come;
+        std::vector<std::pair<UDisksDiskRef, QStringList>> changed;
+        for (const QString &path : paths) {
+            auto medium = readUDisksMedium(m_bus.store(), path, m_claims, readBlockDeviceFacts);
+            const UDisksDiskRef known = m_disks.value(path);
+            if (known && medium && known->medium().facts.bsdName == medium->facts.bsdName) {
+                const QStringList keys = known->update(std::move(*medium));
+                if (!keys.isEmpty())
+                    changed.emplace_back(known, keys);
+                continue;
+            }
+            if (known) {
+                m_disks.remove(path);
+                gone.push_back(known);
+            }
+            if (medium) {
+                come.push_back(std::make_shared<UDisksDisk>(path, std::move(*medium)));
+                m_disks.insert(path, come.back());
+            }
+        }
+        std::sort(gone.begin(), gone.end(), [](const auto &a, const auto &b) { return comesBefore(b, a); });
+        std::sort(come.begin(), come.end(), comesBefore);
+        std::sort(changed.begin(), changed.end(),
+            [](const auto &a, const auto &b) { return comesBefore(a.first, b.first); });
+        if (!m_scheduled)
+            return;
+        for (const UDisksDiskRef &disk : gone)
+            deliverDisappeared(disk);
+        for (const auto &[disk, keys] : changed)
+            deliverDescriptionChanged(disk, keys);
+        for (const UDisksDiskRef &disk : come) {
+            logHarmfulName(m_bus.store(), *disk);
+            deliverAppeared(disk);
+        }
+    }
+
+    FileSystemClaims m_claims;
+    bool m_scheduled = false;
+    QHash<QString, UDisksDiskRef> m_disks; // the media that are present, by object path
+    UDisksBus m_bus;
+    UDisksRequests m_requests;
+};
+
+} // namespace
+
+std::unique_ptr<DASession> createUDisksSession(FileSystemClaims claims)
+{
+    return createUDisksSession(std::move(claims), QDBusConnection::systemBus());
+}
+
+std::unique_ptr<DASession> createUDisksSession(FileSystemClaims claims, const QDBusConnection &bus)
+{
+    if (!bus.isConnected())
+        return nullptr;
+    return std::make_unique<UDisksSession>(std::move(claims), bus);
+}

@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+//
+// The disk arbitration session of a Linux machine: UDisks2 on the system bus. Its objects are listed once,
+// with one asynchronous call, and followed by their signals from then on; a service that restarts takes all
+// its media back and reports them anew. Main thread only; nothing waits for the bus.
+#pragma once
+
+#include "platform/DiskArbitration.h"
+#include "platform/FileSystemClaims.h"
+
+#include <QDBusConnection>
+
+#include <memory>
+
+// Makes the session over the system bus; null when there is no system bus. The claims say which bundle serves
+// which file system.
+std::unique_ptr<DASession> createUDisksSession(FileSystemClaims claims);
+
+// The same over a connection of the caller's choice.
+std::unique_ptr<DASession> createUDisksSession(FileSystemClaims claims, const QDBusConnection &bus);
