@@ -204,6 +204,13 @@ PropertyDictionary::PropertyDictionary(std::initializer_list<Entry> entries)
         insert(entry.first, entry.second);
 }
 
+PropertyDictionary PropertyDictionary::fromUniqueEntries(std::vector<Entry> entries)
+{
+    PropertyDictionary dictionary;
+    dictionary.m_entries = std::move(entries);
+    return dictionary;
+}
+
 const PropertyValue *PropertyDictionary::value(const QString &key) const
 {
     const auto found = std::find_if(

@@ -135,6 +135,9 @@ public:
     PropertyDictionary() = default;
     PropertyDictionary(std::initializer_list<Entry> entries);
 
+    // Takes over entries of which the caller knows that no key occurs twice.
+    static PropertyDictionary fromUniqueEntries(std::vector<Entry> entries);
+
     // The value of the key, or null when there is none.
     const PropertyValue *value(const QString &key) const;
 

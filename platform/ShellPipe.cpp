@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+#include "platform/ShellPipe.h"
+
+#include <cerrno>
+#include <unistd.h>
+#include <utility>
+
+PosixShellPipe::~PosixShellPipe()
+{
+    if (m_stream)
+        pclose(m_stream);
+}
+
+bool PosixShellPipe::open(const QByteArray &command)
+{
+    if (m_stream) {
+        errno = EBUSY;
+        return false;
+    }
+    // Close-on-exec: a program that another thread starts meanwhile must not inherit this end of the pipe.
+    m_stream = popen(command.constData(), "re");
+    return m_stream != nullptr;
+}
+
+ssize_t PosixShellPipe::readByte(char *byte)
+{
+    if (!m_stream) {
+        errno = EBADF;
+        return -1;
+    }
+    return read(fileno(m_stream), byte, 1);
+}
+
+int PosixShellPipe::close()
+{
+    if (!m_stream) {
+        errno = EBADF;
+        return -1;
+    }
+    return pclose(std::exchange(m_stream, nullptr));
+}

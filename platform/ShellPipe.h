@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+//
+// A command run by the shell, its standard output read through a pipe. Belongs to the thread that runs the
+// command; several threads may each run one.
+#pragma once
+
+#include <QByteArray>
+
+#include <cstdio>
+#include <sys/types.h>
+
+// The calls report a failure as the system's own calls do, through errno.
+class ShellPipe
+{
+public:
+    ShellPipe() = default;
+    ShellPipe(const ShellPipe &) = delete;
+    ShellPipe &operator=(const ShellPipe &) = delete;
+    virtual ~ShellPipe() = default;
+
+    // popen(command, "r"): starts the command; false with errno when that fails. Once for an object.
+    [[nodiscard]] virtual bool open(const QByteArray &command) = 0;
+
+    // read() of one byte of the output: 1, 0 at the end, or -1 with errno.
+    [[nodiscard]] virtual ssize_t readByte(char *byte) = 0;
+
+    // pclose(): waits for the end of the command; its wait status, or -1 with errno.
+    [[nodiscard]] virtual int close() = 0;
+};
+
+class PosixShellPipe : public ShellPipe
+{
+public:
+    ~PosixShellPipe() override;
+
+    [[nodiscard]] bool open(const QByteArray &command) override;
+    [[nodiscard]] ssize_t readByte(char *byte) override;
+    [[nodiscard]] int close() override;
+
+private:
+    std::FILE *m_stream = nullptr;
+};
