@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+//
+// The catalogue of installed file systems: which personalities the bundles on this machine have, and which of
+// them can be formatted, checked and repaired. Main thread only.
+#pragma once
+
+#include "filesystems/ZorvexDiskManagerFSBundle.h"
+
+#include <QStringList>
+
+#include <functional>
+
+// Every personality, and those with a capability. A record is a member of each list to which it belongs.
+struct FilesystemLists
+{
+    FilesystemBundleList all;
+    FilesystemBundleList format;
+    FilesystemBundleList check;
+    FilesystemBundleList repair;
+};
+
+// Where the scan takes memory from. Either may fail: null, or nothing.
+struct CatalogueMemory
+{
+    std::function<FilesystemBundleRef()> allocRecord = &ZorvexDiskManagerFSBundle::alloc;
+    std::function<std::optional<FilesystemBundleList>(std::size_t capacity)> createList
+        = createFilesystemBundleList;
+
+    static std::optional<FilesystemBundleList> createFilesystemBundleList(std::size_t capacity) noexcept;
+};
+
+// "/System/Library/Filesystems" and "/Library/Filesystems". A bundle in the first hides one of the same name
+// in the second.
+const QStringList &filesystemDirectories();
+
+// Reads the bundles of the directories anew, in order, unsorted. Whatever cannot be read is left out, with a
+// line in the system log where it is worth one; nothing when memory is short for the lists themselves.
+std::optional<FilesystemLists> scanFilesystemDirectories(
+    const QStringList &directories, const CatalogueMemory &memory = {});
+
+// Brings the records of a scan into a list that lives on, which is created when it is absent, and sorts it. A
+// record that is there is refreshed in place and keeps its identity; none is ever removed.
+void mergeFilesystemList(
+    std::optional<FilesystemBundleList> &persistent, const FilesystemBundleList &temporary);

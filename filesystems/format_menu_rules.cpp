@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#include "filesystems/format_menu_rules.h"
+
+#include "filesystems/filesystem_names.h"
+
+#include "platform/no_widgets.h"
+
+namespace {
+
+// Both bounds are inclusive. A bound that is no number binds nothing.
+bool fits(const ZorvexDiskManagerFSBundle &record, const PropertyNumber &size)
+{
+    const PropertyNumber *minimum = numberOf(record.fsFormatMinimumSize);
+    const PropertyNumber *maximum = numberOf(record.fsFormatMaximumSize);
+    return !(minimum && size.compare(*minimum) < 0) && !(maximum && size.compare(*maximum) > 0);
+}
+
+} // namespace
+
+FormatMenu formatMenuItems(const FilesystemBundleList &list, std::optional<qint64> selectedMediaSize,
+    const FilesystemBundleRef &remembered,
+    const std::function<QString(const ZorvexDiskManagerFSBundle &)> &title)
+{
+    FormatMenu menu;
+    menu.items.reserve(list.size());
+    for (const FilesystemBundleRef &record : list) {
+        if (remembered && record->compare(*remembered) == 0)
+            menu.selectedIndex = static_cast<int>(menu.items.size());
+        menu.items.push_back({ title(*record), isOwnFilesystem(record->bundleName),
+            !selectedMediaSize || fits(*record, PropertyNumber(*selectedMediaSize)), record });
+    }
+    while (menu.selectedIndex >= 0 && !menu.items[static_cast<std::size_t>(menu.selectedIndex)].isEnabled)
+        --menu.selectedIndex;
+    return menu;
+}
