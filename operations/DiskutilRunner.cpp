@@ -1,0 +1,129 @@
+// SPDX-License-Identifier: MIT
+#include "operations/DiskutilRunner.h"
+
+#include "operations/diskutil_decoding.h"
+#include "platform/SystemLog.h"
+
+#include <cerrno>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr qsizetype initialOutputCapacity = 512;
+
+DiskutilFailure systemFailure(const QString &what, int error)
+{
+    return { error != 0 ? error : EIO,
+        what + ": "_L1 + errnoText(error) + " ("_L1 + QString::number(error) + u')' };
+}
+
+// One run of the tool. The first failure is kept; later ones change nothing.
+class DiskutilRun
+{
+public:
+    DiskutilRun(QString verb, DiskutilOutputHandler handler, void *context, ShellPipe &pipe)
+        : m_verb(std::move(verb))
+        , m_handler(handler)
+        , m_context(context)
+        , m_pipe(pipe)
+    {
+        m_output.reserve(initialOutputCapacity);
+    }
+
+    std::optional<DiskutilFailure> run(const QString &arguments)
+    {
+        const QString command = "'/usr/sbin/diskutil' '"_L1 + m_verb + "' "_L1 + arguments + " 2>&1"_L1;
+        errno = 0; // popen() does not set it when it is memory that is short
+        if (!m_pipe.open(command.toUtf8())) {
+            const int error = errno;
+            return systemFailure(
+                "Error while invoking diskutil command to "_L1 + diskutilVerbNoun(m_verb) + " volume"_L1,
+                error);
+        }
+        readOutput();
+        closePipe();
+        return std::move(m_failure);
+    }
+
+private:
+    void readOutput()
+    {
+        DiskutilOutputChunker chunker([this](std::string_view chunk) { deliver(chunk); });
+        char byte = 0;
+        ssize_t count = 0;
+        while ((count = m_pipe.readByte(&byte)) == 1)
+            chunker.add(byte);
+        const int error = errno; // the handler may change it
+        chunker.finish();
+        if (count == -1)
+            fail(systemFailure(u"Error while reading data from diskutil process"_s, error));
+    }
+
+    void deliver(std::string_view chunk)
+    {
+        // The output serves no purpose but to explain a failure. No file system tool has more to say than the
+        // limit, and one that repeats itself for ever must not take the memory that the operation's end
+        // needs.
+        const std::size_t room = diskutilOutputLimit - static_cast<std::size_t>(m_output.size());
+        m_output.append(chunk.data(), static_cast<qsizetype>(std::min(room, chunk.size())));
+        if (m_handler)
+            m_handler(m_context, chunk.size(), chunk.data());
+    }
+
+    void closePipe()
+    {
+        errno = 0;
+        const int status = m_pipe.close();
+        if (status == -1) {
+            const int error = errno;
+            fail(systemFailure(u"Error while executing diskutil for formatting volume"_s, error));
+            return;
+        }
+        if (std::optional<DiskutilFailure> failure = decodeDiskutilStatus(status, m_verb))
+            fail(*std::move(failure));
+    }
+
+    void fail(DiskutilFailure failure)
+    {
+        if (m_failure)
+            return;
+        if (failure.output == DiskutilFailure::OutputUse::ExplainsFailure) {
+            const QString text = QString::fromUtf8(m_output);
+            systemLog(failure.message + " Output: "_L1 + text);
+            // A handler has seen the output already.
+            if (!m_handler)
+                failure.message += "\nOutput:\n"_L1 + text;
+        }
+        m_failure = std::move(failure);
+    }
+
+    QString m_verb;
+    DiskutilOutputHandler m_handler;
+    void *m_context;
+    ShellPipe &m_pipe;
+    QByteArray m_output;
+    std::optional<DiskutilFailure> m_failure;
+};
+
+} // namespace
+
+qint32 invokeDiskutilWithVerb(const QString &verb, const QString &arguments,
+    DiskutilOutputHandler outputHandler, void *outputHandlerContext, std::optional<QString> &errorMessage,
+    ShellPipe &pipe)
+{
+    errorMessage.reset();
+    std::optional<DiskutilFailure> failure
+        = DiskutilRun(verb, outputHandler, outputHandlerContext, pipe).run(arguments);
+    if (!failure)
+        return 0;
+    errorMessage = std::move(failure->message);
+    return failure->code;
+}
+
+qint32 invokeDiskutilWithVerb(const QString &verb, const QString &arguments,
+    DiskutilOutputHandler outputHandler, void *outputHandlerContext, std::optional<QString> &errorMessage)
+{
+    PosixShellPipe pipe;
+    return invokeDiskutilWithVerb(verb, arguments, outputHandler, outputHandlerContext, errorMessage, pipe);
+}
