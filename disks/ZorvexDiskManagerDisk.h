@@ -4,9 +4,9 @@
 // Main thread only, but for bsdName, which a worker may read while its operation is in progress.
 #pragma once
 
+#include "disks/OutputBuffer.h"
 #include "platform/DiskArbitration.h"
 
-#include <QByteArray>
 #include <QString>
 #include <QUrl>
 
@@ -15,6 +15,9 @@
 
 class ZorvexDiskManagerAppDelegate;
 class ZorvexDiskManagerDiskListItem;
+
+// What runs on a medium while its operationInProgress is set.
+enum class RunningOperation { None, MountUnmountEject, Format, Check, Repair };
 
 class ZorvexDiskManagerDisk
 {
@@ -56,11 +59,12 @@ public:
     std::optional<PropertyNumber> mediaSize; // bytes
     ZorvexDiskManagerAppDelegate *delegate = nullptr; // not owned
     bool operationInProgress = false;
+    RunningOperation runningOperation = RunningOperation::None; // for the activity bar
     bool operationInProgressShowFormatTab = false;
     bool operationInProgressShowMaintenanceTab = false;
     // The node that holds this record, in spite of the name; not owned, null once the medium has gone.
     ZorvexDiskManagerDiskListItem *parent_item = nullptr;
-    std::optional<QByteArray> checkRepairOutput;
+    std::optional<OutputBuffer> checkRepairOutput;
 };
 
 // Fills the record from the disk's description. Returns false on success and true when the disk is refused or

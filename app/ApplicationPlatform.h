@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+//
+// Everything that the application is given. main() fills it with the real services, a test with its own.
+#pragma once
+
+#include "disks/ZorvexDiskManagerDiskListItem.h"
+#include "filesystems/catalogue_rules.h"
+#include "platform/DiskArbitration.h"
+#include "platform/MountTable.h"
+#include "platform/ShellPipe.h"
+#include "platform/Workspace.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+struct ApplicationPlatform {
+    DASessionFactory createSession;
+    std::shared_ptr<MountTable> mountTable;
+    std::shared_ptr<Workspace> workspace;
+    std::function<std::unique_ptr<ShellPipe>()> createShellPipe;
+
+    // The program's localizations in the order of the user's preference, or nothing; and the locale's name.
+    std::optional<QStringList> preferredLocalizations;
+    QString localeIdentifier;
+
+    QStringList filesystemDirectories;
+    QString userManualPath;
+
+    // Where records take their memory from; null when there is none.
+    CatalogueMemory catalogueMemory;
+    std::function<std::shared_ptr<ZorvexDiskManagerDisk>()> allocDisk = &ZorvexDiskManagerDisk::alloc;
+    std::function<std::unique_ptr<ZorvexDiskManagerDiskListItem>()> allocDiskListItem
+        = &ZorvexDiskManagerDiskListItem::alloc;
+};

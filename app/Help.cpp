@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: MIT
+//
+// The user manual, the About box and the mount path that looks and works like a link.
+#include "app/ZorvexDiskManagerAppDelegate.h"
+
+#include "app/help_rules.h"
+#include "platform/Localization.h"
+#include "platform/SystemLog.h"
+#include "platform/SystemRelease.h"
+#include "ui/AlertSheet.h"
+#include "ui/LinkTextView.h"
+#include "ui/OutlineView.h"
+
+#include <QApplication>
+#include <QLabel>
+#include <QMainWindow>
+#include <QPointer>
+
+void ZorvexDiskManagerAppDelegate::clickHelpMenuItem(QObject *sender)
+{
+    Q_UNUSED(sender)
+    m_platform.workspace->openDocument(
+        m_platform.userManualPath, [self = QPointer(this)](bool success) {
+            if (self && !success)
+                self->errorMessageWithTitle(localizedString("USER_MANUAL_NOT_FOUND_TITLE"),
+                    localizedString("USER_MANUAL_NOT_FOUND_TEXT"));
+        });
+}
+
+void ZorvexDiskManagerAppDelegate::clickAboutButton(QObject *sender)
+{
+    Q_UNUSED(sender)
+    auto *about = new AlertSheet(AlertSheet::Style::Informational);
+    about->addButtonWithTitle(QStringLiteral("OK"));
+    about->setIconPixmap(window->windowIcon().pixmap(QSize(64, 64), window->devicePixelRatio()));
+    about->setMessageText(localizedString("WINDOW_TITLE"));
+    about->setInformativeText(
+        formatLocalized(localizedString("ABOUT_TEXT"), { QCoreApplication::applicationVersion() }));
+    about->beginSheetModalForWindow(window, [](int) {});
+}
+
+void ZorvexDiskManagerAppDelegate::makeHyperlink(
+    LinkTextView *textView, const QString &fromString, const QUrl &withURL)
+{
+    Q_UNUSED(withURL)
+    const QColor color = HelpRules::usesSystemLinkColor(systemMajorVersion())
+        ? textView->palette().color(QPalette::Active, QPalette::Link)
+        : QColor(Qt::blue);
+    textView->setLink(HelpRules::leftToRightText(fromString), color, infoDiskSpaceLabel->font());
+}
+
+void ZorvexDiskManagerAppDelegate::textViewDidChangeSelection()
+{
+    const LinkTextView::Selection selection = infoMountedPathView->selection();
+    const int row = leftOutlineView->selectedRow();
+    if (HelpRules::isClickOnLink(
+            selection.location, selection.length, row, infoMountedPathView->textLength()))
+        showInFileManager();
+}
+
+void ZorvexDiskManagerAppDelegate::showInFileManager()
+{
+    const OutlineItem disk = selectedDisk();
+    if (!disk || !disk->volumePath)
+        return;
+    const QString path = disk->volumePath->toLocalFile();
+    m_platform.workspace->openInFileManager(path, [path](bool success) {
+        if (!success)
+            systemLog(QStringLiteral("Unable to open \"%1\" in Finder.").arg(path));
+    });
+}

@@ -1,0 +1,136 @@
+// SPDX-License-Identifier: MIT
+//
+// How the controller is brought up and torn down.
+#include "app/ZorvexDiskManagerAppDelegate.h"
+
+#include "platform/Localization.h"
+#include "platform/SystemLog.h"
+#include "ui/ImageButton.h"
+#include "ui/LinkTextView.h"
+#include "ui/OutlineView.h"
+#include "ui/OutputView.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QMainWindow>
+#include <QScreen>
+#include <QTabWidget>
+
+namespace {
+
+constexpr QSize initialContentSize { 800, 450 };
+constexpr QSize minimumContentSize { 720, 420 };
+
+} // namespace
+
+ZorvexDiskManagerAppDelegate::ZorvexDiskManagerAppDelegate(ApplicationPlatform platform)
+    : m_platform(std::move(platform))
+    , m_relay(MainThreadRelay::create())
+{
+}
+
+ZorvexDiskManagerAppDelegate::~ZorvexDiskManagerAppDelegate()
+{
+    m_relay->close();
+}
+
+bool ZorvexDiskManagerAppDelegate::isRightToLeftLocalization() const
+{
+    return isRightToLeftIdentifier(m_platform.preferredLocalizations, m_platform.localeIdentifier);
+}
+
+void ZorvexDiskManagerAppDelegate::swapPanes()
+{
+    const int count = mainSplitView->count();
+    if (count == 2)
+        mainSplitView->insertWidget(0, mainSplitView->widget(1));
+    else
+        systemLog(QStringLiteral("Unexpected subview count: %1").arg(count));
+}
+
+void ZorvexDiskManagerAppDelegate::awakeFromNib()
+{
+    QPalette palette = checkRepairOutputView->palette();
+    palette.setColor(QPalette::Text, window->palette().color(QPalette::WindowText));
+    checkRepairOutputView->setPalette(palette);
+
+    rightTabView->removeTab(rightTabView->indexOf(maintenanceTab));
+    rightTabView->removeTab(rightTabView->indexOf(formatTab));
+
+    if (isRightToLeftLocalization()) {
+        swapPanes();
+        mountUnmountButton->setImagePosition(ImageButton::ImagePosition::Right);
+        mountUnmountButton->setTextAlignment(Qt::AlignRight);
+    }
+    const int firstPaneWidth = mainSplitView->sizes().constFirst();
+
+    connect(infoMountedPathView, &LinkTextView::selectionDidChange, this,
+        &ZorvexDiskManagerAppDelegate::textViewDidChangeSelection);
+    window->installEventFilter(this);
+
+    window->setMinimumSize(minimumContentSize);
+    window->resize(initialContentSize);
+    if (const QScreen *screen = window->screen())
+        window->move(screen->availableGeometry().center() - window->rect().center());
+    mainSplitView->setFirstPaneWidth(firstPaneWidth);
+}
+
+void ZorvexDiskManagerAppDelegate::applicationDidFinishLaunching()
+{
+    // A combo box never disables its items by itself.
+    refreshFilesystems();
+
+    session = m_platform.createSession();
+    if (!session) {
+        systemLog(QStringLiteral("Unable to create DASession."));
+    } else {
+        session->registerDiskPeekCallback(
+            [this](const DADiskRef &disk) { zorvex_disk_manager_da_disk_peek(disk, this); }, 0);
+        session->registerDiskAppearedCallback(
+            [this](const DADiskRef &disk) { zorvex_disk_manager_da_disk_appeared(disk, this); });
+        session->registerDiskDisappearedCallback(
+            [this](const DADiskRef &disk) { zorvex_disk_manager_da_disk_disappeared(disk, this); });
+        session->registerDiskDescriptionChangedCallback([this](const DADiskRef &disk, const QStringList &keys) {
+            zorvex_disk_manager_da_disk_description_changed(disk, keys, this);
+        });
+        session->scheduleWithRunLoop();
+    }
+
+    leftOutlineView->setDataSource(this);
+    leftOutlineView->setDelegate(this);
+    leftOutlineView->selectRow(std::numeric_limits<int>::max()); // a row that never exists: no selection
+    mainSplitView->setDelegate(this);
+    expandAllRows();
+}
+
+void ZorvexDiskManagerAppDelegate::applicationWillTerminate()
+{
+    m_relay->close();
+    if (session) {
+        session->unscheduleFromRunLoop();
+        session.reset();
+    }
+    repairFilesystemBundlesList.reset();
+    checkFilesystemBundlesList.reset();
+    formatFilesystemBundlesList.reset();
+    allFilesystemBundlesList.reset();
+}
+
+void ZorvexDiskManagerAppDelegate::windowDidBecomeKey()
+{
+    refreshFilesystems();
+}
+
+void ZorvexDiskManagerAppDelegate::windowWillClose()
+{
+    QCoreApplication::quit();
+}
+
+bool ZorvexDiskManagerAppDelegate::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == window && event->type() == QEvent::WindowActivate)
+        windowDidBecomeKey();
+    else if (watched == window && event->type() == QEvent::Close)
+        windowWillClose();
+    return QObject::eventFilter(watched, event);
+}

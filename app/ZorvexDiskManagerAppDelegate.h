@@ -1,0 +1,285 @@
+// SPDX-License-Identifier: MIT
+//
+// The application's controller: delegate of the application, the window, the split view, the outline view and the
+// mount path, and data source of the outline view. One class whose operations are kept by concern:
+//
+//   Lifecycle            app/Lifecycle.cpp
+//   Alerts               app/Alerts.cpp
+//   Help                 app/Help.cpp
+//   Disk tree            disks/DiskTreeOperations.cpp
+//   Disk events          disks/DiskEvents.cpp
+//   Catalogue            filesystems/Catalogue.cpp
+//   Mount, unmount, eject  operations/MountUnmountEject.cpp
+//   Volume labels        operations/VolumeLabel.cpp
+//   Format               operations/Format.cpp
+//   Check and repair     operations/CheckRepair.cpp
+//   Information panel    ui/InformationPanel.cpp
+//   Presentation         ui/Presentation.cpp
+//   Outline view         ui/DiskOutline.cpp
+//   Split view           ui/DiskSplitView.cpp
+//
+// Main thread only, but for doFormat(), doCheck() and doRepair(), which are the bodies of worker threads.
+#pragma once
+
+#include "app/ApplicationPlatform.h"
+#include "platform/MainThreadRelay.h"
+#include "ui/OutlineDataSource.h"
+#include "ui/SplitView.h"
+
+#include <QObject>
+#include <QPixmap>
+
+#include <memory>
+#include <optional>
+#include <unordered_map>
+
+class AlertSheet;
+class ImageButton;
+class LinkTextView;
+class OperationBar;
+class OutputView;
+class QComboBox;
+class QLabel;
+class QLineEdit;
+class QMainWindow;
+class QPushButton;
+class QTabWidget;
+class ZorvexDiskManagerFormatParams;
+struct CheckRepairOutputChunk;
+
+class ZorvexDiskManagerAppDelegate : public QObject,
+                                     public OutlineDataSource,
+                                     public OutlineDelegate,
+                                     public SplitViewDelegate
+{
+    Q_OBJECT
+
+public:
+    explicit ZorvexDiskManagerAppDelegate(ApplicationPlatform platform);
+    ~ZorvexDiskManagerAppDelegate() override;
+
+    // --- Outlets. Set by the interface file's loader; the controller never makes them. -----------------------
+    QMainWindow *window = nullptr;
+    SplitView *mainSplitView = nullptr;
+    QTabWidget *rightTabView = nullptr;
+    QWidget *infoTab = nullptr;
+    QWidget *formatTab = nullptr;
+    QWidget *maintenanceTab = nullptr;
+    OutlineView *leftOutlineView = nullptr;
+    QWidget *outlineViewContainer = nullptr;
+    QWidget *outlineViewScrollContainer = nullptr;
+    ImageButton *mountUnmountButton = nullptr;
+    QLabel *infoBigImageField = nullptr;
+    QLabel *infoNameLabel = nullptr;
+    QLabel *infoDiskSpaceLabel = nullptr;
+    LinkTextView *infoMountedPathView = nullptr;
+    QLabel *filesystemLabel = nullptr;
+    QLabel *bsdNameLabel = nullptr;
+    QLabel *wholeDeviceLabel = nullptr;
+    QLabel *removableLabel = nullptr;
+    QLabel *contentHintLabel = nullptr;
+    QLabel *ejectableLabel = nullptr;
+    QLabel *preferredBlockSizeLabel = nullptr;
+    QComboBox *formatFilesystemsPopupButton = nullptr;
+    QLineEdit *formatVolumeLabelField = nullptr;
+    QPushButton *formatButton = nullptr;
+    OutputView *checkRepairOutputView = nullptr;
+    QPushButton *checkButton = nullptr;
+    QPushButton *repairButton = nullptr;
+    OperationBar *formatOperationBar = nullptr;
+    OperationBar *maintenanceOperationBar = nullptr;
+
+    // --- State. ----------------------------------------------------------------------------------------------
+    bool fieldsEnabled = false; // inert
+    bool alertInProgress = false; // an alert sheet is showing
+    std::unique_ptr<DASession> session; // the one session; null when there is no disk service
+    std::optional<FilesystemBundleList> allFilesystemBundlesList; // absent until the first scan, like the others
+    std::optional<FilesystemBundleList> formatFilesystemBundlesList;
+    std::optional<FilesystemBundleList> checkFilesystemBundlesList;
+    std::optional<FilesystemBundleList> repairFilesystemBundlesList;
+    ZorvexDiskManagerDiskListItem *disk_list = nullptr; // first top-level node of the disk tree
+
+    // --- Lifecycle. Implemented in app/Lifecycle.cpp -----------------------------------------------------------
+    // Called once each, in this order, when the interface file is loaded and when the application is up.
+    void awakeFromNib();
+    void applicationDidFinishLaunching();
+    void applicationWillTerminate();
+    void windowDidBecomeKey();
+    void windowWillClose();
+    // Whether the user interface runs in Arabic, the one language laid out from right to left.
+    bool isRightToLeftLocalization() const;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+    // --- Alerts. Implemented in app/Alerts.cpp -----------------------------------------------------------------
+    // One sheet at a time: an alert that is asked for while another is showing is dropped with a log line. The
+    // selector names an invokable of this class that follows the sheet's end; null for none.
+    void messageWithTitle(
+        const QString &title, const QString &infoText, unsigned alertStyle, const char *didEndSelector = nullptr);
+    void errorMessageWithTitle(const QString &title, const QString &infoText);
+    Q_INVOKABLE void errorMessage(const QString &text);
+    void infoMessageWithTitle(const QString &title, const QString &infoText);
+    void alertDidEnd(AlertSheet *alert, int returnCode, const char *contextInfo);
+
+    // --- Help. Implemented in app/Help.cpp ---------------------------------------------------------------------
+    Q_INVOKABLE void clickHelpMenuItem(QObject *sender);
+    Q_INVOKABLE void clickAboutButton(QObject *sender);
+    // Fills the view with the text styled as a link. What a click opens is the selected disk's mount point.
+    void makeHyperlink(LinkTextView *textView, const QString &fromString, const QUrl &withURL);
+    void textViewDidChangeSelection();
+    // Opens the mount point of the selected disk in the file manager.
+    Q_INVOKABLE void showInFileManager();
+
+    // --- Disk tree. Implemented in disks/DiskTreeOperations.cpp ------------------------------------------------
+    // Rebuilds the tree with the new node, refreshes the outline view and keeps the selection on its medium.
+    void addDiskListItem(std::unique_ptr<ZorvexDiskManagerDiskListItem> item);
+
+    // --- Disk events. Implemented in disks/DiskEvents.cpp ------------------------------------------------------
+    void diskArbitrationDiskPeek(const DADiskRef &disk);
+    void diskArbitrationDiskAppeared(const DADiskRef &disk);
+    void diskArbitrationDiskDisappeared(const DADiskRef &disk);
+    void diskArbitrationDiskDescriptionChanged(const DADiskRef &disk, const QStringList &keys);
+
+    // --- Catalogue. Implemented in filesystems/Catalogue.cpp ---------------------------------------------------
+    void refreshFilesystems();
+    // The personality's name in the user's language, as its bundle words it.
+    QString getFilesystemTypeString(const ZorvexDiskManagerFSBundle &bundle) const;
+    void refreshFormatFilesystemsPopupButton();
+
+    // --- Mount, unmount, eject. Implemented in operations/MountUnmountEject.cpp ---------------------------------
+    Q_INVOKABLE void clickMountUnmountButton(QObject *sender);
+    void unmountDidUnmountDisk(
+        const DADiskRef &disk, const DADissenterRef &dissenter, const OutlineItem &daDisk);
+    void unmountForceUnmountDialogDidEnd(AlertSheet *alert, int returnCode, const OutlineItem &contextInfo);
+    void ejectDidUnmountDisk(const OutlineItem &disk, const DADissenterRef &dissenter);
+    void ejectForceUnmountDialogDidEnd(AlertSheet *alert, int returnCode, const OutlineItem &contextInfo);
+    void ejectDidForceUnmountDisk(const OutlineItem &disk, const DADissenterRef &dissenter);
+    void diskArbitrationDiskDidMount(const OutlineItem &disk, const DADissenterRef &withDissenter);
+    void diskArbitrationDiskDidUnmount(const OutlineItem &disk, const DADissenterRef &withDissenter);
+    void diskArbitrationDiskDidEject(const OutlineItem &disk, const DADissenterRef &withDissenter);
+    static QString dissenterStatusToString(const DADissenter &dissenter);
+
+    // --- Volume labels. Implemented in operations/VolumeLabel.cpp ----------------------------------------------
+    // Whether the file system can hold the label; false after an alert that says why not.
+    bool validateVolumeLabel(const QString &label, const ZorvexDiskManagerFSBundle &forFilesystem);
+
+    // --- Format. Implemented in operations/Format.cpp ----------------------------------------------------------
+    Q_INVOKABLE void clickFormatButton(QObject *sender);
+    void formatWarningAlertDidEnd(
+        AlertSheet *alert, int returnCode, const std::shared_ptr<ZorvexDiskManagerFormatParams> &contextInfo);
+    void formatFinished(const std::shared_ptr<ZorvexDiskManagerFormatParams> &params);
+    void postFormatRenameFinished(
+        const std::shared_ptr<ZorvexDiskManagerFormatParams> &params, const DADissenterRef &dissenter);
+    void postFormatRenameUnmountFinished(
+        const std::shared_ptr<ZorvexDiskManagerFormatParams> &params, const DADissenterRef &dissenter);
+    void postFormatRenameMountFinished(
+        const std::shared_ptr<ZorvexDiskManagerFormatParams> &params, const DADissenterRef &dissenter);
+
+    // --- Check and repair. Implemented in operations/CheckRepair.cpp -------------------------------------------
+    Q_INVOKABLE void clickCheckButton(QObject *sender);
+    Q_INVOKABLE void clickRepairButton(QObject *sender);
+    void clickCheckRepairButton(QObject *sender, bool isRepair);
+    void updateCheckRepairOutput(const CheckRepairOutputChunk &chunk);
+    void checkRepairFinished(const OutlineItem &disk);
+
+    // --- Information panel. Implemented in ui/InformationPanel.cpp ---------------------------------------------
+    // Rebuilds the right-hand side of the window from the selected disk.
+    void outlineViewSelectionDidChange() override;
+    void outlineViewSelectionIsChanging() override;
+
+    // --- Presentation. Implemented in ui/Presentation.cpp ------------------------------------------------------
+    // Sizes in bytes; a null free space leaves it out.
+    QString getSizeString(qint64 size) const;
+    QString getDiskSpaceStringWithDiskSize(qint64 diskSize, const qint64 *freeSpace) const;
+    QString getAlternateDiskSpaceStringWithDiskSize(qint64 diskSize, const qint64 *freeSpace) const;
+    // Asks the mounted volume for its free space in bytes (-1 when it does not tell) and its subtype; either may
+    // be null. False when the volume is not mounted.
+    bool getVolumeData(const ZorvexDiskManagerDisk &disk, qint64 *freeSpace, qint16 *subType) const;
+    static QString getDisplayNameForDisk(const ZorvexDiskManagerDisk &disk);
+    // Nothing when the program has no image of that name.
+    std::optional<QPixmap> getUIImageforDisk(const ZorvexDiskManagerDisk &disk, bool needBigImage) const;
+    std::optional<QPixmap> getImageNamed(const QString &name) const;
+    void setMountImageWithIsUnmountable(bool isUnmountable);
+
+    // --- Outline view. Implemented in ui/DiskOutline.cpp -------------------------------------------------------
+    int outlineView_numberOfChildrenOfItem(OutlineView *view, const OutlineItem &item) override;
+    OutlineItem outlineView_child_ofItem(OutlineView *view, int index, const OutlineItem &item) override;
+    bool outlineView_isItemExpandable(OutlineView *view, const OutlineItem &item) override;
+    QString outlineView_objectValueForTableColumn_byItem(
+        OutlineView *view, int column, const OutlineItem &item) override;
+    void outlineView_setObjectValue_forTableColumn_byItem(
+        OutlineView *view, const QVariant &value, int column, const OutlineItem &item) override;
+    bool outlineView_acceptDrop_item_childIndex(
+        OutlineView *view, const QMimeData *drop, const OutlineItem &item, int index) override;
+    Qt::DropAction outlineView_validateDrop_proposedItem_proposedChildIndex(
+        OutlineView *view, const QMimeData *drop, const OutlineItem &item, int index) override;
+    QStringList outlineView_namesOfPromisedFilesDroppedAtDestination_forDraggedItems(
+        OutlineView *view, const QString &destination, const std::vector<OutlineItem> &items) override;
+    OutlineItem outlineView_itemForPersistentObject(OutlineView *view, const QVariant &object) override;
+    QVariant outlineView_persistentObjectForItem(OutlineView *view, const OutlineItem &item) override;
+    bool outlineView_writeItems_toPasteboard(
+        OutlineView *view, const std::vector<OutlineItem> &items, QMimeData *pasteboard) override;
+    void outlineView_sortDescriptorsDidChange(OutlineView *view, const QStringList &oldDescriptors) override;
+    void outlineView_willDisplayCell_forTableColumn_item(
+        OutlineView *view, TextFieldCell *cell, int column, const OutlineItem &item) override;
+    bool outlineView_shouldEditTableColumn_item(
+        OutlineView *view, int column, const OutlineItem &item) override;
+    void outlineView_didClickTableColumn(OutlineView *view, int column) override;
+    void outlineViewColumnDidResize() override;
+    // Fits the outline view into its container, in a right-to-left layout.
+    void resizeOutlineView();
+
+    // --- Split view. Implemented in ui/DiskSplitView.cpp -------------------------------------------------------
+    int splitView_constrainMinCoordinate_ofSubviewAt(SplitView *view, int proposed, int index) override;
+    int splitView_constrainMaxCoordinate_ofSubviewAt(SplitView *view, int proposed, int index) override;
+    void splitView_resizeSubviewsWithOldSize(SplitView *view, const QSize &oldSize) override;
+
+private:
+    friend struct ControllerTest; // a test that looks at what no outlet shows
+
+    // app/Lifecycle.cpp
+    void swapPanes();
+
+    // disks/DiskTreeOperations.cpp
+    void expandAllRows();
+    void releaseDiskListItem(ZorvexDiskManagerDiskListItem *item);
+
+    // operations/MountUnmountEject.cpp
+    OutlineItem selectedDisk() const;
+    void refreshAfterStateChange();
+    void finishOperation(const OutlineItem &disk);
+    void showForceDialog(const OutlineItem &disk, const char *titleKey, const char *bodyKey,
+        std::function<void(AlertSheet *, int)> didEnd);
+    void reportOutcome(const OutlineItem &disk, const QString &format, const DADissenterRef &dissenter,
+        const std::optional<QString> &reason = {});
+
+    // operations/Format.cpp, operations/CheckRepair.cpp: bodies of worker threads
+    QString formatTargetText(const ZorvexDiskManagerDisk &disk) const;
+    static void doFormat(const std::shared_ptr<ZorvexDiskManagerFormatParams> &params,
+        const std::shared_ptr<MainThreadRelay> &relay, ShellPipe &pipe);
+    static void doCheckRepair(const OutlineItem &disk, const std::shared_ptr<MainThreadRelay> &relay,
+        ShellPipe &pipe, bool isRepair);
+    void scheduleOutputRefresh();
+
+    // ui/InformationPanel.cpp
+    struct PanelTexts;
+    PanelTexts textsOf(ZorvexDiskManagerDisk &disk);
+    QString filesystemTextOf(const ZorvexDiskManagerDisk &disk) const;
+    void showOutputOf(const ZorvexDiskManagerDisk &disk);
+    bool enableControls(const ZorvexDiskManagerDisk &disk);
+    void disableControls();
+    void updateTabs(const ZorvexDiskManagerDisk *disk, bool canFormat);
+    void updateOperationBars(const ZorvexDiskManagerDisk *disk);
+
+    ApplicationPlatform m_platform;
+    std::shared_ptr<MainThreadRelay> m_relay;
+    std::unordered_map<ZorvexDiskManagerDiskListItem *, std::unique_ptr<ZorvexDiskManagerDiskListItem>>
+        m_diskListItems; // owns the nodes of the tree
+    bool m_outputRefreshScheduled = false;
+};
+
+// What the disk service is given. Each forwards to the controller that is its context.
+void zorvex_disk_manager_da_disk_peek(const DADiskRef &disk, ZorvexDiskManagerAppDelegate *context);
+void zorvex_disk_manager_da_disk_appeared(const DADiskRef &disk, ZorvexDiskManagerAppDelegate *context);
+void zorvex_disk_manager_da_disk_disappeared(const DADiskRef &disk, ZorvexDiskManagerAppDelegate *context);
+void zorvex_disk_manager_da_disk_description_changed(
+    const DADiskRef &disk, const QStringList &keys, ZorvexDiskManagerAppDelegate *context);

@@ -1,0 +1,123 @@
+// SPDX-License-Identifier: MIT
+//
+// Disks that appear, disappear and change.
+#include "app/ZorvexDiskManagerAppDelegate.h"
+
+#include "platform/SystemLog.h"
+#include "ui/OutlineView.h"
+
+namespace {
+
+std::optional<QString> bsdNameOf(const DADiskRef &disk)
+{
+    const std::optional<PropertyDictionary> description = disk->copyDescription();
+    const PropertyValue *value = description ? description->value(DAKey::mediaBSDName) : nullptr;
+    const QString *name = value ? value->asString() : nullptr;
+    return name ? std::optional<QString>(*name) : std::nullopt;
+}
+
+void logNotFound(const DADiskRef &disk)
+{
+    systemLog(QString::asprintf("Could not find a matching ZorvexDiskManagerDisk for DADiskRef %p.",
+        static_cast<const void *>(disk.get())));
+}
+
+} // namespace
+
+void zorvex_disk_manager_da_disk_peek(const DADiskRef &disk, ZorvexDiskManagerAppDelegate *context)
+{
+    context->diskArbitrationDiskPeek(disk);
+}
+
+void zorvex_disk_manager_da_disk_appeared(const DADiskRef &disk, ZorvexDiskManagerAppDelegate *context)
+{
+    context->diskArbitrationDiskAppeared(disk);
+}
+
+void zorvex_disk_manager_da_disk_disappeared(const DADiskRef &disk, ZorvexDiskManagerAppDelegate *context)
+{
+    context->diskArbitrationDiskDisappeared(disk);
+}
+
+void zorvex_disk_manager_da_disk_description_changed(
+    const DADiskRef &disk, const QStringList &keys, ZorvexDiskManagerAppDelegate *context)
+{
+    context->diskArbitrationDiskDescriptionChanged(disk, keys);
+}
+
+// No disk is held back or claimed.
+void ZorvexDiskManagerAppDelegate::diskArbitrationDiskPeek(const DADiskRef &disk)
+{
+    Q_UNUSED(disk)
+}
+
+void ZorvexDiskManagerAppDelegate::diskArbitrationDiskAppeared(const DADiskRef &disk)
+{
+    const std::shared_ptr<ZorvexDiskManagerDisk> record = m_platform.allocDisk();
+    std::unique_ptr<ZorvexDiskManagerDiskListItem> item = m_platform.allocDiskListItem();
+    if (!record || !item) {
+        systemLog(QStringLiteral("Error while allocating new %1%2%3.")
+                      .arg(record ? QString() : QStringLiteral("ZorvexDiskManagerDisk"),
+                          record || item ? QString() : QStringLiteral(" and "),
+                          item ? QString() : QStringLiteral("ZorvexDiskManagerDiskListItem")));
+        return;
+    }
+    if (zorvex_disk_manager_update_disk_description(disk, *record))
+        return;
+    record->delegate = this;
+    record->parent_item = item.get();
+    item->disk = record;
+    item->children = nullptr;
+    addDiskListItem(std::move(item));
+}
+
+void ZorvexDiskManagerAppDelegate::diskArbitrationDiskDisappeared(const DADiskRef &disk)
+{
+    const std::optional<QString> bsdName = bsdNameOf(disk);
+    if (!bsdName)
+        return;
+    const DiskListPosition position = disk_list_find(&disk_list, *bsdName);
+    if (!position.item) {
+        logNotFound(disk);
+        return;
+    }
+
+    const OutlineItem record = position.item->disk;
+    const int selectedRow = leftOutlineView->selectedRow();
+    const int removedRow = leftOutlineView->rowForItem(record);
+    if (removedRow < 0) {
+        systemLog(QString::asprintf("No index found for item %p (disk %p)!",
+            static_cast<const void *>(position.item), static_cast<const void *>(record.get())));
+    }
+    disk_list_remove(position.head, position.item);
+    releaseDiskListItem(position.item);
+    leftOutlineView->reloadData();
+
+    if (selectedRow < removedRow || selectedRow < 0 || removedRow < 0)
+        return;
+    if (selectedRow > removedRow)
+        leftOutlineView->selectRow(selectedRow - 1);
+    else if (selectedRow >= leftOutlineView->numberOfRows())
+        leftOutlineView->selectRow(leftOutlineView->numberOfRows() - 1);
+    outlineViewSelectionDidChange();
+}
+
+void ZorvexDiskManagerAppDelegate::diskArbitrationDiskDescriptionChanged(
+    const DADiskRef &disk, const QStringList &keys)
+{
+    Q_UNUSED(keys)
+    const std::optional<QString> bsdName = bsdNameOf(disk);
+    if (!bsdName)
+        return;
+    const DiskListPosition position = disk_list_find(&disk_list, *bsdName);
+    if (!position.item) {
+        logNotFound(disk);
+        return;
+    }
+    if (zorvex_disk_manager_update_disk_description(disk, *position.item->disk)) {
+        systemLog(QStringLiteral("Error while updating disk description from DADisk..."));
+        return;
+    }
+    leftOutlineView->reloadData();
+    outlineViewSelectionDidChange();
+}

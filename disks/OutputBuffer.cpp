@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: MIT
+#include "disks/OutputBuffer.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr qsizetype initialCapacity = 4096;
+
+// One pass from this place on. Returns where the first erased line started, or the buffer's length when none was.
+qsizetype pass(QByteArray &buffer, qsizetype lineStart, qsizetype examined)
+{
+    qsizetype firstErased = buffer.size();
+    bool hasErased = false;
+    qsizetype i = examined;
+    qsizetype s = lineStart;
+    while (i < buffer.size()) {
+        const char c = buffer.at(i++);
+        if (c == '\r' && i < buffer.size()) {
+            buffer.remove(s, i - s);
+            firstErased = hasErased ? firstErased : s;
+            hasErased = true;
+            i = s + 1;
+        } else if (c == '\n') {
+            s = i;
+        }
+    }
+    return std::min(firstErased, buffer.size());
+}
+
+} // namespace
+
+void applyCarriageReturns(QByteArray &buffer)
+{
+    pass(buffer, 0, 0);
+}
+
+OutputBuffer::OutputBuffer()
+{
+    m_bytes.reserve(initialCapacity);
+}
+
+void OutputBuffer::append(const char *bytes, qsizetype length)
+{
+    m_bytes.append(bytes, length);
+    if (!m_bytes.isEmpty())
+        applyToTail();
+}
+
+void OutputBuffer::applyToTail()
+{
+    // A line that is erased may have begun before what is known to be free of carriage returns.
+    const qsizetype erasedFrom = pass(m_bytes, m_lineStart, m_examined);
+    m_examined = std::min(m_examined, erasedFrom);
+    while (m_examined < m_bytes.size() && m_bytes.at(m_examined) != '\r') {
+        ++m_examined;
+        if (m_bytes.at(m_examined - 1) == '\n')
+            m_lineStart = m_examined;
+    }
+}
+
+void OutputBuffer::clear()
+{
+    m_bytes.resize(0);
+    m_lineStart = 0;
+    m_examined = 0;
+}

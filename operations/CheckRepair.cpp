@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: MIT
+//
+// Checking and repairing a volume on a worker thread, its output shown as it comes.
+#include "app/ZorvexDiskManagerAppDelegate.h"
+
+#include "operations/CheckRepairOutputChunk.h"
+#include "operations/DiskutilRunner.h"
+#include "platform/SystemLog.h"
+#include "ui/OutlineView.h"
+
+#include <QTabWidget>
+#include <QTimer>
+
+#include <chrono>
+#include <thread>
+
+namespace {
+
+// Output is shown at most this often. A chunk is taken in at once; what it changes on screen is shown with that of
+// the chunks that follow it within a frame, so that a tool that prints fast is not held up by the drawing.
+constexpr std::chrono::milliseconds outputRefreshInterval { 16 };
+
+// What the output handler is given as context, for the time of one run.
+struct CheckRepairContext {
+    const OutlineItem &disk;
+    MainThreadRelay &relay;
+};
+
+void HandleCheckRepairOutput(void *context, std::size_t length, const char *bytes)
+{
+    const auto &run = *static_cast<const CheckRepairContext *>(context);
+    const CheckRepairOutputChunk chunk { run.disk, bytes, length };
+    // The chunk lives on this thread's stack: it is safe because the relay returns only when it has been taken in
+    // or never will be.
+    run.relay.performAndWait([&chunk] { chunk.disk->delegate->updateCheckRepairOutput(chunk); });
+}
+
+} // namespace
+
+void ZorvexDiskManagerAppDelegate::clickCheckButton(QObject *sender)
+{
+    clickCheckRepairButton(sender, false);
+}
+
+void ZorvexDiskManagerAppDelegate::clickRepairButton(QObject *sender)
+{
+    clickCheckRepairButton(sender, true);
+}
+
+void ZorvexDiskManagerAppDelegate::clickCheckRepairButton(QObject *sender, bool isRepair)
+{
+    Q_UNUSED(sender)
+    const OutlineItem disk = selectedDisk();
+    if (!disk)
+        return;
+    if (disk->checkRepairOutput)
+        disk->checkRepairOutput->clear();
+    disk->operationInProgress = true;
+    disk->operationInProgressShowFormatTab = rightTabView->indexOf(formatTab) >= 0;
+    disk->operationInProgressShowMaintenanceTab = true;
+    disk->runningOperation = isRepair ? RunningOperation::Repair : RunningOperation::Check;
+    refreshAfterStateChange();
+
+    std::thread([disk, isRepair, relay = m_relay, pipe = m_platform.createShellPipe()] {
+        doCheckRepair(disk, relay, *pipe, isRepair);
+    }).detach();
+}
+
+void ZorvexDiskManagerAppDelegate::doCheckRepair(
+    const OutlineItem &disk, const std::shared_ptr<MainThreadRelay> &relay, ShellPipe &pipe, bool isRepair)
+{
+    CheckRepairContext context { disk, *relay };
+    std::optional<QString> message;
+    const qint32 code
+        = invokeDiskutilWithVerb(isRepair ? QStringLiteral("repairVolume") : QStringLiteral("verifyVolume"),
+            QStringLiteral("'/dev/%1'").arg(disk->description()), HandleCheckRepairOutput, &context, message, pipe);
+    if (code != 0)
+        systemLog(QStringLiteral("Error returned by invokeDiskutilWithVerb: %1").arg(code));
+    if (message)
+        relay->performAndWait([&] { disk->delegate->errorMessage(*message); });
+    relay->perform([disk] { disk->delegate->checkRepairFinished(disk); });
+}
+
+void ZorvexDiskManagerAppDelegate::updateCheckRepairOutput(const CheckRepairOutputChunk &chunk)
+{
+    if (!chunk.disk->checkRepairOutput)
+        chunk.disk->checkRepairOutput.emplace();
+    chunk.disk->checkRepairOutput->append(chunk.bytes, static_cast<qsizetype>(chunk.length));
+    scheduleOutputRefresh();
+}
+
+void ZorvexDiskManagerAppDelegate::scheduleOutputRefresh()
+{
+    if (m_outputRefreshScheduled)
+        return;
+    m_outputRefreshScheduled = true;
+    QTimer::singleShot(outputRefreshInterval, this, [this] {
+        m_outputRefreshScheduled = false;
+        refreshAfterStateChange();
+    });
+}
+
+void ZorvexDiskManagerAppDelegate::checkRepairFinished(const OutlineItem &disk)
+{
+    disk->operationInProgressShowFormatTab = false;
+    disk->operationInProgressShowMaintenanceTab = false;
+    finishOperation(disk);
+}

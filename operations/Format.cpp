@@ -1,0 +1,172 @@
+// SPDX-License-Identifier: MIT
+//
+// Formatting a volume: button, confirmation, worker, and the rename, unmount and mount that follow for the
+// program's own file systems.
+#include "app/ZorvexDiskManagerAppDelegate.h"
+
+#include "operations/DiskutilRunner.h"
+#include "operations/ZorvexDiskManagerFormatParams.h"
+#include "operations/format_rules.h"
+#include "platform/Localization.h"
+#include "ui/AlertSheet.h"
+#include "ui/OutlineView.h"
+
+#include <QComboBox>
+#include <QLineEdit>
+#include <QMainWindow>
+#include <QTabWidget>
+
+#include <thread>
+
+namespace {
+
+using FormatParamsRef = std::shared_ptr<ZorvexDiskManagerFormatParams>;
+
+void PostFormatRenameCallback(
+    const DADiskRef &disk, const DADissenterRef &dissenter, const FormatParamsRef &context)
+{
+    Q_UNUSED(disk)
+    context->delegate->postFormatRenameFinished(context, dissenter);
+}
+
+void PostFormatRenameUnmountCallback(
+    const DADiskRef &disk, const DADissenterRef &dissenter, const FormatParamsRef &context)
+{
+    Q_UNUSED(disk)
+    context->delegate->postFormatRenameUnmountFinished(context, dissenter);
+}
+
+void PostFormatRenameMountCallback(
+    const DADiskRef &disk, const DADissenterRef &dissenter, const FormatParamsRef &context)
+{
+    Q_UNUSED(disk)
+    context->delegate->postFormatRenameMountFinished(context, dissenter);
+}
+
+DADiskCompletion completionWithParams(
+    void (*callback)(const DADiskRef &, const DADissenterRef &, const FormatParamsRef &),
+    const FormatParamsRef &params)
+{
+    return [callback, params](
+               const DADiskRef &disk, const DADissenterRef &dissenter) { callback(disk, dissenter, params); };
+}
+
+// One line of what is about to be erased.
+QString targetLine(const char *captionKey, const QString &value)
+{
+    return localizedString(captionKey) + QLatin1Char(' ') + value + QLatin1Char('\n');
+}
+
+} // namespace
+
+void ZorvexDiskManagerAppDelegate::clickFormatButton(QObject *sender)
+{
+    Q_UNUSED(sender)
+    const auto filesystem = formatFilesystemsPopupButton->currentData().value<FilesystemBundleRef>();
+    const OutlineItem disk = selectedDisk();
+    if (!disk || !filesystem) {
+        errorMessage(FormatRules::nothingSelectedText(filesystem != nullptr, disk != nullptr));
+        return;
+    }
+    const QString typed = formatVolumeLabelField->text();
+    if (!typed.isEmpty() && !validateVolumeLabel(typed, *filesystem))
+        return;
+
+    const FormatRules::Labels labels = FormatRules::labelsFor(typed, filesystem->bundleName);
+    const auto params = std::make_shared<ZorvexDiskManagerFormatParams>();
+    params->delegate = this;
+    params->disk = disk;
+    params->filesystem = filesystem;
+    params->callerRunLoop = m_relay;
+    params->volumeLabel = labels.volumeLabel;
+    params->postFormatLabel = labels.postFormatLabel;
+
+    auto *alert = new AlertSheet(AlertSheet::Style::Warning);
+    alert->addButtonWithTitle(localizedString("CONFIRM_FORMAT_DIALOG_CONTINUE_BUTTON_TEXT"));
+    alert->addButtonWithTitle(localizedString("CONFIRM_FORMAT_DIALOG_CANCEL_BUTTON_TEXT"));
+    alert->setMessageText(localizedString("CONFIRM_FORMAT_DIALOG_TITLE"));
+    alert->setInformativeText(localizedString("CONFIRM_FORMAT_DIALOG_BODY"));
+    alert->setAccessoryText(formatTargetText(*disk));
+    alert->setDefaultReturn(AlertSheet::firstButtonReturn + 1);
+    alert->beginSheetModalForWindow(window,
+        [this, alert, params](int returnCode) { formatWarningAlertDidEnd(alert, returnCode, params); });
+}
+
+QString ZorvexDiskManagerAppDelegate::formatTargetText(const ZorvexDiskManagerDisk &disk) const
+{
+    const QString size
+        = disk.mediaSize ? getDiskSpaceStringWithDiskSize(disk.mediaSize->longLongValue(), nullptr) : QString();
+    const QString node = disk.daDisk ? disk.daDisk->deviceNode() : QString();
+    const QString device = node.isEmpty() ? disk.description() : QString(disk.description() + u" (" + node + u')');
+    const QString content = filesystemTextOf(disk);
+    QString text = targetLine("FORMAT_TARGET_NAME_CAPTION", getDisplayNameForDisk(disk))
+        + targetLine("FORMAT_TARGET_SIZE_CAPTION", size) + targetLine("FORMAT_TARGET_DEVICE_CAPTION", device)
+        + targetLine("FORMAT_TARGET_CONTENT_CAPTION",
+            content.isEmpty() ? localizedString("FORMAT_TARGET_NOTHING_TEXT") : content);
+    return text.trimmed();
+}
+
+void ZorvexDiskManagerAppDelegate::formatWarningAlertDidEnd(
+    AlertSheet *alert, int returnCode, const FormatParamsRef &contextInfo)
+{
+    Q_UNUSED(alert)
+    if (returnCode != AlertSheet::firstButtonReturn)
+        return;
+    ZorvexDiskManagerDisk &disk = *contextInfo->disk;
+    disk.operationInProgress = true;
+    disk.operationInProgressShowFormatTab = true;
+    disk.operationInProgressShowMaintenanceTab = rightTabView->indexOf(maintenanceTab) >= 0;
+    disk.runningOperation = RunningOperation::Format;
+    refreshAfterStateChange();
+
+    std::thread([contextInfo, relay = m_relay, pipe = m_platform.createShellPipe()] {
+        doFormat(contextInfo, relay, *pipe);
+    }).detach();
+}
+
+void ZorvexDiskManagerAppDelegate::doFormat(
+    const FormatParamsRef &params, const std::shared_ptr<MainThreadRelay> &relay, ShellPipe &pipe)
+{
+    const QString arguments = FormatRules::eraseArguments(
+        params->filesystem->fsPersonality, params->volumeLabel, params->disk->description());
+    std::optional<QString> message;
+    invokeDiskutilWithVerb(QStringLiteral("eraseVolume"), arguments, nullptr, nullptr, message, pipe);
+    if (message)
+        relay->performAndWait([&] { params->delegate->errorMessage(*message); });
+    relay->perform([params] { params->delegate->formatFinished(params); });
+}
+
+void ZorvexDiskManagerAppDelegate::formatFinished(const FormatParamsRef &params)
+{
+    // The steps are tried whatever came of the erase.
+    if (params->postFormatLabel)
+        session->rename(params->disk->daDisk, *params->postFormatLabel, kDADiskRenameOptionDefault,
+            completionWithParams(PostFormatRenameCallback, params));
+    else
+        postFormatRenameMountFinished(params, nullptr);
+}
+
+void ZorvexDiskManagerAppDelegate::postFormatRenameFinished(
+    const FormatParamsRef &params, const DADissenterRef &dissenter)
+{
+    reportOutcome(params->disk, QStringLiteral("Error while renaming %@: %@"), dissenter);
+    session->unmount(params->disk->daDisk, kDADiskUnmountOptionDefault,
+        completionWithParams(PostFormatRenameUnmountCallback, params));
+}
+
+void ZorvexDiskManagerAppDelegate::postFormatRenameUnmountFinished(
+    const FormatParamsRef &params, const DADissenterRef &dissenter)
+{
+    reportOutcome(params->disk, QStringLiteral("Error while unmounting %@: %@"), dissenter);
+    session->mount(params->disk->daDisk, kDADiskMountOptionDefault,
+        completionWithParams(PostFormatRenameMountCallback, params));
+}
+
+void ZorvexDiskManagerAppDelegate::postFormatRenameMountFinished(
+    const FormatParamsRef &params, const DADissenterRef &dissenter)
+{
+    reportOutcome(params->disk, QStringLiteral("Error while mounting %@: %@"), dissenter);
+    params->disk->operationInProgressShowFormatTab = false;
+    params->disk->operationInProgressShowMaintenanceTab = false;
+    finishOperation(params->disk);
+}

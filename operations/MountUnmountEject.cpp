@@ -1,0 +1,222 @@
+// SPDX-License-Identifier: MIT
+//
+// The button that mounts, unmounts or ejects the selected disk, and the sheets that offer to use force.
+#include "app/ZorvexDiskManagerAppDelegate.h"
+
+#include "operations/dissenter_rules.h"
+#include "operations/mount_callbacks.h"
+#include "platform/Localization.h"
+#include "platform/SystemLog.h"
+#include "ui/AlertSheet.h"
+#include "ui/OutlineView.h"
+
+#include <QMainWindow>
+
+namespace {
+
+// Brings the record up to date after a request, reports, and lets go of the record.
+void finishRequest(const DADiskRef &disk, const DADissenterRef &dissenter, const OutlineItem &record,
+    const QString &verb,
+    void (ZorvexDiskManagerAppDelegate::*report)(const OutlineItem &, const DADissenterRef &))
+{
+    if (zorvex_disk_manager_update_disk_description(disk, *record))
+        systemLog(QStringLiteral("Error while updating disk description after %1.").arg(verb));
+    (record->delegate->*report)(record, dissenter);
+}
+
+} // namespace
+
+void zorvex_disk_manager_da_disk_did_mount(
+    const DADiskRef &disk, const DADissenterRef &dissenter, const OutlineItem &context)
+{
+    finishRequest(disk, dissenter, context, QStringLiteral("mount"),
+        &ZorvexDiskManagerAppDelegate::diskArbitrationDiskDidMount);
+}
+
+void zorvex_disk_manager_da_disk_did_unmount(
+    const DADiskRef &disk, const DADissenterRef &dissenter, const OutlineItem &context)
+{
+    finishRequest(disk, dissenter, context, QStringLiteral("unmount"),
+        &ZorvexDiskManagerAppDelegate::diskArbitrationDiskDidUnmount);
+}
+
+void zorvex_disk_manager_da_disk_did_eject(
+    const DADiskRef &disk, const DADissenterRef &dissenter, const OutlineItem &context)
+{
+    finishRequest(disk, dissenter, context, QStringLiteral("eject"),
+        &ZorvexDiskManagerAppDelegate::diskArbitrationDiskDidEject);
+}
+
+void UnmountDidUnmountDisk(
+    const DADiskRef &disk, const DADissenterRef &dissenter, const OutlineItem &context)
+{
+    context->delegate->unmountDidUnmountDisk(disk, dissenter, context);
+}
+
+void EjectDidUnmountDisk(
+    const DADiskRef &disk, const DADissenterRef &dissenter, const OutlineItem &context)
+{
+    Q_UNUSED(disk)
+    context->delegate->ejectDidUnmountDisk(context, dissenter);
+}
+
+void EjectDidForceUnmountDisk(
+    const DADiskRef &disk, const DADissenterRef &dissenter, const OutlineItem &context)
+{
+    Q_UNUSED(disk)
+    context->delegate->ejectDidForceUnmountDisk(context, dissenter);
+}
+
+DADiskCompletion completionWithContext(DiskRequestCallback callback, const OutlineItem &record)
+{
+    return [callback, record](
+               const DADiskRef &disk, const DADissenterRef &dissenter) { callback(disk, dissenter, record); };
+}
+
+OutlineItem ZorvexDiskManagerAppDelegate::selectedDisk() const
+{
+    return leftOutlineView->itemAtRow(leftOutlineView->selectedRow());
+}
+
+void ZorvexDiskManagerAppDelegate::refreshAfterStateChange()
+{
+    leftOutlineView->reloadData();
+    outlineViewSelectionDidChange();
+}
+
+void ZorvexDiskManagerAppDelegate::finishOperation(const OutlineItem &disk)
+{
+    disk->operationInProgress = false;
+    disk->runningOperation = RunningOperation::None;
+    refreshAfterStateChange();
+}
+
+void ZorvexDiskManagerAppDelegate::clickMountUnmountButton(QObject *sender)
+{
+    Q_UNUSED(sender)
+    const OutlineItem disk = selectedDisk();
+    if (!disk || disk->operationInProgress)
+        return;
+    disk->operationInProgress = true;
+    disk->runningOperation = RunningOperation::MountUnmountEject;
+    refreshAfterStateChange();
+    if (disk->volumePath)
+        session->unmount(
+            disk->daDisk, kDADiskUnmountOptionDefault, completionWithContext(UnmountDidUnmountDisk, disk));
+    else if (disk->whole && !disk->leaf)
+        session->unmount(
+            disk->daDisk, kDADiskUnmountOptionWhole, completionWithContext(EjectDidUnmountDisk, disk));
+    else
+        session->mount(disk->daDisk, kDADiskMountOptionDefault,
+            completionWithContext(zorvex_disk_manager_da_disk_did_mount, disk));
+}
+
+// Shown directly and not as an alert: a force dialog neither waits for an alert nor keeps one away.
+void ZorvexDiskManagerAppDelegate::showForceDialog(const OutlineItem &disk, const char *titleKey,
+    const char *bodyKey, std::function<void(AlertSheet *, int)> didEnd)
+{
+    auto *alert = new AlertSheet(AlertSheet::Style::Informational);
+    alert->addButtonWithTitle(localizedString("FORCE_UNMOUNT_BUTTON_TITLE"));
+    alert->addButtonWithTitle(localizedString("CANCEL_UNMOUNT_BUTTON_TITLE"));
+    alert->setMessageText(localizedString(titleKey));
+    alert->setInformativeText(formatLocalized(localizedString(bodyKey), { disk->description() }));
+    // Force can cost the user data; Return alone must not choose it.
+    alert->setDefaultReturn(AlertSheet::firstButtonReturn + 1);
+    alert->beginSheetModalForWindow(
+        window, [alert, didEnd = std::move(didEnd)](int returnCode) { didEnd(alert, returnCode); });
+}
+
+void ZorvexDiskManagerAppDelegate::unmountDidUnmountDisk(
+    const DADiskRef &disk, const DADissenterRef &dissenter, const OutlineItem &daDisk)
+{
+    if (!dissenter) {
+        zorvex_disk_manager_da_disk_did_unmount(disk, nullptr, daDisk);
+        return;
+    }
+    showForceDialog(daDisk, "FAILED_TO_UNMOUNT_VOLUME_TITLE", "FAILED_TO_UNMOUNT_VOLUME_BODY_FMT",
+        [this, daDisk](AlertSheet *alert, int returnCode) {
+            unmountForceUnmountDialogDidEnd(alert, returnCode, daDisk);
+        });
+}
+
+void ZorvexDiskManagerAppDelegate::unmountForceUnmountDialogDidEnd(
+    AlertSheet *alert, int returnCode, const OutlineItem &contextInfo)
+{
+    Q_UNUSED(alert)
+    if (returnCode == AlertSheet::firstButtonReturn)
+        session->unmount(contextInfo->daDisk, kDADiskUnmountOptionForce,
+            completionWithContext(zorvex_disk_manager_da_disk_did_unmount, contextInfo));
+    else
+        finishOperation(contextInfo);
+}
+
+void ZorvexDiskManagerAppDelegate::ejectDidUnmountDisk(
+    const OutlineItem &disk, const DADissenterRef &dissenter)
+{
+    if (!dissenter) {
+        session->eject(disk->daDisk, kDADiskEjectOptionDefault,
+            completionWithContext(zorvex_disk_manager_da_disk_did_eject, disk));
+        return;
+    }
+    showForceDialog(disk, "FAILED_TO_UNMOUNT_VOLUMES_TITLE", "FAILED_TO_UNMOUNT_VOLUMES_BODY_FMT",
+        [this, disk](AlertSheet *alert, int returnCode) {
+            ejectForceUnmountDialogDidEnd(alert, returnCode, disk);
+        });
+}
+
+void ZorvexDiskManagerAppDelegate::ejectForceUnmountDialogDidEnd(
+    AlertSheet *alert, int returnCode, const OutlineItem &contextInfo)
+{
+    Q_UNUSED(alert)
+    if (returnCode == AlertSheet::firstButtonReturn)
+        session->unmount(contextInfo->daDisk, kDADiskUnmountOptionWhole | kDADiskUnmountOptionForce,
+            completionWithContext(EjectDidForceUnmountDisk, contextInfo));
+    else
+        finishOperation(contextInfo);
+}
+
+void ZorvexDiskManagerAppDelegate::ejectDidForceUnmountDisk(
+    const OutlineItem &disk, const DADissenterRef &dissenter)
+{
+    // A refusal is not reported here: the eject that follows reports its own outcome.
+    Q_UNUSED(dissenter)
+    session->eject(disk->daDisk, kDADiskEjectOptionDefault,
+        completionWithContext(zorvex_disk_manager_da_disk_did_eject, disk));
+}
+
+void ZorvexDiskManagerAppDelegate::reportOutcome(const OutlineItem &disk, const QString &format,
+    const DADissenterRef &dissenter, const std::optional<QString> &reason)
+{
+    if (dissenter)
+        errorMessage(formatLocalized(
+            format, { disk->description(), reason.value_or(dissenterStatusToString(*dissenter)) }));
+}
+
+void ZorvexDiskManagerAppDelegate::diskArbitrationDiskDidMount(
+    const OutlineItem &disk, const DADissenterRef &withDissenter)
+{
+    std::optional<QString> reason;
+    if (withDissenter && withDissenter->status == static_cast<quint32>(DAReturn::Unsupported))
+        reason = QStringLiteral("No supported file system found.");
+    reportOutcome(disk, QStringLiteral("Error while mounting %@: %@"), withDissenter, reason);
+    finishOperation(disk);
+}
+
+void ZorvexDiskManagerAppDelegate::diskArbitrationDiskDidUnmount(
+    const OutlineItem &disk, const DADissenterRef &withDissenter)
+{
+    reportOutcome(disk, QStringLiteral("Error while unmounting %@: %@"), withDissenter);
+    finishOperation(disk);
+}
+
+void ZorvexDiskManagerAppDelegate::diskArbitrationDiskDidEject(
+    const OutlineItem &disk, const DADissenterRef &withDissenter)
+{
+    reportOutcome(disk, QStringLiteral("Error while ejecting %@: %@"), withDissenter);
+    finishOperation(disk);
+}
+
+QString ZorvexDiskManagerAppDelegate::dissenterStatusToString(const DADissenter &dissenter)
+{
+    return DissenterRules::textOf(dissenter);
+}

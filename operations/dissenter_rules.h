@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: MIT
+//
+// What the user is told of a refused request. Functions of values, any thread.
+#pragma once
+
+#include "platform/DiskArbitration.h"
+
+namespace DissenterRules {
+
+// The service's own words; without them the name of the status, or the text of the system error it wraps.
+QString textOf(const DADissenter &dissenter);
+
+} // namespace DissenterRules

@@ -1,0 +1,112 @@
+// SPDX-License-Identifier: MIT
+#include "operations/label_rules.h"
+
+#include "platform/SystemLog.h"
+
+#include <QStringConverter>
+
+#include <algorithm>
+#include <optional>
+
+#include "platform/no_widgets.h"
+
+namespace LabelRules {
+
+namespace {
+
+constexpr qsizetype longestNtfsLabel = 128; // UTF-16 code units
+constexpr qsizetype longestFatLabel = 11; // bytes
+constexpr qsizetype longestExFatLabel = 11; // UTF-16 code units
+constexpr qsizetype longestOtherLabel = 255; // bytes of UTF-8
+
+bool isForbidden(char16_t unit)
+{
+    return unit < 0x20 || QStringLiteral("\"*/:<>?\\|").contains(QChar(unit));
+}
+
+bool isRepresentable(const QString &label)
+{
+    // Stateless: half a surrogate pair at the end is an error and not the beginning of more.
+    QStringEncoder encoder(QStringConverter::Utf8, QStringConverter::Flag::Stateless);
+    const QByteArray encoded = encoder(label);
+    return !encoder.hasError();
+}
+
+// The precomposed form; nothing for a label that has none.
+std::optional<QString> composed(const QString &label, const char *encoding)
+{
+    const QString form = label.normalized(QString::NormalizationForm_C);
+    if (form.isEmpty() && !label.isEmpty()) {
+        systemLog(QStringLiteral("Unexpected: Unable to get composed volume label from string which can be "
+                                 "converted to %1 encoding.")
+                      .arg(QLatin1String(encoding)));
+        return std::nullopt;
+    }
+    return form;
+}
+
+bool isValidNtfsLabel(const QString &label)
+{
+    if (!isRepresentable(label))
+        return false;
+    const std::optional<QString> form = composed(label, "UTF-16");
+    return form && form->size() <= longestNtfsLabel;
+}
+
+bool isValidFatLabel(const QString &label)
+{
+    const QByteArray bytes = label.toUtf8();
+    return bytes.size() <= longestFatLabel
+        && std::none_of(bytes.begin(), bytes.end(), [](char byte) {
+               const auto unit = static_cast<unsigned char>(byte);
+               return unit >= 0x80 || (unit >= 'a' && unit <= 'z') || isForbidden(unit);
+           });
+}
+
+bool isValidExFatLabel(const QString &label)
+{
+    if (!isRepresentable(label))
+        return false;
+    const std::optional<QString> form = composed(label, "UTF-16");
+    return form && form->size() <= longestExFatLabel
+        && std::none_of(
+            form->begin(), form->end(), [](QChar unit) { return isForbidden(unit.unicode()); });
+}
+
+bool isValidOtherLabel(const QString &label)
+{
+    if (!isRepresentable(label))
+        return false;
+    const std::optional<QString> form = composed(label, "UTF-8");
+    return form && form->toUtf8().size() <= longestOtherLabel;
+}
+
+} // namespace
+
+RuleSet ruleSetOf(const QString &bundleName)
+{
+    if (bundleName == QLatin1String("fusefs_qvontfs") || bundleName == QLatin1String("zorvex_ntfs"))
+        return RuleSet::Ntfs;
+    if (bundleName == QLatin1String("msdos") || bundleName == QLatin1String("zorvex_fatplus"))
+        return RuleSet::Fat;
+    if (bundleName == QLatin1String("exfat") || bundleName == QLatin1String("zorvex_exfat"))
+        return RuleSet::ExFat;
+    return RuleSet::Other;
+}
+
+bool isValidLabel(const QString &label, RuleSet ruleSet)
+{
+    switch (ruleSet) {
+    case RuleSet::Ntfs:
+        return isValidNtfsLabel(label);
+    case RuleSet::Fat:
+        return isValidFatLabel(label);
+    case RuleSet::ExFat:
+        return isValidExFatLabel(label);
+    case RuleSet::Other:
+        break;
+    }
+    return isValidOtherLabel(label);
+}
+
+} // namespace LabelRules

@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: MIT
+#include "platform/Workspace.h"
+
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QFileInfo>
+#include <QProcess>
+#include <QUrl>
+
+namespace {
+
+const QString fileManager = QStringLiteral("org.freedesktop.FileManager1");
+
+// A file manager that is started for this needs time, but one that hangs must not leave the click unanswered.
+constexpr int fileManagerTimeLimit = 20000; // milliseconds
+
+void answerLater(const Workspace::Completion &completion, bool success)
+{
+    QMetaObject::invokeMethod(qApp, [completion, success] { completion(success); }, Qt::QueuedConnection);
+}
+
+// xdg-open ends with 0 once it has handed the path to a program.
+void openWithDesktop(const QString &path, const Workspace::Completion &completion)
+{
+    auto *process = new QProcess(qApp);
+    QObject::connect(process, &QProcess::finished, process,
+        [process, completion](int exitCode, QProcess::ExitStatus status) {
+            process->deleteLater();
+            completion(status == QProcess::NormalExit && exitCode == 0);
+        });
+    QObject::connect(process, &QProcess::errorOccurred, process, [process, completion](QProcess::ProcessError error) {
+        if (error != QProcess::FailedToStart)
+            return;
+        process->deleteLater();
+        completion(false);
+    });
+    process->setStandardInputFile(QProcess::nullDevice());
+    process->setStandardOutputFile(QProcess::nullDevice());
+    process->setStandardErrorFile(QProcess::nullDevice());
+    process->start(QStringLiteral("xdg-open"), { path });
+}
+
+} // namespace
+
+void DesktopWorkspace::openInFileManager(const QString &path, Completion completion)
+{
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected()) {
+        openWithDesktop(path, completion);
+        return;
+    }
+    auto message = QDBusMessage::createMethodCall(fileManager, QStringLiteral("/org/freedesktop/FileManager1"),
+        fileManager, QStringLiteral("ShowFolders"));
+    message.setArguments({ QStringList { QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded) }, QString() });
+    auto *watcher = new QDBusPendingCallWatcher(bus.asyncCall(message, fileManagerTimeLimit), qApp);
+    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher, [watcher, path, completion] {
+        watcher->deleteLater();
+        if (watcher->isError())
+            openWithDesktop(path, completion);
+        else
+            completion(true);
+    });
+}
+
+void DesktopWorkspace::openDocument(const QString &path, Completion completion)
+{
+    if (!QFileInfo(path).isReadable()) {
+        answerLater(completion, false);
+        return;
+    }
+    openWithDesktop(path, completion);
+}

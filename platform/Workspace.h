@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+//
+// The desktop around the program: its file manager and its document viewer. Main thread; nothing waits.
+#pragma once
+
+#include <QString>
+
+#include <functional>
+
+class Workspace
+{
+public:
+    // Told on the main thread, later, whether the desktop took the request.
+    using Completion = std::function<void(bool success)>;
+
+    virtual ~Workspace() = default;
+    virtual void openInFileManager(const QString &path, Completion completion) = 0;
+    virtual void openDocument(const QString &path, Completion completion) = 0;
+};
+
+// The desktop that the user sits at: the file manager on the session bus, then xdg-open.
+class DesktopWorkspace : public Workspace
+{
+public:
+    void openInFileManager(const QString &path, Completion completion) override;
+    void openDocument(const QString &path, Completion completion) override;
+};

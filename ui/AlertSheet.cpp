@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: MIT
+#include "ui/AlertSheet.h"
+
+#include <QLabel>
+#include <QPushButton>
+
+#include <algorithm>
+
+namespace {
+
+// More than this is no longer a message, and a label that is laid out for it would hold up the window.
+constexpr qsizetype longestMessage = 1500;
+constexpr qsizetype longestDetails = 200000;
+
+QString cut(const QString &text, qsizetype length)
+{
+    return text.size() > length ? QString(text.left(length) + QChar(0x2026)) : text;
+}
+
+QMessageBox::Icon iconOf(AlertSheet::Style style)
+{
+    switch (style) {
+    case AlertSheet::Style::Informational:
+        return QMessageBox::Information;
+    case AlertSheet::Style::Critical:
+        return QMessageBox::Critical;
+    case AlertSheet::Style::Warning:
+        break;
+    }
+    return QMessageBox::Warning;
+}
+
+} // namespace
+
+AlertSheet::AlertSheet(Style style)
+{
+    setIcon(iconOf(style));
+    setTextFormat(Qt::PlainText);
+    setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+}
+
+QPushButton *AlertSheet::addButtonWithTitle(const QString &title)
+{
+    // One role for all keeps the order in which they are added.
+    QPushButton *const button = addButton(title, m_buttons.empty() ? AcceptRole : RejectRole);
+    m_buttons.push_back(button);
+    setEscapeButton(button);
+    return button;
+}
+
+void AlertSheet::setMessageText(const QString &text)
+{
+    setText(cut(text, longestMessage));
+}
+
+void AlertSheet::setInformativeText(const QString &text)
+{
+    m_informativeText = text;
+    showTexts();
+    if (text.size() > longestMessage)
+        setDetailedText(cut(text, longestDetails));
+}
+
+void AlertSheet::setAccessoryText(const QString &text)
+{
+    m_accessoryText = text;
+    showTexts();
+}
+
+void AlertSheet::showTexts()
+{
+    QString text = cut(m_informativeText, longestMessage);
+    if (!m_accessoryText.isEmpty())
+        text += QStringLiteral("\n\n") + cut(m_accessoryText, longestMessage);
+    QMessageBox::setInformativeText(text);
+    // The message box looks for markup in this label whatever the text format of the box is.
+    if (auto *label = findChild<QLabel *>(QStringLiteral("qt_msgbox_informativelabel")))
+        label->setTextFormat(Qt::PlainText);
+}
+
+void AlertSheet::setDefaultReturn(int returnCode)
+{
+    setDefaultButton(m_buttons.at(static_cast<std::size_t>(returnCode - firstButtonReturn)));
+}
+
+void AlertSheet::beginSheetModalForWindow(QWidget *window, std::function<void(int returnCode)> didEnd)
+{
+    setParent(window, Qt::Dialog | Qt::MSWindowsFixedSizeDialogHint);
+    setWindowModality(Qt::WindowModal);
+    setAttribute(Qt::WA_DeleteOnClose);
+    if (!defaultButton())
+        setDefaultButton(m_buttons.front());
+    connect(this, &QDialog::finished, this, [this, didEnd = std::move(didEnd)] {
+        const auto clicked = std::find(m_buttons.begin(), m_buttons.end(), clickedButton());
+        const auto index = clicked == m_buttons.end() ? m_buttons.size() - 1
+                                                      : static_cast<std::size_t>(clicked - m_buttons.begin());
+        didEnd(firstButtonReturn + static_cast<int>(index));
+    });
+    open();
+}

@@ -1,0 +1,231 @@
+// SPDX-License-Identifier: MIT
+//
+// The right-hand side of the window: rebuilt whole from the selected disk, and nowhere else.
+#include "app/ZorvexDiskManagerAppDelegate.h"
+
+#include "platform/Localization.h"
+#include "ui/ImageButton.h"
+#include "ui/LinkTextView.h"
+#include "ui/OperationBar.h"
+#include "ui/OutlineView.h"
+#include "ui/OutputView.h"
+#include "ui/font_rules.h"
+#include "ui/panel_rules.h"
+
+#include <QComboBox>
+#include <QFontDatabase>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTabWidget>
+
+struct ZorvexDiskManagerAppDelegate::PanelTexts {
+    QString name;
+    QString space;
+    QString spaceToolTip;
+    QString filesystem;
+    QString bsdName;
+    QString deviceNode; // tool tip of the BSD name
+    QString wholeDevice;
+    QString removable;
+    QString contentHint;
+    QString ejectable;
+    QString preferredBlockSize;
+};
+
+namespace {
+
+QString yesOrNo(qint32 value)
+{
+    return localizedString(value ? "BOOLEAN_VALUE_YES_TEXT" : "BOOLEAN_VALUE_NO_TEXT");
+}
+
+void setSelectable(QLabel *label, bool selectable)
+{
+    label->setTextInteractionFlags(
+        selectable ? Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard : Qt::NoTextInteraction);
+}
+
+FontRules::FontSource systemFonts()
+{
+    return {
+        [](int pointSize) -> std::optional<QFont> {
+            QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+            font.setPointSize(pointSize);
+            return font;
+        },
+        [](const QString &name, int pointSize) -> std::optional<QFont> {
+            return QFontDatabase::hasFamily(name) ? std::optional<QFont>(QFont(name, pointSize)) : std::nullopt;
+        },
+    };
+}
+
+QString operationText(const ZorvexDiskManagerDisk &disk)
+{
+    const QStringList name { ZorvexDiskManagerAppDelegate::getDisplayNameForDisk(disk) };
+    switch (disk.runningOperation) {
+    case RunningOperation::Format:
+        return formatLocalized(localizedString("ACTIVITY_FORMATTING_FMT"), name);
+    case RunningOperation::Check:
+        return formatLocalized(localizedString("ACTIVITY_CHECKING_FMT"), name);
+    case RunningOperation::Repair:
+        return formatLocalized(localizedString("ACTIVITY_REPAIRING_FMT"), name);
+    case RunningOperation::MountUnmountEject:
+    case RunningOperation::None:
+        break;
+    }
+    return {};
+}
+
+} // namespace
+
+void ZorvexDiskManagerAppDelegate::outlineViewSelectionIsChanging() { }
+
+QString ZorvexDiskManagerAppDelegate::filesystemTextOf(const ZorvexDiskManagerDisk &disk) const
+{
+    if (!disk.volumeKind)
+        return {};
+    const ZorvexDiskManagerFSBundle *bundle = PanelRules::namingBundle(disk, allFilesystemBundlesList);
+    return bundle ? getFilesystemTypeString(*bundle) : *disk.volumeKind;
+}
+
+ZorvexDiskManagerAppDelegate::PanelTexts ZorvexDiskManagerAppDelegate::textsOf(ZorvexDiskManagerDisk &disk)
+{
+    qint64 freeSpace = 0;
+    bool hasFreeSpace = false;
+    if (disk.volumePath) {
+        qint16 subtype = 0;
+        if (getVolumeData(disk, &freeSpace, &subtype)) {
+            hasFreeSpace = freeSpace != -1; // all ones: not known
+            disk.subtype = subtype;
+        }
+    }
+
+    PanelTexts texts;
+    texts.name = getDisplayNameForDisk(disk);
+    if (disk.mediaSize) {
+        const qint64 size = disk.mediaSize->longLongValue();
+        const qint64 *const space = hasFreeSpace ? &freeSpace : nullptr;
+        texts.space = getDiskSpaceStringWithDiskSize(size, space);
+        texts.spaceToolTip = getAlternateDiskSpaceStringWithDiskSize(size, space);
+    }
+    texts.filesystem = filesystemTextOf(disk);
+    texts.bsdName = disk.description();
+    texts.deviceNode = disk.daDisk ? disk.daDisk->deviceNode() : QString();
+    texts.wholeDevice = yesOrNo(disk.whole);
+    texts.removable = yesOrNo(disk.removable);
+    texts.ejectable = yesOrNo(disk.ejectable);
+    texts.contentHint = disk.content.value_or(QStringLiteral("(null)"));
+    texts.preferredBlockSize
+        = QString::number(disk.preferred_block_size) + u' ' + localizedString("BYTES_TEXT");
+    return texts;
+}
+
+void ZorvexDiskManagerAppDelegate::showOutputOf(const ZorvexDiskManagerDisk &disk)
+{
+    if (!disk.checkRepairOutput) {
+        checkRepairOutputView->setOutput({});
+        return;
+    }
+    const auto font = FontRules::outputFont(systemFonts());
+    if (font && checkRepairOutputView->font() != *font)
+        checkRepairOutputView->setFont(*font);
+    checkRepairOutputView->setOutput(disk.checkRepairOutput->bytes());
+}
+
+bool ZorvexDiskManagerAppDelegate::enableControls(const ZorvexDiskManagerDisk &disk)
+{
+    const PanelRules::Abilities abilities
+        = PanelRules::abilitiesOf(disk, checkFilesystemBundlesList, repairFilesystemBundlesList);
+    mountUnmountButton->setEnabled(abilities.mountUnmount);
+    formatFilesystemsPopupButton->setEnabled(abilities.format);
+    formatVolumeLabelField->setEnabled(abilities.format);
+    formatButton->setEnabled(abilities.format);
+    checkButton->setEnabled(abilities.check);
+    repairButton->setEnabled(abilities.repair);
+    if (!disk.operationInProgress)
+        formatVolumeLabelField->setText(disk.volumeName.value_or(QString()));
+    return abilities.format;
+}
+
+void ZorvexDiskManagerAppDelegate::disableControls()
+{
+    mountUnmountButton->setEnabled(false);
+    formatFilesystemsPopupButton->setEnabled(false);
+    formatVolumeLabelField->setEnabled(false);
+    formatButton->setEnabled(false);
+    checkButton->setEnabled(false);
+    repairButton->setEnabled(false);
+}
+
+void ZorvexDiskManagerAppDelegate::updateTabs(const ZorvexDiskManagerDisk *disk, bool canFormat)
+{
+    const auto isPresent = [this](QWidget *tab) { return rightTabView->indexOf(tab) >= 0; };
+    const auto remove = [this, isPresent](QWidget *tab) {
+        if (isPresent(tab))
+            rightTabView->removeTab(rightTabView->indexOf(tab));
+    };
+    PanelRules::TabChanges changes { true, true, false, false };
+    if (disk)
+        changes = PanelRules::tabChangesFor(*disk, canFormat);
+    if (changes.removeMaintenance)
+        remove(maintenanceTab);
+    if (changes.removeFormat)
+        remove(formatTab);
+    if (changes.insertFormat && !isPresent(formatTab))
+        rightTabView->insertTab(1, formatTab, localizedString("FORMAT_TAB_TITLE"));
+    if (changes.insertMaintenance && !isPresent(maintenanceTab))
+        rightTabView->addTab(maintenanceTab, localizedString("MAINTENANCE_TAB_TITLE"));
+}
+
+void ZorvexDiskManagerAppDelegate::updateOperationBars(const ZorvexDiskManagerDisk *disk)
+{
+    const QString text = disk ? operationText(*disk) : QString();
+    const bool isFormat = disk && disk->runningOperation == RunningOperation::Format;
+    const auto percentage = disk && disk->checkRepairOutput && !isFormat
+        ? PanelRules::percentageIn(disk->checkRepairOutput->bytes())
+        : std::nullopt;
+    formatOperationBar->setOperation(isFormat ? text : QString(), std::nullopt);
+    maintenanceOperationBar->setOperation(isFormat ? QString() : text, percentage);
+}
+
+void ZorvexDiskManagerAppDelegate::outlineViewSelectionDidChange()
+{
+    const OutlineItem disk = selectedDisk();
+    PanelTexts texts;
+    bool canFormat = false;
+    setSelectable(infoNameLabel, disk != nullptr);
+    setSelectable(infoDiskSpaceLabel, disk != nullptr);
+    if (disk) {
+        texts = textsOf(*disk);
+        infoBigImageField->setPixmap(getUIImageforDisk(*disk, true).value_or(QPixmap()));
+        mountUnmountButton->setText(localizedString(PanelRules::buttonTitleKey(*disk)));
+        setMountImageWithIsUnmountable(PanelRules::isUnmountable(*disk));
+        showOutputOf(*disk);
+        canFormat = enableControls(*disk);
+    } else {
+        texts.name = localizedString("SELECT_A_DISK_TEXT");
+        mountUnmountButton->setText(localizedString("MOUNT_BUTTON_TITLE"));
+        checkRepairOutputView->setOutput({});
+        disableControls();
+    }
+
+    infoNameLabel->setText(texts.name);
+    infoDiskSpaceLabel->setText(texts.space);
+    infoDiskSpaceLabel->setToolTip(texts.spaceToolTip);
+    if (disk && disk->volumePath)
+        makeHyperlink(infoMountedPathView, disk->volumePath->toLocalFile(), *disk->volumePath);
+    else
+        infoMountedPathView->clearLink();
+    updateTabs(disk.get(), canFormat);
+    updateOperationBars(disk.get());
+    filesystemLabel->setText(texts.filesystem);
+    bsdNameLabel->setText(texts.bsdName);
+    bsdNameLabel->setToolTip(texts.deviceNode);
+    wholeDeviceLabel->setText(texts.wholeDevice);
+    removableLabel->setText(texts.removable);
+    contentHintLabel->setText(texts.contentHint);
+    ejectableLabel->setText(texts.ejectable);
+    preferredBlockSizeLabel->setText(texts.preferredBlockSize);
+    refreshFilesystems();
+}

@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+#include "ui/LinkTextView.h"
+
+#include <QKeyEvent>
+#include <QTextBlock>
+#include <QTextCursor>
+
+namespace {
+
+constexpr int linesShown = 2;
+
+} // namespace
+
+LinkTextView::LinkTextView(QWidget *parent)
+    : QTextEdit(parent)
+{
+    setReadOnly(true);
+    setAcceptRichText(false);
+    setUndoRedoEnabled(false);
+    setTabChangesFocus(true);
+    setFrameStyle(QFrame::NoFrame);
+    setWordWrapMode(QTextOption::WrapAnywhere);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    document()->setDocumentMargin(0);
+    viewport()->setAutoFillBackground(false);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+}
+
+void LinkTextView::setLink(const QString &text, const QColor &color, const QFont &linkFont)
+{
+    setPlainText(text);
+    QTextCursor cursor(document());
+    cursor.beginEditBlock();
+    cursor.select(QTextCursor::Document);
+    QTextCharFormat format;
+    format.setForeground(color);
+    format.setFontUnderline(true);
+    format.setFont(linkFont, QTextCharFormat::FontPropertiesSpecifiedOnly);
+    cursor.mergeCharFormat(format);
+    cursor.endEditBlock();
+    viewport()->setCursor(Qt::PointingHandCursor);
+    setToolTip(toPlainText());
+}
+
+LinkTextView::Selection LinkTextView::selection() const
+{
+    const QTextCursor cursor = textCursor();
+    return { cursor.selectionStart(), cursor.selectionEnd() - cursor.selectionStart() };
+}
+
+qsizetype LinkTextView::textLength() const
+{
+    return document()->characterCount() - 1; // a document ends in a line end of its own
+}
+
+QSize LinkTextView::sizeHint() const
+{
+    return { 100, fontMetrics().lineSpacing() * linesShown };
+}
+
+QSize LinkTextView::minimumSizeHint() const
+{
+    return sizeHint();
+}
+
+void LinkTextView::mouseReleaseEvent(QMouseEvent *event)
+{
+    QTextEdit::mouseReleaseEvent(event);
+    Q_EMIT selectionDidChange();
+}
+
+// From the keyboard the link is followed as links are: with Return, wherever the insertion point stands.
+void LinkTextView::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter) {
+        QTextEdit::keyPressEvent(event);
+        return;
+    }
+    if (textLength() == 0)
+        return;
+    QTextCursor cursor = textCursor();
+    cursor.setPosition(1);
+    setTextCursor(cursor);
+    Q_EMIT selectionDidChange();
+}

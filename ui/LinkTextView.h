@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+//
+// A read-only line of text that can be styled as a link. It does not know what it links to: it reports where it is
+// clicked as a change of its selection. Main thread only.
+#pragma once
+
+#include <QTextEdit>
+
+class LinkTextView : public QTextEdit
+{
+    Q_OBJECT
+
+public:
+    struct Selection {
+        qsizetype location = 0;
+        qsizetype length = 0;
+    };
+
+    explicit LinkTextView(QWidget *parent = nullptr);
+
+    // Replaces the text; it is underlined and drawn in this colour and font, under a pointing hand.
+    void setLink(const QString &text, const QColor &color, const QFont &linkFont);
+
+    Selection selection() const;
+    qsizetype textLength() const;
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+Q_SIGNALS:
+    // The user has clicked or dragged; also told when the selection is where it was before.
+    void selectionDidChange();
+
+protected:
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+};

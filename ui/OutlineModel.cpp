@@ -1,0 +1,182 @@
+// SPDX-License-Identifier: MIT
+#include "ui/OutlineModel.h"
+
+#include "platform/Localization.h"
+#include "ui/OutlineView.h"
+#include "ui/TextFieldCell.h"
+
+#include <algorithm>
+#include <unordered_set>
+
+namespace {
+
+// A data source that gave its children no end would not stop the program.
+constexpr int deepestLevel = 32;
+
+} // namespace
+
+int OutlineModel::Node::row() const
+{
+    const auto found = std::find_if(parent->children.begin(), parent->children.end(),
+        [this](const std::unique_ptr<Node> &sibling) { return sibling.get() == this; });
+    return static_cast<int>(found - parent->children.begin());
+}
+
+OutlineModel::OutlineModel(OutlineView *view)
+    : m_view(view)
+{
+}
+
+OutlineModel::~OutlineModel() = default;
+
+std::vector<OutlineItem> OutlineModel::childrenFromSource(const OutlineItem &item) const
+{
+    std::vector<OutlineItem> children;
+    if (!m_source)
+        return children;
+    const int count = m_source->outlineView_numberOfChildrenOfItem(m_view, item);
+    children.reserve(static_cast<std::size_t>(count));
+    for (int i = 0; i < count; ++i)
+        children.push_back(m_source->outlineView_child_ofItem(m_view, i, item));
+    return children;
+}
+
+void OutlineModel::reload()
+{
+    synchronize(&m_root, 0);
+    if (!m_root.children.empty())
+        Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, 0));
+}
+
+// Rows that are gone are taken out first; then each place either holds its item already or gets it.
+void OutlineModel::synchronize(Node *node, int depth)
+{
+    const std::vector<OutlineItem> wanted
+        = depth < deepestLevel ? childrenFromSource(node->item) : std::vector<OutlineItem>();
+    NodeList &rows = node->children;
+    std::unordered_set<const ZorvexDiskManagerDisk *> wantedItems;
+    for (const OutlineItem &item : wanted)
+        wantedItems.insert(item.get());
+    for (int row = static_cast<int>(rows.size()) - 1; row >= 0; --row) {
+        if (!wantedItems.contains(rows[static_cast<std::size_t>(row)]->item.get()))
+            removeRows(node, row, row);
+    }
+    for (std::size_t i = 0; i < wanted.size(); ++i) {
+        if (i < rows.size() && rows[i]->item == wanted[i])
+            continue;
+        // A row that stands further down, here or under another item, moves by leaving its old place.
+        if (Node *const elsewhere = m_nodes.value(wanted[i].get())) {
+            const int row = elsewhere->row();
+            removeRows(elsewhere->parent, row, row);
+        }
+        insertRow(node, static_cast<int>(i), wanted[i]);
+    }
+    while (rows.size() > wanted.size()) {
+        const int last = static_cast<int>(rows.size()) - 1;
+        removeRows(node, last, last);
+    }
+    for (const std::unique_ptr<Node> &child : rows)
+        synchronize(child.get(), depth + 1);
+    if (node != &m_root && !rows.empty())
+        Q_EMIT dataChanged(
+            index(0, 0, indexOf(node)), index(static_cast<int>(rows.size()) - 1, 0, indexOf(node)));
+}
+
+void OutlineModel::removeRows(Node *node, int first, int last)
+{
+    beginRemoveRows(indexOf(node), first, last);
+    for (int row = first; row <= last; ++row)
+        forgetBelow(node->children[static_cast<std::size_t>(row)].get());
+    node->children.erase(node->children.begin() + first, node->children.begin() + last + 1);
+    endRemoveRows();
+}
+
+void OutlineModel::insertRow(Node *node, int row, const OutlineItem &item)
+{
+    auto child = std::make_unique<Node>();
+    child->item = item;
+    child->parent = node;
+    beginInsertRows(indexOf(node), row, row);
+    m_nodes.insert(item.get(), child.get());
+    node->children.insert(node->children.begin() + row, std::move(child));
+    endInsertRows();
+}
+
+void OutlineModel::forgetBelow(Node *node)
+{
+    m_nodes.remove(node->item.get());
+    for (const std::unique_ptr<Node> &child : node->children)
+        forgetBelow(child.get());
+}
+
+OutlineModel::Node *OutlineModel::nodeAt(const QModelIndex &index) const
+{
+    return index.isValid() ? static_cast<Node *>(index.internalPointer()) : const_cast<Node *>(&m_root);
+}
+
+QModelIndex OutlineModel::indexOf(const Node *node) const
+{
+    return node == &m_root ? QModelIndex() : createIndex(node->row(), 0, node);
+}
+
+OutlineItem OutlineModel::itemAt(const QModelIndex &index) const
+{
+    return nodeAt(index)->item;
+}
+
+QModelIndex OutlineModel::indexOf(const OutlineItem &item) const
+{
+    const Node *const node = m_nodes.value(item.get());
+    return node ? indexOf(node) : QModelIndex();
+}
+
+QModelIndex OutlineModel::index(int row, int column, const QModelIndex &parent) const
+{
+    if (!hasIndex(row, column, parent))
+        return {};
+    return createIndex(row, column, nodeAt(parent)->children[static_cast<std::size_t>(row)].get());
+}
+
+QModelIndex OutlineModel::parent(const QModelIndex &child) const
+{
+    return child.isValid() ? indexOf(nodeAt(child)->parent) : QModelIndex();
+}
+
+int OutlineModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.column() > 0 ? 0 : static_cast<int>(nodeAt(parent)->children.size());
+}
+
+int OutlineModel::columnCount(const QModelIndex &parent) const
+{
+    Q_UNUSED(parent)
+    return 1;
+}
+
+QVariant OutlineModel::data(const QModelIndex &index, int role) const
+{
+    const OutlineItem item = index.isValid() ? itemAt(index) : nullptr;
+    if (!item || !m_source)
+        return {};
+    switch (role) {
+    case Qt::DisplayRole:
+    case Qt::AccessibleTextRole:
+        return m_source->outlineView_objectValueForTableColumn_byItem(m_view, index.column(), item);
+    case CellEnabledRole:
+        return m_view->preparedCell(item)->enabled;
+    default:
+        return {};
+    }
+}
+
+QVariant OutlineModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (section != 0 || orientation != Qt::Horizontal || role != Qt::DisplayRole)
+        return {};
+    return localizedString("DISK_TREE_ACCESSIBLE_NAME");
+}
+
+Qt::ItemFlags OutlineModel::flags(const QModelIndex &index) const
+{
+    return index.isValid() ? Qt::ItemIsEnabled | Qt::ItemIsSelectable : Qt::NoItemFlags;
+}

@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+//
+// The rows of an outline view as an item model. It holds the tree as the data source last told it, and changes
+// row by row to what the source tells at a reload, so that a view keeps what it shows of the rows that stay.
+// Main thread only.
+#pragma once
+
+#include "ui/OutlineDataSource.h"
+
+#include <QAbstractItemModel>
+#include <QHash>
+
+#include <memory>
+#include <vector>
+
+class OutlineModel : public QAbstractItemModel
+{
+    Q_OBJECT
+
+public:
+    // Whether the row's cell is drawn enabled.
+    static constexpr int CellEnabledRole = Qt::UserRole + 1;
+
+    explicit OutlineModel(OutlineView *view);
+    ~OutlineModel() override;
+
+    void setDataSource(OutlineDataSource *source) { m_source = source; }
+
+    // Asks the data source for the whole tree and for nothing else later.
+    void reload();
+
+    OutlineItem itemAt(const QModelIndex &index) const;
+    QModelIndex indexOf(const OutlineItem &item) const;
+
+    QModelIndex index(int row, int column, const QModelIndex &parent = {}) const override;
+    QModelIndex parent(const QModelIndex &child) const override;
+    int rowCount(const QModelIndex &parent = {}) const override;
+    int columnCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
+    Qt::ItemFlags flags(const QModelIndex &index) const override;
+
+private:
+    struct Node {
+        OutlineItem item;
+        Node *parent = nullptr;
+        std::vector<std::unique_ptr<Node>> children;
+
+        int row() const;
+    };
+    using NodeList = std::vector<std::unique_ptr<Node>>;
+
+    std::vector<OutlineItem> childrenFromSource(const OutlineItem &item) const;
+    void synchronize(Node *node, int depth);
+    void removeRows(Node *node, int first, int last);
+    void insertRow(Node *node, int row, const OutlineItem &item);
+    void forgetBelow(Node *node);
+    Node *nodeAt(const QModelIndex &index) const;
+    QModelIndex indexOf(const Node *node) const;
+
+    OutlineView *m_view;
+    OutlineDataSource *m_source = nullptr;
+    Node m_root;
+    QHash<const ZorvexDiskManagerDisk *, Node *> m_nodes;
+};

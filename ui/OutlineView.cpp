@@ -1,0 +1,263 @@
+// SPDX-License-Identifier: MIT
+#include "ui/OutlineView.h"
+
+#include "ui/ImageAndTextCell.h"
+#include "ui/OutlineModel.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScopedValueRollback>
+#include <QStyledItemDelegate>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr int rowPadding = 4; // above and below a row's content together
+
+} // namespace
+
+// Draws a row with the view's data cell.
+class OutlineView::CellDelegate : public QStyledItemDelegate
+{
+public:
+    explicit CellDelegate(OutlineView *view)
+        : QStyledItemDelegate(view)
+        , m_view(view)
+    {
+    }
+
+    void paint(
+        QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override
+    {
+        const OutlineItem item = m_view->m_model->itemAt(index);
+        ImageAndTextCell *const cell = m_view->preparedCell(item);
+        cell->highlighted = option.state.testFlag(QStyle::State_Selected);
+        cell->drawWithFrame(m_view->frameOfCellAtColumn(index.column(), m_view->rowForItem(item)), m_view->viewport(),
+            *painter);
+    }
+
+    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override
+    {
+        Q_UNUSED(option)
+        const ImageAndTextCell *const cell = m_view->preparedCell(m_view->m_model->itemAt(index));
+        const QSizeF image = cell->image() ? cell->image()->deviceIndependentSize() : QSizeF();
+        const QSizeF size = cell->cellSize();
+        return { static_cast<int>(std::ceil(size.width())) + rowPadding,
+            static_cast<int>(std::ceil(std::max(size.height(), image.height()))) + rowPadding };
+    }
+
+private:
+    OutlineView *m_view;
+};
+
+OutlineView::OutlineView(QWidget *parent)
+    : QTreeView(parent)
+    , m_model(std::make_unique<OutlineModel>(this))
+    , m_cell(std::make_unique<ImageAndTextCell>())
+{
+    setModel(m_model.get());
+    setItemDelegate(new CellDelegate(this));
+    setHeaderHidden(true);
+    setUniformRowHeights(true);
+    setEditTriggers(NoEditTriggers);
+    setSelectionMode(SingleSelection);
+    setTextElideMode(Qt::ElideRight);
+    connect(this, &QTreeView::expanded, this, [this] { m_rows.reset(); });
+    connect(this, &QTreeView::collapsed, this, [this] { m_rows.reset(); });
+}
+
+OutlineView::~OutlineView()
+{
+    setModel(nullptr);
+}
+
+void OutlineView::setDataSource(OutlineDataSource *source)
+{
+    m_model->setDataSource(source);
+    reloadData();
+}
+
+void OutlineView::setDelegate(OutlineDelegate *delegate)
+{
+    m_delegate = delegate;
+}
+
+void OutlineView::setDataCell(std::unique_ptr<ImageAndTextCell> cell)
+{
+    m_cell = std::move(cell);
+}
+
+ImageAndTextCell *OutlineView::preparedCell(const OutlineItem &item)
+{
+    m_cell->stringValue = m_model->data(m_model->indexOf(item)).toString();
+    m_cell->font = font();
+    m_cell->palette = palette();
+    m_cell->direction = layoutDirection();
+    m_cell->highlighted = false;
+    if (m_delegate)
+        m_delegate->outlineView_willDisplayCell_forTableColumn_item(this, m_cell.get(), 0, item);
+    return m_cell.get();
+}
+
+void OutlineView::appendRows(const QModelIndex &parent) const
+{
+    for (int row = 0; row < m_model->rowCount(parent); ++row) {
+        const QModelIndex index = m_model->index(row, 0, parent);
+        m_rows->push_back(m_model->itemAt(index));
+        if (isExpanded(index))
+            appendRows(index);
+    }
+}
+
+const std::vector<OutlineItem> &OutlineView::rows() const
+{
+    if (!m_rows) {
+        m_rows.emplace();
+        appendRows({});
+    }
+    return *m_rows;
+}
+
+int OutlineView::numberOfRows() const
+{
+    return static_cast<int>(rows().size());
+}
+
+OutlineItem OutlineView::itemAtRow(int row) const
+{
+    return row >= 0 && row < numberOfRows() ? rows()[static_cast<std::size_t>(row)] : nullptr;
+}
+
+int OutlineView::rowForItem(const OutlineItem &item) const
+{
+    const auto found = std::find(rows().begin(), rows().end(), item);
+    return found == rows().end() ? -1 : static_cast<int>(found - rows().begin());
+}
+
+int OutlineView::selectedRow() const
+{
+    const QModelIndexList selected = selectionModel()->selectedRows();
+    return selected.isEmpty() ? -1 : rowForItem(m_model->itemAt(selected.constFirst()));
+}
+
+void OutlineView::selectRow(int row)
+{
+    const OutlineItem item = itemAtRow(row);
+    if (!item) {
+        selectionModel()->clear();
+        return;
+    }
+    const QModelIndex index = m_model->indexOf(item);
+    selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
+}
+
+void OutlineView::reloadData()
+{
+    const int row = selectedRow();
+    const QScopedValueRollback reloading(m_isReloading, true);
+    // Taking away the current row would make the view select its neighbour.
+    selectionModel()->clear();
+    m_model->reload();
+    m_rows.reset();
+    if (row >= 0)
+        selectRow(row);
+}
+
+void OutlineView::expandItem(const OutlineItem &item, bool expandChildren)
+{
+    const QModelIndex index = m_model->indexOf(item);
+    if (!index.isValid() || m_model->rowCount(index) == 0)
+        return;
+    if (!isExpanded(index)) {
+        expand(index);
+        m_rows.reset();
+    }
+    for (int row = 0; expandChildren && row < m_model->rowCount(index); ++row)
+        expandItem(m_model->itemAt(m_model->index(row, 0, index)), true);
+}
+
+void OutlineView::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected)
+{
+    QTreeView::selectionChanged(selected, deselected);
+    if (m_delegate && !m_isReloading)
+        m_delegate->outlineViewSelectionDidChange();
+}
+
+void OutlineView::resizeEvent(QResizeEvent *event)
+{
+    QTreeView::resizeEvent(event);
+    if (m_delegate)
+        m_delegate->outlineViewColumnDidResize();
+}
+
+QRect OutlineView::frameOfOutlineCellAtRow(int row) const
+{
+    const OutlineItem item = itemAtRow(row);
+    const QModelIndex index = item ? m_model->indexOf(item) : QModelIndex();
+    if (!index.isValid() || m_model->rowCount(index) == 0)
+        return {};
+    const QRect cell = QTreeView::visualRect(index);
+    return { cell.left() - indentation(), cell.top(), indentation(), cell.height() };
+}
+
+QRect OutlineView::frameOfCellAtColumn(int column, int row) const
+{
+    const OutlineItem item = itemAtRow(row);
+    return item ? QTreeView::visualRect(m_model->index(m_model->indexOf(item).row(), column,
+               m_model->parent(m_model->indexOf(item))))
+                : QRect();
+}
+
+QRect OutlineView::visualRect(const QModelIndex &index) const
+{
+    const QRect base = QTreeView::visualRect(index);
+    return base.isEmpty() ? base : frameOfCellAtColumn(index.column(), rowForItem(m_model->itemAt(index)));
+}
+
+void OutlineView::drawRow(
+    QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const
+{
+    QStyleOptionViewItem rowOption = option;
+    initViewItemOption(&rowOption);
+    rowOption.rect = QRect(0, option.rect.top(), viewport()->width(), option.rect.height());
+    rowOption.showDecorationSelected = true;
+    rowOption.state.setFlag(QStyle::State_Enabled, isEnabled());
+    rowOption.state.setFlag(QStyle::State_Selected, selectionModel()->isSelected(index));
+    rowOption.state.setFlag(QStyle::State_Active, isActiveWindow());
+    rowOption.state.setFlag(QStyle::State_HasFocus, hasFocus() && currentIndex() == index);
+    style()->drawPrimitive(QStyle::PE_PanelItemViewItem, &rowOption, painter, this);
+
+    const int row = rowForItem(m_model->itemAt(index));
+    const QRect triangle = frameOfOutlineCellAtRow(row);
+    if (!triangle.isEmpty()) {
+        QStyleOption branch;
+        branch.initFrom(this);
+        branch.rect = triangle;
+        branch.state.setFlag(QStyle::State_Children);
+        branch.state.setFlag(QStyle::State_Open, isExpanded(index));
+        branch.state.setFlag(QStyle::State_Selected, selectionModel()->isSelected(index));
+        style()->drawPrimitive(QStyle::PE_IndicatorBranch, &branch, painter, this);
+    }
+    itemDelegate()->paint(painter, rowOption, index);
+    if (rowOption.state.testFlag(QStyle::State_HasFocus)) {
+        QStyleOptionFocusRect focus;
+        focus.initFrom(this);
+        focus.rect = rowOption.rect;
+        style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, painter, this);
+    }
+}
+
+void OutlineView::mousePressEvent(QMouseEvent *event)
+{
+    const QPoint position = event->position().toPoint();
+    const QModelIndex index = indexAt(QPoint(viewport()->width() / 2, position.y()));
+    if (event->button() == Qt::LeftButton && index.isValid()
+        && frameOfOutlineCellAtRow(rowForItem(m_model->itemAt(index))).contains(position)) {
+        setExpanded(index, !isExpanded(index));
+        event->accept();
+        return;
+    }
+    QTreeView::mousePressEvent(event);
+}

@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: MIT
+//
+// The outline view of the platform on top of a tree view: items instead of indexes, a selected row that keeps its
+// number when the data is reloaded, expansion that stays with its item. Main thread only.
+#pragma once
+
+#include "ui/OutlineDataSource.h"
+
+#include <QSet>
+#include <QTreeView>
+
+#include <memory>
+#include <optional>
+
+class ImageAndTextCell;
+class OutlineModel;
+
+class OutlineView : public QTreeView
+{
+    Q_OBJECT
+
+public:
+    explicit OutlineView(QWidget *parent = nullptr);
+    ~OutlineView() override;
+
+    void setDataSource(OutlineDataSource *source);
+    void setDelegate(OutlineDelegate *delegate);
+
+    // The cell that draws the rows; the view owns it.
+    void setDataCell(std::unique_ptr<ImageAndTextCell> cell);
+
+    // Rows are what is shown: the children of a collapsed item have none.
+    int numberOfRows() const;
+    OutlineItem itemAtRow(int row) const; // null when there is no such row
+    int rowForItem(const OutlineItem &item) const; // -1 when it has none
+
+    // The number of the selected row, or -1.
+    int selectedRow() const;
+
+    // Selects the row; one that does not exist selects nothing. Tells the delegate when the selection changes.
+    void selectRow(int row);
+
+    // Asks the data source for everything anew. The number of the selected row stays while there is such a row;
+    // the delegate is not told.
+    void reloadData();
+
+    void expandItem(const OutlineItem &item, bool expandChildren);
+
+    // The data cell with the item's value in it, prepared by the delegate.
+    ImageAndTextCell *preparedCell(const OutlineItem &item);
+
+    // The rectangle of the disclosure triangle in the viewport; empty for an item that cannot be expanded.
+    virtual QRect frameOfOutlineCellAtRow(int row) const;
+    virtual QRect frameOfCellAtColumn(int column, int row) const;
+
+    QRect visualRect(const QModelIndex &index) const override;
+
+protected:
+    void drawRow(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    class CellDelegate;
+
+    const std::vector<OutlineItem> &rows() const;
+    void appendRows(const QModelIndex &parent) const;
+
+    std::unique_ptr<OutlineModel> m_model;
+    std::unique_ptr<ImageAndTextCell> m_cell;
+    OutlineDelegate *m_delegate = nullptr;
+    bool m_isReloading = false;
+    mutable std::optional<std::vector<OutlineItem>> m_rows; // made when asked for after a change
+};

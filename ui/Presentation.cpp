@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: MIT
+//
+// Sizes, names and icons of disks.
+#include "app/ZorvexDiskManagerAppDelegate.h"
+
+#include "platform/Localization.h"
+#include "platform/SystemLog.h"
+#include "ui/ImageButton.h"
+#include "ui/icon_rules.h"
+#include "ui/image_resources.h"
+#include "ui/size_rules.h"
+#include "ui/volume_rules.h"
+
+#include <QIcon>
+#include <QMainWindow>
+
+namespace {
+
+// Free space that the system cannot tell.
+constexpr qint64 unknownFreeSpace = -1;
+
+QString exactSize(qint64 bytes)
+{
+    return SizeRules::groupedNumber(bytes) + u' ' + localizedString("BYTES_TEXT");
+}
+
+QString withFreeSpace(const QString &freeSpace, const QString &total)
+{
+    return formatLocalized(localizedString("AVAILABLE_SPACE_FMT"), { freeSpace, total });
+}
+
+} // namespace
+
+QString ZorvexDiskManagerAppDelegate::getSizeString(qint64 size) const
+{
+    const SizeRules::ShortSize shortSize = SizeRules::shortSize(size);
+    return shortSize.number + u' ' + localizedString(shortSize.unitKey);
+}
+
+QString ZorvexDiskManagerAppDelegate::getDiskSpaceStringWithDiskSize(
+    qint64 diskSize, const qint64 *freeSpace) const
+{
+    const QString total = getSizeString(diskSize);
+    return freeSpace ? withFreeSpace(getSizeString(*freeSpace), total) : total;
+}
+
+QString ZorvexDiskManagerAppDelegate::getAlternateDiskSpaceStringWithDiskSize(
+    qint64 diskSize, const qint64 *freeSpace) const
+{
+    const QString total = exactSize(diskSize);
+    return freeSpace ? withFreeSpace(exactSize(*freeSpace), total) : total;
+}
+
+bool ZorvexDiskManagerAppDelegate::getVolumeData(
+    const ZorvexDiskManagerDisk &disk, qint64 *freeSpace, qint16 *subType) const
+{
+    const std::vector<MountedFileSystem> mounted = m_platform.mountTable->mountedFileSystems();
+    const MountedFileSystem *volume = VolumeRules::findVolume(mounted, disk.bsdName.value_or(QString()));
+    if (!volume)
+        return false;
+    if (freeSpace) {
+        const QByteArray path = VolumeRules::pathToVolume(*m_platform.mountTable, *volume);
+        qint64 bytes = unknownFreeSpace;
+        if (const int error = m_platform.mountTable->freeSpace(path, &bytes)) {
+            systemLog(QStringLiteral("getattrlist returned error for \"%1\": %2 (%3)")
+                          .arg(QString::fromLocal8Bit(path), errnoText(error), QString::number(error)));
+            bytes = unknownFreeSpace;
+        }
+        *freeSpace = bytes;
+    }
+    if (subType)
+        *subType = static_cast<qint16>(volume->subtype);
+    return true;
+}
+
+QString ZorvexDiskManagerAppDelegate::getDisplayNameForDisk(const ZorvexDiskManagerDisk &disk)
+{
+    if (disk.volumeName && !disk.volumeName->isEmpty())
+        return *disk.volumeName;
+    if (disk.mediaName && !disk.mediaName->isEmpty())
+        return *disk.mediaName;
+    return disk.bsdName.value_or(QString());
+}
+
+std::optional<QPixmap> ZorvexDiskManagerAppDelegate::getUIImageforDisk(
+    const ZorvexDiskManagerDisk &disk, bool needBigImage) const
+{
+    return getImageNamed(IconRules::diskIconName(disk.volumeKind, needBigImage));
+}
+
+std::optional<QPixmap> ZorvexDiskManagerAppDelegate::getImageNamed(const QString &name) const
+{
+    return imageNamed(name, window->devicePixelRatio());
+}
+
+void ZorvexDiskManagerAppDelegate::setMountImageWithIsUnmountable(bool isUnmountable)
+{
+    const auto image = getImageNamed(
+        isUnmountable ? QStringLiteral("drive_unmount.png") : QStringLiteral("drive_mount.png"));
+    mountUnmountButton->setIcon(image ? QIcon(*image) : QIcon());
+}

@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: MIT
+#include "ui/SplitView.h"
+
+#include "ui/outline_rules.h"
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QResizeEvent>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int keyboardStep = 10;
+
+// Hands the pointer's and the keyboard's wishes to the split view, which knows the limits.
+class Divider : public QSplitterHandle
+{
+public:
+    Divider(Qt::Orientation orientation, SplitView *view)
+        : QSplitterHandle(orientation, view)
+        , m_view(view)
+    {
+        setFocusPolicy(Qt::StrongFocus);
+    }
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override { m_grabbedAt = event->position().toPoint().x(); }
+
+    void mouseMoveEvent(QMouseEvent *event) override
+    {
+        if (event->buttons().testFlag(Qt::LeftButton))
+            m_view->moveDivider(mapToParent(event->position().toPoint()).x() - m_grabbedAt);
+    }
+
+    void keyPressEvent(QKeyEvent *event) override
+    {
+        if (event->key() == Qt::Key_Left)
+            m_view->moveDivider(x() - keyboardStep);
+        else if (event->key() == Qt::Key_Right)
+            m_view->moveDivider(x() + keyboardStep);
+        else
+            QSplitterHandle::keyPressEvent(event);
+    }
+
+private:
+    SplitView *m_view;
+    int m_grabbedAt = 0;
+};
+
+} // namespace
+
+SplitView::SplitView(QWidget *parent)
+    : QSplitter(parent)
+{
+    // Which pane stands where is decided by their order alone.
+    setLayoutDirection(Qt::LeftToRight);
+    setChildrenCollapsible(false);
+    setHandleWidth(OutlineRules::dividerThickness);
+}
+
+QSplitterHandle *SplitView::createHandle()
+{
+    return new Divider(orientation(), this);
+}
+
+void SplitView::setFirstPaneWidth(int width)
+{
+    setSizes({ width, std::max(0, this->width() - width - handleWidth()) });
+}
+
+void SplitView::moveDivider(int position)
+{
+    int target = position;
+    if (m_delegate) {
+        const int least = m_delegate->splitView_constrainMinCoordinate_ofSubviewAt(this, position, 0);
+        const int most = m_delegate->splitView_constrainMaxCoordinate_ofSubviewAt(this, position, 0);
+        target = std::max(least, std::min(most, position));
+    }
+    setFirstPaneWidth(target);
+}
+
+void SplitView::resizeEvent(QResizeEvent *event)
+{
+    if (m_delegate && count() == 2 && event->oldSize().isValid())
+        m_delegate->splitView_resizeSubviewsWithOldSize(this, event->oldSize());
+    else
+        QSplitter::resizeEvent(event);
+}

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+//
+// Which font shows a tool's output. Any thread; what it asks for is given.
+#pragma once
+
+#include <QFont>
+
+#include <functional>
+#include <optional>
+
+namespace FontRules {
+
+// Where fonts come from: the system's own fixed-pitch font at a size in points, and a font by name.
+struct FontSource {
+    std::function<std::optional<QFont>(int pointSize)> monospacedSystemFont;
+    std::function<std::optional<QFont>(const QString &name, int pointSize)> namedFont;
+};
+
+// The first of the customary fixed-pitch fonts that there is.
+std::optional<QFont> outputFont(const FontSource &source);
+
+} // namespace FontRules

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+#include "ui/image_resources.h"
+
+#include <QFile>
+#include <QPixmapCache>
+
+std::optional<QPixmap> imageNamed(const QString &name, qreal devicePixelRatio)
+{
+    const bool isSharp = devicePixelRatio > 1;
+    const QString key = name + (isSharp ? u"@2x" : u"@1x");
+    QPixmap image;
+    if (QPixmapCache::find(key, &image))
+        return image;
+    QString path = QStringLiteral(":/images/") + name;
+    const qsizetype suffix = path.lastIndexOf(u'.');
+    // Qt itself looks for the larger picture only by the ratio of the first display.
+    const QString largePath = path.left(suffix) + QLatin1String("@2x") + path.mid(suffix);
+    if (isSharp && QFile::exists(largePath))
+        path = largePath;
+    if (!image.load(path))
+        return std::nullopt;
+    if (path == largePath)
+        image.setDevicePixelRatio(2);
+    else
+        image.setDevicePixelRatio(1);
+    QPixmapCache::insert(key, image);
+    return image;
+}

@@ -1,0 +1,114 @@
+// SPDX-License-Identifier: MIT
+#include "ui/panel_rules.h"
+
+#include <QRegularExpression>
+
+#include <algorithm>
+
+#include "platform/no_widgets.h"
+
+namespace PanelRules {
+
+namespace {
+
+// More of an output's end is no line that a percentage stands in.
+constexpr qsizetype longestProgressLine = 300;
+
+enum class Match { None, General, Exact };
+
+Match matchOf(const ZorvexDiskManagerDisk &disk, const ZorvexDiskManagerFSBundle &bundle)
+{
+    if (!disk.volumeKind || bundle.bundleName != *disk.volumeKind)
+        return Match::None;
+    const PropertyNumber *const subtype = numberOf(bundle.fsSubtype);
+    if (!subtype)
+        return Match::General;
+    return static_cast<qint16>(subtype->longLongValue()) == disk.subtype ? Match::Exact : Match::None;
+}
+
+} // namespace
+
+bool isEjectable(const ZorvexDiskManagerDisk &disk)
+{
+    return disk.whole && !disk.leaf;
+}
+
+const char *buttonTitleKey(const ZorvexDiskManagerDisk &disk)
+{
+    if (isEjectable(disk))
+        return "EJECT_BUTTON_TITLE";
+    return disk.volumePath ? "UNMOUNT_BUTTON_TITLE" : "MOUNT_BUTTON_TITLE";
+}
+
+bool isUnmountable(const ZorvexDiskManagerDisk &disk)
+{
+    return isEjectable(disk) || disk.volumePath;
+}
+
+const ZorvexDiskManagerFSBundle *namingBundle(
+    const ZorvexDiskManagerDisk &disk, const std::optional<FilesystemBundleList> &list)
+{
+    const ZorvexDiskManagerFSBundle *general = nullptr;
+    for (const FilesystemBundleRef &bundle : list.value_or(FilesystemBundleList())) {
+        switch (matchOf(disk, *bundle)) {
+        case Match::Exact:
+            return bundle.get();
+        case Match::General:
+            general = general ? general : bundle.get();
+            break;
+        case Match::None:
+            break;
+        }
+    }
+    return general;
+}
+
+bool hasMatchingBundle(const ZorvexDiskManagerDisk &disk, const std::optional<FilesystemBundleList> &list)
+{
+    return namingBundle(disk, list) != nullptr;
+}
+
+Abilities abilitiesOf(const ZorvexDiskManagerDisk &disk, const std::optional<FilesystemBundleList> &checkList,
+    const std::optional<FilesystemBundleList> &repairList)
+{
+    if (disk.operationInProgress)
+        return {};
+    Abilities abilities;
+    abilities.mountUnmount = !isEjectable(disk) || !disk.internal; // an internal disk is never ejected
+    abilities.format = disk.writable && disk.leaf;
+    const bool hasVolume = disk.mountable && disk.volumeKind;
+    // A check needs only a leaf, a repair one that can be written.
+    abilities.check = disk.leaf && hasVolume && hasMatchingBundle(disk, checkList);
+    abilities.repair = abilities.format && hasVolume && hasMatchingBundle(disk, repairList);
+    return abilities;
+}
+
+TabChanges tabChangesFor(const ZorvexDiskManagerDisk &disk, bool canFormat)
+{
+    const bool isBusy = disk.operationInProgress;
+    const bool hasVolume = disk.leaf && disk.mountable;
+    const bool isFormattable = canFormat && disk.mountable;
+    TabChanges changes;
+    changes.removeMaintenance = !(isBusy || hasVolume);
+    changes.removeFormat = !(isBusy || isFormattable);
+    changes.insertFormat = (isBusy && disk.operationInProgressShowFormatTab) || isFormattable;
+    changes.insertMaintenance = (isBusy && disk.operationInProgressShowMaintenanceTab) || hasVolume;
+    return changes;
+}
+
+std::optional<int> percentageIn(const QByteArray &output)
+{
+    static const QRegularExpression number(QStringLiteral("(\\d{1,3})(?:[.,]\\d+)?\\s?%"));
+    QByteArray line = output.right(longestProgressLine);
+    line = line.mid(std::max(line.lastIndexOf('\n'), line.lastIndexOf('\r')) + 1);
+    std::optional<int> percentage;
+    auto matches = number.globalMatch(QString::fromUtf8(line));
+    while (matches.hasNext()) {
+        const int value = matches.next().capturedView(1).toInt();
+        if (value <= 100)
+            percentage = value;
+    }
+    return percentage;
+}
+
+} // namespace PanelRules

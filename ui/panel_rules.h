@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+//
+// What the information panel shows and allows for a disk. Functions of values, any thread.
+#pragma once
+
+#include "disks/ZorvexDiskManagerDisk.h"
+#include "filesystems/ZorvexDiskManagerFSBundle.h"
+
+#include <optional>
+
+namespace PanelRules {
+
+// A whole disk that carries partitions: what the button ejects.
+bool isEjectable(const ZorvexDiskManagerDisk &disk);
+
+// The string key of the button's title.
+const char *buttonTitleKey(const ZorvexDiskManagerDisk &disk);
+
+// Whether the disk can be unmounted or ejected, by which its row is drawn enabled and the button's image chosen.
+bool isUnmountable(const ZorvexDiskManagerDisk &disk);
+
+// The personality that names the disk's file system: the one of its subtype, else the first general one; null
+// when none of its kind is in the list. An absent list is an empty one.
+const ZorvexDiskManagerFSBundle *namingBundle(
+    const ZorvexDiskManagerDisk &disk, const std::optional<FilesystemBundleList> &list);
+
+// Whether the list holds a personality for the disk's file system.
+bool hasMatchingBundle(const ZorvexDiskManagerDisk &disk, const std::optional<FilesystemBundleList> &list);
+
+// What the panel's controls allow. While an operation is in progress nothing is.
+struct Abilities {
+    bool mountUnmount = false;
+    bool format = false;
+    bool check = false;
+    bool repair = false;
+};
+Abilities abilitiesOf(const ZorvexDiskManagerDisk &disk, const std::optional<FilesystemBundleList> &checkList,
+    const std::optional<FilesystemBundleList> &repairList);
+
+// Which tabs go and which come for a disk; the format tab comes second, the maintenance tab last.
+struct TabChanges {
+    bool removeMaintenance = false;
+    bool removeFormat = false;
+    bool insertFormat = false;
+    bool insertMaintenance = false;
+};
+TabChanges tabChangesFor(const ZorvexDiskManagerDisk &disk, bool canFormat);
+
+// The percentage that the current line of a tool's output carries, 0 to 100; nothing when it carries none.
+std::optional<int> percentageIn(const QByteArray &output);
+
+} // namespace PanelRules

@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+#include "ui/size_rules.h"
+
+#include "platform/no_widgets.h"
+
+namespace SizeRules {
+
+namespace {
+
+struct Unit {
+    qint64 divisor;
+    const char *key;
+};
+
+constexpr Unit roundedUnits[] = {
+    { 1'000'000'000'000'000'000, "EXABYTES_SHORT_TEXT" },
+    { 1'000'000'000'000'000, "PETABYTES_SHORT_TEXT" },
+    { 1'000'000'000'000, "TERABYTES_SHORT_TEXT" },
+    { 1'000'000'000, "GIGABYTES_SHORT_TEXT" },
+    { 1'000'000, "MEGABYTES_SHORT_TEXT" },
+};
+
+// The number of units with up to two decimals. A size just under the next unit is not carried into it.
+QString roundedNumber(quint64 bytes, quint64 divisor)
+{
+    const quint64 whole = bytes / divisor;
+    const quint64 remainder = divisor / 200 + bytes % divisor; // half a hundredth more, to round
+    const quint64 hundredths = remainder / (divisor / 100);
+    if (hundredths == 100)
+        return QString::number(whole + 1);
+    if (hundredths == 0)
+        return QString::number(whole);
+    return QStringLiteral("%1.%2").arg(whole).arg(hundredths, 2, 10, QLatin1Char('0'));
+}
+
+} // namespace
+
+ShortSize shortSize(qint64 bytes)
+{
+    for (const Unit &unit : roundedUnits) {
+        if (bytes >= unit.divisor)
+            return { roundedNumber(static_cast<quint64>(bytes), static_cast<quint64>(unit.divisor)), unit.key };
+    }
+    if (bytes >= 1000)
+        return { QString::number(bytes / 1000), "KILOBYTES_SHORT_TEXT" };
+    return { QString::number(bytes), "BYTES_SHORT_TEXT" };
+}
+
+QString groupedNumber(qint64 number)
+{
+    QString text = QString::number(number);
+    for (qsizetype position = text.size(); position > 3;) {
+        position -= 3;
+        text.insert(position, u' ');
+    }
+    return text;
+}
+
+} // namespace SizeRules
