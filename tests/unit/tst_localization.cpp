@@ -15,7 +15,7 @@ private slots:
     void providesTwelveLocalizations();
     void choosesTheLocalizationsOfTheUser_data();
     void choosesTheLocalizationsOfTheUser();
-    void choosesNothingWhenNothingIsAvailable();
+    void choosesAmongWhatIsAvailable();
     void onlyArabicIsRightToLeft_data();
     void onlyArabicIsRightToLeft();
     void localeDecidesWithoutAListOfLocalizations();
@@ -64,6 +64,9 @@ void LocalizationTest::choosesTheLocalizationsOfTheUser_data()
     QTest::newRow("script before territory") << QStringList { u"zh-Hans-HK"_s } << QStringList { u"zh_CN"_s };
     QTest::newRow("C locale") << QStringList { u"C"_s } << english;
     QTest::newRow("POSIX") << QStringList { u"POSIX"_s } << english;
+    QTest::newRow("C before another") << QStringList { u"C"_s, u"de"_s } << QStringList { u"en"_s, u"de"_s };
+    QTest::newRow("POSIX before another")
+        << QStringList { u"POSIX"_s, u"de"_s } << QStringList { u"en"_s, u"de"_s };
     QTest::newRow("unknown language") << QStringList { u"tlh"_s } << english;
     QTest::newRow("similar language") << QStringList { u"arx"_s } << english;
     QTest::newRow("no language") << QStringList {} << english;
@@ -79,12 +82,13 @@ void LocalizationTest::choosesTheLocalizationsOfTheUser()
     QCOMPARE(preferredLocalizations(bundleLocalizations(), languages), expected);
 }
 
-void LocalizationTest::choosesNothingWhenNothingIsAvailable()
+void LocalizationTest::choosesAmongWhatIsAvailable()
 {
     QCOMPARE(preferredLocalizations({}, { u"de"_s }), QStringList());
     QCOMPARE(preferredLocalizations({ u"fr"_s }, { u"de"_s }), QStringList());
     QCOMPARE(preferredLocalizations({ u"pt_BR"_s, u"pt_PT"_s, u"pt"_s }, { u"pt-PT"_s, u"pt-AO"_s }),
         QStringList({ u"pt_PT"_s, u"pt"_s }));
+    QCOMPARE(preferredLocalizations({ u"pt_BR"_s, u"pt_PT"_s }, { u"pt-AO"_s }), QStringList { u"pt_BR"_s });
 }
 
 void LocalizationTest::onlyArabicIsRightToLeft_data()
