@@ -156,7 +156,7 @@ bool isRightToLeftIdentifier(
 bool loadLocalization(const QString &localization)
 {
     StringTables &tables = stringTables();
-    // The translator that was installed last is asked first.
+    // Installed anew, in this order, because the translator that was installed last is asked first.
     QCoreApplication::removeTranslator(&tables.toolkit);
     QCoreApplication::removeTranslator(&tables.language);
     QCoreApplication::removeTranslator(&tables.english);
