@@ -45,8 +45,10 @@ std::optional<PropertyValue> fieldOf(const PropertyDictionary &personality, cons
 // The text of a name on disk, or nothing when its bytes are not UTF-8.
 std::optional<QString> decodeName(QByteArrayView bytes)
 {
-    // A byte order mark is part of the name, without which the file would not be found.
-    QStringDecoder decoder(QStringConverter::Utf8, QStringConverter::Flag::ConvertInitialBom);
+    // A byte order mark is part of the name, without which the file would not be found; and nothing follows
+    // that could complete a character at the end.
+    QStringDecoder decoder(QStringConverter::Utf8,
+        QStringConverter::Flag::ConvertInitialBom | QStringConverter::Flag::Stateless);
     QString name = decoder.decode(bytes);
     return decoder.hasError() ? std::nullopt : std::optional(std::move(name));
 }

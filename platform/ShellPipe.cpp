@@ -17,8 +17,10 @@ bool PosixShellPipe::open(const QByteArray &command)
         errno = EBUSY;
         return false;
     }
-    // Close-on-exec: a program that another thread starts meanwhile must not inherit this end of the pipe.
-    m_stream = popen(command.constData(), "re");
+    // The shell gives way to the command. As its parent it would turn a death by signal into an exit code of
+    // its own. Close-on-exec: a program that another thread starts meanwhile must not inherit this end of the
+    // pipe.
+    m_stream = popen(("exec " + command).constData(), "re");
     return m_stream != nullptr;
 }
 

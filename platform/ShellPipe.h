@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// A command run by the shell, its standard output read through a pipe. Belongs to the thread that runs the
-// command; several threads may each run one.
+// A program started by the shell, its standard output read through a pipe. Belongs to the thread that runs
+// the command; several threads may each have one.
 #pragma once
 
 #include <QByteArray>
@@ -18,13 +18,14 @@ public:
     ShellPipe &operator=(const ShellPipe &) = delete;
     virtual ~ShellPipe() = default;
 
-    // popen(command, "r"): starts the command; false with errno when that fails. Once for an object.
+    // popen(command, "r"): starts the command, a single program with its arguments and redirections; false
+    // with errno when that fails. Once for an object.
     [[nodiscard]] virtual bool open(const QByteArray &command) = 0;
 
     // read() of one byte of the output: 1, 0 at the end, or -1 with errno.
     [[nodiscard]] virtual ssize_t readByte(char *byte) = 0;
 
-    // pclose(): waits for the end of the command; its wait status, or -1 with errno.
+    // pclose(): waits for the end of the program; its wait status, or -1 with errno.
     [[nodiscard]] virtual int close() = 0;
 };
 

@@ -37,9 +37,10 @@ std::optional<QString> decode(const QByteArray &data)
     const QStringConverter::Encoding encoding = encodingOf(data);
     if (encoding != QStringConverter::Utf8 && data.size() % 2 != 0)
         return std::nullopt;
-    QStringDecoder decoder(encoding);
+    QStringDecoder decoder(encoding, QStringConverter::Flag::Stateless);
     QString text = decoder.decode(data);
-    return decoder.hasError() ? std::nullopt : std::optional(std::move(text));
+    // The decoder lets halves of surrogate pairs pass.
+    return decoder.hasError() || !text.isValidUtf16() ? std::nullopt : std::optional(std::move(text));
 }
 
 bool isTokenCharacter(QChar c)

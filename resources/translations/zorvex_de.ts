@@ -1,0 +1,412 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!-- SPDX-License-Identifier: MIT -->
+<!DOCTYPE TS>
+<TS version="2.1" language="de" sourcelanguage="en">
+<context>
+    <name></name>
+    <message id="WINDOW_TITLE">
+        <source>Zorvex Disk Manager</source>
+        <extracomment>Title of the main window: the name of the program, which is not translated.</extracomment>
+        <translation>Zorvex Disk Manager</translation>
+    </message>
+    <message id="FILE_MENU_TITLE">
+        <source>&amp;File</source>
+        <extracomment>Menu in the menu bar. &amp; marks the letter that opens it with Alt; it must differ from all other letters in the window.</extracomment>
+        <translation>&amp;Datei</translation>
+    </message>
+    <message id="CLOSE_MENU_ITEM_TITLE">
+        <source>&amp;Close Window</source>
+        <extracomment>Item of the File menu. Closing the window ends the program.</extracomment>
+        <translation>Fenster &amp;schließen</translation>
+    </message>
+    <message id="QUIT_MENU_ITEM_TITLE">
+        <source>&amp;Quit</source>
+        <extracomment>Item of the File menu: ends the program.</extracomment>
+        <translation>&amp;Beenden</translation>
+    </message>
+    <message id="EDIT_MENU_TITLE">
+        <source>&amp;Edit</source>
+        <extracomment>Menu in the menu bar.</extracomment>
+        <translation>&amp;Bearbeiten</translation>
+    </message>
+    <message id="COPY_MENU_ITEM_TITLE">
+        <source>&amp;Copy</source>
+        <extracomment>Item of the Edit menu: copies the selected text.</extracomment>
+        <translation>&amp;Kopieren</translation>
+    </message>
+    <message id="SELECT_ALL_MENU_ITEM_TITLE">
+        <source>Select &amp;All</source>
+        <extracomment>Item of the Edit menu: selects all text of the field or view.</extracomment>
+        <translation>&amp;Alles auswählen</translation>
+    </message>
+    <message id="DISK_MENU_TITLE">
+        <source>&amp;Disk</source>
+        <extracomment>Menu in the menu bar: what can be done with the selected disk or volume.</extracomment>
+        <translation>Da&amp;tenträger</translation>
+    </message>
+    <message id="MOUNT_MENU_ITEM_TITLE">
+        <source>Mount, Unmount or E&amp;ject</source>
+        <extracomment>Item of the Disk menu: does whichever of the three fits the selected disk or volume.</extracomment>
+        <translation>Einhängen, aushängen oder aus&amp;werfen</translation>
+    </message>
+    <message id="FORMAT_MENU_ITEM_TITLE">
+        <source>&amp;Format…</source>
+        <extracomment>Item of the Disk menu: shows the page on which a volume is formatted. The dots say that nothing happens yet.</extracomment>
+        <translation>&amp;Formatieren …</translation>
+    </message>
+    <message id="CHECK_MENU_ITEM_TITLE">
+        <source>&amp;Check</source>
+        <extracomment>Item of the Disk menu: looks for errors in the file system of the selected volume and changes nothing.</extracomment>
+        <translation>&amp;Prüfen</translation>
+    </message>
+    <message id="REPAIR_MENU_ITEM_TITLE">
+        <source>&amp;Repair</source>
+        <extracomment>Item of the Disk menu: corrects errors in the file system of the selected volume.</extracomment>
+        <translation>&amp;Reparieren</translation>
+    </message>
+    <message id="SHOW_IN_FILE_MANAGER_MENU_ITEM_TITLE">
+        <source>&amp;Show in File Manager</source>
+        <extracomment>Item of the Disk menu: opens the folder at which the selected volume is mounted.</extracomment>
+        <translation>Im &amp;Dateimanager anzeigen</translation>
+    </message>
+    <message id="HELP_MENU_TITLE">
+        <source>&amp;Help</source>
+        <extracomment>Menu in the menu bar.</extracomment>
+        <translation>&amp;Hilfe</translation>
+    </message>
+    <message id="MANUAL_MENU_ITEM_TITLE">
+        <source>User &amp;Manual</source>
+        <extracomment>Item of the Help menu: opens the manual, a PDF document.</extracomment>
+        <translation>Benutzer&amp;handbuch</translation>
+    </message>
+    <message id="ABOUT_MENU_ITEM_TITLE">
+        <source>&amp;About Zorvex Disk Manager</source>
+        <extracomment>Item of the Help menu: shows the version and what the program is.</extracomment>
+        <translation>&amp;Über Zorvex Disk Manager</translation>
+    </message>
+    <message id="ABOUT_TEXT">
+        <source>Version %@
+
+Mounts, formats, checks and repairs disks and volumes.</source>
+        <extracomment>Text of the About box below the name of the program. %@ is the version, such as 1.0.0.</extracomment>
+        <translation>Version %@
+
+Hängt Datenträger und Volumes ein und aus, formatiert, prüft und repariert sie.</translation>
+    </message>
+    <message id="USER_MANUAL_NOT_FOUND_TITLE">
+        <source>The user manual could not be opened</source>
+        <extracomment>Title of the message when Help &gt; User Manual fails.</extracomment>
+        <translation>Das Benutzerhandbuch konnte nicht geöffnet werden</translation>
+    </message>
+    <message id="USER_MANUAL_NOT_FOUND_TEXT">
+        <source>Either the manual is not installed, or there is no program that can show PDF documents.</source>
+        <extracomment>Text of the message when Help &gt; User Manual fails.</extracomment>
+        <translation>Entweder ist das Handbuch nicht installiert, oder es fehlt ein Programm, das PDF-Dokumente anzeigen kann.</translation>
+    </message>
+    <message id="DISK_TREE_ACCESSIBLE_NAME">
+        <source>Disks and volumes</source>
+        <extracomment>What a screen reader calls the tree of disks at the side of the window.</extracomment>
+        <translation>Datenträger und Volumes</translation>
+    </message>
+    <message id="ROW_MOUNTED_TEXT">
+        <source>mounted</source>
+        <extracomment>Said by a screen reader after the name of a volume in the tree: files on it can be used.</extracomment>
+        <translation>eingehängt</translation>
+    </message>
+    <message id="ROW_NOT_MOUNTED_TEXT">
+        <source>not mounted</source>
+        <extracomment>Said by a screen reader after the name of a volume in the tree: files on it cannot be used at present.</extracomment>
+        <translation>nicht eingehängt</translation>
+    </message>
+    <message id="ROW_DISK_WITH_PARTITIONS_TEXT">
+        <source>disk with partitions</source>
+        <extracomment>Said by a screen reader after the name of a whole disk in the tree that is divided into partitions.</extracomment>
+        <translation>Datenträger mit Partitionen</translation>
+    </message>
+    <message id="DISK_ICON_ACCESSIBLE_NAME">
+        <source>Disk icon</source>
+        <extracomment>What a screen reader calls the large picture of the selected disk.</extracomment>
+        <translation>Symbol des Datenträgers</translation>
+    </message>
+    <message id="INFO_TAB_TITLE">
+        <source>Info</source>
+        <extracomment>Title of the tab with the properties of the selected disk or volume.</extracomment>
+        <translation>Informationen</translation>
+    </message>
+    <message id="FORMAT_TAB_TITLE">
+        <source>Format</source>
+        <extracomment>Title of the tab on which a volume is formatted.</extracomment>
+        <translation>Formatieren</translation>
+    </message>
+    <message id="MAINTENANCE_TAB_TITLE">
+        <source>Maintenance</source>
+        <extracomment>Title of the tab on which a volume is checked and repaired.</extracomment>
+        <translation>Wartung</translation>
+    </message>
+    <message id="SELECT_A_DISK_TEXT">
+        <source>Select a disk or volume</source>
+        <extracomment>Shown in place of the name while nothing is selected in the tree.</extracomment>
+        <translation>Wählen Sie einen Datenträger oder ein Volume</translation>
+    </message>
+    <message id="MOUNT_BUTTON_TITLE">
+        <source>&amp;Mount</source>
+        <extracomment>Button: makes the files of the selected volume accessible. Keep it short.</extracomment>
+        <translation>&amp;Einhängen</translation>
+    </message>
+    <message id="UNMOUNT_BUTTON_TITLE">
+        <source>&amp;Unmount</source>
+        <extracomment>Button: finishes the use of the selected volume, so that its files are no longer accessible. Keep it short.</extracomment>
+        <translation>&amp;Aushängen</translation>
+    </message>
+    <message id="EJECT_BUTTON_TITLE">
+        <source>E&amp;ject</source>
+        <extracomment>Button: unmounts all volumes of the selected disk and makes it safe to take out. Keep it short.</extracomment>
+        <translation>Aus&amp;werfen</translation>
+    </message>
+    <message id="FILESYSTEM_CAPTION">
+        <source>File system:</source>
+        <extracomment>Caption of a property: NTFS, exFAT and so on.</extracomment>
+        <translation>Dateisystem:</translation>
+    </message>
+    <message id="BSD_NAME_CAPTION">
+        <source>Device:</source>
+        <extracomment>Caption of a property: the short name of the device, such as disk2s1.</extracomment>
+        <translation>Gerät:</translation>
+    </message>
+    <message id="WHOLE_DEVICE_CAPTION">
+        <source>Whole device:</source>
+        <extracomment>Caption of a property answered by Yes or No: No for a partition of a device.</extracomment>
+        <translation>Gesamtes Gerät:</translation>
+    </message>
+    <message id="REMOVABLE_CAPTION">
+        <source>Removable:</source>
+        <extracomment>Caption of a property answered by Yes or No: whether the medium can be taken out of its drive.</extracomment>
+        <translation>Wechselbar:</translation>
+    </message>
+    <message id="CONTENT_HINT_CAPTION">
+        <source>Content:</source>
+        <extracomment>Caption of a property: what the partition table says is in the partition, such as Windows_NTFS.</extracomment>
+        <translation>Inhalt:</translation>
+    </message>
+    <message id="EJECTABLE_CAPTION">
+        <source>Ejectable:</source>
+        <extracomment>Caption of a property answered by Yes or No: whether the drive ejects its medium by itself.</extracomment>
+        <translation>Auswerfbar:</translation>
+    </message>
+    <message id="BLOCK_SIZE_CAPTION">
+        <source>Preferred block size:</source>
+        <extracomment>Caption of a property: the block size of the device, such as 512 bytes.</extracomment>
+        <translation>Bevorzugte Blockgröße:</translation>
+    </message>
+    <message id="MOUNTED_AT_CAPTION">
+        <source>Mounted at:</source>
+        <extracomment>Caption of a property: the folder in which the files of the volume are found, shown as a link.</extracomment>
+        <translation>Eingehängt in:</translation>
+    </message>
+    <message id="MOUNT_PATH_ACCESSIBLE_NAME">
+        <source>Mount point</source>
+        <extracomment>What a screen reader calls the link to the folder at which the volume is mounted.</extracomment>
+        <translation>Einhängepunkt</translation>
+    </message>
+    <message id="DEVICE_NODE_TOOL_TIP_FMT">
+        <source>Device node: %@</source>
+        <extracomment>Tool tip of the device name. %@ is the system&apos;s name of the device, such as /dev/sda1.</extracomment>
+        <translation>Gerätedatei: %@</translation>
+    </message>
+    <message id="BOOLEAN_VALUE_YES_TEXT">
+        <source>Yes</source>
+        <extracomment>Value of a property.</extracomment>
+        <translation>Ja</translation>
+    </message>
+    <message id="BOOLEAN_VALUE_NO_TEXT">
+        <source>No</source>
+        <extracomment>Value of a property.</extracomment>
+        <translation>Nein</translation>
+    </message>
+    <message id="BYTES_TEXT">
+        <source>bytes</source>
+        <extracomment>Stands after an exact number of bytes, such as 512 or 1 000 000.</extracomment>
+        <translation>Byte</translation>
+    </message>
+    <message id="EXABYTES_SHORT_TEXT">
+        <source>EB</source>
+        <extracomment>Abbreviation of exabyte (a million million million bytes), after a number.</extracomment>
+        <translation>EB</translation>
+    </message>
+    <message id="PETABYTES_SHORT_TEXT">
+        <source>PB</source>
+        <extracomment>Abbreviation of petabyte (a thousand million million bytes), after a number.</extracomment>
+        <translation>PB</translation>
+    </message>
+    <message id="TERABYTES_SHORT_TEXT">
+        <source>TB</source>
+        <extracomment>Abbreviation of terabyte (a million million bytes), after a number.</extracomment>
+        <translation>TB</translation>
+    </message>
+    <message id="GIGABYTES_SHORT_TEXT">
+        <source>GB</source>
+        <extracomment>Abbreviation of gigabyte (a thousand million bytes), after a number.</extracomment>
+        <translation>GB</translation>
+    </message>
+    <message id="MEGABYTES_SHORT_TEXT">
+        <source>MB</source>
+        <extracomment>Abbreviation of megabyte (a million bytes), after a number.</extracomment>
+        <translation>MB</translation>
+    </message>
+    <message id="KILOBYTES_SHORT_TEXT">
+        <source>kB</source>
+        <extracomment>Abbreviation of kilobyte (a thousand bytes), after a number.</extracomment>
+        <translation>kB</translation>
+    </message>
+    <message id="BYTES_SHORT_TEXT">
+        <source>B</source>
+        <extracomment>Abbreviation of byte, after a number below a thousand.</extracomment>
+        <translation>B</translation>
+    </message>
+    <message id="AVAILABLE_SPACE_FMT">
+        <source>%@ free of %@</source>
+        <extracomment>Size of a volume. The first %@ is the free space, the second the total, each with its unit, such as 1.50 GB. Where the total comes first, write %2$@ for it and %1$@ for the free space.</extracomment>
+        <translation>%@ von %@ frei</translation>
+    </message>
+    <message id="FORCE_UNMOUNT_BUTTON_TITLE">
+        <source>&amp;Force Unmount</source>
+        <extracomment>Button of the question after a failed unmount: unmounts although the volume is in use.</extracomment>
+        <translation>Aushängen er&amp;zwingen</translation>
+    </message>
+    <message id="CANCEL_UNMOUNT_BUTTON_TITLE">
+        <source>&amp;Cancel</source>
+        <extracomment>Button of the question after a failed unmount: leaves everything as it is.</extracomment>
+        <translation>&amp;Abbrechen</translation>
+    </message>
+    <message id="FAILED_TO_UNMOUNT_VOLUME_TITLE">
+        <source>The volume could not be unmounted</source>
+        <extracomment>Title of the question after a failed unmount.</extracomment>
+        <translation>Das Volume konnte nicht ausgehängt werden</translation>
+    </message>
+    <message id="FAILED_TO_UNMOUNT_VOLUME_BODY_FMT">
+        <source>A program may still be using the volume %@. If you force it to unmount, data that has not been saved may be lost.</source>
+        <extracomment>Text of the question after a failed unmount. %@ is the name of the device, such as disk2s1.</extracomment>
+        <translation>Möglicherweise verwendet noch ein Programm das Volume %@. Wenn Sie das Aushängen erzwingen, können nicht gespeicherte Daten verloren gehen.</translation>
+    </message>
+    <message id="FAILED_TO_UNMOUNT_VOLUMES_TITLE">
+        <source>The volumes of the disk could not be unmounted</source>
+        <extracomment>Title of the question when a disk cannot be ejected because one of its volumes is in use.</extracomment>
+        <translation>Die Volumes des Datenträgers konnten nicht ausgehängt werden</translation>
+    </message>
+    <message id="FAILED_TO_UNMOUNT_VOLUMES_BODY_FMT">
+        <source>Programs may still be using volumes of the disk %@. If you force them to unmount, data that has not been saved may be lost.</source>
+        <extracomment>Text of the question when a disk cannot be ejected because one of its volumes is in use. %@ is the name of the device, such as disk2.</extracomment>
+        <translation>Möglicherweise verwenden noch Programme Volumes des Datenträgers %@. Wenn Sie das Aushängen erzwingen, können nicht gespeicherte Daten verloren gehen.</translation>
+    </message>
+    <message id="FORMAT_FILESYSTEM_CAPTION">
+        <source>File &amp;system:</source>
+        <extracomment>Caption of the menu from which the file system of the formatted volume is chosen.</extracomment>
+        <translation>Datei&amp;system:</translation>
+    </message>
+    <message id="FORMAT_LABEL_CAPTION">
+        <source>Volume &amp;label:</source>
+        <extracomment>Caption of the field for the name that the formatted volume gets.</extracomment>
+        <translation>Volume&amp;name:</translation>
+    </message>
+    <message id="FORMAT_BUTTON_TITLE">
+        <source>Fo&amp;rmat…</source>
+        <extracomment>Button: asks for confirmation and then formats the selected volume.</extracomment>
+        <translation>&amp;Formatieren …</translation>
+    </message>
+    <message id="INVALID_VOLUME_LABEL_TEXT">
+        <source>The volume label is not valid</source>
+        <extracomment>Title of the message about a volume label that the file system does not allow.</extracomment>
+        <translation>Der Volumename ist ungültig</translation>
+    </message>
+    <message id="INVALID_NTFS_VOLUME_NAME_TEXT">
+        <source>An NTFS volume label can be at most 128 characters long. Some characters, such as emoji, count as two.</source>
+        <extracomment>Text of the message about a volume label that NTFS does not allow.</extracomment>
+        <translation>Der Name eines NTFS-Volumes darf höchstens 128 Zeichen lang sein. Manche Zeichen, etwa Emojis, zählen doppelt.</translation>
+    </message>
+    <message id="INVALID_FAT_VOLUME_NAME_TEXT">
+        <source>A FAT volume label can be at most 11 characters long. It can consist of the capital letters A to Z, digits, spaces and punctuation, but must not contain any of &quot; * / : &lt; &gt; ? \ |</source>
+        <extracomment>Text of the message about a volume label that FAT does not allow. Small and accented letters are not allowed. Keep the nine signs as they are.</extracomment>
+        <translation>Der Name eines FAT-Volumes darf höchstens 11 Zeichen lang sein. Er kann aus den Großbuchstaben A bis Z, Ziffern, Leerzeichen und Satzzeichen bestehen, darf aber keines dieser Zeichen enthalten: &quot; * / : &lt; &gt; ? \ |</translation>
+    </message>
+    <message id="INVALID_EXFAT_VOLUME_NAME_TEXT">
+        <source>An exFAT volume label can be at most 11 characters long and must not contain control characters or any of &quot; * / : &lt; &gt; ? \ | Some characters, such as emoji, count as two.</source>
+        <extracomment>Text of the message about a volume label that exFAT does not allow. Keep the nine signs as they are.</extracomment>
+        <translation>Der Name eines exFAT-Volumes darf höchstens 11 Zeichen lang sein und weder Steuerzeichen noch eines dieser Zeichen enthalten: &quot; * / : &lt; &gt; ? \ | Manche Zeichen, etwa Emojis, zählen doppelt.</translation>
+    </message>
+    <message id="CONFIRM_FORMAT_DIALOG_TITLE">
+        <source>Do you really want to format?</source>
+        <extracomment>Title of the question before formatting. The name, size and device of what will be formatted are shown with it.</extracomment>
+        <translation>Möchten Sie wirklich formatieren?</translation>
+    </message>
+    <message id="CONFIRM_FORMAT_DIALOG_BODY">
+        <source>Formatting erases all data on the disk or volume. This cannot be undone.</source>
+        <extracomment>Text of the question before formatting.</extracomment>
+        <translation>Beim Formatieren werden alle Daten auf dem Datenträger oder Volume gelöscht. Dies kann nicht rückgängig gemacht werden.</translation>
+    </message>
+    <message id="CONFIRM_FORMAT_DIALOG_CONTINUE_BUTTON_TEXT">
+        <source>&amp;Erase and Format</source>
+        <extracomment>Button of the question before formatting: starts it.</extracomment>
+        <translation>&amp;Löschen und formatieren</translation>
+    </message>
+    <message id="CONFIRM_FORMAT_DIALOG_CANCEL_BUTTON_TEXT">
+        <source>&amp;Cancel</source>
+        <extracomment>Button of the question before formatting: changes nothing.</extracomment>
+        <translation>&amp;Abbrechen</translation>
+    </message>
+    <message id="FORMAT_TARGET_NAME_CAPTION">
+        <source>Name:</source>
+        <extracomment>Caption in the question before formatting: the name of the disk or volume.</extracomment>
+        <translation>Name:</translation>
+    </message>
+    <message id="FORMAT_TARGET_SIZE_CAPTION">
+        <source>Size:</source>
+        <extracomment>Caption in the question before formatting: the size of the disk or volume.</extracomment>
+        <translation>Größe:</translation>
+    </message>
+    <message id="FORMAT_TARGET_DEVICE_CAPTION">
+        <source>Device:</source>
+        <extracomment>Caption in the question before formatting: the device, such as disk2s1 (/dev/sda1).</extracomment>
+        <translation>Gerät:</translation>
+    </message>
+    <message id="FORMAT_TARGET_CONTENT_CAPTION">
+        <source>Now on it:</source>
+        <extracomment>Caption in the question before formatting: the file system that will be erased.</extracomment>
+        <translation>Jetziger Inhalt:</translation>
+    </message>
+    <message id="FORMAT_TARGET_NOTHING_TEXT">
+        <source>nothing recognised</source>
+        <extracomment>Stands after “Now on it:” when no known file system was found. It does not mean that there is no data.</extracomment>
+        <translation>nichts erkannt</translation>
+    </message>
+    <message id="ACTIVITY_FORMATTING_FMT">
+        <source>Formatting %@…</source>
+        <extracomment>Shown while a volume is formatted. %@ is its name.</extracomment>
+        <translation>%@ wird formatiert …</translation>
+    </message>
+    <message id="CHECK_BUTTON_TITLE">
+        <source>&amp;Check</source>
+        <extracomment>Button: looks for errors in the file system of the volume and changes nothing.</extracomment>
+        <translation>&amp;Prüfen</translation>
+    </message>
+    <message id="REPAIR_BUTTON_TITLE">
+        <source>&amp;Repair</source>
+        <extracomment>Button: corrects errors in the file system of the volume.</extracomment>
+        <translation>&amp;Reparieren</translation>
+    </message>
+    <message id="OUTPUT_ACCESSIBLE_NAME">
+        <source>Output of check and repair</source>
+        <extracomment>What a screen reader calls the view that shows what the checking and repairing tools print.</extracomment>
+        <translation>Ausgabe von Prüfung und Reparatur</translation>
+    </message>
+    <message id="ACTIVITY_CHECKING_FMT">
+        <source>Checking %@…</source>
+        <extracomment>Shown while a volume is checked. %@ is its name.</extracomment>
+        <translation>%@ wird geprüft …</translation>
+    </message>
+    <message id="ACTIVITY_REPAIRING_FMT">
+        <source>Repairing %@…</source>
+        <extracomment>Shown while a volume is repaired. %@ is its name.</extracomment>
+        <translation>%@ wird repariert …</translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,412 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!-- SPDX-License-Identifier: MIT -->
+<!DOCTYPE TS>
+<TS version="2.1" language="fr" sourcelanguage="en">
+<context>
+    <name></name>
+    <message id="WINDOW_TITLE">
+        <source>Zorvex Disk Manager</source>
+        <extracomment>Title of the main window: the name of the program, which is not translated.</extracomment>
+        <translation>Zorvex Disk Manager</translation>
+    </message>
+    <message id="FILE_MENU_TITLE">
+        <source>&amp;File</source>
+        <extracomment>Menu in the menu bar. &amp; marks the letter that opens it with Alt; it must differ from all other letters in the window.</extracomment>
+        <translation>&amp;Fichier</translation>
+    </message>
+    <message id="CLOSE_MENU_ITEM_TITLE">
+        <source>&amp;Close Window</source>
+        <extracomment>Item of the File menu. Closing the window ends the program.</extracomment>
+        <translation>&amp;Fermer la fenêtre</translation>
+    </message>
+    <message id="QUIT_MENU_ITEM_TITLE">
+        <source>&amp;Quit</source>
+        <extracomment>Item of the File menu: ends the program.</extracomment>
+        <translation>&amp;Quitter</translation>
+    </message>
+    <message id="EDIT_MENU_TITLE">
+        <source>&amp;Edit</source>
+        <extracomment>Menu in the menu bar.</extracomment>
+        <translation>Éd&amp;ition</translation>
+    </message>
+    <message id="COPY_MENU_ITEM_TITLE">
+        <source>&amp;Copy</source>
+        <extracomment>Item of the Edit menu: copies the selected text.</extracomment>
+        <translation>&amp;Copier</translation>
+    </message>
+    <message id="SELECT_ALL_MENU_ITEM_TITLE">
+        <source>Select &amp;All</source>
+        <extracomment>Item of the Edit menu: selects all text of the field or view.</extracomment>
+        <translation>&amp;Tout sélectionner</translation>
+    </message>
+    <message id="DISK_MENU_TITLE">
+        <source>&amp;Disk</source>
+        <extracomment>Menu in the menu bar: what can be done with the selected disk or volume.</extracomment>
+        <translation>Dis&amp;que</translation>
+    </message>
+    <message id="MOUNT_MENU_ITEM_TITLE">
+        <source>Mount, Unmount or E&amp;ject</source>
+        <extracomment>Item of the Disk menu: does whichever of the three fits the selected disk or volume.</extracomment>
+        <translation>Monter, démonter ou é&amp;jecter</translation>
+    </message>
+    <message id="FORMAT_MENU_ITEM_TITLE">
+        <source>&amp;Format…</source>
+        <extracomment>Item of the Disk menu: shows the page on which a volume is formatted. The dots say that nothing happens yet.</extracomment>
+        <translation>&amp;Formater…</translation>
+    </message>
+    <message id="CHECK_MENU_ITEM_TITLE">
+        <source>&amp;Check</source>
+        <extracomment>Item of the Disk menu: looks for errors in the file system of the selected volume and changes nothing.</extracomment>
+        <translation>&amp;Vérifier</translation>
+    </message>
+    <message id="REPAIR_MENU_ITEM_TITLE">
+        <source>&amp;Repair</source>
+        <extracomment>Item of the Disk menu: corrects errors in the file system of the selected volume.</extracomment>
+        <translation>&amp;Réparer</translation>
+    </message>
+    <message id="SHOW_IN_FILE_MANAGER_MENU_ITEM_TITLE">
+        <source>&amp;Show in File Manager</source>
+        <extracomment>Item of the Disk menu: opens the folder at which the selected volume is mounted.</extracomment>
+        <translation>&amp;Afficher dans le gestionnaire de fichiers</translation>
+    </message>
+    <message id="HELP_MENU_TITLE">
+        <source>&amp;Help</source>
+        <extracomment>Menu in the menu bar.</extracomment>
+        <translation>&amp;Aide</translation>
+    </message>
+    <message id="MANUAL_MENU_ITEM_TITLE">
+        <source>User &amp;Manual</source>
+        <extracomment>Item of the Help menu: opens the manual, a PDF document.</extracomment>
+        <translation>&amp;Manuel d’utilisation</translation>
+    </message>
+    <message id="ABOUT_MENU_ITEM_TITLE">
+        <source>&amp;About Zorvex Disk Manager</source>
+        <extracomment>Item of the Help menu: shows the version and what the program is.</extracomment>
+        <translation>À &amp;propos de Zorvex Disk Manager</translation>
+    </message>
+    <message id="ABOUT_TEXT">
+        <source>Version %@
+
+Mounts, formats, checks and repairs disks and volumes.</source>
+        <extracomment>Text of the About box below the name of the program. %@ is the version, such as 1.0.0.</extracomment>
+        <translation>Version %@
+
+Monte, formate, vérifie et répare les disques et les volumes.</translation>
+    </message>
+    <message id="USER_MANUAL_NOT_FOUND_TITLE">
+        <source>The user manual could not be opened</source>
+        <extracomment>Title of the message when Help &gt; User Manual fails.</extracomment>
+        <translation>Impossible d’ouvrir le manuel d’utilisation</translation>
+    </message>
+    <message id="USER_MANUAL_NOT_FOUND_TEXT">
+        <source>Either the manual is not installed, or there is no program that can show PDF documents.</source>
+        <extracomment>Text of the message when Help &gt; User Manual fails.</extracomment>
+        <translation>Soit le manuel n’est pas installé, soit aucun programme ne peut afficher les documents PDF.</translation>
+    </message>
+    <message id="DISK_TREE_ACCESSIBLE_NAME">
+        <source>Disks and volumes</source>
+        <extracomment>What a screen reader calls the tree of disks at the side of the window.</extracomment>
+        <translation>Disques et volumes</translation>
+    </message>
+    <message id="ROW_MOUNTED_TEXT">
+        <source>mounted</source>
+        <extracomment>Said by a screen reader after the name of a volume in the tree: files on it can be used.</extracomment>
+        <translation>monté</translation>
+    </message>
+    <message id="ROW_NOT_MOUNTED_TEXT">
+        <source>not mounted</source>
+        <extracomment>Said by a screen reader after the name of a volume in the tree: files on it cannot be used at present.</extracomment>
+        <translation>non monté</translation>
+    </message>
+    <message id="ROW_DISK_WITH_PARTITIONS_TEXT">
+        <source>disk with partitions</source>
+        <extracomment>Said by a screen reader after the name of a whole disk in the tree that is divided into partitions.</extracomment>
+        <translation>disque partitionné</translation>
+    </message>
+    <message id="DISK_ICON_ACCESSIBLE_NAME">
+        <source>Disk icon</source>
+        <extracomment>What a screen reader calls the large picture of the selected disk.</extracomment>
+        <translation>Icône du disque</translation>
+    </message>
+    <message id="INFO_TAB_TITLE">
+        <source>Info</source>
+        <extracomment>Title of the tab with the properties of the selected disk or volume.</extracomment>
+        <translation>Informations</translation>
+    </message>
+    <message id="FORMAT_TAB_TITLE">
+        <source>Format</source>
+        <extracomment>Title of the tab on which a volume is formatted.</extracomment>
+        <translation>Formatage</translation>
+    </message>
+    <message id="MAINTENANCE_TAB_TITLE">
+        <source>Maintenance</source>
+        <extracomment>Title of the tab on which a volume is checked and repaired.</extracomment>
+        <translation>Maintenance</translation>
+    </message>
+    <message id="SELECT_A_DISK_TEXT">
+        <source>Select a disk or volume</source>
+        <extracomment>Shown in place of the name while nothing is selected in the tree.</extracomment>
+        <translation>Sélectionnez un disque ou un volume</translation>
+    </message>
+    <message id="MOUNT_BUTTON_TITLE">
+        <source>&amp;Mount</source>
+        <extracomment>Button: makes the files of the selected volume accessible. Keep it short.</extracomment>
+        <translation>&amp;Monter</translation>
+    </message>
+    <message id="UNMOUNT_BUTTON_TITLE">
+        <source>&amp;Unmount</source>
+        <extracomment>Button: finishes the use of the selected volume, so that its files are no longer accessible. Keep it short.</extracomment>
+        <translation>&amp;Démonter</translation>
+    </message>
+    <message id="EJECT_BUTTON_TITLE">
+        <source>E&amp;ject</source>
+        <extracomment>Button: unmounts all volumes of the selected disk and makes it safe to take out. Keep it short.</extracomment>
+        <translation>É&amp;jecter</translation>
+    </message>
+    <message id="FILESYSTEM_CAPTION">
+        <source>File system:</source>
+        <extracomment>Caption of a property: NTFS, exFAT and so on.</extracomment>
+        <translation>Système de fichiers&#xa0;:</translation>
+    </message>
+    <message id="BSD_NAME_CAPTION">
+        <source>Device:</source>
+        <extracomment>Caption of a property: the short name of the device, such as disk2s1.</extracomment>
+        <translation>Périphérique&#xa0;:</translation>
+    </message>
+    <message id="WHOLE_DEVICE_CAPTION">
+        <source>Whole device:</source>
+        <extracomment>Caption of a property answered by Yes or No: No for a partition of a device.</extracomment>
+        <translation>Périphérique entier&#xa0;:</translation>
+    </message>
+    <message id="REMOVABLE_CAPTION">
+        <source>Removable:</source>
+        <extracomment>Caption of a property answered by Yes or No: whether the medium can be taken out of its drive.</extracomment>
+        <translation>Amovible&#xa0;:</translation>
+    </message>
+    <message id="CONTENT_HINT_CAPTION">
+        <source>Content:</source>
+        <extracomment>Caption of a property: what the partition table says is in the partition, such as Windows_NTFS.</extracomment>
+        <translation>Contenu&#xa0;:</translation>
+    </message>
+    <message id="EJECTABLE_CAPTION">
+        <source>Ejectable:</source>
+        <extracomment>Caption of a property answered by Yes or No: whether the drive ejects its medium by itself.</extracomment>
+        <translation>Éjectable&#xa0;:</translation>
+    </message>
+    <message id="BLOCK_SIZE_CAPTION">
+        <source>Preferred block size:</source>
+        <extracomment>Caption of a property: the block size of the device, such as 512 bytes.</extracomment>
+        <translation>Taille de bloc préférée&#xa0;:</translation>
+    </message>
+    <message id="MOUNTED_AT_CAPTION">
+        <source>Mounted at:</source>
+        <extracomment>Caption of a property: the folder in which the files of the volume are found, shown as a link.</extracomment>
+        <translation>Monté sur&#xa0;:</translation>
+    </message>
+    <message id="MOUNT_PATH_ACCESSIBLE_NAME">
+        <source>Mount point</source>
+        <extracomment>What a screen reader calls the link to the folder at which the volume is mounted.</extracomment>
+        <translation>Point de montage</translation>
+    </message>
+    <message id="DEVICE_NODE_TOOL_TIP_FMT">
+        <source>Device node: %@</source>
+        <extracomment>Tool tip of the device name. %@ is the system&apos;s name of the device, such as /dev/sda1.</extracomment>
+        <translation>Fichier de périphérique&#xa0;: %@</translation>
+    </message>
+    <message id="BOOLEAN_VALUE_YES_TEXT">
+        <source>Yes</source>
+        <extracomment>Value of a property.</extracomment>
+        <translation>Oui</translation>
+    </message>
+    <message id="BOOLEAN_VALUE_NO_TEXT">
+        <source>No</source>
+        <extracomment>Value of a property.</extracomment>
+        <translation>Non</translation>
+    </message>
+    <message id="BYTES_TEXT">
+        <source>bytes</source>
+        <extracomment>Stands after an exact number of bytes, such as 512 or 1 000 000.</extracomment>
+        <translation>octets</translation>
+    </message>
+    <message id="EXABYTES_SHORT_TEXT">
+        <source>EB</source>
+        <extracomment>Abbreviation of exabyte (a million million million bytes), after a number.</extracomment>
+        <translation>Eo</translation>
+    </message>
+    <message id="PETABYTES_SHORT_TEXT">
+        <source>PB</source>
+        <extracomment>Abbreviation of petabyte (a thousand million million bytes), after a number.</extracomment>
+        <translation>Po</translation>
+    </message>
+    <message id="TERABYTES_SHORT_TEXT">
+        <source>TB</source>
+        <extracomment>Abbreviation of terabyte (a million million bytes), after a number.</extracomment>
+        <translation>To</translation>
+    </message>
+    <message id="GIGABYTES_SHORT_TEXT">
+        <source>GB</source>
+        <extracomment>Abbreviation of gigabyte (a thousand million bytes), after a number.</extracomment>
+        <translation>Go</translation>
+    </message>
+    <message id="MEGABYTES_SHORT_TEXT">
+        <source>MB</source>
+        <extracomment>Abbreviation of megabyte (a million bytes), after a number.</extracomment>
+        <translation>Mo</translation>
+    </message>
+    <message id="KILOBYTES_SHORT_TEXT">
+        <source>kB</source>
+        <extracomment>Abbreviation of kilobyte (a thousand bytes), after a number.</extracomment>
+        <translation>ko</translation>
+    </message>
+    <message id="BYTES_SHORT_TEXT">
+        <source>B</source>
+        <extracomment>Abbreviation of byte, after a number below a thousand.</extracomment>
+        <translation>o</translation>
+    </message>
+    <message id="AVAILABLE_SPACE_FMT">
+        <source>%@ free of %@</source>
+        <extracomment>Size of a volume. The first %@ is the free space, the second the total, each with its unit, such as 1.50 GB. Where the total comes first, write %2$@ for it and %1$@ for the free space.</extracomment>
+        <translation>%@ libres sur %@</translation>
+    </message>
+    <message id="FORCE_UNMOUNT_BUTTON_TITLE">
+        <source>&amp;Force Unmount</source>
+        <extracomment>Button of the question after a failed unmount: unmounts although the volume is in use.</extracomment>
+        <translation>&amp;Forcer le démontage</translation>
+    </message>
+    <message id="CANCEL_UNMOUNT_BUTTON_TITLE">
+        <source>&amp;Cancel</source>
+        <extracomment>Button of the question after a failed unmount: leaves everything as it is.</extracomment>
+        <translation>&amp;Annuler</translation>
+    </message>
+    <message id="FAILED_TO_UNMOUNT_VOLUME_TITLE">
+        <source>The volume could not be unmounted</source>
+        <extracomment>Title of the question after a failed unmount.</extracomment>
+        <translation>Impossible de démonter le volume</translation>
+    </message>
+    <message id="FAILED_TO_UNMOUNT_VOLUME_BODY_FMT">
+        <source>A program may still be using the volume %@. If you force it to unmount, data that has not been saved may be lost.</source>
+        <extracomment>Text of the question after a failed unmount. %@ is the name of the device, such as disk2s1.</extracomment>
+        <translation>Un programme utilise peut-être encore le volume %@. Si vous forcez son démontage, les données non enregistrées risquent d’être perdues.</translation>
+    </message>
+    <message id="FAILED_TO_UNMOUNT_VOLUMES_TITLE">
+        <source>The volumes of the disk could not be unmounted</source>
+        <extracomment>Title of the question when a disk cannot be ejected because one of its volumes is in use.</extracomment>
+        <translation>Impossible de démonter les volumes du disque</translation>
+    </message>
+    <message id="FAILED_TO_UNMOUNT_VOLUMES_BODY_FMT">
+        <source>Programs may still be using volumes of the disk %@. If you force them to unmount, data that has not been saved may be lost.</source>
+        <extracomment>Text of the question when a disk cannot be ejected because one of its volumes is in use. %@ is the name of the device, such as disk2.</extracomment>
+        <translation>Des programmes utilisent peut-être encore des volumes du disque %@. Si vous forcez leur démontage, les données non enregistrées risquent d’être perdues.</translation>
+    </message>
+    <message id="FORMAT_FILESYSTEM_CAPTION">
+        <source>File &amp;system:</source>
+        <extracomment>Caption of the menu from which the file system of the formatted volume is chosen.</extracomment>
+        <translation>&amp;Système de fichiers&#xa0;:</translation>
+    </message>
+    <message id="FORMAT_LABEL_CAPTION">
+        <source>Volume &amp;label:</source>
+        <extracomment>Caption of the field for the name that the formatted volume gets.</extracomment>
+        <translation>&amp;Nom du volume&#xa0;:</translation>
+    </message>
+    <message id="FORMAT_BUTTON_TITLE">
+        <source>Fo&amp;rmat…</source>
+        <extracomment>Button: asks for confirmation and then formats the selected volume.</extracomment>
+        <translation>F&amp;ormater…</translation>
+    </message>
+    <message id="INVALID_VOLUME_LABEL_TEXT">
+        <source>The volume label is not valid</source>
+        <extracomment>Title of the message about a volume label that the file system does not allow.</extracomment>
+        <translation>Le nom du volume n’est pas valide</translation>
+    </message>
+    <message id="INVALID_NTFS_VOLUME_NAME_TEXT">
+        <source>An NTFS volume label can be at most 128 characters long. Some characters, such as emoji, count as two.</source>
+        <extracomment>Text of the message about a volume label that NTFS does not allow.</extracomment>
+        <translation>Le nom d’un volume NTFS peut contenir au plus 128 caractères. Certains caractères, comme les émojis, comptent double.</translation>
+    </message>
+    <message id="INVALID_FAT_VOLUME_NAME_TEXT">
+        <source>A FAT volume label can be at most 11 characters long. It can consist of the capital letters A to Z, digits, spaces and punctuation, but must not contain any of &quot; * / : &lt; &gt; ? \ |</source>
+        <extracomment>Text of the message about a volume label that FAT does not allow. Small and accented letters are not allowed. Keep the nine signs as they are.</extracomment>
+        <translation>Le nom d’un volume FAT peut contenir au plus 11 caractères. Il peut se composer des lettres majuscules A à Z, de chiffres, d’espaces et de signes de ponctuation, mais d’aucun de ces signes&#xa0;: &quot; * / : &lt; &gt; ? \ |</translation>
+    </message>
+    <message id="INVALID_EXFAT_VOLUME_NAME_TEXT">
+        <source>An exFAT volume label can be at most 11 characters long and must not contain control characters or any of &quot; * / : &lt; &gt; ? \ | Some characters, such as emoji, count as two.</source>
+        <extracomment>Text of the message about a volume label that exFAT does not allow. Keep the nine signs as they are.</extracomment>
+        <translation>Le nom d’un volume exFAT peut contenir au plus 11 caractères, mais ni caractère de contrôle ni aucun de ces signes&#xa0;: &quot; * / : &lt; &gt; ? \ | Certains caractères, comme les émojis, comptent double.</translation>
+    </message>
+    <message id="CONFIRM_FORMAT_DIALOG_TITLE">
+        <source>Do you really want to format?</source>
+        <extracomment>Title of the question before formatting. The name, size and device of what will be formatted are shown with it.</extracomment>
+        <translation>Voulez-vous vraiment formater&#xa0;?</translation>
+    </message>
+    <message id="CONFIRM_FORMAT_DIALOG_BODY">
+        <source>Formatting erases all data on the disk or volume. This cannot be undone.</source>
+        <extracomment>Text of the question before formatting.</extracomment>
+        <translation>Le formatage efface toutes les données du disque ou du volume. Cette opération est irréversible.</translation>
+    </message>
+    <message id="CONFIRM_FORMAT_DIALOG_CONTINUE_BUTTON_TEXT">
+        <source>&amp;Erase and Format</source>
+        <extracomment>Button of the question before formatting: starts it.</extracomment>
+        <translation>&amp;Effacer et formater</translation>
+    </message>
+    <message id="CONFIRM_FORMAT_DIALOG_CANCEL_BUTTON_TEXT">
+        <source>&amp;Cancel</source>
+        <extracomment>Button of the question before formatting: changes nothing.</extracomment>
+        <translation>&amp;Annuler</translation>
+    </message>
+    <message id="FORMAT_TARGET_NAME_CAPTION">
+        <source>Name:</source>
+        <extracomment>Caption in the question before formatting: the name of the disk or volume.</extracomment>
+        <translation>Nom&#xa0;:</translation>
+    </message>
+    <message id="FORMAT_TARGET_SIZE_CAPTION">
+        <source>Size:</source>
+        <extracomment>Caption in the question before formatting: the size of the disk or volume.</extracomment>
+        <translation>Taille&#xa0;:</translation>
+    </message>
+    <message id="FORMAT_TARGET_DEVICE_CAPTION">
+        <source>Device:</source>
+        <extracomment>Caption in the question before formatting: the device, such as disk2s1 (/dev/sda1).</extracomment>
+        <translation>Périphérique&#xa0;:</translation>
+    </message>
+    <message id="FORMAT_TARGET_CONTENT_CAPTION">
+        <source>Now on it:</source>
+        <extracomment>Caption in the question before formatting: the file system that will be erased.</extracomment>
+        <translation>Contenu actuel&#xa0;:</translation>
+    </message>
+    <message id="FORMAT_TARGET_NOTHING_TEXT">
+        <source>nothing recognised</source>
+        <extracomment>Stands after “Now on it:” when no known file system was found. It does not mean that there is no data.</extracomment>
+        <translation>rien de reconnu</translation>
+    </message>
+    <message id="ACTIVITY_FORMATTING_FMT">
+        <source>Formatting %@…</source>
+        <extracomment>Shown while a volume is formatted. %@ is its name.</extracomment>
+        <translation>Formatage de %@…</translation>
+    </message>
+    <message id="CHECK_BUTTON_TITLE">
+        <source>&amp;Check</source>
+        <extracomment>Button: looks for errors in the file system of the volume and changes nothing.</extracomment>
+        <translation>&amp;Vérifier</translation>
+    </message>
+    <message id="REPAIR_BUTTON_TITLE">
+        <source>&amp;Repair</source>
+        <extracomment>Button: corrects errors in the file system of the volume.</extracomment>
+        <translation>&amp;Réparer</translation>
+    </message>
+    <message id="OUTPUT_ACCESSIBLE_NAME">
+        <source>Output of check and repair</source>
+        <extracomment>What a screen reader calls the view that shows what the checking and repairing tools print.</extracomment>
+        <translation>Sortie de la vérification et de la réparation</translation>
+    </message>
+    <message id="ACTIVITY_CHECKING_FMT">
+        <source>Checking %@…</source>
+        <extracomment>Shown while a volume is checked. %@ is its name.</extracomment>
+        <translation>Vérification de %@…</translation>
+    </message>
+    <message id="ACTIVITY_REPAIRING_FMT">
+        <source>Repairing %@…</source>
+        <extracomment>Shown while a volume is repaired. %@ is its name.</extracomment>
+        <translation>Réparation de %@…</translation>
+    </message>
+</context>
+</TS>

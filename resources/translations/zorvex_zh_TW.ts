@@ -1,0 +1,412 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!-- SPDX-License-Identifier: MIT -->
+<!DOCTYPE TS>
+<TS version="2.1" language="zh_TW" sourcelanguage="en">
+<context>
+    <name></name>
+    <message id="WINDOW_TITLE">
+        <source>Zorvex Disk Manager</source>
+        <extracomment>Title of the main window: the name of the program, which is not translated.</extracomment>
+        <translation>Zorvex Disk Manager</translation>
+    </message>
+    <message id="FILE_MENU_TITLE">
+        <source>&amp;File</source>
+        <extracomment>Menu in the menu bar. &amp; marks the letter that opens it with Alt; it must differ from all other letters in the window.</extracomment>
+        <translation>檔案(&amp;F)</translation>
+    </message>
+    <message id="CLOSE_MENU_ITEM_TITLE">
+        <source>&amp;Close Window</source>
+        <extracomment>Item of the File menu. Closing the window ends the program.</extracomment>
+        <translation>關閉視窗(&amp;C)</translation>
+    </message>
+    <message id="QUIT_MENU_ITEM_TITLE">
+        <source>&amp;Quit</source>
+        <extracomment>Item of the File menu: ends the program.</extracomment>
+        <translation>結束(&amp;Q)</translation>
+    </message>
+    <message id="EDIT_MENU_TITLE">
+        <source>&amp;Edit</source>
+        <extracomment>Menu in the menu bar.</extracomment>
+        <translation>編輯(&amp;E)</translation>
+    </message>
+    <message id="COPY_MENU_ITEM_TITLE">
+        <source>&amp;Copy</source>
+        <extracomment>Item of the Edit menu: copies the selected text.</extracomment>
+        <translation>複製(&amp;C)</translation>
+    </message>
+    <message id="SELECT_ALL_MENU_ITEM_TITLE">
+        <source>Select &amp;All</source>
+        <extracomment>Item of the Edit menu: selects all text of the field or view.</extracomment>
+        <translation>全選(&amp;A)</translation>
+    </message>
+    <message id="DISK_MENU_TITLE">
+        <source>&amp;Disk</source>
+        <extracomment>Menu in the menu bar: what can be done with the selected disk or volume.</extracomment>
+        <translation>磁碟(&amp;D)</translation>
+    </message>
+    <message id="MOUNT_MENU_ITEM_TITLE">
+        <source>Mount, Unmount or E&amp;ject</source>
+        <extracomment>Item of the Disk menu: does whichever of the three fits the selected disk or volume.</extracomment>
+        <translation>掛載、卸載或退出(&amp;J)</translation>
+    </message>
+    <message id="FORMAT_MENU_ITEM_TITLE">
+        <source>&amp;Format…</source>
+        <extracomment>Item of the Disk menu: shows the page on which a volume is formatted. The dots say that nothing happens yet.</extracomment>
+        <translation>格式化(&amp;F)…</translation>
+    </message>
+    <message id="CHECK_MENU_ITEM_TITLE">
+        <source>&amp;Check</source>
+        <extracomment>Item of the Disk menu: looks for errors in the file system of the selected volume and changes nothing.</extracomment>
+        <translation>檢查(&amp;C)</translation>
+    </message>
+    <message id="REPAIR_MENU_ITEM_TITLE">
+        <source>&amp;Repair</source>
+        <extracomment>Item of the Disk menu: corrects errors in the file system of the selected volume.</extracomment>
+        <translation>修復(&amp;R)</translation>
+    </message>
+    <message id="SHOW_IN_FILE_MANAGER_MENU_ITEM_TITLE">
+        <source>&amp;Show in File Manager</source>
+        <extracomment>Item of the Disk menu: opens the folder at which the selected volume is mounted.</extracomment>
+        <translation>在檔案管理員中顯示(&amp;S)</translation>
+    </message>
+    <message id="HELP_MENU_TITLE">
+        <source>&amp;Help</source>
+        <extracomment>Menu in the menu bar.</extracomment>
+        <translation>說明(&amp;H)</translation>
+    </message>
+    <message id="MANUAL_MENU_ITEM_TITLE">
+        <source>User &amp;Manual</source>
+        <extracomment>Item of the Help menu: opens the manual, a PDF document.</extracomment>
+        <translation>使用手冊(&amp;M)</translation>
+    </message>
+    <message id="ABOUT_MENU_ITEM_TITLE">
+        <source>&amp;About Zorvex Disk Manager</source>
+        <extracomment>Item of the Help menu: shows the version and what the program is.</extracomment>
+        <translation>關於 Zorvex Disk Manager(&amp;A)</translation>
+    </message>
+    <message id="ABOUT_TEXT">
+        <source>Version %@
+
+Mounts, formats, checks and repairs disks and volumes.</source>
+        <extracomment>Text of the About box below the name of the program. %@ is the version, such as 1.0.0.</extracomment>
+        <translation>版本 %@
+
+掛載、格式化、檢查和修復磁碟與卷宗。</translation>
+    </message>
+    <message id="USER_MANUAL_NOT_FOUND_TITLE">
+        <source>The user manual could not be opened</source>
+        <extracomment>Title of the message when Help &gt; User Manual fails.</extracomment>
+        <translation>無法開啟使用手冊</translation>
+    </message>
+    <message id="USER_MANUAL_NOT_FOUND_TEXT">
+        <source>Either the manual is not installed, or there is no program that can show PDF documents.</source>
+        <extracomment>Text of the message when Help &gt; User Manual fails.</extracomment>
+        <translation>手冊尚未安裝，或是沒有可以顯示 PDF 文件的程式。</translation>
+    </message>
+    <message id="DISK_TREE_ACCESSIBLE_NAME">
+        <source>Disks and volumes</source>
+        <extracomment>What a screen reader calls the tree of disks at the side of the window.</extracomment>
+        <translation>磁碟和卷宗</translation>
+    </message>
+    <message id="ROW_MOUNTED_TEXT">
+        <source>mounted</source>
+        <extracomment>Said by a screen reader after the name of a volume in the tree: files on it can be used.</extracomment>
+        <translation>已掛載</translation>
+    </message>
+    <message id="ROW_NOT_MOUNTED_TEXT">
+        <source>not mounted</source>
+        <extracomment>Said by a screen reader after the name of a volume in the tree: files on it cannot be used at present.</extracomment>
+        <translation>未掛載</translation>
+    </message>
+    <message id="ROW_DISK_WITH_PARTITIONS_TEXT">
+        <source>disk with partitions</source>
+        <extracomment>Said by a screen reader after the name of a whole disk in the tree that is divided into partitions.</extracomment>
+        <translation>有分割區的磁碟</translation>
+    </message>
+    <message id="DISK_ICON_ACCESSIBLE_NAME">
+        <source>Disk icon</source>
+        <extracomment>What a screen reader calls the large picture of the selected disk.</extracomment>
+        <translation>磁碟圖示</translation>
+    </message>
+    <message id="INFO_TAB_TITLE">
+        <source>Info</source>
+        <extracomment>Title of the tab with the properties of the selected disk or volume.</extracomment>
+        <translation>資訊</translation>
+    </message>
+    <message id="FORMAT_TAB_TITLE">
+        <source>Format</source>
+        <extracomment>Title of the tab on which a volume is formatted.</extracomment>
+        <translation>格式化</translation>
+    </message>
+    <message id="MAINTENANCE_TAB_TITLE">
+        <source>Maintenance</source>
+        <extracomment>Title of the tab on which a volume is checked and repaired.</extracomment>
+        <translation>維護</translation>
+    </message>
+    <message id="SELECT_A_DISK_TEXT">
+        <source>Select a disk or volume</source>
+        <extracomment>Shown in place of the name while nothing is selected in the tree.</extracomment>
+        <translation>請選擇磁碟或卷宗</translation>
+    </message>
+    <message id="MOUNT_BUTTON_TITLE">
+        <source>&amp;Mount</source>
+        <extracomment>Button: makes the files of the selected volume accessible. Keep it short.</extracomment>
+        <translation>掛載(&amp;M)</translation>
+    </message>
+    <message id="UNMOUNT_BUTTON_TITLE">
+        <source>&amp;Unmount</source>
+        <extracomment>Button: finishes the use of the selected volume, so that its files are no longer accessible. Keep it short.</extracomment>
+        <translation>卸載(&amp;U)</translation>
+    </message>
+    <message id="EJECT_BUTTON_TITLE">
+        <source>E&amp;ject</source>
+        <extracomment>Button: unmounts all volumes of the selected disk and makes it safe to take out. Keep it short.</extracomment>
+        <translation>退出(&amp;J)</translation>
+    </message>
+    <message id="FILESYSTEM_CAPTION">
+        <source>File system:</source>
+        <extracomment>Caption of a property: NTFS, exFAT and so on.</extracomment>
+        <translation>檔案系統：</translation>
+    </message>
+    <message id="BSD_NAME_CAPTION">
+        <source>Device:</source>
+        <extracomment>Caption of a property: the short name of the device, such as disk2s1.</extracomment>
+        <translation>裝置：</translation>
+    </message>
+    <message id="WHOLE_DEVICE_CAPTION">
+        <source>Whole device:</source>
+        <extracomment>Caption of a property answered by Yes or No: No for a partition of a device.</extracomment>
+        <translation>整個裝置：</translation>
+    </message>
+    <message id="REMOVABLE_CAPTION">
+        <source>Removable:</source>
+        <extracomment>Caption of a property answered by Yes or No: whether the medium can be taken out of its drive.</extracomment>
+        <translation>可移除：</translation>
+    </message>
+    <message id="CONTENT_HINT_CAPTION">
+        <source>Content:</source>
+        <extracomment>Caption of a property: what the partition table says is in the partition, such as Windows_NTFS.</extracomment>
+        <translation>內容：</translation>
+    </message>
+    <message id="EJECTABLE_CAPTION">
+        <source>Ejectable:</source>
+        <extracomment>Caption of a property answered by Yes or No: whether the drive ejects its medium by itself.</extracomment>
+        <translation>可退出：</translation>
+    </message>
+    <message id="BLOCK_SIZE_CAPTION">
+        <source>Preferred block size:</source>
+        <extracomment>Caption of a property: the block size of the device, such as 512 bytes.</extracomment>
+        <translation>偏好的區塊大小：</translation>
+    </message>
+    <message id="MOUNTED_AT_CAPTION">
+        <source>Mounted at:</source>
+        <extracomment>Caption of a property: the folder in which the files of the volume are found, shown as a link.</extracomment>
+        <translation>掛載於：</translation>
+    </message>
+    <message id="MOUNT_PATH_ACCESSIBLE_NAME">
+        <source>Mount point</source>
+        <extracomment>What a screen reader calls the link to the folder at which the volume is mounted.</extracomment>
+        <translation>掛載點</translation>
+    </message>
+    <message id="DEVICE_NODE_TOOL_TIP_FMT">
+        <source>Device node: %@</source>
+        <extracomment>Tool tip of the device name. %@ is the system&apos;s name of the device, such as /dev/sda1.</extracomment>
+        <translation>裝置檔：%@</translation>
+    </message>
+    <message id="BOOLEAN_VALUE_YES_TEXT">
+        <source>Yes</source>
+        <extracomment>Value of a property.</extracomment>
+        <translation>是</translation>
+    </message>
+    <message id="BOOLEAN_VALUE_NO_TEXT">
+        <source>No</source>
+        <extracomment>Value of a property.</extracomment>
+        <translation>否</translation>
+    </message>
+    <message id="BYTES_TEXT">
+        <source>bytes</source>
+        <extracomment>Stands after an exact number of bytes, such as 512 or 1 000 000.</extracomment>
+        <translation>位元組</translation>
+    </message>
+    <message id="EXABYTES_SHORT_TEXT">
+        <source>EB</source>
+        <extracomment>Abbreviation of exabyte (a million million million bytes), after a number.</extracomment>
+        <translation>EB</translation>
+    </message>
+    <message id="PETABYTES_SHORT_TEXT">
+        <source>PB</source>
+        <extracomment>Abbreviation of petabyte (a thousand million million bytes), after a number.</extracomment>
+        <translation>PB</translation>
+    </message>
+    <message id="TERABYTES_SHORT_TEXT">
+        <source>TB</source>
+        <extracomment>Abbreviation of terabyte (a million million bytes), after a number.</extracomment>
+        <translation>TB</translation>
+    </message>
+    <message id="GIGABYTES_SHORT_TEXT">
+        <source>GB</source>
+        <extracomment>Abbreviation of gigabyte (a thousand million bytes), after a number.</extracomment>
+        <translation>GB</translation>
+    </message>
+    <message id="MEGABYTES_SHORT_TEXT">
+        <source>MB</source>
+        <extracomment>Abbreviation of megabyte (a million bytes), after a number.</extracomment>
+        <translation>MB</translation>
+    </message>
+    <message id="KILOBYTES_SHORT_TEXT">
+        <source>kB</source>
+        <extracomment>Abbreviation of kilobyte (a thousand bytes), after a number.</extracomment>
+        <translation>kB</translation>
+    </message>
+    <message id="BYTES_SHORT_TEXT">
+        <source>B</source>
+        <extracomment>Abbreviation of byte, after a number below a thousand.</extracomment>
+        <translation>B</translation>
+    </message>
+    <message id="AVAILABLE_SPACE_FMT">
+        <source>%@ free of %@</source>
+        <extracomment>Size of a volume. The first %@ is the free space, the second the total, each with its unit, such as 1.50 GB. Where the total comes first, write %2$@ for it and %1$@ for the free space.</extracomment>
+        <translation>%@ 可用，共 %@</translation>
+    </message>
+    <message id="FORCE_UNMOUNT_BUTTON_TITLE">
+        <source>&amp;Force Unmount</source>
+        <extracomment>Button of the question after a failed unmount: unmounts although the volume is in use.</extracomment>
+        <translation>強制卸載(&amp;F)</translation>
+    </message>
+    <message id="CANCEL_UNMOUNT_BUTTON_TITLE">
+        <source>&amp;Cancel</source>
+        <extracomment>Button of the question after a failed unmount: leaves everything as it is.</extracomment>
+        <translation>取消(&amp;C)</translation>
+    </message>
+    <message id="FAILED_TO_UNMOUNT_VOLUME_TITLE">
+        <source>The volume could not be unmounted</source>
+        <extracomment>Title of the question after a failed unmount.</extracomment>
+        <translation>無法卸載此卷宗</translation>
+    </message>
+    <message id="FAILED_TO_UNMOUNT_VOLUME_BODY_FMT">
+        <source>A program may still be using the volume %@. If you force it to unmount, data that has not been saved may be lost.</source>
+        <extracomment>Text of the question after a failed unmount. %@ is the name of the device, such as disk2s1.</extracomment>
+        <translation>可能仍有程式正在使用卷宗 %@。如果強制卸載，尚未儲存的資料可能會遺失。</translation>
+    </message>
+    <message id="FAILED_TO_UNMOUNT_VOLUMES_TITLE">
+        <source>The volumes of the disk could not be unmounted</source>
+        <extracomment>Title of the question when a disk cannot be ejected because one of its volumes is in use.</extracomment>
+        <translation>無法卸載此磁碟上的卷宗</translation>
+    </message>
+    <message id="FAILED_TO_UNMOUNT_VOLUMES_BODY_FMT">
+        <source>Programs may still be using volumes of the disk %@. If you force them to unmount, data that has not been saved may be lost.</source>
+        <extracomment>Text of the question when a disk cannot be ejected because one of its volumes is in use. %@ is the name of the device, such as disk2.</extracomment>
+        <translation>可能仍有程式正在使用磁碟 %@ 上的卷宗。如果強制卸載，尚未儲存的資料可能會遺失。</translation>
+    </message>
+    <message id="FORMAT_FILESYSTEM_CAPTION">
+        <source>File &amp;system:</source>
+        <extracomment>Caption of the menu from which the file system of the formatted volume is chosen.</extracomment>
+        <translation>檔案系統(&amp;S)：</translation>
+    </message>
+    <message id="FORMAT_LABEL_CAPTION">
+        <source>Volume &amp;label:</source>
+        <extracomment>Caption of the field for the name that the formatted volume gets.</extracomment>
+        <translation>卷宗標籤(&amp;L)：</translation>
+    </message>
+    <message id="FORMAT_BUTTON_TITLE">
+        <source>Fo&amp;rmat…</source>
+        <extracomment>Button: asks for confirmation and then formats the selected volume.</extracomment>
+        <translation>格式化(&amp;R)…</translation>
+    </message>
+    <message id="INVALID_VOLUME_LABEL_TEXT">
+        <source>The volume label is not valid</source>
+        <extracomment>Title of the message about a volume label that the file system does not allow.</extracomment>
+        <translation>卷宗標籤無效</translation>
+    </message>
+    <message id="INVALID_NTFS_VOLUME_NAME_TEXT">
+        <source>An NTFS volume label can be at most 128 characters long. Some characters, such as emoji, count as two.</source>
+        <extracomment>Text of the message about a volume label that NTFS does not allow.</extracomment>
+        <translation>NTFS 卷宗標籤最多可以有 128 個字元。某些字元（例如表情符號）以兩個字元計算。</translation>
+    </message>
+    <message id="INVALID_FAT_VOLUME_NAME_TEXT">
+        <source>A FAT volume label can be at most 11 characters long. It can consist of the capital letters A to Z, digits, spaces and punctuation, but must not contain any of &quot; * / : &lt; &gt; ? \ |</source>
+        <extracomment>Text of the message about a volume label that FAT does not allow. Small and accented letters are not allowed. Keep the nine signs as they are.</extracomment>
+        <translation>FAT 卷宗標籤最多可以有 11 個字元，可以使用大寫字母 A 到 Z、數字、空格和英文標點，但不能包含下列任何符號：&quot; * / : &lt; &gt; ? \ |</translation>
+    </message>
+    <message id="INVALID_EXFAT_VOLUME_NAME_TEXT">
+        <source>An exFAT volume label can be at most 11 characters long and must not contain control characters or any of &quot; * / : &lt; &gt; ? \ | Some characters, such as emoji, count as two.</source>
+        <extracomment>Text of the message about a volume label that exFAT does not allow. Keep the nine signs as they are.</extracomment>
+        <translation>exFAT 卷宗標籤最多可以有 11 個字元，不能包含控制字元和下列任何符號：&quot; * / : &lt; &gt; ? \ | 某些字元（例如表情符號）以兩個字元計算。</translation>
+    </message>
+    <message id="CONFIRM_FORMAT_DIALOG_TITLE">
+        <source>Do you really want to format?</source>
+        <extracomment>Title of the question before formatting. The name, size and device of what will be formatted are shown with it.</extracomment>
+        <translation>確定要格式化嗎？</translation>
+    </message>
+    <message id="CONFIRM_FORMAT_DIALOG_BODY">
+        <source>Formatting erases all data on the disk or volume. This cannot be undone.</source>
+        <extracomment>Text of the question before formatting.</extracomment>
+        <translation>格式化會清除此磁碟或卷宗上的所有資料。此動作無法復原。</translation>
+    </message>
+    <message id="CONFIRM_FORMAT_DIALOG_CONTINUE_BUTTON_TEXT">
+        <source>&amp;Erase and Format</source>
+        <extracomment>Button of the question before formatting: starts it.</extracomment>
+        <translation>清除並格式化(&amp;E)</translation>
+    </message>
+    <message id="CONFIRM_FORMAT_DIALOG_CANCEL_BUTTON_TEXT">
+        <source>&amp;Cancel</source>
+        <extracomment>Button of the question before formatting: changes nothing.</extracomment>
+        <translation>取消(&amp;C)</translation>
+    </message>
+    <message id="FORMAT_TARGET_NAME_CAPTION">
+        <source>Name:</source>
+        <extracomment>Caption in the question before formatting: the name of the disk or volume.</extracomment>
+        <translation>名稱：</translation>
+    </message>
+    <message id="FORMAT_TARGET_SIZE_CAPTION">
+        <source>Size:</source>
+        <extracomment>Caption in the question before formatting: the size of the disk or volume.</extracomment>
+        <translation>大小：</translation>
+    </message>
+    <message id="FORMAT_TARGET_DEVICE_CAPTION">
+        <source>Device:</source>
+        <extracomment>Caption in the question before formatting: the device, such as disk2s1 (/dev/sda1).</extracomment>
+        <translation>裝置：</translation>
+    </message>
+    <message id="FORMAT_TARGET_CONTENT_CAPTION">
+        <source>Now on it:</source>
+        <extracomment>Caption in the question before formatting: the file system that will be erased.</extracomment>
+        <translation>目前的內容：</translation>
+    </message>
+    <message id="FORMAT_TARGET_NOTHING_TEXT">
+        <source>nothing recognised</source>
+        <extracomment>Stands after “Now on it:” when no known file system was found. It does not mean that there is no data.</extracomment>
+        <translation>未識別到任何內容</translation>
+    </message>
+    <message id="ACTIVITY_FORMATTING_FMT">
+        <source>Formatting %@…</source>
+        <extracomment>Shown while a volume is formatted. %@ is its name.</extracomment>
+        <translation>正在格式化 %@…</translation>
+    </message>
+    <message id="CHECK_BUTTON_TITLE">
+        <source>&amp;Check</source>
+        <extracomment>Button: looks for errors in the file system of the volume and changes nothing.</extracomment>
+        <translation>檢查(&amp;C)</translation>
+    </message>
+    <message id="REPAIR_BUTTON_TITLE">
+        <source>&amp;Repair</source>
+        <extracomment>Button: corrects errors in the file system of the volume.</extracomment>
+        <translation>修復(&amp;R)</translation>
+    </message>
+    <message id="OUTPUT_ACCESSIBLE_NAME">
+        <source>Output of check and repair</source>
+        <extracomment>What a screen reader calls the view that shows what the checking and repairing tools print.</extracomment>
+        <translation>檢查和修復的輸出</translation>
+    </message>
+    <message id="ACTIVITY_CHECKING_FMT">
+        <source>Checking %@…</source>
+        <extracomment>Shown while a volume is checked. %@ is its name.</extracomment>
+        <translation>正在檢查 %@…</translation>
+    </message>
+    <message id="ACTIVITY_REPAIRING_FMT">
+        <source>Repairing %@…</source>
+        <extracomment>Shown while a volume is repaired. %@ is its name.</extracomment>
+        <translation>正在修復 %@…</translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,588 @@
+// SPDX-License-Identifier: MIT
+//
+// The catalogue: what the scan takes from the bundles, how later scans are merged, and the order of the
+// lists.
+#include "BundleFolder.h"
+#include "filesystems/catalogue_rules.h"
+#include "filesystems/filesystem_names.h"
+#include "platform/SystemLog.h"
+
+#include <QTest>
+
+#include <algorithm>
+#include <cerrno>
+#include <cmath>
+#include <sys/stat.h>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+const QByteArray plainPersonality = "<key>P</key><dict><key>FSName</key><string>Plain</string></dict>";
+
+FilesystemBundleRef makeRecord(const QString &bundleName, std::optional<PropertyValue> subtype = {})
+{
+    FilesystemBundleRef record = ZorvexDiskManagerFSBundle::alloc();
+    record->bundleName = bundleName;
+    record->fsSubtype = std::move(subtype);
+    return record;
+}
+
+FilesystemBundleRef makePersonality(
+    const QString &personality, std::optional<PropertyValue> fsName, const QString &bundleName)
+{
+    FilesystemBundleRef record = makeRecord(bundleName);
+    record->fsPersonality = personality;
+    record->fsName = std::move(fsName);
+    return record;
+}
+
+QStringList bundleNames(const FilesystemBundleList &list)
+{
+    QStringList names;
+    for (const FilesystemBundleRef &record : list)
+        names.append(record->bundleName);
+    return names;
+}
+
+QStringList personalities(const FilesystemBundleList &list)
+{
+    QStringList names;
+    for (const FilesystemBundleRef &record : list)
+        names.append(record->fsPersonality);
+    return names;
+}
+
+PropertyValue number(qint64 value)
+{
+    return PropertyNumber(value);
+}
+
+} // namespace
+
+class TestCatalogue : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { m_log.clear(); }
+
+    void ownFileSystemsAreToldByTheirPrefix();
+    void ownFileSystemsComeFirstThenTheNames();
+    void namesAreOrderedByCharacterValue();
+    void subtypesOrderThePersonalitiesOfABundle();
+    void subtypesOfAnyTypeKeepTheOrderConsistent();
+    void newRecordIsEmpty();
+    void cleanupLetsGoOfEverything();
+    void directoriesAreTheTwoOfTheSystem();
+
+    void recordHoldsWhatTheBundleSays();
+    void valuesOfAnyTypeAreStoredAsFound();
+    void firstDirectoryHidesABundleOfTheSameName();
+    void bundleWithoutPersonalityHidesNothing();
+    void onlyFoldersEndingInFsAreBundles();
+    void folderNamedOnlyFsHasAnEmptyName();
+    void nameThatIsNotUtf8IsLogged();
+    void nameWithAByteOrderMarkIsFound();
+    void wrongPersonalityIsLoggedAndConsumesItsIndex();
+    void capabilitiesDecideTheLists_data();
+    void capabilitiesDecideTheLists();
+    void bundleWithoutIdentifierOrPersonalitiesIsSkipped_data();
+    void bundleWithoutIdentifierOrPersonalitiesIsSkipped();
+    void missingDirectoryIsLogged();
+    void listThatCannotBeMadeEndsTheScan();
+    void recordThatCannotBeMadeIsSkipped();
+
+    void firstMergeCreatesTheListEvenEmpty();
+    void mergedListsShareTheirRecords();
+    void secondScanAddsWithoutLosingIdentity();
+    void mergeRefreshesOnlyWhatMayChange();
+    void missingNameMatchesAnyName();
+    void knownRecordWithoutNameIsAnotherPersonality();
+    void personalityThatWentAwayStays();
+    void newCapabilityMakesANewRecord();
+    void mergeSortsStably();
+
+private:
+    std::optional<FilesystemLists> scan(const QStringList &directories, const CatalogueMemory &memory = {})
+    {
+        const SystemLogRedirection redirection([this](const QString &line) { m_log.append(line); });
+        return scanFilesystemDirectories(directories, memory);
+    }
+
+    QStringList m_log;
+};
+
+void TestCatalogue::ownFileSystemsAreToldByTheirPrefix()
+{
+    QVERIFY(isOwnFilesystem(u"zorvex_ntfs"_s));
+    QVERIFY(isOwnFilesystem(u"zorvex_"_s));
+    QVERIFY(isOwnFilesystem(u"fusefs_qvontfs"_s));
+    QVERIFY(!isOwnFilesystem(u"fusefs_ntfs"_s));
+    QVERIFY(!isOwnFilesystem(u"ZORVEX_ntfs"_s));
+    QVERIFY(!isOwnFilesystem(u"a_zorvex_ntfs"_s));
+    QVERIFY(!isOwnFilesystem(QString()));
+}
+
+void TestCatalogue::ownFileSystemsComeFirstThenTheNames()
+{
+    std::optional<FilesystemBundleList> list;
+    mergeFilesystemList(list,
+        { makePersonality(u"1"_s, u"1"_s, u"zorvex_ntfs"_s), makePersonality(u"2"_s, u"2"_s, u"msdos"_s),
+            makePersonality(u"3"_s, u"3"_s, u"fusefs_qvontfs"_s),
+            makePersonality(u"4"_s, u"4"_s, u"exfat"_s) });
+    QCOMPARE(
+        bundleNames(*list), QStringList({ u"fusefs_qvontfs"_s, u"zorvex_ntfs"_s, u"exfat"_s, u"msdos"_s }));
+    QCOMPARE(makeRecord(u"zorvex_z"_s)->compare(*makeRecord(u"a"_s)), -1);
+    QCOMPARE(makeRecord(u"a"_s)->compare(*makeRecord(u"zorvex_z"_s)), 1);
+}
+
+void TestCatalogue::namesAreOrderedByCharacterValue()
+{
+    QCOMPARE(makeRecord(u"Z"_s)->compare(*makeRecord(u"a"_s)), -1);
+    QCOMPARE(makeRecord(u"é"_s)->compare(*makeRecord(u"f"_s)), 1);
+    QCOMPARE(makeRecord(u"ab"_s)->compare(*makeRecord(u"a"_s)), 1);
+    QCOMPARE(makeRecord(u"a"_s)->compare(*makeRecord(u"a"_s)), 0);
+}
+
+void TestCatalogue::subtypesOrderThePersonalitiesOfABundle()
+{
+    const FilesystemBundleRef none = makeRecord(u"a"_s);
+    const FilesystemBundleRef one = makeRecord(u"a"_s, number(1));
+    const FilesystemBundleRef ten = makeRecord(u"a"_s, number(10));
+    QCOMPARE(none->compare(*one), -1);
+    QCOMPARE(one->compare(*none), 1);
+    QCOMPARE(none->compare(*makeRecord(u"a"_s)), 0);
+    QCOMPARE(one->compare(*ten), -1);
+    QCOMPARE(ten->compare(*one), 1);
+    QCOMPARE(one->compare(*makeRecord(u"a"_s, PropertyValue(PropertyNumber(1.0)))), 0);
+    QCOMPARE(makeRecord(u"b"_s)->compare(*ten), 1);
+}
+
+void TestCatalogue::subtypesOfAnyTypeKeepTheOrderConsistent()
+{
+    FilesystemBundleList records;
+    for (const PropertyValue &value : { PropertyValue(), PropertyValue(u"7"_s), PropertyValue(true),
+             number(-1), number(7), PropertyValue(PropertyNumber(std::nan(""))),
+             PropertyValue(PropertyNumber(6.5)), PropertyValue(PropertyArray()),
+             PropertyValue(PropertyDictionary()), PropertyValue(QByteArray("7")) })
+        records.push_back(makeRecord(u"a"_s, value));
+    records.push_back(makeRecord(u"a"_s));
+    for (const auto &a : records) {
+        for (const auto &b : records) {
+            QCOMPARE(a->compare(*b), -b->compare(*a));
+            for (const auto &c : records)
+                QVERIFY(a->compare(*b) > 0 || b->compare(*c) > 0 || a->compare(*c) <= 0);
+        }
+    }
+}
+
+void TestCatalogue::newRecordIsEmpty()
+{
+    const FilesystemBundleRef record = ZorvexDiskManagerFSBundle::alloc();
+    QVERIFY(record);
+    QVERIFY(record->identifier.isNull() && record->baseDir.isNull() && record->bundleName.isNull()
+        && record->fsPersonality.isNull());
+    QCOMPARE(record->fsPersonalityIndex, 0);
+    QVERIFY(!record->fsName && !record->fsSubtype && !record->fsFormatMinimumSize
+        && !record->fsFormatMaximumSize);
+}
+
+void TestCatalogue::cleanupLetsGoOfEverything()
+{
+    const BundleFolder folder;
+    QVERIFY(folder.addPersonalities(u"a"_s,
+        "<key>P</key><dict><key>FSName</key><string>n</string><key>FSSubType</key><integer>1</integer>"
+        "<key>FSFormatMinimumSize</key><integer>2</integer><key>FSFormatMaximumSize</key><integer>3</"
+        "integer></dict>"));
+    const auto lists = scan({ folder.path() });
+    QVERIFY(lists && lists->all.size() == 1);
+    ZorvexDiskManagerFSBundle &record = *lists->all.front();
+    QVERIFY(record.fsFormatMaximumSize);
+    record.cleanupZorvexDiskManagerFSBundle();
+    QVERIFY(record.identifier.isNull() && record.baseDir.isNull() && record.bundleName.isNull()
+        && record.fsPersonality.isNull());
+    QVERIFY(
+        !record.fsName && !record.fsSubtype && !record.fsFormatMinimumSize && !record.fsFormatMaximumSize);
+}
+
+void TestCatalogue::directoriesAreTheTwoOfTheSystem()
+{
+    QCOMPARE(filesystemDirectories(),
+        QStringList({ u"/System/Library/Filesystems"_s, u"/Library/Filesystems"_s }));
+}
+
+void TestCatalogue::recordHoldsWhatTheBundleSays()
+{
+    const BundleFolder folder;
+    QVERIFY(folder.addPersonalities(u"msdos"_s,
+        "<key>FAT 12</key><dict/>"
+        "<key>FAT 32</key><dict><key>FSName</key><string>MS-DOS "
+        "(FAT32)</string><key>FSSubType</key><integer>2</integer>"
+        "<key>FSFormatMinimumSize</key><integer>34091008</integer><key>FSFormatMaximumSize</"
+        "key><integer>2198754148352"
+        "</integer></dict>"));
+    const auto lists = scan({ folder.path() });
+    QVERIFY(lists);
+    QCOMPARE(personalities(lists->all), QStringList({ u"FAT 12"_s, u"FAT 32"_s }));
+    const ZorvexDiskManagerFSBundle &bare = *lists->all[0];
+    QVERIFY(!bare.fsName && !bare.fsSubtype && !bare.fsFormatMinimumSize && !bare.fsFormatMaximumSize);
+    const ZorvexDiskManagerFSBundle &full = *lists->all[1];
+    QCOMPARE(full.identifier, u"test.msdos"_s);
+    QCOMPARE(full.baseDir, folder.path());
+    QCOMPARE(full.bundleName, u"msdos"_s);
+    QCOMPARE(full.path(), folder.bundlePath(u"msdos"_s));
+    QCOMPARE(full.fsPersonalityIndex, 1);
+    QVERIFY(full.fsName == PropertyValue(u"MS-DOS (FAT32)"_s));
+    QVERIFY(full.fsSubtype == number(2));
+    QVERIFY(full.fsFormatMinimumSize == number(34091008));
+    QVERIFY(full.fsFormatMaximumSize == number(2198754148352));
+    QCOMPARE(m_log, QStringList());
+}
+
+void TestCatalogue::valuesOfAnyTypeAreStoredAsFound()
+{
+    const BundleFolder folder;
+    QVERIFY(folder.addPersonalities(u"a"_s,
+        "<key>P</key><dict><key>FSName</key><integer>5</integer><key>FSSubType</key><string>two</string>"
+        "<key>FSFormatMinimumSize</key><true/><key>FSFormatMaximumSize</key><array/>"
+        "<key>FSFormatExecutable</key><false/></dict>"));
+    const auto lists = scan({ folder.path() });
+    QVERIFY(lists && lists->format.size() == 1);
+    const ZorvexDiskManagerFSBundle &record = *lists->format.front();
+    QVERIFY(record.fsName == number(5));
+    QVERIFY(record.fsSubtype == PropertyValue(u"two"_s));
+    QVERIFY(record.fsFormatMinimumSize == PropertyValue(true));
+    QVERIFY(record.fsFormatMaximumSize == PropertyValue(PropertyArray()));
+    QCOMPARE(record.fallbackName(), u"a"_s);
+}
+
+void TestCatalogue::firstDirectoryHidesABundleOfTheSameName()
+{
+    const BundleFolder first;
+    const BundleFolder second;
+    QVERIFY(first.addPersonalities(u"msdos"_s, plainPersonality));
+    QVERIFY(second.addPersonalities(u"msdos"_s, plainPersonality));
+    QVERIFY(second.addPersonalities(u"exfat"_s, plainPersonality));
+    const auto lists = scan({ first.path(), second.path() });
+    QVERIFY(lists);
+    QCOMPARE(bundleNames(lists->all), QStringList({ u"msdos"_s, u"exfat"_s }));
+    QCOMPARE(lists->all[0]->baseDir, first.path());
+    QCOMPARE(lists->all[1]->baseDir, second.path());
+}
+
+void TestCatalogue::bundleWithoutPersonalityHidesNothing()
+{
+    const BundleFolder first;
+    const BundleFolder second;
+    QVERIFY(first.addPersonalities(u"msdos"_s, "<key>P</key><string>wrong</string>"));
+    QVERIFY(second.addPersonalities(u"msdos"_s, plainPersonality));
+    const auto lists = scan({ first.path(), second.path() });
+    QVERIFY(lists && lists->all.size() == 1);
+    QCOMPARE(lists->all[0]->baseDir, second.path());
+}
+
+void TestCatalogue::onlyFoldersEndingInFsAreBundles()
+{
+    const BundleFolder elsewhere;
+    const BundleFolder folder;
+    QVERIFY(elsewhere.addPersonalities(u"linked"_s, plainPersonality));
+    QVERIFY(QFile::link(elsewhere.bundlePath(u"linked"_s), folder.bundlePath(u"linked"_s)));
+    QVERIFY(BundleFolder::write(folder.bundlePath(u"file"_s), "x"));
+    for (const QString &name : { u"upper"_s, u"longer"_s, u"good"_s })
+        QVERIFY(folder.addPersonalities(name, plainPersonality));
+    QVERIFY(QDir().rename(folder.bundlePath(u"upper"_s), folder.path() + "/upper.FS"_L1));
+    QVERIFY(QDir().rename(folder.bundlePath(u"longer"_s), folder.path() + "/longer.fs2"_L1));
+    QVERIFY(QDir(folder.path()).mkdir(u"fs"_s));
+    const auto lists = scan({ folder.path() });
+    QVERIFY(lists);
+    QCOMPARE(bundleNames(lists->all), QStringList({ u"good"_s }));
+    QCOMPARE(m_log, QStringList());
+}
+
+void TestCatalogue::folderNamedOnlyFsHasAnEmptyName()
+{
+    const BundleFolder folder;
+    QVERIFY(folder.addPersonalities(u""_s, plainPersonality));
+    const auto lists = scan({ folder.path() });
+    QVERIFY(lists && lists->all.size() == 1);
+    QCOMPARE(lists->all[0]->bundleName, QString());
+    QCOMPARE(lists->all[0]->path(), folder.path() + "/.fs"_L1);
+}
+
+void TestCatalogue::nameThatIsNotUtf8IsLogged()
+{
+    const BundleFolder folder;
+    const QByteArray path = QFile::encodeName(folder.path()) + "/caf\xE9.fs";
+    QCOMPARE(mkdir(path.constData(), 0700), 0);
+    const auto lists = scan({ folder.path() });
+    QCOMPARE(rmdir(path.constData()), 0);
+    QVERIFY(lists && lists->all.empty());
+    QCOMPARE(m_log, QStringList(u"Error while allocating temporary string for fs bundle name."_s));
+}
+
+void TestCatalogue::nameWithAByteOrderMarkIsFound()
+{
+    const BundleFolder folder;
+    const QString name = QChar(QChar::ByteOrderMark) + u"marked"_s;
+    QVERIFY(folder.addPersonalities(name, plainPersonality));
+    const auto lists = scan({ folder.path() });
+    QVERIFY(lists);
+    QCOMPARE(bundleNames(lists->all), QStringList(name));
+}
+
+void TestCatalogue::wrongPersonalityIsLoggedAndConsumesItsIndex()
+{
+    const BundleFolder folder;
+    QVERIFY(folder.addPersonalities(
+        u"a"_s, "<key>A</key><dict/><key>B</key><string>odd\nvalue</string><key>C</key><dict/>"));
+    const auto lists = scan({ folder.path() });
+    QVERIFY(lists && lists->all.size() == 2);
+    QCOMPARE(personalities(lists->all), QStringList({ u"A"_s, u"C"_s }));
+    QCOMPARE(lists->all[0]->fsPersonalityIndex, 0);
+    QCOMPARE(lists->all[1]->fsPersonalityIndex, 2);
+    QCOMPARE(m_log, QStringList(u"Unexpected value in FSPersonalities dictionary: odd\\nvalue"_s));
+}
+
+void TestCatalogue::capabilitiesDecideTheLists_data()
+{
+    QTest::addColumn<QByteArray>("keys");
+    QTest::addColumn<QString>("lists"); // f, c, r
+    const QByteArray format = "<key>FSFormatExecutable</key><string>newfs</string>";
+    const QByteArray interactive = "<key>FSFormatInteractive</key>";
+    QTest::newRow("none") << QByteArray() << u""_s;
+    QTest::newRow("format") << format << u"f"_s;
+    QTest::newRow("format interactive") << format + interactive + "<true/>" << u"f"_s;
+    QTest::newRow("format not interactive") << format + interactive + "<false/>" << u""_s;
+    QTest::newRow("format interactive 1") << format + interactive + "<integer>1</integer>" << u"f"_s;
+    QTest::newRow("format interactive 0") << format + interactive + "<integer>0</integer>" << u""_s;
+    QTest::newRow("only interactive") << interactive + "<true/>" << u""_s;
+    QTest::newRow("check") << QByteArray("<key>FSVerificationExecutable</key><false/>") << u"c"_s;
+    QTest::newRow("repair") << QByteArray("<key>FSRepairExecutable</key><string/>") << u"r"_s;
+    QTest::newRow("all") << format
+            + "<key>FSVerificationExecutable</key><true/><key>FSRepairExecutable</key><true/>"
+                         << u"fcr"_s;
+}
+
+void TestCatalogue::capabilitiesDecideTheLists()
+{
+    QFETCH(const QByteArray, keys);
+    QFETCH(const QString, lists);
+    const BundleFolder folder;
+    QVERIFY(folder.addPersonalities(u"a"_s, "<key>P</key><dict>" + keys + "</dict>"));
+    const auto scanned = scan({ folder.path() });
+    QVERIFY(scanned && scanned->all.size() == 1);
+    QCOMPARE(scanned->format.size(), std::size_t(lists.contains(u'f')));
+    QCOMPARE(scanned->check.size(), std::size_t(lists.contains(u'c')));
+    QCOMPARE(scanned->repair.size(), std::size_t(lists.contains(u'r')));
+    for (const FilesystemBundleList *list : { &scanned->format, &scanned->check, &scanned->repair })
+        QVERIFY(list->empty() || list->front() == scanned->all.front());
+}
+
+void TestCatalogue::bundleWithoutIdentifierOrPersonalitiesIsSkipped_data()
+{
+    QTest::addColumn<QByteArray>("info");
+    const QByteArray identifier = "<key>CFBundleIdentifier</key>";
+    const QByteArray personalityKeys = "<key>FSPersonalities</key>";
+    const QByteArray good = personalityKeys + "<dict>" + plainPersonality + "</dict>";
+    QTest::newRow("no identifier") << QByteArray("<dict>" + good + "</dict>");
+    QTest::newRow("identifier of another type")
+        << QByteArray("<dict>" + identifier + "<integer>1</integer>" + good + "</dict>");
+    QTest::newRow("empty identifier") << QByteArray("<dict>" + identifier + "<string/>" + good + "</dict>");
+    QTest::newRow("no personalities") << QByteArray("<dict>" + identifier + "<string>a</string></dict>");
+    QTest::newRow("personalities of another type") << QByteArray(
+        "<dict>" + identifier + "<string>a</string>" + personalityKeys + "<array><dict/></array></dict>");
+    QTest::newRow("empty personalities")
+        << QByteArray("<dict>" + identifier + "<string>a</string>" + personalityKeys + "<dict/></dict>");
+    QTest::newRow("root of another type") << QByteArray("<array/>");
+    QTest::newRow("malformed") << QByteArray("<dict>");
+}
+
+void TestCatalogue::bundleWithoutIdentifierOrPersonalitiesIsSkipped()
+{
+    QFETCH(const QByteArray, info);
+    const BundleFolder folder;
+    QVERIFY(folder.addBundle(u"bad"_s, info));
+    QVERIFY(folder.addPersonalities(u"good"_s, plainPersonality));
+    QVERIFY(QDir(folder.path()).mkdir(u"empty.fs"_s));
+    const auto lists = scan({ folder.path() });
+    QVERIFY(lists);
+    QCOMPARE(bundleNames(lists->all), QStringList(u"good"_s));
+    QCOMPARE(m_log, QStringList());
+}
+
+void TestCatalogue::missingDirectoryIsLogged()
+{
+    const BundleFolder folder;
+    QVERIFY(folder.addPersonalities(u"a"_s, plainPersonality));
+    const QString missing = folder.path() + "/missing"_L1;
+    const auto lists = scan({ missing, folder.path() });
+    QVERIFY(lists);
+    QCOMPARE(bundleNames(lists->all), QStringList(u"a"_s));
+    QCOMPARE(m_log,
+        QStringList(
+            "Error while opening directory \""_L1 + missing + "\": "_L1 + errnoText(ENOENT) + " (2)"_L1));
+}
+
+void TestCatalogue::listThatCannotBeMadeEndsTheScan()
+{
+    const BundleFolder folder;
+    QVERIFY(folder.addPersonalities(u"a"_s, plainPersonality));
+    for (int failing = 1; failing <= 4; ++failing) {
+        int created = 0;
+        CatalogueMemory memory;
+        memory.createList = [&](std::size_t capacity) {
+            return ++created == failing ? std::nullopt
+                                        : CatalogueMemory::createFilesystemBundleList(capacity);
+        };
+        m_log.clear();
+        QVERIFY(!scan({ folder.path() }, memory));
+        QCOMPARE(created, failing);
+        QCOMPARE(m_log, QStringList(u"Error while creating filesystem bundle lists."_s));
+    }
+    QVERIFY(!CatalogueMemory::createFilesystemBundleList(FilesystemBundleList().max_size()));
+}
+
+void TestCatalogue::recordThatCannotBeMadeIsSkipped()
+{
+    const BundleFolder folder;
+    QVERIFY(folder.addPersonalities(u"a"_s, "<key>A</key><dict/><key>B</key><dict/><key>C</key><dict/>"));
+    int made = 0;
+    CatalogueMemory memory;
+    memory.allocRecord = [&made] { return ++made == 2 ? nullptr : ZorvexDiskManagerFSBundle::alloc(); };
+    const auto lists = scan({ folder.path() }, memory);
+    QVERIFY(lists && lists->all.size() == 2);
+    QCOMPARE(lists->all[1]->fsPersonality, u"C"_s);
+    QCOMPARE(lists->all[1]->fsPersonalityIndex, 2);
+    QCOMPARE(m_log, QStringList(u"Error while allocating memory for fs bundle container."_s));
+}
+
+void TestCatalogue::firstMergeCreatesTheListEvenEmpty()
+{
+    std::optional<FilesystemBundleList> list;
+    mergeFilesystemList(list, {});
+    QVERIFY(list && list->empty());
+}
+
+void TestCatalogue::mergedListsShareTheirRecords()
+{
+    const BundleFolder folder;
+    QVERIFY(folder.addPersonalities(u"a"_s,
+        "<key>P</key><dict><key>FSFormatExecutable</key><true/><key>FSRepairExecutable</key><true/></dict>"));
+    const auto scanned = scan({ folder.path() });
+    QVERIFY(scanned);
+    std::optional<FilesystemBundleList> all;
+    std::optional<FilesystemBundleList> repair;
+    mergeFilesystemList(all, scanned->all);
+    mergeFilesystemList(repair, scanned->repair);
+    QCOMPARE(all->size(), std::size_t { 1 });
+    QCOMPARE(*all, *repair);
+}
+
+void TestCatalogue::secondScanAddsWithoutLosingIdentity()
+{
+    const BundleFolder folder;
+    QVERIFY(folder.addPersonalities(u"msdos"_s, plainPersonality));
+    std::optional<FilesystemBundleList> list;
+    mergeFilesystemList(list, scan({ folder.path() })->all);
+    QCOMPARE(list->size(), std::size_t { 1 });
+    const FilesystemBundleRef known = list->front();
+    QVERIFY(folder.addPersonalities(u"exfat"_s, "<key>E</key><dict/>"));
+    mergeFilesystemList(list, scan({ folder.path() })->all);
+    QCOMPARE(bundleNames(*list), QStringList({ u"exfat"_s, u"msdos"_s }));
+    QCOMPARE(list->back(), known);
+}
+
+void TestCatalogue::mergeRefreshesOnlyWhatMayChange()
+{
+    const FilesystemBundleRef known = makePersonality(u"P"_s, u"Name"_s, u"old"_s);
+    known->identifier = u"old id"_s;
+    known->baseDir = u"/old"_s;
+    known->fsSubtype = number(1);
+    known->fsFormatMinimumSize = number(2);
+    known->fsFormatMaximumSize = number(3);
+    const FilesystemBundleRef scanned = makePersonality(u"P"_s, u"Name"_s, u"new"_s);
+    scanned->identifier = u"new id"_s;
+    scanned->baseDir = u"/new"_s;
+    scanned->fsPersonalityIndex = 4;
+    scanned->fsSubtype = number(10);
+    std::optional<FilesystemBundleList> list = FilesystemBundleList { known };
+    mergeFilesystemList(list, { scanned });
+    QCOMPARE(*list, FilesystemBundleList { known });
+    QCOMPARE(known->bundleName, u"new"_s);
+    QCOMPARE(known->baseDir, u"/new"_s);
+    QCOMPARE(known->fsPersonalityIndex, 4);
+    QCOMPARE(known->identifier, u"old id"_s);
+    QVERIFY(known->fsSubtype == number(1));
+    QVERIFY(known->fsFormatMinimumSize == number(2));
+    QVERIFY(known->fsFormatMaximumSize == number(3));
+}
+
+void TestCatalogue::missingNameMatchesAnyName()
+{
+    const FilesystemBundleRef known = makePersonality(u"P"_s, u"Name"_s, u"a"_s);
+    std::optional<FilesystemBundleList> list = FilesystemBundleList { known };
+    mergeFilesystemList(list, { makePersonality(u"P"_s, {}, u"b"_s), makePersonality(u"Q"_s, {}, u"c"_s) });
+    QCOMPARE(bundleNames(*list), QStringList({ u"b"_s, u"c"_s }));
+    QCOMPARE(list->front(), known);
+    QVERIFY(!known->fsName);
+}
+
+void TestCatalogue::knownRecordWithoutNameIsAnotherPersonality()
+{
+    std::optional<FilesystemBundleList> list = FilesystemBundleList { makePersonality(u"P"_s, {}, u"a"_s) };
+    mergeFilesystemList(
+        list, { makePersonality(u"P"_s, u"Name"_s, u"b"_s), makePersonality(u"P"_s, number(1), u"c"_s) });
+    QCOMPARE(bundleNames(*list), QStringList({ u"a"_s, u"b"_s, u"c"_s }));
+}
+
+void TestCatalogue::personalityThatWentAwayStays()
+{
+    const FilesystemBundleRef known = makePersonality(u"P"_s, u"Name"_s, u"a"_s);
+    std::optional<FilesystemBundleList> list = FilesystemBundleList { known };
+    mergeFilesystemList(list, {});
+    QCOMPARE(*list, FilesystemBundleList { known });
+}
+
+void TestCatalogue::newCapabilityMakesANewRecord()
+{
+    const BundleFolder folder;
+    QVERIFY(folder.addPersonalities(u"a"_s, "<key>P</key><dict/>"));
+    std::optional<FilesystemBundleList> all;
+    std::optional<FilesystemBundleList> check;
+    const auto before = scan({ folder.path() });
+    mergeFilesystemList(all, before->all);
+    mergeFilesystemList(check, before->check);
+    QVERIFY(folder.addPersonalities(
+        u"a"_s, "<key>P</key><dict><key>FSVerificationExecutable</key><true/></dict>"));
+    const auto after = scan({ folder.path() });
+    mergeFilesystemList(all, after->all);
+    mergeFilesystemList(check, after->check);
+    QCOMPARE(*all, before->all);
+    QCOMPARE(*check, after->check);
+    QVERIFY(all->front() != check->front());
+}
+
+void TestCatalogue::mergeSortsStably()
+{
+    FilesystemBundleList scanned;
+    for (int i = 0; i < 40; ++i) {
+        const QString name = QString::number(i);
+        scanned.push_back(makePersonality(name, name, i % 2 == 0 ? u"b"_s : u"a"_s));
+        scanned.back()->fsSubtype = i % 3 == 0 ? PropertyValue(u"wrong"_s) : number(i % 3);
+    }
+    FilesystemBundleList expected = scanned;
+    std::optional<FilesystemBundleList> list;
+    mergeFilesystemList(list, scanned);
+    for (std::size_t i = 1; i < list->size(); ++i) {
+        const ZorvexDiskManagerFSBundle &previous = *(*list)[i - 1];
+        const ZorvexDiskManagerFSBundle &current = *(*list)[i];
+        const int order = previous.compare(current);
+        QVERIFY(order < 0
+            || (order == 0 && previous.fsName->asString()->toInt() < current.fsName->asString()->toInt()));
+    }
+    QVERIFY(std::is_permutation(expected.begin(), expected.end(), list->begin(), list->end()));
+}
+
+QTEST_APPLESS_MAIN(TestCatalogue)
+#include "tst_catalogue.moc"
