@@ -43,6 +43,13 @@ void LinkTextView::setLink(const QString &text, const QColor &color, const QFont
     setToolTip(toPlainText());
 }
 
+void LinkTextView::clearLink()
+{
+    clear();
+    viewport()->unsetCursor();
+    setToolTip({});
+}
+
 LinkTextView::Selection LinkTextView::selection() const
 {
     const QTextCursor cursor = textCursor();

@@ -21,6 +21,8 @@ public:
     // Replaces the text; it is underlined and drawn in this colour and font, under a pointing hand.
     void setLink(const QString &text, const QColor &color, const QFont &linkFont);
 
+    void clearLink();
+
     Selection selection() const;
     qsizetype textLength() const;
 

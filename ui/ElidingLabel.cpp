@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+#include "ui/ElidingLabel.h"
+
+#include <QHelpEvent>
+#include <QPainter>
+#include <QStyle>
+#include <QToolTip>
+
+ElidingLabel::ElidingLabel(QWidget *parent)
+    : QLabel(parent)
+{
+    setTextFormat(Qt::PlainText);
+}
+
+QSize ElidingLabel::minimumSizeHint() const
+{
+    return { 0, QLabel::minimumSizeHint().height() };
+}
+
+bool ElidingLabel::isCut() const
+{
+    return fontMetrics().horizontalAdvance(text()) > contentsRect().width();
+}
+
+void ElidingLabel::paintEvent(QPaintEvent *event)
+{
+    if (!isCut()) {
+        QLabel::paintEvent(event);
+        return;
+    }
+    QPainter painter(this);
+    const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, contentsRect().width());
+    style()->drawItemText(&painter, contentsRect(),
+        static_cast<int>(QStyle::visualAlignment(layoutDirection(), alignment())), palette(), isEnabled(), shown,
+        foregroundRole());
+}
+
+bool ElidingLabel::event(QEvent *event)
+{
+    if (event->type() == QEvent::ToolTip && toolTip().isEmpty()) {
+        const auto *help = static_cast<QHelpEvent *>(event);
+        // A tool tip guesses whether its text is markup.
+        QToolTip::showText(help->globalPos(), isCut() ? text().toHtmlEscaped() : QString(), this);
+        return true;
+    }
+    return QLabel::event(event);
+}
