@@ -17,10 +17,10 @@ bool PosixShellPipe::open(const QByteArray &command)
         errno = EBUSY;
         return false;
     }
-    // The shell gives way to the command. As its parent it would turn a death by signal into an exit code of
-    // its own. Close-on-exec: a program that another thread starts meanwhile must not inherit this end of the
-    // pipe.
-    m_stream = popen(("exec " + command).constData(), "re");
+    // The shell gives way to the program. As its parent it would turn a death by signal into an exit code.
+    const QByteArray line = QByteArray("exec ").append(command);
+    // Close-on-exec: a program that another thread starts meanwhile must not inherit this end of the pipe.
+    m_stream = popen(line.constData(), "re");
     return m_stream != nullptr;
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
 // A program started by the shell, its standard output read through a pipe. Belongs to the thread that runs
-// the command; several threads may each have one.
+// it; several threads may each have one.
 #pragma once
 
 #include <QByteArray>

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/property_list_guard.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <optional>
 #include <vector>
@@ -31,6 +32,7 @@ struct Extent
     std::size_t values = 1;
     std::size_t bytes = 0;
     std::size_t height = 1;
+    bool isText = false; // fit for a key
 };
 
 enum class Visit : std::uint8_t { NotYet, Open, Done };
@@ -98,7 +100,7 @@ private:
         return count;
     }
 
-    // Each reachable object is measured once. The number of references is limited over all objects together,
+    // Each reachable object is measured once. References and bytes are limited over all objects together,
     // because objects may lie over one another in the file.
     std::optional<Extent> measure(std::uint64_t object, std::size_t depth)
     {
@@ -135,20 +137,41 @@ private:
                                                                             : std::nullopt;
         case Data:
         case AsciiString:
-        case Utf16String: {
-            const auto count = memberCount(at);
-            // A unit of UTF-16 takes two bytes here and up to three as UTF-8.
-            const std::size_t unit = kind == Utf16String ? 2 : 1;
-            if (!count || at > m_data.size() || *count > (m_data.size() - at) / unit)
-                return std::nullopt;
-            return Extent { 1, *count * (kind == Utf16String ? 3 : 1), 1 };
-        }
+        case Utf16String:
+            return measureBytes(at, kind);
         case Array:
         case Dictionary:
             return measureContainer(at, kind, depth);
         default:
             return std::nullopt;
         }
+    }
+
+    std::optional<Extent> measureBytes(std::size_t at, unsigned kind)
+    {
+        // A unit of UTF-16 takes two bytes here and up to three as UTF-8.
+        const std::size_t unit = kind == Utf16String ? 2 : 1;
+        const auto count = memberCount(at);
+        if (!count || at > m_data.size() || *count > (m_data.size() - at) / unit)
+            return std::nullopt;
+        Extent extent;
+        extent.bytes = *count * (kind == Utf16String ? 3 : 1);
+        m_bytes += extent.bytes;
+        extent.isText = kind != Data;
+        // libplist cuts a string at a zero character, and ends the program when the string is a key.
+        if (m_bytes > PropertyListLimits::expandedBytes
+            || (extent.isText && hasZeroUnit(m_data.substr(at, *count * unit), unit)))
+            return std::nullopt;
+        return extent;
+    }
+
+    static bool hasZeroUnit(std::string_view bytes, std::size_t unit)
+    {
+        for (std::size_t at = 0; at < bytes.size(); at += unit) {
+            if (bytes[at] == '\0' && bytes[at + unit - 1] == '\0')
+                return true;
+        }
+        return false;
     }
 
     std::optional<Extent> measureContainer(std::size_t at, unsigned kind, std::size_t depth)
@@ -165,7 +188,7 @@ private:
         for (std::size_t i = 0; i < references; ++i) {
             const auto object = number(at + i * m_referenceSize, m_referenceSize);
             const auto member = object ? measure(*object, depth + 1) : std::nullopt;
-            if (!member)
+            if (!member || (kind == Dictionary && i < *count && !member->isText))
                 return std::nullopt;
             extent.values += member->values;
             extent.bytes += member->bytes;
@@ -181,6 +204,7 @@ private:
     std::uint64_t m_root = 0;
     std::uint64_t m_offsetTable = 0;
     std::size_t m_references = 0;
+    std::size_t m_bytes = 0;
     std::vector<Visit> m_visits;
     std::vector<Extent> m_extents;
 };

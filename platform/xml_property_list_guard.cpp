@@ -109,5 +109,6 @@ private:
 
 bool isBoundedXmlPropertyList(std::string_view xml)
 {
-    return XmlGuard(xml).check();
+    // libplist ends the program over a key with a zero character in it.
+    return xml.find('\0') == xml.npos && XmlGuard(xml).check();
 }

@@ -82,6 +82,7 @@ private slots:
     void binaryBombGivesNothing();
     void binaryStringRepeatedBeyondTheLimitGivesNothing();
     void binaryDeepNestingGivesNothing();
+    void binaryKeysOfHalfASurrogatePairNeverCrash();
     void sharedBinaryValueIsReadTwice();
     void damagedBinaryListNeverCrashes();
     void truncatedXmlNeverCrashes();
@@ -189,6 +190,13 @@ void TestPropertyList::malformedListGivesNothing_data()
     QTest::newRow("comment without end") << xmlOf("<!-- <true/>");
     QTest::newRow("own entity") << QByteArray(
         "<!DOCTYPE plist [<!ENTITY a \"b\">]><plist><string>&a;</string></plist>");
+    QTest::newRow("zero byte") << xmlOf(QByteArray("<dict><key>a\0b</key><true/></dict>", 34));
+    QTest::newRow("zero byte by number") << xmlOf("<dict><key>a&#0;b</key><true/></dict>");
+    QTest::newRow("binary key with a zero byte")
+        << binaryOf({ QByteArray("\xD1\x01\x02", 3), QByteArray("\x52\0a", 3), "\x09" });
+    QTest::newRow("binary string with a zero byte") << binaryOf({ QByteArray("\x52\0a", 3) });
+    QTest::newRow("binary UTF-16 key with a zero unit")
+        << binaryOf({ QByteArray("\xD1\x01\x02", 3), QByteArray("\x62\0a\0\0", 5), "\x09" });
     QTest::newRow("only a binary header") << QByteArray("bplist00");
     QTest::newRow("binary of another version")
         << QByteArray(binaryOf({ "\x09" })).replace("bplist00", "bplist99");
@@ -318,6 +326,13 @@ void TestPropertyList::binaryDeepNestingGivesNothing()
     objects.append("\x09");
     QVERIFY(!readPropertyList(binaryOf(objects)));
     QVERIFY(readPropertyList(binaryOf(objects, 60)));
+}
+
+void TestPropertyList::binaryKeysOfHalfASurrogatePairNeverCrash()
+{
+    const auto root = readPropertyList(
+        binaryOf({ QByteArray("\xD1\x01\x02", 3), QByteArray("\x61\xD8\x3D", 3), "\x09" }));
+    QVERIFY(!root || root->asDictionary());
 }
 
 void TestPropertyList::sharedBinaryValueIsReadTwice()
