@@ -19,7 +19,7 @@ ApplicationPlatform realPlatform()
 {
     ApplicationPlatform platform;
     platform.createSession = [] { return createUDisksSession(FileSystemClaims(filesystemDirectories())); };
-    platform.mountTable = std::make_shared<KernelMountTable>(diskSubtypes());
+    platform.mountTable = std::make_shared<KernelMountTable>();
     platform.workspace = std::make_shared<DesktopWorkspace>();
     platform.createShellPipe = [] { return std::make_unique<PosixShellPipe>(); };
     platform.preferredLocalizations = preferredLocalizations(bundleLocalizations(), userLanguages());

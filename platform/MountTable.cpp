@@ -52,11 +52,6 @@ std::vector<KernelMount> readKernelMounts()
     return mounts;
 }
 
-KernelMountTable::KernelMountTable(SubtypeLookup subtypeOf)
-    : m_subtypeOf(std::move(subtypeOf))
-{
-}
-
 std::vector<MountedFileSystem> KernelMountTable::mountedFileSystems() const
 {
     std::vector<MountedFileSystem> result;
@@ -66,9 +61,8 @@ std::vector<MountedFileSystem> KernelMountTable::mountedFileSystems() const
         const auto facts = readBlockDeviceFacts(QFile::decodeName(mount.source));
         if (!facts)
             continue;
-        const std::optional<qint16> subtype = m_subtypeOf(facts->bsdName);
         result.push_back({ "/dev/" + facts->bsdName.toLatin1(), mount.mountPoint,
-            identityOf(mount.deviceMajor, mount.deviceMinor), static_cast<quint32>(subtype.value_or(0)) });
+            identityOf(mount.deviceMajor, mount.deviceMinor), {} });
     }
     return result;
 }

@@ -7,7 +7,6 @@
 #include <QByteArray>
 #include <QString>
 
-#include <functional>
 #include <optional>
 #include <vector>
 
@@ -37,7 +36,8 @@ struct MountedFileSystem
     QByteArray mountedFrom; // /dev/ and the BSD name
     QByteArray mountPoint;
     FileSystemID id;
-    quint32 subtype = 0; // of the file system, as FSSubType counts
+    // As FSSubType counts; absent where the table does not tell, and then the medium's own data does.
+    std::optional<quint32> subtype;
 };
 
 class MountTable
@@ -59,20 +59,12 @@ public:
     virtual int freeSpace(const QByteArray &path, qint64 *bytes) const = 0;
 };
 
-// The running kernel's table. The subtype of a file system is asked from the disk service's data, by BSD
-// name.
+// The running kernel's table.
 class KernelMountTable : public MountTable
 {
 public:
-    using SubtypeLookup = std::function<std::optional<qint16>(const QString &bsdName)>;
-
-    explicit KernelMountTable(SubtypeLookup subtypeOf);
-
     std::vector<MountedFileSystem> mountedFileSystems() const override;
     std::optional<FileSystemID> fileSystemID(const QByteArray &path) const override;
     std::optional<std::vector<QByteArray>> folderEntries(const QByteArray &path) const override;
     int freeSpace(const QByteArray &path, qint64 *bytes) const override;
-
-private:
-    SubtypeLookup m_subtypeOf;
 };

@@ -2,8 +2,9 @@
 #include "ui/OutlineModel.h"
 
 #include "platform/Localization.h"
+#include "ui/ImageAndTextCell.h"
 #include "ui/OutlineView.h"
-#include "ui/TextFieldCell.h"
+
 
 #include <algorithm>
 #include <unordered_set>

@@ -68,8 +68,10 @@ bool ZorvexDiskManagerAppDelegate::getVolumeData(
         }
         *freeSpace = bytes;
     }
-    if (subType)
-        *subType = static_cast<qint16>(volume->subtype);
+    if (subType) {
+        const auto known = disk.daDisk ? disk.daDisk->fileSystemSubtype() : std::nullopt;
+        *subType = volume->subtype ? static_cast<qint16>(*volume->subtype) : known.value_or(0);
+    }
     return true;
 }
 
