@@ -1,0 +1,224 @@
+// SPDX-License-Identifier: MIT
+#include "tests/support/TestController.h"
+
+#include "app/MainWindow.h"
+#include "platform/Localization.h"
+#include "ui/AlertSheet.h"
+#include "ui/OutlineView.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+
+#include <cerrno>
+
+namespace {
+
+// Runs the line in the real shell, with another program in the tool's place.
+class SubstitutingPipe : public PosixShellPipe
+{
+public:
+    explicit SubstitutingPipe(QString diskutil)
+        : m_diskutil(std::move(diskutil))
+    {
+    }
+
+    bool open(const QByteArray &command) override
+    {
+        QByteArray line = command;
+        if (!m_diskutil.isEmpty())
+            line.replace("/usr/sbin/diskutil", QFile::encodeName(m_diskutil));
+        return PosixShellPipe::open(line);
+    }
+
+private:
+    QString m_diskutil;
+};
+
+} // namespace
+
+std::optional<FileSystemID> TestMountTable::fileSystemID(const QByteArray &path) const
+{
+    const auto found = ids.find(path);
+    return found == ids.end() ? std::nullopt : std::optional<FileSystemID>(found->second);
+}
+
+std::optional<std::vector<QByteArray>> TestMountTable::folderEntries(const QByteArray &path) const
+{
+    const auto found = folders.find(path);
+    return found == folders.end() ? std::nullopt : std::optional<std::vector<QByteArray>>(found->second);
+}
+
+int TestMountTable::freeSpace(const QByteArray &path, qint64 *bytes) const
+{
+    queriedPaths.push_back(path);
+    const auto found = freeSpaces.find(path);
+    if (freeSpaceError != 0 || found == freeSpaces.end())
+        return freeSpaceError != 0 ? freeSpaceError : ENOENT;
+    *bytes = found->second;
+    return 0;
+}
+
+void TestWorkspace::openInFileManager(const QString &path, Completion completion)
+{
+    folders.append(path);
+    completion(succeeds);
+}
+
+void TestWorkspace::openDocument(const QString &path, Completion completion)
+{
+    documents.append(path);
+    completion(succeeds);
+}
+
+LogCapture::LogCapture()
+    : m_redirection([this](const QString &line) {
+        const std::lock_guard lock(m_mutex);
+        m_lines.append(line);
+    })
+{
+}
+
+QStringList LogCapture::lines() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_lines;
+}
+
+void LogCapture::clear()
+{
+    const std::lock_guard lock(m_mutex);
+    m_lines.clear();
+}
+
+MemoryDiskRef makeDisk(const QString &bsdName)
+{
+    auto disk = std::make_shared<MemoryDisk>();
+    disk->node = QStringLiteral("/dev/") + bsdName;
+    disk->description = PropertyDictionary {
+        { DAKey::mediaBSDName, bsdName },
+        { DAKey::mediaWhole, true },
+        { DAKey::mediaLeaf, true },
+        { DAKey::mediaContent, QString() },
+        { DAKey::mediaRemovable, false },
+        { DAKey::mediaEjectable, false },
+        { DAKey::mediaBlockSize, PropertyNumber(qint64 { 512 }) },
+        { DAKey::volumeMountable, false },
+        { DAKey::mediaWritable, true },
+        { DAKey::mediaSize, PropertyNumber(qint64 { 500107862016 }) },
+    };
+    return disk;
+}
+
+MemoryDiskRef makePartition(const QString &bsdName, qint64 offset, const QString &volumeName)
+{
+    const MemoryDiskRef disk = makeDisk(bsdName);
+    disk->description->insert(DAKey::mediaWhole, false);
+    disk->description->insert(DAKey::volumeMountable, true);
+    disk->description->insert(DAKey::mediaSize, PropertyNumber(qint64 { 100000000 }));
+    if (!volumeName.isEmpty())
+        disk->description->insert(DAKey::volumeName, volumeName);
+    const qsizetype separator = bsdName.lastIndexOf(u's');
+    disk->mediaProperties = PropertyDictionary {
+        { IOMediaKey::base, PropertyNumber(offset) },
+        { IOMediaKey::partitionID, PropertyNumber(bsdName.mid(separator + 1).toLongLong()) },
+    };
+    return disk;
+}
+
+void setMounted(const MemoryDiskRef &disk, const QString &path)
+{
+    if (path.isEmpty())
+        disk->description->remove(DAKey::volumePath);
+    else
+        disk->description->insert(DAKey::volumePath, QUrl::fromLocalFile(path));
+}
+
+void writeBundle(const QString &directory, const QString &name, const QByteArray &dictionaryXml)
+{
+    const QString contents = directory + u'/' + name + QLatin1String(".fs/Contents");
+    QDir().mkpath(contents);
+    QFile file(contents + QLatin1String("/Info.plist"));
+    if (!file.open(QIODevice::WriteOnly))
+        qFatal("cannot write a bundle");
+    file.write("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\"><dict>" + dictionaryXml
+        + "</dict></plist>\n");
+}
+
+TestController::TestController(const QString &localization)
+{
+    QDir().mkpath(systemDirectory());
+    QDir().mkpath(localDirectory());
+    loadLocalization(localization);
+    m_platform.createSession = [this] { return service.createSession(); };
+    m_platform.mountTable = mountTable;
+    m_platform.workspace = workspace;
+    m_platform.createShellPipe = [this] { return std::make_unique<SubstitutingPipe>(diskutil); };
+    m_platform.preferredLocalizations = QStringList { localization };
+    m_platform.localeIdentifier = localization;
+    m_platform.filesystemDirectories = { systemDirectory(), localDirectory() };
+    m_platform.userManualPath = QStringLiteral("/Library/Application Support/Zorvex NTFS/User Manual.pdf");
+}
+
+TestController::~TestController()
+{
+    if (m_controller)
+        m_controller->applicationWillTerminate();
+    m_window.reset();
+}
+
+void TestController::load()
+{
+    m_controller = std::make_unique<ZorvexDiskManagerAppDelegate>(m_platform);
+    m_window = loadMainWindow(*m_controller);
+}
+
+void TestController::launch()
+{
+    if (!m_controller)
+        load();
+    m_window->show();
+    m_controller->applicationDidFinishLaunching();
+}
+
+OutlineItem TestController::add(const MemoryDiskRef &disk)
+{
+    service.addDisk(disk);
+    const PropertyValue *name = disk->description ? disk->description->value(DAKey::mediaBSDName) : nullptr;
+    return name && name->asString() ? recordOf(*name->asString()) : nullptr;
+}
+
+OutlineItem TestController::recordOf(const QString &bsdName) const
+{
+    const OutlineView *view = m_controller->leftOutlineView;
+    for (int row = 0; row < view->numberOfRows(); ++row) {
+        const OutlineItem item = view->itemAtRow(row);
+        if (item->bsdName == bsdName)
+            return item;
+    }
+    return nullptr;
+}
+
+QStringList TestController::rowNames() const
+{
+    QStringList names;
+    const OutlineView *view = m_controller->leftOutlineView;
+    for (int row = 0; row < view->numberOfRows(); ++row)
+        names.append(view->itemAtRow(row)->description());
+    return names;
+}
+
+void TestController::select(const QString &bsdName)
+{
+    m_controller->leftOutlineView->selectRow(m_controller->leftOutlineView->rowForItem(recordOf(bsdName)));
+}
+
+QList<AlertSheet *> TestController::sheets() const
+{
+    QList<AlertSheet *> open;
+    for (AlertSheet *sheet : m_window->findChildren<AlertSheet *>()) {
+        if (sheet->isVisible())
+            open.append(sheet);
+    }
+    return open;
+}

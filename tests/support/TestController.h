@@ -1,0 +1,107 @@
+// SPDX-License-Identifier: MIT
+//
+// The controller with its real window on a platform that a test holds in its hands: media in memory, a mount table
+// made of values, a desktop that remembers what it was asked, and a shell that runs what the test says.
+#pragma once
+
+#include "app/ZorvexDiskManagerAppDelegate.h"
+#include "platform/MemoryDiskSession.h"
+#include "platform/SystemLog.h"
+
+#include <QMainWindow>
+#include <QTemporaryDir>
+
+#include <mutex>
+
+class TestMountTable : public MountTable
+{
+public:
+    std::vector<MountedFileSystem> mountedFileSystems() const override { return mounted; }
+    std::optional<FileSystemID> fileSystemID(const QByteArray &path) const override;
+    std::optional<std::vector<QByteArray>> folderEntries(const QByteArray &path) const override;
+    int freeSpace(const QByteArray &path, qint64 *bytes) const override;
+
+    std::vector<MountedFileSystem> mounted;
+    std::map<QByteArray, FileSystemID> ids; // by path
+    std::map<QByteArray, std::vector<QByteArray>> folders;
+    std::map<QByteArray, qint64> freeSpaces;
+    int freeSpaceError = 0; // for every path, when it is not 0
+    mutable std::vector<QByteArray> queriedPaths; // of free space
+};
+
+class TestWorkspace : public Workspace
+{
+public:
+    void openInFileManager(const QString &path, Completion completion) override;
+    void openDocument(const QString &path, Completion completion) override;
+
+    bool succeeds = true;
+    QStringList folders;
+    QStringList documents;
+};
+
+// Lines of the system log while it lives. Any thread may log.
+class LogCapture
+{
+public:
+    LogCapture();
+    QStringList lines() const;
+    void clear();
+
+private:
+    mutable std::mutex m_mutex;
+    QStringList m_lines;
+    SystemLogRedirection m_redirection;
+};
+
+// A medium with every key well formed. A partition is described by the name that it is given.
+MemoryDiskRef makeDisk(const QString &bsdName);
+MemoryDiskRef makePartition(const QString &bsdName, qint64 offset, const QString &volumeName = {});
+void setMounted(const MemoryDiskRef &disk, const QString &path); // an empty path for unmounted
+
+// A bundle folder with this information dictionary (the XML between <dict> and </dict>) in a directory.
+void writeBundle(const QString &directory, const QString &name, const QByteArray &dictionaryXml);
+
+class TestController
+{
+public:
+    // The localization is what the user prefers, such as "en" or "ar".
+    explicit TestController(const QString &localization = QStringLiteral("en"));
+    ~TestController();
+
+    // Shows the window and finishes the launch; what is to be there at launch is set up before.
+    void launch();
+
+    // Adds the disk and returns its record as the outline view has it, null when it was refused.
+    OutlineItem add(const MemoryDiskRef &disk);
+    OutlineItem recordOf(const QString &bsdName) const;
+    QStringList rowNames() const; // BSD names, from the top
+    void select(const QString &bsdName);
+
+    // The sheets that are open on the window, oldest first.
+    QList<AlertSheet *> sheets() const;
+
+    QTemporaryDir filesystems; // System and Library inside are the two bundle directories
+    QString systemDirectory() const { return filesystems.filePath(QStringLiteral("System")); }
+    QString localDirectory() const { return filesystems.filePath(QStringLiteral("Library")); }
+
+    LogCapture log;
+    MemoryDiskService service;
+    std::shared_ptr<TestMountTable> mountTable = std::make_shared<TestMountTable>();
+    std::shared_ptr<TestWorkspace> workspace = std::make_shared<TestWorkspace>();
+
+    // What stands in for '/usr/sbin/diskutil' in the shell's line; empty for the real tool.
+    QString diskutil;
+
+    ApplicationPlatform &platform() { return m_platform; } // until the controller is made by launch()
+    ZorvexDiskManagerAppDelegate &controller() { return *m_controller; }
+    QMainWindow &window() { return *m_window; }
+
+    // Loads the window without finishing the launch; launch() does it by itself.
+    void load();
+
+private:
+    ApplicationPlatform m_platform;
+    std::unique_ptr<ZorvexDiskManagerAppDelegate> m_controller;
+    std::unique_ptr<QMainWindow> m_window;
+};
