@@ -70,7 +70,8 @@ OutlineView::OutlineView(QWidget *parent)
 
 OutlineView::~OutlineView()
 {
-    setModel(nullptr);
+    m_delegate = nullptr;
+    setModel(nullptr); // before the model goes
 }
 
 void OutlineView::setDataSource(OutlineDataSource *source)
