@@ -21,10 +21,11 @@ const QVariantMap noOptions;
 
 } // namespace
 
-void UDisksRequests::answerLater(Completion completion, DAReturn status)
+void UDisksRequests::answerLater(
+    Completion completion, DAReturn status, const std::optional<QString> &statusString)
 {
-    QTimer::singleShot(0, &m_bus, [completion = std::move(completion), status] {
-        completion(status == DAReturn::Success ? nullptr : makeDissenter(status));
+    QTimer::singleShot(0, &m_bus, [completion = std::move(completion), status, statusString] {
+        completion(status == DAReturn::Success ? nullptr : makeDissenter(status, statusString));
     });
 }
 
@@ -61,7 +62,8 @@ void UDisksRequests::unmount(const QString &path, Scope scope, Force force, Comp
     if (force == Force::Yes) {
         for (const QString &device : std::as_const(mounted)) {
             if (isSystemDevice(m_bus.store().fileName(device, UDisks::block, "Device"))) {
-                answerLater(std::move(completion), DAReturn::NotPermitted);
+                answerLater(std::move(completion), DAReturn::NotPermitted,
+                    QStringLiteral("The running system stands on this volume."));
                 return;
             }
         }
@@ -104,7 +106,8 @@ void UDisksRequests::eject(const QString &path, Completion completion)
     // A loop disk would be detached with a volume still mounted, to vanish some time later.
     for (const QString &device : m_bus.store().blockDevicesOn(path)) {
         if (isMounted(device)) {
-            answerLater(std::move(completion), DAReturn::Busy);
+            answerLater(std::move(completion), DAReturn::Busy,
+                QStringLiteral("A volume of the disk is still mounted."));
             return;
         }
     }

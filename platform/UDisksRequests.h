@@ -35,7 +35,8 @@ public:
     void rename(const QString &path, const QString &name, Completion completion);
 
 private:
-    void answerLater(Completion completion, DAReturn status);
+    void answerLater(
+        Completion completion, DAReturn status, const std::optional<QString> &statusString = {});
     void readMountPoints(const QString &path, std::function<void()> done);
     bool isMounted(const QString &path) const;
     void unmountNext(QStringList paths, Force force, int tries, Completion completion);

@@ -51,6 +51,11 @@ QPushButton *AlertSheet::addButtonWithTitle(const QString &title)
 void AlertSheet::setMessageText(const QString &text)
 {
     setText(cut(text, longestMessage));
+    if (auto *label = findChild<QLabel *>(QStringLiteral("qt_msgbox_label"))) {
+        QFont bold = label->font();
+        bold.setBold(true);
+        label->setFont(bold);
+    }
 }
 
 void AlertSheet::setInformativeText(const QString &text)

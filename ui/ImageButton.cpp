@@ -28,6 +28,11 @@ void ImageButton::setTextAlignment(Qt::Alignment alignment)
     update();
 }
 
+QSize ImageButton::sizeHint() const
+{
+    return QPushButton::sizeHint() + QSize(spacing + 2 * padding, 0);
+}
+
 void ImageButton::paintEvent(QPaintEvent *event)
 {
     Q_UNUSED(event)

@@ -20,6 +20,9 @@ public:
     void setTextAlignment(Qt::Alignment alignment);
     Qt::Alignment textAlignment() const { return m_textAlignment; }
 
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
 protected:
     void paintEvent(QPaintEvent *event) override;
 

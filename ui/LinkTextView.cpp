@@ -22,6 +22,7 @@ LinkTextView::LinkTextView(QWidget *parent)
     setWordWrapMode(QTextOption::WrapAnywhere);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    setFocusPolicy(Qt::NoFocus);
     document()->setDocumentMargin(0);
     viewport()->setAutoFillBackground(false);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
@@ -40,6 +41,7 @@ void LinkTextView::setLink(const QString &text, const QColor &color, const QFont
     cursor.mergeCharFormat(format);
     cursor.endEditBlock();
     viewport()->setCursor(Qt::PointingHandCursor);
+    setFocusPolicy(Qt::StrongFocus);
     setToolTip(toPlainText());
 }
 
@@ -47,6 +49,8 @@ void LinkTextView::clearLink()
 {
     clear();
     viewport()->unsetCursor();
+    setFocusPolicy(Qt::NoFocus); // there is nothing to follow
+    clearFocus();
     setToolTip({});
 }
 
