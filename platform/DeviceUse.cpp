@@ -86,3 +86,10 @@ std::optional<DeviceIdentity> readDeviceIdentity(const QString &deviceNode)
     return DeviceIdentity { *device, facts->diskSequence, sysfsNumber(folder + u"/start"_s),
         sysfsNumber(folder + u"/size"_s) };
 }
+
+void announceChange(const QString &deviceNode)
+{
+    QFile file(sysfsFolder(deviceNode) + u"/uevent"_s);
+    if (file.open(QIODevice::WriteOnly))
+        file.write("change");
+}

@@ -33,3 +33,7 @@ struct DeviceIdentity
 
 // Nothing when the node leads to no block device.
 std::optional<DeviceIdentity> readDeviceIdentity(const QString &deviceNode);
+
+// Has udev look at the device again. It looks by itself when a writer closes the device, but misses one that
+// does so while it is still looking because of an earlier one. Needs the administrator's rights.
+void announceChange(const QString &deviceNode);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tools/diskutil/Console.h"
 
+#include "platform/SystemLog.h"
+
 #include <QSocketNotifier>
 
 #include <array>
@@ -83,8 +85,9 @@ void Console::complain(const QString &line)
 {
     const QByteArray start = m_endsWithLine ? QByteArray("diskutil: ") : QByteArray("\ndiskutil: ");
     m_endsWithLine = true;
+    // What a disk or an argument says is part of the line, and cannot begin another.
     // Whoever does not read the standard error still has the exit status.
-    writeAll(STDERR_FILENO, QByteArray(start + line.toUtf8() + '\n'));
+    writeAll(STDERR_FILENO, QByteArray(start + escapedForLog(line).toUtf8() + '\n'));
 }
 
 void Console::signalArrived()

@@ -190,6 +190,8 @@ void VolumeJob::commandEnded(const ToolEnd &end)
         runNextCommand();
         return;
     }
+    if (m_operation != Operation::Verify)
+        announceChange(m_medium.deviceNode);
     if (!m_isInterrupted)
         judge(end);
     conclude();
