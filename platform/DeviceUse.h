@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+//
+// What a block device is used for, and whether a device node still leads to the medium that it led to before.
+// Read from sysfs and procfs anew with every call. Any thread.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+struct DeviceUse
+{
+    QStringList mountPoints; // as this process sees them
+    QStringList holders; // kernel names of devices that are made from this one, such as dm-0
+    bool isSwap = false;
+};
+
+// How the device itself is used; nothing of its partitions.
+DeviceUse readDeviceUse(const QString &deviceNode);
+
+// The device nodes of a whole disk's partitions; none for a partition.
+QStringList partitionNodes(const QString &deviceNode);
+
+struct DeviceIdentity
+{
+    quint64 deviceNumber = 0;
+    quint64 diskSequence = 0; // of the whole disk; a changed medium has another one
+    quint64 start = 0; // of the partition on the disk, in 512-byte sectors
+    quint64 size = 0; // in 512-byte sectors
+    friend bool operator==(const DeviceIdentity &, const DeviceIdentity &) = default;
+};
+
+// Nothing when the node leads to no block device.
+std::optional<DeviceIdentity> readDeviceIdentity(const QString &deviceNode);
+
+// Has udev look at the device again. It looks by itself when a writer closes the device, but misses one that
+// does so while it is still looking because of an earlier one. Needs the administrator's rights.
+void announceChange(const QString &deviceNode);

@@ -1,0 +1,66 @@
+# SPDX-License-Identifier: MIT
+"""What the tests of diskutil have in common. They run inside tests/support/in-staged-root."""
+
+import os
+import subprocess
+import unittest
+
+from loop_disk import DiskService, LoopDisk, run
+
+DISKUTIL = "/usr/sbin/diskutil"
+
+# Exit statuses, as the manual lists them.
+SUCCESS = 0
+ERRORS_FOUND = 1
+USAGE = 2
+NO_SUCH_DISK = 3
+NO_BLOCK_DEVICE = 4
+SYSTEM_VOLUME = 5
+IN_USE = 6
+UNKNOWN_FORMAT = 7
+NOT_SUPPORTED = 8
+NAME_REFUSED = 9
+SIZE_OUT_OF_RANGE = 10
+TOOL_MISSING = 11
+READ_ONLY = 12
+UNTRUSTED_BUNDLE = 13
+NOT_PERMITTED = 14
+UNMOUNT_REFUSED = 16
+INTERRUPTED = 19
+
+
+def diskutil(*arguments, **options):
+    return subprocess.run([DISKUTIL, *arguments], capture_output=True, text=True, **options)
+
+
+class DiskutilCase(unittest.TestCase):
+    def setUp(self):
+        if not os.path.isdir("/System/Library/Filesystems/msdos.fs"):
+            self.skipTest("not run inside tests/support/in-staged-root")
+        self.service = DiskService()
+        self.addCleanup(self.service.close)
+
+    def make_disk(self, *partition_sizes, **options):
+        disk = LoopDisk(self.service, partition_sizes, **options)
+        self.addCleanup(disk.close)
+        return disk
+
+    def assert_exit(self, result, status):
+        self.assertEqual(result.returncode, status, f"{result.stdout}\n{result.stderr}")
+
+    def erase(self, disk, node, file_system, name):
+        """Makes a volume, and leaves it unmounted."""
+        disk.check_ours()
+        result = diskutil("eraseVolume", file_system, name, "/dev/" + disk.bsd_name(node))
+        self.assert_exit(result, SUCCESS)
+        self.unmount(node)
+        return result
+
+    def unmount(self, node):
+        if self.service.is_mounted(node):
+            run("udisksctl", "unmount", "--block-device", node)
+        self.service.wait(f"{node} is unmounted", lambda: not self.service.is_mounted(node))
+
+    def mount(self, node):
+        run("udisksctl", "mount", "--block-device", node)
+        self.service.wait(f"{node} is mounted", lambda: self.service.is_mounted(node))

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+// The exit status of diskutil. The numbers are an interface: the manual lists them.
+enum class ExitCode : int {
+    Success = 0,
+    ErrorsFound = 1, // verifyVolume found errors, or repairVolume left some
+    Usage = 2,
+    NoSuchDisk = 3,
+    NoBlockDevice = 4,
+    SystemVolume = 5, // the running system stands on it
+    InUse = 6, // a partition is mounted, or another device or swap space is made from it
+    UnknownFormat = 7, // no bundle has a personality of this name
+    NotSupported = 8, // the file system cannot be formatted, verified or repaired
+    NameRefused = 9,
+    SizeOutOfRange = 10,
+    ToolMissing = 11,
+    ReadOnly = 12,
+    UntrustedBundle = 13,
+    NotPermitted = 14,
+    ServiceUnavailable = 15,
+    UnmountRefused = 16,
+    MediumChanged = 17,
+    ToolFailed = 18, // the file system's own tool could not do its work
+    Interrupted = 19,
+};
+
+// Why nothing is done: one line for the user and the exit status.
+struct Refusal
+{
+    ExitCode code;
+    QString message;
+};

@@ -1,0 +1,209 @@
+// SPDX-License-Identifier: MIT
+#include "tools/diskutil/ToolProcess.h"
+
+#include "platform/SystemLog.h"
+
+#include <QSocketNotifier>
+#include <QTimer>
+
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <fcntl.h>
+#include <sys/ioctl.h>
+#include <sys/prctl.h>
+#include <termios.h>
+#include <unistd.h>
+#include <utility>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+// A program that is told to end has this long to do so, looked at in these steps.
+constexpr std::chrono::milliseconds stopStep { 50 };
+constexpr int stepsBeforeForce = 100;
+
+constexpr unsigned short terminalColumns = 80;
+constexpr unsigned short terminalRows = 24;
+
+} // namespace
+
+class ToolProcess::Descriptor
+{
+public:
+    explicit Descriptor(int fd)
+        : m_fd(fd)
+    {
+    }
+    ~Descriptor()
+    {
+        if (m_fd >= 0)
+            close(m_fd);
+    }
+    Descriptor(const Descriptor &) = delete;
+    Descriptor &operator=(const Descriptor &) = delete;
+
+    int fd() const { return m_fd; }
+
+private:
+    int m_fd;
+};
+
+QStringList toolFolders()
+{
+    return { u"/usr/sbin"_s, u"/usr/bin"_s, u"/sbin"_s, u"/bin"_s };
+}
+
+ToolProcess::ToolProcess(OutputHandler handler, QObject *parent)
+    : QObject(parent)
+    , m_handler(std::move(handler))
+{
+    prepareProcess();
+    connect(&m_process, &QProcess::finished, this, &ToolProcess::programFinished);
+    connect(&m_process, &QProcess::errorOccurred, this, &ToolProcess::programFailed);
+}
+
+ToolProcess::~ToolProcess()
+{
+    m_process.disconnect(this);
+}
+
+void ToolProcess::prepareProcess()
+{
+    QProcessEnvironment environment;
+    environment.insert(u"PATH"_s, toolFolders().join(u':'));
+    environment.insert(u"LC_ALL"_s, u"C.UTF-8"_s);
+    environment.insert(u"TERM"_s, u"dumb"_s);
+    m_process.setProcessEnvironment(environment);
+    m_process.setWorkingDirectory(u"/"_s);
+    m_process.setStandardInputFile(QProcess::nullDevice());
+    m_process.setProcessChannelMode(QProcess::ForwardedChannels);
+    m_process.setChildProcessModifier([this] {
+        // Only calls that are safe between fork and exec.
+        const int output = m_childOutput ? m_childOutput->fd() : m_childTerminal->fd();
+        setsid();
+        ioctl(m_childTerminal->fd(), TIOCSCTTY, 0);
+        prctl(PR_SET_PDEATHSIG, SIGKILL);
+        dup2(output, STDOUT_FILENO);
+        dup2(output, STDERR_FILENO);
+    });
+}
+
+bool ToolProcess::openChannels(ToolCommand::Output output)
+{
+    m_terminal = std::make_unique<Descriptor>(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC | O_NONBLOCK));
+    std::array<char, 64> name {};
+    if (m_terminal->fd() < 0 || grantpt(m_terminal->fd()) != 0 || unlockpt(m_terminal->fd()) != 0
+        || ptsname_r(m_terminal->fd(), name.data(), name.size()) != 0)
+        return false;
+    m_childTerminal = std::make_unique<Descriptor>(open(name.data(), O_RDWR | O_NOCTTY | O_CLOEXEC));
+    termios mode = {};
+    if (m_childTerminal->fd() < 0 || tcgetattr(m_childTerminal->fd(), &mode) != 0)
+        return false;
+    // Line ends come out as the program writes them: a carriage return would take its line away.
+    cfmakeraw(&mode);
+    const winsize size { terminalRows, terminalColumns, 0, 0 };
+    if (tcsetattr(m_childTerminal->fd(), TCSANOW, &mode) != 0
+        || ioctl(m_childTerminal->fd(), TIOCSWINSZ, &size) != 0)
+        return false;
+    if (output == ToolCommand::Output::Pipe) {
+        std::array<int, 2> ends {};
+        if (pipe2(ends.data(), O_CLOEXEC) != 0)
+            return false;
+        m_output = std::make_unique<Descriptor>(ends[0]);
+        m_childOutput = std::make_unique<Descriptor>(ends[1]);
+        return fcntl(m_output->fd(), F_SETFL, O_NONBLOCK) == 0;
+    }
+    return true;
+}
+
+void ToolProcess::start(const ToolCommand &command)
+{
+    m_isStopping = false;
+    m_end = {};
+    m_output.reset();
+    m_childOutput.reset();
+    if (!openChannels(command.output)) {
+        m_end.message = errnoText(errno);
+        QTimer::singleShot(0, this, [this] { finish(m_end); });
+        return;
+    }
+    const int fd = m_output ? m_output->fd() : m_terminal->fd();
+    m_notifier = std::make_unique<QSocketNotifier>(fd, QSocketNotifier::Read);
+    connect(m_notifier.get(), &QSocketNotifier::activated, this, &ToolProcess::readOutput);
+    m_process.start(command.program, command.arguments);
+    m_group = m_process.processId();
+    m_childOutput.reset();
+}
+
+void ToolProcess::readOutput()
+{
+    const int fd = m_output ? m_output->fd() : m_terminal->fd();
+    std::array<char, 4096> buffer {};
+    for (;;) {
+        const ssize_t length = read(fd, buffer.data(), buffer.size());
+        if (length > 0) {
+            m_handler(QByteArray(buffer.data(), length));
+        } else if (length == 0 || (errno != EINTR && errno != EAGAIN)) {
+            m_notifier->setEnabled(false); // nobody is left who could write
+            return;
+        } else if (errno == EAGAIN) {
+            return;
+        }
+    }
+}
+
+void ToolProcess::programFinished(int code, QProcess::ExitStatus status)
+{
+    readOutput();
+    m_end = { status == QProcess::NormalExit ? ToolEnd::Kind::Exited : ToolEnd::Kind::Killed, code, {} };
+    if (!m_isStopping)
+        finish(m_end);
+}
+
+void ToolProcess::programFailed(QProcess::ProcessError error)
+{
+    if (error != QProcess::FailedToStart)
+        return;
+    m_end.message = m_process.errorString();
+    finish(m_end);
+}
+
+void ToolProcess::finish(const ToolEnd &end)
+{
+    m_notifier.reset();
+    m_output.reset();
+    m_childTerminal.reset();
+    m_terminal.reset();
+    m_group = 0;
+    Q_EMIT ended(end);
+}
+
+bool ToolProcess::isGroupAlive() const
+{
+    return m_group > 0 && ::kill(static_cast<pid_t>(-m_group), 0) == 0;
+}
+
+void ToolProcess::stop()
+{
+    if (m_isStopping || m_group <= 0)
+        return;
+    m_isStopping = true;
+    m_polls = 0;
+    ::kill(static_cast<pid_t>(-m_group), SIGTERM);
+    awaitGroupEnd();
+}
+
+void ToolProcess::awaitGroupEnd()
+{
+    if (m_process.state() == QProcess::NotRunning && !isGroupAlive()) {
+        finish(m_end);
+        return;
+    }
+    if (++m_polls == stepsBeforeForce)
+        ::kill(static_cast<pid_t>(-m_group), SIGKILL);
+    QTimer::singleShot(stopStep, this, &ToolProcess::awaitGroupEnd);
+}

@@ -1,0 +1,291 @@
+// SPDX-License-Identifier: MIT
+#include "tools/diskutil/VolumeJob.h"
+
+#include "tools/diskutil/machine.h"
+
+#include <algorithm>
+#include <chrono>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+// What an executable of a bundle answers when it has found, or left, errors.
+constexpr int errorsExitStatus = 8;
+
+// The disk service hears of a new volume within some hundredths of a second.
+constexpr std::chrono::seconds newVolumeLimit { 5 };
+
+QString dissenterText(const DADissenterRef &dissenter)
+{
+    if (dissenter->statusString)
+        return *dissenter->statusString;
+    return u"0x%1"_s.arg(dissenter->status, 8, 16, QLatin1Char('0'));
+}
+
+QString endText(const ToolEnd &end)
+{
+    switch (end.kind) {
+    case ToolEnd::Kind::NotStarted:
+        return u"it could not be started: %1"_s.arg(end.message);
+    case ToolEnd::Kind::Killed:
+        return u"it was killed by signal %1"_s.arg(end.code);
+    case ToolEnd::Kind::Exited:
+        break;
+    }
+    return u"exit status %1"_s.arg(end.code);
+}
+
+} // namespace
+
+std::vector<Medium> MediaList::media() const
+{
+    std::vector<Medium> media;
+    media.reserve(m_disks.size());
+    for (const DADiskRef &disk : m_disks)
+        media.push_back(readMedium(*disk));
+    return media;
+}
+
+DADiskRef MediaList::disk(const QString &bsdName) const
+{
+    const auto found = std::find_if(m_disks.begin(), m_disks.end(),
+        [&bsdName](const DADiskRef &disk) { return readMedium(*disk).bsdName == bsdName; });
+    return found == m_disks.end() ? nullptr : *found;
+}
+
+VolumeJob::VolumeJob(CommandLine line, DASession &session, const MediaList &media, Console &console)
+    : m_line(std::move(line))
+    , m_operation(operationOfVerb(m_line.verb))
+    , m_session(session)
+    , m_media(media)
+    , m_console(console)
+    , m_process([&console](const QByteArray &bytes) { console.pass(bytes); })
+{
+    m_newVolumeLimit.setSingleShot(true);
+    m_newVolumeLimit.setInterval(newVolumeLimit);
+    connect(&m_newVolumeLimit, &QTimer::timeout, this, &VolumeJob::mount);
+    connect(&m_process, &ToolProcess::ended, this, &VolumeJob::commandEnded);
+    connect(&m_console, &Console::interrupted, this, &VolumeJob::interrupt);
+}
+
+QString VolumeJob::verbNoun() const
+{
+    switch (m_operation) {
+    case Operation::Verify:
+        return u"file system verification"_s;
+    case Operation::Repair:
+        return u"file system repair"_s;
+    case Operation::Erase:
+        break;
+    }
+    return u"erase"_s;
+}
+
+void VolumeJob::start()
+{
+    if (const auto refusal = prepare()) {
+        m_console.complain(refusal->message);
+        Q_EMIT finished(refusal->code);
+        return;
+    }
+    m_console.say(u"Started %1 on %2"_s.arg(verbNoun(), m_medium.bsdName));
+    unmount();
+}
+
+std::optional<Refusal> VolumeJob::prepare()
+{
+    const std::vector<Medium> media = m_media.media();
+    const auto medium = findMedium(media, m_line.device);
+    if (!medium)
+        return isOtherFile(m_line.device)
+            ? Refusal { ExitCode::NoBlockDevice, u"%1 is no block device"_s.arg(m_line.device) }
+            : Refusal { ExitCode::NoSuchDisk, u"there is no disk %1"_s.arg(m_line.device) };
+    m_medium = *medium;
+    m_disk = m_media.disk(m_medium.bsdName);
+    m_identity = readDeviceIdentity(m_medium.deviceNode);
+
+    if (const auto refusal = refusalOfDevice(m_operation, m_medium, readDeviceSituation(m_medium, media)))
+        return refusal;
+    m_bundles = readInstalledBundles();
+    const PersonalityChoice choice = m_operation == Operation::Erase
+        ? personalityNamed(m_bundles, m_line.format)
+        : personalityForVolume(m_bundles, m_medium.kind, m_medium.subtype, m_operation);
+    if (const auto refusal = refusalOfChoice(m_line, m_medium, choice))
+        return refusal;
+    if (m_operation == Operation::Erase) {
+        if (const auto refusal = refusalOfErase(m_line, m_medium, choice))
+            return refusal;
+    }
+    m_newKind = choice.bundle->name;
+    m_newSubtype = choice.personality->subtype;
+    return prepareTool(choice);
+}
+
+std::optional<Refusal> VolumeJob::prepareTool(const PersonalityChoice &choice)
+{
+    const BundleTool &tool = *choice.personality->tool(m_operation);
+    if (const auto refusal = refusalOfTool(*choice.bundle, readToolSituation(*choice.bundle, tool)))
+        return refusal;
+
+    ToolCommand command { executablePath(*choice.bundle, tool), tool.arguments,
+        ToolCommand::Output::Terminal };
+    if (m_operation == Operation::Erase) {
+        // What a former file system has left anywhere on the medium could be taken for the volume later.
+        const QString wipe = findTool(u"wipefs"_s);
+        if (wipe.isEmpty())
+            return Refusal { ExitCode::ToolMissing,
+                u"wipefs is not installed; install the package util-linux"_s };
+        m_commands.push_back({ wipe, { u"--all"_s, u"--quiet"_s, m_medium.deviceNode } });
+        command.output = ToolCommand::Output::Pipe;
+        command.arguments += { u"-v"_s, m_line.name };
+    }
+    command.arguments += m_medium.deviceNode;
+    m_commands.push_back(command);
+    return std::nullopt;
+}
+
+void VolumeJob::unmount()
+{
+    if (m_medium.mountPoint.isEmpty()) {
+        runNextCommand();
+        return;
+    }
+    m_console.say(u"Unmounting %1"_s.arg(m_medium.bsdName));
+    m_session.unmount(
+        m_disk, kDADiskUnmountOptionDefault, [this](const DADiskRef &, const DADissenterRef &dissenter) {
+            if (!dissenter || dissenter->status == static_cast<quint32>(DAReturn::NotMounted)) {
+                runNextCommand();
+                return;
+            }
+            m_console.complain(
+                u"%1 could not be unmounted: %2"_s.arg(m_medium.bsdName, dissenterText(dissenter)));
+            Q_EMIT finished(ExitCode::UnmountRefused);
+        });
+}
+
+void VolumeJob::runNextCommand()
+{
+    if (m_isInterrupted) {
+        conclude();
+        return;
+    }
+    // Between the first look and here the medium may have been pulled, and its name given to another.
+    if (!m_identity || readDeviceIdentity(m_medium.deviceNode) != m_identity) {
+        m_console.complain(u"%1 is not the medium any more that it was"_s.arg(m_medium.deviceNode));
+        Q_EMIT finished(ExitCode::MediumChanged);
+        return;
+    }
+    const ToolCommand command = m_commands.front();
+    m_commands.pop_front();
+    m_isRunning = true;
+    m_process.start(command);
+}
+
+void VolumeJob::commandEnded(const ToolEnd &end)
+{
+    m_isRunning = false;
+    const bool hasSucceeded = end.kind == ToolEnd::Kind::Exited && end.code == 0;
+    if (hasSucceeded && !m_commands.empty()) {
+        runNextCommand();
+        return;
+    }
+    if (m_operation != Operation::Verify)
+        announceChange(m_medium.deviceNode);
+    if (!m_isInterrupted)
+        judge(end);
+    conclude();
+}
+
+void VolumeJob::judge(const ToolEnd &end)
+{
+    const bool hasExited = end.kind == ToolEnd::Kind::Exited;
+    if (hasExited && end.code == 0) {
+        if (m_operation != Operation::Erase)
+            m_console.say(u"The volume on %1 appears to be OK"_s.arg(m_medium.bsdName));
+    } else if (hasExited && end.code == errorsExitStatus && m_operation != Operation::Erase) {
+        m_outcome = ExitCode::ErrorsFound;
+        m_console.say(m_operation == Operation::Verify
+                ? u"The volume on %1 has errors and needs to be repaired"_s.arg(m_medium.bsdName)
+                : u"The volume on %1 still has errors"_s.arg(m_medium.bsdName));
+    } else {
+        m_outcome = ExitCode::ToolFailed;
+        m_console.complain(u"the %1 on %2 failed: %3"_s.arg(verbNoun(), m_medium.bsdName, endText(end)));
+    }
+}
+
+void VolumeJob::interrupt(const QString &reason)
+{
+    m_isInterrupted = true;
+    m_outcome = ExitCode::Interrupted;
+    m_console.complain(u"interrupted (%1)"_s.arg(reason));
+    if (m_isRunning)
+        m_process.stop();
+    else if (m_newVolumeLimit.isActive())
+        mount();
+}
+
+void VolumeJob::conclude()
+{
+    if (m_isInterrupted)
+        m_console.complain(u"the %1 on %2 was stopped"_s.arg(verbNoun(), m_medium.bsdName));
+    const bool wasMounted = !m_medium.mountPoint.isEmpty();
+    if (m_operation == Operation::Erase && m_outcome == ExitCode::Success)
+        awaitNewVolume();
+    else if (m_operation != Operation::Erase && wasMounted)
+        mount();
+    else
+        finish();
+}
+
+void VolumeJob::finish()
+{
+    if (m_outcome == ExitCode::Success || m_outcome == ExitCode::ErrorsFound)
+        m_console.say(u"Finished %1 on %2"_s.arg(verbNoun(), m_medium.bsdName));
+    Q_EMIT finished(m_outcome);
+}
+
+// The disk service tells the new volume as udev has probed it, some time after the tool has ended; a mount
+// before that would be made with the old volume's file system or name.
+void VolumeJob::awaitNewVolume()
+{
+    m_newVolumeLimit.start();
+    if (isNewVolumeKnown())
+        mount();
+}
+
+bool VolumeJob::isNewVolumeKnown() const
+{
+    const Medium medium = readMedium(*m_disk);
+    return medium.isMountable && medium.volumeName == m_line.name
+        && servesSameVolumes(m_bundles, medium.kind, m_newKind)
+        && (!m_newSubtype || medium.subtype == m_newSubtype);
+}
+
+void VolumeJob::mediumChanged(const DADiskRef &disk)
+{
+    if (disk == m_disk && m_newVolumeLimit.isActive() && isNewVolumeKnown())
+        mount();
+}
+
+void VolumeJob::mount()
+{
+    if (m_isMounting)
+        return;
+    m_isMounting = true;
+    m_console.say(u"Mounting %1"_s.arg(m_medium.bsdName));
+    m_session.mount(
+        m_disk, kDADiskMountOptionDefault, [this](const DADiskRef &disk, const DADissenterRef &dissenter) {
+            m_isMounting = false;
+            // The desktop may have been quicker.
+            const bool isMounted = !readMedium(*disk).mountPoint.isEmpty();
+            // What looked like the new volume was still the old one.
+            if (dissenter && !isMounted && m_newVolumeLimit.isActive() && !isNewVolumeKnown())
+                return;
+            m_newVolumeLimit.stop();
+            if (dissenter && !isMounted)
+                m_console.say(
+                    u"%1 could not be mounted: %2"_s.arg(m_medium.bsdName, dissenterText(dissenter)));
+            finish();
+        });
+}

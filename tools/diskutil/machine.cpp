@@ -1,0 +1,132 @@
+// SPDX-License-Identifier: MIT
+#include "tools/diskutil/machine.h"
+
+#include "filesystems/catalogue_rules.h"
+#include "platform/BlockDevice.h"
+#include "platform/Bundle.h"
+#include "platform/DeviceUse.h"
+#include "platform/TrustedFile.h"
+#include "tools/diskutil/ToolProcess.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+#include <algorithm>
+#include <unistd.h>
+
+#include "platform/no_widgets.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+bool mayAccess(const QString &path, int mode)
+{
+    return access(QFile::encodeName(path).constData(), mode) == 0;
+}
+
+// What is made from a device, which is more than a mount: it cannot be unmounted away.
+QStringList usesBeyondMount(const QString &deviceNode)
+{
+    const DeviceUse use = readDeviceUse(deviceNode);
+    QStringList words;
+    for (const QString &holder : use.holders)
+        words.append(u"%1 is made from it"_s.arg(holder));
+    if (use.isSwap)
+        words.append(u"it is swap space"_s);
+    return words;
+}
+
+QStringList usesOfPartition(const QString &partition, const std::vector<Medium> &media)
+{
+    QStringList words;
+    QStringList mountPoints = readDeviceUse(partition).mountPoints;
+    for (const Medium &other : media) {
+        if (other.deviceNode == partition && !other.mountPoint.isEmpty()
+            && !mountPoints.contains(other.mountPoint))
+            mountPoints.append(other.mountPoint);
+    }
+    for (const QString &mountPoint : mountPoints)
+        words.append(u"%1 is mounted at %2"_s.arg(partition, mountPoint));
+    for (const QString &use : usesBeyondMount(partition))
+        words.append(partition + u": "_s + use);
+    return words;
+}
+
+} // namespace
+
+std::vector<FileSystemBundle> readInstalledBundles()
+{
+    std::vector<FileSystemBundle> bundles;
+    auto lists = scanFilesystemDirectories(filesystemDirectories());
+    if (!lists)
+        return bundles;
+    std::stable_sort(lists->all.begin(), lists->all.end(),
+        [](const FilesystemBundleRef &a, const FilesystemBundleRef &b) { return a->compare(*b) < 0; });
+    for (const FilesystemBundleRef &record : lists->all) {
+        if (!bundles.empty() && bundles.back().name == record->bundleName)
+            continue;
+        const auto bundle = Bundle::open(record->path());
+        if (const auto information = bundle ? bundle->infoDictionary() : std::nullopt)
+            bundles.push_back(readFileSystemBundle(record->path(), record->bundleName, *information));
+    }
+    return bundles;
+}
+
+DeviceSituation readDeviceSituation(const Medium &medium, const std::vector<Medium> &media)
+{
+    DeviceSituation situation;
+    const QString &node = medium.deviceNode;
+    situation.isBlockDevice = !kernelDeviceName(node).isEmpty();
+    situation.isSystemDevice = isSystemDevice(node);
+    situation.inUse = usesBeyondMount(node);
+    for (const QString &partition : partitionNodes(node))
+        situation.inUse += usesOfPartition(partition, media);
+    situation.canRead = mayAccess(node, R_OK);
+    situation.canWrite = mayAccess(node, W_OK);
+    return situation;
+}
+
+QString executablePath(const FileSystemBundle &bundle, const BundleTool &tool)
+{
+    return bundle.path + u"/Contents/Resources/"_s + tool.executable;
+}
+
+QString findTool(const QString &name)
+{
+    return QStandardPaths::findExecutable(name, toolFolders());
+}
+
+ToolSituation readToolSituation(const FileSystemBundle &bundle, const BundleTool &tool)
+{
+    ToolSituation situation;
+    for (const QString &name : bundle.requiredTools) {
+        if (findTool(name).isEmpty())
+            situation.missingTools.append(name);
+    }
+    if (geteuid() != 0)
+        return situation;
+    // The dictionary says what is run, so it must be beyond doubt as well.
+    situation.distrust = reasonForDistrust(bundle.path + u"/Contents/Info.plist"_s);
+    if (!situation.distrust)
+        situation.distrust = reasonForDistrust(executablePath(bundle, tool));
+    return situation;
+}
+
+std::optional<Medium> findMedium(const std::vector<Medium> &media, const QString &argument)
+{
+    const QString bsdName = bsdNameOfArgument(argument);
+    const QString kernelName = bsdName.isEmpty() ? kernelDeviceName(argument) : QString();
+    const auto found = std::find_if(media.begin(), media.end(), [&](const Medium &medium) {
+        return bsdName.isEmpty() ? !kernelName.isEmpty() && kernelDeviceName(medium.deviceNode) == kernelName
+                                 : medium.bsdName == bsdName;
+    });
+    return found == media.end() ? std::nullopt : std::optional(*found);
+}
+
+bool isOtherFile(const QString &argument)
+{
+    return bsdNameOfArgument(argument).isEmpty() && QFileInfo::exists(argument)
+        && kernelDeviceName(argument).isEmpty();
+}

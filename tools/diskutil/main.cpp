@@ -1,0 +1,129 @@
+// SPDX-License-Identifier: MIT
+//
+// diskutil: lists disks, makes, verifies and repairs volumes. It knows no file system itself; see
+// diskutil(8).
+#include "filesystems/catalogue_rules.h"
+#include "platform/UDisksSession.h"
+#include "tools/diskutil/Console.h"
+#include "tools/diskutil/machine.h"
+#include "tools/diskutil/VolumeJob.h"
+
+#include <QCoreApplication>
+
+#include <cstdlib>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+int statusOf(ExitCode code)
+{
+    return static_cast<int>(code);
+}
+
+ExitCode printList(const MediaList &list, Console &console)
+{
+    std::vector<Medium> media = list.media();
+    sortMedia(media);
+    console.pass(listText(media).toUtf8());
+    return ExitCode::Success;
+}
+
+ExitCode printInfo(const MediaList &list, const QString &device, Console &console)
+{
+    const auto medium = findMedium(list.media(), device);
+    if (!medium) {
+        console.complain(u"there is no disk %1"_s.arg(device));
+        return ExitCode::NoSuchDisk;
+    }
+    console.pass(infoText(*medium).toUtf8());
+    return ExitCode::Success;
+}
+
+// Carries out a command that needs to know the media.
+class Session
+{
+public:
+    Session(CommandLine line, Console &console)
+        : m_line(std::move(line))
+        , m_console(console)
+        , m_session(createUDisksSession(FileSystemClaims(filesystemDirectories())))
+    {
+    }
+
+    ExitCode run()
+    {
+        if (!m_session)
+            return serviceUnavailable();
+        m_session->registerDiskAppearedCallback([this](const DADiskRef &disk) { m_media.add(disk); });
+        m_session->registerDiskDisappearedCallback([this](const DADiskRef &disk) { m_media.remove(disk); });
+        m_session->registerDiskDescriptionChangedCallback([this](const DADiskRef &disk, const QStringList &) {
+            if (m_job)
+                m_job->mediumChanged(disk);
+        });
+        m_session->setInitialListingCallback([this](bool isAvailable) { listed(isAvailable); });
+        const auto stop = QObject::connect(&m_console, &Console::interrupted, &m_console, [this] {
+            if (!m_job)
+                finish(ExitCode::Interrupted);
+        });
+        m_session->scheduleWithRunLoop();
+        const int status = QCoreApplication::exec();
+        QObject::disconnect(stop);
+        return static_cast<ExitCode>(status);
+    }
+
+private:
+    ExitCode serviceUnavailable()
+    {
+        m_console.complain(u"the disk service (udisks2) cannot be reached"_s);
+        return ExitCode::ServiceUnavailable;
+    }
+
+    static void finish(ExitCode code) { QCoreApplication::exit(statusOf(code)); }
+
+    void listed(bool isAvailable)
+    {
+        if (!isAvailable)
+            finish(serviceUnavailable());
+        else if (m_line.verb == Verb::List)
+            finish(printList(m_media, m_console));
+        else if (m_line.verb == Verb::Info)
+            finish(printInfo(m_media, m_line.device, m_console));
+        else
+            startJob();
+    }
+
+    void startJob()
+    {
+        m_job = std::make_unique<VolumeJob>(m_line, *m_session, m_media, m_console);
+        QObject::connect(m_job.get(), &VolumeJob::finished, m_job.get(), &Session::finish);
+        m_job->start();
+    }
+
+    const CommandLine m_line;
+    Console &m_console;
+    MediaList m_media;
+    std::unique_ptr<DASession> m_session;
+    std::unique_ptr<VolumeJob> m_job;
+};
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    // Names are text in UTF-8, whatever locale the caller is in, and messages are in English.
+    setenv("LC_ALL", "C.UTF-8", 1);
+    QCoreApplication application(argc, argv);
+    Console console;
+    const auto parsed = parseCommandLine(QCoreApplication::arguments().mid(1));
+    if (const auto *refusal = std::get_if<Refusal>(&parsed)) {
+        console.complain(refusal->message);
+        return statusOf(refusal->code);
+    }
+    const CommandLine &line = std::get<CommandLine>(parsed);
+    if (line.verb == Verb::Help) {
+        console.pass(usageText().toUtf8());
+        return statusOf(ExitCode::Success);
+    }
+    return statusOf(Session(line, console).run());
+}

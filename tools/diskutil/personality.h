@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/Property.h"
+#include "tools/diskutil/label_rule.h"
+
+#include <QStringList>
+
+#include <optional>
+#include <vector>
+
+enum class Operation { Erase, Verify, Repair };
+
+// An executable of a bundle and the arguments that come before those of the operation.
+struct BundleTool
+{
+    QString executable; // a file in the bundle's Contents/Resources
+    QStringList arguments;
+};
+
+// One personality of a bundle with what diskutil does with it.
+struct Personality
+{
+    QString key;
+    std::optional<qint64> subtype;
+    std::optional<qint64> minimumSize; // bytes
+    std::optional<qint64> maximumSize; // bytes
+    std::optional<BundleTool> format;
+    std::optional<BundleTool> verification;
+    std::optional<BundleTool> repair;
+
+    const std::optional<BundleTool> &tool(Operation operation) const;
+};
+
+struct FileSystemBundle
+{
+    QString path;
+    QString name; // without ".fs"
+    std::vector<Personality> personalities;
+    LabelRule labelRule;
+    QStringList requiredTools; // programs that the bundle's executables run
+    QStringList packages; // that have these programs
+    QStringList linuxTypes; // what the system's probe calls the volumes that the bundle serves
+};
+
+// What a bundle's information dictionary says; nothing where a value has another type than it should have.
+FileSystemBundle readFileSystemBundle(
+    const QString &path, const QString &name, const PropertyDictionary &information);
+
+struct PersonalityChoice
+{
+    const FileSystemBundle *bundle = nullptr;
+    const Personality *personality = nullptr; // null when there is none
+};
+
+// The first personality of this name, the bundles in the given order.
+PersonalityChoice personalityNamed(const std::vector<FileSystemBundle> &bundles, const QString &key);
+
+// The personality of the bundle of this name that does the operation for a volume of this subtype: the one of
+// just this subtype, else one that stands for all of them.
+PersonalityChoice personalityForVolume(const std::vector<FileSystemBundle> &bundles, const QString &kind,
+    std::optional<qint64> subtype, Operation operation);
+
+// Whether volumes made with one of these bundles are served by the other, and so may be reported as its.
+bool servesSameVolumes(
+    const std::vector<FileSystemBundle> &bundles, const QString &oneName, const QString &otherName);

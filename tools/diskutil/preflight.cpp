@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: MIT
+#include "tools/diskutil/preflight.h"
+
+#include "platform/no_widgets.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+Operation operationOfVerb(Verb verb)
+{
+    switch (verb) {
+    case Verb::EraseVolume:
+        return Operation::Erase;
+    case Verb::RepairVolume:
+        return Operation::Repair;
+    default:
+        return Operation::Verify;
+    }
+}
+
+std::optional<Refusal> refusalOfDevice(
+    Operation operation, const Medium &medium, const DeviceSituation &situation)
+{
+    const QString &name = medium.bsdName;
+    const bool writes = operation != Operation::Verify;
+    if (!situation.isBlockDevice)
+        return Refusal { ExitCode::NoBlockDevice, u"%1 is no block device"_s.arg(medium.deviceNode) };
+    if (situation.isSystemDevice)
+        return Refusal { ExitCode::SystemVolume, u"the running system stands on %1"_s.arg(name) };
+    if (!situation.inUse.isEmpty())
+        return Refusal { ExitCode::InUse, u"%1 is in use: %2"_s.arg(name, situation.inUse.join(u", "_s)) };
+    if (writes && !medium.isWritable)
+        return Refusal { ExitCode::ReadOnly, u"%1 is read-only"_s.arg(name) };
+    if (!situation.canRead || (writes && !situation.canWrite))
+        return Refusal { ExitCode::NotPermitted, u"no permission to use %1"_s.arg(medium.deviceNode) };
+    return std::nullopt;
+}
+
+std::optional<Refusal> refusalOfChoice(
+    const CommandLine &line, const Medium &medium, const PersonalityChoice &choice)
+{
+    const Operation operation = operationOfVerb(line.verb);
+    if (operation == Operation::Erase) {
+        if (!choice.personality)
+            return Refusal { ExitCode::UnknownFormat,
+                u"no installed file system is named \"%1\""_s.arg(line.format) };
+        if (!choice.personality->format)
+            return Refusal { ExitCode::NotSupported, u"%1 cannot be formatted"_s.arg(line.format) };
+        return std::nullopt;
+    }
+    if (medium.kind.isEmpty())
+        return Refusal { ExitCode::NotSupported,
+            u"%1 has no file system that is known"_s.arg(medium.bsdName) };
+    if (!choice.personality)
+        return Refusal { ExitCode::NotSupported,
+            u"no installed file system %1 %2 volumes such as %3"_s.arg(
+                operation == Operation::Verify ? u"verifies"_s : u"repairs"_s, medium.kind, medium.bsdName) };
+    return std::nullopt;
+}
+
+std::optional<Refusal> refusalOfErase(
+    const CommandLine &line, const Medium &medium, const PersonalityChoice &choice)
+{
+    if (const auto reason = reasonAgainstLabel(choice.bundle->labelRule, line.name))
+        return Refusal { ExitCode::NameRefused,
+            u"a name for %1 cannot be \"%2\": it %3"_s.arg(line.format, line.name, *reason) };
+    const Personality &personality = *choice.personality;
+    if (personality.minimumSize && medium.size < *personality.minimumSize)
+        return Refusal { ExitCode::SizeOutOfRange,
+            u"%1 is too small for %2: it has %3 bytes, and %4 are needed"_s.arg(medium.bsdName, line.format)
+                .arg(medium.size)
+                .arg(*personality.minimumSize) };
+    if (personality.maximumSize && medium.size > *personality.maximumSize)
+        return Refusal { ExitCode::SizeOutOfRange,
+            u"%1 is too large for %2: it has %3 bytes, and %4 is the most"_s.arg(medium.bsdName, line.format)
+                .arg(medium.size)
+                .arg(*personality.maximumSize) };
+    return std::nullopt;
+}
+
+std::optional<Refusal> refusalOfTool(const FileSystemBundle &bundle, const ToolSituation &situation)
+{
+    if (!situation.missingTools.isEmpty())
+        return Refusal { ExitCode::ToolMissing,
+            u"%1 is not installed; install the package %2"_s.arg(
+                situation.missingTools.join(u", "_s), bundle.packages.join(u", "_s)) };
+    if (situation.distrust)
+        return Refusal { ExitCode::UntrustedBundle,
+            u"the bundle %1.fs is not run with administrator rights: %2"_s.arg(
+                bundle.name, *situation.distrust) };
+    return std::nullopt;
+}
