@@ -4,14 +4,11 @@
 // lists.
 #include "BundleFolder.h"
 #include "filesystems/catalogue_rules.h"
-#include "filesystems/filesystem_names.h"
 #include "platform/SystemLog.h"
 
 #include <QTest>
 
-#include <algorithm>
 #include <cerrno>
-#include <cmath>
 #include <sys/stat.h>
 
 using namespace Qt::Literals::StringLiterals;
@@ -19,23 +16,6 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 const QByteArray plainPersonality = "<key>P</key><dict><key>FSName</key><string>Plain</string></dict>";
-
-FilesystemBundleRef makeRecord(const QString &bundleName, std::optional<PropertyValue> subtype = {})
-{
-    FilesystemBundleRef record = ZorvexDiskManagerFSBundle::alloc();
-    record->bundleName = bundleName;
-    record->fsSubtype = std::move(subtype);
-    return record;
-}
-
-FilesystemBundleRef makePersonality(
-    const QString &personality, std::optional<PropertyValue> fsName, const QString &bundleName)
-{
-    FilesystemBundleRef record = makeRecord(bundleName);
-    record->fsPersonality = personality;
-    record->fsName = std::move(fsName);
-    return record;
-}
 
 QStringList bundleNames(const FilesystemBundleList &list)
 {
@@ -67,14 +47,7 @@ class TestCatalogue : public QObject
 private slots:
     void init() { m_log.clear(); }
 
-    void ownFileSystemsAreToldByTheirPrefix();
-    void ownFileSystemsComeFirstThenTheNames();
-    void namesAreOrderedByCharacterValue();
-    void subtypesOrderThePersonalitiesOfABundle();
-    void subtypesOfAnyTypeKeepTheOrderConsistent();
-    void newRecordIsEmpty();
     void cleanupLetsGoOfEverything();
-    void directoriesAreTheTwoOfTheSystem();
 
     void recordHoldsWhatTheBundleSays();
     void valuesOfAnyTypeAreStoredAsFound();
@@ -93,15 +66,9 @@ private slots:
     void listThatCannotBeMadeEndsTheScan();
     void recordThatCannotBeMadeIsSkipped();
 
-    void firstMergeCreatesTheListEvenEmpty();
     void mergedListsShareTheirRecords();
     void secondScanAddsWithoutLosingIdentity();
-    void mergeRefreshesOnlyWhatMayChange();
-    void missingNameMatchesAnyName();
-    void knownRecordWithoutNameIsAnotherPersonality();
-    void personalityThatWentAwayStays();
     void newCapabilityMakesANewRecord();
-    void mergeSortsStably();
 
 private:
     std::optional<FilesystemLists> scan(const QStringList &directories, const CatalogueMemory &memory = {})
@@ -112,81 +79,6 @@ private:
 
     QStringList m_log;
 };
-
-void TestCatalogue::ownFileSystemsAreToldByTheirPrefix()
-{
-    QVERIFY(isOwnFilesystem(u"zorvex_ntfs"_s));
-    QVERIFY(isOwnFilesystem(u"zorvex_"_s));
-    QVERIFY(isOwnFilesystem(u"fusefs_qvontfs"_s));
-    QVERIFY(!isOwnFilesystem(u"fusefs_ntfs"_s));
-    QVERIFY(!isOwnFilesystem(u"ZORVEX_ntfs"_s));
-    QVERIFY(!isOwnFilesystem(u"a_zorvex_ntfs"_s));
-    QVERIFY(!isOwnFilesystem(QString()));
-}
-
-void TestCatalogue::ownFileSystemsComeFirstThenTheNames()
-{
-    std::optional<FilesystemBundleList> list;
-    mergeFilesystemList(list,
-        { makePersonality(u"1"_s, u"1"_s, u"zorvex_ntfs"_s), makePersonality(u"2"_s, u"2"_s, u"msdos"_s),
-            makePersonality(u"3"_s, u"3"_s, u"fusefs_qvontfs"_s),
-            makePersonality(u"4"_s, u"4"_s, u"exfat"_s) });
-    QCOMPARE(
-        bundleNames(*list), QStringList({ u"fusefs_qvontfs"_s, u"zorvex_ntfs"_s, u"exfat"_s, u"msdos"_s }));
-    QCOMPARE(makeRecord(u"zorvex_z"_s)->compare(*makeRecord(u"a"_s)), -1);
-    QCOMPARE(makeRecord(u"a"_s)->compare(*makeRecord(u"zorvex_z"_s)), 1);
-}
-
-void TestCatalogue::namesAreOrderedByCharacterValue()
-{
-    QCOMPARE(makeRecord(u"Z"_s)->compare(*makeRecord(u"a"_s)), -1);
-    QCOMPARE(makeRecord(u"é"_s)->compare(*makeRecord(u"f"_s)), 1);
-    QCOMPARE(makeRecord(u"ab"_s)->compare(*makeRecord(u"a"_s)), 1);
-    QCOMPARE(makeRecord(u"a"_s)->compare(*makeRecord(u"a"_s)), 0);
-}
-
-void TestCatalogue::subtypesOrderThePersonalitiesOfABundle()
-{
-    const FilesystemBundleRef none = makeRecord(u"a"_s);
-    const FilesystemBundleRef one = makeRecord(u"a"_s, number(1));
-    const FilesystemBundleRef ten = makeRecord(u"a"_s, number(10));
-    QCOMPARE(none->compare(*one), -1);
-    QCOMPARE(one->compare(*none), 1);
-    QCOMPARE(none->compare(*makeRecord(u"a"_s)), 0);
-    QCOMPARE(one->compare(*ten), -1);
-    QCOMPARE(ten->compare(*one), 1);
-    QCOMPARE(one->compare(*makeRecord(u"a"_s, PropertyValue(PropertyNumber(1.0)))), 0);
-    QCOMPARE(makeRecord(u"b"_s)->compare(*ten), 1);
-}
-
-void TestCatalogue::subtypesOfAnyTypeKeepTheOrderConsistent()
-{
-    FilesystemBundleList records;
-    for (const PropertyValue &value : { PropertyValue(), PropertyValue(u"7"_s), PropertyValue(true),
-             number(-1), number(7), PropertyValue(PropertyNumber(std::nan(""))),
-             PropertyValue(PropertyNumber(6.5)), PropertyValue(PropertyArray()),
-             PropertyValue(PropertyDictionary()), PropertyValue(QByteArray("7")) })
-        records.push_back(makeRecord(u"a"_s, value));
-    records.push_back(makeRecord(u"a"_s));
-    for (const auto &a : records) {
-        for (const auto &b : records) {
-            QCOMPARE(a->compare(*b), -b->compare(*a));
-            for (const auto &c : records)
-                QVERIFY(a->compare(*b) > 0 || b->compare(*c) > 0 || a->compare(*c) <= 0);
-        }
-    }
-}
-
-void TestCatalogue::newRecordIsEmpty()
-{
-    const FilesystemBundleRef record = ZorvexDiskManagerFSBundle::alloc();
-    QVERIFY(record);
-    QVERIFY(record->identifier.isNull() && record->baseDir.isNull() && record->bundleName.isNull()
-        && record->fsPersonality.isNull());
-    QCOMPARE(record->fsPersonalityIndex, 0);
-    QVERIFY(!record->fsName && !record->fsSubtype && !record->fsFormatMinimumSize
-        && !record->fsFormatMaximumSize);
-}
 
 void TestCatalogue::cleanupLetsGoOfEverything()
 {
@@ -204,12 +96,6 @@ void TestCatalogue::cleanupLetsGoOfEverything()
         && record.fsPersonality.isNull());
     QVERIFY(
         !record.fsName && !record.fsSubtype && !record.fsFormatMinimumSize && !record.fsFormatMaximumSize);
-}
-
-void TestCatalogue::directoriesAreTheTwoOfTheSystem()
-{
-    QCOMPARE(filesystemDirectories(),
-        QStringList({ u"/System/Library/Filesystems"_s, u"/Library/Filesystems"_s }));
 }
 
 void TestCatalogue::recordHoldsWhatTheBundleSays()
@@ -459,13 +345,6 @@ void TestCatalogue::recordThatCannotBeMadeIsSkipped()
     QCOMPARE(m_log, QStringList(u"Error while allocating memory for fs bundle container."_s));
 }
 
-void TestCatalogue::firstMergeCreatesTheListEvenEmpty()
-{
-    std::optional<FilesystemBundleList> list;
-    mergeFilesystemList(list, {});
-    QVERIFY(list && list->empty());
-}
-
 void TestCatalogue::mergedListsShareTheirRecords()
 {
     const BundleFolder folder;
@@ -495,57 +374,6 @@ void TestCatalogue::secondScanAddsWithoutLosingIdentity()
     QCOMPARE(list->back(), known);
 }
 
-void TestCatalogue::mergeRefreshesOnlyWhatMayChange()
-{
-    const FilesystemBundleRef known = makePersonality(u"P"_s, u"Name"_s, u"old"_s);
-    known->identifier = u"old id"_s;
-    known->baseDir = u"/old"_s;
-    known->fsSubtype = number(1);
-    known->fsFormatMinimumSize = number(2);
-    known->fsFormatMaximumSize = number(3);
-    const FilesystemBundleRef scanned = makePersonality(u"P"_s, u"Name"_s, u"new"_s);
-    scanned->identifier = u"new id"_s;
-    scanned->baseDir = u"/new"_s;
-    scanned->fsPersonalityIndex = 4;
-    scanned->fsSubtype = number(10);
-    std::optional<FilesystemBundleList> list = FilesystemBundleList { known };
-    mergeFilesystemList(list, { scanned });
-    QCOMPARE(*list, FilesystemBundleList { known });
-    QCOMPARE(known->bundleName, u"new"_s);
-    QCOMPARE(known->baseDir, u"/new"_s);
-    QCOMPARE(known->fsPersonalityIndex, 4);
-    QCOMPARE(known->identifier, u"old id"_s);
-    QVERIFY(known->fsSubtype == number(1));
-    QVERIFY(known->fsFormatMinimumSize == number(2));
-    QVERIFY(known->fsFormatMaximumSize == number(3));
-}
-
-void TestCatalogue::missingNameMatchesAnyName()
-{
-    const FilesystemBundleRef known = makePersonality(u"P"_s, u"Name"_s, u"a"_s);
-    std::optional<FilesystemBundleList> list = FilesystemBundleList { known };
-    mergeFilesystemList(list, { makePersonality(u"P"_s, {}, u"b"_s), makePersonality(u"Q"_s, {}, u"c"_s) });
-    QCOMPARE(bundleNames(*list), QStringList({ u"b"_s, u"c"_s }));
-    QCOMPARE(list->front(), known);
-    QVERIFY(!known->fsName);
-}
-
-void TestCatalogue::knownRecordWithoutNameIsAnotherPersonality()
-{
-    std::optional<FilesystemBundleList> list = FilesystemBundleList { makePersonality(u"P"_s, {}, u"a"_s) };
-    mergeFilesystemList(
-        list, { makePersonality(u"P"_s, u"Name"_s, u"b"_s), makePersonality(u"P"_s, number(1), u"c"_s) });
-    QCOMPARE(bundleNames(*list), QStringList({ u"a"_s, u"b"_s, u"c"_s }));
-}
-
-void TestCatalogue::personalityThatWentAwayStays()
-{
-    const FilesystemBundleRef known = makePersonality(u"P"_s, u"Name"_s, u"a"_s);
-    std::optional<FilesystemBundleList> list = FilesystemBundleList { known };
-    mergeFilesystemList(list, {});
-    QCOMPARE(*list, FilesystemBundleList { known });
-}
-
 void TestCatalogue::newCapabilityMakesANewRecord()
 {
     const BundleFolder folder;
@@ -563,27 +391,6 @@ void TestCatalogue::newCapabilityMakesANewRecord()
     QCOMPARE(*all, before->all);
     QCOMPARE(*check, after->check);
     QVERIFY(all->front() != check->front());
-}
-
-void TestCatalogue::mergeSortsStably()
-{
-    FilesystemBundleList scanned;
-    for (int i = 0; i < 40; ++i) {
-        const QString name = QString::number(i);
-        scanned.push_back(makePersonality(name, name, i % 2 == 0 ? u"b"_s : u"a"_s));
-        scanned.back()->fsSubtype = i % 3 == 0 ? PropertyValue(u"wrong"_s) : number(i % 3);
-    }
-    FilesystemBundleList expected = scanned;
-    std::optional<FilesystemBundleList> list;
-    mergeFilesystemList(list, scanned);
-    for (std::size_t i = 1; i < list->size(); ++i) {
-        const ZorvexDiskManagerFSBundle &previous = *(*list)[i - 1];
-        const ZorvexDiskManagerFSBundle &current = *(*list)[i];
-        const int order = previous.compare(current);
-        QVERIFY(order < 0
-            || (order == 0 && previous.fsName->asString()->toInt() < current.fsName->asString()->toInt()));
-    }
-    QVERIFY(std::is_permutation(expected.begin(), expected.end(), list->begin(), list->end()));
 }
 
 QTEST_APPLESS_MAIN(TestCatalogue)

@@ -4,11 +4,9 @@
 #include "platform/PropertyList.h"
 
 #include <QElapsedTimer>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <limits>
-#include <sys/stat.h>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -86,12 +84,6 @@ private slots:
     void sharedBinaryValueIsReadTwice();
     void damagedBinaryListNeverCrashes();
     void truncatedXmlNeverCrashes();
-    void fileIsReadWhole();
-    void emptyFileIsRead();
-    void fileAboveTheLimitGivesNothing();
-    void folderPipeAndMissingFileGiveNothing();
-    void linkCycleGivesNothing();
-    void pathWithZeroByteGivesNothing();
 };
 
 void TestPropertyList::xmlValuesKeepTheirTypes()
@@ -368,65 +360,6 @@ void TestPropertyList::truncatedXmlNeverCrashes()
     QVERIFY(readPropertyList(whole));
     for (qsizetype size = 0; size < whole.indexOf("</dict>"); ++size)
         QVERIFY2(!readPropertyList(whole.left(size)), qPrintable(QString::number(size)));
-}
-
-void TestPropertyList::fileIsReadWhole()
-{
-    const QTemporaryDir folder;
-    const QByteArray content = QByteArray("0123456789").repeated(50'000);
-    QFile file(folder.filePath(u"list"_s));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QCOMPARE(file.write(content), content.size());
-    file.close();
-    QVERIFY(readPropertyListFile(file.fileName()) == content);
-}
-
-void TestPropertyList::emptyFileIsRead()
-{
-    const QTemporaryDir folder;
-    QFile file(folder.filePath(u"empty"_s));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QVERIFY(readPropertyListFile(file.fileName()) == QByteArray());
-}
-
-void TestPropertyList::fileAboveTheLimitGivesNothing()
-{
-    const QTemporaryDir folder;
-    constexpr qint64 limit = 4 * 1024 * 1024;
-    QFile file(folder.filePath(u"large"_s));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QVERIFY(file.resize(limit + 1));
-    QVERIFY(!readPropertyListFile(file.fileName()));
-    QVERIFY(file.resize(limit));
-    QVERIFY(readPropertyListFile(file.fileName()));
-}
-
-void TestPropertyList::folderPipeAndMissingFileGiveNothing()
-{
-    const QTemporaryDir folder;
-    const QString pipe = folder.filePath(u"pipe"_s);
-    QCOMPARE(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
-    QVERIFY(!readPropertyListFile(pipe));
-    QVERIFY(!readPropertyListFile(folder.path()));
-    QVERIFY(!readPropertyListFile(folder.filePath(u"missing"_s)));
-    QVERIFY(!readPropertyListFile(u"/dev/zero"_s));
-}
-
-void TestPropertyList::linkCycleGivesNothing()
-{
-    const QTemporaryDir folder;
-    const QString a = folder.filePath(u"a"_s);
-    const QString b = folder.filePath(u"b"_s);
-    QVERIFY(QFile::link(a, b) && QFile::link(b, a));
-    QVERIFY(!readPropertyListFile(a));
-}
-
-void TestPropertyList::pathWithZeroByteGivesNothing()
-{
-    const QTemporaryDir folder;
-    QFile file(folder.filePath(u"list"_s));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QVERIFY(!readPropertyListFile(file.fileName() + QChar(u'\0') + u"tail"_s));
 }
 
 QTEST_APPLESS_MAIN(TestPropertyList)
