@@ -17,7 +17,8 @@
 #include <memory>
 #include <optional>
 
-struct ApplicationPlatform {
+struct ApplicationPlatform
+{
     DASessionFactory createSession;
     std::shared_ptr<MountTable> mountTable;
     std::shared_ptr<Workspace> workspace;

@@ -19,12 +19,11 @@
 void ZorvexDiskManagerAppDelegate::clickHelpMenuItem(QObject *sender)
 {
     Q_UNUSED(sender)
-    m_platform.workspace->openDocument(
-        m_platform.userManualPath, [self = QPointer(this)](bool success) {
-            if (self && !success)
-                self->errorMessageWithTitle(localizedString("USER_MANUAL_NOT_FOUND_TITLE"),
-                    localizedString("USER_MANUAL_NOT_FOUND_TEXT"));
-        });
+    m_platform.workspace->openDocument(m_platform.userManualPath, [self = QPointer(this)](bool success) {
+        if (self && !success)
+            self->errorMessageWithTitle(localizedString("USER_MANUAL_NOT_FOUND_TITLE"),
+                localizedString("USER_MANUAL_NOT_FOUND_TEXT"));
+    });
 }
 
 void ZorvexDiskManagerAppDelegate::clickAboutButton(QObject *sender)

@@ -90,9 +90,10 @@ void ZorvexDiskManagerAppDelegate::applicationDidFinishLaunching()
             [this](const DADiskRef &disk) { zorvex_disk_manager_da_disk_appeared(disk, this); });
         session->registerDiskDisappearedCallback(
             [this](const DADiskRef &disk) { zorvex_disk_manager_da_disk_disappeared(disk, this); });
-        session->registerDiskDescriptionChangedCallback([this](const DADiskRef &disk, const QStringList &keys) {
-            zorvex_disk_manager_da_disk_description_changed(disk, keys, this);
-        });
+        session->registerDiskDescriptionChangedCallback(
+            [this](const DADiskRef &disk, const QStringList &keys) {
+                zorvex_disk_manager_da_disk_description_changed(disk, keys, this);
+            });
         session->scheduleWithRunLoop();
     }
 

@@ -9,15 +9,15 @@
 
 namespace HelpRules {
 
-// The text between LEFT-TO-RIGHT EMBEDDING and POP DIRECTIONAL FORMATTING, so that a path reads left to right in
-// every language.
+// The text between LEFT-TO-RIGHT EMBEDDING and POP DIRECTIONAL FORMATTING, so that a path reads left to right
+// in every language.
 QString leftToRightText(const QString &text);
 
 // Whether this generation of the system has a link colour of its own; one that is not known has none.
 bool usesSystemLinkColor(std::optional<unsigned long> generation);
 
-// Whether a change of the text view's selection is a click on the link: an empty selection inside the text, while
-// a row of the tree is selected.
+// Whether a change of the text view's selection is a click on the link: an empty selection inside the text,
+// while a row of the tree is selected.
 bool isClickOnLink(qsizetype location, qsizetype length, int selectedRow, qsizetype textLength);
 
 } // namespace HelpRules

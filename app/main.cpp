@@ -52,7 +52,7 @@ int runInterface(int argc, char **argv)
 
 int main(int argc, char **argv)
 {
-    // A worker may still be inside the tool's run when the interface has ended. The process goes without taking
-    // down the static objects under it.
+    // A worker may still be inside the tool's run when the interface has ended. The process goes without
+    // taking down the static objects under it.
     std::_Exit(runInterface(argc, argv));
 }

@@ -38,8 +38,9 @@ void ZorvexDiskManagerAppDelegate::refreshFormatFilesystemsPopupButton()
     if (const OutlineItem disk = selectedDisk())
         mediaSize = disk->mediaSize ? disk->mediaSize->longLongValue() : 0;
 
-    const FormatMenu menu = formatMenuItems(formatFilesystemBundlesList.value_or(FilesystemBundleList()), mediaSize,
-        remembered, [this](const ZorvexDiskManagerFSBundle &bundle) { return getFilesystemTypeString(bundle); });
+    const FormatMenu menu
+        = formatMenuItems(formatFilesystemBundlesList.value_or(FilesystemBundleList()), mediaSize, remembered,
+            [this](const ZorvexDiskManagerFSBundle &bundle) { return getFilesystemTypeString(bundle); });
 
     const QSignalBlocker blocker(popup);
     popup->clear();

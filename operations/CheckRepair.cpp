@@ -16,12 +16,14 @@
 
 namespace {
 
-// Output is shown at most this often. A chunk is taken in at once; what it changes on screen is shown with that of
-// the chunks that follow it within a frame, so that a tool that prints fast is not held up by the drawing.
+// Output is shown at most this often. A chunk is taken in at once; what it changes on screen is shown with
+// that of the chunks that follow it within a frame, so that a tool that prints fast is not held up by the
+// drawing.
 constexpr std::chrono::milliseconds outputRefreshInterval { 16 };
 
 // What the output handler is given as context, for the time of one run.
-struct CheckRepairContext {
+struct CheckRepairContext
+{
     const OutlineItem &disk;
     MainThreadRelay &relay;
 };
@@ -30,8 +32,8 @@ void HandleCheckRepairOutput(void *context, std::size_t length, const char *byte
 {
     const auto &run = *static_cast<const CheckRepairContext *>(context);
     const CheckRepairOutputChunk chunk { run.disk, bytes, length };
-    // The chunk lives on this thread's stack: it is safe because the relay returns only when it has been taken in
-    // or never will be.
+    // The chunk lives on this thread's stack: it is safe because the relay returns only when it has been
+    // taken in or never will be.
     run.relay.performAndWait([&chunk] { chunk.disk->delegate->updateCheckRepairOutput(chunk); });
 }
 
@@ -73,7 +75,8 @@ void ZorvexDiskManagerAppDelegate::doCheckRepair(
     std::optional<QString> message;
     const qint32 code
         = invokeDiskutilWithVerb(isRepair ? QStringLiteral("repairVolume") : QStringLiteral("verifyVolume"),
-            QStringLiteral("'/dev/%1'").arg(disk->description()), HandleCheckRepairOutput, &context, message, pipe);
+            QStringLiteral("'/dev/%1'").arg(disk->description()), HandleCheckRepairOutput, &context, message,
+            pipe);
     if (code != 0)
         systemLog(QStringLiteral("Error returned by invokeDiskutilWithVerb: %1").arg(code));
     if (message)

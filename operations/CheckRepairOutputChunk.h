@@ -7,7 +7,8 @@
 #include <memory>
 
 // One chunk of output on its way from a worker to the main thread; valid while the worker waits.
-struct CheckRepairOutputChunk {
+struct CheckRepairOutputChunk
+{
     std::shared_ptr<ZorvexDiskManagerDisk> disk;
     const char *bytes = nullptr;
     std::size_t length = 0;

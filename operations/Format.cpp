@@ -5,8 +5,8 @@
 #include "app/ZorvexDiskManagerAppDelegate.h"
 
 #include "operations/DiskutilRunner.h"
-#include "operations/ZorvexDiskManagerFormatParams.h"
 #include "operations/format_rules.h"
+#include "operations/ZorvexDiskManagerFormatParams.h"
 #include "platform/Localization.h"
 #include "ui/AlertSheet.h"
 #include "ui/OutlineView.h"
@@ -94,10 +94,12 @@ void ZorvexDiskManagerAppDelegate::clickFormatButton(QObject *sender)
 
 QString ZorvexDiskManagerAppDelegate::formatTargetText(const ZorvexDiskManagerDisk &disk) const
 {
-    const QString size
-        = disk.mediaSize ? getDiskSpaceStringWithDiskSize(disk.mediaSize->longLongValue(), nullptr) : QString();
+    const QString size = disk.mediaSize
+        ? getDiskSpaceStringWithDiskSize(disk.mediaSize->longLongValue(), nullptr)
+        : QString();
     const QString node = disk.daDisk ? disk.daDisk->deviceNode() : QString();
-    const QString device = node.isEmpty() ? disk.description() : QString(disk.description() + u" (" + node + u')');
+    const QString device
+        = node.isEmpty() ? disk.description() : QString(disk.description() + u" (" + node + u')');
     const QString content = filesystemTextOf(disk);
     QString text = targetLine("FORMAT_TARGET_NAME_CAPTION", getDisplayNameForDisk(disk))
         + targetLine("FORMAT_TARGET_SIZE_CAPTION", size) + targetLine("FORMAT_TARGET_DEVICE_CAPTION", device)

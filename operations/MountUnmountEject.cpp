@@ -47,14 +47,12 @@ void zorvex_disk_manager_da_disk_did_eject(
         &ZorvexDiskManagerAppDelegate::diskArbitrationDiskDidEject);
 }
 
-void UnmountDidUnmountDisk(
-    const DADiskRef &disk, const DADissenterRef &dissenter, const OutlineItem &context)
+void UnmountDidUnmountDisk(const DADiskRef &disk, const DADissenterRef &dissenter, const OutlineItem &context)
 {
     context->delegate->unmountDidUnmountDisk(disk, dissenter, context);
 }
 
-void EjectDidUnmountDisk(
-    const DADiskRef &disk, const DADissenterRef &dissenter, const OutlineItem &context)
+void EjectDidUnmountDisk(const DADiskRef &disk, const DADissenterRef &dissenter, const OutlineItem &context)
 {
     Q_UNUSED(disk)
     context->delegate->ejectDidUnmountDisk(context, dissenter);
@@ -159,9 +157,8 @@ void ZorvexDiskManagerAppDelegate::ejectDidUnmountDisk(
         return;
     }
     showForceDialog(disk, "FAILED_TO_UNMOUNT_VOLUMES_TITLE", "FAILED_TO_UNMOUNT_VOLUMES_BODY_FMT",
-        [this, disk](AlertSheet *alert, int returnCode) {
-            ejectForceUnmountDialogDidEnd(alert, returnCode, disk);
-        });
+        [this, disk](
+            AlertSheet *alert, int returnCode) { ejectForceUnmountDialogDidEnd(alert, returnCode, disk); });
 }
 
 void ZorvexDiskManagerAppDelegate::ejectForceUnmountDialogDidEnd(

@@ -11,9 +11,9 @@
 
 class MainThreadRelay;
 
-// What one format operation carries from the button through the confirmation, the worker and the steps after it.
-// It keeps the record of its disk alive, even when the disk has gone meanwhile. Written on the main thread before
-// the worker starts.
+// What one format operation carries from the button through the confirmation, the worker and the steps after
+// it. It keeps the record of its disk alive, even when the disk has gone meanwhile. Written on the main
+// thread before the worker starts.
 class ZorvexDiskManagerFormatParams
 {
 public:

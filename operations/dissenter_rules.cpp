@@ -40,7 +40,8 @@ QString textOf(const DADissenter &dissenter)
         return *name;
     if ((dissenter.status & systemErrorBits) == systemErrorBits)
         return errnoText(static_cast<int>(dissenter.status & ~systemErrorBits));
-    return QStringLiteral("<Unknown DAReturn value: %1>").arg(QString::number(dissenter.status, 16).toUpper());
+    return QStringLiteral("<Unknown DAReturn value: %1>")
+        .arg(QString::number(dissenter.status, 16).toUpper());
 }
 
 } // namespace DissenterRules

@@ -12,7 +12,8 @@ namespace FormatRules {
 // The label of a volume that is given none.
 QString defaultLabel(const QString &bundleName);
 
-struct Labels {
+struct Labels
+{
     QString volumeLabel; // for the formatter
     std::optional<QString> postFormatLabel; // for the rename that follows
 };

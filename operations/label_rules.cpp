@@ -56,11 +56,10 @@ bool isValidNtfsLabel(const QString &label)
 bool isValidFatLabel(const QString &label)
 {
     const QByteArray bytes = label.toUtf8();
-    return bytes.size() <= longestFatLabel
-        && std::none_of(bytes.begin(), bytes.end(), [](char byte) {
-               const auto unit = static_cast<unsigned char>(byte);
-               return unit >= 0x80 || (unit >= 'a' && unit <= 'z') || isForbidden(unit);
-           });
+    return bytes.size() <= longestFatLabel && std::none_of(bytes.begin(), bytes.end(), [](char byte) {
+        const auto unit = static_cast<unsigned char>(byte);
+        return unit >= 0x80 || (unit >= 'a' && unit <= 'z') || isForbidden(unit);
+    });
 }
 
 bool isValidExFatLabel(const QString &label)
@@ -69,8 +68,7 @@ bool isValidExFatLabel(const QString &label)
         return false;
     const std::optional<QString> form = composed(label, "UTF-16");
     return form && form->size() <= longestExFatLabel
-        && std::none_of(
-            form->begin(), form->end(), [](QChar unit) { return isForbidden(unit.unicode()); });
+        && std::none_of(form->begin(), form->end(), [](QChar unit) { return isForbidden(unit.unicode()); });
 }
 
 bool isValidOtherLabel(const QString &label)

@@ -12,8 +12,9 @@ enum class RuleSet { Ntfs, Fat, ExFat, Other };
 // The rules that hold for a bundle, by its exact name.
 RuleSet ruleSetOf(const QString &bundleName);
 
-// Whether a volume can bear the label. The label is measured, never altered. A label that no Unicode encoding can
-// represent (an unpaired surrogate) is refused; so is one whose composed form cannot be had, with a log line.
+// Whether a volume can bear the label. The label is measured, never altered. A label that no Unicode encoding
+// can represent (an unpaired surrogate) is refused; so is one whose composed form cannot be had, with a log
+// line.
 bool isValidLabel(const QString &label, RuleSet ruleSet);
 
 } // namespace LabelRules

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// The callbacks that the disk service is given with a request. Each receives the service's disk, the dissenter
-// (null on success) and the record as context, which it keeps alive from the request to here. Main thread only.
+// The callbacks that the disk service is given with a request. Each receives the service's disk, the
+// dissenter (null on success) and the record as context, which it keeps alive from the request to here. Main
+// thread only.
 #pragma once
 
 #include "disks/ZorvexDiskManagerDisk.h"

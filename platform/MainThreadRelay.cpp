@@ -6,7 +6,8 @@
 #include <condition_variable>
 #include <mutex>
 
-struct MainThreadRelay::State {
+struct MainThreadRelay::State
+{
     std::mutex mutex;
     std::condition_variable changed;
     bool isClosed = false;

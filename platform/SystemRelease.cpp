@@ -9,7 +9,8 @@ namespace {
 
 const QByteArray currentRelease = QByteArrayLiteral("24.0.0");
 
-struct Override {
+struct Override
+{
     QByteArray release;
     int error = 0;
 };

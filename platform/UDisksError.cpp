@@ -19,6 +19,10 @@ DADissenterRef dissenterFromBusError(const QString &name, const QString &message
         { prefix + QStringLiteral("NotSupported"), DAReturn::Unsupported },
         { prefix + QStringLiteral("OptionNotPermitted"), DAReturn::NotPermitted },
     };
+    // The service has no error of its own for a file system that the machine cannot mount, only the words of
+    // the library that it mounts with.
+    static const QRegularExpression cannotMount(
+        QStringLiteral("Filesystem type .* not configured in kernel|unknown filesystem type"));
     static const QRegularExpression libraryPrefix(QStringLiteral("^GDBus\\.Error:[^ ]+: "));
     QString text = message;
     text.remove(libraryPrefix);
@@ -26,5 +30,7 @@ DADissenterRef dissenterFromBusError(const QString &name, const QString &message
     std::optional<QString> statusString;
     if (!text.isEmpty())
         statusString = text;
-    return makeDissenter(statuses.value(name, DAReturn::Error), statusString);
+    const DAReturn status = statuses.value(name, DAReturn::Error);
+    const bool isUnsupported = status == DAReturn::Error && cannotMount.match(text).hasMatch();
+    return makeDissenter(isUnsupported ? DAReturn::Unsupported : status, statusString);
 }

@@ -27,8 +27,8 @@ public:
             return false; // an empty card slot, an unused loop device
         if (m_store.flag(m_path, UDisks::block, "HintIgnore"))
             return false; // the machine's owner says so
-        // Partitions that were added by hand stay behind when a loop disk is detached, until the next one takes
-        // their place.
+        // Partitions that were added by hand stay behind when a loop disk is detached, until the next one
+        // takes their place.
         if (m_store.number(m_whole, UDisks::block, "Size") == 0)
             return false;
         const QString node = deviceNode();

@@ -69,7 +69,7 @@ void UDisksRequests::unmount(const QString &path, Scope scope, Force force, Comp
         }
     }
     if (mounted.isEmpty()) {
-        answerLater(std::move(completion), scope == Scope::Disk ? DAReturn::Success : DAReturn::NotMounted);
+        answerLater(std::move(completion), DAReturn::Success);
         return;
     }
     unmountNext(mounted, force, 0, std::move(completion));

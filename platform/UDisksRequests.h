@@ -23,8 +23,8 @@ public:
 
     void mount(const QString &path, Completion completion);
 
-    // Unmounts the volume, or in order all volumes of its disk that are mounted, up to the first refusal. A
-    // volume that is not mounted dissents; a disk without mounted volumes does not.
+    // Unmounts the volume, or in order all volumes of its disk, up to the first refusal. What is not mounted
+    // is as it should be.
     void unmount(const QString &path, Scope scope, Force force, Completion completion);
 
     // The path of a whole disk.
@@ -35,8 +35,7 @@ public:
     void rename(const QString &path, const QString &name, Completion completion);
 
 private:
-    void answerLater(
-        Completion completion, DAReturn status, const std::optional<QString> &statusString = {});
+    void answerLater(Completion completion, DAReturn status, const std::optional<QString> &statusString = {});
     void readMountPoints(const QString &path, std::function<void()> done);
     bool isMounted(const QString &path) const;
     void unmountNext(QStringList paths, Force force, int tries, Completion completion);

@@ -19,7 +19,8 @@ constexpr int fileManagerTimeLimit = 20000; // milliseconds
 
 void answerLater(const Workspace::Completion &completion, bool success)
 {
-    QMetaObject::invokeMethod(qApp, [completion, success] { completion(success); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        qApp, [completion, success] { completion(success); }, Qt::QueuedConnection);
 }
 
 // xdg-open ends with 0 once it has handed the path to a program.
@@ -31,12 +32,13 @@ void openWithDesktop(const QString &path, const Workspace::Completion &completio
             process->deleteLater();
             completion(status == QProcess::NormalExit && exitCode == 0);
         });
-    QObject::connect(process, &QProcess::errorOccurred, process, [process, completion](QProcess::ProcessError error) {
-        if (error != QProcess::FailedToStart)
-            return;
-        process->deleteLater();
-        completion(false);
-    });
+    QObject::connect(
+        process, &QProcess::errorOccurred, process, [process, completion](QProcess::ProcessError error) {
+            if (error != QProcess::FailedToStart)
+                return;
+            process->deleteLater();
+            completion(false);
+        });
     process->setStandardInputFile(QProcess::nullDevice());
     process->setStandardOutputFile(QProcess::nullDevice());
     process->setStandardErrorFile(QProcess::nullDevice());
@@ -52,9 +54,10 @@ void DesktopWorkspace::openInFileManager(const QString &path, Completion complet
         openWithDesktop(path, completion);
         return;
     }
-    auto message = QDBusMessage::createMethodCall(fileManager, QStringLiteral("/org/freedesktop/FileManager1"),
-        fileManager, QStringLiteral("ShowFolders"));
-    message.setArguments({ QStringList { QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded) }, QString() });
+    auto message = QDBusMessage::createMethodCall(fileManager,
+        QStringLiteral("/org/freedesktop/FileManager1"), fileManager, QStringLiteral("ShowFolders"));
+    message.setArguments(
+        { QStringList { QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded) }, QString() });
     auto *watcher = new QDBusPendingCallWatcher(bus.asyncCall(message, fileManagerTimeLimit), qApp);
     QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher, [watcher, path, completion] {
         watcher->deleteLater();

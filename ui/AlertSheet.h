@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// An alert as a sheet of a window: modal to that window alone, shown without waiting. It deletes itself when it
-// has ended, or when its window goes first. Main thread only.
+// An alert as a sheet of a window: modal to that window alone, shown without waiting. It deletes itself when
+// it has ended, or when its window goes first. Main thread only.
 #pragma once
 
 #include <QMessageBox>

@@ -5,8 +5,8 @@
 
 #include "platform/SystemRelease.h"
 #include "ui/ImageAndTextCell.h"
-#include "ui/OutlineView.h"
 #include "ui/outline_rules.h"
+#include "ui/OutlineView.h"
 #include "ui/panel_rules.h"
 
 namespace {
@@ -22,7 +22,8 @@ const ZorvexDiskManagerDiskListItem *childrenOf(
 
 } // namespace
 
-int ZorvexDiskManagerAppDelegate::outlineView_numberOfChildrenOfItem(OutlineView *view, const OutlineItem &item)
+int ZorvexDiskManagerAppDelegate::outlineView_numberOfChildrenOfItem(
+    OutlineView *view, const OutlineItem &item)
 {
     Q_UNUSED(view)
     const ZorvexDiskManagerDiskListItem *const first = childrenOf(item, disk_list);

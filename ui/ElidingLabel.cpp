@@ -31,8 +31,8 @@ void ElidingLabel::paintEvent(QPaintEvent *event)
     QPainter painter(this);
     const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, contentsRect().width());
     style()->drawItemText(&painter, contentsRect(),
-        static_cast<int>(QStyle::visualAlignment(layoutDirection(), alignment())), palette(), isEnabled(), shown,
-        foregroundRole());
+        static_cast<int>(QStyle::visualAlignment(layoutDirection(), alignment())), palette(), isEnabled(),
+        shown, foregroundRole());
 }
 
 bool ElidingLabel::event(QEvent *event)

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// A label whose text never claims room: what does not fit is cut with an ellipsis and shown whole as a tool tip,
-// unless the label has been given a tool tip of its own. Main thread only.
+// A label whose text never claims room: what does not fit is cut with an ellipsis and shown whole as a tool
+// tip, unless the label has been given a tool tip of its own. Main thread only.
 #pragma once
 
 #include <QLabel>

@@ -14,11 +14,13 @@ FlippedOutlineView::FlippedOutlineView(QWidget *parent)
 QRect FlippedOutlineView::frameOfOutlineCellAtRow(int row) const
 {
     const QRect base = OutlineView::frameOfOutlineCellAtRow(row);
-    return base.isEmpty() ? base
-                          : OutlineRules::flippedTriangleFrame(base, viewport()->width(), systemMajorVersion());
+    return base.isEmpty()
+        ? base
+        : OutlineRules::flippedTriangleFrame(base, viewport()->width(), systemMajorVersion());
 }
 
 QRect FlippedOutlineView::frameOfCellAtColumn(int column, int row) const
 {
-    return OutlineRules::flippedCellFrame(OutlineView::frameOfCellAtColumn(column, row), systemMajorVersion());
+    return OutlineRules::flippedCellFrame(
+        OutlineView::frameOfCellAtColumn(column, row), systemMajorVersion());
 }

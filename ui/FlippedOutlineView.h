@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The outline view of a right-to-left layout: the disclosure triangles stand at the right edge, the cells start
-// at the left one. On systems before generation 9 the frames are the plain outline view's.
+// The outline view of a right-to-left layout: the disclosure triangles stand at the right edge, the cells
+// start at the left one. On systems before generation 9 the frames are the plain outline view's.
 #pragma once
 
 #include "ui/OutlineView.h"

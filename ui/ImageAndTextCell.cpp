@@ -86,8 +86,7 @@ QRectF ImageAndTextCell::titleRectForBounds(const QRectF &bounds) const
     return CellRules::titleRect(base, bounds, measuredHeight(attributedStringValue(), base));
 }
 
-void ImageAndTextCell::drawImage(
-    const QRectF &imageStrip, const QRectF &imageFrame, QPainter &painter) const
+void ImageAndTextCell::drawImage(const QRectF &imageStrip, const QRectF &imageFrame, QPainter &painter) const
 {
     if (drawsBackground)
         painter.fillRect(imageStrip, backgroundColor);
@@ -134,8 +133,7 @@ QRectF ImageAndTextCellFlipped::imageFrameForCellFrame(const QRectF &frame) cons
                              : ImageAndTextCell::imageFrameForCellFrame(frame);
 }
 
-void ImageAndTextCellFlipped::drawWithFrame(
-    const QRectF &frame, const QWidget *view, QPainter &painter) const
+void ImageAndTextCellFlipped::drawWithFrame(const QRectF &frame, const QWidget *view, QPainter &painter) const
 {
     if (!isCurrentSystem()) {
         ImageAndTextCell::drawWithFrame(frame, view, painter);

@@ -20,8 +20,8 @@ public:
     // Where the image is reported to stand; the zero rectangle without one.
     virtual QRectF imageFrameForCellFrame(const QRectF &frame) const;
 
-    // A picture of the requested size drawn from the image, smoothly scaled; an image that holds nothing comes
-    // back as it is.
+    // A picture of the requested size drawn from the image, smoothly scaled; an image that holds nothing
+    // comes back as it is.
     static QPixmap imageResize(const QPixmap &image, const QSize &newSize);
 
     // Draws the frame as a text field cell would, without this class's image.
@@ -47,8 +47,8 @@ private:
     std::optional<QPixmap> m_image;
 };
 
-// The same mirrored: the image at the right end, the text to its left. On systems before generation 9 it is drawn
-// as the plain cell is.
+// The same mirrored: the image at the right end, the text to its left. On systems before generation 9 it is
+// drawn as the plain cell is.
 class ImageAndTextCellFlipped : public ImageAndTextCell
 {
 public:

@@ -4,12 +4,12 @@
 #include "app/ZorvexDiskManagerAppDelegate.h"
 
 #include "platform/Localization.h"
+#include "ui/font_rules.h"
 #include "ui/ImageButton.h"
 #include "ui/LinkTextView.h"
 #include "ui/OperationBar.h"
 #include "ui/OutlineView.h"
 #include "ui/OutputView.h"
-#include "ui/font_rules.h"
 #include "ui/panel_rules.h"
 
 #include <QComboBox>
@@ -19,7 +19,8 @@
 #include <QPushButton>
 #include <QTabWidget>
 
-struct ZorvexDiskManagerAppDelegate::PanelTexts {
+struct ZorvexDiskManagerAppDelegate::PanelTexts
+{
     QString name;
     QString space;
     QString spaceToolTip;
@@ -55,7 +56,8 @@ FontRules::FontSource systemFonts()
             return font;
         },
         [](const QString &name, int pointSize) -> std::optional<QFont> {
-            return QFontDatabase::hasFamily(name) ? std::optional<QFont>(QFont(name, pointSize)) : std::nullopt;
+            return QFontDatabase::hasFamily(name) ? std::optional<QFont>(QFont(name, pointSize))
+                                                  : std::nullopt;
         },
     };
 }
@@ -79,7 +81,9 @@ QString operationText(const ZorvexDiskManagerDisk &disk)
 
 } // namespace
 
-void ZorvexDiskManagerAppDelegate::outlineViewSelectionIsChanging() { }
+void ZorvexDiskManagerAppDelegate::outlineViewSelectionIsChanging()
+{
+}
 
 QString ZorvexDiskManagerAppDelegate::filesystemTextOf(const ZorvexDiskManagerDisk &disk) const
 {

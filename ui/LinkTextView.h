@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// A read-only line of text that can be styled as a link. It does not know what it links to: it reports where it is
-// clicked as a change of its selection. Main thread only.
+// A read-only line of text that can be styled as a link. It does not know what it links to: it reports where
+// it is clicked as a change of its selection. Main thread only.
 #pragma once
 
 #include <QTextEdit>
@@ -11,7 +11,8 @@ class LinkTextView : public QTextEdit
     Q_OBJECT
 
 public:
-    struct Selection {
+    struct Selection
+    {
         qsizetype location = 0;
         qsizetype length = 0;
     };

@@ -18,7 +18,8 @@ class OperationBar : public QWidget
 public:
     explicit OperationBar(QWidget *parent = nullptr);
 
-    // Shows the text, with a percentage of 0 to 100 or as an activity without one. An empty text hides the bar.
+    // Shows the text, with a percentage of 0 to 100 or as an activity without one. An empty text hides the
+    // bar.
     void setOperation(const QString &text, std::optional<int> percentage);
 
 private:

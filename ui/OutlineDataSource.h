@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// What an outline view asks of its data source and delegate. Items are disk records; the null item is the root.
+// What an outline view asks of its data source and delegate. Items are disk records; the null item is the
+// root.
 #pragma once
 
 #include <QDropEvent>
@@ -45,7 +46,8 @@ public:
     virtual bool outlineView_writeItems_toPasteboard(
         OutlineView *view, const std::vector<OutlineItem> &items, QMimeData *pasteboard)
         = 0;
-    virtual void outlineView_sortDescriptorsDidChange(OutlineView *view, const QStringList &oldDescriptors) = 0;
+    virtual void outlineView_sortDescriptorsDidChange(OutlineView *view, const QStringList &oldDescriptors)
+        = 0;
 };
 
 class OutlineDelegate
@@ -55,7 +57,8 @@ public:
     virtual void outlineView_willDisplayCell_forTableColumn_item(
         OutlineView *view, TextFieldCell *cell, int column, const OutlineItem &item)
         = 0;
-    virtual bool outlineView_shouldEditTableColumn_item(OutlineView *view, int column, const OutlineItem &item)
+    virtual bool outlineView_shouldEditTableColumn_item(
+        OutlineView *view, int column, const OutlineItem &item)
         = 0;
     virtual void outlineView_didClickTableColumn(OutlineView *view, int column) = 0;
     virtual void outlineViewColumnDidResize() = 0;

@@ -5,7 +5,6 @@
 #include "ui/ImageAndTextCell.h"
 #include "ui/OutlineView.h"
 
-
 #include <algorithm>
 #include <unordered_set>
 

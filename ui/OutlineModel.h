@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// The rows of an outline view as an item model. It holds the tree as the data source last told it, and changes
-// row by row to what the source tells at a reload, so that a view keeps what it shows of the rows that stay.
-// Main thread only.
+// The rows of an outline view as an item model. It holds the tree as the data source last told it, and
+// changes row by row to what the source tells at a reload, so that a view keeps what it shows of the rows
+// that stay. Main thread only.
 #pragma once
 
 #include "ui/OutlineDataSource.h"
@@ -41,7 +41,8 @@ public:
     Qt::ItemFlags flags(const QModelIndex &index) const override;
 
 private:
-    struct Node {
+    struct Node
+    {
         OutlineItem item;
         Node *parent = nullptr;
         std::vector<std::unique_ptr<Node>> children;

@@ -28,14 +28,13 @@ public:
     {
     }
 
-    void paint(
-        QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override
+    void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override
     {
         const OutlineItem item = m_view->m_model->itemAt(index);
         ImageAndTextCell *const cell = m_view->preparedCell(item);
         cell->highlighted = option.state.testFlag(QStyle::State_Selected);
-        cell->drawWithFrame(m_view->frameOfCellAtColumn(index.column(), m_view->rowForItem(item)), m_view->viewport(),
-            *painter);
+        cell->drawWithFrame(m_view->frameOfCellAtColumn(index.column(), m_view->rowForItem(item)),
+            m_view->viewport(), *painter);
     }
 
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override
@@ -206,8 +205,8 @@ QRect OutlineView::frameOfOutlineCellAtRow(int row) const
 QRect OutlineView::frameOfCellAtColumn(int column, int row) const
 {
     const OutlineItem item = itemAtRow(row);
-    return item ? QTreeView::visualRect(m_model->index(m_model->indexOf(item).row(), column,
-               m_model->parent(m_model->indexOf(item))))
+    return item ? QTreeView::visualRect(
+               m_model->index(m_model->indexOf(item).row(), column, m_model->parent(m_model->indexOf(item))))
                 : QRect();
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The outline view of the platform on top of a tree view: items instead of indexes, a selected row that keeps its
-// number when the data is reloaded, expansion that stays with its item. Main thread only.
+// The outline view of the platform on top of a tree view: items instead of indexes, a selected row that keeps
+// its number when the data is reloaded, expansion that stays with its item. Main thread only.
 #pragma once
 
 #include "ui/OutlineDataSource.h"
@@ -37,11 +37,12 @@ public:
     // The number of the selected row, or -1.
     int selectedRow() const;
 
-    // Selects the row; one that does not exist selects nothing. Tells the delegate when the selection changes.
+    // Selects the row; one that does not exist selects nothing. Tells the delegate when the selection
+    // changes.
     void selectRow(int row);
 
-    // Asks the data source for everything anew. The number of the selected row stays while there is such a row;
-    // the delegate is not told.
+    // Asks the data source for everything anew. The number of the selected row stays while there is such a
+    // row; the delegate is not told.
     void reloadData();
 
     void expandItem(const OutlineItem &item, bool expandChildren);
@@ -56,7 +57,8 @@ public:
     QRect visualRect(const QModelIndex &index) const override;
 
 protected:
-    void drawRow(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+    void drawRow(
+        QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
     void mousePressEvent(QMouseEvent *event) override;
     void selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
     void resizeEvent(QResizeEvent *event) override;

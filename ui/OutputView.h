@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Shows a tool's output as it grows. Left to right in every language, as the tools write it. Main thread only.
+// Shows a tool's output as it grows. Left to right in every language, as the tools write it. Main thread
+// only.
 #pragma once
 
 #include <QPlainTextEdit>
@@ -12,8 +13,8 @@ class OutputView : public QPlainTextEdit
 public:
     explicit OutputView(QWidget *parent = nullptr);
 
-    // Shows this output, decoded as UTF-8. Only what differs from what is shown is laid out anew; the view follows
-    // the end unless the user has scrolled up.
+    // Shows this output, decoded as UTF-8. Only what differs from what is shown is laid out anew; the view
+    // follows the end unless the user has scrolled up.
     void setOutput(const QByteArray &output);
 
 private:

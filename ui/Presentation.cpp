@@ -5,9 +5,9 @@
 
 #include "platform/Localization.h"
 #include "platform/SystemLog.h"
-#include "ui/ImageButton.h"
 #include "ui/icon_rules.h"
 #include "ui/image_resources.h"
+#include "ui/ImageButton.h"
 #include "ui/size_rules.h"
 #include "ui/volume_rules.h"
 

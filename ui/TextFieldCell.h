@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// What a text field cell of the platform does: it draws one line of text in a frame. A cell is no widget; a view
-// draws many rows with one cell. Main thread only.
+// What a text field cell of the platform does: it draws one line of text in a frame. A cell is no widget; a
+// view draws many rows with one cell. Main thread only.
 #pragma once
 
 #include <QColor>
@@ -20,7 +20,8 @@ class TextFieldCell
 {
 public:
     // A text with the attributes that it is drawn with.
-    struct AttributedString {
+    struct AttributedString
+    {
         QString text;
         QFont font;
         QColor color;

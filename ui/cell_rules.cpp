@@ -32,8 +32,8 @@ QRectF imageFrame(const QRectF &frame, const QSizeF &imageSize)
 {
     if (imageSize.isEmpty())
         return {};
-    return { QPointF(frame.x() + imageMargin,
-                 frame.y() + std::ceil((frame.height() - imageSize.height()) / 2)),
+    return { QPointF(
+                 frame.x() + imageMargin, frame.y() + std::ceil((frame.height() - imageSize.height()) / 2)),
         imageSize };
 }
 
@@ -49,8 +49,7 @@ QRectF imageFrameFlipped(const QRectF &frame, const QSizeF &imageSize)
 QRectF drawnImageFrame(const Division &division, const QSizeF &imageSize)
 {
     // The image stands on the line that this centres it on, its lower edge at the line.
-    const qreal lowerEdge
-        = division.image.y() + std::ceil((division.text.height() + imageSize.height()) / 2);
+    const qreal lowerEdge = division.image.y() + std::ceil((division.text.height() + imageSize.height()) / 2);
     return { QPointF(division.image.x() + imageMargin, lowerEdge - imageSize.height()), imageSize };
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The geometry of a row's cell: an icon with a margin, and text. Lengths in device-independent pixels; y grows
-// downwards, as in every view here. Functions of values, any thread.
+// The geometry of a row's cell: an icon with a margin, and text. Lengths in device-independent pixels; y
+// grows downwards, as in every view here. Functions of values, any thread.
 #pragma once
 
 #include <QRectF>
@@ -10,7 +10,8 @@ namespace CellRules {
 
 inline constexpr qreal imageMargin = 3;
 
-struct Division {
+struct Division
+{
     QRectF image; // the strip that holds the image
     QRectF text;
 };
@@ -33,8 +34,8 @@ QRectF imageFrameFlipped(const QRectF &frame, const QSizeF &imageSize);
 // Where the image of a divided frame is drawn.
 QRectF drawnImageFrame(const Division &division, const QSizeF &imageSize);
 
-// The text's rectangle: the base rectangle, no higher than the text and then centred in the bounds, its leading
-// side 3 further in.
+// The text's rectangle: the base rectangle, no higher than the text and then centred in the bounds, its
+// leading side 3 further in.
 QRectF titleRect(const QRectF &base, const QRectF &bounds, qreal textHeight);
 
 } // namespace CellRules

@@ -11,7 +11,8 @@
 namespace FontRules {
 
 // Where fonts come from: the system's own fixed-pitch font at a size in points, and a font by name.
-struct FontSource {
+struct FontSource
+{
     std::function<std::optional<QFont>(int pointSize)> monospacedSystemFont;
     std::function<std::optional<QFont>(const QString &name, int pointSize)> namedFont;
 };

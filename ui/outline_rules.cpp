@@ -51,9 +51,8 @@ PaneWidths resizedPaneWidths(int oldWidth, int newWidth, int firstWidth, bool is
     const int firstMinimum = isRightToLeft ? minimumTabWidth : minimumTreeWidth;
     const int secondMinimum = isRightToLeft ? minimumTreeWidth : minimumTabWidth;
     // A split view that had no width yet gives no share to keep.
-    const int proposed = oldWidth > 0
-        ? static_cast<int>(static_cast<qint64>(newWidth) * firstWidth / oldWidth)
-        : firstWidth;
+    const int proposed
+        = oldWidth > 0 ? static_cast<int>(static_cast<qint64>(newWidth) * firstWidth / oldWidth) : firstWidth;
     const int first = std::min(newWidth - secondMinimum, std::max(firstMinimum, proposed));
     const int second = std::max(secondMinimum, newWidth - first) - dividerThickness;
     return { first, second };

@@ -10,7 +10,8 @@
 
 namespace OutlineRules {
 
-// From this generation of the system on a mirrored outline view moves its frames and is fitted to its container.
+// From this generation of the system on a mirrored outline view moves its frames and is fitted to its
+// container.
 inline constexpr unsigned long firstMirroringGeneration = 9;
 
 // A generation that is not known counts as an old one.
@@ -27,7 +28,8 @@ inline constexpr int dividerThickness = 8;
 int minimumDividerPosition(bool isRightToLeft);
 int maximumDividerPosition(int splitViewWidth, bool isRightToLeft);
 
-struct PaneWidths {
+struct PaneWidths
+{
     int first = 0;
     int second = 0;
 };

@@ -9,8 +9,8 @@ namespace OutputRules {
 
 namespace {
 
-// Where the line that starts here ends to be shown: behind its line feed, or where it gets too long. A character
-// of several bytes is not cut.
+// Where the line that starts here ends to be shown: behind its line feed, or where it gets too long. A
+// character of several bytes is not cut.
 qsizetype endOfShownLine(const QByteArray &output, qsizetype start)
 {
     const qsizetype limit = std::min(output.size(), start + longestShownLine);

@@ -16,7 +16,8 @@ bool isEjectable(const ZorvexDiskManagerDisk &disk);
 // The string key of the button's title.
 const char *buttonTitleKey(const ZorvexDiskManagerDisk &disk);
 
-// Whether the disk can be unmounted or ejected, by which its row is drawn enabled and the button's image chosen.
+// Whether the disk can be unmounted or ejected, by which its row is drawn enabled and the button's image
+// chosen.
 bool isUnmountable(const ZorvexDiskManagerDisk &disk);
 
 // The personality that names the disk's file system: the one of its subtype, else the first general one; null
@@ -28,7 +29,8 @@ const ZorvexDiskManagerFSBundle *namingBundle(
 bool hasMatchingBundle(const ZorvexDiskManagerDisk &disk, const std::optional<FilesystemBundleList> &list);
 
 // What the panel's controls allow. While an operation is in progress nothing is.
-struct Abilities {
+struct Abilities
+{
     bool mountUnmount = false;
     bool format = false;
     bool check = false;
@@ -38,7 +40,8 @@ Abilities abilitiesOf(const ZorvexDiskManagerDisk &disk, const std::optional<Fil
     const std::optional<FilesystemBundleList> &repairList);
 
 // Which tabs go and which come for a disk; the format tab comes second, the maintenance tab last.
-struct TabChanges {
+struct TabChanges
+{
     bool removeMaintenance = false;
     bool removeFormat = false;
     bool insertFormat = false;

@@ -7,7 +7,8 @@ namespace SizeRules {
 
 namespace {
 
-struct Unit {
+struct Unit
+{
     qint64 divisor;
     const char *key;
 };
@@ -39,7 +40,8 @@ ShortSize shortSize(qint64 bytes)
 {
     for (const Unit &unit : roundedUnits) {
         if (bytes >= unit.divisor)
-            return { roundedNumber(static_cast<quint64>(bytes), static_cast<quint64>(unit.divisor)), unit.key };
+            return { roundedNumber(static_cast<quint64>(bytes), static_cast<quint64>(unit.divisor)),
+                unit.key };
     }
     if (bytes >= 1000)
         return { QString::number(bytes / 1000), "KILOBYTES_SHORT_TEXT" };

@@ -8,7 +8,8 @@
 namespace SizeRules {
 
 // A size as a number and the key of its unit's abbreviation.
-struct ShortSize {
+struct ShortSize
+{
     QString number; // with "." as decimal point in every language
     const char *unitKey = nullptr;
 };
@@ -16,7 +17,8 @@ struct ShortSize {
 // Decimal units; up to two decimals, rounded, from a million bytes on, truncated below.
 ShortSize shortSize(qint64 bytes);
 
-// The number in groups of three digits, counted from the end. The sign of a negative number counts as a digit.
+// The number in groups of three digits, counted from the end. The sign of a negative number counts as a
+// digit.
 QString groupedNumber(qint64 number);
 
 } // namespace SizeRules

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Finding a volume among the mounted file systems, and a path that leads to it. Asks the mount table it is given;
-// takes as long as that takes.
+// Finding a volume among the mounted file systems, and a path that leads to it. Asks the mount table it is
+// given; takes as long as that takes.
 #pragma once
 
 #include "platform/MountTable.h"
@@ -13,8 +13,8 @@ namespace VolumeRules {
 // The mounted file system of the medium; null when there is none in the list.
 const MountedFileSystem *findVolume(const std::vector<MountedFileSystem> &mounted, const QString &bsdName);
 
-// A path through which the volume can be asked: its mount point, or where that leads to another file system by
-// now, a neighbour whose name begins like it and that leads to this one.
+// A path through which the volume can be asked: its mount point, or where that leads to another file system
+// by now, a neighbour whose name begins like it and that leads to this one.
 QByteArray pathToVolume(const MountTable &table, const MountedFileSystem &volume);
 
 } // namespace VolumeRules

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The controller with its real window on a platform that a test holds in its hands: media in memory, a mount table
-// made of values, a desktop that remembers what it was asked, and a shell that runs what the test says.
+// The controller with its real window on a platform that a test holds in its hands: media in memory, a mount
+// table made of values, a desktop that remembers what it was asked, and a shell that runs what the test says.
 #pragma once
 
 #include "app/ZorvexDiskManagerAppDelegate.h"
