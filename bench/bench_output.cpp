@@ -1,0 +1,129 @@
+// SPDX-License-Identifier: MIT
+//
+// The live output of a check: a tool that prints as fast as it can, through the real shell, the real hand-over and
+// into the real window. Prints lines a second, for the first and the last thousand as well, and the longest time
+// that the window was deaf; then the same for one long line without a terminator.
+#include "tests/support/TestController.h"
+
+#include "ui/OutputView.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTimer>
+
+#include <algorithm>
+#include <cstdio>
+#include <vector>
+
+namespace {
+
+constexpr int lineCount = 20000;
+constexpr int lineLength = 60; // bytes, with the line feed
+constexpr int longLineLength = 2'000'000; // bytes
+constexpr int bundleCount = 12;
+
+// Notes when each thousandth line was read.
+class TimingPipe : public PosixShellPipe
+{
+public:
+    TimingPipe(QString command, QElapsedTimer &clock, std::vector<qint64> &times)
+        : m_command(std::move(command))
+        , m_clock(clock)
+        , m_times(times)
+    {
+    }
+
+    bool open(const QByteArray &) override { return PosixShellPipe::open(m_command.toUtf8()); }
+
+    ssize_t readByte(char *byte) override
+    {
+        const ssize_t result = PosixShellPipe::readByte(byte);
+        if (result == 1 && *byte == '\n' && ++m_lines % 1000 == 0)
+            m_times.push_back(m_clock.nsecsElapsed());
+        return result;
+    }
+
+private:
+    QString m_command;
+    QElapsedTimer &m_clock;
+    std::vector<qint64> &m_times;
+    int m_lines = 0;
+};
+
+void installBundles(const TestController &test)
+{
+    for (int i = 0; i < bundleCount; ++i) {
+        const QString name = i == 0 ? QStringLiteral("bench") : QStringLiteral("bench%1").arg(i);
+        writeBundle(test.systemDirectory(), name,
+            "<key>CFBundleIdentifier</key><string>org.example.bench</string><key>FSPersonalities</key><dict>"
+            "<key>Bench</key><dict><key>FSName</key><string>Bench</string>"
+            "<key>FSFormatExecutable</key><string>format</string>"
+            "<key>FSVerificationExecutable</key><string>verify</string></dict></dict>");
+    }
+}
+
+struct Run {
+    double seconds = 0;
+    double longestDeafness = 0; // milliseconds
+    std::vector<qint64> times; // of each thousandth line, nanoseconds
+    qsizetype shownBytes = 0;
+};
+
+Run measure(const QString &command)
+{
+    Run run;
+    TestController test;
+    installBundles(test);
+    QElapsedTimer clock;
+    test.platform().createShellPipe
+        = [&] { return std::make_unique<TimingPipe>(command, clock, run.times); };
+    test.launch();
+    const MemoryDiskRef volume = makePartition(QStringLiteral("disk2s1"), 1024, QStringLiteral("Bench"));
+    volume->description->insert(DAKey::volumeKind, QStringLiteral("bench"));
+    const OutlineItem disk = test.add(volume);
+    test.select(QStringLiteral("disk2s1"));
+    test.controller().rightTabView->setCurrentWidget(test.controller().maintenanceTab);
+
+    QElapsedTimer sinceEvent;
+    QTimer heartbeat;
+    QObject::connect(&heartbeat, &QTimer::timeout, [&] {
+        run.longestDeafness = std::max(run.longestDeafness, static_cast<double>(sinceEvent.nsecsElapsed()) / 1e6);
+        sinceEvent.restart();
+        if (!disk->operationInProgress)
+            QCoreApplication::exit();
+    });
+    clock.start();
+    sinceEvent.start();
+    test.controller().checkButton->click();
+    heartbeat.start(0);
+    QCoreApplication::exec();
+    run.seconds = static_cast<double>(clock.nsecsElapsed()) / 1e9;
+    run.shownBytes = test.controller().checkRepairOutputView->toPlainText().size();
+    return run;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QApplication application(argc, argv);
+    const QString text(lineLength - 1, u'x');
+    const Run lines = measure(QStringLiteral("yes %1 | head -n %2").arg(text).arg(lineCount));
+    const auto thousand = [&lines](std::size_t i) {
+        const qint64 start = i == 0 ? 0 : lines.times[i - 1];
+        return 1000e9 / static_cast<double>(lines.times[i] - start);
+    };
+    std::printf("%d lines of %d bytes: %.0f lines a second\n", lineCount, lineLength, lineCount / lines.seconds);
+    std::printf("first thousand: %.0f lines a second, last thousand: %.0f\n", thousand(1),
+        thousand(lines.times.size() - 1));
+    std::printf("longest time without an event: %.1f ms; %lld characters shown\n", lines.longestDeafness,
+        static_cast<long long>(lines.shownBytes));
+
+    const Run line = measure(QStringLiteral("head -c %1 /dev/zero | tr '\\\\0' .").arg(longLineLength));
+    std::printf("one line of %d bytes: %.2f s, longest time without an event: %.1f ms; %lld characters shown\n",
+        longLineLength, line.seconds, line.longestDeafness, static_cast<long long>(line.shownBytes));
+    return 0;
+}
