@@ -83,9 +83,14 @@ void AlertSheet::showTexts()
         label->setTextFormat(Qt::PlainText);
 }
 
+QPushButton *AlertSheet::buttonForReturn(int returnCode) const
+{
+    return m_buttons.at(static_cast<std::size_t>(returnCode - firstButtonReturn));
+}
+
 void AlertSheet::setDefaultReturn(int returnCode)
 {
-    setDefaultButton(m_buttons.at(static_cast<std::size_t>(returnCode - firstButtonReturn)));
+    setDefaultButton(buttonForReturn(returnCode));
 }
 
 void AlertSheet::beginSheetModalForWindow(QWidget *window, std::function<void(int returnCode)> didEnd)

@@ -31,6 +31,9 @@ public:
     // Further lines below the informative text.
     void setAccessoryText(const QString &text);
 
+    // The button with this return code.
+    QPushButton *buttonForReturn(int returnCode) const;
+
     // The button that Return presses; the first one unless it is set.
     void setDefaultReturn(int returnCode);
 

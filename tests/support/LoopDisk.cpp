@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: MIT
+#include "tests/support/LoopDisk.h"
+
+#include "platform/MountTable.h"
+#include "tests/support/RealWindow.h"
+
+#include <QCryptographicHash>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+
+namespace {
+
+constexpr int mebibyte = 1024 * 1024;
+
+void run(const QString &program, const QStringList &arguments, const QByteArray &input = {})
+{
+    QProcess process;
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.start(program, arguments);
+    process.write(input);
+    process.closeWriteChannel();
+    process.waitForFinished(-1);
+    if (process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0)
+        qFatal("%s %s: %s", qPrintable(program), qPrintable(arguments.join(u' ')), process.readAll().constData());
+}
+
+void format(const QString &node, const QString &fileSystem, const QString &label)
+{
+    if (fileSystem == QLatin1String("ext4"))
+        run(QStringLiteral("mkfs.ext4"), { QStringLiteral("-q"), QStringLiteral("-F"), QStringLiteral("-L"), label, node });
+    else if (fileSystem == QLatin1String("ntfs"))
+        run(QStringLiteral("mkntfs"), { QStringLiteral("-Q"), QStringLiteral("-F"), QStringLiteral("-L"), label, node });
+    else if (fileSystem == QLatin1String("exfat"))
+        run(QStringLiteral("mkfs.exfat"), { QStringLiteral("-L"), label, node });
+    else if (fileSystem == QLatin1String("vfat"))
+        run(QStringLiteral("mkfs.vfat"), { QStringLiteral("-n"), label, node });
+}
+
+} // namespace
+
+LoopDisk::LoopDisk(const QList<Partition> &partitions)
+    : m_image(m_folder.filePath(QStringLiteral("disk.img")))
+    , m_partitionCount(static_cast<int>(partitions.size()))
+{
+    QByteArray table = "label: gpt\n";
+    qint64 size = 4;
+    for (const Partition &partition : partitions) {
+        table += "size=" + QByteArray::number(partition.sizeMiB) + "MiB, type=" + partition.typeGuid.toLatin1()
+            + ", name=\"" + partition.label.toUtf8() + "\"\n";
+        size += partition.sizeMiB;
+    }
+    QFile image(m_image);
+    if (!image.open(QIODevice::ReadWrite) || !image.resize(size * mebibyte))
+        qFatal("cannot make a disk image");
+    image.close();
+    run(QStringLiteral("sfdisk"), { QStringLiteral("--quiet"), m_image }, table);
+
+    QByteArray output;
+    // Without a partition scan: where the kernel cannot read the table, the next writer would take away the
+    // partitions that are added here.
+    runProgram(QStringLiteral("losetup"), { QStringLiteral("--find"), QStringLiteral("--show"), m_image }, &output);
+    m_node = QString::fromUtf8(output).trimmed();
+    requireOurs();
+    run(QStringLiteral("partx"), { QStringLiteral("--add"), m_node });
+    for (int i = 0; i < partitions.size(); ++i) {
+        requireOurs();
+        format(node(i + 1), partitions.at(i).fileSystem, partitions.at(i).label);
+    }
+    run(QStringLiteral("udevadm"), { QStringLiteral("settle") });
+}
+
+LoopDisk::~LoopDisk()
+{
+    if (isAttached())
+        detach();
+}
+
+bool LoopDisk::isAttached() const
+{
+    QFile file(QStringLiteral("/sys/block/%1/loop/backing_file").arg(QFileInfo(m_node).fileName()));
+    return file.open(QIODevice::ReadOnly) && QFile::decodeName(file.readAll().trimmed()) == m_image;
+}
+
+void LoopDisk::requireOurs() const
+{
+    if (!isAttached())
+        qFatal("%s is not the test's own disk", qPrintable(m_node));
+}
+
+void LoopDisk::detach()
+{
+    requireOurs();
+    for (int i = 1; i <= m_partitionCount; ++i) {
+        for (const QString &point : mountPointsOf(node(i)))
+            run(QStringLiteral("umount"), { QStringLiteral("--lazy"), point });
+    }
+    // Partitions that were added by hand would outlive the disk.
+    run(QStringLiteral("partx"), { QStringLiteral("--delete"), m_node });
+    run(QStringLiteral("losetup"), { QStringLiteral("--detach"), m_node });
+}
+
+void LoopDisk::overwrite(int partition, qint64 offset, const QByteArray &bytes)
+{
+    requireOurs();
+    QFile device(node(partition));
+    if (!device.open(QIODevice::ReadWrite | QIODevice::Unbuffered) || !device.seek(offset)
+        || device.write(bytes) != bytes.size())
+        qFatal("cannot write to %s", qPrintable(node(partition)));
+    device.close();
+    run(QStringLiteral("blockdev"), { QStringLiteral("--flushbufs"), node(partition) });
+}
+
+QByteArray LoopDisk::imageHash() const
+{
+    runProgram(QStringLiteral("sync"), {});
+    QFile image(m_image);
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    if (!image.open(QIODevice::ReadOnly) || !hash.addData(&image))
+        qFatal("cannot read the disk image");
+    return hash.result();
+}

@@ -1,0 +1,120 @@
+// SPDX-License-Identifier: MIT
+#include "tests/support/RealWindow.h"
+
+#include "app/MainWindow.h"
+#include "platform/FileSystemClaims.h"
+#include "platform/Localization.h"
+#include "platform/UDisksSession.h"
+#include "ui/AlertSheet.h"
+#include "ui/OutlineView.h"
+
+#include <QFile>
+#include <QProcess>
+#include <QPushButton>
+
+RealWindow::RealWindow()
+{
+    loadLocalization(QStringLiteral("en"));
+    ApplicationPlatform platform;
+    platform.createSession = [] { return createUDisksSession(FileSystemClaims(filesystemDirectories())); };
+    platform.mountTable = std::make_shared<KernelMountTable>();
+    platform.workspace = std::make_shared<DesktopWorkspace>();
+    platform.createShellPipe = [] { return std::make_unique<PosixShellPipe>(); };
+    platform.preferredLocalizations = QStringList { QStringLiteral("en") };
+    platform.localeIdentifier = QStringLiteral("en_US");
+    platform.filesystemDirectories = filesystemDirectories();
+    m_controller = std::make_unique<ZorvexDiskManagerAppDelegate>(std::move(platform));
+    m_window = loadMainWindow(*m_controller);
+    m_window->show();
+    m_controller->applicationDidFinishLaunching();
+}
+
+RealWindow::~RealWindow()
+{
+    m_controller->applicationWillTerminate();
+}
+
+OutlineItem RealWindow::recordOf(const QString &deviceNode) const
+{
+    const OutlineView *view = m_controller->leftOutlineView;
+    for (int row = 0; row < view->numberOfRows(); ++row) {
+        const OutlineItem item = view->itemAtRow(row);
+        if (item->daDisk->deviceNode() == deviceNode)
+            return item;
+    }
+    return nullptr;
+}
+
+QStringList RealWindow::rowNames() const
+{
+    QStringList names;
+    const OutlineView *view = m_controller->leftOutlineView;
+    for (int row = 0; row < view->numberOfRows(); ++row)
+        names.append(view->itemAtRow(row)->description());
+    return names;
+}
+
+QStringList RealWindow::nodesOfDisk(const QString &wholeNode) const
+{
+    QStringList nodes;
+    const OutlineView *view = m_controller->leftOutlineView;
+    for (int row = 0; row < view->numberOfRows(); ++row) {
+        const QString node = view->itemAtRow(row)->daDisk->deviceNode();
+        if (node == wholeNode || node.startsWith(wholeNode + u'p'))
+            nodes.append(node);
+    }
+    return nodes;
+}
+
+void RealWindow::select(const OutlineItem &disk)
+{
+    m_controller->leftOutlineView->selectRow(m_controller->leftOutlineView->rowForItem(disk));
+}
+
+QList<AlertSheet *> RealWindow::sheets() const
+{
+    QList<AlertSheet *> open;
+    for (AlertSheet *sheet : m_window->findChildren<AlertSheet *>()) {
+        if (sheet->isVisible())
+            open.append(sheet);
+    }
+    return open;
+}
+
+void RealWindow::endSheet(int returnCode)
+{
+    const QList<AlertSheet *> open = sheets();
+    if (open.isEmpty())
+        qFatal("there is no sheet to end");
+    open.constFirst()->buttonForReturn(returnCode)->click();
+}
+
+QStringList mountPointsOf(const QString &deviceNode)
+{
+    QStringList points;
+    for (const KernelMount &mount : readKernelMounts()) {
+        if (QFile::decodeName(mount.source) == deviceNode)
+            points.append(QFile::decodeName(mount.mountPoint));
+    }
+    return points;
+}
+
+QString probed(const QString &deviceNode, const QString &tag)
+{
+    QByteArray output;
+    runProgram(QStringLiteral("blkid"),
+        { QStringLiteral("-p"), QStringLiteral("-o"), QStringLiteral("value"), QStringLiteral("-s"), tag, deviceNode },
+        &output);
+    return QString::fromUtf8(output).trimmed();
+}
+
+int runProgram(const QString &program, const QStringList &arguments, QByteArray *output)
+{
+    QProcess process;
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.start(program, arguments);
+    process.waitForFinished(-1);
+    if (output)
+        *output = process.readAll();
+    return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+}

@@ -1,0 +1,222 @@
+// SPDX-License-Identifier: MIT
+//
+// The window on the machine's own disk service and a real loop disk: what is listed, mounted, unmounted, ejected.
+#include "tests/support/LoopDisk.h"
+#include "tests/support/RealWindow.h"
+
+#include "ui/AlertSheet.h"
+#include "ui/ImageButton.h"
+#include "ui/LinkTextView.h"
+#include "ui/ImageAndTextCell.h"
+#include "ui/OutlineView.h"
+
+#include <QLabel>
+#include <QProcess>
+#include <QTabWidget>
+#include <QTest>
+
+namespace {
+
+constexpr int limit = 20000; // milliseconds; what a machine under load still needs
+
+const QList<LoopDisk::Partition> practiceDisk {
+    { 40, QString::fromLatin1(LoopDisk::efiType), QStringLiteral("vfat"), QStringLiteral("EFI") },
+    { 40, QString::fromLatin1(LoopDisk::dataType), QStringLiteral("ntfs"), QStringLiteral("DATA") },
+    { 40, QString::fromLatin1(LoopDisk::linuxType), QStringLiteral("ext4"), QStringLiteral("Backup") },
+};
+
+bool isDrawnEnabled(RealWindow &window, const OutlineItem &disk)
+{
+    OutlineView *view = window.controller().leftOutlineView;
+    return view->preparedCell(disk)->enabled;
+}
+
+} // namespace
+
+class TestWindowDisks : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void listsTheDiskWithoutItsEfiPartition();
+    void fillsTheInfoTab();
+    void mountsAndUnmounts();
+    void busyVolumeOpensTheForceDialog();
+    void ejectTakesTheDiskOffTheMachine();
+    void followsDisksThatComeAndGo();
+    void serviceThatRestartsGivesTheSameTree();
+    void mountThatIsRefusedIsReported();
+};
+
+void TestWindowDisks::listsTheDiskWithoutItsEfiPartition()
+{
+    const LoopDisk disk(practiceDisk);
+    RealWindow window;
+    QTRY_COMPARE_WITH_TIMEOUT(
+        window.nodesOfDisk(disk.node()), (QStringList { disk.node(), disk.node(2), disk.node(3) }), limit);
+    const OutlineItem data = window.recordOf(disk.node(2));
+    QTRY_COMPARE_WITH_TIMEOUT(data->volumeName.value_or(QString()), QStringLiteral("DATA"), limit);
+    QCOMPARE(data->mediaSize->longLongValue(), 40LL * 1024 * 1024);
+    QVERIFY(!data->whole);
+    QVERIFY(!data->internal);
+    const OutlineItem whole = window.recordOf(disk.node());
+    QVERIFY(whole->whole && !whole->leaf && whole->ejectable && whole->removable);
+    QCOMPARE(*whole->content, QStringLiteral("GUID_partition_scheme"));
+    QVERIFY(data->bsdName->startsWith(*whole->bsdName + u's'));
+    QVERIFY(isDrawnEnabled(window, whole));
+    QVERIFY(!isDrawnEnabled(window, data));
+}
+
+void TestWindowDisks::fillsTheInfoTab()
+{
+    const LoopDisk disk(practiceDisk);
+    RealWindow window;
+    QTRY_VERIFY_WITH_TIMEOUT(window.recordOf(disk.node(3)), limit);
+    const OutlineItem volume = window.recordOf(disk.node(3));
+    QTRY_VERIFY_WITH_TIMEOUT(volume->volumeKind, limit);
+    window.select(volume);
+    const ZorvexDiskManagerAppDelegate &controller = window.controller();
+    QCOMPARE(controller.infoNameLabel->text(), QStringLiteral("Backup"));
+    QCOMPARE(controller.infoDiskSpaceLabel->text(), QStringLiteral("41.94 MB"));
+    QCOMPARE(controller.bsdNameLabel->text(), *volume->bsdName);
+    QCOMPARE(controller.bsdNameLabel->toolTip(), disk.node(3));
+    QCOMPARE(controller.contentHintLabel->text(), QString::fromLatin1(LoopDisk::linuxType));
+    QCOMPARE(controller.preferredBlockSizeLabel->text(), QStringLiteral("512 bytes"));
+    QVERIFY(!controller.infoBigImageField->pixmap().isNull());
+    QVERIFY(controller.rightTabView->indexOf(controller.formatTab) >= 0);
+    QVERIFY(controller.mountUnmountButton->isEnabled());
+    window.select(window.recordOf(disk.node()));
+    QCOMPARE(controller.rightTabView->count(), 1);
+    QVERIFY(controller.mountUnmountButton->isEnabled());
+}
+
+void TestWindowDisks::mountsAndUnmounts()
+{
+    const LoopDisk disk(practiceDisk);
+    RealWindow window;
+    QTRY_VERIFY_WITH_TIMEOUT(window.recordOf(disk.node(3)) && window.recordOf(disk.node(3))->mountable, limit);
+    const OutlineItem volume = window.recordOf(disk.node(3));
+    window.select(volume);
+    const ZorvexDiskManagerAppDelegate &controller = window.controller();
+
+    controller.mountUnmountButton->click();
+    QVERIFY(volume->operationInProgress);
+    QVERIFY(!controller.mountUnmountButton->isEnabled());
+    QTRY_VERIFY_WITH_TIMEOUT(!volume->operationInProgress, limit);
+    QCOMPARE(mountPointsOf(disk.node(3)).size(), 1);
+    QCOMPARE(volume->volumePath->toLocalFile(), mountPointsOf(disk.node(3)).constFirst());
+    QVERIFY(isDrawnEnabled(window, volume));
+    QVERIFY(controller.infoMountedPathView->toPlainText().contains(volume->volumePath->toLocalFile()));
+    QVERIFY(controller.infoDiskSpaceLabel->text().contains(QStringLiteral(" free of 41.94 MB")));
+
+    controller.mountUnmountButton->click();
+    QTRY_VERIFY_WITH_TIMEOUT(!volume->operationInProgress, limit);
+    QCOMPARE(mountPointsOf(disk.node(3)), QStringList());
+    QVERIFY(!volume->volumePath);
+    QVERIFY(!isDrawnEnabled(window, volume));
+    QVERIFY(window.sheets().isEmpty());
+}
+
+void TestWindowDisks::busyVolumeOpensTheForceDialog()
+{
+    const LoopDisk disk(practiceDisk);
+    RealWindow window;
+    QTRY_VERIFY_WITH_TIMEOUT(window.recordOf(disk.node(3)) && window.recordOf(disk.node(3))->mountable, limit);
+    const OutlineItem volume = window.recordOf(disk.node(3));
+    window.select(volume);
+    window.controller().mountUnmountButton->click();
+    QTRY_VERIFY_WITH_TIMEOUT(!volume->operationInProgress && volume->volumePath, limit);
+
+    QProcess holder;
+    holder.setWorkingDirectory(volume->volumePath->toLocalFile());
+    holder.start(QStringLiteral("cat"), QStringList());
+    QVERIFY(holder.waitForStarted());
+
+    window.controller().mountUnmountButton->click();
+    QTRY_COMPARE_WITH_TIMEOUT(window.sheets().size(), 1, limit);
+    QVERIFY(window.sheets().constFirst()->informativeText().contains(*volume->bsdName));
+    window.endSheet(AlertSheet::firstButtonReturn + 1);
+    QVERIFY(!volume->operationInProgress);
+    QCOMPARE(mountPointsOf(disk.node(3)).size(), 1);
+
+    QTRY_VERIFY(window.sheets().isEmpty());
+    window.controller().mountUnmountButton->click();
+    QTRY_COMPARE_WITH_TIMEOUT(window.sheets().size(), 1, limit);
+    window.endSheet(AlertSheet::firstButtonReturn);
+    QTRY_VERIFY_WITH_TIMEOUT(!volume->operationInProgress, limit);
+    QCOMPARE(mountPointsOf(disk.node(3)), QStringList());
+    QTRY_VERIFY(window.sheets().isEmpty());
+    holder.kill();
+    holder.waitForFinished();
+}
+
+void TestWindowDisks::ejectTakesTheDiskOffTheMachine()
+{
+    const LoopDisk disk(practiceDisk);
+    RealWindow window;
+    QTRY_VERIFY_WITH_TIMEOUT(window.recordOf(disk.node(3)) && window.recordOf(disk.node(3))->mountable, limit);
+    const OutlineItem volume = window.recordOf(disk.node(3));
+    window.select(volume);
+    window.controller().mountUnmountButton->click();
+    QTRY_VERIFY_WITH_TIMEOUT(!volume->operationInProgress && volume->volumePath, limit);
+
+    window.select(window.recordOf(disk.node()));
+    window.controller().mountUnmountButton->click();
+    QTRY_VERIFY_WITH_TIMEOUT(window.nodesOfDisk(disk.node()).isEmpty(), limit);
+    QVERIFY(!disk.isAttached());
+    QVERIFY(window.sheets().isEmpty());
+}
+
+void TestWindowDisks::followsDisksThatComeAndGo()
+{
+    const LoopDisk first(practiceDisk);
+    RealWindow window;
+    QTRY_COMPARE_WITH_TIMEOUT(window.nodesOfDisk(first.node()).size(), 3, limit);
+    const OutlineItem selected = window.recordOf(first.node(3));
+    window.select(selected);
+    {
+        LoopDisk second(practiceDisk);
+        QTRY_COMPARE_WITH_TIMEOUT(window.nodesOfDisk(second.node()).size(), 3, limit);
+        const OutlineView *view = window.controller().leftOutlineView;
+        QCOMPARE(view->itemAtRow(view->selectedRow()), selected);
+        second.detach();
+        QTRY_VERIFY_WITH_TIMEOUT(window.nodesOfDisk(second.node()).isEmpty(), limit);
+        QCOMPARE(view->itemAtRow(view->selectedRow()), selected);
+        QCOMPARE(window.controller().bsdNameLabel->text(), *selected->bsdName);
+    }
+}
+
+void TestWindowDisks::serviceThatRestartsGivesTheSameTree()
+{
+    const LoopDisk disk(practiceDisk);
+    RealWindow window;
+    QTRY_COMPARE_WITH_TIMEOUT(window.nodesOfDisk(disk.node()).size(), 3, limit);
+    QTRY_VERIFY_WITH_TIMEOUT(window.recordOf(disk.node(3))->mountable, limit);
+    const QStringList before = window.nodesOfDisk(disk.node());
+
+    QCOMPARE(runProgram(QStringLiteral("pkill"), { QStringLiteral("-x"), QStringLiteral("udisksd") }), 0);
+    QTRY_COMPARE_WITH_TIMEOUT(window.controller().leftOutlineView->numberOfRows(), 0, limit);
+    QCOMPARE(runProgram(QStringLiteral("udisksctl"), { QStringLiteral("status") }), 0); // starts it again
+    QTRY_COMPARE_WITH_TIMEOUT(window.nodesOfDisk(disk.node()), before, limit);
+    const QStringList names = window.rowNames();
+    QCOMPARE(QSet<QString>(names.begin(), names.end()).size(), names.size());
+}
+
+void TestWindowDisks::mountThatIsRefusedIsReported()
+{
+    LoopDisk disk({ { 20, QString::fromLatin1(LoopDisk::linuxType), QString(), QStringLiteral("Empty") } });
+    RealWindow window;
+    QTRY_VERIFY_WITH_TIMEOUT(window.recordOf(disk.node(1)), limit);
+    const OutlineItem empty = window.recordOf(disk.node(1));
+    window.select(empty);
+    window.controller().mountUnmountButton->click();
+    QTRY_COMPARE_WITH_TIMEOUT(window.sheets().size(), 1, limit);
+    QCOMPARE(window.sheets().constFirst()->text(), QStringLiteral("Error"));
+    QCOMPARE(window.sheets().constFirst()->informativeText(),
+        QStringLiteral("Error while mounting %1: No supported file system found.").arg(*empty->bsdName));
+    QVERIFY(!empty->operationInProgress);
+    window.endSheet(AlertSheet::firstButtonReturn);
+}
+
+QTEST_MAIN(TestWindowDisks)
+#include "tst_window_disks.moc"
