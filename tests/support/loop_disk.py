@@ -76,7 +76,8 @@ class LoopDisk:
         options = ["--read-only"] if read_only else []
         self.node = run("losetup", "--find", "--show", *options, self.image).strip()
         self.check_ours()
-        run("partx", "--add", self.node)
+        # What a former user of the loop device has left of its partitions goes, too.
+        run("partx", "--update", self.node)
         self.partitions = [f"{self.node}p{i + 1}" for i in range(len(partition_sizes))]
         for node in self.partitions:
             service.wait(f"{node} is known", lambda: service.property(node, "Block", "Size"))

@@ -120,11 +120,11 @@ class Refusals(DiskutilCase):
 
     def test_a_tool_that_is_not_installed(self):
         disk = self.make_disk(20)
-        self.erase(disk, disk.partitions[0], "ExFAT", "Tools")
+        self.erase(disk, disk.partitions[0], "ext4", "Tools")
         self.mount(disk.partitions[0])
-        self.cover("/usr/sbin/fsck.exfat")
-        for arguments in [["verifyVolume"], ["repairVolume"], ["eraseVolume", "ExFAT", "Name"]]:
-            self.assert_refused(case.TOOL_MISSING, "install the package exfatprogs", *arguments,
+        self.cover("/usr/sbin/e2fsck")
+        for arguments in [["verifyVolume"], ["repairVolume"], ["eraseVolume", "ext4", "Name"]]:
+            self.assert_refused(case.TOOL_MISSING, "e2fsck is not installed; install the package e2fsprogs", *arguments,
                                 disk.partitions[0])
         self.assertTrue(self.service.is_mounted(disk.partitions[0]), "unmounted for nothing")
 

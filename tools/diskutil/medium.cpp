@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tools/diskutil/medium.h"
 
-#include <QCollator>
 #include <QLocale>
 
 #include <algorithm>
@@ -28,6 +27,13 @@ bool isTrue(const PropertyDictionary &description, const QString &key)
 {
     const PropertyValue *value = description.value(key);
     return value && value->booleanValue();
+}
+
+// The numbers in disk2s1; 0 for one that is not there.
+std::array<qulonglong, 2> numbersOf(const QString &bsdName)
+{
+    const QString numbers = bsdName.mid(bsdName.indexOf(u'k') + 1);
+    return { numbers.section(u's', 0, 0).toULongLong(), numbers.section(u's', 1, 1).toULongLong() };
 }
 
 QString sizeText(qint64 bytes)
@@ -64,10 +70,8 @@ Medium readMedium(const DADisk &disk)
 
 void sortMedia(std::vector<Medium> &media)
 {
-    QCollator collator(QLocale::c());
-    collator.setNumericMode(true);
     std::sort(media.begin(), media.end(),
-        [&collator](const Medium &a, const Medium &b) { return collator.compare(a.bsdName, b.bsdName) < 0; });
+        [](const Medium &a, const Medium &b) { return numbersOf(a.bsdName) < numbersOf(b.bsdName); });
 }
 
 QString listText(const std::vector<Medium> &media)

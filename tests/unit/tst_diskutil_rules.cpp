@@ -1,0 +1,415 @@
+// SPDX-License-Identifier: MIT
+#include "platform/MemoryDiskSession.h"
+#include "tools/diskutil/command_line.h"
+#include "tools/diskutil/label_rule.h"
+#include "tools/diskutil/medium.h"
+#include "tools/diskutil/personality.h"
+#include "tools/diskutil/preflight.h"
+
+#include <QTest>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+PropertyDictionary fatInformation()
+{
+    const PropertyDictionary general { { u"FSFormatExecutable"_s, u"format"_s },
+        { u"FSVerificationExecutable"_s, u"verify"_s } };
+    const PropertyDictionary fat16 { { u"FSSubType"_s, PropertyNumber(qint64 { 1 }) },
+        { u"FSFormatMinimumSize"_s, PropertyNumber(qint64 { 1000 }) },
+        { u"FSFormatMaximumSize"_s, PropertyNumber(qint64 { 2000 }) },
+        { u"FSFormatExecutable"_s, u"format"_s },
+        { u"FSFormatArguments"_s, PropertyArray { PropertyValue(u"-F"_s), PropertyValue(u"16"_s) } },
+        { u"FSVerificationExecutable"_s, u"verify16"_s } };
+    const PropertyDictionary fat32 { { u"FSSubType"_s, PropertyNumber(qint64 { 2 }) },
+        { u"FSRepairExecutable"_s, u"repair"_s } };
+    return { { u"FSPersonalities"_s,
+                 PropertyDictionary { { u"FAT"_s, general }, { u"odd"_s, u"text"_s }, { u"FAT16"_s, fat16 },
+                     { u"FAT32"_s, fat32 } } },
+        { u"FSLabelLimit"_s, PropertyNumber(qint64 { 11 }) }, { u"FSLabelUnit"_s, u"ascii"_s },
+        { u"FSLabelForbiddenCharacters"_s, u":/"_s },
+        { u"FSLinuxTools"_s, PropertyArray { PropertyValue(u"mkfs.fat"_s) } },
+        { u"FSLinuxPackages"_s, PropertyArray { PropertyValue(u"dosfstools"_s) } },
+        { u"FSLinuxTypes"_s, PropertyArray { PropertyValue(u"vfat"_s) } } };
+}
+
+std::vector<FileSystemBundle> bundles()
+{
+    return { readFileSystemBundle(u"/own/zorvex_fat.fs"_s, u"zorvex_fat"_s, fatInformation()),
+        readFileSystemBundle(u"/system/msdos.fs"_s, u"msdos"_s, fatInformation()) };
+}
+
+Medium volume()
+{
+    Medium medium;
+    medium.bsdName = u"disk2s1"_s;
+    medium.deviceNode = u"/dev/sdb1"_s;
+    medium.size = 1500;
+    medium.kind = u"msdos"_s;
+    medium.isWritable = true;
+    return medium;
+}
+
+DeviceSituation freeDevice()
+{
+    DeviceSituation situation;
+    situation.isBlockDevice = true;
+    situation.canRead = true;
+    situation.canWrite = true;
+    return situation;
+}
+
+ExitCode codeOf(const std::optional<Refusal> &refusal)
+{
+    return refusal ? refusal->code : ExitCode::Success;
+}
+
+} // namespace
+
+class TestDiskutilRules : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void commandLine_data();
+    void commandLine();
+    void commandLineThatMakesNoSense_data();
+    void commandLineThatMakesNoSense();
+    void bsdNameOfAnArgument_data();
+    void bsdNameOfAnArgument();
+    void labels_data();
+    void labels();
+    void labelUnits();
+    void bundleWithOddValues();
+    void executablesOutsideTheBundleAreNotTaken();
+    void formatComesFromTheFirstBundle();
+    void personalityOfAVolume_data();
+    void personalityOfAVolume();
+    void bundlesThatServeTheSameVolumes();
+    void refusedDevices();
+    void refusedChoices();
+    void refusedErases();
+    void refusedTools();
+    void mediaAreListedAsAPersonCounts();
+    void mediumFromItsDescription();
+    void mediumWithoutDescription();
+};
+
+void TestDiskutilRules::commandLine_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<int>("verb");
+    QTest::addColumn<QStringList>("operands");
+    const auto row
+        = [](const char *name, const QStringList &arguments, Verb verb, const QStringList &operands) {
+              QTest::newRow(name) << arguments << static_cast<int>(verb) << operands;
+          };
+    row("help", { u"--help"_s }, Verb::Help, { {}, {}, {} });
+    row("list", { u"list"_s }, Verb::List, { {}, {}, {} });
+    row("info", { u"info"_s, u"disk1"_s }, Verb::Info, { {}, {}, u"disk1"_s });
+    row("verify", { u"verifyVolume"_s, u"disk1"_s }, Verb::VerifyVolume, { {}, {}, u"disk1"_s });
+    row("repair", { u"repairVolume"_s, u"disk1"_s }, Verb::RepairVolume, { {}, {}, u"disk1"_s });
+    row("erase", { u"eraseVolume"_s, u"MS-DOS FAT32"_s, u"A B"_s, u"disk1"_s }, Verb::EraseVolume,
+        { u"MS-DOS FAT32"_s, u"A B"_s, u"disk1"_s });
+    row("erase without a name", { u"eraseVolume"_s, u"ext4"_s, u""_s, u"disk1"_s }, Verb::EraseVolume,
+        { u"ext4"_s, u""_s, u"disk1"_s });
+    row("a name that looks like an option", { u"eraseVolume"_s, u"ext4"_s, u"--help"_s, u"disk1"_s },
+        Verb::EraseVolume, { u"ext4"_s, u"--help"_s, u"disk1"_s });
+}
+
+void TestDiskutilRules::commandLine()
+{
+    QFETCH(QStringList, arguments);
+    const auto parsed = parseCommandLine(arguments);
+    const auto *line = std::get_if<CommandLine>(&parsed);
+    QVERIFY(line);
+    QTEST(static_cast<int>(line->verb), "verb");
+    QTEST(QStringList({ line->format, line->name, line->device }), "operands");
+}
+
+void TestDiskutilRules::commandLineThatMakesNoSense_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::newRow("nothing") << QStringList();
+    QTest::newRow("unknown verb") << QStringList { u"eraseDisk"_s, u"disk1"_s };
+    QTest::newRow("too few") << QStringList { u"eraseVolume"_s, u"ext4"_s, u"disk1"_s };
+    QTest::newRow("too many") << QStringList { u"verifyVolume"_s, u"disk1"_s, u"disk2"_s };
+    QTest::newRow("verb in another case") << QStringList { u"verifyvolume"_s, u"disk1"_s };
+}
+
+void TestDiskutilRules::commandLineThatMakesNoSense()
+{
+    QFETCH(QStringList, arguments);
+    const auto parsed = parseCommandLine(arguments);
+    const auto *refusal = std::get_if<Refusal>(&parsed);
+    QVERIFY(refusal);
+    QCOMPARE(refusal->code, ExitCode::Usage);
+}
+
+void TestDiskutilRules::bsdNameOfAnArgument_data()
+{
+    QTest::addColumn<QString>("argument");
+    QTest::addColumn<QString>("bsdName");
+    QTest::newRow("name") << u"disk2s1"_s << u"disk2s1"_s;
+    QTest::newRow("node") << u"/dev/disk12"_s << u"disk12"_s;
+    QTest::newRow("Linux node") << u"/dev/sda1"_s << QString();
+    QTest::newRow("folder of links") << u"/dev/disk/by-id/x"_s << QString();
+    QTest::newRow("more behind it") << u"disk2s1x"_s << QString();
+    QTest::newRow("line end behind it") << u"disk2\n"_s << QString();
+    QTest::newRow("no number") << u"disk"_s << QString();
+}
+
+void TestDiskutilRules::bsdNameOfAnArgument()
+{
+    QFETCH(QString, argument);
+    QTEST(bsdNameOfArgument(argument), "bsdName");
+}
+
+void TestDiskutilRules::labels_data()
+{
+    QTest::addColumn<QString>("unit");
+    QTest::addColumn<qint64>("limit");
+    QTest::addColumn<QString>("label");
+    QTest::addColumn<bool>("isAllowed");
+    const auto row = [](const char *name, const QString &unit, qint64 limit, const QString &label,
+                         bool allowed) { QTest::newRow(name) << unit << limit << label << allowed; };
+    row("empty", u"bytes"_s, 0, u""_s, true);
+    row("bytes at the limit", u"bytes"_s, 4, u"éé"_s, true);
+    row("bytes beyond", u"bytes"_s, 4, u"ééx"_s, false);
+    row("code units at the limit", u"utf16"_s, 4, u"ééé日"_s, true);
+    row("surrogates count twice", u"utf16"_s, 3, u"😀😀"_s, false);
+    row("ASCII at the limit", u"ascii"_s, 3, u"ABC"_s, true);
+    row("ASCII beyond", u"ascii"_s, 3, u"ABCD"_s, false);
+    row("not ASCII", u"ascii"_s, 3, u"É"_s, false);
+    row("8 bits at the limit", u"osta"_s, 4, u"éééé"_s, true);
+    row("8 bits beyond", u"osta"_s, 4, u"ééééé"_s, false);
+    row("16 bits at the limit", u"osta"_s, 4, u"日本"_s, true);
+    row("16 bits beyond", u"osta"_s, 4, u"日本x"_s, false);
+    row("forbidden character", u"ascii"_s, 9, u"A:B"_s, false);
+    row("forbidden first character", u"ascii"_s, 9, u" A"_s, false);
+    row("the same later", u"ascii"_s, 9, u"A B"_s, true);
+    row("line end", u"bytes"_s, 9, u"A\nB"_s, false);
+    row("control character beyond ASCII", u"bytes"_s, 9, u"A\u0085B"_s, false);
+    row("lone surrogate", u"utf16"_s, 9, QString(QChar(0xd800)), false);
+    row("bytes that were no text", u"bytes"_s, 9, QString(QChar(QChar::ReplacementCharacter)), false);
+    row("no limit declared", u"unknown"_s, 1, u"as long as it likes"_s, true);
+}
+
+void TestDiskutilRules::labels()
+{
+    QFETCH(QString, unit);
+    QFETCH(qint64, limit);
+    QFETCH(QString, label);
+    LabelRule rule;
+    rule.unit = labelUnitNamed(unit).value_or(LabelRule::Unit::Unlimited);
+    rule.limit = limit;
+    rule.forbidden = u":/"_s;
+    rule.forbiddenFirst = u" "_s;
+    QTEST(!reasonAgainstLabel(rule, label).has_value(), "isAllowed");
+}
+
+void TestDiskutilRules::labelUnits()
+{
+    QCOMPARE(labelUnitNamed(u"utf16"_s), std::optional(LabelRule::Unit::Utf16));
+    QCOMPARE(labelUnitNamed(u"UTF16"_s), std::nullopt);
+}
+
+void TestDiskutilRules::bundleWithOddValues()
+{
+    const FileSystemBundle bundle = readFileSystemBundle(u"/x.fs"_s, u"x"_s, fatInformation());
+    QCOMPARE(bundle.personalities.size(), std::size_t { 3 }); // the one that is a text is left out
+    QCOMPARE(bundle.personalities.at(1).key, u"FAT16"_s);
+    QCOMPARE(bundle.personalities.at(1).minimumSize, std::optional<qint64>(1000));
+    QCOMPARE(bundle.personalities.at(1).format->arguments, QStringList({ u"-F"_s, u"16"_s }));
+    QCOMPARE(bundle.labelRule.limit, 11);
+    QCOMPARE(bundle.requiredTools, QStringList { u"mkfs.fat"_s });
+
+    const PropertyDictionary odd { { u"FSPersonalities"_s, u"text"_s }, { u"FSLabelLimit"_s, u"11"_s },
+        { u"FSLabelUnit"_s, PropertyNumber(qint64 { 1 }) }, { u"FSLinuxTools"_s, u"mkfs.fat"_s } };
+    const FileSystemBundle oddBundle = readFileSystemBundle(u"/x.fs"_s, u"x"_s, odd);
+    QVERIFY(oddBundle.personalities.empty());
+    QVERIFY(oddBundle.requiredTools.isEmpty());
+    QVERIFY(oddBundle.labelRule.unit == LabelRule::Unit::Unlimited);
+}
+
+void TestDiskutilRules::executablesOutsideTheBundleAreNotTaken()
+{
+    for (const QString &name : { u"../verify"_s, u"/bin/true"_s, u".."_s, u""_s, u"a/b"_s }) {
+        const PropertyDictionary personality { { u"FSVerificationExecutable"_s, name } };
+        const PropertyDictionary information { { u"FSPersonalities"_s,
+            PropertyDictionary { { u"X"_s, personality } } } };
+        const auto bundle = readFileSystemBundle(u"/x.fs"_s, u"x"_s, information);
+        QVERIFY2(!bundle.personalities.front().verification, qPrintable(name));
+    }
+}
+
+void TestDiskutilRules::formatComesFromTheFirstBundle()
+{
+    const auto installed = bundles();
+    const PersonalityChoice choice = personalityNamed(installed, u"FAT16"_s);
+    QCOMPARE(choice.bundle, &installed.front());
+    QCOMPARE(choice.personality->key, u"FAT16"_s);
+    QVERIFY(!personalityNamed(installed, u"fat16"_s).personality);
+}
+
+void TestDiskutilRules::personalityOfAVolume_data()
+{
+    QTest::addColumn<int>("subtype"); // -1: unknown
+    QTest::addColumn<QString>("key");
+    QTest::newRow("just this one") << 1 << u"FAT16"_s;
+    QTest::newRow("this one does not verify") << 2 << u"FAT"_s;
+    QTest::newRow("none of this subtype") << 0 << u"FAT"_s;
+    QTest::newRow("unknown") << -1 << u"FAT"_s;
+}
+
+void TestDiskutilRules::personalityOfAVolume()
+{
+    QFETCH(int, subtype);
+    const auto installed = bundles();
+    const auto number = subtype < 0 ? std::nullopt : std::optional<qint64>(subtype);
+    const auto choice = personalityForVolume(installed, u"msdos"_s, number, Operation::Verify);
+    QCOMPARE(choice.bundle, &installed.back());
+    QVERIFY(choice.personality);
+    QTEST(choice.personality->key, "key");
+
+    // Only FAT32 repairs.
+    const auto repair = personalityForVolume(installed, u"msdos"_s, number, Operation::Repair);
+    QCOMPARE(repair.personality != nullptr, subtype == 2);
+    QVERIFY(!personalityForVolume(installed, u"ext4"_s, number, Operation::Verify).bundle);
+}
+
+void TestDiskutilRules::bundlesThatServeTheSameVolumes()
+{
+    auto installed = bundles();
+    QVERIFY(servesSameVolumes(installed, u"msdos"_s, u"zorvex_fat"_s));
+    QVERIFY(!servesSameVolumes(installed, u"msdos"_s, u"ext4"_s));
+    installed.back().linuxTypes = { u"ntfs"_s };
+    QVERIFY(!servesSameVolumes(installed, u"msdos"_s, u"zorvex_fat"_s));
+}
+
+void TestDiskutilRules::refusedDevices()
+{
+    const Medium medium = volume();
+    QCOMPARE(codeOf(refusalOfDevice(Operation::Erase, medium, freeDevice())), ExitCode::Success);
+
+    DeviceSituation situation = freeDevice();
+    situation.isBlockDevice = false;
+    QCOMPARE(codeOf(refusalOfDevice(Operation::Verify, medium, situation)), ExitCode::NoBlockDevice);
+    situation = freeDevice();
+    situation.isSystemDevice = true;
+    QCOMPARE(codeOf(refusalOfDevice(Operation::Verify, medium, situation)), ExitCode::SystemVolume);
+    situation = freeDevice();
+    situation.inUse = { u"dm-0 is made from it"_s };
+    QCOMPARE(codeOf(refusalOfDevice(Operation::Verify, medium, situation)), ExitCode::InUse);
+    situation = freeDevice();
+    situation.canWrite = false;
+    QCOMPARE(codeOf(refusalOfDevice(Operation::Verify, medium, situation)), ExitCode::Success);
+    QCOMPARE(codeOf(refusalOfDevice(Operation::Repair, medium, situation)), ExitCode::NotPermitted);
+    situation.canRead = false;
+    QCOMPARE(codeOf(refusalOfDevice(Operation::Verify, medium, situation)), ExitCode::NotPermitted);
+
+    Medium readOnly = medium;
+    readOnly.isWritable = false;
+    QCOMPARE(codeOf(refusalOfDevice(Operation::Verify, readOnly, freeDevice())), ExitCode::Success);
+    QCOMPARE(codeOf(refusalOfDevice(Operation::Repair, readOnly, freeDevice())), ExitCode::ReadOnly);
+    QCOMPARE(codeOf(refusalOfDevice(Operation::Erase, readOnly, freeDevice())), ExitCode::ReadOnly);
+}
+
+void TestDiskutilRules::refusedChoices()
+{
+    const auto installed = bundles();
+    const CommandLine erase { Verb::EraseVolume, u"FAT16"_s, u"NAME"_s, {} };
+    const CommandLine verify { Verb::VerifyVolume, {}, {}, {} };
+    QCOMPARE(
+        codeOf(refusalOfChoice(erase, volume(), personalityNamed(installed, u"FAT16"_s))), ExitCode::Success);
+    QCOMPARE(codeOf(refusalOfChoice(erase, volume(), {})), ExitCode::UnknownFormat);
+    QCOMPARE(codeOf(refusalOfChoice(erase, volume(), personalityNamed(installed, u"FAT32"_s))),
+        ExitCode::NotSupported);
+    QCOMPARE(codeOf(refusalOfChoice(verify, volume(), {})), ExitCode::NotSupported);
+    Medium unknown = volume();
+    unknown.kind.clear();
+    const auto refusal = refusalOfChoice(verify, unknown, {});
+    QCOMPARE(codeOf(refusal), ExitCode::NotSupported);
+    QVERIFY(refusal->message.contains(u"no file system that is known"_s));
+}
+
+void TestDiskutilRules::refusedErases()
+{
+    const auto installed = bundles();
+    const auto choice = personalityNamed(installed, u"FAT16"_s);
+    CommandLine line { Verb::EraseVolume, u"FAT16"_s, u"NAME"_s, {} };
+    Medium medium = volume();
+    for (const qint64 size : { 1000, 1500, 2000 }) {
+        medium.size = size;
+        QCOMPARE(codeOf(refusalOfErase(line, medium, choice)), ExitCode::Success);
+    }
+    for (const qint64 size : { 999, 2001 }) {
+        medium.size = size;
+        QCOMPARE(codeOf(refusalOfErase(line, medium, choice)), ExitCode::SizeOutOfRange);
+    }
+    medium.size = 1500;
+    line.name = u"ABCDEFGHIJKL"_s;
+    QCOMPARE(codeOf(refusalOfErase(line, medium, choice)), ExitCode::NameRefused);
+}
+
+void TestDiskutilRules::refusedTools()
+{
+    const auto installed = bundles();
+    QCOMPARE(codeOf(refusalOfTool(installed.front(), {})), ExitCode::Success);
+    const auto missing = refusalOfTool(installed.front(), { { u"mkfs.fat"_s }, {} });
+    QCOMPARE(codeOf(missing), ExitCode::ToolMissing);
+    QVERIFY(missing->message.contains(u"dosfstools"_s));
+    QCOMPARE(
+        codeOf(refusalOfTool(installed.front(), { {}, u"anyone may write"_s })), ExitCode::UntrustedBundle);
+}
+
+void TestDiskutilRules::mediaAreListedAsAPersonCounts()
+{
+    std::vector<Medium> media(4);
+    media[0].bsdName = u"disk10"_s;
+    media[1].bsdName = u"disk2s10"_s;
+    media[2].bsdName = u"disk2"_s;
+    media[3] = volume();
+    media[3].volumeName = u"STICK"_s;
+    media[3].mountPoint = u"/media/STICK"_s;
+    sortMedia(media);
+    const QStringList lines = listText(media).split(u'\n', Qt::SkipEmptyParts);
+    QCOMPARE(lines.size(), 5);
+    QVERIFY(lines.at(1).startsWith(u"disk2 "_s));
+    QCOMPARE(lines.at(2), u"disk2s1     /dev/sdb1  1.5 kB   msdos  STICK  /media/STICK"_s);
+    QVERIFY(lines.at(3).startsWith(u"disk2s10"_s));
+    QVERIFY(lines.at(4).startsWith(u"disk10"_s));
+}
+
+void TestDiskutilRules::mediumFromItsDescription()
+{
+    MemoryDisk disk;
+    disk.node = u"/dev/sdb1"_s;
+    disk.subtype = 2;
+    disk.description = PropertyDictionary { { DAKey::mediaBSDName, u"disk2s1"_s },
+        { DAKey::mediaSize, PropertyNumber(qint64 { 4000000 }) }, { DAKey::mediaWritable, true },
+        { DAKey::mediaWhole, false }, { DAKey::volumeMountable, true }, { DAKey::volumeKind, u"msdos"_s },
+        { DAKey::volumeName, u"STICK"_s }, { DAKey::volumePath, QUrl::fromLocalFile(u"/media/A B"_s) } };
+    const Medium medium = readMedium(disk);
+    QCOMPARE(medium.bsdName, u"disk2s1"_s);
+    QCOMPARE(medium.size, 4000000);
+    QCOMPARE(medium.subtype, std::optional<qint64>(2));
+    QCOMPARE(medium.mountPoint, u"/media/A B"_s);
+    QVERIFY(medium.isWritable && medium.isMountable && !medium.isWhole);
+    const QString information = infoText(medium);
+    QVERIFY(information.contains(u"Size:         4.0 MB (4000000 bytes)\n"_s));
+    QVERIFY(information.contains(u"Mount point:  /media/A B\n"_s));
+}
+
+void TestDiskutilRules::mediumWithoutDescription()
+{
+    MemoryDisk disk;
+    disk.node = u"/dev/sdb1"_s;
+    const Medium medium = readMedium(disk);
+    QCOMPARE(medium.deviceNode, u"/dev/sdb1"_s);
+    QVERIFY(medium.bsdName.isEmpty() && medium.mountPoint.isEmpty() && !medium.isWritable);
+}
+
+QTEST_APPLESS_MAIN(TestDiskutilRules)
+#include "tst_diskutil_rules.moc"
