@@ -95,3 +95,29 @@ parse_holder()
     *) usage ;;
     esac
 }
+
+# our_files PATTERN...: the project's files whose names match, relative to its root, where the caller is. What git
+# ignores is not ours; without git (an unpacked archive), that is the build folder.
+our_files()
+{
+    if git rev-parse --is-inside-work-tree >/dev/null 2>&1; then
+        local file
+        git ls-files --cached --others --exclude-standard -- "$@" | while read -r file; do
+            [ ! -e "$file" ] || printf '%s\n' "$file"
+        done
+    else
+        local pattern tests=()
+        for pattern in "$@"; do
+            tests+=(-o -path "./$pattern")
+        done
+        find . -path ./build -prune -o -type f \( "${tests[@]:1}" \) -print | sed 's|^\./||'
+    fi
+}
+
+# fail_on OUTPUT SENTENCE: a check fails when it has found something, and says what is wrong with it.
+fail_on()
+{
+    [ -n "$1" ] || exit 0
+    printf '%s\n' "$1" >&2
+    die "$2"
+}
