@@ -62,6 +62,8 @@ LoopDisk::LoopDisk(const QList<Partition> &partitions)
     runProgram(QStringLiteral("losetup"), { QStringLiteral("--find"), QStringLiteral("--show"), m_image }, &output);
     m_node = QString::fromUtf8(output).trimmed();
     requireOurs();
+    // A disk that was detached under its partitions leaves them behind for the next one.
+    runProgram(QStringLiteral("partx"), { QStringLiteral("--delete"), m_node });
     run(QStringLiteral("partx"), { QStringLiteral("--add"), m_node });
     for (int i = 0; i < partitions.size(); ++i) {
         requireOurs();

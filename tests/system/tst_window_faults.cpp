@@ -1,0 +1,313 @@
+// SPDX-License-Identifier: MIT
+//
+// What happens while a check or a format runs: another disk is selected, the disk goes, the window is closed. A file
+// system of the test's own, dropped into the local directory, has tools that wait until the test lets them go.
+#include "tests/support/LoopDisk.h"
+#include "tests/support/RealWindow.h"
+
+#include "ui/AlertSheet.h"
+#include "ui/ImageButton.h"
+#include "ui/OutlineView.h"
+#include "ui/OutputView.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QPushButton>
+#include <QTest>
+
+#include <sys/stat.h>
+
+namespace {
+
+constexpr int limit = 30000; // milliseconds
+
+const QString bundleFolder = QStringLiteral("/Library/Filesystems/patient.fs");
+
+const QByteArray information = R"(<?xml version="1.0" encoding="UTF-8"?>
+<plist version="1.0"><dict>
+<key>CFBundleIdentifier</key><string>org.example.patient</string>
+<key>FSLinuxTypes</key><array><string>ext4</string></array>
+<key>FSProbeOrder</key><integer>1</integer>
+<key>FSPersonalities</key><dict><key>Patient</key><dict>
+<key>FSName</key><string>Patient</string>
+<key>FSFormatExecutable</key><string>format</string>
+<key>FSVerificationExecutable</key><string>verify</string>
+</dict></dict></dict></plist>
+)";
+
+// The device is the last argument. The tool says that it has begun, then waits for a line in the pipe of its device.
+const QByteArray verifyTool = R"(#!/bin/sh
+echo "looking at $1"
+read -r answer <"PIPES/$(basename "$1")"
+echo "$answer"
+)";
+
+const QByteArray formatTool = R"(#!/bin/sh
+for device; do :; done
+read -r answer <"PIPES/$(basename "$device")"
+exec mkfs.ext4 -q -F -L "$2" "$device"
+)";
+
+void writeFile(const QString &path, const QByteArray &content, mode_t mode)
+{
+    QFile file(path);
+    if (!QDir().mkpath(QFileInfo(path).path()) || !file.open(QIODevice::WriteOnly)
+        || file.write(content) != content.size())
+        qFatal("cannot write %s", qPrintable(path));
+    file.close();
+    chmod(QFile::encodeName(path).constData(), mode);
+}
+
+QList<LoopDisk::Partition> oneVolume()
+{
+    return { { 20, QString::fromLatin1(LoopDisk::linuxType), QStringLiteral("ext4"), QStringLiteral("Backup") } };
+}
+
+OutlineItem volumeOf(RealWindow &window, const LoopDisk &disk)
+{
+    const bool isThere = QTest::qWaitFor(
+        [&] {
+            const OutlineItem volume = window.recordOf(disk.node(1));
+            return volume && volume->volumeKind == QStringLiteral("patient");
+        },
+        limit);
+    return isThere ? window.recordOf(disk.node(1)) : nullptr;
+}
+
+} // namespace
+
+class TestWindowFaults : public QObject
+{
+    Q_OBJECT
+
+public:
+    // The body of a child process: starts a check and closes the window as soon as the tool has begun.
+    static int checkAndClose(const QString &node);
+
+private Q_SLOTS:
+    void initTestCase();
+    void cleanupTestCase();
+    void droppedFileSystemAppearsAtTheNextActivation();
+    void eachOutputGoesToItsOwnRecord();
+    void diskThatGoesDuringACheck();
+    void diskThatGoesDuringAFormat();
+    void windowThatIsClosedDuringACheck();
+    void volumeOfTheSystemIsNotForced();
+
+private:
+    void install();
+    void makePipe(const LoopDisk &disk);
+    void release(const LoopDisk &disk, const QByteArray &answer);
+
+    QTemporaryDir m_pipes;
+};
+
+void TestWindowFaults::initTestCase()
+{
+    install();
+}
+
+void TestWindowFaults::cleanupTestCase()
+{
+    QDir(bundleFolder).removeRecursively();
+}
+
+void TestWindowFaults::install()
+{
+    const auto tool = [this](QByteArray text) { return text.replace("PIPES", m_pipes.path().toUtf8()); };
+    writeFile(bundleFolder + QStringLiteral("/Contents/Resources/verify"), tool(verifyTool), 0755);
+    writeFile(bundleFolder + QStringLiteral("/Contents/Resources/format"), tool(formatTool), 0755);
+    writeFile(bundleFolder + QStringLiteral("/Contents/Info.plist"), information, 0644);
+}
+
+void TestWindowFaults::makePipe(const LoopDisk &disk)
+{
+    const QString path = m_pipes.filePath(QFileInfo(disk.node(1)).fileName());
+    QFile::remove(path);
+    QCOMPARE(mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+}
+
+void TestWindowFaults::release(const LoopDisk &disk, const QByteArray &answer)
+{
+    QFile pipe(m_pipes.filePath(QFileInfo(disk.node(1)).fileName()));
+    QVERIFY(pipe.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+    QVERIFY(pipe.write(answer + '\n') > 0);
+}
+
+void TestWindowFaults::droppedFileSystemAppearsAtTheNextActivation()
+{
+    const LoopDisk disk(oneVolume());
+    makePipe(disk);
+    QVERIFY(QDir(bundleFolder).removeRecursively());
+    RealWindow window;
+    const QComboBox *menu = window.controller().formatFilesystemsPopupButton;
+    QCOMPARE(menu->findText(QStringLiteral("Patient")), -1);
+    install();
+    QCOMPARE(menu->findText(QStringLiteral("Patient")), -1);
+    QEvent activation(QEvent::WindowActivate);
+    QApplication::sendEvent(&window.window(), &activation);
+    QVERIFY(menu->findText(QStringLiteral("Patient")) >= 0);
+
+    QTRY_VERIFY_WITH_TIMEOUT(window.recordOf(disk.node(1)), limit);
+    const OutlineItem volume = window.recordOf(disk.node(1));
+    window.select(volume);
+    window.controller().formatFilesystemsPopupButton->setCurrentText(QStringLiteral("Patient"));
+    window.controller().formatButton->click();
+    window.endSheet(AlertSheet::firstButtonReturn);
+    QVERIFY(volume->operationInProgress);
+    release(disk, "go on");
+    QTRY_VERIFY_WITH_TIMEOUT(!volume->operationInProgress, limit);
+    QVERIFY(window.sheets().isEmpty());
+    QCOMPARE(probed(disk.node(1), QStringLiteral("LABEL")), QStringLiteral("Untitled"));
+}
+
+void TestWindowFaults::eachOutputGoesToItsOwnRecord()
+{
+    const LoopDisk first(oneVolume());
+    const LoopDisk second(oneVolume());
+    const LoopDisk third(oneVolume());
+    makePipe(first);
+    makePipe(second);
+    RealWindow window;
+    const OutlineItem volumes[] = { volumeOf(window, first), volumeOf(window, second), volumeOf(window, third) };
+    QVERIFY(volumes[0] && volumes[1] && volumes[2]);
+    OutputView *const view = window.controller().checkRepairOutputView;
+    for (const OutlineItem &volume : { volumes[0], volumes[1] }) {
+        window.select(volume);
+        window.controller().checkButton->click();
+        QTRY_VERIFY_WITH_TIMEOUT(view->toPlainText().contains(QStringLiteral("looking at")), limit);
+    }
+    window.select(volumes[2]);
+    QCOMPARE(view->toPlainText(), QString());
+    release(first, "answer for the first");
+    release(second, "answer for the second");
+    QTRY_VERIFY_WITH_TIMEOUT(!volumes[0]->operationInProgress && !volumes[1]->operationInProgress, limit);
+    QCOMPARE(view->toPlainText(), QString());
+    window.select(volumes[0]);
+    QVERIFY(view->toPlainText().contains(QStringLiteral("answer for the first")));
+    QVERIFY(!view->toPlainText().contains(QStringLiteral("answer for the second")));
+    window.select(volumes[1]);
+    QVERIFY(view->toPlainText().contains(QStringLiteral("answer for the second")));
+    QVERIFY(window.sheets().isEmpty());
+}
+
+void TestWindowFaults::diskThatGoesDuringACheck()
+{
+    LoopDisk disk(oneVolume());
+    makePipe(disk);
+    RealWindow window;
+    const OutlineItem volume = volumeOf(window, disk);
+    QVERIFY(volume);
+    window.select(volume);
+    window.controller().checkButton->click();
+    QTRY_VERIFY_WITH_TIMEOUT(
+        window.controller().checkRepairOutputView->toPlainText().contains(QStringLiteral("looking at")), limit);
+    disk.detach();
+    QTRY_VERIFY_WITH_TIMEOUT(!window.recordOf(disk.node(1)), limit);
+    release(disk, "the disk has gone");
+    QTRY_VERIFY_WITH_TIMEOUT(!volume->operationInProgress, limit);
+    QVERIFY(volume->checkRepairOutput->bytes().contains("the disk has gone"));
+}
+
+void TestWindowFaults::diskThatGoesDuringAFormat()
+{
+    LoopDisk disk(oneVolume());
+    makePipe(disk);
+    RealWindow window;
+    const OutlineItem volume = volumeOf(window, disk);
+    QVERIFY(volume);
+    window.select(volume);
+    window.controller().formatFilesystemsPopupButton->setCurrentText(QStringLiteral("Patient"));
+    window.controller().formatButton->click();
+    window.endSheet(AlertSheet::firstButtonReturn);
+    QVERIFY(volume->operationInProgress);
+    disk.detach();
+    QTRY_VERIFY_WITH_TIMEOUT(!window.recordOf(disk.node(1)), limit);
+    release(disk, "go on");
+    QTRY_VERIFY_WITH_TIMEOUT(!volume->operationInProgress, limit);
+    QCOMPARE(window.sheets().size(), 1);
+    QVERIFY(window.sheets().constFirst()->informativeText().startsWith(
+        QStringLiteral("diskutil returned error code: ")));
+    window.endSheet(AlertSheet::firstButtonReturn);
+}
+
+int TestWindowFaults::checkAndClose(const QString &node)
+{
+    RealWindow window;
+    const bool isThere = QTest::qWaitFor([&] { return window.recordOf(node) && window.recordOf(node)->volumeKind; }, limit);
+    if (!isThere)
+        return 2;
+    window.select(window.recordOf(node));
+    window.controller().checkButton->click();
+    const auto hasBegun = [&] {
+        return window.controller().checkRepairOutputView->toPlainText().contains(QStringLiteral("looking at"));
+    };
+    if (!QTest::qWaitFor(hasBegun, limit))
+        return 3;
+    QMetaObject::invokeMethod(&window.window(), &QWidget::close, Qt::QueuedConnection);
+    QApplication::exec();
+    return 0;
+}
+
+void TestWindowFaults::windowThatIsClosedDuringACheck()
+{
+    const LoopDisk disk(oneVolume());
+    makePipe(disk);
+    QProcess child;
+    child.setProcessChannelMode(QProcess::ForwardedChannels);
+    child.start(QCoreApplication::applicationFilePath(), { QStringLiteral("--check-and-close"), disk.node(1) });
+    QVERIFY(child.waitForFinished(2 * limit));
+    QCOMPARE(child.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(child.exitCode(), 0);
+    const QString tool = bundleFolder + QStringLiteral("/Contents/Resources/verify");
+    const auto isRunning = [&] {
+        return runProgram(QStringLiteral("pgrep"), { QStringLiteral("-f"), tool }) == 0
+            || runProgram(QStringLiteral("pgrep"), { QStringLiteral("-x"), QStringLiteral("diskutil") }) == 0;
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(!isRunning(), limit);
+}
+
+void TestWindowFaults::volumeOfTheSystemIsNotForced()
+{
+    const LoopDisk disk(oneVolume());
+    RealWindow window;
+    const OutlineItem volume = volumeOf(window, disk);
+    QVERIFY(volume);
+    // A volume that holds /boot is the system's, whichever disk it lies on.
+    QVERIFY(QDir().mkpath(QStringLiteral("/boot")));
+    QCOMPARE(runProgram(QStringLiteral("mount"), { disk.node(1), QStringLiteral("/boot") }), 0);
+    QTRY_VERIFY_WITH_TIMEOUT(volume->volumePath, limit);
+    QProcess holder;
+    holder.setWorkingDirectory(QStringLiteral("/boot"));
+    holder.start(QStringLiteral("cat"), QStringList());
+    QVERIFY(holder.waitForStarted());
+
+    window.select(volume);
+    window.controller().mountUnmountButton->click();
+    QTRY_COMPARE_WITH_TIMEOUT(window.sheets().size(), 1, limit);
+    window.endSheet(AlertSheet::firstButtonReturn);
+    QTRY_VERIFY_WITH_TIMEOUT(!volume->operationInProgress, limit);
+    QCOMPARE(mountPointsOf(disk.node(1)), QStringList { QStringLiteral("/boot") });
+    QTRY_COMPARE(window.sheets().size(), 1);
+    QCOMPARE(window.sheets().constFirst()->informativeText(),
+        QStringLiteral("Error while unmounting %1: The running system stands on this volume.").arg(*volume->bsdName));
+    window.endSheet(AlertSheet::firstButtonReturn);
+    holder.kill();
+    holder.waitForFinished();
+    QCOMPARE(runProgram(QStringLiteral("umount"), { QStringLiteral("/boot") }), 0);
+}
+
+int main(int argc, char **argv)
+{
+    QApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.value(1) == QLatin1String("--check-and-close"))
+        std::_Exit(TestWindowFaults::checkAndClose(arguments.value(2)));
+    TestWindowFaults test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_window_faults.moc"

@@ -1,0 +1,168 @@
+// SPDX-License-Identifier: MIT
+//
+// Check, repair and format from the window, on a real loop disk, with the installed tool and bundles.
+#include "tests/support/LoopDisk.h"
+#include "tests/support/RealWindow.h"
+
+#include "ui/AlertSheet.h"
+#include "ui/OutputView.h"
+
+#include <QComboBox>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTest>
+
+namespace {
+
+constexpr int limit = 60000; // milliseconds; what a tool on a machine under load still needs
+
+QList<LoopDisk::Partition> oneVolume(int sizeMiB, const QString &fileSystem)
+{
+    return { { sizeMiB, QString::fromLatin1(LoopDisk::linuxType), fileSystem, QStringLiteral("Backup") } };
+}
+
+// The record of the disk's first volume, selected, once the service has told all of it.
+OutlineItem selectedVolume(RealWindow &window, const LoopDisk &disk)
+{
+    const bool isThere = QTest::qWaitFor(
+        [&] {
+            const OutlineItem volume = window.recordOf(disk.node(1));
+            return volume && volume->volumeKind && volume->mountable;
+        },
+        limit);
+    if (!isThere)
+        return nullptr;
+    const OutlineItem volume = window.recordOf(disk.node(1));
+    window.select(volume);
+    return volume;
+}
+
+// What a probe of the device calls the file system that a personality makes.
+QString probedType(const ZorvexDiskManagerFSBundle &bundle)
+{
+    static const QHash<QString, QString> types {
+        { QStringLiteral("msdos"), QStringLiteral("vfat") },
+        { QStringLiteral("zorvex_fatplus"), QStringLiteral("vfat") },
+        { QStringLiteral("zorvex_exfat"), QStringLiteral("exfat") },
+        { QStringLiteral("zorvex_ntfs"), QStringLiteral("ntfs") },
+        { QStringLiteral("fusefs_qvontfs"), QStringLiteral("ntfs") },
+        { QStringLiteral("ext4"), bundle.fsPersonality },
+    };
+    return types.value(bundle.bundleName, bundle.bundleName);
+}
+
+// Whether this machine can mount what the format made; a format that cannot be mounted says so at its end.
+bool isMountFailure(const AlertSheet *sheet)
+{
+    return sheet->informativeText().startsWith(QStringLiteral("Error while mounting"))
+        && sheet->informativeText().endsWith(QStringLiteral("No supported file system found."));
+}
+
+} // namespace
+
+class TestWindowOperations : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void checkRepairAndCheckAgain();
+    void formatsAsEveryFileSystem_data();
+    void formatsAsEveryFileSystem();
+
+private:
+    void runToItsEnd(RealWindow &window, const OutlineItem &volume, QPushButton *button);
+};
+
+void TestWindowOperations::runToItsEnd(RealWindow &window, const OutlineItem &volume, QPushButton *button)
+{
+    QVERIFY(button->isEnabled());
+    button->click();
+    QVERIFY(volume->operationInProgress);
+    QVERIFY(!window.controller().checkButton->isEnabled());
+    QVERIFY(window.controller().rightTabView->indexOf(window.controller().maintenanceTab) >= 0);
+    QTRY_VERIFY_WITH_TIMEOUT(!volume->operationInProgress, limit);
+    QVERIFY(!volume->operationInProgressShowFormatTab && !volume->operationInProgressShowMaintenanceTab);
+    QVERIFY(window.controller().checkButton->isEnabled());
+}
+
+void TestWindowOperations::checkRepairAndCheckAgain()
+{
+    const LoopDisk disk(oneVolume(40, QStringLiteral("ext4")));
+    RealWindow window;
+    const OutlineItem volume = selectedVolume(window, disk);
+    QVERIFY(volume);
+    const ZorvexDiskManagerAppDelegate &controller = window.controller();
+
+    runToItsEnd(window, volume, controller.checkButton);
+    QVERIFY(window.sheets().isEmpty());
+    QVERIFY(controller.checkRepairOutputView->toPlainText().contains(*volume->bsdName));
+
+    // A count of links that is wrong: found by a check, mended by a repair.
+    QCOMPARE(runProgram(QStringLiteral("debugfs"),
+                 { QStringLiteral("-w"), QStringLiteral("-R"),
+                     QStringLiteral("set_inode_field <11> links_count 9"), disk.node(1) }),
+        0);
+    const QByteArray damaged = disk.imageHash();
+    runToItsEnd(window, volume, controller.checkButton);
+    QCOMPARE(window.sheets().size(), 1);
+    QCOMPARE(window.sheets().constFirst()->text(), QStringLiteral("Error"));
+    QCOMPARE(window.sheets().constFirst()->informativeText(),
+        QStringLiteral("Encountered errors when checking the volume.\nFilesystem needs to be repaired."));
+    window.endSheet(AlertSheet::firstButtonReturn);
+    QTRY_VERIFY(window.sheets().isEmpty());
+    QCOMPARE(disk.imageHash(), damaged);
+
+    runToItsEnd(window, volume, controller.repairButton);
+    QVERIFY(window.sheets().isEmpty());
+    runToItsEnd(window, volume, controller.checkButton);
+    QVERIFY(window.sheets().isEmpty());
+}
+
+void TestWindowOperations::formatsAsEveryFileSystem_data()
+{
+    QTest::addColumn<QString>("label");
+    QTest::newRow("empty label") << QString();
+    QTest::newRow("typed label") << QStringLiteral("MUSIC 1");
+}
+
+void TestWindowOperations::formatsAsEveryFileSystem()
+{
+    QFETCH(const QString, label);
+    const LoopDisk disk(oneVolume(400, QStringLiteral("ext4")));
+    RealWindow window;
+    const OutlineItem volume = selectedVolume(window, disk);
+    QVERIFY(volume);
+    QComboBox *const menu = window.controller().formatFilesystemsPopupButton;
+    int formatted = 0;
+    for (int i = 0; i < menu->count(); ++i) {
+        if (!menu->model()->index(i, 0).flags().testFlag(Qt::ItemIsEnabled))
+            continue;
+        menu->setCurrentIndex(i);
+        const auto bundle = menu->currentData().value<FilesystemBundleRef>();
+        window.controller().formatVolumeLabelField->setText(label);
+        window.controller().formatButton->click();
+        QCOMPARE(window.sheets().size(), 1);
+        QVERIFY(window.sheets().constFirst()->informativeText().contains(disk.node(1)));
+        window.endSheet(AlertSheet::firstButtonReturn);
+        QTRY_VERIFY_WITH_TIMEOUT(!volume->operationInProgress, limit);
+        for (const AlertSheet *sheet : window.sheets()) {
+            QVERIFY2(isMountFailure(sheet), qPrintable(bundle->bundleName + u": " + sheet->informativeText()));
+            window.endSheet(AlertSheet::firstButtonReturn);
+        }
+        QTRY_VERIFY(window.sheets().isEmpty());
+        const bool isFat = probedType(*bundle) == QLatin1String("vfat");
+        const QString expected
+            = !label.isEmpty() ? label : (isFat ? QStringLiteral("UNTITLED") : QStringLiteral("Untitled"));
+        QCOMPARE(QString(bundle->bundleName + u' ' + probed(disk.node(1), QStringLiteral("TYPE"))),
+            QString(bundle->bundleName + u' ' + probedType(*bundle)));
+        QCOMPARE(probed(disk.node(1), QStringLiteral("LABEL")), expected);
+        QTRY_COMPARE_WITH_TIMEOUT(volume->volumeName.value_or(QString()), expected, limit);
+        QVERIFY(!volume->operationInProgressShowFormatTab && !volume->operationInProgressShowMaintenanceTab);
+        ++formatted;
+    }
+    QVERIFY(formatted >= 12);
+}
+
+QTEST_MAIN(TestWindowOperations)
+#include "tst_window_operations.moc"
