@@ -84,8 +84,9 @@ class LoopDisk:
 
     def add_partitions(self):
         self.check_ours()
-        # What a former user of the loop device has left of its partitions goes, too.
-        run("partx", "--update", self.node)
+        # A former user of the loop device may have left partitions behind, of which nobody would be told anew.
+        subprocess.run(["partx", "--delete", self.node], capture_output=True)
+        run("partx", "--add", self.node)
         for node in self.partitions:
             self.service.wait(f"{node} is known", lambda: self.service.property(node, "Block", "Size"))
 
