@@ -75,12 +75,20 @@ class LoopDisk:
         # kernel has no partition parser all partitions would go.
         options = ["--read-only"] if read_only else []
         self.node = run("losetup", "--find", "--show", *options, self.image).strip()
-        self.check_ours()
-        # What a former user of the loop device has left of its partitions goes, too.
-        run("partx", "--update", self.node)
         self.partitions = [f"{self.node}p{i + 1}" for i in range(len(partition_sizes))]
+        try:
+            self.add_partitions()
+        except BaseException:
+            self.close()
+            raise
+
+    def add_partitions(self):
+        self.check_ours()
+        # A former user of the loop device may have left partitions behind, of which nobody would be told anew.
+        subprocess.run(["partx", "--delete", self.node], capture_output=True)
+        run("partx", "--add", self.node)
         for node in self.partitions:
-            service.wait(f"{node} is known", lambda: service.property(node, "Block", "Size"))
+            self.service.wait(f"{node} is known", lambda: self.service.property(node, "Block", "Size"))
 
     def check_ours(self):
         """A device is written to only after this."""

@@ -173,8 +173,8 @@ class Volumes(DiskutilCase):
 
     def test_nothing_of_a_former_file_system_is_left(self):
         disk = self.make_disk(320)
-        for file_system, kind in [("Btrfs", "btrfs"), ("MS-DOS FAT32", "vfat"), ("XFS", "xfs"),
-                                  ("ExFAT", "exfat"), ("UDF", "udf"), ("NTFS", "ntfs")]:
+        for file_system, kind in [("Btrfs", "btrfs"), ("NTFS", "ntfs"), ("XFS", "xfs"), ("MS-DOS FAT32", "vfat"),
+                                  ("ExFAT", "exfat"), ("UDF", "udf")]:
             self.erase(disk, disk.partitions[0], file_system, "SAME")
             self.assertEqual(probe(disk.partitions[0], "TYPE"), kind)
 

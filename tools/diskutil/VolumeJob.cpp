@@ -105,16 +105,16 @@ std::optional<Refusal> VolumeJob::prepare()
     m_disk = m_media.disk(m_medium.bsdName);
     m_identity = readDeviceIdentity(m_medium.deviceNode);
 
-    if (const auto refusal = refusalOfDevice(m_operation, m_medium, readDeviceSituation(m_medium, media)))
+    if (auto refusal = refusalOfDevice(m_operation, m_medium, readDeviceSituation(m_medium, media)))
         return refusal;
     m_bundles = readInstalledBundles();
     const PersonalityChoice choice = m_operation == Operation::Erase
         ? personalityNamed(m_bundles, m_line.format)
         : personalityForVolume(m_bundles, m_medium.kind, m_medium.subtype, m_operation);
-    if (const auto refusal = refusalOfChoice(m_line, m_medium, choice))
+    if (auto refusal = refusalOfChoice(m_line, m_medium, choice))
         return refusal;
     if (m_operation == Operation::Erase) {
-        if (const auto refusal = refusalOfErase(m_line, m_medium, choice))
+        if (auto refusal = refusalOfErase(m_line, m_medium, choice))
             return refusal;
     }
     m_newKind = choice.bundle->name;
@@ -125,7 +125,7 @@ std::optional<Refusal> VolumeJob::prepare()
 std::optional<Refusal> VolumeJob::prepareTool(const PersonalityChoice &choice)
 {
     const BundleTool &tool = *choice.personality->tool(m_operation);
-    if (const auto refusal = refusalOfTool(*choice.bundle, readToolSituation(*choice.bundle, tool)))
+    if (auto refusal = refusalOfTool(*choice.bundle, readToolSituation(*choice.bundle, tool)))
         return refusal;
 
     ToolCommand command { executablePath(*choice.bundle, tool), tool.arguments,
