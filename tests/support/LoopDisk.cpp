@@ -94,6 +94,9 @@ void LoopDisk::detach()
 {
     requireOurs();
     for (int i = 1; i <= m_partitionCount; ++i) {
+        // What the disk service has mounted is in its mount namespace, which need not be this one.
+        runProgram(QStringLiteral("udisksctl"),
+            { QStringLiteral("unmount"), QStringLiteral("--force"), QStringLiteral("--block-device"), node(i) });
         for (const QString &point : mountPointsOf(node(i)))
             run(QStringLiteral("umount"), { QStringLiteral("--lazy"), point });
     }

@@ -14,6 +14,7 @@
 #include <QComboBox>
 #include <QDir>
 #include <QFile>
+#include <QLineEdit>
 #include <QProcess>
 #include <QPushButton>
 #include <QTest>
@@ -39,17 +40,17 @@ const QByteArray information = R"(<?xml version="1.0" encoding="UTF-8"?>
 )";
 
 // The device is the last argument. The tool says that it has begun, then waits for a line in the pipe of its device.
-const QByteArray verifyTool = R"(#!/bin/sh
+const QByteArray verifyTool = R"sh(#!/bin/sh
 echo "looking at $1"
 read -r answer <"PIPES/$(basename "$1")"
 echo "$answer"
-)";
+)sh";
 
-const QByteArray formatTool = R"(#!/bin/sh
+const QByteArray formatTool = R"sh(#!/bin/sh
 for device; do :; done
 read -r answer <"PIPES/$(basename "$device")"
 exec mkfs.ext4 -q -F -L "$2" "$device"
-)";
+)sh";
 
 void writeFile(const QString &path, const QByteArray &content, mode_t mode)
 {
@@ -155,13 +156,14 @@ void TestWindowFaults::droppedFileSystemAppearsAtTheNextActivation()
     const OutlineItem volume = window.recordOf(disk.node(1));
     window.select(volume);
     window.controller().formatFilesystemsPopupButton->setCurrentText(QStringLiteral("Patient"));
+    window.controller().formatVolumeLabelField->setText(QStringLiteral("Renewed"));
     window.controller().formatButton->click();
     window.endSheet(AlertSheet::firstButtonReturn);
     QVERIFY(volume->operationInProgress);
     release(disk, "go on");
     QTRY_VERIFY_WITH_TIMEOUT(!volume->operationInProgress, limit);
     QVERIFY(window.sheets().isEmpty());
-    QCOMPARE(probed(disk.node(1), QStringLiteral("LABEL")), QStringLiteral("Untitled"));
+    QCOMPARE(probed(disk.node(1), QStringLiteral("LABEL")), QStringLiteral("Renewed"));
 }
 
 void TestWindowFaults::eachOutputGoesToItsOwnRecord()

@@ -47,8 +47,9 @@ QString probedType(const ZorvexDiskManagerFSBundle &bundle)
         { QStringLiteral("zorvex_exfat"), QStringLiteral("exfat") },
         { QStringLiteral("zorvex_ntfs"), QStringLiteral("ntfs") },
         { QStringLiteral("fusefs_qvontfs"), QStringLiteral("ntfs") },
-        { QStringLiteral("ext4"), bundle.fsPersonality },
     };
+    if (bundle.bundleName == QLatin1String("ext4"))
+        return bundle.fsPersonality;
     return types.value(bundle.bundleName, bundle.bundleName);
 }
 
