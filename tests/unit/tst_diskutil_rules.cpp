@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include "platform/MemoryDiskSession.h"
 #include "tools/diskutil/command_line.h"
 #include "tools/diskutil/label_rule.h"
 #include "tools/diskutil/medium.h"
@@ -91,9 +90,6 @@ private Q_SLOTS:
     void refusedChoices();
     void refusedErases();
     void refusedTools();
-    void mediaAreListedAsAPersonCounts();
-    void mediumFromItsDescription();
-    void mediumWithoutDescription();
 };
 
 void TestDiskutilRules::commandLine_data()
@@ -362,53 +358,6 @@ void TestDiskutilRules::refusedTools()
     QVERIFY(missing->message.contains(u"dosfstools"_s));
     QCOMPARE(
         codeOf(refusalOfTool(installed.front(), { {}, u"anyone may write"_s })), ExitCode::UntrustedBundle);
-}
-
-void TestDiskutilRules::mediaAreListedAsAPersonCounts()
-{
-    std::vector<Medium> media(4);
-    media[0].bsdName = u"disk10"_s;
-    media[1].bsdName = u"disk2s10"_s;
-    media[2].bsdName = u"disk2"_s;
-    media[3] = volume();
-    media[3].volumeName = u"STICK"_s;
-    media[3].mountPoint = u"/media/STICK"_s;
-    sortMedia(media);
-    const QStringList lines = listText(media).split(u'\n', Qt::SkipEmptyParts);
-    QCOMPARE(lines.size(), 5);
-    QVERIFY(lines.at(1).startsWith(u"disk2 "_s));
-    QCOMPARE(lines.at(2), u"disk2s1     /dev/sdb1  1.5 kB   msdos  STICK  /media/STICK"_s);
-    QVERIFY(lines.at(3).startsWith(u"disk2s10"_s));
-    QVERIFY(lines.at(4).startsWith(u"disk10"_s));
-}
-
-void TestDiskutilRules::mediumFromItsDescription()
-{
-    MemoryDisk disk;
-    disk.node = u"/dev/sdb1"_s;
-    disk.subtype = 2;
-    disk.description = PropertyDictionary { { DAKey::mediaBSDName, u"disk2s1"_s },
-        { DAKey::mediaSize, PropertyNumber(qint64 { 4000000 }) }, { DAKey::mediaWritable, true },
-        { DAKey::mediaWhole, false }, { DAKey::volumeMountable, true }, { DAKey::volumeKind, u"msdos"_s },
-        { DAKey::volumeName, u"STICK"_s }, { DAKey::volumePath, QUrl::fromLocalFile(u"/media/A B"_s) } };
-    const Medium medium = readMedium(disk);
-    QCOMPARE(medium.bsdName, u"disk2s1"_s);
-    QCOMPARE(medium.size, 4000000);
-    QCOMPARE(medium.subtype, std::optional<qint64>(2));
-    QCOMPARE(medium.mountPoint, u"/media/A B"_s);
-    QVERIFY(medium.isWritable && medium.isMountable && !medium.isWhole);
-    const QString information = infoText(medium);
-    QVERIFY(information.contains(u"Size:         4.0 MB (4000000 bytes)\n"_s));
-    QVERIFY(information.contains(u"Mount point:  /media/A B\n"_s));
-}
-
-void TestDiskutilRules::mediumWithoutDescription()
-{
-    MemoryDisk disk;
-    disk.node = u"/dev/sdb1"_s;
-    const Medium medium = readMedium(disk);
-    QCOMPARE(medium.deviceNode, u"/dev/sdb1"_s);
-    QVERIFY(medium.bsdName.isEmpty() && medium.mountPoint.isEmpty() && !medium.isWritable);
 }
 
 QTEST_APPLESS_MAIN(TestDiskutilRules)
