@@ -30,16 +30,21 @@ QByteArray sysfsText(const QByteArray &path)
     return length > 0 ? QByteArray(buffer, length).trimmed() : QByteArray();
 }
 
-// The folder of a device in sysfs, links resolved; empty when the node is no block device.
+// The folder of a device in sysfs, links resolved; empty when there is no such block device.
+QByteArray sysfsFolder(quint32 deviceMajor, quint32 deviceMinor)
+{
+    const QByteArray link
+        = "/sys/dev/block/" + QByteArray::number(deviceMajor) + ':' + QByteArray::number(deviceMinor);
+    char resolved[PATH_MAX];
+    return realpath(link.constData(), resolved) ? QByteArray(resolved) : QByteArray();
+}
+
 QByteArray sysfsFolder(const QString &deviceNode)
 {
     struct stat status = {};
     if (stat(QFile::encodeName(deviceNode).constData(), &status) != 0 || !S_ISBLK(status.st_mode))
         return {};
-    const QByteArray link = "/sys/dev/block/" + QByteArray::number(major(status.st_rdev)) + ':'
-        + QByteArray::number(minor(status.st_rdev));
-    char resolved[PATH_MAX];
-    return realpath(link.constData(), resolved) ? QByteArray(resolved) : QByteArray();
+    return sysfsFolder(major(status.st_rdev), minor(status.st_rdev));
 }
 
 QByteArray folderAbove(const QByteArray &folder)
@@ -71,13 +76,23 @@ QSet<QByteArray> systemDeviceNames()
     static const QSet<QByteArray> systemMountPoints { "/", "/boot", "/boot/efi", "/usr" };
     QSet<QByteArray> names;
     for (const KernelMount &mount : readKernelMounts()) {
-        if (systemMountPoints.contains(mount.mountPoint))
-            addWithFoundations(names, sysfsFolder(QFile::decodeName(mount.source)));
+        if (!systemMountPoints.contains(mount.mountPoint))
+            continue;
+        // The table may name the root by a node that does not exist (/dev/root), and a file system of several
+        // devices by a number that is no device's: either leads to the device.
+        addWithFoundations(names, sysfsFolder(QFile::decodeName(mount.source)));
+        addWithFoundations(names, sysfsFolder(mount.deviceMajor, mount.deviceMinor));
     }
     QFile swaps(QStringLiteral("/proc/swaps"));
     if (swaps.open(QIODevice::ReadOnly)) {
-        for (const QByteArray &line : swaps.readAll().split('\n'))
-            addWithFoundations(names, sysfsFolder(QFile::decodeName(line.left(line.indexOf(' ')))));
+        for (const QByteArray &line : swaps.readAll().split('\n')) {
+            const QByteArray path = line.left(line.indexOf(' '));
+            struct stat status = {};
+            if (stat(path.constData(), &status) != 0)
+                continue;
+            const dev_t device = S_ISBLK(status.st_mode) ? status.st_rdev : status.st_dev; // a swap file's disk
+            addWithFoundations(names, sysfsFolder(major(device), minor(device)));
+        }
     }
     return names;
 }

@@ -48,6 +48,7 @@ echo "$answer"
 
 const QByteArray formatTool = R"sh(#!/bin/sh
 for device; do :; done
+: >"PIPES/begun"
 read -r answer <"PIPES/$(basename "$device")"
 exec mkfs.ext4 -q -F -L "$2" "$device"
 )sh";
@@ -222,10 +223,12 @@ void TestWindowFaults::diskThatGoesDuringAFormat()
     const OutlineItem volume = volumeOf(window, disk);
     QVERIFY(volume);
     window.select(volume);
+    QFile::remove(m_pipes.filePath(QStringLiteral("begun")));
     window.controller().formatFilesystemsPopupButton->setCurrentText(QStringLiteral("Patient"));
     window.controller().formatButton->click();
     window.endSheet(AlertSheet::firstButtonReturn);
     QVERIFY(volume->operationInProgress);
+    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(m_pipes.filePath(QStringLiteral("begun"))), limit);
     disk.detach();
     QTRY_VERIFY_WITH_TIMEOUT(!window.recordOf(disk.node(1)), limit);
     release(disk, "go on");

@@ -53,11 +53,11 @@ QString probedType(const ZorvexDiskManagerFSBundle &bundle)
     return types.value(bundle.bundleName, bundle.bundleName);
 }
 
-// Whether this machine can mount what the format made; a format that cannot be mounted says so at its end.
+// A format whose volume this machine has no driver to mount says so at its end.
 bool isMountFailure(const AlertSheet *sheet)
 {
     return sheet->informativeText().startsWith(QStringLiteral("Error while mounting"))
-        && sheet->informativeText().endsWith(QStringLiteral("No supported file system found."));
+        && sheet->informativeText().endsWith(QStringLiteral("not configured in kernel."));
 }
 
 } // namespace
