@@ -69,7 +69,10 @@ LoopDisk::LoopDisk(const QList<Partition> &partitions)
         requireOurs();
         format(node(i + 1), partitions.at(i).fileSystem, partitions.at(i).label);
     }
+    // udev looks again when a writer closes the device, but misses one that does so while it is still looking.
     run(QStringLiteral("udevadm"), { QStringLiteral("settle") });
+    for (int i = 0; i < partitions.size(); ++i)
+        run(QStringLiteral("udevadm"), { QStringLiteral("trigger"), QStringLiteral("--settle"), node(i + 1) });
 }
 
 LoopDisk::~LoopDisk()
