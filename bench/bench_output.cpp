@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// The live output of a check: a tool that prints as fast as it can, through the real shell, the real hand-over and
-// into the real window. Prints lines a second, for the first and the last thousand as well, and the longest time
-// that the window was deaf; then the same for one long line without a terminator.
+// The live output of a check: a tool that prints as fast as it can, through the real shell, the real
+// hand-over and into the real window. Prints lines a second, for the first and the last thousand as well, and
+// the longest time that the window was deaf; then the same for one long line without a terminator.
 #include "tests/support/TestController.h"
 
 #include "ui/OutputView.h"
@@ -65,7 +65,8 @@ void installBundles(const TestController &test)
     }
 }
 
-struct Run {
+struct Run
+{
     double seconds = 0;
     double longestDeafness = 0; // milliseconds
     std::vector<qint64> times; // of each thousandth line, nanoseconds
@@ -78,8 +79,7 @@ Run measure(const QString &command)
     TestController test;
     installBundles(test);
     QElapsedTimer clock;
-    test.platform().createShellPipe
-        = [&] { return std::make_unique<TimingPipe>(command, clock, run.times); };
+    test.platform().createShellPipe = [&] { return std::make_unique<TimingPipe>(command, clock, run.times); };
     test.launch();
     const MemoryDiskRef volume = makePartition(QStringLiteral("disk2s1"), 1024, QStringLiteral("Bench"));
     volume->description->insert(DAKey::volumeKind, QStringLiteral("bench"));
@@ -90,7 +90,8 @@ Run measure(const QString &command)
     QElapsedTimer sinceEvent;
     QTimer heartbeat;
     QObject::connect(&heartbeat, &QTimer::timeout, [&] {
-        run.longestDeafness = std::max(run.longestDeafness, static_cast<double>(sinceEvent.nsecsElapsed()) / 1e6);
+        run.longestDeafness
+            = std::max(run.longestDeafness, static_cast<double>(sinceEvent.nsecsElapsed()) / 1e6);
         sinceEvent.restart();
         if (!disk->operationInProgress)
             QCoreApplication::exit();
@@ -116,14 +117,16 @@ int main(int argc, char **argv)
         const qint64 start = i == 0 ? 0 : lines.times[i - 1];
         return 1000e9 / static_cast<double>(lines.times[i] - start);
     };
-    std::printf("%d lines of %d bytes: %.0f lines a second\n", lineCount, lineLength, lineCount / lines.seconds);
+    std::printf(
+        "%d lines of %d bytes: %.0f lines a second\n", lineCount, lineLength, lineCount / lines.seconds);
     std::printf("first thousand: %.0f lines a second, last thousand: %.0f\n", thousand(1),
         thousand(lines.times.size() - 1));
     std::printf("longest time without an event: %.1f ms; %lld characters shown\n", lines.longestDeafness,
         static_cast<long long>(lines.shownBytes));
 
     const Run line = measure(QStringLiteral("head -c %1 /dev/zero | tr '\\\\0' .").arg(longLineLength));
-    std::printf("one line of %d bytes: %.2f s, longest time without an event: %.1f ms; %lld characters shown\n",
+    std::printf(
+        "one line of %d bytes: %.2f s, longest time without an event: %.1f ms; %lld characters shown\n",
         longLineLength, line.seconds, line.longestDeafness, static_cast<long long>(line.shownBytes));
     return 0;
 }

@@ -22,15 +22,18 @@ void run(const QString &program, const QStringList &arguments, const QByteArray 
     process.closeWriteChannel();
     process.waitForFinished(-1);
     if (process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0)
-        qFatal("%s %s: %s", qPrintable(program), qPrintable(arguments.join(u' ')), process.readAll().constData());
+        qFatal("%s %s: %s", qPrintable(program), qPrintable(arguments.join(u' ')),
+            process.readAll().constData());
 }
 
 void format(const QString &node, const QString &fileSystem, const QString &label)
 {
     if (fileSystem == QLatin1String("ext4"))
-        run(QStringLiteral("mkfs.ext4"), { QStringLiteral("-q"), QStringLiteral("-F"), QStringLiteral("-L"), label, node });
+        run(QStringLiteral("mkfs.ext4"),
+            { QStringLiteral("-q"), QStringLiteral("-F"), QStringLiteral("-L"), label, node });
     else if (fileSystem == QLatin1String("ntfs"))
-        run(QStringLiteral("mkntfs"), { QStringLiteral("-Q"), QStringLiteral("-F"), QStringLiteral("-L"), label, node });
+        run(QStringLiteral("mkntfs"),
+            { QStringLiteral("-Q"), QStringLiteral("-F"), QStringLiteral("-L"), label, node });
     else if (fileSystem == QLatin1String("exfat"))
         run(QStringLiteral("mkfs.exfat"), { QStringLiteral("-L"), label, node });
     else if (fileSystem == QLatin1String("vfat"))
@@ -46,8 +49,8 @@ LoopDisk::LoopDisk(const QList<Partition> &partitions)
     QByteArray table = "label: gpt\n";
     qint64 size = 4;
     for (const Partition &partition : partitions) {
-        table += "size=" + QByteArray::number(partition.sizeMiB) + "MiB, type=" + partition.typeGuid.toLatin1()
-            + ", name=\"" + partition.label.toUtf8() + "\"\n";
+        table += "size=" + QByteArray::number(partition.sizeMiB)
+            + "MiB, type=" + partition.typeGuid.toLatin1() + ", name=\"" + partition.label.toUtf8() + "\"\n";
         size += partition.sizeMiB;
     }
     QFile image(m_image);
@@ -59,7 +62,8 @@ LoopDisk::LoopDisk(const QList<Partition> &partitions)
     QByteArray output;
     // Without a partition scan: where the kernel cannot read the table, the next writer would take away the
     // partitions that are added here.
-    runProgram(QStringLiteral("losetup"), { QStringLiteral("--find"), QStringLiteral("--show"), m_image }, &output);
+    runProgram(
+        QStringLiteral("losetup"), { QStringLiteral("--find"), QStringLiteral("--show"), m_image }, &output);
     m_node = QString::fromUtf8(output).trimmed();
     requireOurs();
     // A disk that was detached under its partitions leaves them behind for the next one.
@@ -69,10 +73,12 @@ LoopDisk::LoopDisk(const QList<Partition> &partitions)
         requireOurs();
         format(node(i + 1), partitions.at(i).fileSystem, partitions.at(i).label);
     }
-    // udev looks again when a writer closes the device, but misses one that does so while it is still looking.
+    // udev looks again when a writer closes the device, but misses one that does so while it is still
+    // looking.
     run(QStringLiteral("udevadm"), { QStringLiteral("settle") });
     for (int i = 0; i < partitions.size(); ++i)
-        run(QStringLiteral("udevadm"), { QStringLiteral("trigger"), QStringLiteral("--settle"), node(i + 1) });
+        run(QStringLiteral("udevadm"),
+            { QStringLiteral("trigger"), QStringLiteral("--settle"), node(i + 1) });
 }
 
 LoopDisk::~LoopDisk()
@@ -99,7 +105,8 @@ void LoopDisk::detach()
     for (int i = 1; i <= m_partitionCount; ++i) {
         // What the disk service has mounted is in its mount namespace, which need not be this one.
         runProgram(QStringLiteral("udisksctl"),
-            { QStringLiteral("unmount"), QStringLiteral("--force"), QStringLiteral("--block-device"), node(i) });
+            { QStringLiteral("unmount"), QStringLiteral("--force"), QStringLiteral("--block-device"),
+                node(i) });
         for (const QString &point : mountPointsOf(node(i)))
             run(QStringLiteral("umount"), { QStringLiteral("--lazy"), point });
     }

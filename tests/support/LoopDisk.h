@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// A loop disk for one test: an image in a temporary folder, partitioned, formatted, attached and taken off again.
-// Before each write it proves that the device is its own. What fails ends the test program with a message.
+// A loop disk for one test: an image in a temporary folder, partitioned, formatted, attached and taken off
+// again. Before each write it proves that the device is its own. What fails ends the test program with a
+// message.
 #pragma once
 
 #include <QByteArray>
@@ -16,7 +17,8 @@ public:
     static constexpr const char *dataType = "EBD0A0A2-B9E5-4433-87C0-68B6B72699C7";
     static constexpr const char *linuxType = "0FC63DAF-8483-4772-8E79-3D69D8477DE4";
 
-    struct Partition {
+    struct Partition
+    {
         int sizeMiB = 0;
         QString typeGuid;
         QString fileSystem; // ext4, ntfs, exfat, vfat or empty

@@ -103,7 +103,8 @@ QString probed(const QString &deviceNode, const QString &tag)
 {
     QByteArray output;
     runProgram(QStringLiteral("blkid"),
-        { QStringLiteral("-p"), QStringLiteral("-o"), QStringLiteral("value"), QStringLiteral("-s"), tag, deviceNode },
+        { QStringLiteral("-p"), QStringLiteral("-o"), QStringLiteral("value"), QStringLiteral("-s"), tag,
+            deviceNode },
         &output);
     return QString::fromUtf8(output).trimmed();
 }

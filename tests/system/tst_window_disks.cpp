@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: MIT
 //
-// The window on the machine's own disk service and a real loop disk: what is listed, mounted, unmounted, ejected.
+// The window on the machine's own disk service and a real loop disk: what is listed, mounted, unmounted,
+// ejected.
 #include "tests/support/LoopDisk.h"
 #include "tests/support/RealWindow.h"
 
 #include "ui/AlertSheet.h"
+#include "ui/ImageAndTextCell.h"
 #include "ui/ImageButton.h"
 #include "ui/LinkTextView.h"
-#include "ui/ImageAndTextCell.h"
 #include "ui/OutlineView.h"
 
 #include <QLabel>
@@ -94,7 +95,8 @@ void TestWindowDisks::mountsAndUnmounts()
 {
     const LoopDisk disk(practiceDisk);
     RealWindow window;
-    QTRY_VERIFY_WITH_TIMEOUT(window.recordOf(disk.node(3)) && window.recordOf(disk.node(3))->mountable, limit);
+    QTRY_VERIFY_WITH_TIMEOUT(
+        window.recordOf(disk.node(3)) && window.recordOf(disk.node(3))->mountable, limit);
     const OutlineItem volume = window.recordOf(disk.node(3));
     window.select(volume);
     const ZorvexDiskManagerAppDelegate &controller = window.controller();
@@ -121,7 +123,8 @@ void TestWindowDisks::busyVolumeOpensTheForceDialog()
 {
     const LoopDisk disk(practiceDisk);
     RealWindow window;
-    QTRY_VERIFY_WITH_TIMEOUT(window.recordOf(disk.node(3)) && window.recordOf(disk.node(3))->mountable, limit);
+    QTRY_VERIFY_WITH_TIMEOUT(
+        window.recordOf(disk.node(3)) && window.recordOf(disk.node(3))->mountable, limit);
     const OutlineItem volume = window.recordOf(disk.node(3));
     window.select(volume);
     window.controller().mountUnmountButton->click();
@@ -154,7 +157,8 @@ void TestWindowDisks::ejectTakesTheDiskOffTheMachine()
 {
     const LoopDisk disk(practiceDisk);
     RealWindow window;
-    QTRY_VERIFY_WITH_TIMEOUT(window.recordOf(disk.node(3)) && window.recordOf(disk.node(3))->mountable, limit);
+    QTRY_VERIFY_WITH_TIMEOUT(
+        window.recordOf(disk.node(3)) && window.recordOf(disk.node(3))->mountable, limit);
     const OutlineItem volume = window.recordOf(disk.node(3));
     window.select(volume);
     window.controller().mountUnmountButton->click();

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// What happens while a check or a format runs: another disk is selected, the disk goes, the window is closed. A file
-// system of the test's own, dropped into the local directory, has tools that wait until the test lets them go.
+// What happens while a check or a format runs: another disk is selected, the disk goes, the window is closed.
+// A file system of the test's own, dropped into the local directory, has tools that wait until the test lets
+// them go.
 #include "tests/support/LoopDisk.h"
 #include "tests/support/RealWindow.h"
 
@@ -39,7 +40,8 @@ const QByteArray information = R"(<?xml version="1.0" encoding="UTF-8"?>
 </dict></dict></dict></plist>
 )";
 
-// The device is the last argument. The tool says that it has begun, then waits for a line in the pipe of its device.
+// The device is the last argument. The tool says that it has begun, then waits for a line in the pipe of its
+// device.
 const QByteArray verifyTool = R"sh(#!/bin/sh
 echo "looking at $1"
 read -r answer <"PIPES/$(basename "$1")"
@@ -65,7 +67,8 @@ void writeFile(const QString &path, const QByteArray &content, mode_t mode)
 
 QList<LoopDisk::Partition> oneVolume()
 {
-    return { { 20, QString::fromLatin1(LoopDisk::linuxType), QStringLiteral("ext4"), QStringLiteral("Backup") } };
+    return { { 20, QString::fromLatin1(LoopDisk::linuxType), QStringLiteral("ext4"),
+        QStringLiteral("Backup") } };
 }
 
 // Runs a program in the mount namespace of the disk service, which is the machine's own.
@@ -185,7 +188,8 @@ void TestWindowFaults::eachOutputGoesToItsOwnRecord()
     makePipe(first);
     makePipe(second);
     RealWindow window;
-    const OutlineItem volumes[] = { volumeOf(window, first), volumeOf(window, second), volumeOf(window, third) };
+    const OutlineItem volumes[]
+        = { volumeOf(window, first), volumeOf(window, second), volumeOf(window, third) };
     QVERIFY(volumes[0] && volumes[1] && volumes[2]);
     OutputView *const view = window.controller().checkRepairOutputView;
     for (const OutlineItem &volume : { volumes[0], volumes[1] }) {
@@ -217,7 +221,8 @@ void TestWindowFaults::diskThatGoesDuringACheck()
     window.select(volume);
     window.controller().checkButton->click();
     QTRY_VERIFY_WITH_TIMEOUT(
-        window.controller().checkRepairOutputView->toPlainText().contains(QStringLiteral("looking at")), limit);
+        window.controller().checkRepairOutputView->toPlainText().contains(QStringLiteral("looking at")),
+        limit);
     disk.detach();
     QTRY_VERIFY_WITH_TIMEOUT(!window.recordOf(disk.node(1)), limit);
     release(disk, "the disk has gone");
@@ -252,13 +257,15 @@ void TestWindowFaults::diskThatGoesDuringAFormat()
 int TestWindowFaults::checkAndClose(const QString &node)
 {
     RealWindow window;
-    const bool isThere = QTest::qWaitFor([&] { return window.recordOf(node) && window.recordOf(node)->volumeKind; }, limit);
+    const bool isThere
+        = QTest::qWaitFor([&] { return window.recordOf(node) && window.recordOf(node)->volumeKind; }, limit);
     if (!isThere)
         return 2;
     window.select(window.recordOf(node));
     window.controller().checkButton->click();
     const auto hasBegun = [&] {
-        return window.controller().checkRepairOutputView->toPlainText().contains(QStringLiteral("looking at"));
+        return window.controller().checkRepairOutputView->toPlainText().contains(
+            QStringLiteral("looking at"));
     };
     if (!QTest::qWaitFor(hasBegun, limit))
         return 3;
@@ -273,7 +280,8 @@ void TestWindowFaults::windowThatIsClosedDuringACheck()
     makePipe(disk);
     QProcess child;
     child.setProcessChannelMode(QProcess::ForwardedChannels);
-    child.start(QCoreApplication::applicationFilePath(), { QStringLiteral("--check-and-close"), disk.node(1) });
+    child.start(
+        QCoreApplication::applicationFilePath(), { QStringLiteral("--check-and-close"), disk.node(1) });
     QVERIFY(child.waitForFinished(2 * limit));
     QCOMPARE(child.exitStatus(), QProcess::NormalExit);
     QCOMPARE(child.exitCode(), 0);
@@ -308,7 +316,8 @@ void TestWindowFaults::volumeOfTheSystemIsNotForced()
     QCOMPARE(mountPointsOf(disk.node(1)), QStringList { QStringLiteral("/boot") });
     QTRY_COMPARE(window.sheets().size(), 1);
     QCOMPARE(window.sheets().constFirst()->informativeText(),
-        QStringLiteral("Error while unmounting %1: The running system stands on this volume.").arg(*volume->bsdName));
+        QStringLiteral("Error while unmounting %1: The running system stands on this volume.")
+            .arg(*volume->bsdName));
     window.endSheet(AlertSheet::firstButtonReturn);
     holder.kill();
     holder.waitForFinished();

@@ -148,7 +148,8 @@ void TestWindowOperations::formatsAsEveryFileSystem()
         window.endSheet(AlertSheet::firstButtonReturn);
         QTRY_VERIFY_WITH_TIMEOUT(!volume->operationInProgress, limit);
         for (const AlertSheet *sheet : window.sheets()) {
-            QVERIFY2(isMountFailure(sheet), qPrintable(bundle->bundleName + u": " + sheet->informativeText()));
+            QVERIFY2(
+                isMountFailure(sheet), qPrintable(bundle->bundleName + u": " + sheet->informativeText()));
             window.endSheet(AlertSheet::firstButtonReturn);
         }
         QTRY_VERIFY(window.sheets().isEmpty());
