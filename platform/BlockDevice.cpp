@@ -90,7 +90,8 @@ QSet<QByteArray> systemDeviceNames()
             struct stat status = {};
             if (stat(path.constData(), &status) != 0)
                 continue;
-            const dev_t device = S_ISBLK(status.st_mode) ? status.st_rdev : status.st_dev; // a swap file's disk
+            const dev_t device
+                = S_ISBLK(status.st_mode) ? status.st_rdev : status.st_dev; // a swap file's disk
             addWithFoundations(names, sysfsFolder(major(device), minor(device)));
         }
     }
