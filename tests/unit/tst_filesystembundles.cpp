@@ -87,7 +87,9 @@ void TestFileSystemBundles::personalitiesAreWhole()
     QVERIFY(!bundle.linuxTypes.isEmpty() && !bundle.requiredTools.isEmpty() && !bundle.packages.isEmpty());
     QVERIFY(bundle.labelRule.unit != LabelRule::Unit::Unlimited);
     for (const Personality &personality : bundle.personalities) {
-        QVERIFY(personality.format && personality.minimumSize);
+        // A personality that cannot be made only names volumes, for a check and a repair.
+        QCOMPARE(personality.format.has_value(), personality.minimumSize.has_value());
+        QVERIFY(personality.format || personality.verification);
         QVERIFY(!personality.maximumSize || *personality.minimumSize < *personality.maximumSize);
         QCOMPARE(personality.verification.has_value(), personality.repair.has_value());
         QVERIFY(!personality.key.contains(u'\'')); // it is passed between single quotes
