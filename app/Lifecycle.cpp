@@ -12,6 +12,7 @@
 
 #include <QApplication>
 #include <QEvent>
+#include <QLayout>
 #include <QMainWindow>
 #include <QScreen>
 #include <QTabWidget>
@@ -72,6 +73,9 @@ void ZorvexDiskManagerAppDelegate::awakeFromNib()
     window->resize(initialContentSize);
     if (const QScreen *screen = window->screen())
         window->move(screen->availableGeometry().center() - window->rect().center());
+    // A window that is not shown yet lays itself out later; the pane needs the new room now.
+    window->layout()->setGeometry(QRect(QPoint(), window->size()));
+    window->centralWidget()->layout()->activate();
     mainSplitView->setFirstPaneWidth(firstPaneWidth);
 }
 

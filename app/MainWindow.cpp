@@ -8,9 +8,12 @@
 #include "ui_MainWindow.h"
 
 #include <QApplication>
+#include <QLayout>
 #include <QMainWindow>
 
 namespace {
+
+constexpr int initialTreeWidth = 240;
 
 // The mirrored layout has an outline view of its own in the place of the plain one.
 OutlineView *outlineViewFor(bool isRightToLeft, const Ui::MainWindow &ui)
@@ -123,7 +126,9 @@ std::unique_ptr<QMainWindow> loadMainWindow(ZorvexDiskManagerAppDelegate &contro
     auto window = std::make_unique<QMainWindow>();
     Ui::MainWindow ui;
     ui.setupUi(window.get());
-    ui.mainSplitView->setSizes({ 240, 552 });
+    window->layout()->setGeometry(QRect(QPoint(), window->size()));
+    window->centralWidget()->layout()->activate();
+    ui.mainSplitView->setFirstPaneWidth(initialTreeWidth);
     setOutlets(controller, window.get(), ui);
     connectActions(controller, window.get(), ui);
     controller.awakeFromNib();
