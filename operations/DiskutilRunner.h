@@ -26,4 +26,4 @@ qint32 invokeDiskutilWithVerb(const QString &verb, const QString &arguments,
     ShellPipe &pipe);
 
 // How much output is kept to explain a failure, in bytes.
-inline constexpr std::size_t diskutilOutputLimit = 16 * 1024 * 1024;
+inline constexpr std::size_t diskutilOutputLimit = std::size_t { 16 } * 1024 * 1024;

@@ -115,7 +115,7 @@ std::optional<PropertyDictionary> Bundle::infoDictionary() const
 
 std::optional<PropertyDictionary> Bundle::localizedInfoDictionary(const QStringList &languages) const
 {
-    const std::optional<PropertyDictionary> info = infoDictionary();
+    std::optional<PropertyDictionary> info = infoDictionary();
     if (!info)
         return std::nullopt;
     for (const QString &language : languages) {

@@ -91,6 +91,6 @@ int KernelMountTable::freeSpace(const QByteArray &path, qint64 *bytes) const
     struct statvfs status = {};
     if (statvfs(path.constData(), &status) != 0)
         return errno;
-    *bytes = static_cast<qint64>(status.f_bavail * status.f_frsize);
+    *bytes = static_cast<qint64>(status.f_bavail) * static_cast<qint64>(status.f_frsize);
     return 0;
 }

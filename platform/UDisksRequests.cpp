@@ -75,13 +75,13 @@ void UDisksRequests::unmount(const QString &path, Scope scope, Force force, Comp
     unmountNext(mounted, force, 0, std::move(completion));
 }
 
-void UDisksRequests::unmountNext(QStringList paths, Force force, int tries, Completion completion)
+void UDisksRequests::unmountNext(const QStringList &paths, Force force, int tries, Completion completion)
 {
     if (paths.isEmpty()) {
         completion(nullptr);
         return;
     }
-    const QString path = paths.constFirst();
+    const QString &path = paths.constFirst();
     QVariantMap options;
     if (force == Force::Yes)
         options.insert(QStringLiteral("force"), true);

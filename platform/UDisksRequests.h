@@ -38,7 +38,7 @@ private:
     void answerLater(Completion completion, DAReturn status, const std::optional<QString> &statusString = {});
     void readMountPoints(const QString &path, std::function<void()> done);
     bool isMounted(const QString &path) const;
-    void unmountNext(QStringList paths, Force force, int tries, Completion completion);
+    void unmountNext(const QStringList &paths, Force force, int tries, Completion completion);
     void setLabel(const QString &path, const QString &name, Completion completion);
     void detachLoop(const QString &path, Completion completion);
     void ejectDrive(const QString &drive, Completion completion);

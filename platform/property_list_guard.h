@@ -9,7 +9,7 @@
 #include <string_view>
 
 namespace PropertyListLimits {
-inline constexpr std::size_t bytes = 4 * 1024 * 1024; // of a file
+inline constexpr std::size_t bytes = std::size_t { 4 } * 1024 * 1024; // of a file
 inline constexpr std::size_t expandedBytes = 4 * bytes; // of all strings and data, each reference counted
 inline constexpr std::size_t values = 65536; // of all kinds together, each reference counted
 inline constexpr std::size_t depth = 64;

@@ -25,6 +25,6 @@ int ZorvexDiskManagerAppDelegate::splitView_constrainMaxCoordinate_ofSubviewAt(
 void ZorvexDiskManagerAppDelegate::splitView_resizeSubviewsWithOldSize(SplitView *view, const QSize &oldSize)
 {
     const OutlineRules::PaneWidths widths = OutlineRules::resizedPaneWidths(
-        oldSize.width(), view->width(), view->sizes().constFirst(), isRightToLeftLocalization());
+        oldSize.width(), view->width(), view->firstPaneWidth(), isRightToLeftLocalization());
     view->setFirstPaneWidth(widths.first);
 }

@@ -59,7 +59,7 @@ void OutlineModel::synchronize(Node *node, int depth)
         wantedItems.insert(item.get());
     for (int row = static_cast<int>(rows.size()) - 1; row >= 0; --row) {
         if (!wantedItems.contains(rows[static_cast<std::size_t>(row)]->item.get()))
-            removeRows(node, row, row);
+            takeRows(node, row, row);
     }
     for (std::size_t i = 0; i < wanted.size(); ++i) {
         if (i < rows.size() && rows[i]->item == wanted[i])
@@ -67,13 +67,13 @@ void OutlineModel::synchronize(Node *node, int depth)
         // A row that stands further down, here or under another item, moves by leaving its old place.
         if (Node *const elsewhere = m_nodes.value(wanted[i].get())) {
             const int row = elsewhere->row();
-            removeRows(elsewhere->parent, row, row);
+            takeRows(elsewhere->parent, row, row);
         }
-        insertRow(node, static_cast<int>(i), wanted[i]);
+        putRow(node, static_cast<int>(i), wanted[i]);
     }
     while (rows.size() > wanted.size()) {
         const int last = static_cast<int>(rows.size()) - 1;
-        removeRows(node, last, last);
+        takeRows(node, last, last);
     }
     for (const std::unique_ptr<Node> &child : rows)
         synchronize(child.get(), depth + 1);
@@ -82,7 +82,7 @@ void OutlineModel::synchronize(Node *node, int depth)
             index(0, 0, indexOf(node)), index(static_cast<int>(rows.size()) - 1, 0, indexOf(node)));
 }
 
-void OutlineModel::removeRows(Node *node, int first, int last)
+void OutlineModel::takeRows(Node *node, int first, int last)
 {
     beginRemoveRows(indexOf(node), first, last);
     for (int row = first; row <= last; ++row)
@@ -91,7 +91,7 @@ void OutlineModel::removeRows(Node *node, int first, int last)
     endRemoveRows();
 }
 
-void OutlineModel::insertRow(Node *node, int row, const OutlineItem &item)
+void OutlineModel::putRow(Node *node, int row, const OutlineItem &item)
 {
     auto child = std::make_unique<Node>();
     child->item = item;

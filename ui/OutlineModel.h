@@ -53,8 +53,8 @@ private:
 
     std::vector<OutlineItem> childrenFromSource(const OutlineItem &item) const;
     void synchronize(Node *node, int depth);
-    void removeRows(Node *node, int first, int last);
-    void insertRow(Node *node, int row, const OutlineItem &item);
+    void takeRows(Node *node, int first, int last);
+    void putRow(Node *node, int row, const OutlineItem &item);
     void forgetBelow(Node *node);
     Node *nodeAt(const QModelIndex &index) const;
     QModelIndex indexOf(const Node *node) const;

@@ -64,9 +64,17 @@ QSplitterHandle *SplitView::createHandle()
     return new Divider(orientation(), this);
 }
 
-void SplitView::setFirstPaneWidth(int width)
+qreal SplitView::firstPaneWidth() const
 {
-    setSizes({ width, std::max(0, this->width() - width - handleWidth()) });
+    const int shown = sizes().constFirst();
+    return qRound(m_exactFirstPaneWidth) == shown ? m_exactFirstPaneWidth : shown;
+}
+
+void SplitView::setFirstPaneWidth(qreal width)
+{
+    m_exactFirstPaneWidth = width;
+    const int shown = qRound(width);
+    setSizes({ shown, std::max(0, this->width() - shown - handleWidth()) });
 }
 
 void SplitView::moveDivider(int position)

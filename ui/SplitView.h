@@ -26,8 +26,10 @@ public:
 
     void setDelegate(SplitViewDelegate *delegate) { m_delegate = delegate; }
 
-    // Sets the width of the first pane; the second gets what is left.
-    void setFirstPaneWidth(int width);
+    // The width of the first pane. It is shown in whole pixels; the exact width is kept as long as the pane
+    // shows it. The second pane gets what is left.
+    qreal firstPaneWidth() const;
+    void setFirstPaneWidth(qreal width);
 
     // Moves the divider as far as the delegate allows.
     void moveDivider(int position);
@@ -38,4 +40,5 @@ protected:
 
 private:
     SplitViewDelegate *m_delegate = nullptr;
+    qreal m_exactFirstPaneWidth = 0;
 };

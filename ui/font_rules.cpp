@@ -9,11 +9,11 @@ std::optional<QFont> outputFont(const FontSource &source)
 {
     constexpr int pointSize = 11;
     constexpr int monacoPointSize = 10; // it runs larger than the others
-    if (const auto font = source.monospacedSystemFont(pointSize))
+    if (auto font = source.monospacedSystemFont(pointSize))
         return font;
-    if (const auto font = source.namedFont(QStringLiteral("SF Mono"), pointSize))
+    if (auto font = source.namedFont(QStringLiteral("SF Mono"), pointSize))
         return font;
-    if (const auto font = source.namedFont(QStringLiteral("Menlo"), pointSize))
+    if (auto font = source.namedFont(QStringLiteral("Menlo"), pointSize))
         return font;
     return source.namedFont(QStringLiteral("Monaco"), monacoPointSize);
 }

@@ -46,15 +46,14 @@ int maximumDividerPosition(int splitViewWidth, bool isRightToLeft)
     return splitViewWidth - (isRightToLeft ? minimumTreeWidth : minimumTabWidth);
 }
 
-PaneWidths resizedPaneWidths(int oldWidth, int newWidth, int firstWidth, bool isRightToLeft)
+PaneWidths resizedPaneWidths(int oldWidth, int newWidth, qreal firstWidth, bool isRightToLeft)
 {
-    const int firstMinimum = isRightToLeft ? minimumTabWidth : minimumTreeWidth;
-    const int secondMinimum = isRightToLeft ? minimumTreeWidth : minimumTabWidth;
+    const qreal firstMinimum = isRightToLeft ? minimumTabWidth : minimumTreeWidth;
+    const qreal secondMinimum = isRightToLeft ? minimumTreeWidth : minimumTabWidth;
     // A split view that had no width yet gives no share to keep.
-    const int proposed
-        = oldWidth > 0 ? static_cast<int>(static_cast<qint64>(newWidth) * firstWidth / oldWidth) : firstWidth;
-    const int first = std::min(newWidth - secondMinimum, std::max(firstMinimum, proposed));
-    const int second = std::max(secondMinimum, newWidth - first) - dividerThickness;
+    const qreal proposed = oldWidth > 0 ? newWidth * firstWidth / oldWidth : firstWidth;
+    const qreal first = std::min(newWidth - secondMinimum, std::max(firstMinimum, proposed));
+    const qreal second = std::max(secondMinimum, newWidth - first) - dividerThickness;
     return { first, second };
 }
 

@@ -41,7 +41,7 @@ QByteArray pathToVolume(const MountTable &table, const MountedFileSystem &volume
     if (!entries)
         return volume.mountPoint;
     for (const QByteArray &entry : *entries) {
-        const QByteArray path = folder + '/' + entry;
+        QByteArray path = folder + '/' + entry;
         if (entry.startsWith(baseName) && table.fileSystemID(path) == volume.id)
             return path;
     }

@@ -10,8 +10,6 @@
 #include <QDir>
 #include <QFile>
 
-#include <cerrno>
-
 namespace {
 
 // Runs the line in the real shell, with another program in the tool's place.
@@ -36,28 +34,6 @@ private:
 };
 
 } // namespace
-
-std::optional<FileSystemID> TestMountTable::fileSystemID(const QByteArray &path) const
-{
-    const auto found = ids.find(path);
-    return found == ids.end() ? std::nullopt : std::optional<FileSystemID>(found->second);
-}
-
-std::optional<std::vector<QByteArray>> TestMountTable::folderEntries(const QByteArray &path) const
-{
-    const auto found = folders.find(path);
-    return found == folders.end() ? std::nullopt : std::optional<std::vector<QByteArray>>(found->second);
-}
-
-int TestMountTable::freeSpace(const QByteArray &path, qint64 *bytes) const
-{
-    queriedPaths.push_back(path);
-    const auto found = freeSpaces.find(path);
-    if (freeSpaceError != 0 || found == freeSpaces.end())
-        return freeSpaceError != 0 ? freeSpaceError : ENOENT;
-    *bytes = found->second;
-    return 0;
-}
 
 void TestWorkspace::openInFileManager(const QString &path, Completion completion)
 {
