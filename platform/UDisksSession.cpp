@@ -77,8 +77,9 @@ void logHarmfulName(const UDisksStore &store, const UDisksDisk &disk)
 class UDisksSession : public DASession
 {
 public:
-    UDisksSession(FileSystemClaims claims, const QDBusConnection &bus)
+    UDisksSession(FileSystemClaims claims, const QDBusConnection &bus, BlockDeviceFactsReader readFacts)
         : m_claims(std::move(claims))
+        , m_readFacts(std::move(readFacts))
         , m_bus(bus)
         , m_requests(m_bus)
     {
@@ -194,7 +195,7 @@ private:
         std::vector<UDisksDiskRef> come;
         std::vector<std::pair<UDisksDiskRef, QStringList>> changed;
         for (const QString &path : paths) {
-            auto medium = readUDisksMedium(m_bus.store(), path, m_claims, readBlockDeviceFacts);
+            auto medium = readUDisksMedium(m_bus.store(), path, m_claims, m_readFacts);
             const UDisksDiskRef known = m_disks.value(path);
             if (known && medium && known->medium().facts.bsdName == medium->facts.bsdName) {
                 const QStringList keys = known->update(std::move(*medium));
@@ -228,6 +229,7 @@ private:
     }
 
     FileSystemClaims m_claims;
+    BlockDeviceFactsReader m_readFacts;
     bool m_scheduled = false;
     QHash<QString, UDisksDiskRef> m_disks; // the media that are present, by object path
     UDisksBus m_bus;
@@ -238,12 +240,13 @@ private:
 
 std::unique_ptr<DASession> createUDisksSession(FileSystemClaims claims)
 {
-    return createUDisksSession(std::move(claims), QDBusConnection::systemBus());
+    return createUDisksSession(std::move(claims), QDBusConnection::systemBus(), readBlockDeviceFacts);
 }
 
-std::unique_ptr<DASession> createUDisksSession(FileSystemClaims claims, const QDBusConnection &bus)
+std::unique_ptr<DASession> createUDisksSession(
+    FileSystemClaims claims, const QDBusConnection &bus, BlockDeviceFactsReader readFacts)
 {
     if (!bus.isConnected())
         return nullptr;
-    return std::make_unique<UDisksSession>(std::move(claims), bus);
+    return std::make_unique<UDisksSession>(std::move(claims), bus, std::move(readFacts));
 }

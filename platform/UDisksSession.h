@@ -7,6 +7,7 @@
 
 #include "platform/DiskArbitration.h"
 #include "platform/FileSystemClaims.h"
+#include "platform/UDisksMedium.h"
 
 #include <QDBusConnection>
 
@@ -16,5 +17,6 @@
 // which file system.
 std::unique_ptr<DASession> createUDisksSession(FileSystemClaims claims);
 
-// The same over a connection of the caller's choice.
-std::unique_ptr<DASession> createUDisksSession(FileSystemClaims claims, const QDBusConnection &bus);
+// The same over a connection, and with facts about devices, of the caller's choice.
+std::unique_ptr<DASession> createUDisksSession(
+    FileSystemClaims claims, const QDBusConnection &bus, BlockDeviceFactsReader readFacts);
