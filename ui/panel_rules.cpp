@@ -36,8 +36,8 @@ bool isEjectable(const ZorvexDiskManagerDisk &disk)
 const char *buttonTitleKey(const ZorvexDiskManagerDisk &disk)
 {
     if (isEjectable(disk))
-        return "EJECT_BUTTON_TITLE";
-    return disk.volumePath ? "UNMOUNT_BUTTON_TITLE" : "MOUNT_BUTTON_TITLE";
+        return QT_TRID_NOOP("EJECT_BUTTON_TITLE");
+    return disk.volumePath ? QT_TRID_NOOP("UNMOUNT_BUTTON_TITLE") : QT_TRID_NOOP("MOUNT_BUTTON_TITLE");
 }
 
 bool isUnmountable(const ZorvexDiskManagerDisk &disk)
