@@ -103,7 +103,7 @@ QString ZorvexDiskManagerAppDelegate::formatTargetText(const ZorvexDiskManagerDi
     const QString content = filesystemTextOf(disk);
     QString text = targetLine(QT_TRID_NOOP("FORMAT_TARGET_NAME_CAPTION"), getDisplayNameForDisk(disk))
         + targetLine(QT_TRID_NOOP("FORMAT_TARGET_SIZE_CAPTION"), size)
-        + targetLine(QT_TRID_NOOP("FORMAT_TARGET_DEVICE_CAPTION"), device)
+        + targetLine(QT_TRID_NOOP("FORMAT_TARGET_DEVICE_CAPTION"), leftToRightInWindow(device))
         + targetLine(QT_TRID_NOOP("FORMAT_TARGET_CONTENT_CAPTION"),
             content.isEmpty() ? localizedString("FORMAT_TARGET_NOTHING_TEXT") : content);
     return text.trimmed();

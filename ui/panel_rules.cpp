@@ -40,6 +40,13 @@ const char *buttonTitleKey(const ZorvexDiskManagerDisk &disk)
     return disk.volumePath ? QT_TRID_NOOP("UNMOUNT_BUTTON_TITLE") : QT_TRID_NOOP("MOUNT_BUTTON_TITLE");
 }
 
+const char *rowStateKey(const ZorvexDiskManagerDisk &disk)
+{
+    if (isEjectable(disk))
+        return QT_TRID_NOOP("ROW_DISK_WITH_PARTITIONS_TEXT");
+    return disk.volumePath ? QT_TRID_NOOP("ROW_MOUNTED_TEXT") : QT_TRID_NOOP("ROW_NOT_MOUNTED_TEXT");
+}
+
 bool isUnmountable(const ZorvexDiskManagerDisk &disk)
 {
     return isEjectable(disk) || disk.volumePath;
