@@ -60,6 +60,8 @@ void ZorvexDiskManagerAppDelegate::awakeFromNib()
 
     if (isRightToLeftLocalization()) {
         swapPanes();
+        // The panes stand in the order of their places; what is in them is mirrored all the same.
+        rightTabView->setLayoutDirection(Qt::RightToLeft);
         mountUnmountButton->setImagePosition(ImageButton::ImagePosition::Right);
         mountUnmountButton->setTextAlignment(Qt::AlignRight);
     }

@@ -8,6 +8,8 @@
 #include "ui_MainWindow.h"
 
 #include <QApplication>
+#include <QClipboard>
+#include <QEvent>
 #include <QLayout>
 #include <QMainWindow>
 
@@ -80,19 +82,82 @@ void connectAction(QAction *action, ZorvexDiskManagerAppDelegate &controller, Cl
         [action, &controller, click] { (controller.*click)(action); });
 }
 
-// A menu item presses the button of its name, and like it does nothing while that is disabled.
-void connectToButton(QAction *action, QPushButton *button)
+// Keeps a menu item as enabled as its button.
+class EnabledFollower : public QObject
 {
-    QObject::connect(action, &QAction::triggered, button, &QPushButton::click);
+public:
+    EnabledFollower(QAction *action, QWidget *followed)
+        : QObject(action)
+        , m_action(action)
+    {
+        followed->installEventFilter(this);
+        m_action->setEnabled(followed->isEnabled());
+    }
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::EnabledChange)
+            m_action->setEnabled(static_cast<QWidget *>(watched)->isEnabled());
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    QAction *m_action;
+};
+
+// A menu item presses the button of its name, on the page on which the operation shows what it does.
+void connectToButton(QAction *action, QPushButton *button, QTabWidget *tabs, QWidget *page)
+{
+    new EnabledFollower(action, button);
+    QObject::connect(action, &QAction::triggered, button, [button, tabs, page] {
+        tabs->setCurrentWidget(page);
+        button->click();
+    });
 }
 
-// The text that has the focus copies or selects itself.
-void connectEditAction(QAction *action, const char *slot)
+// Formatting begins with the choice of a file system: its menu item leads there.
+void connectFormatAction(const Ui::MainWindow &ui)
 {
-    QObject::connect(action, &QAction::triggered, action, [slot] {
+    new EnabledFollower(ui.actionFormat, ui.formatButton);
+    QObject::connect(ui.actionFormat, &QAction::triggered, ui.formatTab, [ui] {
+        ui.rightTabView->setCurrentWidget(ui.formatTab);
+        ui.formatFilesystemsPopupButton->setFocus(Qt::ShortcutFocusReason);
+    });
+}
+
+// The text that has the focus copies or selects itself. A label does so only on a key press of its own, and
+// of a label without a selection all is meant.
+void connectEditAction(QAction *action, const char *slot, void (*onLabel)(QLabel *label))
+{
+    QObject::connect(action, &QAction::triggered, action, [slot, onLabel] {
         QWidget *const focused = QApplication::focusWidget();
-        if (focused && focused->metaObject()->indexOfSlot(slot) >= 0)
+        if (auto *label = qobject_cast<QLabel *>(focused))
+            onLabel(label);
+        else if (focused && focused->metaObject()->indexOfSlot(slot) >= 0)
             QMetaObject::invokeMethod(focused, QByteArray(slot).chopped(2).constData());
+    });
+}
+
+void copyLabel(QLabel *label)
+{
+    QGuiApplication::clipboard()->setText(label->hasSelectedText() ? label->selectedText() : label->text());
+}
+
+void selectLabel(QLabel *label)
+{
+    label->setSelection(0, static_cast<int>(label->text().size()));
+}
+
+// The Disk menu at a row of the tree, for the disk of that row.
+void connectContextMenu(OutlineView *view, QMenu *menu)
+{
+    view->setContextMenuPolicy(Qt::CustomContextMenu);
+    QObject::connect(view, &QWidget::customContextMenuRequested, menu, [view, menu](const QPoint &position) {
+        const QModelIndex index = view->indexAt(position);
+        if (!index.isValid())
+            return;
+        view->setCurrentIndex(index);
+        menu->popup(view->viewport()->mapToGlobal(position));
     });
 }
 
@@ -103,16 +168,19 @@ void connectActions(ZorvexDiskManagerAppDelegate &controller, QMainWindow *windo
     connectButton(ui.formatButton, controller, &Controller::clickFormatButton);
     connectButton(ui.checkButton, controller, &Controller::clickCheckButton);
     connectButton(ui.repairButton, controller, &Controller::clickRepairButton);
-    connectToButton(ui.actionMountUnmount, ui.mountUnmountButton);
-    connectToButton(ui.actionFormat, ui.formatButton);
-    connectToButton(ui.actionCheck, ui.checkButton);
-    connectToButton(ui.actionRepair, ui.repairButton);
+    connectToButton(ui.actionMountUnmount, ui.mountUnmountButton, ui.rightTabView, ui.infoTab);
+    connectFormatAction(ui);
+    connectToButton(ui.actionCheck, ui.checkButton, ui.rightTabView, ui.maintenanceTab);
+    connectToButton(ui.actionRepair, ui.repairButton, ui.rightTabView, ui.maintenanceTab);
+    connectContextMenu(controller.leftOutlineView, ui.diskMenu);
     connectAction(ui.actionManual, controller, &Controller::clickHelpMenuItem);
     connectAction(ui.actionAbout, controller, &Controller::clickAboutButton);
-    connectEditAction(ui.actionCopy, "copy()");
-    connectEditAction(ui.actionSelectAll, "selectAll()");
+    connectEditAction(ui.actionCopy, "copy()", &copyLabel);
+    connectEditAction(ui.actionSelectAll, "selectAll()", &selectLabel);
     QObject::connect(
         ui.actionShowInFileManager, &QAction::triggered, &controller, &Controller::showInFileManager);
+    QObject::connect(ui.infoMountedPathView, &LinkTextView::hasLinkChanged, ui.actionShowInFileManager,
+        &QAction::setEnabled);
     QObject::connect(ui.actionClose, &QAction::triggered, window, &QWidget::close);
     QObject::connect(ui.actionQuit, &QAction::triggered, qApp, &QCoreApplication::quit);
 }

@@ -221,6 +221,7 @@ public:
     bool outlineView_isItemExpandable(OutlineView *view, const OutlineItem &item) override;
     QString outlineView_objectValueForTableColumn_byItem(
         OutlineView *view, int column, const OutlineItem &item) override;
+    QString outlineView_accessibleTextByItem(OutlineView *view, const OutlineItem &item) override;
     void outlineView_setObjectValue_forTableColumn_byItem(
         OutlineView *view, const QVariant &value, int column, const OutlineItem &item) override;
     bool outlineView_acceptDrop_item_childIndex(
@@ -280,6 +281,8 @@ private:
     struct PanelTexts;
     PanelTexts textsOf(ZorvexDiskManagerDisk &disk);
     QString filesystemTextOf(const ZorvexDiskManagerDisk &disk) const;
+    QString deviceNodeTextOf(const ZorvexDiskManagerDisk &disk) const;
+    QString leftToRightInWindow(const QString &text) const; // set apart where the window is mirrored
     void showOutputOf(const ZorvexDiskManagerDisk &disk);
     bool enableControls(const ZorvexDiskManagerDisk &disk);
     void disableControls();

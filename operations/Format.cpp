@@ -101,9 +101,10 @@ QString ZorvexDiskManagerAppDelegate::formatTargetText(const ZorvexDiskManagerDi
     const QString device
         = node.isEmpty() ? disk.description() : QString(disk.description() + u" (" + node + u')');
     const QString content = filesystemTextOf(disk);
-    QString text = targetLine("FORMAT_TARGET_NAME_CAPTION", getDisplayNameForDisk(disk))
-        + targetLine("FORMAT_TARGET_SIZE_CAPTION", size) + targetLine("FORMAT_TARGET_DEVICE_CAPTION", device)
-        + targetLine("FORMAT_TARGET_CONTENT_CAPTION",
+    QString text = targetLine(QT_TRID_NOOP("FORMAT_TARGET_NAME_CAPTION"), getDisplayNameForDisk(disk))
+        + targetLine(QT_TRID_NOOP("FORMAT_TARGET_SIZE_CAPTION"), size)
+        + targetLine(QT_TRID_NOOP("FORMAT_TARGET_DEVICE_CAPTION"), leftToRightInWindow(device))
+        + targetLine(QT_TRID_NOOP("FORMAT_TARGET_CONTENT_CAPTION"),
             content.isEmpty() ? localizedString("FORMAT_TARGET_NOTHING_TEXT") : content);
     return text.trimmed();
 }

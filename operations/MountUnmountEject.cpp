@@ -131,8 +131,8 @@ void ZorvexDiskManagerAppDelegate::unmountDidUnmountDisk(
         zorvex_disk_manager_da_disk_did_unmount(disk, nullptr, daDisk);
         return;
     }
-    showForceDialog(daDisk, "FAILED_TO_UNMOUNT_VOLUME_TITLE", "FAILED_TO_UNMOUNT_VOLUME_BODY_FMT",
-        [this, daDisk](AlertSheet *alert, int returnCode) {
+    showForceDialog(daDisk, QT_TRID_NOOP("FAILED_TO_UNMOUNT_VOLUME_TITLE"),
+        QT_TRID_NOOP("FAILED_TO_UNMOUNT_VOLUME_BODY_FMT"), [this, daDisk](AlertSheet *alert, int returnCode) {
             unmountForceUnmountDialogDidEnd(alert, returnCode, daDisk);
         });
 }
@@ -156,9 +156,10 @@ void ZorvexDiskManagerAppDelegate::ejectDidUnmountDisk(
             completionWithContext(zorvex_disk_manager_da_disk_did_eject, disk));
         return;
     }
-    showForceDialog(disk, "FAILED_TO_UNMOUNT_VOLUMES_TITLE", "FAILED_TO_UNMOUNT_VOLUMES_BODY_FMT",
-        [this, disk](
-            AlertSheet *alert, int returnCode) { ejectForceUnmountDialogDidEnd(alert, returnCode, disk); });
+    showForceDialog(disk, QT_TRID_NOOP("FAILED_TO_UNMOUNT_VOLUMES_TITLE"),
+        QT_TRID_NOOP("FAILED_TO_UNMOUNT_VOLUMES_BODY_FMT"), [this, disk](AlertSheet *alert, int returnCode) {
+            ejectForceUnmountDialogDidEnd(alert, returnCode, disk);
+        });
 }
 
 void ZorvexDiskManagerAppDelegate::ejectForceUnmountDialogDidEnd(

@@ -3,6 +3,7 @@
 // The disk tree as rows of the outline view. It cannot be edited, dragged, dropped, sorted or saved.
 #include "app/ZorvexDiskManagerAppDelegate.h"
 
+#include "platform/Localization.h"
 #include "platform/SystemRelease.h"
 #include "ui/ImageAndTextCell.h"
 #include "ui/outline_rules.h"
@@ -62,6 +63,16 @@ QString ZorvexDiskManagerAppDelegate::outlineView_objectValueForTableColumn_byIt
     Q_UNUSED(view)
     Q_UNUSED(column)
     return getDisplayNameForDisk(*item);
+}
+
+QString ZorvexDiskManagerAppDelegate::outlineView_accessibleTextByItem(
+    OutlineView *view, const OutlineItem &item)
+{
+    Q_UNUSED(view)
+    QStringList parts { getDisplayNameForDisk(*item), filesystemTextOf(*item),
+        localizedString(PanelRules::rowStateKey(*item)) };
+    parts.removeAll(QString());
+    return parts.join(localizedString("LIST_SEPARATOR_TEXT"));
 }
 
 void ZorvexDiskManagerAppDelegate::outlineView_setObjectValue_forTableColumn_byItem(

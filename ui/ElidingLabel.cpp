@@ -35,6 +35,15 @@ void ElidingLabel::paintEvent(QPaintEvent *event)
         shown, foregroundRole());
 }
 
+// Left to itself, a label whose text can be selected takes its side from the text's own direction.
+void ElidingLabel::changeEvent(QEvent *event)
+{
+    QLabel::changeEvent(event);
+    if (event->type() == QEvent::LayoutDirectionChange)
+        setAlignment(
+            Qt::AlignAbsolute | Qt::AlignVCenter | (isRightToLeft() ? Qt::AlignRight : Qt::AlignLeft));
+}
+
 bool ElidingLabel::event(QEvent *event)
 {
     if (event->type() == QEvent::ToolTip && toolTip().isEmpty()) {

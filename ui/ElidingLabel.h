@@ -17,6 +17,7 @@ public:
     bool isCut() const;
 
 protected:
+    void changeEvent(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     bool event(QEvent *event) override;
 };

@@ -4,6 +4,7 @@
 #include "app/ZorvexDiskManagerAppDelegate.h"
 
 #include "platform/Localization.h"
+#include "ui/direction_rules.h"
 #include "ui/font_rules.h"
 #include "ui/ImageButton.h"
 #include "ui/LinkTextView.h"
@@ -93,6 +94,19 @@ QString ZorvexDiskManagerAppDelegate::filesystemTextOf(const ZorvexDiskManagerDi
     return bundle ? getFilesystemTypeString(*bundle) : *disk.volumeKind;
 }
 
+QString ZorvexDiskManagerAppDelegate::leftToRightInWindow(const QString &text) const
+{
+    return isRightToLeftLocalization() ? DirectionRules::leftToRight(text) : text;
+}
+
+QString ZorvexDiskManagerAppDelegate::deviceNodeTextOf(const ZorvexDiskManagerDisk &disk) const
+{
+    const QString node = disk.daDisk ? disk.daDisk->deviceNode() : QString();
+    return node.isEmpty()
+        ? QString()
+        : formatLocalized(localizedString("DEVICE_NODE_TOOL_TIP_FMT"), { leftToRightInWindow(node) });
+}
+
 ZorvexDiskManagerAppDelegate::PanelTexts ZorvexDiskManagerAppDelegate::textsOf(ZorvexDiskManagerDisk &disk)
 {
     qint64 freeSpace = 0;
@@ -112,10 +126,12 @@ ZorvexDiskManagerAppDelegate::PanelTexts ZorvexDiskManagerAppDelegate::textsOf(Z
         const qint64 *const space = hasFreeSpace ? &freeSpace : nullptr;
         texts.space = getDiskSpaceStringWithDiskSize(size, space);
         texts.spaceToolTip = getAlternateDiskSpaceStringWithDiskSize(size, space);
+        if (isRightToLeftLocalization())
+            texts.spaceToolTip = DirectionRules::withGroupedNumbersKept(texts.spaceToolTip);
     }
     texts.filesystem = filesystemTextOf(disk);
     texts.bsdName = disk.description();
-    texts.deviceNode = disk.daDisk ? disk.daDisk->deviceNode() : QString();
+    texts.deviceNode = deviceNodeTextOf(disk);
     texts.wholeDevice = yesOrNo(disk.whole);
     texts.removable = yesOrNo(disk.removable);
     texts.ejectable = yesOrNo(disk.ejectable);

@@ -4,10 +4,11 @@
 #include <QKeyEvent>
 #include <QTextBlock>
 #include <QTextCursor>
+#include <QTextOption>
 
 namespace {
 
-constexpr int linesShown = 2;
+constexpr int linesShown = 2; // where there is room
 
 } // namespace
 
@@ -25,7 +26,7 @@ LinkTextView::LinkTextView(QWidget *parent)
     setFocusPolicy(Qt::NoFocus);
     document()->setDocumentMargin(0);
     viewport()->setAutoFillBackground(false);
-    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Maximum);
 }
 
 void LinkTextView::setLink(const QString &text, const QColor &color, const QFont &linkFont)
@@ -43,6 +44,7 @@ void LinkTextView::setLink(const QString &text, const QColor &color, const QFont
     viewport()->setCursor(Qt::PointingHandCursor);
     setFocusPolicy(Qt::StrongFocus);
     setToolTip(toPlainText());
+    Q_EMIT hasLinkChanged(true);
 }
 
 void LinkTextView::clearLink()
@@ -52,6 +54,7 @@ void LinkTextView::clearLink()
     setFocusPolicy(Qt::NoFocus); // there is nothing to follow
     clearFocus();
     setToolTip({});
+    Q_EMIT hasLinkChanged(false);
 }
 
 LinkTextView::Selection LinkTextView::selection() const
@@ -72,7 +75,19 @@ QSize LinkTextView::sizeHint() const
 
 QSize LinkTextView::minimumSizeHint() const
 {
-    return sizeHint();
+    return { 100, fontMetrics().lineSpacing() };
+}
+
+// A path reads from left to right in every window, and stands at the side of its caption.
+void LinkTextView::changeEvent(QEvent *event)
+{
+    QTextEdit::changeEvent(event);
+    if (event->type() != QEvent::LayoutDirectionChange)
+        return;
+    QTextOption option = document()->defaultTextOption();
+    option.setTextDirection(Qt::LeftToRight);
+    option.setAlignment(Qt::AlignAbsolute | (isRightToLeft() ? Qt::AlignRight : Qt::AlignLeft));
+    document()->setDefaultTextOption(option);
 }
 
 void LinkTextView::mouseReleaseEvent(QMouseEvent *event)

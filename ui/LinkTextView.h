@@ -34,7 +34,11 @@ Q_SIGNALS:
     // The user has clicked or dragged; also told when the selection is where it was before.
     void selectionDidChange();
 
+    // A link has come, or has gone.
+    void hasLinkChanged(bool hasLink);
+
 protected:
+    void changeEvent(QEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
 };

@@ -29,6 +29,8 @@ public:
     virtual QString outlineView_objectValueForTableColumn_byItem(
         OutlineView *view, int column, const OutlineItem &item)
         = 0;
+    // What a screen reader says of the item's row.
+    virtual QString outlineView_accessibleTextByItem(OutlineView *view, const OutlineItem &item) = 0;
     virtual void outlineView_setObjectValue_forTableColumn_byItem(
         OutlineView *view, const QVariant &value, int column, const OutlineItem &item)
         = 0;

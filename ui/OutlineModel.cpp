@@ -160,8 +160,9 @@ QVariant OutlineModel::data(const QModelIndex &index, int role) const
         return {};
     switch (role) {
     case Qt::DisplayRole:
-    case Qt::AccessibleTextRole:
         return m_source->outlineView_objectValueForTableColumn_byItem(m_view, index.column(), item);
+    case Qt::AccessibleTextRole:
+        return m_source->outlineView_accessibleTextByItem(m_view, item);
     case CellEnabledRole:
         return m_view->preparedCell(item)->enabled;
     default:

@@ -4,10 +4,13 @@
 #include "ui/ImageAndTextCell.h"
 #include "ui/OutlineModel.h"
 
+#include <QGuiApplication>
+#include <QHelpEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScopedValueRollback>
 #include <QStyledItemDelegate>
+#include <QToolTip>
 
 #include <algorithm>
 #include <cmath>
@@ -94,7 +97,7 @@ ImageAndTextCell *OutlineView::preparedCell(const OutlineItem &item)
     m_cell->stringValue = m_model->data(m_model->indexOf(item)).toString();
     m_cell->font = font();
     m_cell->palette = palette();
-    m_cell->direction = layoutDirection();
+    m_cell->direction = QGuiApplication::layoutDirection();
     m_cell->highlighted = false;
     if (m_delegate)
         m_delegate->outlineView_willDisplayCell_forTableColumn_item(this, m_cell.get(), 0, item);
@@ -214,6 +217,25 @@ QRect OutlineView::visualRect(const QModelIndex &index) const
 {
     const QRect base = QTreeView::visualRect(index);
     return base.isEmpty() ? base : frameOfCellAtColumn(index.column(), rowForItem(m_model->itemAt(index)));
+}
+
+bool OutlineView::isCut(int row)
+{
+    const OutlineItem item = itemAtRow(row);
+    return item && preparedCell(item)->cellSize().width() > frameOfCellAtColumn(0, row).width();
+}
+
+bool OutlineView::viewportEvent(QEvent *event)
+{
+    if (event->type() != QEvent::ToolTip)
+        return QTreeView::viewportEvent(event);
+    const auto *help = static_cast<QHelpEvent *>(event);
+    const QModelIndex index = indexAt(help->pos());
+    const bool isWanted = index.isValid() && isCut(rowForItem(m_model->itemAt(index)));
+    // A tool tip guesses whether its text is markup.
+    QToolTip::showText(
+        help->globalPos(), isWanted ? index.data().toString().toHtmlEscaped() : QString(), this);
+    return true;
 }
 
 void OutlineView::drawRow(

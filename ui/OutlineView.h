@@ -54,12 +54,16 @@ public:
     virtual QRect frameOfOutlineCellAtRow(int row) const;
     virtual QRect frameOfCellAtColumn(int column, int row) const;
 
+    // Whether the name in the row does not fit into its cell.
+    bool isCut(int row);
+
     QRect visualRect(const QModelIndex &index) const override;
 
 protected:
     void drawRow(
         QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
     void mousePressEvent(QMouseEvent *event) override;
+    bool viewportEvent(QEvent *event) override;
     void selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
     void resizeEvent(QResizeEvent *event) override;
 

@@ -102,7 +102,10 @@ void TextFieldCell::drawString(const AttributedString &string, const QRectF &rec
     painter.save();
     painter.setFont(string.font);
     painter.setPen(string.color);
-    painter.setLayoutDirection(direction);
-    painter.drawText(rect, Qt::TextSingleLine | Qt::AlignVCenter | Qt::AlignLeading, text);
+    // The window's direction decides at which end a name stands; in which direction it reads, it says itself.
+    painter.setLayoutDirection(string.text.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
+    const Qt::Alignment end = direction == Qt::RightToLeft ? Qt::AlignRight : Qt::AlignLeft;
+    painter.drawText(
+        rect, static_cast<int>(Qt::AlignVCenter | Qt::AlignAbsolute | end) | Qt::TextSingleLine, text);
     painter.restore();
 }

@@ -36,8 +36,15 @@ bool isEjectable(const ZorvexDiskManagerDisk &disk)
 const char *buttonTitleKey(const ZorvexDiskManagerDisk &disk)
 {
     if (isEjectable(disk))
-        return "EJECT_BUTTON_TITLE";
-    return disk.volumePath ? "UNMOUNT_BUTTON_TITLE" : "MOUNT_BUTTON_TITLE";
+        return QT_TRID_NOOP("EJECT_BUTTON_TITLE");
+    return disk.volumePath ? QT_TRID_NOOP("UNMOUNT_BUTTON_TITLE") : QT_TRID_NOOP("MOUNT_BUTTON_TITLE");
+}
+
+const char *rowStateKey(const ZorvexDiskManagerDisk &disk)
+{
+    if (isEjectable(disk))
+        return QT_TRID_NOOP("ROW_DISK_WITH_PARTITIONS_TEXT");
+    return disk.volumePath ? QT_TRID_NOOP("ROW_MOUNTED_TEXT") : QT_TRID_NOOP("ROW_NOT_MOUNTED_TEXT");
 }
 
 bool isUnmountable(const ZorvexDiskManagerDisk &disk)

@@ -16,6 +16,9 @@ bool isEjectable(const ZorvexDiskManagerDisk &disk);
 // The string key of the button's title.
 const char *buttonTitleKey(const ZorvexDiskManagerDisk &disk);
 
+// The string key of what a row says of the disk's state.
+const char *rowStateKey(const ZorvexDiskManagerDisk &disk);
+
 // Whether the disk can be unmounted or ejected, by which its row is drawn enabled and the button's image
 // chosen.
 bool isUnmountable(const ZorvexDiskManagerDisk &disk);

@@ -14,11 +14,11 @@ struct Unit
 };
 
 constexpr Unit roundedUnits[] = {
-    { 1'000'000'000'000'000'000, "EXABYTES_SHORT_TEXT" },
-    { 1'000'000'000'000'000, "PETABYTES_SHORT_TEXT" },
-    { 1'000'000'000'000, "TERABYTES_SHORT_TEXT" },
-    { 1'000'000'000, "GIGABYTES_SHORT_TEXT" },
-    { 1'000'000, "MEGABYTES_SHORT_TEXT" },
+    { 1'000'000'000'000'000'000, QT_TRID_NOOP("EXABYTES_SHORT_TEXT") },
+    { 1'000'000'000'000'000, QT_TRID_NOOP("PETABYTES_SHORT_TEXT") },
+    { 1'000'000'000'000, QT_TRID_NOOP("TERABYTES_SHORT_TEXT") },
+    { 1'000'000'000, QT_TRID_NOOP("GIGABYTES_SHORT_TEXT") },
+    { 1'000'000, QT_TRID_NOOP("MEGABYTES_SHORT_TEXT") },
 };
 
 // The number of units with up to two decimals. A size just under the next unit is not carried into it.
@@ -44,8 +44,8 @@ ShortSize shortSize(qint64 bytes)
                 unit.key };
     }
     if (bytes >= 1000)
-        return { QString::number(bytes / 1000), "KILOBYTES_SHORT_TEXT" };
-    return { QString::number(bytes), "BYTES_SHORT_TEXT" };
+        return { QString::number(bytes / 1000), QT_TRID_NOOP("KILOBYTES_SHORT_TEXT") };
+    return { QString::number(bytes), QT_TRID_NOOP("BYTES_SHORT_TEXT") };
 }
 
 QString groupedNumber(qint64 number)

@@ -123,6 +123,11 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <extracomment>Said by a screen reader after the name of a whole disk in the tree that is divided into partitions.</extracomment>
         <translation>有分区的磁盘</translation>
     </message>
+    <message id="LIST_SEPARATOR_TEXT">
+        <source>, </source>
+        <extracomment>Stands between what a screen reader says of a row: name, file system, state. With the space that follows it, where the language has one.</extracomment>
+        <translation>，</translation>
+    </message>
     <message id="DISK_ICON_ACCESSIBLE_NAME">
         <source>Disk icon</source>
         <extracomment>What a screen reader calls the large picture of the selected disk.</extracomment>

@@ -1,0 +1,253 @@
+// SPDX-License-Identifier: MIT
+//
+// Check and repair with a program of the test's own in the tool's place: what the user sees while it runs and
+// after.
+#include "tests/support/TestController.h"
+
+#include "ui/AlertSheet.h"
+#include "ui/OperationBar.h"
+#include "ui/OutlineView.h"
+#include "ui/OutputView.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QTabWidget>
+#include <QTest>
+
+#include <sys/stat.h>
+
+namespace {
+
+// Two volumes of a file system that can be checked and repaired. The tool runs a script.
+struct CheckTest : TestController
+{
+    explicit CheckTest(const QByteArray &script)
+    {
+        writeBundle(systemDirectory(), QStringLiteral("probe"),
+            "<key>CFBundleIdentifier</key><string>org.example</string><key>FSPersonalities</"
+            "key><dict><key>P</key>"
+            "<dict><key>FSFormatExecutable</key><string>x</string><key>FSVerificationExecutable</key>"
+            "<string>x</string><key>FSRepairExecutable</key><string>x</string></dict></dict>");
+        diskutil = filesystems.filePath(QStringLiteral("tool"));
+        pipe = filesystems.filePath(QStringLiteral("pipe"));
+        mkfifo(QFile::encodeName(pipe).constData(), 0600);
+        QFile tool(diskutil);
+        if (!tool.open(QIODevice::WriteOnly))
+            qFatal("cannot write the tool");
+        tool.write("#!/bin/sh\npipe='" + pipe.toUtf8() + "'\n" + script);
+        tool.close();
+        tool.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        launch();
+        for (const MemoryDiskRef &volume : { first, second }) {
+            volume->description->insert(DAKey::volumeKind, QStringLiteral("probe"));
+            add(volume);
+        }
+        record = recordOf(QStringLiteral("disk2s1"));
+        select(QStringLiteral("disk2s1"));
+    }
+
+    QString shown() { return controller().checkRepairOutputView->toPlainText(); }
+    QString alertText() const
+    {
+        return sheets().isEmpty() ? QString() : sheets().constFirst()->informativeText();
+    }
+
+    // Lets a tool go on that reads from the pipe.
+    void release()
+    {
+        QFile file(pipe);
+        if (!file.open(QIODevice::WriteOnly) || file.write("\n") != 1)
+            qFatal("nobody reads the pipe");
+    }
+
+    QString pipe;
+    MemoryDiskRef first = makePartition(QStringLiteral("disk2s1"), 1000);
+    MemoryDiskRef second = makePartition(QStringLiteral("disk2s2"), 2000);
+    OutlineItem record;
+};
+
+} // namespace
+
+class TestCheckRepair : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void cleanCheckLeavesItsOutput();
+    void verdictOfACheck();
+    void verdictOfARepair();
+    void otherFailureCarriesNoOutput();
+    void stateWhileItRuns();
+    void progressIsShownInTheBar();
+    void rewrittenLineShowsItsLastState();
+    void newRunEmptiesTheOldOutput();
+    void outputOfAnotherDiskIsKeptForIt();
+    void outputThatIsNotUtf8IsShown();
+    void scrolledUpViewStays();
+    void diskThatVanishesMeanwhile();
+    void endlessOutputLetsTheWindowGo();
+};
+
+void TestCheckRepair::cleanCheckLeavesItsOutput()
+{
+    CheckTest test("printf '%s|' \"$@\"\necho all is well\n");
+    test.controller().checkButton->click();
+    QTRY_VERIFY(!test.record->operationInProgress);
+    QCOMPARE(test.shown(), QStringLiteral("verifyVolume|/dev/disk2s1|all is well\n"));
+    QVERIFY(test.sheets().isEmpty());
+    QVERIFY(test.controller().checkButton->isEnabled() && test.controller().repairButton->isEnabled());
+    QVERIFY(!test.record->operationInProgressShowFormatTab
+        && !test.record->operationInProgressShowMaintenanceTab);
+}
+
+void TestCheckRepair::verdictOfACheck()
+{
+    CheckTest test("echo broken\nexit 1\n");
+    test.log.clear();
+    test.controller().checkButton->click();
+    QTRY_VERIFY(!test.record->operationInProgress);
+    QCOMPARE(test.sheets().size(), 1);
+    QCOMPARE(test.alertText(),
+        QStringLiteral("Encountered errors when checking the volume.\nFilesystem needs to be repaired."));
+    QCOMPARE(test.log.lines(), QStringList { QStringLiteral("Error returned by invokeDiskutilWithVerb: 5") });
+    QCOMPARE(test.shown(), QStringLiteral("broken\n"));
+}
+
+void TestCheckRepair::verdictOfARepair()
+{
+    CheckTest test("printf '%s|' \"$@\"\nexit 1\n");
+    test.controller().repairButton->click();
+    QTRY_VERIFY(!test.record->operationInProgress);
+    QCOMPARE(test.alertText(), QStringLiteral("Encountered errors when repairing the volume."));
+    QCOMPARE(test.shown(), QStringLiteral("repairVolume|/dev/disk2s1|"));
+}
+
+void TestCheckRepair::otherFailureCarriesNoOutput()
+{
+    CheckTest test("echo words\nexit 2\n");
+    test.controller().checkButton->click();
+    QTRY_VERIFY(!test.record->operationInProgress);
+    QCOMPARE(test.alertText(), QStringLiteral("diskutil returned error code: 2"));
+    QVERIFY(test.log.lines().contains(QStringLiteral("Error returned by invokeDiskutilWithVerb: 22")));
+}
+
+void TestCheckRepair::stateWhileItRuns()
+{
+    CheckTest test("echo begun\nread -r line <\"$pipe\"\n");
+    const ZorvexDiskManagerAppDelegate &controller = test.controller();
+    controller.checkButton->click();
+    QTRY_COMPARE(test.shown(), QStringLiteral("begun"));
+    QVERIFY(test.record->operationInProgress);
+    QVERIFY(
+        test.record->operationInProgressShowFormatTab && test.record->operationInProgressShowMaintenanceTab);
+    QVERIFY(!controller.checkButton->isEnabled() && !controller.repairButton->isEnabled());
+    QVERIFY(controller.rightTabView->indexOf(controller.maintenanceTab) >= 0);
+    QVERIFY(controller.rightTabView->indexOf(controller.formatTab) >= 0);
+    QVERIFY(!controller.maintenanceOperationBar->isHidden());
+    QVERIFY(controller.formatOperationBar->isHidden());
+    test.release();
+    QTRY_VERIFY(!test.record->operationInProgress);
+    QVERIFY(controller.maintenanceOperationBar->isHidden());
+    QCOMPARE(test.shown(), QStringLiteral("begun\n"));
+}
+
+void TestCheckRepair::progressIsShownInTheBar()
+{
+    CheckTest test("printf 'pass 1: 40%%\\rpass 1: 42%%\\r'\nread -r line <\"$pipe\"\n");
+    test.controller().checkButton->click();
+    const auto *bar = test.controller().maintenanceOperationBar->findChild<QProgressBar *>();
+    QTRY_COMPARE(bar->value(), 42);
+    QCOMPARE(bar->maximum(), 100);
+    test.release();
+    QTRY_VERIFY(!test.record->operationInProgress);
+}
+
+void TestCheckRepair::rewrittenLineShowsItsLastState()
+{
+    CheckTest test("printf 'Checking 10%%\\rChecking 20%%'\n");
+    test.controller().checkButton->click();
+    QTRY_VERIFY(!test.record->operationInProgress);
+    QCOMPARE(test.shown(), QStringLiteral("Checking 20%"));
+    QCOMPARE(test.record->checkRepairOutput->bytes(), QByteArray("Checking 20%"));
+}
+
+void TestCheckRepair::newRunEmptiesTheOldOutput()
+{
+    CheckTest test("echo once more\nread -r line <\"$pipe\"\n");
+    test.record->checkRepairOutput.emplace();
+    test.record->checkRepairOutput->append("old", 3);
+    test.controller().checkButton->click();
+    QTRY_COMPARE(test.shown(), QStringLiteral("once more"));
+    test.release();
+    QTRY_VERIFY(!test.record->operationInProgress);
+}
+
+void TestCheckRepair::outputOfAnotherDiskIsKeptForIt()
+{
+    CheckTest test("echo begun\nread -r line <\"$pipe\"\necho ended\n");
+    test.controller().checkButton->click();
+    QTRY_COMPARE(test.shown(), QStringLiteral("begun"));
+    test.select(QStringLiteral("disk2s2"));
+    QCOMPARE(test.shown(), QString());
+    test.release();
+    QTRY_VERIFY(!test.record->operationInProgress);
+    QCOMPARE(test.shown(), QString());
+    test.select(QStringLiteral("disk2s1"));
+    QCOMPARE(test.shown(), QStringLiteral("begun\nended\n"));
+}
+
+void TestCheckRepair::outputThatIsNotUtf8IsShown()
+{
+    CheckTest test("printf 'a\\377b\\n'\n");
+    test.controller().checkButton->click();
+    QTRY_VERIFY(!test.record->operationInProgress);
+    QCOMPARE(test.record->checkRepairOutput->bytes(), QByteArray("a\377b\n"));
+    QCOMPARE(test.shown(),
+        QString(QStringLiteral("a") + QChar(QChar::ReplacementCharacter) + QStringLiteral("b\n")));
+}
+
+void TestCheckRepair::scrolledUpViewStays()
+{
+    CheckTest test("seq 200\nread -r line <\"$pipe\"\nseq 200\n");
+    test.controller().rightTabView->setCurrentWidget(test.controller().maintenanceTab);
+    test.controller().checkButton->click();
+    QScrollBar *const bar = test.controller().checkRepairOutputView->verticalScrollBar();
+    QTRY_VERIFY(test.shown().endsWith(QStringLiteral("\n200")));
+    QTRY_COMPARE(bar->value(), bar->maximum());
+    bar->setValue(3);
+    test.release();
+    QTRY_VERIFY(!test.record->operationInProgress);
+    QCOMPARE(bar->value(), 3);
+    QVERIFY(bar->maximum() > 300);
+}
+
+void TestCheckRepair::diskThatVanishesMeanwhile()
+{
+    CheckTest test("echo begun\nread -r line <\"$pipe\"\necho ended\nexit 1\n");
+    test.controller().checkButton->click();
+    QTRY_COMPARE(test.shown(), QStringLiteral("begun"));
+    test.service.removeDisk(test.first);
+    test.release();
+    QTRY_VERIFY(!test.record->operationInProgress);
+    QCOMPARE(test.record->checkRepairOutput->bytes(), QByteArray("begun\nended\n"));
+    QCOMPARE(test.sheets().size(), 1);
+    QCOMPARE(test.controller().leftOutlineView->numberOfRows(), 1);
+}
+
+void TestCheckRepair::endlessOutputLetsTheWindowGo()
+{
+    QElapsedTimer clock;
+    {
+        CheckTest test("exec yes line after line\n");
+        test.controller().checkButton->click();
+        QTRY_VERIFY(test.shown().size() > 1000);
+        clock.start();
+    }
+    QVERIFY2(clock.elapsed() < 5000, "the window waited for the tool");
+}
+
+QTEST_MAIN(TestCheckRepair)
+#include "tst_checkrepair.moc"

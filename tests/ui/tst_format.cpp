@@ -1,0 +1,303 @@
+// SPDX-License-Identifier: MIT
+//
+// A format from the button to its end, with a program of the test's own in the tool's place.
+#include "tests/support/TestController.h"
+
+#include "ui/AlertSheet.h"
+#include "ui/OutlineView.h"
+
+#include <QComboBox>
+#include <QFile>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTest>
+
+using Kind = MemoryDiskService::RequestKind;
+
+namespace {
+
+const QString volumeName = QStringLiteral("disk2s1");
+constexpr int goOn = AlertSheet::firstButtonReturn;
+constexpr int cancel = AlertSheet::firstButtonReturn + 1;
+
+// The window with a volume and file systems to format it as; the tool notes its arguments and ends with a
+// code.
+struct FormatTest : TestController
+{
+    explicit FormatTest(int exitCode = 0)
+    {
+        for (const char *name : { "msdos", "exfat", "zorvex_ntfs", "zorvex_fatplus" }) {
+            writeBundle(systemDirectory(), QLatin1String(name),
+                QByteArray("<key>CFBundleIdentifier</key><string>org.example</string>"
+                           "<key>FSPersonalities</key><dict><key>P ")
+                    + name + "</key><dict><key>FSName</key><string>" + name
+                    + "</string><key>FSFormatExecutable</key><string>x</string></dict></dict>");
+        }
+        diskutil = filesystems.filePath(QStringLiteral("tool"));
+        QFile tool(diskutil);
+        if (!tool.open(QIODevice::WriteOnly))
+            qFatal("cannot write the tool");
+        tool.write("#!/bin/sh\nprintf '%s|' \"$@\" >" + argumentsPath().toUtf8()
+            + "\necho words of the tool\nexit " + QByteArray::number(exitCode) + "\n");
+        tool.close();
+        tool.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        launch();
+        record = add(volume);
+        select(volumeName);
+    }
+
+    QString argumentsPath() const { return filesystems.filePath(QStringLiteral("arguments")); }
+    QString toolArguments() const
+    {
+        QFile file(argumentsPath());
+        return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+    }
+
+    void press(const QString &fileSystem, const QString &label)
+    {
+        controller().formatFilesystemsPopupButton->setCurrentText(fileSystem);
+        controller().formatVolumeLabelField->setText(label);
+        controller().formatButton->click();
+    }
+    void endSheet(int returnCode) { sheets().constFirst()->buttonForReturn(returnCode)->click(); }
+    void run(const QString &fileSystem, const QString &label)
+    {
+        press(fileSystem, label);
+        endSheet(goOn);
+    }
+    QString alertText() const
+    {
+        return sheets().isEmpty() ? QString() : sheets().constFirst()->informativeText();
+    }
+    bool isBusy() const { return record->operationInProgress; }
+
+    MemoryDiskRef volume = makePartition(volumeName, 1000, QStringLiteral("Old"));
+    OutlineItem record;
+};
+
+} // namespace
+
+class TestFormat : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void labelsOfTheFormatter_data();
+    void labelsOfTheFormatter();
+    void ownFileSystemIsRenamedUnmountedAndMounted();
+    void confirmationNamesTheMedium();
+    void cancelSetsNoFlag();
+    void tabsAndControlsWhileItRuns();
+    void nothingSelected();
+    void refusedLabelStopsBeforeTheConfirmation();
+    void eraseThatFailsIsReportedAndTheChainGoesOn();
+    void eachRefusalOfTheChainIsReported_data();
+    void eachRefusalOfTheChainIsReported();
+    void severalFailuresShowTheFirst();
+    void quoteInALabelReachesTheShellAsItStands();
+    void mediumThatVanishesMeanwhile();
+};
+
+void TestFormat::labelsOfTheFormatter_data()
+{
+    QTest::addColumn<QString>("fileSystem");
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("label");
+    QTest::newRow("FAT, empty") << QStringLiteral("msdos") << QString() << QStringLiteral("UNTITLED");
+    QTest::newRow("other, empty") << QStringLiteral("exfat") << QString() << QStringLiteral("Untitled");
+    QTest::newRow("other, typed") << QStringLiteral("exfat") << QStringLiteral("My Data")
+                                  << QStringLiteral("My Data");
+    QTest::newRow("own FAT, empty") << QStringLiteral("zorvex_fatplus") << QString()
+                                    << QStringLiteral("UNTITLED");
+    QTest::newRow("own, empty") << QStringLiteral("zorvex_ntfs") << QString() << QStringLiteral("Untitled");
+}
+
+void TestFormat::labelsOfTheFormatter()
+{
+    QFETCH(const QString, fileSystem);
+    QFETCH(const QString, typed);
+    QFETCH(const QString, label);
+    FormatTest test;
+    test.run(fileSystem, typed);
+    QTRY_VERIFY(!test.isBusy());
+    QCOMPARE(
+        test.toolArguments(), QStringLiteral("eraseVolume|P %1|%2|/dev/disk2s1|").arg(fileSystem, label));
+    QVERIFY(test.service.requests().empty());
+    QVERIFY(test.sheets().isEmpty());
+}
+
+void TestFormat::ownFileSystemIsRenamedUnmountedAndMounted()
+{
+    FormatTest test;
+    test.run(QStringLiteral("zorvex_ntfs"), QStringLiteral("Data"));
+    QTRY_COMPARE(test.service.requests().size(), std::size_t { 1 });
+    QCOMPARE(test.toolArguments(), QStringLiteral("eraseVolume|P zorvex_ntfs|UNTITLED|/dev/disk2s1|"));
+    QCOMPARE(test.service.requests().front().kind, Kind::Rename);
+    QCOMPARE(test.service.requests().front().name, QStringLiteral("Data"));
+    test.service.completeRequest();
+    QCOMPARE(test.service.requests().front().kind, Kind::Unmount);
+    QCOMPARE(test.service.requests().front().options, 0U);
+    test.service.completeRequest();
+    QCOMPARE(test.service.requests().front().kind, Kind::Mount);
+    QVERIFY(test.isBusy());
+    test.service.completeRequest();
+    QVERIFY(!test.isBusy() && !test.record->operationInProgressShowFormatTab);
+    QVERIFY(test.sheets().isEmpty());
+}
+
+void TestFormat::confirmationNamesTheMedium()
+{
+    FormatTest test;
+    test.press(QStringLiteral("exfat"), QString());
+    AlertSheet *const sheet = test.sheets().constFirst();
+    QCOMPARE(sheet->icon(), QMessageBox::Warning);
+    for (const char *text : { "Old", "100 MB", "disk2s1", "/dev/disk2s1" })
+        QVERIFY2(sheet->informativeText().contains(QLatin1String(text)), text);
+    QCOMPARE(sheet->defaultButton(), sheet->buttonForReturn(cancel));
+    QVERIFY(!test.isBusy());
+    QVERIFY(!test.controller().alertInProgress);
+    QTest::keyClick(sheet, Qt::Key_Escape);
+    QTRY_VERIFY(test.sheets().isEmpty());
+    QVERIFY(!test.isBusy());
+    QVERIFY(test.toolArguments().isEmpty());
+}
+
+void TestFormat::cancelSetsNoFlag()
+{
+    FormatTest test;
+    test.press(QStringLiteral("exfat"), QString());
+    test.endSheet(cancel);
+    QVERIFY(!test.isBusy() && !test.record->operationInProgressShowFormatTab);
+    QVERIFY(test.controller().formatButton->isEnabled());
+    QVERIFY(test.toolArguments().isEmpty());
+}
+
+void TestFormat::tabsAndControlsWhileItRuns()
+{
+    FormatTest test;
+    test.run(QStringLiteral("zorvex_ntfs"), QStringLiteral("Data"));
+    QVERIFY(test.isBusy() && test.record->operationInProgressShowFormatTab);
+    QVERIFY(test.record->operationInProgressShowMaintenanceTab);
+    const ZorvexDiskManagerAppDelegate &controller = test.controller();
+    QVERIFY(!controller.formatButton->isEnabled() && !controller.formatVolumeLabelField->isEnabled());
+    QVERIFY(controller.rightTabView->indexOf(controller.formatTab) == 1);
+    QCOMPARE(controller.formatVolumeLabelField->text(), QStringLiteral("Data"));
+    QTRY_COMPARE(test.service.requests().size(), std::size_t { 1 });
+    for (int i = 0; i < 3; ++i)
+        test.service.completeRequest();
+    QVERIFY(controller.formatButton->isEnabled());
+    QCOMPARE(controller.formatVolumeLabelField->text(), QStringLiteral("Old"));
+}
+
+void TestFormat::nothingSelected()
+{
+    FormatTest test;
+    test.controller().clickFormatButton(nullptr);
+    QCOMPARE(test.alertText(), QStringLiteral("No file system selected."));
+    test.endSheet(goOn);
+    QTRY_VERIFY(test.sheets().isEmpty());
+    test.controller().leftOutlineView->selectRow(-1);
+    test.controller().clickFormatButton(nullptr);
+    QCOMPARE(test.alertText(), QStringLiteral("No file system and no disk selected."));
+    test.endSheet(goOn);
+    QTRY_VERIFY(test.sheets().isEmpty());
+    test.controller().formatFilesystemsPopupButton->setCurrentText(QStringLiteral("exfat"));
+    test.controller().clickFormatButton(nullptr);
+    QCOMPARE(test.alertText(), QStringLiteral("No disk selected."));
+}
+
+void TestFormat::refusedLabelStopsBeforeTheConfirmation()
+{
+    FormatTest test;
+    test.press(QStringLiteral("msdos"), QStringLiteral("lower case"));
+    QCOMPARE(test.sheets().size(), 1);
+    QVERIFY(test.controller().alertInProgress);
+    test.endSheet(goOn);
+    QTRY_VERIFY(test.sheets().isEmpty());
+    QVERIFY(!test.isBusy());
+    QCOMPARE(test.controller().formatVolumeLabelField->text(), QStringLiteral("lower case"));
+}
+
+void TestFormat::eraseThatFailsIsReportedAndTheChainGoesOn()
+{
+    FormatTest test(1);
+    test.run(QStringLiteral("zorvex_ntfs"), QStringLiteral("Data"));
+    QTRY_COMPARE(test.sheets().size(), 1);
+    QCOMPARE(
+        test.alertText(), QStringLiteral("diskutil returned error code: 1\nOutput:\nwords of the tool\n"));
+    QTRY_COMPARE(test.service.requests().size(), std::size_t { 1 });
+    QCOMPARE(test.service.requests().front().kind, Kind::Rename);
+    for (int i = 0; i < 3; ++i)
+        test.service.completeRequest();
+    QVERIFY(!test.isBusy());
+}
+
+void TestFormat::eachRefusalOfTheChainIsReported_data()
+{
+    QTest::addColumn<int>("step");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("rename") << 0 << QStringLiteral("Error while renaming disk2s1: kDAReturnBusy");
+    QTest::newRow("unmount") << 1 << QStringLiteral("Error while unmounting disk2s1: kDAReturnBusy");
+    QTest::newRow("mount") << 2 << QStringLiteral("Error while mounting disk2s1: kDAReturnBusy");
+}
+
+void TestFormat::eachRefusalOfTheChainIsReported()
+{
+    QFETCH(const int, step);
+    QFETCH(const QString, text);
+    FormatTest test;
+    test.run(QStringLiteral("zorvex_ntfs"), QStringLiteral("Data"));
+    QTRY_COMPARE(test.service.requests().size(), std::size_t { 1 });
+    for (int i = 0; i < 3; ++i)
+        test.service.completeRequest(i == step ? makeDissenter(DAReturn::Busy) : nullptr);
+    QCOMPARE(test.alertText(), text);
+    QVERIFY(!test.isBusy());
+}
+
+void TestFormat::severalFailuresShowTheFirst()
+{
+    FormatTest test;
+    test.run(QStringLiteral("zorvex_ntfs"), QStringLiteral("Data"));
+    QTRY_COMPARE(test.service.requests().size(), std::size_t { 1 });
+    test.log.clear();
+    for (int i = 0; i < 3; ++i)
+        test.service.completeRequest(makeDissenter(DAReturn::Busy));
+    QCOMPARE(test.sheets().size(), 1);
+    QCOMPARE(test.alertText(), QStringLiteral("Error while renaming disk2s1: kDAReturnBusy"));
+    QCOMPARE(test.log.lines().size(), 2);
+    QVERIFY(test.log.lines().constLast().startsWith(
+        QStringLiteral("Warning: Silently dropping cascading alert")));
+    QVERIFY(!test.isBusy());
+}
+
+void TestFormat::quoteInALabelReachesTheShellAsItStands()
+{
+    FormatTest test;
+    // Two quotes end the argument and begin it again: the tool sees the label without them.
+    test.run(QStringLiteral("zorvex_ntfs"), QString());
+    QTRY_VERIFY(!test.isBusy());
+    test.controller().formatFilesystemsPopupButton->setCurrentText(QStringLiteral("zorvex_ntfs"));
+    test.run(QStringLiteral("zorvex_ntfs"), QStringLiteral("it's"));
+    QTRY_COMPARE(test.service.requests().size(), std::size_t { 1 });
+    QCOMPARE(test.service.requests().front().name, QStringLiteral("it's"));
+    for (int i = 0; i < 3; ++i)
+        test.service.completeRequest();
+    QVERIFY(!test.isBusy());
+}
+
+void TestFormat::mediumThatVanishesMeanwhile()
+{
+    FormatTest test;
+    test.run(QStringLiteral("zorvex_ntfs"), QStringLiteral("Data"));
+    test.service.removeDisk(test.volume);
+    QTRY_COMPARE(test.service.requests().size(), std::size_t { 1 });
+    for (int i = 0; i < 3; ++i)
+        test.service.completeRequest(makeDissenter(DAReturn::NotFound));
+    QVERIFY(!test.isBusy());
+    QCOMPARE(test.alertText(), QStringLiteral("Error while renaming disk2s1: kDAReturnNotFound"));
+    QVERIFY(test.rowNames().isEmpty());
+}
+
+QTEST_MAIN(TestFormat)
+#include "tst_format.moc"

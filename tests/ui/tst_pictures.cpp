@@ -1,0 +1,304 @@
+// SPDX-License-Identifier: MIT
+//
+// Pictures of the window in every language, light and dark, and no text of it cut off: not in a large font
+// and not in the smallest window either.
+#include "tests/support/TestController.h"
+
+#include "platform/Localization.h"
+#include "ui/AlertSheet.h"
+#include "ui/ElidingLabel.h"
+#include "ui/ImageButton.h"
+#include "ui/OutlineView.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QDir>
+#include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QStyle>
+#include <QStyleOptionComboBox>
+#include <QTabBar>
+#include <QTest>
+#include <QToolButton>
+
+namespace {
+
+QPalette darkPalette()
+{
+    const QColor window(0x2b, 0x2b, 0x2b);
+    const QColor base(0x1e, 0x1e, 0x1e);
+    const QColor text(0xee, 0xee, 0xee);
+    QPalette palette(window);
+    for (const QPalette::ColorRole role : { QPalette::WindowText, QPalette::Text, QPalette::ButtonText })
+        palette.setColor(role, text);
+    palette.setColor(QPalette::Base, base);
+    palette.setColor(QPalette::Link, QColor(0x6c, 0xb4, 0xff));
+    for (const QPalette::ColorRole role : { QPalette::WindowText, QPalette::Text, QPalette::ButtonText })
+        palette.setColor(QPalette::Disabled, role, QColor(0x90, 0x90, 0x90));
+    return palette;
+}
+
+// A machine with a disk of two volumes and a stick, some of it mounted; the second volume is selected.
+void showDisks(TestController &test)
+{
+    test.platform().filesystemDirectories
+        = { QStringLiteral(ZORVEX_FILESYSTEMS "/System"), QStringLiteral(ZORVEX_FILESYSTEMS "/Local") };
+    test.launch();
+    const MemoryDiskRef whole = makeDisk(QStringLiteral("disk2"));
+    whole->description->insert(DAKey::mediaName, QStringLiteral("Samsung SSD 980 PRO"));
+    whole->description->insert(DAKey::mediaLeaf, false);
+    test.add(whole);
+    const MemoryDiskRef system = makePartition(QStringLiteral("disk2s1"), 1048576, QStringLiteral("System"));
+    test.add(system);
+    const MemoryDiskRef data = makePartition(QStringLiteral("disk2s2"), 2097152, QStringLiteral("DATA"));
+    data->node = QStringLiteral("/dev/nvme0n1p2");
+    data->description->insert(DAKey::volumeKind, QStringLiteral("msdos"));
+    data->description->insert(DAKey::mediaContent, QStringLiteral("DOS_FAT_32"));
+    setMounted(data, QStringLiteral("/media/anna/DATA"));
+    MountedFileSystem mounted;
+    mounted.mountedFrom = QByteArrayLiteral("/dev/disk2s2");
+    mounted.mountPoint = QByteArrayLiteral("/media/anna/DATA");
+    test.mountTable->mounted = { mounted };
+    test.mountTable->ids[mounted.mountPoint] = mounted.id;
+    test.mountTable->freeSpaces[mounted.mountPoint] = 98304000;
+    test.add(data);
+    test.add(makeDisk(QStringLiteral("disk3")));
+    test.select(QStringLiteral("disk2s2"));
+}
+
+QString described(const QWidget *widget, const QString &text)
+{
+    return QStringLiteral("%1 \"%2\" has %3x%4")
+        .arg(widget->objectName(), text)
+        .arg(widget->width())
+        .arg(widget->height());
+}
+
+// Whether the widget's whole area is inside of every widget that holds it.
+bool isInsideOfAncestors(const QWidget *widget)
+{
+    for (const QWidget *holder = widget->parentWidget(); holder && !widget->isWindow();
+         holder = holder->isWindow() ? nullptr : holder->parentWidget()) {
+        if (!holder->rect().contains(QRect(widget->mapTo(holder, QPoint()), widget->size())))
+            return false;
+    }
+    return true;
+}
+
+QStringList cutLabels(const QWidget &window)
+{
+    QStringList cut;
+    for (const QLabel *label : window.findChildren<QLabel *>()) {
+        if (!label->isVisible() || label->text().isEmpty())
+            continue;
+        const QSize needed = label->fontMetrics().size(Qt::TextShowMnemonic, label->text());
+        const QSize room = label->contentsRect().size();
+        // Values from the disks may be any length: they end in dots, with the whole in a tool tip.
+        const bool fits = room.height() >= needed.height()
+            && (room.width() >= needed.width() || qobject_cast<const ElidingLabel *>(label)
+                || label->wordWrap());
+        if (!fits || !isInsideOfAncestors(label))
+            cut.append(described(label, label->text()));
+    }
+    return cut;
+}
+
+QStringList cutButtons(const QWidget &window)
+{
+    QStringList cut;
+    for (const QPushButton *button : window.findChildren<QPushButton *>()) {
+        if (!button->isVisible())
+            continue;
+        QSize needed = button->fontMetrics().size(Qt::TextShowMnemonic, button->text());
+        if (!button->icon().isNull())
+            needed.rwidth() += button->iconSize().width() + 6;
+        if (button->width() < needed.width() || button->height() < needed.height()
+            || !isInsideOfAncestors(button))
+            cut.append(described(button, button->text()));
+    }
+    return cut;
+}
+
+QStringList cutBars(const QMainWindow &window, const QTabWidget &tabs)
+{
+    QStringList cut;
+    for (const QToolButton *scroller : tabs.tabBar()->findChildren<QToolButton *>()) {
+        if (scroller->isVisible())
+            cut.append(QStringLiteral("the tabs need scrolling"));
+    }
+    for (int i = 0; i < tabs.count(); ++i) {
+        const QSize needed = tabs.tabBar()->fontMetrics().size(Qt::TextShowMnemonic, tabs.tabText(i));
+        if (tabs.tabBar()->tabRect(i).width() < needed.width())
+            cut.append(described(tabs.tabBar(), tabs.tabText(i)));
+    }
+    const QMenuBar *menuBar = window.menuBar();
+    for (const QAction *action : menuBar->actions()) {
+        if (!menuBar->rect().contains(menuBar->actionGeometry(const_cast<QAction *>(action))))
+            cut.append(described(menuBar, action->text()));
+    }
+    return cut;
+}
+
+QStringList cutMenu(const QComboBox &menu)
+{
+    if (!menu.isVisible())
+        return {};
+    QStyleOptionComboBox option;
+    option.initFrom(&menu);
+    const QRect field
+        = menu.style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, &menu);
+    const int needed = menu.fontMetrics().horizontalAdvance(menu.currentText());
+    return field.width() >= needed ? QStringList() : QStringList(described(&menu, menu.currentText()));
+}
+
+QStringList cutTexts(TestController &test)
+{
+    const ZorvexDiskManagerAppDelegate &controller = test.controller();
+    return cutLabels(test.window()) + cutButtons(test.window())
+        + cutBars(test.window(), *controller.rightTabView)
+        + cutMenu(*controller.formatFilesystemsPopupButton);
+}
+
+} // namespace
+
+class TestPictures : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void takesPictures_data();
+    void takesPictures();
+    void cutsNoText_data();
+    void cutsNoText();
+    void sheetsFit_data();
+    void sheetsFit();
+    void cleanup();
+
+private:
+    QPalette m_lightPalette;
+    QFont m_font;
+};
+
+void TestPictures::initTestCase()
+{
+    QApplication::setStyle(QStringLiteral("Fusion"));
+    m_lightPalette = QApplication::style()->standardPalette();
+    m_font = QApplication::font();
+    QCOMPARE(bundleLocalizations().size(), 12);
+}
+
+void TestPictures::cleanup()
+{
+    QApplication::setPalette(m_lightPalette);
+    QApplication::setFont(m_font);
+}
+
+void TestPictures::takesPictures_data()
+{
+    QTest::addColumn<QString>("language");
+    QTest::addColumn<bool>("isDark");
+    for (const QString &language : bundleLocalizations()) {
+        QTest::addRow("%s-light", qPrintable(language)) << language << false;
+        QTest::addRow("%s-dark", qPrintable(language)) << language << true;
+    }
+}
+
+void TestPictures::takesPictures()
+{
+    QFETCH(const QString, language);
+    QFETCH(const bool, isDark);
+    QApplication::setPalette(isDark ? darkPalette() : m_lightPalette);
+    TestController test(language);
+    showDisks(test);
+    QTabWidget *const tabs = test.controller().rightTabView;
+    QCOMPARE(tabs->count(), 3);
+    const QDir folder(QStringLiteral(ZORVEX_PICTURES));
+    QVERIFY(folder.mkpath(QStringLiteral(".")));
+    for (int i = 0; i < tabs->count(); ++i) {
+        tabs->setCurrentIndex(i);
+        QCoreApplication::processEvents();
+        const QPixmap picture = test.window().grab();
+        QCOMPARE(picture.size(), test.window().size() * test.window().devicePixelRatio());
+        const bool isDarkBackground
+            = picture.toImage().pixelColor(picture.width() - 3, picture.height() - 3).lightness() < 128;
+        QCOMPARE(isDarkBackground, isDark);
+        const QString name
+            = QStringLiteral("%1-%2@%3x.png")
+                  .arg(QString::fromLatin1(QTest::currentDataTag()), tabs->currentWidget()->objectName())
+                  .arg(test.window().devicePixelRatio());
+        QVERIFY(picture.save(folder.filePath(name)));
+    }
+}
+
+void TestPictures::cutsNoText_data()
+{
+    QTest::addColumn<QString>("language");
+    QTest::addColumn<int>("percentage"); // of the font's usual size
+    for (const QString &language : bundleLocalizations()) {
+        QTest::addRow("%s", qPrintable(language)) << language << 100;
+        QTest::addRow("%s, large text", qPrintable(language)) << language << 150;
+    }
+}
+
+void TestPictures::cutsNoText()
+{
+    QFETCH(const QString, language);
+    QFETCH(const int, percentage);
+    QFont font = m_font;
+    font.setPointSizeF(m_font.pointSizeF() * percentage / 100);
+    QApplication::setFont(font);
+    TestController test(language);
+    showDisks(test);
+    const ZorvexDiskManagerAppDelegate &controller = test.controller();
+    for (const QSize &size : { QSize(800, 450), QSize(720, 420) }) {
+        test.window().resize(size);
+        QCOMPARE(test.window().size(), size);
+        for (const QString &disk :
+            { QStringLiteral("disk2"), QStringLiteral("disk2s1"), QStringLiteral("disk2s2") }) {
+            test.select(disk);
+            for (int i = 0; i < controller.rightTabView->count(); ++i) {
+                controller.rightTabView->setCurrentIndex(i);
+                QCoreApplication::processEvents();
+                if (i == 0 && size.width() == 720) {
+                    QDir().mkpath(QStringLiteral(ZORVEX_PICTURES));
+                    test.window().grab().save(
+                        QDir(QStringLiteral(ZORVEX_PICTURES))
+                            .filePath(QStringLiteral("%1-smallest-%2%.png").arg(language).arg(percentage)));
+                }
+                const QStringList cut = cutTexts(test);
+                QVERIFY2(cut.isEmpty(), qPrintable(cut.join(u'\n')));
+            }
+        }
+    }
+}
+
+void TestPictures::sheetsFit_data()
+{
+    takesPictures_data();
+}
+
+void TestPictures::sheetsFit()
+{
+    QFETCH(const QString, language);
+    QFETCH(const bool, isDark);
+    QApplication::setPalette(isDark ? darkPalette() : m_lightPalette);
+    TestController test(language);
+    showDisks(test);
+    test.controller().formatButton->click();
+    QCOMPARE(test.sheets().size(), 1);
+    AlertSheet *const sheet = test.sheets().constFirst();
+    const QStringList cut = cutButtons(*sheet);
+    QVERIFY2(cut.isEmpty(), qPrintable(cut.join(u'\n')));
+    QVERIFY(sheet->grab().save(QDir(QStringLiteral(ZORVEX_PICTURES))
+                                   .filePath(QStringLiteral("%1-format-question@%2x.png")
+                                                 .arg(QString::fromLatin1(QTest::currentDataTag()))
+                                                 .arg(sheet->devicePixelRatio()))));
+    QTest::keyClick(sheet, Qt::Key_Escape);
+    QTRY_VERIFY(test.sheets().isEmpty());
+    QVERIFY(!test.recordOf(QStringLiteral("disk2s2"))->operationInProgress);
+}
+
+QTEST_MAIN(TestPictures)
+#include "tst_pictures.moc"

@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+#include "ui/direction_rules.h"
+
+#include <QRegularExpression>
+
+#include "platform/no_widgets.h"
+
+namespace DirectionRules {
+
+namespace {
+
+constexpr QChar leftToRightIsolate(0x2066);
+constexpr QChar popDirectionalIsolate(0x2069);
+
+} // namespace
+
+QString leftToRight(const QString &text)
+{
+    return leftToRightIsolate + text + popDirectionalIsolate;
+}
+
+QString withGroupedNumbersKept(const QString &text)
+{
+    static const QRegularExpression groupedNumber(QStringLiteral("[0-9]{1,3}(?: [0-9]{3})+"));
+    const QString isolated = leftToRightIsolate + QStringLiteral("\\0") + popDirectionalIsolate;
+    return QString(text).replace(groupedNumber, isolated);
+}
+
+} // namespace DirectionRules
