@@ -29,7 +29,8 @@ struct CheckTest : TestController
         writeBundle(systemDirectory(), QStringLiteral("probe"),
             "<key>CFBundleIdentifier</key><string>org.example</string><key>FSPersonalities</"
             "key><dict><key>P</key>"
-            "<dict><key>FSFormatExecutable</key><string>x</string><key>FSVerificationExecutable</key>"
+            "<dict><key>FSName</key><string>Probe</string><key>FSFormatExecutable</key><string>x</string>"
+            "<key>FSVerificationExecutable</key>"
             "<string>x</string><key>FSRepairExecutable</key><string>x</string></dict></dict>");
         diskutil = filesystems.filePath(QStringLiteral("tool"));
         pipe = filesystems.filePath(QStringLiteral("pipe"));
