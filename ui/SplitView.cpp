@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/SplitView.h"
 
+#include "platform/Localization.h"
 #include "ui/outline_rules.h"
 
 #include <QKeyEvent>
@@ -61,7 +62,9 @@ SplitView::SplitView(QWidget *parent)
 
 QSplitterHandle *SplitView::createHandle()
 {
-    return new Divider(orientation(), this);
+    auto *divider = new Divider(orientation(), this);
+    divider->setAccessibleName(localizedString("DIVIDER_ACCESSIBLE_NAME"));
+    return divider;
 }
 
 qreal SplitView::firstPaneWidth() const

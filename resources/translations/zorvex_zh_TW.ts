@@ -133,6 +133,11 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <extracomment>What a screen reader calls the large picture of the selected disk.</extracomment>
         <translation>磁碟圖示</translation>
     </message>
+    <message id="DIVIDER_ACCESSIBLE_NAME">
+        <source>Divider</source>
+        <extracomment>What a screen reader calls the line between the tree and the pages, which can be moved with the arrow keys.</extracomment>
+        <translation>分隔列</translation>
+    </message>
     <message id="INFO_TAB_TITLE">
         <source>Info</source>
         <extracomment>Title of the tab with the properties of the selected disk or volume.</extracomment>

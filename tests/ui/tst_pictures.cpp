@@ -69,10 +69,13 @@ void showDisks(TestController &test)
 
 QString described(const QWidget *widget, const QString &text)
 {
-    return QStringLiteral("%1 \"%2\" has %3x%4")
+    const QSize hint = widget->sizeHint();
+    return QStringLiteral("%1 \"%2\" has %3x%4, would like %5x%6")
         .arg(widget->objectName(), text)
         .arg(widget->width())
-        .arg(widget->height());
+        .arg(widget->height())
+        .arg(hint.width())
+        .arg(hint.height());
 }
 
 // Whether the widget's whole area is inside of every widget that holds it.
@@ -286,9 +289,12 @@ void TestPictures::sheetsFit()
     QApplication::setPalette(isDark ? darkPalette() : m_lightPalette);
     TestController test(language);
     showDisks(test);
+    QComboBox *const fileSystems = test.controller().formatFilesystemsPopupButton;
+    fileSystems->setCurrentIndex(fileSystems->findText(QStringLiteral("MS-DOS"), Qt::MatchStartsWith));
     test.controller().formatButton->click();
     QCOMPARE(test.sheets().size(), 1);
     AlertSheet *const sheet = test.sheets().constFirst();
+    QVERIFY(sheet->informativeText().contains(QStringLiteral("/dev/nvme0n1p2")));
     const QStringList cut = cutButtons(*sheet);
     QVERIFY2(cut.isEmpty(), qPrintable(cut.join(u'\n')));
     QVERIFY(sheet->grab().save(QDir(QStringLiteral(ZORVEX_PICTURES))
