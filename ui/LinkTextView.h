@@ -37,4 +37,9 @@ Q_SIGNALS:
 protected:
     void mouseReleaseEvent(QMouseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    QString m_text; // of the link that is shown; empty for none
+    QColor m_color;
+    QFont m_font;
 };
