@@ -12,6 +12,8 @@
 
 namespace {
 
+constexpr int treePaneWidth = 240;
+
 // The mirrored layout has an outline view of its own in the place of the plain one.
 OutlineView *outlineViewFor(bool isRightToLeft, const Ui::MainWindow &ui)
 {
@@ -123,7 +125,9 @@ std::unique_ptr<QMainWindow> loadMainWindow(ZorvexDiskManagerAppDelegate &contro
     auto window = std::make_unique<QMainWindow>();
     Ui::MainWindow ui;
     ui.setupUi(window.get());
-    ui.mainSplitView->setSizes({ 240, 552 });
+    // Panes have widths only within a size, and the window has not been laid out.
+    ui.mainSplitView->resize(window->size());
+    ui.mainSplitView->setFirstPaneWidth(treePaneWidth);
     setOutlets(controller, window.get(), ui);
     connectActions(controller, window.get(), ui);
     controller.awakeFromNib();
