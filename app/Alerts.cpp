@@ -8,6 +8,9 @@
 
 #include <QMainWindow>
 #include <QMetaMethod>
+#include <QVariant>
+
+#include <array>
 
 namespace {
 
@@ -22,24 +25,31 @@ QMetaMethod invokableNamed(const QMetaObject &metaObject, const QByteArray &name
     return {};
 }
 
-// What a follow-up is given: the alert, the return code, and nothing as context.
-void invokeFollowUp(const QMetaMethod &method, QObject *target, AlertSheet *alert, int returnCode)
+// A follow-up is given the alert and the return code; whatever else it takes is empty. False when it takes
+// something that cannot be made.
+bool invokeFollowUp(const QMetaMethod &method, QObject *target, AlertSheet *alert, int returnCode)
 {
     QObject *object = alert;
-    void *context = nullptr;
-    QGenericArgument arguments[3];
-    for (int i = 0; i < std::min(3, method.parameterCount()); ++i) {
-        const QByteArray type = method.parameterTypeName(i);
-        if (type == "AlertSheet*")
+    const QByteArrayList types = method.parameterTypes();
+    std::array<QVariant, 10> empty; // as many as an invocation can have
+    std::array<QGenericArgument, 10> arguments;
+    for (std::size_t i = 0; i < arguments.size() && i < static_cast<std::size_t>(types.size()); ++i) {
+        const QByteArray &type = types.at(static_cast<qsizetype>(i));
+        if (i == 0 && type == "AlertSheet*") {
             arguments[i] = Q_ARG(AlertSheet *, alert);
-        else if (type == "QObject*")
+        } else if (i == 0 && type == "QObject*") {
             arguments[i] = Q_ARG(QObject *, object);
-        else if (type == "int")
+        } else if (i == 1 && type == "int") {
             arguments[i] = Q_ARG(int, returnCode);
-        else if (type == "void*")
-            arguments[i] = Q_ARG(void *, context);
+        } else {
+            empty[i] = QVariant(method.parameterMetaType(static_cast<int>(i)));
+            if (!empty[i].isValid())
+                return false;
+            arguments[i] = QGenericArgument(type.constData(), empty[i].constData());
+        }
     }
-    method.invoke(target, Qt::DirectConnection, arguments[0], arguments[1], arguments[2]);
+    return method.invoke(target, Qt::DirectConnection, arguments[0], arguments[1], arguments[2], arguments[3],
+        arguments[4], arguments[5], arguments[6], arguments[7], arguments[8], arguments[9]);
 }
 
 } // namespace
@@ -84,9 +94,6 @@ void ZorvexDiskManagerAppDelegate::alertDidEnd(AlertSheet *alert, int returnCode
     if (!contextInfo)
         return;
     const QMetaMethod method = invokableNamed(*metaObject(), contextInfo);
-    if (!method.isValid()) {
+    if (!method.isValid() || !invokeFollowUp(method, this, alert, returnCode))
         systemLog(QStringLiteral("Unable to find selector passed to alertDidEnd."));
-        return;
-    }
-    invokeFollowUp(method, this, alert, returnCode);
 }

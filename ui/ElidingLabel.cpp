@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ui/ElidingLabel.h"
 
+#include "ui/tool_tips.h"
+
 #include <QHelpEvent>
 #include <QPainter>
 #include <QStyle>
@@ -48,8 +50,7 @@ bool ElidingLabel::event(QEvent *event)
 {
     if (event->type() == QEvent::ToolTip && toolTip().isEmpty()) {
         const auto *help = static_cast<QHelpEvent *>(event);
-        // A tool tip guesses whether its text is markup.
-        QToolTip::showText(help->globalPos(), isCut() ? text().toHtmlEscaped() : QString(), this);
+        QToolTip::showText(help->globalPos(), isCut() ? plainToolTip(text()) : QString(), this);
         return true;
     }
     return QLabel::event(event);

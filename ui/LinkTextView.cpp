@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ui/LinkTextView.h"
 
+#include "ui/tool_tips.h"
+
 #include <QKeyEvent>
 #include <QTextBlock>
 #include <QTextCursor>
@@ -31,6 +33,12 @@ LinkTextView::LinkTextView(QWidget *parent)
 
 void LinkTextView::setLink(const QString &text, const QColor &color, const QFont &linkFont)
 {
+    // The same link stays as it is, with a click that is half done and with what is selected of it.
+    if (m_text == text && m_color == color && m_font == linkFont)
+        return;
+    m_text = text;
+    m_color = color;
+    m_font = linkFont;
     setPlainText(text);
     QTextCursor cursor(document());
     cursor.beginEditBlock();
@@ -43,13 +51,14 @@ void LinkTextView::setLink(const QString &text, const QColor &color, const QFont
     cursor.endEditBlock();
     viewport()->setCursor(Qt::PointingHandCursor);
     setFocusPolicy(Qt::StrongFocus);
-    setToolTip(toPlainText());
+    setToolTip(plainToolTip(text));
     Q_EMIT hasLinkChanged(true);
 }
 
 void LinkTextView::clearLink()
 {
     clear();
+    m_text.clear();
     viewport()->unsetCursor();
     setFocusPolicy(Qt::NoFocus); // there is nothing to follow
     clearFocus();
@@ -93,7 +102,8 @@ void LinkTextView::changeEvent(QEvent *event)
 void LinkTextView::mouseReleaseEvent(QMouseEvent *event)
 {
     QTextEdit::mouseReleaseEvent(event);
-    Q_EMIT selectionDidChange();
+    if (event->button() == Qt::LeftButton)
+        Q_EMIT selectionDidChange();
 }
 
 // From the keyboard the link is followed as links are: with Return, wherever the insertion point stands.

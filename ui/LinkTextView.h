@@ -41,4 +41,9 @@ protected:
     void changeEvent(QEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    QString m_text; // of the link that is shown; empty for none
+    QColor m_color;
+    QFont m_font;
 };

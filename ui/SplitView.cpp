@@ -97,4 +97,7 @@ void SplitView::resizeEvent(QResizeEvent *event)
         m_delegate->splitView_resizeSubviewsWithOldSize(this, event->oldSize());
     else
         QSplitter::resizeEvent(event);
+    // What came before the first real size was only a wish.
+    if (!event->oldSize().isValid() && count() == 2 && m_exactFirstPaneWidth > 0)
+        setFirstPaneWidth(m_exactFirstPaneWidth);
 }

@@ -9,6 +9,8 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QPushButton>
+#include <QTest>
 
 namespace {
 
@@ -121,6 +123,25 @@ void writeBundle(const QString &directory, const QString &name, const QByteArray
         + "</dict></plist>\n");
 }
 
+void writeWholeBundle(
+    const QString &directory, const QString &name, const QString &personality, const QByteArray &keysXml)
+{
+    const QByteArray identifier
+        = "<key>CFBundleIdentifier</key><string>org.test." + name.toUtf8() + "</string>";
+    const QByteArray capabilities = "<key>FSFormatExecutable</key><string>f</string>"
+                                    "<key>FSVerificationExecutable</key><string>v</string>"
+                                    "<key>FSRepairExecutable</key><string>r</string>";
+    writeBundle(directory, name,
+        identifier + "<key>FSPersonalities</key><dict><key>" + personality.toUtf8()
+            + "</key><dict><key>FSName</key><string>" + personality.toUtf8() + "</string>" + capabilities
+            + keysXml + "</dict></dict>");
+}
+
+void press(const AlertSheet *sheet, int returnCode)
+{
+    QTest::mouseClick(sheet->buttonForReturn(returnCode), Qt::LeftButton);
+}
+
 TestController::TestController(const QString &localization)
 {
     QDir().mkpath(systemDirectory());
@@ -145,7 +166,8 @@ TestController::~TestController()
 
 void TestController::load()
 {
-    m_controller = std::make_unique<ZorvexDiskManagerAppDelegate>(m_platform);
+    m_controller = makeController ? makeController(m_platform)
+                                  : std::make_unique<ZorvexDiskManagerAppDelegate>(m_platform);
     m_window = loadMainWindow(*m_controller);
 }
 
@@ -197,4 +219,28 @@ QList<AlertSheet *> TestController::sheets() const
             open.append(sheet);
     }
     return open;
+}
+
+void TestController::setDiskutilScript(const QByteArray &script)
+{
+    diskutil = m_scriptFolder.filePath(QStringLiteral("diskutil"));
+    QFile file(diskutil);
+    if (!file.open(QIODevice::WriteOnly))
+        qFatal("cannot write a script");
+    file.write("#!/bin/sh\ndir='" + QFile::encodeName(m_scriptFolder.path()) + "'\n" + script + '\n');
+    file.close();
+    file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+}
+
+QByteArray TestController::fileFromScript(const QString &name) const
+{
+    QFile file(m_scriptFolder.filePath(name));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void TestController::writeFileForScript(const QString &name) const
+{
+    QFile file(m_scriptFolder.filePath(name));
+    if (!file.open(QIODevice::WriteOnly))
+        qFatal("cannot write a file");
 }

@@ -44,6 +44,13 @@ MemoryDiskRef makeDisk(const QString &bsdName);
 MemoryDiskRef makePartition(const QString &bsdName, qint64 offset, const QString &volumeName = {});
 void setMounted(const MemoryDiskRef &disk, const QString &path); // an empty path for unmounted
 
+// A bundle with one personality of this name that can do everything; further keys of it as XML.
+void writeWholeBundle(const QString &directory, const QString &name, const QString &personality,
+    const QByteArray &keysXml = {});
+
+// Clicks the button of the sheet that has this return code.
+void press(const AlertSheet *sheet, int returnCode);
+
 // A bundle folder with this information dictionary (the XML between <dict> and </dict>) in a directory.
 void writeBundle(const QString &directory, const QString &name, const QByteArray &dictionaryXml);
 
@@ -66,6 +73,11 @@ public:
     // The sheets that are open on the window, oldest first.
     QList<AlertSheet *> sheets() const;
 
+    // Runs this shell script in the place of the tool. Inside, $dir is a folder to leave files in.
+    void setDiskutilScript(const QByteArray &script);
+    QByteArray fileFromScript(const QString &name) const;
+    void writeFileForScript(const QString &name) const;
+
     QTemporaryDir filesystems; // System and Library inside are the two bundle directories
     QString systemDirectory() const { return filesystems.filePath(QStringLiteral("System")); }
     QString localDirectory() const { return filesystems.filePath(QStringLiteral("Library")); }
@@ -78,6 +90,9 @@ public:
     // What stands in for '/usr/sbin/diskutil' in the shell's line; empty for the real tool.
     QString diskutil;
 
+    // Makes another controller than the plain one.
+    std::function<std::unique_ptr<ZorvexDiskManagerAppDelegate>(const ApplicationPlatform &)> makeController;
+
     ApplicationPlatform &platform() { return m_platform; } // until the controller is made by launch()
     ZorvexDiskManagerAppDelegate &controller() { return *m_controller; }
     QMainWindow &window() { return *m_window; }
@@ -86,6 +101,7 @@ public:
     void load();
 
 private:
+    QTemporaryDir m_scriptFolder;
     ApplicationPlatform m_platform;
     std::unique_ptr<ZorvexDiskManagerAppDelegate> m_controller;
     std::unique_ptr<QMainWindow> m_window;

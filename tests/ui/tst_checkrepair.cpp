@@ -113,7 +113,7 @@ void TestCheckRepair::verdictOfACheck()
     QCOMPARE(test.sheets().size(), 1);
     QCOMPARE(test.alertText(),
         QStringLiteral("Encountered errors when checking the volume.\nFilesystem needs to be repaired."));
-    QCOMPARE(test.log.lines(), QStringList { QStringLiteral("Error returned by invokeDiskutilWithVerb: 5") });
+    QCOMPARE(test.log.lines().join(u' '), QStringLiteral("Error returned by invokeDiskutilWithVerb: 5"));
     QCOMPARE(test.shown(), QStringLiteral("broken\n"));
 }
 

@@ -2,16 +2,19 @@
 //
 // How the window comes up and goes.
 #include "tests/support/TestController.h"
-
 #include "ui/FlippedOutlineView.h"
 #include "ui/ImageButton.h"
 #include "ui/OutputView.h"
 
-#include <QComboBox>
-#include <QLabel>
+#include <QAction>
+#include <QApplication>
+#include <QScreen>
 #include <QSignalSpy>
 #include <QTabWidget>
 #include <QTest>
+#include <QTimer>
+
+using namespace Qt::Literals::StringLiterals;
 
 class TestLifecycle : public QObject
 {
@@ -19,180 +22,250 @@ class TestLifecycle : public QObject
 
 private Q_SLOTS:
     void opensWithTheInfoTabAlone();
-    void opensAtItsSizeAndNotBelowTheSmallest();
-    void arabicIsMirrored_data();
-    void arabicIsMirrored();
-    void localeDecidesWithoutAList();
-    void threePanesAreLeftAlone();
-    void withoutAServiceTheTreeStaysEmpty();
-    void disksThatArePresentAreShownExpandedAndUnselected();
-    void activationReadsTheBundlesAgain();
+    void opensAt800By450Centred();
+    void treePaneKeepsItsWidth();
+    void arabicAloneIsMirrored_data();
+    void arabicAloneIsMirrored();
+    void threePanesAreNotSwapped();
+    void outputIsDrawnAsControlText();
+    void disksPresentAtLaunchAreExpandedAndNoneIsSelected();
+    void sessionIsGivenBackOnce();
+    void listsAreGivenBack();
+    void withoutSessionTheTreeIsEmpty();
+    void activationReadsTheBundlesEveryTime();
     void closingTheWindowQuits();
-    void terminationGivesTheSessionBack();
-    void everyOutletBearsItsName();
+    void quitMenuItemQuits();
 };
+
+namespace {
+
+// Counts what is done with it.
+class CountingSession : public DASession
+{
+public:
+    explicit CountingSession(QStringList &calls)
+        : m_calls(calls)
+    {
+    }
+    ~CountingSession() override { m_calls += u"release"_s; }
+    void scheduleWithRunLoop() override { m_calls += u"schedule"_s; }
+    void unscheduleFromRunLoop() override { m_calls += u"unschedule"_s; }
+    void mount(const DADiskRef &, quint32, DADiskCompletion) override { }
+    void unmount(const DADiskRef &, quint32, DADiskCompletion) override { }
+    void eject(const DADiskRef &, quint32, DADiskCompletion) override { }
+    void rename(const DADiskRef &, const QString &, quint32, DADiskCompletion) override { }
+
+private:
+    QStringList &m_calls;
+};
+
+// Runs the application until it quits by itself; false when it has to be stopped.
+template <typename Action> bool quitsAfter(Action action)
+{
+    QTimer::singleShot(0, qApp, action);
+    QTimer watchdog;
+    watchdog.setSingleShot(true);
+    QObject::connect(&watchdog, &QTimer::timeout, qApp, [] { QCoreApplication::exit(1); });
+    watchdog.start(10000);
+    return QApplication::exec() == 0;
+}
+
+} // namespace
 
 void TestLifecycle::opensWithTheInfoTabAlone()
 {
     TestController test;
     test.launch();
-    const QTabWidget *tabs = test.controller().rightTabView;
+    QTabWidget *const tabs = test.controller().rightTabView;
     QCOMPARE(tabs->count(), 1);
     QCOMPARE(tabs->widget(0), test.controller().infoTab);
     QVERIFY(test.controller().formatTab && test.controller().maintenanceTab);
-    QVERIFY(!test.controller().infoNameLabel->text().isEmpty());
-    QVERIFY(!test.controller().mountUnmountButton->isEnabled());
 }
 
-void TestLifecycle::opensAtItsSizeAndNotBelowTheSmallest()
+void TestLifecycle::opensAt800By450Centred()
 {
     TestController test;
-    test.load();
-    const int treeWidth = test.controller().mainSplitView->sizes().constFirst();
     test.launch();
     QCOMPARE(test.window().size(), QSize(800, 450));
-    QCOMPARE(test.window().minimumSize(), QSize(720, 420));
-    QVERIFY(qAbs(test.controller().mainSplitView->sizes().constFirst() - treeWidth) <= 1);
+    const QRect screen = test.window().screen()->availableGeometry();
+    const QPoint distance = test.window().pos() + test.window().rect().center() - screen.center();
+    QVERIFY2(distance.manhattanLength() <= 2, qPrintable(u"%1 %2"_s.arg(distance.x()).arg(distance.y())));
     test.window().resize(100, 100);
     QCOMPARE(test.window().size(), QSize(720, 420));
 }
 
-void TestLifecycle::arabicIsMirrored_data()
+void TestLifecycle::treePaneKeepsItsWidth()
 {
-    QTest::addColumn<QString>("localization");
-    QTest::addColumn<bool>("isMirrored");
-    QTest::newRow("ar") << QStringLiteral("ar") << true;
-    QTest::newRow("ar_SA") << QStringLiteral("ar_SA") << true;
-    QTest::newRow("ar-SA") << QStringLiteral("ar-SA") << false;
-    QTest::newRow("arx") << QStringLiteral("arx") << false;
-    QTest::newRow("fr") << QStringLiteral("fr") << false;
-}
-
-void TestLifecycle::arabicIsMirrored()
-{
-    QFETCH(const QString, localization);
-    QFETCH(const bool, isMirrored);
-    TestController test(localization);
-    test.launch();
-    const ZorvexDiskManagerAppDelegate &controller = test.controller();
-    QCOMPARE(controller.isRightToLeftLocalization(), isMirrored);
-    QCOMPARE(controller.mainSplitView->widget(isMirrored ? 1 : 0), controller.outlineViewContainer);
-    QCOMPARE(controller.mountUnmountButton->imagePosition(),
-        isMirrored ? ImageButton::ImagePosition::Right : ImageButton::ImagePosition::Left);
-    QCOMPARE(controller.mountUnmountButton->textAlignment().testFlag(Qt::AlignRight), isMirrored);
-    const int treeLeft = controller.outlineViewContainer->mapTo(&test.window(), QPoint(0, 0)).x();
-    QCOMPARE(treeLeft > 0, isMirrored);
-    QCOMPARE(qobject_cast<FlippedOutlineView *>(controller.leftOutlineView) != nullptr, isMirrored);
-    QCOMPARE(controller.checkRepairOutputView->layoutDirection(), Qt::LeftToRight);
-}
-
-void TestLifecycle::localeDecidesWithoutAList()
-{
-    for (const bool isAbsent : { true, false }) {
-        TestController test;
-        test.platform().preferredLocalizations
-            = isAbsent ? std::optional<QStringList>() : std::optional<QStringList>(QStringList());
-        test.platform().localeIdentifier = QStringLiteral("ar_EG");
-        test.load();
-        QVERIFY(test.controller().isRightToLeftLocalization());
+    for (const QString &localization : { u"en"_s, u"ar"_s }) {
+        TestController test(localization);
+        test.launch();
+        QVERIFY(QTest::qWaitForWindowExposed(&test.window()));
+        QCOMPARE(test.controller().outlineViewContainer->width(), 240);
+        QCOMPARE(test.controller().rightTabView->width(), 552);
     }
 }
 
-void TestLifecycle::threePanesAreLeftAlone()
+void TestLifecycle::arabicAloneIsMirrored_data()
 {
-    TestController test(QStringLiteral("ar"));
+    QTest::addColumn<bool>("hasList");
+    QTest::addColumn<QStringList>("localizations");
+    QTest::addColumn<QString>("locale");
+    QTest::addColumn<bool>("isMirrored");
+    QTest::newRow("ar") << true << QStringList { u"ar"_s } << u"en_US"_s << true;
+    QTest::newRow("ar_SA") << true << QStringList { u"ar_SA"_s, u"en"_s } << u"en_US"_s << true;
+    QTest::newRow("ar-SA") << true << QStringList { u"ar-SA"_s } << u"ar_SA"_s << false;
+    QTest::newRow("fr") << true << QStringList { u"fr"_s, u"ar"_s } << u"ar_SA"_s << false;
+    QTest::newRow("arx") << true << QStringList { u"arx"_s } << u"ar"_s << false;
+    QTest::newRow("he") << true << QStringList { u"he"_s } << u"he_IL"_s << false;
+    QTest::newRow("no list, Arabic locale") << false << QStringList() << u"ar_EG"_s << true;
+    QTest::newRow("no list, French locale") << false << QStringList() << u"fr_FR"_s << false;
+    QTest::newRow("empty list, Arabic locale") << true << QStringList() << u"ar"_s << true;
+}
+
+void TestLifecycle::arabicAloneIsMirrored()
+{
+    QFETCH(bool, hasList);
+    QFETCH(QStringList, localizations);
+    QFETCH(QString, locale);
+    QFETCH(bool, isMirrored);
+    TestController test;
+    test.platform().preferredLocalizations
+        = hasList ? std::optional<QStringList>(localizations) : std::nullopt;
+    test.platform().localeIdentifier = locale;
+    test.launch();
+    const auto &controller = test.controller();
+    QCOMPARE(controller.isRightToLeftLocalization(), isMirrored);
+    QCOMPARE(controller.mainSplitView->widget(0) == controller.rightTabView, isMirrored);
+    QCOMPARE(controller.mainSplitView->widget(1) == controller.outlineViewContainer, isMirrored);
+    const QPoint tree = controller.outlineViewContainer->mapTo(&test.window(), QPoint(0, 0));
+    const QPoint tabs = controller.rightTabView->mapTo(&test.window(), QPoint(0, 0));
+    QCOMPARE(tree.x() > tabs.x(), isMirrored);
+    QCOMPARE(controller.mountUnmountButton->imagePosition() == ImageButton::ImagePosition::Right, isMirrored);
+    QCOMPARE(controller.mountUnmountButton->textAlignment() == Qt::AlignRight, isMirrored);
+    QCOMPARE(qobject_cast<FlippedOutlineView *>(controller.leftOutlineView) != nullptr, isMirrored);
+}
+
+void TestLifecycle::threePanesAreNotSwapped()
+{
+    TestController test(u"ar"_s);
     test.load();
-    // A second time: the panes were swapped when the window was loaded.
-    const QWidget *first = test.controller().mainSplitView->widget(0);
-    test.controller().mainSplitView->addWidget(new QWidget);
-    test.log.clear();
-    test.controller().awakeFromNib();
-    QCOMPARE(test.log.lines(), QStringList { QStringLiteral("Unexpected subview count: 3") });
-    QCOMPARE(test.controller().mainSplitView->widget(0), first);
-    QVERIFY(test.controller().mountUnmountButton->textAlignment().testFlag(Qt::AlignRight));
+    auto &controller = test.controller();
+    auto *third = new QWidget(controller.mainSplitView);
+    controller.mountUnmountButton->setTextAlignment(Qt::AlignCenter);
+    controller.mountUnmountButton->setImagePosition(ImageButton::ImagePosition::Left);
+    controller.awakeFromNib();
+    QCOMPARE(test.log.lines(), QStringList { u"Unexpected subview count: 3"_s });
+    QCOMPARE(controller.mainSplitView->widget(0), controller.rightTabView);
+    QCOMPARE(controller.mainSplitView->widget(2), third);
+    QCOMPARE(controller.mountUnmountButton->textAlignment(), Qt::AlignRight);
+    QCOMPARE(controller.mountUnmountButton->imagePosition(), ImageButton::ImagePosition::Right);
 }
 
-void TestLifecycle::withoutAServiceTheTreeStaysEmpty()
+void TestLifecycle::outputIsDrawnAsControlText()
 {
     TestController test;
-    test.platform().createSession = [] { return std::unique_ptr<DASession>(); };
     test.launch();
-    QVERIFY(test.log.lines().contains(QStringLiteral("Unable to create DASession.")));
-    QCOMPARE(test.rowNames(), QStringList());
-    QVERIFY(test.sheets().isEmpty());
+    QCOMPARE(test.controller().checkRepairOutputView->palette().color(QPalette::Text),
+        test.window().palette().color(QPalette::WindowText));
 }
 
-void TestLifecycle::disksThatArePresentAreShownExpandedAndUnselected()
+void TestLifecycle::disksPresentAtLaunchAreExpandedAndNoneIsSelected()
 {
     TestController test;
-    test.service.addDisk(makePartition(QStringLiteral("disk1s1"), 1000));
-    test.service.addDisk(makeDisk(QStringLiteral("disk1")));
+    test.service.addDisk(makeDisk(u"disk2"_s));
+    test.service.addDisk(makePartition(u"disk2s1"_s, 1024));
+    test.service.addDisk(makeDisk(u"disk3"_s));
+    test.service.addDisk(makePartition(u"disk3s1"_s, 1024));
     test.launch();
-    QCOMPARE(test.rowNames(), (QStringList { QStringLiteral("disk1"), QStringLiteral("disk1s1") }));
+    QCOMPARE(test.rowNames(), (QStringList { u"disk2"_s, u"disk2s1"_s, u"disk3"_s, u"disk3s1"_s }));
     QCOMPARE(test.controller().leftOutlineView->selectedRow(), -1);
 }
 
-void TestLifecycle::activationReadsTheBundlesAgain()
+void TestLifecycle::sessionIsGivenBackOnce()
+{
+    QStringList calls;
+    TestController test;
+    test.platform().createSession = [&calls] { return std::make_unique<CountingSession>(calls); };
+    test.launch();
+    QCOMPARE(calls, QStringList { u"schedule"_s });
+    test.controller().applicationWillTerminate();
+    QCOMPARE(calls, (QStringList { u"schedule"_s, u"unschedule"_s, u"release"_s }));
+    QVERIFY(!test.controller().session);
+    test.controller().applicationWillTerminate();
+    QCOMPARE(calls.size(), 3);
+}
+
+void TestLifecycle::listsAreGivenBack()
+{
+    TestController test;
+    writeWholeBundle(test.localDirectory(), u"msdos"_s, u"FAT"_s);
+    test.launch();
+    auto &controller = test.controller();
+    QCOMPARE(controller.allFilesystemBundlesList.value().size(), std::size_t { 1 });
+    QCOMPARE(controller.repairFilesystemBundlesList.value().size(), std::size_t { 1 });
+    controller.applicationWillTerminate();
+    QVERIFY(!controller.allFilesystemBundlesList);
+    QVERIFY(!controller.formatFilesystemBundlesList);
+    QVERIFY(!controller.checkFilesystemBundlesList);
+    QVERIFY(!controller.repairFilesystemBundlesList);
+}
+
+void TestLifecycle::withoutSessionTheTreeIsEmpty()
+{
+    TestController test;
+    test.service.addDisk(makeDisk(u"disk2"_s));
+    test.platform().createSession = [] { return nullptr; };
+    test.launch();
+    QCOMPARE(test.log.lines(), QStringList { u"Unable to create DASession."_s });
+    QCOMPARE(test.rowNames(), QStringList());
+    QVERIFY(test.window().isVisible());
+    QVERIFY(test.sheets().isEmpty());
+}
+
+void TestLifecycle::activationReadsTheBundlesEveryTime()
 {
     TestController test;
     test.launch();
-    QCOMPARE(test.controller().formatFilesystemsPopupButton->count(), 0);
-    for (const char *name : { "one", "two" }) {
-        writeBundle(test.localDirectory(), QLatin1String(name),
-            QByteArray("<key>CFBundleIdentifier</key><string>org.example</string><key>FSPersonalities</"
-                       "key><dict><key>")
-                + name + "</key><dict><key>FSName</key><string>" + name
-                + "</string><key>FSFormatExecutable</key><string>x</string></dict></dict>");
-        const int before = test.controller().formatFilesystemsPopupButton->count();
-        QEvent activation(QEvent::WindowActivate);
-        QApplication::sendEvent(&test.window(), &activation);
-        QCOMPARE(test.controller().formatFilesystemsPopupButton->count(), before + 1);
+    const auto activate = [&test] {
+        QEvent event(QEvent::WindowActivate);
+        QApplication::sendEvent(&test.window(), &event);
+    };
+    std::size_t expected = 0;
+    for (const QString &name : { u"first"_s, u"second"_s }) {
+        writeWholeBundle(test.localDirectory(), name, name);
+        QCOMPARE(test.controller().allFilesystemBundlesList.value().size(), expected);
+        activate();
+        ++expected;
+        QCOMPARE(test.controller().allFilesystemBundlesList.value().size(), expected);
     }
-    QCOMPARE(test.controller().formatFilesystemsPopupButton->currentIndex(), -1);
 }
 
 void TestLifecycle::closingTheWindowQuits()
 {
     TestController test;
     test.launch();
-    QSignalSpy aboutToQuit(qApp, &QCoreApplication::aboutToQuit);
-    QMetaObject::invokeMethod(&test.window(), &QWidget::close, Qt::QueuedConnection);
-    QCOMPARE(QApplication::exec(), 0);
-    QCOMPARE(aboutToQuit.count(), 1);
+    const QSignalSpy quits(qApp, &QCoreApplication::aboutToQuit);
+    QVERIFY(quitsAfter([&test] { test.window().close(); }));
+    QCOMPARE(quits.size(), 1);
+    QVERIFY(!test.window().isVisible());
 }
 
-void TestLifecycle::terminationGivesTheSessionBack()
+void TestLifecycle::quitMenuItemQuits()
 {
     TestController test;
     test.launch();
-    QVERIFY(test.service.hasScheduledSession());
-    test.controller().applicationWillTerminate();
-    QVERIFY(!test.service.hasScheduledSession());
-    QVERIFY(!test.controller().session && !test.controller().allFilesystemBundlesList);
-    test.controller().applicationWillTerminate();
-    QVERIFY(!test.controller().session);
+    auto *const quit = test.window().findChild<QAction *>(u"actionQuit"_s);
+    QVERIFY(quit);
+    QVERIFY(quitsAfter([quit] { quit->trigger(); }));
 }
 
-void TestLifecycle::everyOutletBearsItsName()
+// The application quits because the window says so, not because it was the last one.
+int main(int argc, char **argv)
 {
-    TestController test;
-    test.launch();
-    QStringList missing;
-    for (const char *name : { "mainSplitView", "rightTabView", "infoTab", "leftOutlineView",
-             "outlineViewContainer", "outlineViewScrollContainer", "mountUnmountButton", "infoBigImageField",
-             "infoNameLabel", "infoDiskSpaceLabel", "infoMountedPathView", "filesystemLabel", "bsdNameLabel",
-             "wholeDeviceLabel", "removableLabel", "contentHintLabel", "ejectableLabel",
-             "preferredBlockSizeLabel" }) {
-        if (!test.window().findChild<QWidget *>(QLatin1String(name)))
-            missing.append(QLatin1String(name));
-    }
-    QCOMPARE(missing, QStringList());
-    QCOMPARE(test.window().objectName(), QStringLiteral("window"));
-    for (const char *name : { "formatFilesystemsPopupButton", "formatVolumeLabelField", "formatButton" })
-        QVERIFY(test.controller().formatTab->findChild<QWidget *>(QLatin1String(name)));
-    for (const char *name : { "checkRepairOutputView", "checkButton", "repairButton" })
-        QVERIFY(test.controller().maintenanceTab->findChild<QWidget *>(QLatin1String(name)));
+    QApplication application(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    TestLifecycle test;
+    return QTest::qExec(&test, argc, argv);
 }
 
-QTEST_MAIN(TestLifecycle)
 #include "tst_lifecycle.moc"

@@ -1,364 +1,385 @@
 // SPDX-License-Identifier: MIT
 //
-// The button that mounts, unmounts and ejects: which requests it makes, and what is told of their outcome.
+// The button that mounts, unmounts and ejects.
+#include "platform/Localization.h"
 #include "tests/support/TestController.h"
-
 #include "ui/AlertSheet.h"
 #include "ui/ImageButton.h"
 #include "ui/OutlineView.h"
 
 #include <QTest>
 
-#include <cstring>
-
+using namespace Qt::Literals::StringLiterals;
 using Kind = MemoryDiskService::RequestKind;
-
-namespace {
-
-const QString diskName = QStringLiteral("disk2");
-const QString volumeName = QStringLiteral("disk2s1");
-
-MemoryDiskRef diskWithPartitions()
-{
-    const MemoryDiskRef disk = makeDisk(diskName);
-    disk->description->insert(DAKey::mediaLeaf, false);
-    return disk;
-}
-
-// The window with one volume that is selected and mounted, or not.
-struct VolumeTest : TestController
-{
-    explicit VolumeTest(bool isMounted)
-    {
-        launch();
-        if (isMounted)
-            setMounted(volume, QStringLiteral("/media/A"));
-        record = add(volume);
-        select(volumeName);
-    }
-
-    void click() { controller().clickMountUnmountButton(nullptr); }
-    const MemoryDiskService::Request &request() const { return service.requests().front(); }
-    QString alertText() const
-    {
-        return sheets().isEmpty() ? QString() : sheets().constFirst()->informativeText();
-    }
-    void endSheet(int returnCode) { sheets().constFirst()->buttonForReturn(returnCode)->click(); }
-
-    MemoryDiskRef volume = makePartition(volumeName, 1000);
-    OutlineItem record;
-};
-
-constexpr int force = AlertSheet::firstButtonReturn;
-constexpr int cancel = AlertSheet::firstButtonReturn + 1;
-
-} // namespace
 
 class TestMountUnmountEject : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void mountedVolumeIsUnmounted();
-    void unmountedVolumeIsMounted();
-    void mountedWholeDiskWithoutPartitionsIsUnmounted();
-    void diskWithPartitionsIsEjected();
-    void nothingHappensWithoutASelectionOrDuringAnOperation();
+    void requestOfAMedium_data();
+    void requestOfAMedium();
+    void nothingSelectedMakesNoRequest();
+    void buttonDoesNothingWhileBusy();
+    void mountRefreshesTheRecord();
+    void refusedMountIsReported_data();
+    void refusedMountIsReported();
     void refusedUnmountOffersForce();
     void cancelLeavesTheVolumeMounted();
-    void refusedForceIsReported();
-    void refusedEjectOffersForceForAllVolumes();
-    void refusedForcedUnmountOfAnEjectIsNotReportedByItself();
-    void cancelOfAnEjectReportsNothing();
+    void escapeCancels();
+    void forcedUnmount();
+    void refusedForcedUnmountIsReported();
+    void ejectUnmountsAllAndEjects();
     void refusedEjectIsReported();
-    void refusedMountNamesTheReason_data();
-    void refusedMountNamesTheReason();
-    void refreshThatFailsIsLogged_data();
-    void refreshThatFailsIsLogged();
-    void volumeThatVanishesDuringItsMount();
-    void forceDialogsNeitherWaitForAlertsNorKeepThemAway();
-    void dissenterTexts_data();
-    void dissenterTexts();
+    void forcedEjectIgnoresTheRefusalOfItsUnmount();
+    void cancelledEjectReportsNothing();
+    void forceDialogShowsBesideAnAlert();
+    void recordThatCannotBeRefreshedIsLogged_data();
+    void recordThatCannotBeRefreshedIsLogged();
+    void mediumThatVanishesMeanwhile();
+    void mediumThatVanishesBehindTheForceDialog();
+    void twoDisksSideBySide();
+
+private:
+    struct Fixture
+    {
+        TestController test;
+        MemoryDiskRef disk = makeDisk(u"disk2"_s);
+        MemoryDiskRef volume = makePartition(u"disk2s1"_s, 1024, u"DATA"_s);
+    };
+    static std::unique_ptr<Fixture> launched(const QString &mountPoint = {});
+    static void click(Fixture &f, const QString &bsdName);
+    static bool isBusy(Fixture &f, const QString &bsdName);
 };
 
-void TestMountUnmountEject::mountedVolumeIsUnmounted()
+namespace {
+
+constexpr int firstButton = AlertSheet::firstButtonReturn;
+constexpr int secondButton = AlertSheet::firstButtonReturn + 1;
+
+} // namespace
+
+std::unique_ptr<TestMountUnmountEject::Fixture> TestMountUnmountEject::launched(const QString &mountPoint)
 {
-    VolumeTest test(true);
-    test.click();
-    QCOMPARE(test.service.requests().size(), std::size_t { 1 });
-    QCOMPARE(test.request().kind, Kind::Unmount);
-    QCOMPARE(test.request().options, 0U);
-    QVERIFY(test.record->operationInProgress);
-    QVERIFY(!test.controller().mountUnmountButton->isEnabled());
-    setMounted(test.volume, {});
-    test.service.completeRequest();
-    QVERIFY(!test.record->operationInProgress && !test.record->volumePath);
-    QVERIFY(test.controller().mountUnmountButton->isEnabled());
-    QVERIFY(test.sheets().isEmpty());
+    auto f = std::make_unique<Fixture>();
+    f->disk->description->insert(DAKey::mediaLeaf, false);
+    setMounted(f->volume, mountPoint);
+    f->test.launch();
+    f->test.add(f->disk);
+    f->test.add(f->volume);
+    return f;
 }
 
-void TestMountUnmountEject::unmountedVolumeIsMounted()
+void TestMountUnmountEject::click(Fixture &f, const QString &bsdName)
 {
-    VolumeTest test(false);
-    test.click();
-    QCOMPARE(test.request().kind, Kind::Mount);
-    QCOMPARE(test.request().options, 0U);
-    setMounted(test.volume, QStringLiteral("/media/A"));
-    test.service.completeRequest();
-    QVERIFY(!test.record->operationInProgress);
-    QCOMPARE(test.record->volumePath->toLocalFile(), QStringLiteral("/media/A"));
+    f.test.select(bsdName);
+    QTest::mouseClick(f.test.controller().mountUnmountButton, Qt::LeftButton);
 }
 
-void TestMountUnmountEject::mountedWholeDiskWithoutPartitionsIsUnmounted()
+bool TestMountUnmountEject::isBusy(Fixture &f, const QString &bsdName)
 {
-    TestController test;
-    test.launch();
-    const MemoryDiskRef disk = makeDisk(diskName);
-    setMounted(disk, QStringLiteral("/media/A"));
-    test.add(disk);
-    test.select(diskName);
-    test.controller().clickMountUnmountButton(nullptr);
-    QCOMPARE(test.service.requests().front().kind, Kind::Unmount);
-    QCOMPARE(test.service.requests().front().options, 0U);
-    setMounted(disk, {});
-    test.service.completeRequest();
-    test.controller().clickMountUnmountButton(nullptr);
-    QCOMPARE(test.service.requests().front().kind, Kind::Mount);
+    return f.test.recordOf(bsdName)->operationInProgress;
 }
 
-void TestMountUnmountEject::diskWithPartitionsIsEjected()
+void TestMountUnmountEject::requestOfAMedium_data()
 {
-    TestController test;
-    test.launch();
-    const OutlineItem record = test.add(diskWithPartitions());
-    test.select(diskName);
-    test.controller().clickMountUnmountButton(nullptr);
-    QCOMPARE(test.service.requests().front().kind, Kind::Unmount);
-    QCOMPARE(test.service.requests().front().options, 1U);
-    test.service.completeRequest();
-    QCOMPARE(test.service.requests().front().kind, Kind::Eject);
-    QCOMPARE(test.service.requests().front().options, 0U);
-    QVERIFY(record->operationInProgress);
-    test.service.completeRequest();
-    QVERIFY(!record->operationInProgress);
-    QVERIFY(test.sheets().isEmpty());
+    QTest::addColumn<bool>("whole");
+    QTest::addColumn<bool>("leaf");
+    QTest::addColumn<bool>("mounted");
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<quint32>("options");
+    const auto row = [](const char *name, bool whole, bool leaf, bool mounted, Kind kind, quint32 options) {
+        QTest::newRow(name) << whole << leaf << mounted << static_cast<int>(kind) << options;
+    };
+    row("volume", false, true, false, Kind::Mount, 0);
+    row("mounted volume", false, true, true, Kind::Unmount, 0);
+    row("disk without partitions", true, true, false, Kind::Mount, 0);
+    row("mounted disk without partitions", true, true, true, Kind::Unmount, 0);
+    row("disk with partitions", true, false, false, Kind::Unmount, 1);
+    row("mounted disk with partitions", true, false, true, Kind::Unmount, 0);
+    row("partition with parts", false, false, false, Kind::Mount, 0);
 }
 
-void TestMountUnmountEject::nothingHappensWithoutASelectionOrDuringAnOperation()
+void TestMountUnmountEject::requestOfAMedium()
 {
-    VolumeTest test(true);
-    test.click();
-    test.click();
-    QCOMPARE(test.service.requests().size(), std::size_t { 1 });
-    test.controller().leftOutlineView->selectRow(-1);
-    test.click();
-    QCOMPARE(test.service.requests().size(), std::size_t { 1 });
+    QFETCH(bool, whole);
+    QFETCH(bool, leaf);
+    QFETCH(bool, mounted);
+    QFETCH(int, kind);
+    const auto f = launched();
+    const MemoryDiskRef disk = makeDisk(u"disk3"_s);
+    disk->description->insert(DAKey::mediaWhole, whole);
+    disk->description->insert(DAKey::mediaLeaf, leaf);
+    if (!whole)
+        disk->mediaProperties = makePartition(u"disk3s1"_s, 1024)->mediaProperties;
+    setMounted(disk, mounted ? u"/media/A"_s : QString());
+    f->test.add(disk);
+    click(*f, u"disk3"_s);
+    QCOMPARE(f->test.service.requests().size(), std::size_t { 1 });
+    const auto &request = f->test.service.requests().front();
+    QCOMPARE(static_cast<int>(request.kind), kind);
+    QTEST(request.options, "options");
+    QCOMPARE(request.disk, disk);
+    QVERIFY(isBusy(*f, u"disk3"_s));
+    QVERIFY(!f->test.controller().mountUnmountButton->isEnabled());
+}
+
+void TestMountUnmountEject::nothingSelectedMakesNoRequest()
+{
+    const auto f = launched();
+    f->test.controller().clickMountUnmountButton(nullptr);
+    QVERIFY(f->test.service.requests().empty());
+}
+
+void TestMountUnmountEject::buttonDoesNothingWhileBusy()
+{
+    const auto f = launched();
+    click(*f, u"disk2s1"_s);
+    f->test.controller().clickMountUnmountButton(nullptr);
+    QCOMPARE(f->test.service.requests().size(), std::size_t { 1 });
+}
+
+void TestMountUnmountEject::mountRefreshesTheRecord()
+{
+    const auto f = launched();
+    click(*f, u"disk2s1"_s);
+    setMounted(f->volume, u"/media/DATA"_s);
+    f->test.service.completeRequest();
+    QCOMPARE(f->test.recordOf(u"disk2s1"_s)->volumePath->toLocalFile(), u"/media/DATA"_s);
+    QVERIFY(!isBusy(*f, u"disk2s1"_s));
+    QCOMPARE(f->test.controller().mountUnmountButton->text(), localizedString("UNMOUNT_BUTTON_TITLE"));
+    QVERIFY(f->test.controller().mountUnmountButton->isEnabled());
+    QVERIFY(f->test.sheets().isEmpty());
+}
+
+void TestMountUnmountEject::refusedMountIsReported_data()
+{
+    QTest::addColumn<quint32>("status");
+    QTest::addColumn<QString>("reason");
+    QTest::newRow("busy") << 0xF8DA0002 << u"kDAReturnBusy"_s;
+    QTest::newRow("unsupported") << 0xF8DA000C << u"No supported file system found."_s;
+}
+
+void TestMountUnmountEject::refusedMountIsReported()
+{
+    QFETCH(quint32, status);
+    QFETCH(QString, reason);
+    const auto f = launched();
+    click(*f, u"disk2s1"_s);
+    f->test.service.completeRequest(makeDissenter(static_cast<DAReturn>(status)));
+    QCOMPARE(f->test.sheets().size(), 1);
+    QCOMPARE(f->test.sheets().constFirst()->text(), u"Error"_s);
+    QCOMPARE(f->test.sheets().constFirst()->informativeText(),
+        QString(u"Error while mounting disk2s1: "_s + reason));
+    QVERIFY(!isBusy(*f, u"disk2s1"_s));
 }
 
 void TestMountUnmountEject::refusedUnmountOffersForce()
 {
-    VolumeTest test(true);
-    test.click();
-    test.service.completeRequest(makeDissenter(DAReturn::Busy, QStringLiteral("the reason")));
-    QCOMPARE(test.sheets().size(), 1);
-    QCOMPARE(test.sheets().constFirst()->icon(), QMessageBox::Information);
-    QVERIFY(test.alertText().contains(volumeName));
-    QVERIFY(!test.alertText().contains(QStringLiteral("the reason")));
-    QVERIFY(test.record->operationInProgress);
-    test.endSheet(force);
-    QCOMPARE(test.request().kind, Kind::Unmount);
-    QCOMPARE(test.request().options, 0x80000U);
-    setMounted(test.volume, {});
-    test.service.completeRequest();
-    QVERIFY(!test.record->operationInProgress);
-    QTRY_VERIFY(test.sheets().isEmpty());
+    const auto f = launched(u"/media/A"_s);
+    click(*f, u"disk2s1"_s);
+    f->test.service.completeRequest(makeDissenter(DAReturn::Busy, u"secret reason"_s));
+    QCOMPARE(f->test.sheets().size(), 1);
+    AlertSheet *const sheet = f->test.sheets().constFirst();
+    QCOMPARE(sheet->text(), localizedString("FAILED_TO_UNMOUNT_VOLUME_TITLE"));
+    QCOMPARE(sheet->informativeText(),
+        formatLocalized(localizedString("FAILED_TO_UNMOUNT_VOLUME_BODY_FMT"), { u"disk2s1"_s }));
+    QVERIFY(sheet->informativeText().contains(u"disk2s1"_s));
+    QVERIFY(!sheet->informativeText().contains(u"secret"_s));
+    QCOMPARE(sheet->icon(), QMessageBox::Information);
+    QCOMPARE(sheet->buttonForReturn(firstButton)->text(), localizedString("FORCE_UNMOUNT_BUTTON_TITLE"));
+    QCOMPARE(sheet->buttonForReturn(secondButton)->text(), localizedString("CANCEL_UNMOUNT_BUTTON_TITLE"));
+    QCOMPARE(sheet->defaultButton(), sheet->buttonForReturn(secondButton));
+    QVERIFY(!f->test.controller().alertInProgress);
+    QVERIFY(isBusy(*f, u"disk2s1"_s));
 }
 
 void TestMountUnmountEject::cancelLeavesTheVolumeMounted()
 {
-    VolumeTest test(true);
-    test.click();
-    test.service.completeRequest(makeDissenter(DAReturn::Busy));
-    test.endSheet(cancel);
-    QVERIFY(test.service.requests().empty());
-    QVERIFY(!test.record->operationInProgress);
-    QVERIFY(test.record->volumePath);
-    QTRY_VERIFY(test.sheets().isEmpty());
-    // Escape is Cancel.
-    test.click();
-    test.service.completeRequest(makeDissenter(DAReturn::Busy));
-    QTest::keyClick(test.sheets().constFirst(), Qt::Key_Escape);
-    QVERIFY(test.service.requests().empty());
-    QVERIFY(!test.record->operationInProgress);
+    const auto f = launched(u"/media/A"_s);
+    click(*f, u"disk2s1"_s);
+    f->test.service.completeRequest(makeDissenter(DAReturn::Busy));
+    press(f->test.sheets().constFirst(), secondButton);
+    QVERIFY(f->test.service.requests().empty());
+    QVERIFY(f->test.sheets().isEmpty());
+    QVERIFY(!isBusy(*f, u"disk2s1"_s));
+    QVERIFY(f->test.recordOf(u"disk2s1"_s)->volumePath);
+    QVERIFY(f->test.controller().mountUnmountButton->isEnabled());
 }
 
-void TestMountUnmountEject::refusedForceIsReported()
+void TestMountUnmountEject::escapeCancels()
 {
-    VolumeTest test(true);
-    test.click();
-    test.service.completeRequest(makeDissenter(DAReturn::Busy));
-    test.endSheet(force);
-    QTRY_VERIFY(test.sheets().isEmpty());
-    test.service.completeRequest(makeDissenter(DAReturn::NotPermitted));
-    QCOMPARE(test.alertText(), QStringLiteral("Error while unmounting disk2s1: kDAReturnNotPermitted"));
-    QCOMPARE(test.sheets().constFirst()->text(), QStringLiteral("Error"));
-    QVERIFY(!test.record->operationInProgress);
+    const auto f = launched(u"/media/A"_s);
+    click(*f, u"disk2s1"_s);
+    f->test.service.completeRequest(makeDissenter(DAReturn::Busy));
+    QTest::keyClick(f->test.sheets().constFirst(), Qt::Key_Escape);
+    QVERIFY(f->test.service.requests().empty());
+    QVERIFY(!isBusy(*f, u"disk2s1"_s));
 }
 
-void TestMountUnmountEject::refusedEjectOffersForceForAllVolumes()
+void TestMountUnmountEject::forcedUnmount()
 {
-    TestController test;
-    test.launch();
-    test.add(diskWithPartitions());
-    test.select(diskName);
-    test.controller().clickMountUnmountButton(nullptr);
-    test.service.completeRequest(makeDissenter(DAReturn::Busy));
-    QCOMPARE(test.sheets().size(), 1);
-    QVERIFY(test.sheets().constFirst()->informativeText().contains(diskName));
-    test.sheets().constFirst()->buttonForReturn(force)->click();
-    QCOMPARE(test.service.requests().front().kind, Kind::Unmount);
-    QCOMPARE(test.service.requests().front().options, 0x80001U);
-    test.service.completeRequest();
-    QCOMPARE(test.service.requests().front().kind, Kind::Eject);
+    const auto f = launched(u"/media/A"_s);
+    click(*f, u"disk2s1"_s);
+    f->test.service.completeRequest(makeDissenter(DAReturn::Busy));
+    press(f->test.sheets().constFirst(), firstButton);
+    QCOMPARE(f->test.service.requests().size(), std::size_t { 1 });
+    QCOMPARE(f->test.service.requests().front().kind, Kind::Unmount);
+    QCOMPARE(f->test.service.requests().front().options, quint32 { 0x80000 });
+    QVERIFY(isBusy(*f, u"disk2s1"_s));
+    setMounted(f->volume, {});
+    f->test.service.completeRequest();
+    QVERIFY(!isBusy(*f, u"disk2s1"_s));
+    QVERIFY(!f->test.recordOf(u"disk2s1"_s)->volumePath);
+    QVERIFY(f->test.sheets().isEmpty());
 }
 
-void TestMountUnmountEject::refusedForcedUnmountOfAnEjectIsNotReportedByItself()
+void TestMountUnmountEject::refusedForcedUnmountIsReported()
 {
-    TestController test;
-    test.launch();
-    const OutlineItem record = test.add(diskWithPartitions());
-    test.select(diskName);
-    test.controller().clickMountUnmountButton(nullptr);
-    test.service.completeRequest(makeDissenter(DAReturn::Busy));
-    test.sheets().constFirst()->buttonForReturn(force)->click();
-    QTRY_VERIFY(test.sheets().isEmpty());
-    test.service.completeRequest(makeDissenter(DAReturn::NotPermitted));
-    QVERIFY(test.sheets().isEmpty());
-    QCOMPARE(test.service.requests().front().kind, Kind::Eject);
-    test.service.completeRequest();
-    QVERIFY(test.sheets().isEmpty());
-    QVERIFY(!record->operationInProgress);
+    const auto f = launched(u"/media/A"_s);
+    click(*f, u"disk2s1"_s);
+    f->test.service.completeRequest(makeDissenter(DAReturn::Busy));
+    press(f->test.sheets().constFirst(), firstButton);
+    f->test.service.completeRequest(makeDissenter(DAReturn::NotPermitted));
+    QCOMPARE(f->test.sheets().size(), 1);
+    QCOMPARE(f->test.sheets().constFirst()->informativeText(),
+        u"Error while unmounting disk2s1: kDAReturnNotPermitted"_s);
+    QVERIFY(!isBusy(*f, u"disk2s1"_s));
 }
 
-void TestMountUnmountEject::cancelOfAnEjectReportsNothing()
+void TestMountUnmountEject::ejectUnmountsAllAndEjects()
 {
-    TestController test;
-    test.launch();
-    const OutlineItem record = test.add(diskWithPartitions());
-    test.select(diskName);
-    test.controller().clickMountUnmountButton(nullptr);
-    test.service.completeRequest(makeDissenter(DAReturn::Busy));
-    test.sheets().constFirst()->buttonForReturn(cancel)->click();
-    QVERIFY(test.service.requests().empty());
-    QVERIFY(!record->operationInProgress);
-    QTRY_VERIFY(test.sheets().isEmpty());
+    const auto f = launched(u"/media/A"_s);
+    click(*f, u"disk2"_s);
+    f->test.service.completeRequest();
+    QCOMPARE(f->test.service.requests().size(), std::size_t { 1 });
+    QCOMPARE(f->test.service.requests().front().kind, Kind::Eject);
+    QCOMPARE(f->test.service.requests().front().options, quint32 { 0 });
+    QCOMPARE(f->test.service.requests().front().disk, f->disk);
+    QVERIFY(isBusy(*f, u"disk2"_s));
+    f->test.service.completeRequest();
+    QVERIFY(!isBusy(*f, u"disk2"_s));
+    QVERIFY(f->test.sheets().isEmpty());
 }
 
 void TestMountUnmountEject::refusedEjectIsReported()
 {
-    TestController test;
-    test.launch();
-    test.add(diskWithPartitions());
-    test.select(diskName);
-    test.controller().clickMountUnmountButton(nullptr);
-    test.service.completeRequest();
-    test.service.completeRequest(makeDissenter(DAReturn::Error, QStringLiteral("tray is stuck")));
-    QCOMPARE(test.sheets().constFirst()->informativeText(),
-        QStringLiteral("Error while ejecting disk2: tray is stuck"));
+    const auto f = launched();
+    click(*f, u"disk2"_s);
+    f->test.service.completeRequest();
+    f->test.service.completeRequest(makeDissenter(DAReturn::Error, u"the tray is stuck"_s));
+    QCOMPARE(
+        f->test.sheets().constFirst()->informativeText(), u"Error while ejecting disk2: the tray is stuck"_s);
+    QVERIFY(!isBusy(*f, u"disk2"_s));
 }
 
-void TestMountUnmountEject::refusedMountNamesTheReason_data()
+void TestMountUnmountEject::forcedEjectIgnoresTheRefusalOfItsUnmount()
 {
-    QTest::addColumn<quint32>("status");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("unsupported") << 0xF8DA000CU
-                                 << QStringLiteral(
-                                        "Error while mounting disk2s1: No supported file system found.");
-    QTest::newRow("busy") << 0xF8DA0002U << QStringLiteral("Error while mounting disk2s1: kDAReturnBusy");
+    const auto f = launched(u"/media/A"_s);
+    click(*f, u"disk2"_s);
+    f->test.service.completeRequest(makeDissenter(DAReturn::Busy));
+    AlertSheet *const sheet = f->test.sheets().constFirst();
+    QCOMPARE(sheet->text(), localizedString("FAILED_TO_UNMOUNT_VOLUMES_TITLE"));
+    QCOMPARE(sheet->informativeText(),
+        formatLocalized(localizedString("FAILED_TO_UNMOUNT_VOLUMES_BODY_FMT"), { u"disk2"_s }));
+    press(sheet, firstButton);
+    QCOMPARE(f->test.service.requests().front().kind, Kind::Unmount);
+    QCOMPARE(f->test.service.requests().front().options, quint32 { 0x80001 });
+    f->test.service.completeRequest(makeDissenter(DAReturn::NotPermitted));
+    QVERIFY(f->test.sheets().isEmpty());
+    QCOMPARE(f->test.service.requests().size(), std::size_t { 1 });
+    QCOMPARE(f->test.service.requests().front().kind, Kind::Eject);
+    f->test.service.completeRequest(makeDissenter(DAReturn::Busy));
+    QCOMPARE(
+        f->test.sheets().constFirst()->informativeText(), u"Error while ejecting disk2: kDAReturnBusy"_s);
 }
 
-void TestMountUnmountEject::refusedMountNamesTheReason()
+void TestMountUnmountEject::cancelledEjectReportsNothing()
 {
-    QFETCH(const quint32, status);
-    QFETCH(const QString, text);
-    VolumeTest test(false);
-    test.click();
-    test.service.completeRequest(std::make_shared<const DADissenter>(DADissenter { status, {} }));
-    QCOMPARE(test.alertText(), text);
-    QVERIFY(!test.record->operationInProgress);
+    const auto f = launched(u"/media/A"_s);
+    click(*f, u"disk2"_s);
+    f->test.service.completeRequest(makeDissenter(DAReturn::Busy));
+    press(f->test.sheets().constFirst(), secondButton);
+    QVERIFY(f->test.service.requests().empty());
+    QVERIFY(f->test.sheets().isEmpty());
+    QVERIFY(!isBusy(*f, u"disk2"_s));
 }
 
-void TestMountUnmountEject::refreshThatFailsIsLogged_data()
+void TestMountUnmountEject::forceDialogShowsBesideAnAlert()
 {
-    QTest::addColumn<bool>("isMounted");
-    QTest::addColumn<QString>("line");
-    QTest::newRow("mount") << false << QStringLiteral("Error while updating disk description after mount.");
-    QTest::newRow("unmount") << true
-                             << QStringLiteral("Error while updating disk description after unmount.");
+    const auto f = launched(u"/media/A"_s);
+    click(*f, u"disk2s1"_s);
+    f->test.controller().errorMessage(u"another"_s);
+    f->test.service.completeRequest(makeDissenter(DAReturn::Busy));
+    QCOMPARE(f->test.sheets().size(), 2);
+    QCOMPARE(f->test.log.lines(), QStringList());
 }
 
-void TestMountUnmountEject::refreshThatFailsIsLogged()
+void TestMountUnmountEject::recordThatCannotBeRefreshedIsLogged_data()
 {
-    QFETCH(const bool, isMounted);
-    QFETCH(const QString, line);
-    VolumeTest test(isMounted);
-    test.click();
-    test.volume->description->remove(DAKey::mediaLeaf);
-    test.log.clear();
-    test.service.completeRequest();
-    QCOMPARE(test.log.lines(), QStringList { line });
-    QVERIFY(!test.record->operationInProgress);
-    QVERIFY(test.sheets().isEmpty());
+    QTest::addColumn<QString>("bsdName");
+    QTest::addColumn<QString>("mountPoint");
+    QTest::addColumn<int>("requests");
+    QTest::newRow("mount") << u"disk2s1"_s << QString() << 1;
+    QTest::newRow("unmount") << u"disk2s1"_s << u"/media/A"_s << 1;
+    QTest::newRow("eject") << u"disk2"_s << QString() << 2;
 }
 
-void TestMountUnmountEject::volumeThatVanishesDuringItsMount()
+void TestMountUnmountEject::recordThatCannotBeRefreshedIsLogged()
 {
-    VolumeTest test(false);
-    test.click();
-    test.service.removeDisk(test.volume);
-    QVERIFY(test.rowNames().isEmpty());
-    test.service.completeRequest(makeDissenter(DAReturn::NotFound));
-    QCOMPARE(test.alertText(), QStringLiteral("Error while mounting disk2s1: kDAReturnNotFound"));
-    QVERIFY(!test.record->operationInProgress);
+    QFETCH(QString, bsdName);
+    QFETCH(QString, mountPoint);
+    QFETCH(int, requests);
+    const auto f = launched(mountPoint);
+    click(*f, bsdName);
+    f->disk->description.reset();
+    f->volume->description.reset();
+    for (int i = 0; i < requests; ++i)
+        f->test.service.completeRequest();
+    const QString line = u"Error while updating disk description after %1."_s.arg(
+        QString::fromLatin1(QTest::currentDataTag()));
+    QVERIFY2(f->test.log.lines().contains(line), qPrintable(f->test.log.lines().join(u'\n')));
+    QVERIFY(!isBusy(*f, bsdName));
 }
 
-void TestMountUnmountEject::forceDialogsNeitherWaitForAlertsNorKeepThemAway()
+void TestMountUnmountEject::mediumThatVanishesMeanwhile()
 {
-    VolumeTest test(true);
-    test.controller().errorMessage(QStringLiteral("first"));
-    test.click();
-    test.service.completeRequest(makeDissenter(DAReturn::Busy));
-    QCOMPARE(test.sheets().size(), 2);
-    test.sheets().constFirst()->buttonForReturn(AlertSheet::firstButtonReturn)->click();
-    QVERIFY(!test.controller().alertInProgress);
-    test.controller().errorMessage(QStringLiteral("second"));
-    QVERIFY(test.controller().alertInProgress);
+    const auto f = launched(u"/media/A"_s);
+    click(*f, u"disk2s1"_s);
+    const OutlineItem record = f->test.recordOf(u"disk2s1"_s);
+    f->test.service.removeDisk(f->volume);
+    QCOMPARE(f->test.rowNames(), QStringList { u"disk2"_s });
+    f->test.service.completeRequest(makeDissenter(DAReturn::NotFound));
+    press(f->test.sheets().constFirst(), secondButton);
+    QVERIFY(!record->operationInProgress);
 }
 
-void TestMountUnmountEject::dissenterTexts_data()
+void TestMountUnmountEject::mediumThatVanishesBehindTheForceDialog()
 {
-    QTest::addColumn<quint32>("status");
-    QTest::addColumn<QString>("text");
-    static const char *const statusNames[]
-        = { "Error", "Busy", "BadArgument", "ExclusiveAccess", "NoResources", "NotFound", "NotMounted",
-              "NotPermitted", "NotPrivileged", "NotReady", "NotWritable", "Unsupported" };
-    for (quint32 i = 0; i < 12; ++i)
-        QTest::newRow(statusNames[i])
-            << 0xF8DA0001U + i << QString(QStringLiteral("kDAReturn") + QLatin1String(statusNames[i]));
-    QTest::newRow("success") << 0U << QStringLiteral("kDAReturnSuccess");
-    QTest::newRow("system error") << 0xC010U << QString::fromLocal8Bit(std::strerror(16));
-    QTest::newRow("unknown") << 0x1234U << QStringLiteral("<Unknown DAReturn value: 1234>");
-    QTest::newRow("one bit only") << 0x4ABCU << QStringLiteral("<Unknown DAReturn value: 4ABC>");
-    QTest::newRow("beyond the table") << 0x00DA000DU << QStringLiteral("<Unknown DAReturn value: DA000D>");
+    const auto f = launched(u"/media/A"_s);
+    click(*f, u"disk2s1"_s);
+    f->test.service.completeRequest(makeDissenter(DAReturn::Busy));
+    const OutlineItem record = f->test.recordOf(u"disk2s1"_s);
+    f->test.service.removeDisk(f->volume);
+    press(f->test.sheets().constFirst(), firstButton);
+    f->test.service.completeRequest(makeDissenter(DAReturn::NotFound));
+    QCOMPARE(f->test.sheets().constFirst()->informativeText(),
+        u"Error while unmounting disk2s1: kDAReturnNotFound"_s);
+    QVERIFY(!record->operationInProgress);
 }
 
-void TestMountUnmountEject::dissenterTexts()
+void TestMountUnmountEject::twoDisksSideBySide()
 {
-    QFETCH(const quint32, status);
-    QFETCH(const QString, text);
-    QCOMPARE(ZorvexDiskManagerAppDelegate::dissenterStatusToString({ status, {} }), text);
-    QCOMPARE(ZorvexDiskManagerAppDelegate::dissenterStatusToString({ status, QStringLiteral("own words") }),
-        QStringLiteral("own words"));
+    const auto f = launched();
+    f->test.add(makePartition(u"disk2s2"_s, 2048));
+    click(*f, u"disk2s1"_s);
+    click(*f, u"disk2s2"_s);
+    QCOMPARE(f->test.service.requests().size(), std::size_t { 2 });
+    f->test.service.completeRequest();
+    QVERIFY(!isBusy(*f, u"disk2s1"_s));
+    QVERIFY(isBusy(*f, u"disk2s2"_s));
+    f->test.service.completeRequest();
+    QVERIFY(!isBusy(*f, u"disk2s2"_s));
 }
 
 QTEST_MAIN(TestMountUnmountEject)

@@ -1,0 +1,294 @@
+// SPDX-License-Identifier: MIT
+//
+// The manual, the About box and the mount path that is a link.
+#include "platform/Localization.h"
+#include "platform/SystemRelease.h"
+#include "tests/support/TestController.h"
+#include "ui/AlertSheet.h"
+#include "ui/LinkTextView.h"
+#include "ui/OutlineView.h"
+
+#include <QAction>
+#include <QLabel>
+#include <QTest>
+#include <QTextBlock>
+
+using namespace Qt::Literals::StringLiterals;
+
+class TestHelp : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void linkHoldsThePathBetweenControls();
+    void linkIsStyled();
+    void linkColorByGeneration_data();
+    void linkColorByGeneration();
+    void linkIsBlueWhenTheReleaseCannotBeHad();
+    void linkLooksTheSameAfterAnotherDisk();
+    void clickInsideOpensTheVolume();
+    void clickBeforeTheFirstCharacterDoesNothing();
+    void clickBehindTheLastCharacterDoesNothing();
+    void dragDoesNothing();
+    void otherMouseButtonDoesNothing();
+    void clickWorksWhileThePanelIsRefreshed();
+    void clickWithNothingSelectedDoesNothing();
+    void returnKeyOpensTheVolume();
+    void failingFileManagerIsLogged();
+    void hostilePathIsPlain();
+    void manualIsOpened();
+    void missingManualIsAlertedOnce();
+    void aboutBox();
+
+private:
+    static std::unique_ptr<TestController> withMountedVolume(const QString &path = u"/Volumes/X"_s);
+};
+
+std::unique_ptr<TestController> TestHelp::withMountedVolume(const QString &path)
+{
+    auto test = std::make_unique<TestController>();
+    test->launch();
+    test->add(makeDisk(u"disk2"_s));
+    const MemoryDiskRef volume = makePartition(u"disk2s1"_s, 1024);
+    setMounted(volume, path);
+    test->add(volume);
+    test->select(u"disk2s1"_s);
+    // Disabled until the window is laid out once.
+    if (!QTest::qWaitForWindowExposed(&test->window()))
+        qFatal("the window is not shown");
+    return test;
+}
+
+namespace {
+
+QTextCharFormat formatAt(const LinkTextView *view, int position)
+{
+    QTextCursor cursor(view->document());
+    cursor.setPosition(position + 1);
+    return cursor.charFormat();
+}
+
+// The point between two characters of the view's text.
+QPoint pointAt(const LinkTextView *view, int position)
+{
+    QTextCursor cursor(view->document());
+    cursor.setPosition(position);
+    return view->cursorRect(cursor).center();
+}
+
+void click(const LinkTextView *view, int position, Qt::MouseButton button = Qt::LeftButton)
+{
+    QTest::mouseClick(view->viewport(), button, {}, pointAt(view, position));
+}
+
+} // namespace
+
+void TestHelp::linkHoldsThePathBetweenControls()
+{
+    const auto test = withMountedVolume();
+    const QString path = u"/Volumes/X"_s;
+    const LinkTextView *const view = test->controller().infoMountedPathView;
+    QCOMPARE(view->toPlainText(), QString(QString(QChar(0x202A)) + path + QChar(0x202C)));
+    QCOMPARE(view->textLength(), path.size() + 2);
+}
+
+void TestHelp::linkIsStyled()
+{
+    const auto test = withMountedVolume();
+    const LinkTextView *const view = test->controller().infoMountedPathView;
+    for (const int position : { 0, 5, static_cast<int>(view->textLength()) - 1 }) {
+        QVERIFY(formatAt(view, position).fontUnderline());
+        QCOMPARE(
+            formatAt(view, position).font().family(), test->controller().infoDiskSpaceLabel->font().family());
+        QCOMPARE(formatAt(view, position).font().pointSizeF(),
+            test->controller().infoDiskSpaceLabel->font().pointSizeF());
+    }
+    QCOMPARE(view->viewport()->cursor().shape(), Qt::PointingHandCursor);
+    setMounted(std::static_pointer_cast<MemoryDisk>(test->recordOf(u"disk2s1"_s)->daDisk), {});
+    test->select(u"disk2"_s);
+    QCOMPARE(view->toPlainText(), QString());
+    QVERIFY(view->viewport()->cursor().shape() != Qt::PointingHandCursor);
+}
+
+void TestHelp::linkColorByGeneration_data()
+{
+    QTest::addColumn<QByteArray>("release");
+    QTest::addColumn<bool>("isSystemColor");
+    QTest::newRow("13") << QByteArray("13.4.0") << false;
+    QTest::newRow("14") << QByteArray("14.0.0") << true;
+    QTest::newRow("no number") << QByteArray("x.1") << false;
+}
+
+void TestHelp::linkColorByGeneration()
+{
+    QFETCH(QByteArray, release);
+    QFETCH(bool, isSystemColor);
+    const SystemReleaseOverride system(release);
+    const auto test = withMountedVolume();
+    const LinkTextView *const view = test->controller().infoMountedPathView;
+    QPalette palette = view->palette();
+    palette.setColor(QPalette::Link, Qt::darkGreen);
+    view->parentWidget()->setPalette(palette);
+    test->controller().infoMountedPathView->setPalette(palette);
+    test->controller().makeHyperlink(test->controller().infoMountedPathView, u"/A"_s, {});
+    QCOMPARE(formatAt(view, 1).foreground().color(), QColor(isSystemColor ? Qt::darkGreen : Qt::blue));
+}
+
+void TestHelp::linkIsBlueWhenTheReleaseCannotBeHad()
+{
+    const auto test = withMountedVolume();
+    test->log.clear();
+    const SystemReleaseOverride system({}, EIO);
+    test->controller().makeHyperlink(test->controller().infoMountedPathView, u"/A"_s, {});
+    QCOMPARE(formatAt(test->controller().infoMountedPathView, 1).foreground().color(), QColor(Qt::blue));
+    QCOMPARE(
+        test->log.lines(), QStringList { u"Error while issuing 'utsname': %1 (5)"_s.arg(errnoText(EIO)) });
+}
+
+void TestHelp::linkLooksTheSameAfterAnotherDisk()
+{
+    const auto test = withMountedVolume();
+    const LinkTextView *const view = test->controller().infoMountedPathView;
+    test->select(u"disk2"_s);
+    QCOMPARE(view->toPlainText(), QString());
+    test->select(u"disk2s1"_s);
+    QCOMPARE(view->textLength(), 12);
+    QCOMPARE(view->viewport()->cursor().shape(), Qt::PointingHandCursor);
+}
+
+void TestHelp::clickInsideOpensTheVolume()
+{
+    const auto test = withMountedVolume();
+    click(test->controller().infoMountedPathView, 5);
+    QCOMPARE(test->workspace->folders, QStringList { u"/Volumes/X"_s });
+    click(test->controller().infoMountedPathView, 5);
+    QCOMPARE(test->workspace->folders.size(), 2);
+}
+
+void TestHelp::clickBeforeTheFirstCharacterDoesNothing()
+{
+    const auto test = withMountedVolume();
+    QTest::mouseClick(test->controller().infoMountedPathView->viewport(), Qt::LeftButton, {}, QPoint(0, 2));
+    QCOMPARE(test->controller().infoMountedPathView->selection().location, 0);
+    QCOMPARE(test->workspace->folders, QStringList());
+}
+
+void TestHelp::clickBehindTheLastCharacterDoesNothing()
+{
+    const auto test = withMountedVolume();
+    LinkTextView *const view = test->controller().infoMountedPathView;
+    QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, QPoint(view->viewport()->width() - 2, 2));
+    QCOMPARE(view->selection().location, view->textLength());
+    QCOMPARE(test->workspace->folders, QStringList());
+}
+
+void TestHelp::dragDoesNothing()
+{
+    const auto test = withMountedVolume();
+    LinkTextView *const view = test->controller().infoMountedPathView;
+    QTest::mousePress(view->viewport(), Qt::LeftButton, {}, pointAt(view, 2));
+    QMouseEvent move(QEvent::MouseMove, pointAt(view, 8), view->viewport()->mapToGlobal(pointAt(view, 8)),
+        Qt::NoButton, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(view->viewport(), &move);
+    QTest::mouseRelease(view->viewport(), Qt::LeftButton, {}, pointAt(view, 8));
+    QCOMPARE(view->selection().length, 6);
+    QCOMPARE(test->workspace->folders, QStringList());
+}
+
+void TestHelp::otherMouseButtonDoesNothing()
+{
+    const auto test = withMountedVolume();
+    click(test->controller().infoMountedPathView, 5);
+    QCOMPARE(test->workspace->folders.size(), 1);
+    click(test->controller().infoMountedPathView, 5, Qt::MiddleButton);
+    click(test->controller().infoMountedPathView, 5, Qt::BackButton);
+    QCOMPARE(test->workspace->folders.size(), 1);
+}
+
+void TestHelp::clickWorksWhileThePanelIsRefreshed()
+{
+    const auto test = withMountedVolume();
+    LinkTextView *const view = test->controller().infoMountedPathView;
+    QTest::mousePress(view->viewport(), Qt::LeftButton, {}, pointAt(view, 5));
+    test->controller().outlineViewSelectionDidChange();
+    QTest::mouseRelease(view->viewport(), Qt::LeftButton, {}, pointAt(view, 5));
+    QCOMPARE(test->workspace->folders, QStringList { u"/Volumes/X"_s });
+}
+
+void TestHelp::clickWithNothingSelectedDoesNothing()
+{
+    const auto test = withMountedVolume();
+    test->controller().leftOutlineView->selectRow(-1);
+    test->controller().makeHyperlink(test->controller().infoMountedPathView, u"/Volumes/X"_s, {});
+    click(test->controller().infoMountedPathView, 5);
+    QCOMPARE(test->workspace->folders, QStringList());
+}
+
+void TestHelp::returnKeyOpensTheVolume()
+{
+    const auto test = withMountedVolume();
+    QTest::keyClick(test->controller().infoMountedPathView, Qt::Key_Return);
+    QCOMPARE(test->workspace->folders, QStringList { u"/Volumes/X"_s });
+}
+
+void TestHelp::failingFileManagerIsLogged()
+{
+    const auto test = withMountedVolume();
+    test->workspace->succeeds = false;
+    click(test->controller().infoMountedPathView, 5);
+    QCOMPARE(test->log.lines(), QStringList { u"Unable to open \"/Volumes/X\" in Finder."_s });
+    QVERIFY(test->sheets().isEmpty());
+}
+
+void TestHelp::hostilePathIsPlain()
+{
+    const QString path = u"/media/<b>X</b> & Y"_s;
+    const auto test = withMountedVolume(path);
+    const LinkTextView *const view = test->controller().infoMountedPathView;
+    QCOMPARE(view->textLength(), path.size() + 2);
+    // A tool tip guesses whether it is markup: this one must be, and show the path as it is.
+    QVERIFY(Qt::mightBeRichText(view->toolTip()));
+    QTextDocument shown;
+    shown.setHtml(view->toolTip());
+    QVERIFY(shown.toPlainText().contains(path));
+}
+
+void TestHelp::manualIsOpened()
+{
+    TestController test;
+    test.launch();
+    test.window().findChild<QAction *>(u"actionManual"_s)->trigger();
+    QCOMPARE(test.workspace->documents,
+        QStringList { u"/Library/Application Support/Zorvex NTFS/User Manual.pdf"_s });
+    QVERIFY(test.sheets().isEmpty());
+}
+
+void TestHelp::missingManualIsAlertedOnce()
+{
+    TestController test;
+    test.launch();
+    test.workspace->succeeds = false;
+    test.controller().clickHelpMenuItem(nullptr);
+    QCOMPARE(test.log.lines(), QStringList());
+    test.controller().clickHelpMenuItem(nullptr);
+    QCOMPARE(test.workspace->documents.size(), 2);
+    QCOMPARE(test.sheets().size(), 1);
+    const AlertSheet *const sheet = test.sheets().constFirst();
+    QCOMPARE(sheet->text(), localizedString("USER_MANUAL_NOT_FOUND_TITLE"));
+    QCOMPARE(sheet->informativeText(), localizedString("USER_MANUAL_NOT_FOUND_TEXT"));
+    QVERIFY(!sheet->text().isEmpty());
+    QCOMPARE(sheet->icon(), QMessageBox::Warning);
+}
+
+void TestHelp::aboutBox()
+{
+    TestController test;
+    test.launch();
+    test.window().findChild<QAction *>(u"actionAbout"_s)->trigger();
+    QCOMPARE(test.sheets().size(), 1);
+    QCOMPARE(test.sheets().constFirst()->text(), localizedString("WINDOW_TITLE"));
+    QVERIFY(!test.controller().alertInProgress);
+}
+
+QTEST_MAIN(TestHelp)
+#include "tst_help.moc"
