@@ -21,8 +21,8 @@ QString leftToRight(const QString &text)
 
 QString withGroupedNumbersKept(const QString &text)
 {
-    static const QRegularExpression groupedNumber(QStringLiteral("[0-9]{1,3}(?: [0-9]{3})+"));
-    const QString isolated = leftToRightIsolate + QStringLiteral("\\0") + popDirectionalIsolate;
+    static const QRegularExpression groupedNumber(QStringLiteral("([0-9]{1,3}(?: [0-9]{3})+)"));
+    const QString isolated = leftToRightIsolate + QStringLiteral("\\1") + popDirectionalIsolate;
     return QString(text).replace(groupedNumber, isolated);
 }
 

@@ -80,7 +80,7 @@ void TestWindowDisks::fillsTheInfoTab()
     QCOMPARE(controller.infoNameLabel->text(), QStringLiteral("Backup"));
     QCOMPARE(controller.infoDiskSpaceLabel->text(), QStringLiteral("41.94 MB"));
     QCOMPARE(controller.bsdNameLabel->text(), *volume->bsdName);
-    QCOMPARE(controller.bsdNameLabel->toolTip(), disk.node(3));
+    QCOMPARE(controller.bsdNameLabel->toolTip(), QStringLiteral("Device node: ") + disk.node(3));
     QCOMPARE(controller.contentHintLabel->text(), QString::fromLatin1(LoopDisk::linuxType));
     QCOMPARE(controller.preferredBlockSizeLabel->text(), QStringLiteral("512 bytes"));
     QVERIFY(!controller.infoBigImageField->pixmap().isNull());
