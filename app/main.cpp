@@ -1,10 +1,16 @@
 // SPDX-License-Identifier: MIT
 //
-// Starts the program: chooses the real services and brings the interface up.
+// Starts the program: decides whether this process may run the interface, chooses the real services and
+// brings the interface up.
 #include "app/MainWindow.h"
+#include "app/Startup.h"
+#include "app/startup_rules.h"
 #include "app/ZorvexDiskManagerAppDelegate.h"
+#include "platform/DesktopUser.h"
 #include "platform/FileSystemClaims.h"
 #include "platform/Localization.h"
+#include "platform/PolkitAuthorization.h"
+#include "platform/SingleInstance.h"
 #include "platform/UDisksSession.h"
 
 #include <QApplication>
@@ -29,8 +35,22 @@ ApplicationPlatform realPlatform()
     return platform;
 }
 
+void raiseWindow(QWidget *window, const QByteArray &token)
+{
+    // Qt takes the token from where the desktop would have put it.
+    if (!token.isEmpty())
+        qputenv("XDG_ACTIVATION_TOKEN", token);
+    window->setWindowState(window->windowState() & ~Qt::WindowMinimized);
+    window->show();
+    window->raise();
+    window->activateWindow();
+    qunsetenv("XDG_ACTIVATION_TOKEN"); // it is good once, and not for the programs that are started from here
+}
+
 int runInterface(int argc, char **argv)
 {
+    if (raiseInstance(ownInstance(), activationToken()))
+        return EXIT_SUCCESS;
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("zorvex-disk-manager"));
     QApplication::setApplicationVersion(QStringLiteral(ZORVEX_VERSION));
@@ -43,15 +63,41 @@ int runInterface(int argc, char **argv)
     const std::unique_ptr<QMainWindow> window = loadMainWindow(controller);
     QObject::connect(&application, &QCoreApplication::aboutToQuit, &controller,
         &ZorvexDiskManagerAppDelegate::applicationWillTerminate);
+    SingleInstance instance(ownInstance());
+    QObject::connect(&instance, &SingleInstance::activationRequested, window.get(),
+        [&window](const QByteArray &token) { raiseWindow(window.get(), token); });
+    instance.listen();
     controller.applicationDidFinishLaunching();
     window->show();
     return QApplication::exec();
+}
+
+// Hands over to a process with administrator rights, which has a window already or is started.
+void runElevated(int argc, char **argv)
+{
+    if (raiseInstance(elevatedInstance(), activationToken()))
+        return;
+    QCoreApplication application(argc, argv);
+    PolkitAuthorization authorization;
+    QMetaObject::invokeMethod(
+        &application, [&] { elevate(argv[0], authorization, &QCoreApplication::quit); },
+        Qt::QueuedConnection);
+    QCoreApplication::exec();
 }
 
 } // namespace
 
 int main(int argc, char **argv)
 {
+    const QByteArrayList arguments(argv, argv + argc);
+    if (!mayRunInterface(arguments, lookUpGroupsOfUser)) {
+        runElevated(argc, argv);
+        return EXIT_SUCCESS;
+    }
+    if (StartupRules::isElevated(arguments)) {
+        completeExecutionWithPrivileges();
+        adoptDisplayOfDesktopUser();
+    }
     // A worker may still be inside the tool's run when the interface has ended. The process goes without
     // taking down the static objects under it.
     std::_Exit(runInterface(argc, argv));

@@ -74,6 +74,7 @@ SystemLogRedirection::~SystemLogRedirection()
 
 QString errnoText(int error)
 {
-    char buffer[256] = {};
-    return QString::fromLocal8Bit(strerror_r(error, buffer, sizeof buffer));
+    // Not in the user's language nor in his locale's encoding: the log is in English.
+    const char *const text = strerrordesc_np(error);
+    return text ? QString::fromLatin1(text) : QStringLiteral("Unknown error %1").arg(error);
 }

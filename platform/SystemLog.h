@@ -26,5 +26,5 @@ public:
 // The text as it is written: control characters as \n, \t or \u{…}, everything else unchanged.
 QString escapedForLog(const QString &text);
 
-// The system's text of an errno value.
+// The system's text of an errno value, in English.
 QString errnoText(int error);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/Workspace.h"
 
+#include "platform/DesktopUser.h"
+
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -23,6 +25,32 @@ void answerLater(const Workspace::Completion &completion, bool success)
         qApp, [completion, success] { completion(success); }, Qt::QueuedConnection);
 }
 
+// The bus that the file manager is on. Without one Qt would have a bus started, on which nobody is.
+QDBusConnection desktopBus()
+{
+    const QString none = QStringLiteral("none");
+    if (const std::optional<DesktopUser> user = desktopUser()) {
+        const QString address = user->busAddress();
+        return address.isEmpty() ? QDBusConnection(none)
+                                 : QDBusConnection::connectToBus(address, QStringLiteral("desktop-user"));
+    }
+    const QString folder = qEnvironmentVariable("XDG_RUNTIME_DIR");
+    const bool hasBus = qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS")
+        || (!folder.isEmpty() && QFileInfo::exists(folder + QStringLiteral("/bus")));
+    return hasBus ? QDBusConnection::sessionBus() : QDBusConnection(none);
+}
+
+// A program of the desktop runs as the user who sits at it, and never as root at his wish.
+void becomeDesktopUser(QProcess *process)
+{
+    const std::optional<DesktopUser> user = desktopUser();
+    if (!user)
+        return;
+    process->setProcessEnvironment(user->environment());
+    process->setChildProcessModifier(user->identityChange());
+    process->setWorkingDirectory(QStringLiteral("/"));
+}
+
 // xdg-open ends with 0 once it has handed the path to a program.
 void openWithDesktop(const QString &path, const Workspace::Completion &completion)
 {
@@ -39,6 +67,7 @@ void openWithDesktop(const QString &path, const Workspace::Completion &completio
             process->deleteLater();
             completion(false);
         });
+    becomeDesktopUser(process);
     process->setStandardInputFile(QProcess::nullDevice());
     process->setStandardOutputFile(QProcess::nullDevice());
     process->setStandardErrorFile(QProcess::nullDevice());
@@ -49,7 +78,7 @@ void openWithDesktop(const QString &path, const Workspace::Completion &completio
 
 void DesktopWorkspace::openInFileManager(const QString &path, Completion completion)
 {
-    QDBusConnection bus = QDBusConnection::sessionBus();
+    QDBusConnection bus = desktopBus();
     if (!bus.isConnected()) {
         openWithDesktop(path, completion);
         return;

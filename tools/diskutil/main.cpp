@@ -6,11 +6,13 @@
 #include "platform/UDisksSession.h"
 #include "tools/diskutil/Console.h"
 #include "tools/diskutil/machine.h"
+#include "tools/diskutil/Privilege.h"
 #include "tools/diskutil/VolumeJob.h"
 
 #include <QCoreApplication>
 
 #include <cstdlib>
+#include <unistd.h>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -107,6 +109,20 @@ private:
     std::unique_ptr<VolumeJob> m_job;
 };
 
+// Whether a command reads or writes a medium itself, which is root's alone.
+bool needsRoot(Verb verb)
+{
+    return verb == Verb::EraseVolume || verb == Verb::VerifyVolume || verb == Verb::RepairVolume;
+}
+
+int runAsRoot(Console &console)
+{
+    PrivilegedRun run(console);
+    QObject::connect(&run, &PrivilegedRun::finished, &QCoreApplication::exit);
+    run.start(QCoreApplication::applicationFilePath(), QCoreApplication::arguments().mid(1));
+    return QCoreApplication::exec();
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -125,5 +141,7 @@ int main(int argc, char **argv)
         console.pass(usageText().toUtf8());
         return statusOf(ExitCode::Success);
     }
+    if (needsRoot(line.verb) && geteuid() != 0)
+        return runAsRoot(console);
     return statusOf(Session(line, console).run());
 }

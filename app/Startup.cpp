@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+#include "app/Startup.h"
+
+#include "app/startup_rules.h"
+#include "platform/SystemLog.h"
+
+#include <utility>
+
+namespace {
+
+int number(AuthorizationStatus status)
+{
+    return static_cast<int>(status);
+}
+
+} // namespace
+
+bool mayRunInterface(const QByteArrayList &arguments, const GroupLookup &lookUpGroups)
+{
+    if (StartupRules::isElevated(arguments))
+        return true;
+    const GroupList list = lookUpGroups(StartupRules::groupCapacity);
+    if (StartupRules::hasFailed(list)) {
+        systemLog(
+            QStringLiteral("Error while getting the group list for the current user: %1 (%2) Too bad but "
+                           "let's try to elevate privileges by default.")
+                .arg(errnoText(list.error), QString::number(list.error)));
+        return false;
+    }
+    return StartupRules::isAdministrator(list);
+}
+
+void elevate(const QByteArray &program, Authorization &authorization, std::function<void()> finished)
+{
+    const auto end = [&authorization, finished = std::move(finished)] {
+        authorization.free();
+        finished();
+    };
+    authorization.create([program, &authorization, end](AuthorizationStatus created) {
+        if (created != AuthorizationStatus::Success) {
+            systemLog(
+                QStringLiteral("Error while creating AuthorizationRef. Status: %1").arg(number(created)));
+            end();
+            return;
+        }
+        authorization.copyRights(program, [program, &authorization, end](AuthorizationStatus granted) {
+            if (granted != AuthorizationStatus::Success) {
+                systemLog(
+                    QStringLiteral("AuthorizationCopyRights failed with status: %1").arg(number(granted)));
+                end();
+                return;
+            }
+            authorization.executeWithPrivileges(program, { StartupRules::elevatedArgument }, end);
+        });
+    });
+}

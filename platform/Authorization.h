@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+//
+// The authorisation service: a session with it, the administrator's right, and a program started with that
+// right. Main thread only; every answer comes later, and nothing is given up for taking long: a user thinks,
+// and types a password.
+#pragma once
+
+#include <QByteArrayList>
+
+#include <functional>
+
+// Answers of the service, with the numbers by which they are known in the system log.
+enum class AuthorizationStatus : int {
+    Success = 0,
+    Denied = -60005, // a wrong password, or a user who may not
+    Canceled = -60006, // the user has closed the dialog
+    InteractionNotAllowed = -60007, // nobody is there who could ask the user
+    Internal = -60008, // the service cannot be reached, or does not understand
+};
+
+class Authorization
+{
+public:
+    using StatusHandler = std::function<void(AuthorizationStatus status)>;
+
+    virtual ~Authorization() = default;
+
+    // Makes the session. The other calls need one.
+    virtual void create(StatusHandler handler) = 0;
+
+    // Obtains the administrator's right to run the program, asking the user where that is needed.
+    virtual void copyRights(const QByteArray &program, StatusHandler handler) = 0;
+
+    // Runs the program as root. Done is told when it has taken over, or cannot be run: then this process may
+    // end.
+    virtual void executeWithPrivileges(
+        const QByteArray &program, const QByteArrayList &arguments, std::function<void()> done)
+        = 0;
+
+    // Ends the session.
+    virtual void free() = 0;
+};

@@ -1,0 +1,118 @@
+// SPDX-License-Identifier: MIT
+#include "platform/DesktopUser.h"
+
+#include "platform/UserGroups.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <algorithm>
+#include <grp.h>
+#include <pwd.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+// What pkexec and sudo have left in root's environment and what tells of root.
+const QStringList foreignVariables { u"PKEXEC_UID"_s, u"SUDO_UID"_s, u"SUDO_GID"_s, u"SUDO_USER"_s,
+    u"SUDO_COMMAND"_s, u"QT_QPA_PLATFORM"_s, u"MAIL"_s };
+
+constexpr std::size_t entrySize = 65536;
+constexpr int groupsAtFirst = 64;
+
+bool isSocketOf(const QString &path, uid_t user)
+{
+    struct stat status = {};
+    return lstat(QFile::encodeName(path).constData(), &status) == 0 && S_ISSOCK(status.st_mode)
+        && status.st_uid == user;
+}
+
+std::vector<gid_t> groupsOf(const char *name, gid_t group)
+{
+    int count = groupsAtFirst;
+    std::vector<gid_t> groups(static_cast<std::size_t>(count));
+    if (getgrouplist(name, group, groups.data(), &count) == -1) {
+        groups.resize(static_cast<std::size_t>(count));
+        getgrouplist(name, group, groups.data(), &count);
+    }
+    groups.resize(std::min(groups.size(), static_cast<std::size_t>(count)));
+    return groups;
+}
+
+} // namespace
+
+QString DesktopUser::runtimeFolder() const
+{
+    return u"/run/user/%1"_s.arg(user);
+}
+
+QString DesktopUser::busAddress() const
+{
+    const QString socket = runtimeFolder() + u"/bus"_s;
+    return isSocketOf(socket, user) ? u"unix:path="_s + socket : QString();
+}
+
+QProcessEnvironment DesktopUser::environment() const
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const QString &variable : foreignVariables)
+        environment.remove(variable);
+    environment.insert(u"HOME"_s, home);
+    environment.insert(u"USER"_s, name);
+    environment.insert(u"LOGNAME"_s, name);
+    environment.insert(u"XDG_RUNTIME_DIR"_s, runtimeFolder());
+    if (const QString address = busAddress(); !address.isEmpty())
+        environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, address);
+    return environment;
+}
+
+std::function<void()> DesktopUser::identityChange() const
+{
+    return [user = user, group = group, groups = groups] {
+        // The program would run as root otherwise: rather none.
+        if (setgroups(groups.size(), groups.data()) != 0 || setresgid(group, group, group) != 0
+            || setresuid(user, user, user) != 0)
+            _exit(EXIT_FAILURE);
+    };
+}
+
+std::optional<DesktopUser> desktopUser()
+{
+    const std::optional<uid_t> invoking = invokingUser();
+    if (!invoking || *invoking == 0)
+        return std::nullopt;
+    std::vector<char> buffer(entrySize);
+    passwd entry = {};
+    passwd *found = nullptr;
+    getpwuid_r(*invoking, &entry, buffer.data(), buffer.size(), &found);
+    if (!found)
+        return std::nullopt;
+    return DesktopUser { found->pw_uid, found->pw_gid, groupsOf(found->pw_name, found->pw_gid),
+        QFile::decodeName(found->pw_name), QFile::decodeName(found->pw_dir) };
+}
+
+QString waylandSocket(const QString &runtimeFolder, uid_t user)
+{
+    const QStringList names
+        = QDir(runtimeFolder).entryList({ u"wayland-*"_s }, QDir::System | QDir::Files, QDir::Name);
+    const auto found = std::find_if(names.begin(), names.end(),
+        [&](const QString &name) { return isSocketOf(runtimeFolder + u'/' + name, user); });
+    return found == names.end() ? QString() : runtimeFolder + u'/' + *found;
+}
+
+void adoptDisplayOfDesktopUser()
+{
+    const std::optional<DesktopUser> user = desktopUser();
+    if (!user || qEnvironmentVariableIsSet("WAYLAND_DISPLAY") || qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        return;
+    const QString socket = waylandSocket(user->runtimeFolder(), user->user);
+    if (socket.isEmpty())
+        return;
+    qputenv("WAYLAND_DISPLAY", QFile::encodeName(socket));
+    // An X11 display that was handed on comes first: it was made for this. Where there is none, or it refuses
+    // root, the window comes up on Wayland.
+    qputenv("QT_QPA_PLATFORM", qEnvironmentVariableIsSet("DISPLAY") ? "xcb;wayland" : "wayland;xcb");
+}

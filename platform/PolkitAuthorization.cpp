@@ -1,0 +1,213 @@
+// SPDX-License-Identifier: MIT
+#include "platform/PolkitAuthorization.h"
+
+#include <QDBusArgument>
+#include <QDBusMessage>
+#include <QDBusMetaType>
+#include <QDBusPendingCallWatcher>
+#include <QFileInfo>
+#include <QSocketNotifier>
+#include <QStandardPaths>
+
+#include <array>
+#include <climits>
+#include <csignal>
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/prctl.h>
+#include <sys/socket.h>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+const QString service = QStringLiteral("org.freedesktop.PolicyKit1");
+const QString action = QStringLiteral("org.zorvex.DiskManager.run");
+
+constexpr uint allowUserInteraction = 1;
+constexpr int noTimeLimit = INT_MAX;
+
+struct Subject
+{
+    QString kind;
+    QVariantMap details;
+};
+
+struct Result
+{
+    bool isAuthorized = false;
+    bool isChallenge = false; // it could be had by asking
+    QMap<QString, QString> details;
+};
+
+QDBusArgument &operator<<(QDBusArgument &argument, const Subject &subject)
+{
+    argument.beginStructure();
+    argument << subject.kind << subject.details;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument &operator>>(const QDBusArgument &argument, Subject &subject)
+{
+    argument.beginStructure();
+    argument >> subject.kind >> subject.details;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument &operator>>(const QDBusArgument &argument, Result &result)
+{
+    argument.beginStructure();
+    argument >> result.isAuthorized >> result.isChallenge >> result.details;
+    argument.endStructure();
+    return argument;
+}
+
+AuthorizationStatus statusOfReply(const QDBusMessage &reply)
+{
+    if (reply.type() != QDBusMessage::ReplyMessage || reply.signature() != QLatin1String("(bba{ss})"))
+        return AuthorizationStatus::Internal;
+    Result result;
+    reply.arguments().constFirst().value<QDBusArgument>() >> result;
+    if (result.isAuthorized)
+        return AuthorizationStatus::Success;
+    if (result.details.contains(QStringLiteral("polkit.dismissed")))
+        return AuthorizationStatus::Canceled;
+    return result.isChallenge ? AuthorizationStatus::InteractionNotAllowed : AuthorizationStatus::Denied;
+}
+
+// The path by which polkit knows the program: a shell gives the name alone, and /bin leads to /usr/bin.
+QByteArray canonicalPath(const QByteArray &program)
+{
+    const QString name = QFile::decodeName(program);
+    const QString path = name.contains(u'/') ? name : QStandardPaths::findExecutable(name);
+    const QString canonical = QFileInfo(path).canonicalFilePath();
+    return canonical.isEmpty() ? program : QFile::encodeName(canonical);
+}
+
+// Runs pkexec in a session of its own, so that it does not end with the caller's terminal; the socket is its
+// standard input. False when it cannot be run.
+bool spawnPkexec(const QByteArray &program, const QByteArrayList &arguments, int socket)
+{
+    std::vector<QByteArray> words { "pkexec", "--disable-internal-agent", canonicalPath(program) };
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    std::vector<char *> pointers;
+    for (QByteArray &word : words)
+        pointers.push_back(word.data());
+    pointers.push_back(nullptr);
+
+    posix_spawn_file_actions_t files;
+    posix_spawnattr_t attributes;
+    posix_spawn_file_actions_init(&files);
+    posix_spawnattr_init(&attributes);
+    posix_spawn_file_actions_adddup2(&files, socket, STDIN_FILENO);
+    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSID);
+    pid_t process = 0;
+    const int error = posix_spawnp(&process, "pkexec", &files, &attributes, pointers.data(), environ);
+    posix_spawnattr_destroy(&attributes);
+    posix_spawn_file_actions_destroy(&files);
+    return error == 0;
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(Subject)
+
+PolkitAuthorization::PolkitAuthorization(QObject *parent)
+    : QObject(parent)
+    , m_bus(QString())
+{
+    qDBusRegisterMetaType<Subject>();
+    qDBusRegisterMetaType<QMap<QString, QString>>();
+}
+
+PolkitAuthorization::~PolkitAuthorization()
+{
+    free();
+}
+
+QDBusPendingCallWatcher *PolkitAuthorization::call(const QDBusMessage &message)
+{
+    return new QDBusPendingCallWatcher(m_bus.asyncCall(message, noTimeLimit), this);
+}
+
+void PolkitAuthorization::create(StatusHandler handler)
+{
+    m_bus = QDBusConnection::systemBus();
+    if (!m_bus.isConnected()) {
+        QMetaObject::invokeMethod(
+            this, [handler = std::move(handler)] { handler(AuthorizationStatus::Internal); },
+            Qt::QueuedConnection);
+        return;
+    }
+    auto message = QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"),
+        QStringLiteral("/org/freedesktop/DBus"), QStringLiteral("org.freedesktop.DBus"),
+        QStringLiteral("StartServiceByName"));
+    message.setArguments({ service, 0U });
+    QDBusPendingCallWatcher *const watcher = call(message);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [watcher, handler = std::move(handler)] {
+        watcher->deleteLater();
+        handler(watcher->isError() ? AuthorizationStatus::Internal : AuthorizationStatus::Success);
+    });
+}
+
+void PolkitAuthorization::copyRights(const QByteArray &program, StatusHandler handler)
+{
+    Q_UNUSED(program) // only the owner of an action may tell polkit more than its name
+    auto message
+        = QDBusMessage::createMethodCall(service, QStringLiteral("/org/freedesktop/PolicyKit1/Authority"),
+            QStringLiteral("org.freedesktop.PolicyKit1.Authority"), QStringLiteral("CheckAuthorization"));
+    // A connection is told from others for ever, unlike a process number.
+    const Subject subject { QStringLiteral("system-bus-name"),
+        { { QStringLiteral("name"), m_bus.baseService() } } };
+    message.setArguments({ QVariant::fromValue(subject), action,
+        QVariant::fromValue(QMap<QString, QString>()), allowUserInteraction, QString() });
+    QDBusPendingCallWatcher *const watcher = call(message);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [watcher, handler = std::move(handler)] {
+        watcher->deleteLater();
+        handler(statusOfReply(watcher->reply()));
+    });
+}
+
+// pkexec answers for the process that has started it, and a program that root has started by it is told to
+// end with that process. So this one has to stay until the program has taken over, which is when the other
+// end of its standard input is let go: by completeExecutionWithPrivileges(), or by its end.
+void PolkitAuthorization::executeWithPrivileges(
+    const QByteArray &program, const QByteArrayList &arguments, std::function<void()> done)
+{
+    std::array<int, 2> ends { -1, -1 };
+    const bool hasSocket = socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) == 0;
+    const bool isRunning = hasSocket && spawnPkexec(program, arguments, ends[1]);
+    if (hasSocket)
+        close(ends[1]);
+    m_handoverSocket = ends[0];
+    if (!isRunning) {
+        QMetaObject::invokeMethod(this, std::move(done), Qt::QueuedConnection);
+        return;
+    }
+    m_handover = std::make_unique<QSocketNotifier>(m_handoverSocket, QSocketNotifier::Read);
+    connect(m_handover.get(), &QSocketNotifier::activated, this, [this, done = std::move(done)] {
+        m_handover->setEnabled(false);
+        done();
+    });
+}
+
+void PolkitAuthorization::free()
+{
+    if (m_handoverSocket >= 0)
+        close(m_handoverSocket);
+    m_handoverSocket = -1;
+    m_bus = QDBusConnection(QString());
+}
+
+void completeExecutionWithPrivileges()
+{
+    prctl(PR_SET_PDEATHSIG, 0);
+    const int nothing = open("/dev/null", O_RDONLY | O_CLOEXEC);
+    if (nothing < 0)
+        return;
+    dup2(nothing, STDIN_FILENO);
+    if (nothing != STDIN_FILENO)
+        close(nothing);
+}

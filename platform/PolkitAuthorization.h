@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+//
+// The authorisation service of the desktop: polkit, and pkexec for the start as root.
+//
+// The action is the one that pkexec asks for when it starts the installed program, and polkit keeps what it
+// has granted to this process while it lives: the user is asked once.
+#pragma once
+
+#include "platform/Authorization.h"
+
+#include <QDBusConnection>
+#include <QObject>
+
+#include <memory>
+
+class QDBusPendingCallWatcher;
+class QSocketNotifier;
+
+class PolkitAuthorization : public QObject, public Authorization
+{
+    Q_OBJECT
+
+public:
+    explicit PolkitAuthorization(QObject *parent = nullptr);
+    ~PolkitAuthorization() override;
+
+    void create(StatusHandler handler) override;
+    void copyRights(const QByteArray &program, StatusHandler handler) override;
+    void executeWithPrivileges(
+        const QByteArray &program, const QByteArrayList &arguments, std::function<void()> done) override;
+    void free() override;
+
+private:
+    QDBusPendingCallWatcher *call(const QDBusMessage &message);
+
+    QDBusConnection m_bus;
+    std::unique_ptr<QSocketNotifier> m_handover;
+    int m_handoverSocket = -1;
+};
+
+// Of the program that was started by executeWithPrivileges(), before anything else: makes it independent of
+// the process that has started it, and lets that one end.
+void completeExecutionWithPrivileges();

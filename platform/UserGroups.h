@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+//
+// Who the user of the session is, and the groups that he belongs to. Any thread.
+#pragma once
+
+#include <QByteArray>
+
+#include <functional>
+#include <optional>
+#include <sys/types.h>
+#include <vector>
+
+// What a look-up of groups gave.
+struct GroupList
+{
+    int result = -1; // -1: the array was too small, or the look-up failed
+    int count = 0; // of the groups that were found
+    int error = 0; // errno value of a failure
+    std::vector<gid_t> groups; // the caller's array: as many elements as were asked for
+};
+
+// Looks up the groups of the user of the session, the process's own group among them, into an array of the
+// capacity.
+using GroupLookup = std::function<GroupList(int capacity)>;
+
+// The look-up in the system's databases of users and groups.
+GroupList lookUpGroupsOfUser(int capacity);
+
+// The same for a login name that is known; none is a failure of its own.
+GroupList lookUpGroups(const std::optional<QByteArray> &login, int capacity);
+
+// The login name of the user of the session. A desktop session need not be entered in the system's list of
+// logins; there it is the user who was given another's rights, or the one that the process belongs to.
+// Nothing when that user has no name.
+std::optional<QByteArray> loginName();
+
+// The user whose wish it was that this process runs as root: as pkexec and sudo tell. Nothing for a process
+// that runs with its user's own rights.
+std::optional<uid_t> invokingUser();

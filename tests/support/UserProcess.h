@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+//
+// Runs a program as another user, as his login session would, on a terminal of its own. It is held before it
+// begins, so that an agent can be registered for it. For tests that are root.
+#pragma once
+
+#include <QByteArray>
+#include <QProcess>
+#include <QStringList>
+
+#include <sys/types.h>
+#include <vector>
+
+class QSocketNotifier;
+
+struct TestUser
+{
+    QByteArray name; // empty for a user without one
+    uid_t user = 0;
+    gid_t group = 0;
+};
+
+// Adds the user, and the groups that he is to belong to beside his own, to the system's lists.
+void addUser(const TestUser &user, const std::vector<gid_t> &groups);
+
+class UserProcess : public QProcess
+{
+public:
+    explicit UserProcess(const TestUser &user);
+    ~UserProcess() override;
+
+    // Starts the program and holds it; then lets it run.
+    void startHeld(const QString &program, const QStringList &arguments);
+    void release();
+
+    // What it has written to its terminal.
+    QByteArray terminalOutput();
+
+private:
+    int m_terminal = -1;
+    int m_childTerminal = -1;
+    QByteArray m_output;
+};

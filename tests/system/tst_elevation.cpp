@@ -1,0 +1,337 @@
+// SPDX-License-Identifier: MIT
+//
+// The start of the installed program by users of all sorts, against polkit itself. Runs in
+// tests/support/with-private-services.
+#include "tests/support/PolkitAgent.h"
+#include "tests/support/UserProcess.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTest>
+
+#include <csignal>
+#include <numeric>
+#include <sys/stat.h>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+const QString program = u"/usr/bin/zorvex-disk-manager"_s;
+constexpr int startLimit = 30000; // milliseconds
+
+const TestUser plainUser { "zvplain", 61001, 61001 };
+const TestUser administrator { "zvadmin", 61002, 61002 };
+const TestUser manyGroups { "zvmany", 61003, 61003 };
+const TestUser tooManyGroups { "zvtoomany", 61004, 61004 };
+const TestUser namelessUser { "", 61005, 61005 };
+
+constexpr auto groupsFailed
+    = "Error while getting the group list for the current user: %1 (%2) Too bad but let's try to "
+      "elevate privileges by default.";
+
+// Groups that stand for nothing, and the administrators' as the last of them.
+std::vector<gid_t> groupsEndingIn80(std::size_t count)
+{
+    std::vector<gid_t> groups(count - 1);
+    std::iota(groups.begin(), groups.end(), gid_t { 62000 });
+    groups.push_back(80);
+    return groups;
+}
+
+// The program's processes that belong to the user; those of others are on other buses and none of ours.
+QList<qint64> windowsOf(uid_t user, const QByteArray &display)
+{
+    QList<qint64> processes;
+    for (const QString &name : QDir(u"/proc"_s).entryList(QDir::Dirs)) {
+        const QString folder = u"/proc/"_s + name;
+        QFile command(folder + u"/cmdline"_s);
+        QFile environment(folder + u"/environ"_s);
+        struct stat status = {};
+        if (!command.open(QIODevice::ReadOnly) || !environment.open(QIODevice::ReadOnly)
+            || stat(QFile::encodeName(folder).constData(), &status) != 0)
+            continue;
+        const bool isOurs = environment.readAll().split('\0').contains("DISPLAY=" + display);
+        if (isOurs && status.st_uid == user
+            && command.readAll().split('\0').value(0) == QFile::encodeName(program))
+            processes.append(name.toLongLong());
+    }
+    return processes;
+}
+
+QList<QByteArray> commandLine(qint64 process)
+{
+    QFile file(u"/proc/%1/cmdline"_s.arg(process));
+    return file.open(QIODevice::ReadOnly) ? file.readAll().chopped(1).split('\0') : QList<QByteArray>();
+}
+
+} // namespace
+
+class ElevationTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void cleanup();
+    void cleanupTestCase();
+
+    void grantedUserGetsTheWindowAsRootAfterOneQuestion();
+    void secondStartRaisesTheElevatedWindowWithoutAQuestion();
+    void refusal_data();
+    void refusal();
+    void withoutAnAgentNobodyIsAsked();
+    void withoutAnAuthorityTheSessionCannotBeMade_data();
+    void withoutAnAuthorityTheSessionCannotBeMade();
+    void administratorGetsTheWindowAtOnce_data();
+    void administratorGetsTheWindowAtOnce();
+    void secondStartRaisesTheFirstWindow();
+    void moreGroupsThanTheArrayHoldsLeadToElevation();
+    void loginWithoutANameLeadsToElevation();
+    void elevatedWordAmongOtherArgumentsIsNotLookedAt();
+    void elevatedWordAloneStartsTheInterface();
+
+private:
+    void startAs(UserProcess &process, const QStringList &arguments = {}, PolkitAgent *agent = nullptr);
+    void addEnvironment(UserProcess &process, const QString &name, const QString &value);
+    qint64 waitForWindow(uid_t user);
+    static void waitForSilentEnd(UserProcess &process);
+
+    QProcess m_display;
+    QByteArray m_displayName;
+    QDBusConnection m_bus { QString() };
+};
+
+void ElevationTest::initTestCase()
+{
+    QVERIFY2(qEnvironmentVariableIsSet("ZORVEX_PRIVATE_SERVICES"),
+        "not run inside tests/support/with-private-services");
+    addUser(plainUser, {});
+    addUser(administrator, { 80 });
+    addUser(manyGroups, groupsEndingIn80(127));
+    addUser(tooManyGroups, groupsEndingIn80(128));
+
+    m_display.setProcessChannelMode(QProcess::SeparateChannels);
+    m_display.start(u"Xvfb"_s, { u"-displayfd"_s, u"1"_s, u"-ac"_s, u"-nolisten"_s, u"tcp"_s });
+    QTRY_VERIFY_WITH_TIMEOUT(m_display.canReadLine(), startLimit);
+    m_displayName = ':' + m_display.readLine().trimmed();
+    m_bus = QDBusConnection::connectToBus(QDBusConnection::SystemBus, u"agent"_s);
+    QVERIFY(m_bus.isConnected());
+}
+
+void ElevationTest::cleanup()
+{
+    for (const uid_t user : { uid_t { 0 }, plainUser.user, administrator.user, manyGroups.user }) {
+        for (const qint64 process : windowsOf(user, m_displayName))
+            ::kill(static_cast<pid_t>(process), SIGTERM);
+        QTRY_VERIFY(windowsOf(user, m_displayName).isEmpty());
+    }
+}
+
+void ElevationTest::cleanupTestCase()
+{
+    m_display.terminate();
+    QVERIFY(m_display.waitForFinished());
+}
+
+void ElevationTest::addEnvironment(UserProcess &process, const QString &name, const QString &value)
+{
+    QProcessEnvironment environment = process.processEnvironment();
+    environment.insert(name, value);
+    process.setProcessEnvironment(environment);
+}
+
+void ElevationTest::startAs(UserProcess &process, const QStringList &arguments, PolkitAgent *agent)
+{
+    addEnvironment(process, u"PATH"_s, u"/usr/bin:/bin"_s);
+    addEnvironment(process, u"DISPLAY"_s, QString::fromLatin1(m_displayName));
+    process.startHeld(program, arguments);
+    if (agent)
+        QVERIFY(agent->registerFor(process.processId()));
+    process.release();
+}
+
+qint64 ElevationTest::waitForWindow(uid_t user)
+{
+    QProcess search;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"DISPLAY"_s, QString::fromLatin1(m_displayName));
+    search.setProcessEnvironment(environment);
+    search.start(u"xdotool"_s,
+        { u"search"_s, u"--sync"_s, u"--onlyvisible"_s, u"--name"_s, u"Zorvex Disk Manager"_s });
+    const bool isFound = QTest::qWaitFor([&] { return search.state() == QProcess::NotRunning; }, startLimit);
+    search.kill();
+    search.waitForFinished();
+    const QList<qint64> processes = windowsOf(user, m_displayName);
+    return isFound && processes.size() == 1 ? processes.first() : 0;
+}
+
+void ElevationTest::waitForSilentEnd(UserProcess &process)
+{
+    QTRY_COMPARE_WITH_TIMEOUT(process.state(), QProcess::NotRunning, startLimit);
+    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(process.exitCode(), 0);
+}
+
+void ElevationTest::grantedUserGetsTheWindowAsRootAfterOneQuestion()
+{
+    PolkitAgent agent(m_bus, PolkitAgent::Answer::Grant);
+    UserProcess process(plainUser);
+    startAs(process, {}, &agent);
+    waitForSilentEnd(process);
+    const qint64 elevated = waitForWindow(0);
+    QVERIFY2(elevated != 0, process.terminalOutput().constData());
+    QCOMPARE(commandLine(elevated), (QList<QByteArray> { QFile::encodeName(program), "-elevated" }));
+    QCOMPARE(agent.askedActions, QStringList { u"org.zorvex.DiskManager.run"_s });
+    QVERIFY(!process.terminalOutput().contains("Authorization"));
+}
+
+void ElevationTest::secondStartRaisesTheElevatedWindowWithoutAQuestion()
+{
+    PolkitAgent agent(m_bus, PolkitAgent::Answer::Grant);
+    UserProcess first(plainUser);
+    startAs(first, {}, &agent);
+    const qint64 elevated = waitForWindow(0);
+    QVERIFY(elevated != 0);
+    waitForSilentEnd(first);
+
+    UserProcess second(plainUser);
+    startAs(second, {}, &agent);
+    waitForSilentEnd(second);
+    QCOMPARE(agent.askedActions.size(), 1);
+    QCOMPARE(windowsOf(0, m_displayName), QList<qint64> { elevated });
+}
+
+void ElevationTest::refusal_data()
+{
+    QTest::addColumn<PolkitAgent::Answer>("answer");
+    QTest::addColumn<QByteArray>("status");
+
+    QTest::newRow("the dialog is closed") << PolkitAgent::Answer::Dismiss << QByteArray("-60006");
+    QTest::newRow("the password is wrong") << PolkitAgent::Answer::Fail << QByteArray("-60005");
+}
+
+void ElevationTest::refusal()
+{
+    QFETCH(PolkitAgent::Answer, answer);
+    QFETCH(QByteArray, status);
+    PolkitAgent agent(m_bus, answer);
+    UserProcess process(plainUser);
+    startAs(process, {}, &agent);
+    waitForSilentEnd(process);
+    QCOMPARE(process.terminalOutput(),
+        QByteArray("AuthorizationCopyRights failed with status: " + status + "\r\n"));
+    QCOMPARE(agent.askedActions.size(), 1);
+    QVERIFY(windowsOf(0, m_displayName).isEmpty());
+}
+
+void ElevationTest::withoutAnAgentNobodyIsAsked()
+{
+    UserProcess process(plainUser);
+    startAs(process);
+    waitForSilentEnd(process);
+    QCOMPARE(process.terminalOutput(), QByteArray("AuthorizationCopyRights failed with status: -60007\r\n"));
+    QVERIFY(windowsOf(0, m_displayName).isEmpty());
+}
+
+void ElevationTest::withoutAnAuthorityTheSessionCannotBeMade_data()
+{
+    QTest::addColumn<bool>("hasBus");
+
+    QTest::newRow("no bus") << false;
+    QTest::newRow("a bus that knows of none") << true;
+}
+
+void ElevationTest::withoutAnAuthorityTheSessionCannotBeMade()
+{
+    QFETCH(bool, hasBus);
+    QProcess bus;
+    QString address = u"unix:path=/nonexistent"_s;
+    if (hasBus) {
+        bus.setChildProcessModifier([] {
+            if (setresgid(plainUser.group, plainUser.group, plainUser.group) != 0
+                || setresuid(plainUser.user, plainUser.user, plainUser.user) != 0)
+                _exit(EXIT_FAILURE);
+        });
+        bus.start(u"dbus-daemon"_s, { u"--session"_s, u"--print-address"_s, u"--nofork"_s });
+        QTRY_VERIFY(bus.canReadLine());
+        address = QString::fromLatin1(bus.readLine().trimmed());
+    }
+    UserProcess process(plainUser);
+    addEnvironment(process, u"DBUS_SYSTEM_BUS_ADDRESS"_s, address);
+    startAs(process);
+    waitForSilentEnd(process);
+    QCOMPARE(
+        process.terminalOutput(), QByteArray("Error while creating AuthorizationRef. Status: -60008\r\n"));
+    QVERIFY(windowsOf(0, m_displayName).isEmpty());
+    bus.terminate();
+    bus.waitForFinished();
+}
+
+void ElevationTest::administratorGetsTheWindowAtOnce_data()
+{
+    QTest::addColumn<TestUser>("user");
+
+    QTest::newRow("member of the group") << administrator;
+    QTest::newRow("the group is the last of 128") << manyGroups;
+}
+
+void ElevationTest::administratorGetsTheWindowAtOnce()
+{
+    QFETCH(TestUser, user);
+    UserProcess process(user);
+    startAs(process);
+    QCOMPARE(waitForWindow(user.user), process.processId());
+    QCOMPARE(process.terminalOutput().contains("groups"), false);
+}
+
+void ElevationTest::secondStartRaisesTheFirstWindow()
+{
+    UserProcess first(administrator);
+    startAs(first);
+    QCOMPARE(waitForWindow(administrator.user), first.processId());
+
+    UserProcess second(administrator);
+    startAs(second);
+    waitForSilentEnd(second);
+    QCOMPARE(windowsOf(administrator.user, m_displayName), QList<qint64> { first.processId() });
+}
+
+void ElevationTest::moreGroupsThanTheArrayHoldsLeadToElevation()
+{
+    UserProcess process(tooManyGroups);
+    startAs(process);
+    waitForSilentEnd(process);
+    const QString line = QString::fromLatin1(groupsFailed).arg(u"Numerical result out of range"_s, u"34"_s);
+    QCOMPARE(process.terminalOutput(),
+        QByteArray(line.toUtf8() + "\r\nAuthorizationCopyRights failed with status: -60007\r\n"));
+}
+
+void ElevationTest::loginWithoutANameLeadsToElevation()
+{
+    UserProcess process(namelessUser);
+    startAs(process);
+    waitForSilentEnd(process);
+    const QString line = QString::fromLatin1(groupsFailed).arg(u"No such file or directory"_s, u"2"_s);
+    // The bus refuses a user without a name as well.
+    QCOMPARE(process.terminalOutput(),
+        QByteArray(line.toUtf8() + "\r\nError while creating AuthorizationRef. Status: -60008\r\n"));
+}
+
+void ElevationTest::elevatedWordAmongOtherArgumentsIsNotLookedAt()
+{
+    UserProcess process(plainUser);
+    startAs(process, { u"-elevated"_s, u"-elevated"_s });
+    waitForSilentEnd(process);
+    QCOMPARE(process.terminalOutput(), QByteArray("AuthorizationCopyRights failed with status: -60007\r\n"));
+}
+
+void ElevationTest::elevatedWordAloneStartsTheInterface()
+{
+    UserProcess process(plainUser);
+    startAs(process, { u"-elevated"_s });
+    QCOMPARE(waitForWindow(plainUser.user), process.processId());
+}
+
+QTEST_GUILESS_MAIN(ElevationTest)
+#include "tst_elevation.moc"

@@ -1,0 +1,341 @@
+// SPDX-License-Identifier: MIT
+#include "app/Startup.h"
+#include "app/startup_rules.h"
+#include "platform/DesktopUser.h"
+#include "platform/SingleInstance.h"
+#include "platform/SystemLog.h"
+
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <cerrno>
+#include <clocale>
+#include <future>
+#include <pty.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+GroupList foundGroups(int count, std::vector<gid_t> groups)
+{
+    groups.resize(static_cast<std::size_t>(StartupRules::groupCapacity), 0);
+    return { 0, count, 0, std::move(groups) };
+}
+
+GroupList groupsWith80At(std::size_t index, int count)
+{
+    std::vector<gid_t> groups(static_cast<std::size_t>(StartupRules::groupCapacity), 7);
+    groups[index] = StartupRules::administratorsGroup;
+    return foundGroups(count, groups);
+}
+
+// Answers at once as it is told to, and notes what it is asked.
+class ScriptedAuthorization : public Authorization
+{
+public:
+    AuthorizationStatus created = AuthorizationStatus::Success;
+    AuthorizationStatus granted = AuthorizationStatus::Success;
+    QStringList calls;
+
+    void create(StatusHandler handler) override
+    {
+        calls << u"create"_s;
+        handler(created);
+    }
+    void copyRights(const QByteArray &program, StatusHandler handler) override
+    {
+        calls << u"copyRights "_s + QString::fromUtf8(program);
+        handler(granted);
+    }
+    void executeWithPrivileges(
+        const QByteArray &program, const QByteArrayList &arguments, std::function<void()> done) override
+    {
+        calls << u"execute "_s + QString::fromUtf8(program) + u' ' + QString::fromUtf8(arguments.join(' '));
+        done();
+    }
+    void free() override { calls << u"free"_s; }
+};
+
+} // namespace
+
+class StartupTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { redirectLog(); }
+    void init() { m_log.clear(); }
+
+    void elevatedWordCountsWithExactlyTwoArguments_data();
+    void elevatedWordCountsWithExactlyTwoArguments();
+    void administratorIsWhoHasGroup80AmongThe128_data();
+    void administratorIsWhoHasGroup80AmongThe128();
+    void failedLookUpIsLoggedAndLeadsToElevation();
+    void lookUpAsksFor128Groups();
+    void realLookUp_data();
+    void realLookUp();
+    void elevation_data();
+    void elevation();
+    void requestReachesTheFirstInstance();
+    void hungInstanceIsNotTakenForAnAnswer();
+    void freedNameCanBeTakenAgain();
+    void strangerHoldingTheNameIsNotObeyed();
+    void waylandSocketIsTheUsersOwn();
+    void logIsUtf8InEveryLocale();
+    void errorTextsAreEnglish();
+
+private:
+    QStringList m_log;
+    std::unique_ptr<SystemLogRedirection> m_redirection;
+
+    void redirectLog()
+    {
+        m_redirection.reset();
+        m_redirection
+            = std::make_unique<SystemLogRedirection>([this](const QString &line) { m_log.append(line); });
+    }
+};
+
+void StartupTest::elevatedWordCountsWithExactlyTwoArguments_data()
+{
+    QTest::addColumn<QByteArrayList>("arguments");
+    QTest::addColumn<bool>("isElevated");
+
+    QTest::newRow("relaunched") << QByteArrayList { "/usr/bin/p", "-elevated" } << true;
+    QTest::newRow("alone") << QByteArrayList { "/usr/bin/p" } << false;
+    QTest::newRow("third of three") << QByteArrayList { "/usr/bin/p", "x", "-elevated" } << false;
+    QTest::newRow("second of three") << QByteArrayList { "/usr/bin/p", "-elevated", "x" } << false;
+    QTest::newRow("only the word") << QByteArrayList { "-elevated" } << false;
+    QTest::newRow("prefix") << QByteArrayList { "/usr/bin/p", "-elevate" } << false;
+    QTest::newRow("longer") << QByteArrayList { "/usr/bin/p", "-elevated=1" } << false;
+    QTest::newRow("other case") << QByteArrayList { "/usr/bin/p", "-Elevated" } << false;
+    QTest::newRow("two dashes") << QByteArrayList { "/usr/bin/p", "--elevated" } << false;
+    QTest::newRow("no arguments at all") << QByteArrayList {} << false;
+}
+
+void StartupTest::elevatedWordCountsWithExactlyTwoArguments()
+{
+    QFETCH(QByteArrayList, arguments);
+    QFETCH(bool, isElevated);
+    int lookUps = 0;
+    const bool mayRun = mayRunInterface(arguments, [&lookUps](int) {
+        ++lookUps;
+        return foundGroups(0, {});
+    });
+    QCOMPARE(mayRun, isElevated);
+    QCOMPARE(lookUps, isElevated ? 0 : 1);
+}
+
+void StartupTest::administratorIsWhoHasGroup80AmongThe128_data()
+{
+    QTest::addColumn<GroupList>("list");
+    QTest::addColumn<bool>("isAdministrator");
+
+    QTest::newRow("no groups") << groupsWith80At(0, 0) << false;
+    QTest::newRow("first") << groupsWith80At(0, 1) << true;
+    QTest::newRow("last of 128") << groupsWith80At(127, 128) << true;
+    QTest::newRow("behind the count") << groupsWith80At(5, 5) << false;
+    QTest::newRow("more counted than the array holds") << groupsWith80At(127, 200) << true;
+    QTest::newRow("none among more than the array holds") << foundGroups(200, {}) << false;
+    QTest::newRow("negative count") << groupsWith80At(0, -3) << false;
+}
+
+void StartupTest::administratorIsWhoHasGroup80AmongThe128()
+{
+    QFETCH(GroupList, list);
+    QFETCH(bool, isAdministrator);
+    QCOMPARE(mayRunInterface({ "p" }, [&list](int) { return list; }), isAdministrator);
+    QCOMPARE(m_log, QStringList());
+}
+
+void StartupTest::failedLookUpIsLoggedAndLeadsToElevation()
+{
+    GroupList list = groupsWith80At(0, 129);
+    list.result = -1;
+    list.error = ENOMEM;
+    QVERIFY(!mayRunInterface({ "p" }, [&list](int) { return list; }));
+    QCOMPARE(m_log,
+        QStringList { u"Error while getting the group list for the current user: Cannot allocate memory (12) "
+                      "Too bad but let's try to elevate privileges by default."_s });
+}
+
+void StartupTest::lookUpAsksFor128Groups()
+{
+    int asked = 0;
+    mayRunInterface({ "p" }, [&asked](int capacity) {
+        asked = capacity;
+        return foundGroups(0, {});
+    });
+    QCOMPARE(asked, 128);
+}
+
+void StartupTest::realLookUp_data()
+{
+    QTest::addColumn<std::optional<QByteArray>>("login");
+    QTest::addColumn<int>("capacity");
+    QTest::addColumn<bool>("isFound");
+    QTest::addColumn<int>("error");
+
+    QTest::newRow("root") << std::optional<QByteArray>("root") << 128 << true << 0;
+    QTest::newRow("array without room") << std::optional<QByteArray>("root") << 0 << false << ERANGE;
+    QTest::newRow("no name") << std::optional<QByteArray>() << 128 << false << ENOENT;
+}
+
+void StartupTest::realLookUp()
+{
+    QFETCH(std::optional<QByteArray>, login);
+    QFETCH(int, capacity);
+    QFETCH(bool, isFound);
+    QFETCH(int, error);
+    const GroupList list = lookUpGroups(login, capacity);
+    QCOMPARE(list.result != -1, isFound);
+    QCOMPARE(list.error, error);
+    if (isFound)
+        QCOMPARE(list.groups.at(0), getgid());
+}
+
+void StartupTest::elevation_data()
+{
+    QTest::addColumn<AuthorizationStatus>("created");
+    QTest::addColumn<AuthorizationStatus>("granted");
+    QTest::addColumn<QStringList>("calls");
+    QTest::addColumn<QStringList>("log");
+
+    constexpr auto good = AuthorizationStatus::Success;
+    QTest::newRow("granted") << good << good
+                             << QStringList { u"create"_s, u"copyRights ./p"_s, u"execute ./p -elevated"_s,
+                                    u"free"_s }
+                             << QStringList();
+    QTest::newRow("refused") << good << AuthorizationStatus::Denied
+                             << QStringList { u"create"_s, u"copyRights ./p"_s, u"free"_s }
+                             << QStringList { u"AuthorizationCopyRights failed with status: -60005"_s };
+    QTest::newRow("cancelled") << good << AuthorizationStatus::Canceled
+                               << QStringList { u"create"_s, u"copyRights ./p"_s, u"free"_s }
+                               << QStringList { u"AuthorizationCopyRights failed with status: -60006"_s };
+    QTest::newRow("no service") << AuthorizationStatus::Internal << good
+                                << QStringList { u"create"_s, u"free"_s }
+                                << QStringList { u"Error while creating AuthorizationRef. Status: -60008"_s };
+}
+
+void StartupTest::elevation()
+{
+    QFETCH(AuthorizationStatus, created);
+    QFETCH(AuthorizationStatus, granted);
+    ScriptedAuthorization authorization;
+    authorization.created = created;
+    authorization.granted = granted;
+    int ends = 0;
+    elevate("./p", authorization, [&ends] { ++ends; });
+    QCOMPARE(ends, 1);
+    QTEST(authorization.calls, "calls");
+    QTEST(m_log, "log");
+}
+
+// Names of the test's own: numbers that no user has.
+InstanceOwner testOwner()
+{
+    return { geteuid(), static_cast<uid_t>(4000000000U) - static_cast<uid_t>(getpid()) };
+}
+
+void StartupTest::requestReachesTheFirstInstance()
+{
+    const InstanceOwner owner = testOwner();
+    QVERIFY(!raiseInstance(owner, "nobody is there"));
+    SingleInstance first(owner);
+    QVERIFY(first.listen());
+    SingleInstance second(owner);
+    QVERIFY(!second.listen());
+
+    const QSignalSpy requests(&first, &SingleInstance::activationRequested);
+    for (const QByteArray &token : { QByteArray("token-1"), QByteArray() }) {
+        auto raised = std::async(std::launch::async, [&] { return raiseInstance(owner, token); });
+        QTRY_VERIFY(raised.wait_for(std::chrono::seconds(0)) == std::future_status::ready);
+        QVERIFY(raised.get());
+        QCOMPARE(requests.last().at(0).toByteArray(), token);
+    }
+    QCOMPARE(requests.size(), 2);
+}
+
+void StartupTest::hungInstanceIsNotTakenForAnAnswer()
+{
+    SingleInstance hung(testOwner());
+    QVERIFY(hung.listen());
+    QVERIFY(!raiseInstance(testOwner(), "token")); // this thread, which would have to answer, waits
+}
+
+void StartupTest::freedNameCanBeTakenAgain()
+{
+    {
+        SingleInstance first(testOwner());
+        QVERIFY(first.listen());
+    }
+    SingleInstance second(testOwner());
+    QVERIFY(second.listen());
+}
+
+void StartupTest::strangerHoldingTheNameIsNotObeyed()
+{
+    // The process at the other end has other rights than the name says.
+    const InstanceOwner owner { geteuid() + 1, testOwner().user };
+    SingleInstance stranger(owner);
+    QVERIFY(stranger.listen());
+    const QSignalSpy requests(&stranger, &SingleInstance::activationRequested);
+    QVERIFY(!raiseInstance(owner, "token"));
+    QTest::qWait(0);
+    QCOMPARE(requests.size(), 0);
+}
+
+void StartupTest::waylandSocketIsTheUsersOwn()
+{
+    const QTemporaryDir folder;
+    QCOMPARE(waylandSocket(folder.path(), getuid()), QString());
+    QFile lock(folder.filePath(u"wayland-0"_s));
+    QVERIFY(lock.open(QIODevice::WriteOnly)); // a file, no socket
+    const QString path = folder.filePath(u"wayland-1"_s);
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    qstrncpy(address.sun_path, QFile::encodeName(path).constData(), sizeof address.sun_path);
+    const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    QCOMPARE(::bind(socket, reinterpret_cast<const sockaddr *>(&address), sizeof address), 0);
+    QCOMPARE(waylandSocket(folder.path(), getuid()), path);
+    QCOMPARE(waylandSocket(folder.path(), getuid() + 1), QString());
+    QCOMPARE(waylandSocket(u"/nonexistent"_s, getuid()), QString());
+    ::close(socket);
+}
+
+void StartupTest::logIsUtf8InEveryLocale()
+{
+    int terminal = -1;
+    int childTerminal = -1;
+    QCOMPARE(openpty(&terminal, &childTerminal, nullptr, nullptr, nullptr), 0);
+    const int savedError = dup(STDERR_FILENO);
+    const QByteArray savedLocale = setlocale(LC_ALL, nullptr);
+    setlocale(LC_ALL, "C");
+    dup2(childTerminal, STDERR_FILENO);
+    m_redirection.reset();
+    systemLog(u"Größe 大\n"_s);
+    redirectLog();
+    dup2(savedError, STDERR_FILENO);
+    ::close(savedError);
+    setlocale(LC_ALL, savedLocale.constData());
+    QByteArray output(64, '\0');
+    const ssize_t length = ::read(terminal, output.data(), 64);
+    QCOMPARE(output.left(length), QByteArray("Gr\303\266\303\237e \345\244\247\\n\r\n"));
+    ::close(terminal);
+    ::close(childTerminal);
+}
+
+void StartupTest::errorTextsAreEnglish()
+{
+    QCOMPARE(errnoText(ENOENT), u"No such file or directory"_s);
+    QCOMPARE(errnoText(0), u"Success"_s);
+    QCOMPARE(errnoText(99999), u"Unknown error 99999"_s);
+}
+
+QTEST_GUILESS_MAIN(StartupTest)
+#include "tst_startup.moc"

@@ -1,0 +1,116 @@
+// SPDX-License-Identifier: MIT
+#include "tools/diskutil/Privilege.h"
+
+#include "platform/SystemLog.h"
+
+#include <QSocketNotifier>
+#include <QTimer>
+
+#include <array>
+#include <cerrno>
+#include <fcntl.h>
+#include <unistd.h>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+// What pkexec says of itself; diskutil's own statuses are less.
+constexpr int dismissedStatus = 126;
+constexpr int refusedStatus = 127;
+
+void closeDescriptor(int *descriptor)
+{
+    if (*descriptor >= 0)
+        ::close(*descriptor);
+    *descriptor = -1;
+}
+
+} // namespace
+
+PrivilegedRun::PrivilegedRun(Console &console)
+    : m_console(console)
+{
+    m_process.setInputChannelMode(QProcess::ForwardedInputChannel);
+    m_process.setProcessChannelMode(QProcess::ForwardedChannels);
+    m_process.setChildProcessModifier([this] { dup2(m_childOutput, STDOUT_FILENO); });
+    connect(&m_process, &QProcess::finished, this, &PrivilegedRun::programEnded);
+    connect(&m_process, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
+        if (error == QProcess::FailedToStart)
+            fail(ExitCode::ToolMissing,
+                u"administrator rights are needed, and pkexec could not be started: %1 (package pkexec)"_s
+                    .arg(m_process.errorString()));
+    });
+    connect(&m_console, &Console::interrupted, this, &PrivilegedRun::stop);
+}
+
+PrivilegedRun::~PrivilegedRun()
+{
+    m_process.disconnect(this);
+    closeDescriptor(&m_output);
+    closeDescriptor(&m_childOutput);
+}
+
+void PrivilegedRun::start(const QString &program, const QStringList &arguments)
+{
+    std::array<int, 2> ends { -1, -1 };
+    if (pipe2(ends.data(), O_CLOEXEC) != 0) {
+        const QString reason = errnoText(errno);
+        QTimer::singleShot(0, this, [this, reason] { fail(ExitCode::ToolFailed, reason); });
+        return;
+    }
+    m_output = ends[0];
+    m_childOutput = ends[1];
+    fcntl(m_output, F_SETFL, O_NONBLOCK);
+    m_notifier = std::make_unique<QSocketNotifier>(m_output, QSocketNotifier::Read);
+    connect(m_notifier.get(), &QSocketNotifier::activated, this, &PrivilegedRun::passOutput);
+    m_process.start(u"pkexec"_s, QStringList { program } + arguments);
+    closeDescriptor(&m_childOutput);
+}
+
+void PrivilegedRun::passOutput()
+{
+    std::array<char, 4096> buffer {};
+    while (m_output >= 0) {
+        const ssize_t length = read(m_output, buffer.data(), buffer.size());
+        if (length > 0) {
+            m_console.pass(QByteArray(buffer.data(), length)); // which may end the reading
+        } else if (length == 0 || (errno != EINTR && errno != EAGAIN)) {
+            m_notifier->setEnabled(false);
+            return;
+        } else if (errno == EAGAIN) {
+            return;
+        }
+    }
+}
+
+// Before the user has been asked pkexec is still his, and hears the signal; after that the tool sees that its
+// reader has gone.
+void PrivilegedRun::stop()
+{
+    if (m_notifier)
+        m_notifier->setEnabled(false);
+    closeDescriptor(&m_output);
+    m_process.terminate();
+}
+
+void PrivilegedRun::programEnded(int code, QProcess::ExitStatus status)
+{
+    passOutput();
+    if (m_output < 0)
+        Q_EMIT finished(static_cast<int>(ExitCode::Interrupted));
+    else if (status == QProcess::CrashExit)
+        fail(ExitCode::ToolFailed, u"the run with administrator rights was killed by signal %1"_s.arg(code));
+    else if (code == dismissedStatus)
+        fail(ExitCode::NotPermitted, u"the question for administrator rights was not answered"_s);
+    else if (code == refusedStatus)
+        fail(ExitCode::NotPermitted, u"administrator rights were not granted"_s);
+    else
+        Q_EMIT finished(code);
+}
+
+void PrivilegedRun::fail(ExitCode code, const QString &message)
+{
+    m_console.complain(message);
+    Q_EMIT finished(static_cast<int>(code));
+}
