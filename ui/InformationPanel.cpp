@@ -102,9 +102,8 @@ QString ZorvexDiskManagerAppDelegate::leftToRightInWindow(const QString &text) c
 QString ZorvexDiskManagerAppDelegate::deviceNodeTextOf(const ZorvexDiskManagerDisk &disk) const
 {
     const QString node = disk.daDisk ? disk.daDisk->deviceNode() : QString();
-    return node.isEmpty()
-        ? QString()
-        : formatLocalized(localizedString("DEVICE_NODE_TOOL_TIP_FMT"), { leftToRightInWindow(node) });
+    return node.isEmpty() ? QString()
+                          : formatLocalized(localizedString("DEVICE_NODE_TOOL_TIP_FMT"), { node });
 }
 
 ZorvexDiskManagerAppDelegate::PanelTexts ZorvexDiskManagerAppDelegate::textsOf(ZorvexDiskManagerDisk &disk)
