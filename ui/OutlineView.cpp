@@ -164,8 +164,11 @@ void OutlineView::reloadData()
     selectionModel()->clear();
     m_model->reload();
     m_rows.reset();
+    // The user may be looking at other rows than the selected one.
+    setAutoScroll(false);
     if (row >= 0)
         selectRow(row);
+    setAutoScroll(true);
 }
 
 void OutlineView::expandItem(const OutlineItem &item, bool expandChildren)
@@ -271,15 +274,40 @@ void OutlineView::drawRow(
     }
 }
 
+QModelIndex OutlineView::triangleAt(const QPoint &position) const
+{
+    const QModelIndex index = indexAt(QPoint(viewport()->width() / 2, position.y()));
+    const bool isOnTriangle
+        = index.isValid() && frameOfOutlineCellAtRow(rowForItem(m_model->itemAt(index))).contains(position);
+    return isOnTriangle ? index : QModelIndex();
+}
+
+// The tree view has its triangles where this view may have text: it is left out of what the mouse does.
+
+// NOLINTBEGIN(bugprone-parent-virtual-call)
+
 void OutlineView::mousePressEvent(QMouseEvent *event)
 {
-    const QPoint position = event->position().toPoint();
-    const QModelIndex index = indexAt(QPoint(viewport()->width() / 2, position.y()));
-    if (event->button() == Qt::LeftButton && index.isValid()
-        && frameOfOutlineCellAtRow(rowForItem(m_model->itemAt(index))).contains(position)) {
+    const QModelIndex index = triangleAt(event->position().toPoint());
+    if (event->button() == Qt::LeftButton && index.isValid())
         setExpanded(index, !isExpanded(index));
-        event->accept();
-        return;
-    }
-    QTreeView::mousePressEvent(event);
+    else
+        QAbstractItemView::mousePressEvent(event);
 }
+
+void OutlineView::mouseReleaseEvent(QMouseEvent *event)
+{
+    QAbstractItemView::mouseReleaseEvent(event);
+}
+
+void OutlineView::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    const QPoint position = event->position().toPoint();
+    if (!triangleAt(position).isValid())
+        QAbstractItemView::mouseDoubleClickEvent(event);
+    const QModelIndex index = indexAt(position);
+    if (event->button() == Qt::LeftButton && index.isValid())
+        setExpanded(index, !isExpanded(index));
+}
+
+// NOLINTEND(bugprone-parent-virtual-call)

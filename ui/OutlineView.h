@@ -64,6 +64,8 @@ protected:
         QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
     void mousePressEvent(QMouseEvent *event) override;
     bool viewportEvent(QEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
     void selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
     void resizeEvent(QResizeEvent *event) override;
 
@@ -71,6 +73,7 @@ private:
     class CellDelegate;
 
     const std::vector<OutlineItem> &rows() const;
+    QModelIndex triangleAt(const QPoint &position) const; // invalid where there is none
     void appendRows(const QModelIndex &parent) const;
 
     std::unique_ptr<OutlineModel> m_model;

@@ -50,7 +50,8 @@ QRectF TextFieldCell::titleRectForBounds(const QRectF &bounds) const
 TextFieldCell::AttributedString TextFieldCell::attributedStringValue() const
 {
     QColor color = textColor();
-    if (!enabled)
+    // A colour of the cell's own for this state is not dimmed again.
+    if (!enabled && color == TextFieldCell::textColor())
         color = blended(color, palette.color(QPalette::Active, QPalette::Base), dimmedShare);
     return { stringValue, font, color };
 }

@@ -54,7 +54,7 @@ public:
     // The rectangle of the text within the bounds.
     virtual QRectF titleRectForBounds(const QRectF &bounds) const;
 
-    // The text as it is drawn: that of a disabled cell is dimmed.
+    // The text as it is drawn: in a disabled cell the ordinary text colour is dimmed.
     AttributedString attributedStringValue() const;
 
     virtual void drawWithFrame(const QRectF &frame, const QWidget *view, QPainter &painter) const;

@@ -12,6 +12,8 @@
 #include <QPushButton>
 #include <QTest>
 
+#include <sys/stat.h>
+
 namespace {
 
 // Runs the line in the real shell, with another program in the tool's place.
@@ -224,6 +226,12 @@ QList<AlertSheet *> TestController::sheets() const
 void TestController::setDiskutilScript(const QByteArray &script)
 {
     diskutil = m_scriptFolder.filePath(QStringLiteral("diskutil"));
+    if (!m_scriptGate.isOpen()) {
+        m_scriptGate.setFileName(m_scriptFolder.filePath(QStringLiteral("go")));
+        if (mkfifo(QFile::encodeName(m_scriptGate.fileName()).constData(), 0600) != 0
+            || !m_scriptGate.open(QIODevice::ReadWrite | QIODevice::Unbuffered))
+            qFatal("cannot make a named pipe");
+    }
     QFile file(diskutil);
     if (!file.open(QIODevice::WriteOnly))
         qFatal("cannot write a script");
@@ -238,9 +246,8 @@ QByteArray TestController::fileFromScript(const QString &name) const
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-void TestController::writeFileForScript(const QString &name) const
+void TestController::letScriptsGoOn(int count)
 {
-    QFile file(m_scriptFolder.filePath(name));
-    if (!file.open(QIODevice::WriteOnly))
-        qFatal("cannot write a file");
+    m_scriptGate.write(QByteArray(count, '\n'));
+    m_scriptGate.flush();
 }

@@ -9,6 +9,7 @@
 #include "platform/SystemLog.h"
 #include "tests/support/TestMountTable.h"
 
+#include <QFile>
 #include <QMainWindow>
 #include <QTemporaryDir>
 
@@ -76,7 +77,8 @@ public:
     // Runs this shell script in the place of the tool. Inside, $dir is a folder to leave files in.
     void setDiskutilScript(const QByteArray &script);
     QByteArray fileFromScript(const QString &name) const;
-    void writeFileForScript(const QString &name) const;
+    // Lets this many scripts that wait with "read go < $dir/go" go on. They also do when the test is over.
+    void letScriptsGoOn(int count = 1);
 
     QTemporaryDir filesystems; // System and Library inside are the two bundle directories
     QString systemDirectory() const { return filesystems.filePath(QStringLiteral("System")); }
@@ -102,6 +104,7 @@ public:
 
 private:
     QTemporaryDir m_scriptFolder;
+    QFile m_scriptGate; // a named pipe that is open for both directions, so that no side waits to open it
     ApplicationPlatform m_platform;
     std::unique_ptr<ZorvexDiskManagerAppDelegate> m_controller;
     std::unique_ptr<QMainWindow> m_window;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
 // The disk tree in the real outline view.
+#include "platform/SystemRelease.h"
 #include "tests/support/TestController.h"
 
 #include "ui/OutlineModel.h"
@@ -8,6 +9,7 @@
 
 #include <QAbstractItemModelTester>
 #include <QLabel>
+#include <QScrollBar>
 #include <QTest>
 
 class TestDiskOutline : public QObject
@@ -18,7 +20,44 @@ private Q_SLOTS:
     void partitionMovesUnderItsDisk();
     void selectionStaysOnTheMedium();
     void unmountedVolumeIsDrawnDisabled();
+    void emptyTreeHasNoRowsAndNoExpandableRoot();
+    void childBeyondTheLastIsTheFirst();
+    void treeCannotBeChangedOrSaved();
+    void collapsedDiskStaysCollapsedThroughAReload();
+    void reloadDoesNotScroll();
+    void selectionIsToldOnce();
+    void clickOnTheTriangleTogglesOnce_data();
+    void clickOnTheTriangleTogglesOnce();
+    void clickAtTheLeftEdgeOfTheMirroredViewSelects();
+    void mirroredFrames_data();
+    void mirroredFrames();
+    void mirroredViewFillsItsContainer();
 };
+
+namespace {
+
+// Counts what the view tells of its selection.
+class CountingController : public ZorvexDiskManagerAppDelegate
+{
+public:
+    using ZorvexDiskManagerAppDelegate::ZorvexDiskManagerAppDelegate;
+    void outlineViewSelectionDidChange() override
+    {
+        ++selectionChanges;
+        ZorvexDiskManagerAppDelegate::outlineViewSelectionDidChange();
+    }
+    int selectionChanges = 0;
+};
+
+void addDiskWithVolume(TestController &test)
+{
+    const MemoryDiskRef disk = makeDisk(QStringLiteral("disk2"));
+    disk->description->insert(DAKey::mediaLeaf, false);
+    test.add(disk);
+    test.add(makePartition(QStringLiteral("disk2s1"), 1024));
+}
+
+} // namespace
 
 void TestDiskOutline::partitionMovesUnderItsDisk()
 {
@@ -64,6 +103,192 @@ void TestDiskOutline::unmountedVolumeIsDrawnDisabled()
     test.service.changeDisk(volume);
     QCOMPARE(index.data(OutlineModel::CellEnabledRole), QVariant(false));
     QVERIFY(index.flags().testFlag(Qt::ItemIsSelectable));
+}
+
+void TestDiskOutline::emptyTreeHasNoRowsAndNoExpandableRoot()
+{
+    TestController test;
+    test.launch();
+    auto &source = test.controller();
+    QCOMPARE(source.leftOutlineView->numberOfRows(), 0);
+    QCOMPARE(source.outlineView_numberOfChildrenOfItem(nullptr, nullptr), 0);
+    QVERIFY(!source.outlineView_isItemExpandable(nullptr, nullptr));
+    QVERIFY(!source.outlineView_child_ofItem(nullptr, 0, nullptr));
+    addDiskWithVolume(test);
+    QVERIFY(source.outlineView_isItemExpandable(nullptr, nullptr));
+    QVERIFY(source.outlineView_isItemExpandable(nullptr, test.recordOf(QStringLiteral("disk2"))));
+    QVERIFY(!source.outlineView_isItemExpandable(nullptr, test.recordOf(QStringLiteral("disk2s1"))));
+}
+
+void TestDiskOutline::childBeyondTheLastIsTheFirst()
+{
+    TestController test;
+    test.launch();
+    for (const int number : { 1, 2, 3 })
+        test.add(makeDisk(QStringLiteral("disk%1").arg(number)));
+    auto &source = test.controller();
+    const auto nameAt = [&source](int index) {
+        return source.outlineView_child_ofItem(nullptr, index, nullptr)->description();
+    };
+    QCOMPARE(nameAt(2), QStringLiteral("disk3"));
+    QCOMPARE(nameAt(3), QStringLiteral("disk1"));
+    QCOMPARE(nameAt(100), QStringLiteral("disk1"));
+}
+
+void TestDiskOutline::treeCannotBeChangedOrSaved()
+{
+    TestController test;
+    test.launch();
+    addDiskWithVolume(test);
+    auto &source = test.controller();
+    const OutlineItem disk = test.recordOf(QStringLiteral("disk2"));
+    source.outlineView_setObjectValue_forTableColumn_byItem(nullptr, QStringLiteral("x"), 0, disk);
+    QCOMPARE(source.outlineView_objectValueForTableColumn_byItem(nullptr, 7, disk), QStringLiteral("disk2"));
+    QVERIFY(!source.outlineView_acceptDrop_item_childIndex(nullptr, nullptr, disk, 0));
+    QCOMPARE(source.outlineView_validateDrop_proposedItem_proposedChildIndex(nullptr, nullptr, disk, 0),
+        Qt::IgnoreAction);
+    QVERIFY(source.outlineView_namesOfPromisedFilesDroppedAtDestination_forDraggedItems(nullptr, {}, { disk })
+                .isEmpty());
+    QVERIFY(!source.outlineView_itemForPersistentObject(nullptr, 1));
+    QVERIFY(!source.outlineView_persistentObjectForItem(nullptr, disk).isValid());
+    QVERIFY(!source.outlineView_writeItems_toPasteboard(nullptr, { disk }, nullptr));
+    QVERIFY(!source.outlineView_shouldEditTableColumn_item(nullptr, 0, disk));
+    const OutlineView *const view = source.leftOutlineView;
+    const QModelIndex index = view->model()->index(0, 0);
+    QVERIFY(!index.flags().testAnyFlags(Qt::ItemIsEditable | Qt::ItemIsDragEnabled | Qt::ItemIsDropEnabled));
+    QCOMPARE(view->editTriggers(), QAbstractItemView::NoEditTriggers);
+    QVERIFY(!view->acceptDrops() || view->dragDropMode() == QAbstractItemView::NoDragDrop);
+    QVERIFY(!view->isSortingEnabled());
+}
+
+void TestDiskOutline::collapsedDiskStaysCollapsedThroughAReload()
+{
+    TestController test;
+    test.launch();
+    addDiskWithVolume(test);
+    OutlineView *const view = test.controller().leftOutlineView;
+    view->collapse(view->model()->index(0, 0));
+    QCOMPARE(test.rowNames(), QStringList { QStringLiteral("disk2") });
+    view->reloadData();
+    QCOMPARE(test.rowNames(), QStringList { QStringLiteral("disk2") });
+    QVERIFY(!view->isExpanded(view->model()->index(0, 0)));
+}
+
+void TestDiskOutline::reloadDoesNotScroll()
+{
+    TestController test;
+    test.launch();
+    for (int number = 100; number < 150; ++number)
+        test.add(makeDisk(QStringLiteral("disk%1").arg(number)));
+    test.select(QStringLiteral("disk100"));
+    QScrollBar *const bar = test.controller().leftOutlineView->verticalScrollBar();
+    QTRY_VERIFY(bar->maximum() > 0);
+    bar->setValue(bar->maximum());
+    test.controller().leftOutlineView->reloadData();
+    QCOMPARE(bar->value(), bar->maximum());
+    QCOMPARE(test.controller().leftOutlineView->selectedRow(), 0);
+}
+
+void TestDiskOutline::selectionIsToldOnce()
+{
+    TestController test;
+    test.makeController
+        = [](const ApplicationPlatform &platform) { return std::make_unique<CountingController>(platform); };
+    test.launch();
+    addDiskWithVolume(test);
+    auto &controller = static_cast<CountingController &>(test.controller());
+    controller.selectionChanges = 0;
+    controller.leftOutlineView->selectRow(0);
+    QCOMPARE(controller.selectionChanges, 1);
+    controller.leftOutlineView->selectRow(0);
+    QCOMPARE(controller.selectionChanges, 1);
+    controller.leftOutlineView->reloadData();
+    QCOMPARE(controller.selectionChanges, 1);
+    QTest::keyClick(controller.leftOutlineView, Qt::Key_Down);
+    QCOMPARE(controller.selectionChanges, 2);
+    QCOMPARE(controller.leftOutlineView->selectedRow(), 1);
+    controller.leftOutlineView->selectRow(-1);
+    QCOMPARE(controller.selectionChanges, 3);
+}
+
+void TestDiskOutline::clickOnTheTriangleTogglesOnce_data()
+{
+    QTest::addColumn<QString>("localization");
+    QTest::newRow("left to right") << QStringLiteral("en");
+    QTest::newRow("right to left") << QStringLiteral("ar");
+}
+
+void TestDiskOutline::clickOnTheTriangleTogglesOnce()
+{
+    QFETCH(QString, localization);
+    TestController test(localization);
+    test.launch();
+    addDiskWithVolume(test);
+    QVERIFY(QTest::qWaitForWindowExposed(&test.window()));
+    OutlineView *const view = test.controller().leftOutlineView;
+    const QPoint triangle = view->frameOfOutlineCellAtRow(0).center();
+    QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, triangle);
+    QCOMPARE(view->numberOfRows(), 1);
+    QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, triangle);
+    QCOMPARE(view->numberOfRows(), 2);
+    QCOMPARE(view->selectedRow(), -1);
+}
+
+void TestDiskOutline::clickAtTheLeftEdgeOfTheMirroredViewSelects()
+{
+    TestController test(QStringLiteral("ar"));
+    test.launch();
+    addDiskWithVolume(test);
+    QVERIFY(QTest::qWaitForWindowExposed(&test.window()));
+    OutlineView *const view = test.controller().leftOutlineView;
+    // The text starts here; the plain view has its triangle here.
+    const QPoint leftEdge(8, view->frameOfCellAtColumn(0, 0).center().y());
+    QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, leftEdge);
+    QCOMPARE(view->selectedRow(), 0);
+    QCOMPARE(view->numberOfRows(), 2);
+}
+
+void TestDiskOutline::mirroredFrames_data()
+{
+    QTest::addColumn<QByteArray>("release");
+    QTest::addColumn<bool>("moves");
+    QTest::newRow("8.11.1") << QByteArray("8.11.1") << false;
+    QTest::newRow("10.8.0") << QByteArray("10.8.0") << true;
+}
+
+void TestDiskOutline::mirroredFrames()
+{
+    QFETCH(QByteArray, release);
+    QFETCH(bool, moves);
+    const SystemReleaseOverride system(release);
+    TestController test(QStringLiteral("ar"));
+    test.launch();
+    addDiskWithVolume(test);
+    QVERIFY(QTest::qWaitForWindowExposed(&test.window()));
+    OutlineView *const view = test.controller().leftOutlineView;
+    const QRect triangle = view->frameOfOutlineCellAtRow(0);
+    const int indentation = view->indentation();
+    QCOMPARE(triangle.width(), indentation);
+    QCOMPARE(triangle.x(), moves ? view->viewport()->width() - indentation - 6 : 0);
+    QCOMPARE(view->frameOfCellAtColumn(0, 1).x(), moves ? 0 : 2 * indentation);
+    QVERIFY(view->frameOfOutlineCellAtRow(1).isEmpty());
+}
+
+void TestDiskOutline::mirroredViewFillsItsContainer()
+{
+    TestController test(QStringLiteral("ar"));
+    test.launch();
+    QVERIFY(QTest::qWaitForWindowExposed(&test.window()));
+    OutlineView *const view = test.controller().leftOutlineView;
+    const QSize container = test.controller().outlineViewScrollContainer->size();
+    {
+        const SystemReleaseOverride old("8.11.1");
+        view->resize(50, 50);
+        test.controller().resizeOutlineView();
+        QCOMPARE(view->size(), QSize(50, 50));
+    }
+    test.controller().outlineView_child_ofItem(view, 0, nullptr);
+    QCOMPARE(view->size(), container);
 }
 
 QTEST_MAIN(TestDiskOutline)

@@ -1,0 +1,370 @@
+// SPDX-License-Identifier: MIT
+//
+// The information panel: what it shows of the selected medium.
+#include "platform/Localization.h"
+#include "tests/support/TestController.h"
+#include "ui/ImageButton.h"
+#include "ui/LinkTextView.h"
+#include "ui/OutlineView.h"
+#include "ui/OutputView.h"
+
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QStandardItemModel>
+#include <QTabWidget>
+#include <QTest>
+
+using namespace Qt::Literals::StringLiterals;
+
+class TestPanel : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void everyLabelOfAMountedVolume();
+    void missingValues();
+    void freeSpaceThatIsUnknownIsLeftOut();
+    void failingFreeSpaceIsLogged();
+    void subtypeOfTheMountTableNamesTheVolume();
+    void subtypeIsKeptWhenTheVolumeIsNotFound();
+    void unknownKindIsShownAsItIs();
+    void diskWithPartitions();
+    void readOnlyVolumeCanBeChecked();
+    void deselectingKeepsTheBigIcon();
+    void clickOnEmptySpaceDeselects();
+    void labelFieldIsNotTouchedWhileBusy();
+    void longNamesDoNotWidenTheWindow();
+    void hostileNamesArePlain();
+    void menuFollowsTheSelectedSize();
+    void menuStaysWhenTheBundlesCannotBeRead();
+
+private:
+    static MemoryDiskRef makeVolume(const QString &name);
+};
+
+MemoryDiskRef TestPanel::makeVolume(const QString &name)
+{
+    const MemoryDiskRef volume = makePartition(u"disk2s1"_s, 1024, name);
+    volume->description->insert(DAKey::volumeKind, u"msdos"_s);
+    volume->description->insert(DAKey::mediaContent, u"DOS_FAT_32"_s);
+    return volume;
+}
+
+namespace {
+
+void mount(TestController &test, const MemoryDiskRef &volume, std::optional<quint32> subtype = {})
+{
+    setMounted(volume, u"/media/A"_s);
+    test.mountTable->mounted = { { "/dev/disk2s1", "/media/A", { 1, 2 }, subtype } };
+    test.mountTable->ids["/media/A"] = { 1, 2 };
+    test.mountTable->freeSpaces["/media/A"] = 40'000'000;
+}
+
+QByteArray subtypeXml(int subtype)
+{
+    return "<key>FSSubType</key><integer>" + QByteArray::number(subtype) + "</integer>";
+}
+
+} // namespace
+
+void TestPanel::everyLabelOfAMountedVolume()
+{
+    TestController test;
+    writeWholeBundle(test.localDirectory(), u"msdos"_s, u"MS-DOS FAT"_s);
+    test.launch();
+    const MemoryDiskRef volume = makeVolume(u"DATA"_s);
+    volume->node = u"/dev/sdb1"_s;
+    volume->description->insert(DAKey::mediaRemovable, true);
+    mount(test, volume);
+    test.add(volume);
+    test.select(u"disk2s1"_s);
+    const auto &panel = test.controller();
+    QCOMPARE(panel.infoNameLabel->text(), u"DATA"_s);
+    QCOMPARE(panel.infoDiskSpaceLabel->text(), u"40 MB free of 100 MB"_s);
+    QCOMPARE(panel.infoDiskSpaceLabel->toolTip(), u"40 000 000 bytes free of 100 000 000 bytes"_s);
+    QVERIFY(panel.infoMountedPathView->toPlainText().contains(u"/media/A"_s));
+    QCOMPARE(panel.filesystemLabel->text(), u"MS-DOS FAT"_s);
+    QCOMPARE(panel.bsdNameLabel->text(), u"disk2s1"_s);
+    QVERIFY(panel.bsdNameLabel->toolTip().contains(u"/dev/sdb1"_s));
+    QCOMPARE(panel.wholeDeviceLabel->text(), u"No"_s);
+    QCOMPARE(panel.removableLabel->text(), u"Yes"_s);
+    QCOMPARE(panel.ejectableLabel->text(), u"No"_s);
+    QCOMPARE(panel.contentHintLabel->text(), u"DOS_FAT_32"_s);
+    QCOMPARE(panel.preferredBlockSizeLabel->text(), u"512 bytes"_s);
+    QCOMPARE(panel.mountUnmountButton->text(), localizedString("UNMOUNT_BUTTON_TITLE"));
+    QVERIFY(!panel.infoBigImageField->pixmap(Qt::ReturnByValue).isNull());
+    QVERIFY(panel.infoNameLabel->textInteractionFlags().testFlag(Qt::TextSelectableByMouse));
+    QCOMPARE(panel.formatVolumeLabelField->text(), u"DATA"_s);
+    QCOMPARE(panel.rightTabView->widget(1), panel.formatTab);
+    QCOMPARE(panel.rightTabView->widget(2), panel.maintenanceTab);
+    for (const QWidget *control : { static_cast<QWidget *>(panel.mountUnmountButton),
+             static_cast<QWidget *>(panel.formatFilesystemsPopupButton),
+             static_cast<QWidget *>(panel.formatVolumeLabelField), static_cast<QWidget *>(panel.formatButton),
+             static_cast<QWidget *>(panel.checkButton), static_cast<QWidget *>(panel.repairButton) })
+        QVERIFY2(control->isEnabled(), qPrintable(control->objectName()));
+}
+
+void TestPanel::missingValues()
+{
+    TestController test;
+    test.launch();
+    const MemoryDiskRef volume = makePartition(u"disk2s1"_s, 1024);
+    volume->description->remove(DAKey::mediaSize);
+    test.add(volume);
+    const OutlineItem record = test.recordOf(u"disk2s1"_s);
+    QVERIFY(record);
+    record->content.reset();
+    test.select(u"disk2s1"_s);
+    QCOMPARE(test.controller().infoNameLabel->text(), u"disk2s1"_s);
+    QCOMPARE(test.controller().infoDiskSpaceLabel->text(), QString());
+    QCOMPARE(test.controller().infoDiskSpaceLabel->toolTip(), QString());
+    QCOMPARE(test.controller().filesystemLabel->text(), QString());
+    QCOMPARE(test.controller().contentHintLabel->text(), u"(null)"_s);
+    QCOMPARE(test.controller().formatVolumeLabelField->text(), QString());
+}
+
+void TestPanel::freeSpaceThatIsUnknownIsLeftOut()
+{
+    TestController test;
+    test.launch();
+    const MemoryDiskRef volume = makeVolume(u"DATA"_s);
+    mount(test, volume);
+    test.mountTable->freeSpaces["/media/A"] = -1;
+    test.add(volume);
+    test.select(u"disk2s1"_s);
+    QCOMPARE(test.controller().infoDiskSpaceLabel->text(), u"100 MB"_s);
+    QCOMPARE(test.controller().infoDiskSpaceLabel->toolTip(), u"100 000 000 bytes"_s);
+}
+
+void TestPanel::failingFreeSpaceIsLogged()
+{
+    TestController test;
+    test.launch();
+    const MemoryDiskRef volume = makeVolume(u"DATA"_s);
+    mount(test, volume);
+    test.mountTable->freeSpaceError = EIO;
+    test.add(volume);
+    test.select(u"disk2s1"_s);
+    QCOMPARE(test.controller().infoDiskSpaceLabel->text(), u"100 MB"_s);
+    QVERIFY(test.log.lines().contains(
+        u"getattrlist returned error for \"/media/A\": %1 (5)"_s.arg(errnoText(EIO))));
+}
+
+void TestPanel::subtypeOfTheMountTableNamesTheVolume()
+{
+    TestController test;
+    writeBundle(test.localDirectory(), u"msdos"_s,
+        "<key>CFBundleIdentifier</key><string>i</string><key>FSPersonalities</key><dict>"
+        "<key>Plain</key><dict><key>FSName</key><string>Plain</string></dict>"
+        "<key>FAT32</key><dict><key>FSName</key><string>FAT32</string>"
+            + subtypeXml(2) + "</dict></dict>");
+    test.launch();
+    const MemoryDiskRef volume = makeVolume(u"DATA"_s);
+    mount(test, volume, 2);
+    test.add(volume);
+    test.select(u"disk2s1"_s);
+    QCOMPARE(test.controller().filesystemLabel->text(), u"FAT32"_s);
+    QCOMPARE(test.recordOf(u"disk2s1"_s)->subtype, 2);
+    test.mountTable->mounted.front().subtype = 0xFFFE;
+    test.controller().outlineViewSelectionDidChange();
+    QCOMPARE(test.recordOf(u"disk2s1"_s)->subtype, -2);
+    QCOMPARE(test.controller().filesystemLabel->text(), u"Plain"_s);
+}
+
+void TestPanel::subtypeIsKeptWhenTheVolumeIsNotFound()
+{
+    TestController test;
+    test.launch();
+    const MemoryDiskRef volume = makeVolume(u"DATA"_s);
+    mount(test, volume, 2);
+    test.add(volume);
+    test.select(u"disk2s1"_s);
+    test.mountTable->mounted.clear();
+    test.controller().outlineViewSelectionDidChange();
+    QCOMPARE(test.recordOf(u"disk2s1"_s)->subtype, 2);
+    QCOMPARE(test.controller().infoDiskSpaceLabel->text(), u"100 MB"_s);
+}
+
+void TestPanel::unknownKindIsShownAsItIs()
+{
+    TestController test;
+    test.launch();
+    test.add(makeVolume(u"DATA"_s));
+    test.select(u"disk2s1"_s);
+    QCOMPARE(test.controller().filesystemLabel->text(), u"msdos"_s);
+    QVERIFY(!test.controller().checkButton->isEnabled());
+}
+
+void TestPanel::diskWithPartitions()
+{
+    for (const bool isInternal : { false, true }) {
+        TestController test;
+        test.launch();
+        const MemoryDiskRef disk = makeDisk(u"disk2"_s);
+        disk->description->insert(DAKey::mediaLeaf, false);
+        disk->description->insert(DAKey::deviceInternal, isInternal);
+        test.add(disk);
+        test.select(u"disk2"_s);
+        const auto &panel = test.controller();
+        QCOMPARE(panel.mountUnmountButton->text(), localizedString("EJECT_BUTTON_TITLE"));
+        QCOMPARE(panel.mountUnmountButton->isEnabled(), !isInternal);
+        QVERIFY(!panel.formatButton->isEnabled() && !panel.checkButton->isEnabled()
+            && !panel.repairButton->isEnabled());
+        QCOMPARE(panel.rightTabView->count(), 1);
+        QCOMPARE(panel.wholeDeviceLabel->text(), u"Yes"_s);
+    }
+}
+
+void TestPanel::readOnlyVolumeCanBeChecked()
+{
+    TestController test;
+    writeWholeBundle(test.localDirectory(), u"msdos"_s, u"FAT"_s);
+    test.launch();
+    const MemoryDiskRef volume = makeVolume(u"DATA"_s);
+    volume->description->insert(DAKey::mediaWritable, false);
+    test.add(volume);
+    test.select(u"disk2s1"_s);
+    const auto &panel = test.controller();
+    QVERIFY(panel.checkButton->isEnabled());
+    QVERIFY(!panel.repairButton->isEnabled() && !panel.formatButton->isEnabled());
+    QCOMPARE(panel.rightTabView->indexOf(panel.formatTab), -1);
+    QCOMPARE(panel.rightTabView->indexOf(panel.maintenanceTab), 1);
+}
+
+void TestPanel::deselectingKeepsTheBigIcon()
+{
+    TestController test;
+    writeWholeBundle(test.localDirectory(), u"msdos"_s, u"FAT"_s);
+    test.launch();
+    const MemoryDiskRef volume = makeVolume(u"DATA"_s);
+    mount(test, volume);
+    test.add(volume);
+    test.select(u"disk2s1"_s);
+    const auto &panel = test.controller();
+    const qint64 icon = panel.infoBigImageField->pixmap(Qt::ReturnByValue).cacheKey();
+    panel.leftOutlineView->selectRow(-1);
+    QCOMPARE(panel.infoBigImageField->pixmap(Qt::ReturnByValue).cacheKey(), icon);
+    QVERIFY(!panel.mountUnmountButton->icon().isNull());
+    QCOMPARE(panel.infoNameLabel->text(), localizedString("SELECT_A_DISK_TEXT"));
+    QCOMPARE(panel.infoNameLabel->textInteractionFlags(), Qt::NoTextInteraction);
+    for (const QLabel *label : { panel.infoDiskSpaceLabel, panel.filesystemLabel, panel.bsdNameLabel,
+             panel.wholeDeviceLabel, panel.removableLabel, panel.contentHintLabel, panel.ejectableLabel,
+             panel.preferredBlockSizeLabel }) {
+        QCOMPARE(label->text(), QString());
+        QCOMPARE(label->toolTip(), QString());
+    }
+    QCOMPARE(panel.infoMountedPathView->toPlainText(), QString());
+    QCOMPARE(panel.checkRepairOutputView->toPlainText(), QString());
+    QCOMPARE(panel.mountUnmountButton->text(), localizedString("MOUNT_BUTTON_TITLE"));
+    QVERIFY(!panel.mountUnmountButton->isEnabled() && !panel.formatFilesystemsPopupButton->isEnabled()
+        && !panel.formatVolumeLabelField->isEnabled() && !panel.formatButton->isEnabled()
+        && !panel.checkButton->isEnabled() && !panel.repairButton->isEnabled());
+    QCOMPARE(panel.rightTabView->count(), 1);
+}
+
+void TestPanel::clickOnEmptySpaceDeselects()
+{
+    TestController test;
+    test.launch();
+    test.add(makeDisk(u"disk2"_s));
+    test.select(u"disk2"_s);
+    const OutlineView *const view = test.controller().leftOutlineView;
+    QTest::mouseClick(
+        view->viewport(), Qt::LeftButton, {}, view->viewport()->rect().bottomRight() - QPoint(20, 20));
+    QCOMPARE(view->selectedRow(), -1);
+    QCOMPARE(test.controller().infoNameLabel->text(), localizedString("SELECT_A_DISK_TEXT"));
+}
+
+void TestPanel::labelFieldIsNotTouchedWhileBusy()
+{
+    TestController test;
+    test.launch();
+    test.add(makeVolume(u"DATA"_s));
+    test.select(u"disk2s1"_s);
+    test.controller().formatVolumeLabelField->setText(u"typed"_s);
+    test.recordOf(u"disk2s1"_s)->operationInProgress = true;
+    test.controller().outlineViewSelectionDidChange();
+    QCOMPARE(test.controller().formatVolumeLabelField->text(), u"typed"_s);
+    test.recordOf(u"disk2s1"_s)->operationInProgress = false;
+    test.controller().outlineViewSelectionDidChange();
+    QCOMPARE(test.controller().formatVolumeLabelField->text(), u"DATA"_s);
+}
+
+void TestPanel::longNamesDoNotWidenTheWindow()
+{
+    TestController test;
+    test.launch();
+    const QString name = u"W"_s.repeated(1000);
+    const MemoryDiskRef volume = makeVolume(name);
+    volume->description->insert(DAKey::volumeKind, name);
+    volume->description->insert(DAKey::mediaContent, name);
+    setMounted(volume, QString(u"/media/"_s + name));
+    test.add(volume);
+    test.select(u"disk2s1"_s);
+    QVERIFY(QTest::qWaitForWindowExposed(&test.window()));
+    QCOMPARE(test.window().size(), QSize(800, 450));
+    QVERIFY(test.window().minimumSizeHint().width() <= 720);
+    QCOMPARE(test.controller().outlineViewContainer->width(), 240);
+}
+
+void TestPanel::hostileNamesArePlain()
+{
+    TestController test;
+    test.launch();
+    const QString name = u"<b>x</b> & %1"_s;
+    test.add(makeVolume(name));
+    test.select(u"disk2s1"_s);
+    QCOMPARE(test.controller().infoNameLabel->text(), name);
+    QCOMPARE(test.controller().infoNameLabel->textFormat(), Qt::PlainText);
+    QCOMPARE(test.controller().filesystemLabel->textFormat(), Qt::PlainText);
+}
+
+void TestPanel::menuFollowsTheSelectedSize()
+{
+    TestController test;
+    writeWholeBundle(test.localDirectory(), u"aaa"_s, u"Any"_s);
+    writeWholeBundle(test.localDirectory(), u"bbb"_s, u"Large"_s,
+        "<key>FSFormatMinimumSize</key><integer>1000000000</integer>");
+    test.launch();
+    QComboBox *const menu = test.controller().formatFilesystemsPopupButton;
+    const auto isEnabled = [menu](int row) {
+        return qobject_cast<QStandardItemModel *>(menu->model())->item(row)->isEnabled();
+    };
+    QCOMPARE(menu->count(), 2);
+    QCOMPARE(menu->currentIndex(), -1);
+    QVERIFY(isEnabled(0) && isEnabled(1));
+    test.add(makeDisk(u"disk3"_s));
+    test.add(makeVolume(u"DATA"_s));
+    test.select(u"disk3"_s);
+    menu->setCurrentIndex(1);
+    test.select(u"disk2s1"_s);
+    QVERIFY(isEnabled(0) && !isEnabled(1));
+    QCOMPARE(menu->currentIndex(), 0);
+    test.controller().leftOutlineView->selectRow(-1);
+    QVERIFY(isEnabled(1));
+    QCOMPARE(menu->currentIndex(), 0);
+}
+
+void TestPanel::menuStaysWhenTheBundlesCannotBeRead()
+{
+    TestController test;
+    bool hasMemory = true;
+    test.platform().catalogueMemory.createList
+        = [&hasMemory](std::size_t capacity) -> std::optional<FilesystemBundleList> {
+        return hasMemory ? CatalogueMemory::createFilesystemBundleList(capacity) : std::nullopt;
+    };
+    writeWholeBundle(test.localDirectory(), u"aaa"_s, u"Any"_s);
+    test.launch();
+    QComboBox *const menu = test.controller().formatFilesystemsPopupButton;
+    menu->setCurrentIndex(0);
+    hasMemory = false;
+    test.controller().refreshFilesystems();
+    QCOMPARE(test.log.lines(), QStringList { u"Error while creating filesystem bundle lists."_s });
+    QCOMPARE(menu->count(), 1);
+    QCOMPARE(menu->currentIndex(), 0);
+}
+
+QTEST_MAIN(TestPanel)
+#include "tst_panel.moc"
