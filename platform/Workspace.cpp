@@ -99,7 +99,7 @@ void DesktopWorkspace::openInFileManager(const QString &path, Completion complet
 
 void DesktopWorkspace::openDocument(const QString &path, Completion completion)
 {
-    if (!QFileInfo(path).isReadable()) {
+    if (const QFileInfo document(path); !document.isFile() || !document.isReadable()) {
         answerLater(completion, false);
         return;
     }

@@ -18,8 +18,8 @@ public:
     virtual void openDocument(const QString &path, Completion completion) = 0;
 };
 
-// The desktop that the user sits at, whoever this process runs as: the file manager on the bus of his session,
-// then xdg-open.
+// The desktop that the user sits at, whoever this process runs as: the file manager on the bus of his
+// session, then xdg-open.
 class DesktopWorkspace : public Workspace
 {
 public:

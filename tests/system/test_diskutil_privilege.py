@@ -5,15 +5,18 @@ Runs inside tests/support/with-private-services: polkit is the real one, with th
 """
 
 import os
+import signal
 import subprocess
+import tempfile
 import unittest
 
 DISKUTIL = "/usr/sbin/diskutil"
 USER = 61011
 
-NO_SUCH_DISK_SERVICE = 15
+SERVICE_UNAVAILABLE = 15
 NOT_PERMITTED = 14
 TOOL_MISSING = 11
+INTERRUPTED = 19
 
 
 def as_user(*command, **options):
@@ -62,7 +65,7 @@ class DiskutilPrivilege(unittest.TestCase):
             with self.subTest(verb[0]):
                 code, out, err = run(*verb)
                 # The run as root gets as far as the disk service, which is not on this bus.
-                self.assertEqual(code, NO_SUCH_DISK_SERVICE, err)
+                self.assertEqual(code, SERVICE_UNAVAILABLE, err)
                 self.assertIn("disk service (udisks2) cannot be reached", err)
 
     def test_the_way_to_root_is_missing(self):
@@ -71,10 +74,62 @@ class DiskutilPrivilege(unittest.TestCase):
         self.assertEqual(code, TOOL_MISSING)
         self.assertIn("pkexec could not be started", err)
 
+    def stand_in(self, script):
+        """A folder whose pkexec is this script: what the run as root would do, without its rights."""
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        os.chmod(folder.name, 0o755)
+        path = os.path.join(folder.name, "pkexec")
+        with open(path, "w", encoding="utf-8") as program:
+            program.write("#!/usr/bin/python3\n" + script)
+        os.chmod(path, 0o755)
+        return folder.name + ":/usr/bin:/bin"
+
+    def test_arguments_output_and_status_are_passed_on(self):
+        path = self.stand_in("import sys; print(sys.argv[1:]); sys.exit(8)")
+        code, out, _ = run("eraseVolume", "ext4", "it's; a $(name)", "disk1s1", path=path)
+        self.assertEqual(code, 8)
+        self.assertEqual(out, str([DISKUTIL, "eraseVolume", "ext4", "it's; a $(name)", "disk1s1"]) + "\n")
+
+    def test_the_question_was_closed(self):
+        code, _, err = run("verifyVolume", "disk1s1", path=self.stand_in("raise SystemExit(126)"))
+        self.assertEqual(code, NOT_PERMITTED)
+        self.assertEqual(err, "diskutil: the question for administrator rights was not answered\n")
+
+    # Root's process does not hear the user's signals; it sees that its reader goes.
+    DEAF = """
+import os, signal, sys
+for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
+    signal.signal(number, signal.SIG_IGN)
+signal.signal(signal.SIGPIPE, signal.SIG_IGN)
+try:
+    while True:
+        os.write(1, b"working\\n")
+except BrokenPipeError:
+    os.write(2, b"stopped\\n")
+    sys.exit(19)
+"""
+
+    def test_a_signal_stops_the_run_as_root(self):
+        for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
+            with self.subTest(number), as_user(DISKUTIL, "repairVolume", "disk1s1", path=self.stand_in(self.DEAF)) as process:
+                self.assertEqual(process.stdout.readline(), "working\n")
+                process.send_signal(number)
+                _, err = process.communicate(timeout=30)
+                self.assertEqual(process.returncode, INTERRUPTED)
+                self.assertIn("stopped\n", err)
+
+    def test_a_reader_that_goes_stops_the_run_as_root(self):
+        with as_user(DISKUTIL, "repairVolume", "disk1s1", path=self.stand_in(self.DEAF)) as process:
+            self.assertEqual(process.stdout.readline(), "working\n")
+            process.stdout.close()
+            self.assertEqual(process.wait(timeout=30), INTERRUPTED)
+            self.assertIn("stopped\n", process.stderr.read())
+
     def test_reading_verbs_ask_nobody(self):
         for verb in (["list"], ["info", "disk1"]):
             code, _, err = run(*verb)
-            self.assertEqual(code, NO_SUCH_DISK_SERVICE, err)
+            self.assertEqual(code, SERVICE_UNAVAILABLE, err)
 
     def test_arguments_without_sense_ask_nobody(self):
         code, _, err = run("verifyVolume")
