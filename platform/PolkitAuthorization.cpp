@@ -93,6 +93,7 @@ bool spawnPkexec(const QByteArray &program, const QByteArrayList &arguments, int
     std::vector<QByteArray> words { "pkexec", "--disable-internal-agent", canonicalPath(program) };
     words.insert(words.end(), arguments.begin(), arguments.end());
     std::vector<char *> pointers;
+    pointers.reserve(words.size() + 1);
     for (QByteArray &word : words)
         pointers.push_back(word.data());
     pointers.push_back(nullptr);
@@ -124,7 +125,7 @@ PolkitAuthorization::PolkitAuthorization(QObject *parent)
 
 PolkitAuthorization::~PolkitAuthorization()
 {
-    free();
+    PolkitAuthorization::free();
 }
 
 QDBusPendingCallWatcher *PolkitAuthorization::call(const QDBusMessage &message)
