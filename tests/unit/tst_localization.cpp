@@ -166,8 +166,6 @@ void LocalizationTest::toolkitTextsFollowTheLocalization()
     const QString german = QCoreApplication::translate("QPlatformTheme", "Cancel");
     QVERIFY(loadLocalization(u"en"_s));
     QCOMPARE(QCoreApplication::translate("QPlatformTheme", "Cancel"), u"Cancel"_s);
-    if (german == "Cancel"_L1)
-        QSKIP("Qt's own translations are not installed");
     QCOMPARE(german, u"Abbrechen"_s);
 }
 
