@@ -47,6 +47,7 @@ private Q_SLOTS:
     void followsDisksThatComeAndGo();
     void serviceThatRestartsGivesTheSameTree();
     void mountThatIsRefusedIsReported();
+    void toolAndWindowAgreeOnEveryName();
 };
 
 void TestWindowDisks::listsTheDiskWithoutItsEfiPartition()
@@ -220,6 +221,22 @@ void TestWindowDisks::mountThatIsRefusedIsReported()
         QStringLiteral("Error while mounting %1: No supported file system found.").arg(*empty->bsdName));
     QVERIFY(!empty->operationInProgress);
     window.endSheet(AlertSheet::firstButtonReturn);
+}
+
+void TestWindowDisks::toolAndWindowAgreeOnEveryName()
+{
+    const LoopDisk disk(practiceDisk);
+    RealWindow window;
+    QTRY_COMPARE_WITH_TIMEOUT(window.nodesOfDisk(disk.node()).size(), 3, limit);
+    QByteArray output;
+    QCOMPARE(runProgram(QStringLiteral("/usr/sbin/diskutil"), { QStringLiteral("list") }, &output), 0);
+    QStringList listed; // BSD name and device node of each line
+    for (const QString &line : QString::fromUtf8(output).split(u'\n'))
+        listed.append(line.simplified().section(u' ', 0, 1));
+    for (const QString &node : window.nodesOfDisk(disk.node())) {
+        const QString row = window.recordOf(node)->description() + u' ' + node;
+        QVERIFY2(listed.contains(row), qPrintable(row + u" is not in: " + QString::fromUtf8(output)));
+    }
 }
 
 QTEST_MAIN(TestWindowDisks)
