@@ -26,6 +26,10 @@ public:
     {
         return m_medium.mediaProperties;
     }
+    bool hasSameIOMediaProperties(const std::optional<PropertyDictionary> &properties) const override
+    {
+        return properties && properties->isCopyOf(m_medium.mediaProperties);
+    }
     QString deviceNode() const override { return m_medium.deviceNode; }
     std::optional<qint16> fileSystemSubtype() const override { return m_medium.subtype; }
 
