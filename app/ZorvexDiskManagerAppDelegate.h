@@ -77,6 +77,7 @@ public:
     LinkTextView *infoMountedPathView = nullptr;
     QLabel *filesystemLabel = nullptr;
     QLabel *bsdNameLabel = nullptr;
+    QLabel *deviceNodeLabel = nullptr;
     QLabel *wholeDeviceLabel = nullptr;
     QLabel *removableLabel = nullptr;
     QLabel *contentHintLabel = nullptr;

@@ -3,7 +3,9 @@
 
 #include "ui/ImageAndTextCell.h"
 #include "ui/OutlineModel.h"
+#include "ui/tool_tips.h"
 
+#include <QClipboard>
 #include <QGuiApplication>
 #include <QHelpEvent>
 #include <QMouseEvent>
@@ -214,10 +216,10 @@ QRect OutlineView::visualRect(const QModelIndex &index) const
     return base.isEmpty() ? base : frameOfCellAtColumn(index.column(), rowForItem(m_model->itemAt(index)));
 }
 
-bool OutlineView::isCut(int row)
+void OutlineView::copy()
 {
-    const OutlineItem item = itemAtRow(row);
-    return item && preparedCell(item)->cellSize().width() > frameOfCellAtColumn(0, row).width();
+    if (currentIndex().isValid())
+        QGuiApplication::clipboard()->setText(currentIndex().data().toString());
 }
 
 bool OutlineView::viewportEvent(QEvent *event)
@@ -226,10 +228,8 @@ bool OutlineView::viewportEvent(QEvent *event)
         return QTreeView::viewportEvent(event);
     const auto *help = static_cast<QHelpEvent *>(event);
     const QModelIndex index = indexAt(help->pos());
-    const bool isWanted = index.isValid() && isCut(rowForItem(m_model->itemAt(index)));
-    // A tool tip guesses whether its text is markup.
-    QToolTip::showText(
-        help->globalPos(), isWanted ? index.data().toString().toHtmlEscaped() : QString(), this);
+    // The whole of a name that is cut, and the state that the row tells by its shade.
+    QToolTip::showText(help->globalPos(), plainToolTip(index.data(Qt::AccessibleTextRole).toString()), this);
     return true;
 }
 

@@ -59,10 +59,11 @@ public:
     virtual QRect frameOfOutlineCellAtRow(int row) const;
     virtual QRect frameOfCellAtColumn(int column, int row) const;
 
-    // Whether the name in the row does not fit into its cell.
-    bool isCut(int row);
-
     QRect visualRect(const QModelIndex &index) const override;
+
+public Q_SLOTS:
+    // Puts the name of the selected row on the clipboard.
+    void copy();
 
 protected:
     void drawRow(
