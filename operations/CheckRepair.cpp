@@ -81,9 +81,9 @@ void ZorvexDiskManagerAppDelegate::doCheckRepair(
 {
     CheckRepairContext context { disk, *relay };
     std::optional<QString> message;
-    const qint32 code = invokeDiskutilWithVerb(verbFor(isRepair),
-        QStringLiteral("'/dev/%1'").arg(disk->description()), HandleCheckRepairOutput, &context, message,
-        pipe);
+    const qint32 code
+        = invokeDiskutilWithVerb(verbFor(isRepair), QStringLiteral("'/dev/%1'").arg(disk->description()),
+            HandleCheckRepairOutput, &context, message, pipe);
     if (code != 0)
         systemLog(QStringLiteral("Error returned by invokeDiskutilWithVerb: %1").arg(code));
     if (message)

@@ -14,8 +14,7 @@ namespace {
 bool isLiteral(char c)
 {
     const auto byte = static_cast<unsigned char>(c);
-    const bool isLetterOrDigit
-        = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
+    const bool isLetterOrDigit = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
     return isLetterOrDigit || byte >= 0x80 || (c != '\0' && std::strchr(" /_-.,:+@", c) != nullptr);
 }
 

@@ -30,8 +30,9 @@ public:
 };
 
 // Whether the shell would make nothing of the command but one program with literal arguments, its standard
-// error in its standard output at most. Arguments come from media and bundles: a quote in a volume's name ends
-// the quotes that it stands in, and what follows must not become another command, comment or redirection.
+// error in its standard output at most. Arguments come from media and bundles: a quote in a volume's name
+// ends the quotes that it stands in, and what follows must not become another command, comment or
+// redirection.
 bool isSingleProgram(const QByteArray &command);
 
 // Logs every command that it is given, before it is run.

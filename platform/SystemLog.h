@@ -8,8 +8,8 @@
 #include <functional>
 #include <memory>
 
-// Writes one line. Line breaks, control characters and what turns the direction of text are written as escapes,
-// so that what a disk or a bundle says can neither forge a second line nor rearrange this one.
+// Writes one line. Line breaks, control characters and what turns the direction of text are written as
+// escapes, so that what a disk or a bundle says can neither forge a second line nor rearrange this one.
 void systemLog(const QString &line);
 
 // While an object of this class lives, every line goes to its handler instead of the system log. The handler

@@ -107,6 +107,14 @@ void LoopDisk::detach()
         runProgram(QStringLiteral("udisksctl"),
             { QStringLiteral("unmount"), QStringLiteral("--force"), QStringLiteral("--block-device"),
                 node(i) });
+    }
+    pull();
+}
+
+void LoopDisk::pull()
+{
+    requireOurs();
+    for (int i = 1; i <= m_partitionCount; ++i) {
         for (const QString &point : mountPointsOf(node(i)))
             run(QStringLiteral("umount"), { QStringLiteral("--lazy"), point });
     }

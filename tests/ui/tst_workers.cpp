@@ -256,7 +256,8 @@ void TestWorkers::noThreadLeft()
     click();
     QTRY_COMPARE(test.sheets().size(), 1);
     QCOMPARE(test.sheets().constFirst()->informativeText(),
-        u"Error while invoking diskutil command to %1 volume: Resource temporarily unavailable (11)"_s.arg(noun));
+        u"Error while invoking diskutil command to %1 volume: Resource temporarily unavailable (11)"_s.arg(
+            noun));
     press(test.sheets().constFirst(), AlertSheet::firstButtonReturn);
     QVERIFY(!record->operationInProgress && !record->operationInProgressShowFormatTab
         && !record->operationInProgressShowMaintenanceTab);

@@ -318,8 +318,8 @@ void TestDiskutilRunner::shellRunsOneProgramAndNothingElse()
     label.replace(u"TRAP"_s, trap);
     // The last argument is the device, whatever the label makes of the others.
     ScriptPipe pipe("for a; do :; done; [ \"$a\" = /dev/disk2s1 ] || : >'" + QFile::encodeName(trap) + '\'');
-    invokeDiskutilWithVerb(u"eraseVolume"_s, u"'ext4' '%1' '/dev/disk2s1'"_s.arg(label), nullptr, nullptr,
-        m_message, pipe);
+    invokeDiskutilWithVerb(
+        u"eraseVolume"_s, u"'ext4' '%1' '/dev/disk2s1'"_s.arg(label), nullptr, nullptr, m_message, pipe);
     QVERIFY2(!QFile::exists(trap), "the label was run");
     // It goes to the shell as it stands.
     QCOMPARE(QString::fromUtf8(pipe.command()),

@@ -33,8 +33,8 @@ constexpr unsigned short terminalRows = 24;
 
 constexpr mode_t usualMask = 022;
 
-// What the program would inherit from whoever started diskutil, besides its environment: open files, signals that
-// are ignored or held back, the mask of new files. Safe between fork and exec.
+// What the program would inherit from whoever started diskutil, besides its environment: open files, signals
+// that are ignored or held back, the mask of new files. Safe between fork and exec.
 void forgetCaller()
 {
     close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC);

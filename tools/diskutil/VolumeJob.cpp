@@ -189,15 +189,14 @@ void VolumeJob::runNextCommand()
     handOver();
 }
 
-// Between the first look and here the medium may have been pulled and its name given to another, it may have been
-// mounted, and the bundle may have been changed.
+// Between the first look and here the medium may have been pulled and its name given to another, it may have
+// been mounted, and the bundle may have been changed.
 std::optional<Refusal> VolumeJob::refusalOfHandOver() const
 {
     if (!m_identity || m_device->identity() != m_identity)
         return Refusal { ExitCode::MediumChanged,
             u"%1 is not the medium any more that it was"_s.arg(m_medium.deviceNode) };
-    if (auto refusal
-        = refusalOfDevice(m_operation, m_medium, readDeviceSituation(m_medium, m_media.media())))
+    if (auto refusal = refusalOfDevice(m_operation, m_medium, readDeviceSituation(m_medium, m_media.media())))
         return refusal;
     return refusalOfTool(m_bundle, readToolSituation(m_bundle, m_tool));
 }

@@ -125,8 +125,8 @@ int runAsRoot(const QStringList &arguments, Console &console)
     return QCoreApplication::exec();
 }
 
-// A caller may leave out the standard descriptors. The next file to be opened, such as a device, would become one of
-// them, and be written to.
+// A caller may leave out the standard descriptors. The next file to be opened, such as a device, would become
+// one of them, and be written to.
 void openMissingStandardDescriptors()
 {
     for (int fd = open("/dev/null", O_RDWR); fd >= 0; fd = dup(fd)) {
