@@ -91,7 +91,8 @@ QString FaultCheck::problem(const QStringList &alerts)
     const bool isQuiet = QTest::qWaitFor(
         [&] { return busyRows().isEmpty() && leftChildren().isEmpty() && told() == alerts; }, limit);
     if (!isQuiet)
-        return QStringLiteral("marked as busy: \"%1\", processes that are left: \"%2\", told: \"%3\", not \"%4\"")
+        return QStringLiteral(
+            "marked as busy: \"%1\", processes that are left: \"%2\", told: \"%3\", not \"%4\"")
             .arg(busyRows().join(u' '), leftChildren().join(u'|'), told().join(u'|'), alerts.join(u'|'));
     if (!windowAnswers())
         return QStringLiteral("the window does not answer");

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// A file system of the test's own, dropped into the local directory, that serves ext4 volumes before all others. Its
-// tools say that they have begun, then wait until the test lets them go on. For tests inside in-staged-root.
+// A file system of the test's own, dropped into the local directory, that serves ext4 volumes before all
+// others. Its tools say that they have begun, then wait until the test lets them go on. For tests inside
+// in-staged-root.
 #pragma once
 
 #include "tests/support/LoopDisk.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The disk service and the bus fail at every step of an operation: killed, hanging, gone and back. The service is a
-// real one on a bus of the test's own, because it is killed; it works on real loop disks.
+// The disk service and the bus fail at every step of an operation: killed, hanging, gone and back. The
+// service is a real one on a bus of the test's own, because it is killed; it works on real loop disks.
 #include "tests/support/FaultCheck.h"
 #include "tests/support/PatientFileSystem.h"
 
@@ -204,8 +204,8 @@ void TestServiceFaults::killedDuring()
     }
     QTRY_VERIFY_WITH_TIMEOUT(!record->operationInProgress, limit);
     QVERIFY(scene.volume());
-    QCOMPARE(
-        scene.check.problem(alert.isEmpty() ? QStringList() : QStringList(alert.arg(*record->bsdName))), QString());
+    QCOMPARE(scene.check.problem(alert.isEmpty() ? QStringList() : QStringList(alert.arg(*record->bsdName))),
+        QString());
     if (operation == u"format"_s || operation == u"rename"_s)
         QCOMPARE(probed(scene.disk.node(1), u"LABEL"_s), u"Renewed"_s);
 }
@@ -260,8 +260,8 @@ void TestServiceFaults::killedWhileForceIsOffered_data()
     QTest::newRow("eject, force") << u"eject"_s << true;
 }
 
-// The service dies while it is asked to unmount: the volume was not unmounted, so force is offered, and by then there
-// is a service again.
+// The service dies while it is asked to unmount: the volume was not unmounted, so force is offered, and by
+// then there is a service again.
 void TestServiceFaults::killedWhileForceIsOffered()
 {
     QFETCH(const QString, operation);
