@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/SystemLog.h"
 
+#include "platform/disturbing_characters.h"
+
 #include <cstdio>
 #include <cstring>
 #include <mutex>
@@ -34,7 +36,7 @@ QString escapedForLog(const QString &text)
             result += QLatin1String("\\r");
         else if (c == u'\t')
             result += QLatin1String("\\t");
-        else if (c.category() == QChar::Other_Control)
+        else if (disturbsLine(c))
             result += QStringLiteral("\\u{%1}").arg(c.unicode(), 0, 16);
         else
             result += c;

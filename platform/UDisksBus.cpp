@@ -8,7 +8,9 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusVariant>
+#include <QTimer>
 
+#include <chrono>
 #include <climits>
 #include <utility>
 
@@ -17,6 +19,8 @@ namespace {
 // A question to the user for a password counts as time of the call, and so does an eject that flushes a slow
 // disk: no call is given up.
 constexpr int noTimeLimit = INT_MAX;
+
+constexpr std::chrono::seconds reconnectInterval { 1 };
 
 const QString objectManager = QStringLiteral("org.freedesktop.DBus.ObjectManager");
 const QString busService = QStringLiteral("org.freedesktop.DBus");
@@ -35,9 +39,10 @@ QDBusMessage busCall(const QString &method, const QVariantList &arguments)
 
 } // namespace
 
-UDisksBus::UDisksBus(const QDBusConnection &bus, QObject *parent)
+UDisksBus::UDisksBus(const QDBusConnection &bus, std::function<QDBusConnection()> reconnect, QObject *parent)
     : QObject(parent)
     , m_bus(bus)
+    , m_reconnect(std::move(reconnect))
 {
     registerUDisksTypes();
 }
@@ -65,6 +70,8 @@ void UDisksBus::watchOwner()
 {
     m_bus.connect(busService, busPath, busService, QStringLiteral("NameOwnerChanged"), { UDisks::service },
         {}, this, SLOT(nameOwnerChanged(QString, QString, QString)));
+    m_bus.connect({}, QStringLiteral("/org/freedesktop/DBus/Local"),
+        QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), this, SLOT(busLost()));
 }
 
 QDBusPendingCallWatcher *UDisksBus::callBus(const QString &method, const QVariantList &arguments)
@@ -183,14 +190,40 @@ void UDisksBus::nameOwnerChanged(const QString &name, const QString &oldOwner, c
     Q_UNUSED(oldOwner)
     if (name != UDisks::service || newOwner == m_owner)
         return;
-    if (!m_owner.isEmpty()) {
-        forget();
-        Q_EMIT listed(false);
-    }
+    if (!m_owner.isEmpty())
+        serviceLost();
     // The service exports its objects before it takes its name, and tells nobody of them: they must be asked
     // for.
     if (!newOwner.isEmpty())
         follow(newOwner);
+    else
+        startService();
+}
+
+void UDisksBus::serviceLost()
+{
+    forget();
+    Q_EMIT listed(false);
+}
+
+void UDisksBus::busLost()
+{
+    systemLog(QStringLiteral("The connection to the system bus is lost."));
+    serviceLost();
+    if (m_reconnect)
+        QTimer::singleShot(reconnectInterval, this, &UDisksBus::tryReconnect);
+}
+
+// Nobody can tell that a bus is there again, for want of a bus.
+void UDisksBus::tryReconnect()
+{
+    const QDBusConnection bus = m_reconnect();
+    if (!bus.isConnected()) {
+        QTimer::singleShot(reconnectInterval, this, &UDisksBus::tryReconnect);
+        return;
+    }
+    m_bus = bus;
+    start();
 }
 
 void UDisksBus::interfacesAdded(const QDBusMessage &message)

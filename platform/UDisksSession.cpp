@@ -78,13 +78,22 @@ void logHarmfulName(const UDisksStore &store, const UDisksDisk &disk)
                       .arg(disk.medium().facts.bsdName));
 }
 
+// Qt keeps what it calls the system bus for ever, also when it is lost.
+QDBusConnection connectAgain()
+{
+    static const QString name = QStringLiteral("zorvex-system-bus");
+    QDBusConnection::disconnectFromBus(name);
+    return QDBusConnection::connectToBus(QDBusConnection::SystemBus, name);
+}
+
 class UDisksSession : public DASession
 {
 public:
-    UDisksSession(FileSystemClaims claims, const QDBusConnection &bus, BlockDeviceFactsReader readFacts)
+    UDisksSession(FileSystemClaims claims, const QDBusConnection &bus,
+        std::function<QDBusConnection()> reconnect, BlockDeviceFactsReader readFacts)
         : m_claims(std::move(claims))
         , m_readFacts(std::move(readFacts))
-        , m_bus(bus)
+        , m_bus(bus, std::move(reconnect))
         , m_requests(m_bus)
     {
         QObject::connect(
@@ -147,12 +156,14 @@ public:
     }
 
 private:
-    // The object path of a medium that is present. When it has gone, the request is answered (later, as every
-    // request is) and the path is empty.
+    // The object path of a medium that is present; it may have been reported anew, by a service that was
+    // started again. When it has gone, the request is answered (later, as every request is) and the path is
+    // empty.
     QString presentPath(const DADiskRef &disk, const DADiskCompletion &completion)
     {
         const auto known = std::dynamic_pointer_cast<UDisksDisk>(disk);
-        if (known && m_disks.value(known->path()) == known)
+        const UDisksDiskRef present = known ? m_disks.value(known->path()) : nullptr;
+        if (present && present->medium().facts.bsdName == known->medium().facts.bsdName)
             return known->path();
         QTimer::singleShot(
             0, &m_bus, [disk, completion] { completion(disk, makeDissenter(DAReturn::NotFound)); });
@@ -253,21 +264,29 @@ private:
     UDisksRequests m_requests;
 };
 
+std::unique_ptr<DASession> makeSession(FileSystemClaims claims, const QDBusConnection &bus,
+    std::function<QDBusConnection()> reconnect, BlockDeviceFactsReader readFacts, UDisksListing listing)
+{
+    if (!bus.isConnected())
+        return nullptr;
+    auto session = std::make_unique<UDisksSession>(
+        std::move(claims), bus, std::move(reconnect), std::move(readFacts));
+    if (listing == UDisksListing::Ahead)
+        session->listAhead();
+    return session;
+}
+
 } // namespace
 
 std::unique_ptr<DASession> createUDisksSession(FileSystemClaims claims, UDisksListing listing)
 {
-    return createUDisksSession(
-        std::move(claims), QDBusConnection::systemBus(), readBlockDeviceFacts, listing);
+    return makeSession(
+        std::move(claims), QDBusConnection::systemBus(), connectAgain, readBlockDeviceFacts, listing);
 }
 
+// A bus of the caller's is the caller's to make anew.
 std::unique_ptr<DASession> createUDisksSession(FileSystemClaims claims, const QDBusConnection &bus,
     BlockDeviceFactsReader readFacts, UDisksListing listing)
 {
-    if (!bus.isConnected())
-        return nullptr;
-    auto session = std::make_unique<UDisksSession>(std::move(claims), bus, std::move(readFacts));
-    if (listing == UDisksListing::Ahead)
-        session->listAhead();
-    return session;
+    return makeSession(std::move(claims), bus, nullptr, std::move(readFacts), listing);
 }

@@ -114,7 +114,9 @@ void TestCheckRepair::verdictOfACheck()
     QCOMPARE(test.sheets().size(), 1);
     QCOMPARE(test.alertText(),
         QStringLiteral("Encountered errors when checking the volume.\nFilesystem needs to be repaired."));
-    QCOMPARE(test.log.lines().join(u' '), QStringLiteral("Error returned by invokeDiskutilWithVerb: 5"));
+    QCOMPARE(test.log.lines().size(), 2); // what was run, and what came of it
+    QVERIFY(test.log.lines().constFirst().endsWith(QStringLiteral("' 'verifyVolume' '/dev/disk2s1' 2>&1")));
+    QCOMPARE(test.log.lines().constLast(), QStringLiteral("Error returned by invokeDiskutilWithVerb: 5"));
     QCOMPARE(test.shown(), QStringLiteral("broken\n"));
 }
 
