@@ -5,6 +5,8 @@
 #include "tests/soak/LiveHeap.h"
 #include "ui/OutlineView.h"
 
+#include <QPixmapCache>
+
 #include <cstdio>
 
 namespace {
@@ -126,6 +128,7 @@ void SoakRun::weigh()
         window->window().resize(window->window().minimumSize()); // its picture is the larger part of it
         window->controller().leftOutlineView->selectRow(-1);
     }
+    QPixmapCache::clear(); // has a limit of its own, which it is far from at the first weighing
     m_world.settle();
     m_lastWeight = liveHeap();
     if (!m_firstWeight)
