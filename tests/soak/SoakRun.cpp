@@ -130,6 +130,8 @@ void SoakRun::weigh()
     }
     QPixmapCache::clear(); // has a limit of its own, which it is far from at the first weighing
     m_world.settle();
+    for (RealWindow *window : { m_world.standing.get(), m_world.changing.get() })
+        window->window().repaint(); // makes the picture of the new size
     m_lastWeight = liveHeap();
     if (!m_firstWeight)
         m_firstWeight = m_lastWeight;
