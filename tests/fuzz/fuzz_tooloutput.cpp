@@ -35,7 +35,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const int status = data[0] | data[1] << 8;
     for (const char16_t *verb : { u"eraseVolume", u"verifyVolume", u"repairVolume" }) {
         const auto failure = decodeDiskutilStatus(status, QString::fromUtf16(verb));
-        require(!failure == (status == 0));
+        // A core dump without a signal is no failure; nor is anything else but a signal, a stop or an exit
+        // code.
+        require(!failure == ((status & 0xFF7F) == 0));
         require(!failure || (failure->code != 0 && !failure->message.isEmpty()));
     }
 
