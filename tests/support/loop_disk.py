@@ -63,7 +63,7 @@ class DiskService:
 class LoopDisk:
     """A disk in an image file, with one or more partitions of the given sizes in MiB."""
 
-    def __init__(self, service, partition_sizes, read_only=False):
+    def __init__(self, service, partition_sizes, read_only=False, with_partitions=True):
         self.service = service
         self.folder = tempfile.TemporaryDirectory(prefix="zorvex-disk.")
         self.image = os.path.join(self.folder.name, "disk.img")
@@ -77,18 +77,29 @@ class LoopDisk:
         self.node = run("losetup", "--find", "--show", *options, self.image).strip()
         self.partitions = [f"{self.node}p{i + 1}" for i in range(len(partition_sizes))]
         try:
-            self.add_partitions()
+            # A former user of the loop device may have left partitions behind, of which nobody would be told anew.
+            self.delete_partitions()
+            if with_partitions:
+                self.add_partitions()
         except BaseException:
             self.close()
             raise
 
     def add_partitions(self):
+        """Has the kernel make them, and waits for the disk service."""
         self.check_ours()
-        # A former user of the loop device may have left partitions behind, of which nobody would be told anew.
-        subprocess.run(["partx", "--delete", self.node], capture_output=True)
         run("partx", "--add", self.node)
         for node in self.partitions:
             self.service.wait(f"{node} is known", lambda: self.service.property(node, "Block", "Size"))
+
+    def delete_partitions(self):
+        """Those that the kernel has, whatever the table says."""
+        self.check_ours()
+        run("udevadm", "settle", f"--timeout={LIMIT}")  # who looks at a partition keeps it from being taken away
+        name = os.path.basename(self.node)
+        for entry in os.listdir(f"/sys/block/{name}"):
+            if entry.startswith(f"{name}p"):
+                run("delpart", self.node, entry.rpartition("p")[2])
 
     def check_ours(self):
         """A device is written to only after this."""
@@ -100,7 +111,7 @@ class LoopDisk:
         for node in [self.node, *self.partitions]:
             if self.service.is_mounted(node):
                 subprocess.run(["udisksctl", "unmount", "--block-device", node], capture_output=True)
-        subprocess.run(["partx", "--delete", self.node], capture_output=True)
+        self.delete_partitions()
         run("losetup", "--detach", self.node)
         self.folder.cleanup()
 
