@@ -47,14 +47,13 @@ QString escapedForLog(const QString &text)
 void systemLog(const QString &line)
 {
     const QString text = escapedForLog(line);
-    std::function<void(const QString &)> handler;
     {
+        // Held while the handler runs: whoever takes the redirection away waits for a worker that is in it.
         const std::lock_guard lock(logTarget().mutex);
-        handler = logTarget().handler;
-    }
-    if (handler) {
-        handler(text);
-        return;
+        if (logTarget().handler) {
+            logTarget().handler(text);
+            return;
+        }
     }
     const QByteArray bytes = text.toUtf8();
     syslog(LOG_USER | LOG_NOTICE, "%s", bytes.constData());

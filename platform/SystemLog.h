@@ -13,7 +13,8 @@
 void systemLog(const QString &line);
 
 // While an object of this class lives, every line goes to its handler instead of the system log. The handler
-// is called on the thread that logs. One at a time.
+// is called on the thread that logs, by one thread at a time, and must not log itself; none is left in it
+// when the object has gone. One at a time.
 class SystemLogRedirection
 {
 public:

@@ -25,7 +25,17 @@ constexpr std::chrono::seconds reconnectInterval { 1 };
 const QString objectManager = QStringLiteral("org.freedesktop.DBus.ObjectManager");
 const QString busService = QStringLiteral("org.freedesktop.DBus");
 const QString busPath = QStringLiteral("/org/freedesktop/DBus");
+// For an answer of the bus itself, before there is a window: a bus that is slower has its answer taken later.
+constexpr int longestWait = 100; // milliseconds
+
 const QString propertiesInterface = QStringLiteral("org.freedesktop.DBus.Properties");
+
+QDBusMessage busCall(const QString &method, const QVariantList &arguments)
+{
+    auto message = QDBusMessage::createMethodCall(busService, busPath, busService, method);
+    message.setArguments(arguments);
+    return message;
+}
 
 } // namespace
 
@@ -41,18 +51,32 @@ UDisksBus::~UDisksBus() = default;
 
 void UDisksBus::start()
 {
+    watchOwner();
+    askOwner();
+}
+
+void UDisksBus::startAtOnce()
+{
+    watchOwner();
+    const QDBusPendingReply<QString> reply
+        = m_bus.call(busCall(QStringLiteral("GetNameOwner"), { UDisks::service }), QDBus::Block, longestWait);
+    if (reply.isValid())
+        follow(reply.value());
+    else
+        askOwner();
+}
+
+void UDisksBus::watchOwner()
+{
     m_bus.connect(busService, busPath, busService, QStringLiteral("NameOwnerChanged"), { UDisks::service },
         {}, this, SLOT(nameOwnerChanged(QString, QString, QString)));
     m_bus.connect({}, QStringLiteral("/org/freedesktop/DBus/Local"),
         QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), this, SLOT(busLost()));
-    askOwner();
 }
 
 QDBusPendingCallWatcher *UDisksBus::callBus(const QString &method, const QVariantList &arguments)
 {
-    auto message = QDBusMessage::createMethodCall(busService, busPath, busService, method);
-    message.setArguments(arguments);
-    return new QDBusPendingCallWatcher(m_bus.asyncCall(message, noTimeLimit), this);
+    return new QDBusPendingCallWatcher(m_bus.asyncCall(busCall(method, arguments), noTimeLimit), this);
 }
 
 // Signals are asked for by the service's unique name: Qt would look up the owner of any other name at once,

@@ -33,6 +33,10 @@ public:
     // Starts the service if need be, subscribes to its signals, then lists its objects.
     void start();
 
+    // The same for a caller that has no event loop yet: asks the bus, not the service, who the service is and
+    // waits for the answer, so that the listing is on its way when this returns.
+    void startAtOnce();
+
     const UDisksStore &store() const { return m_store; }
 
     // Calls a method of an object of the service. The reply is not run when this object goes first.
@@ -62,6 +66,7 @@ private Q_SLOTS:
     void busLost();
 
 private:
+    void watchOwner();
     void serviceLost();
     void tryReconnect();
     void askOwner();

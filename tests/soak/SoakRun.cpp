@@ -5,6 +5,8 @@
 #include "tests/soak/LiveHeap.h"
 #include "ui/OutlineView.h"
 
+#include <QPixmapCache>
+
 #include <cstdio>
 
 namespace {
@@ -126,7 +128,10 @@ void SoakRun::weigh()
         window->window().resize(window->window().minimumSize()); // its picture is the larger part of it
         window->controller().leftOutlineView->selectRow(-1);
     }
+    QPixmapCache::clear(); // has a limit of its own, which it is far from at the first weighing
     m_world.settle();
+    for (RealWindow *window : { m_world.standing.get(), m_world.changing.get() })
+        window->window().repaint(); // makes the picture of the new size
     m_lastWeight = liveHeap();
     if (!m_firstWeight)
         m_firstWeight = m_lastWeight;

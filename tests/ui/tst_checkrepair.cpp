@@ -9,6 +9,7 @@
 #include "ui/OutlineView.h"
 #include "ui/OutputView.h"
 
+#include <QAccessible>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QProgressBar>
@@ -164,6 +165,10 @@ void TestCheckRepair::progressIsShownInTheBar()
     const auto *bar = test.controller().maintenanceOperationBar->findChild<QProgressBar *>();
     QTRY_COMPARE(bar->value(), 42);
     QCOMPARE(bar->maximum(), 100);
+    QAccessibleInterface *const told = QAccessible::queryAccessibleInterface(const_cast<QProgressBar *>(bar));
+    QCOMPARE(told->role(), QAccessible::ProgressBar);
+    QCOMPARE(told->text(QAccessible::Name), QStringLiteral("Checking disk2s1…"));
+    QCOMPARE(told->valueInterface()->currentValue().toInt(), 42);
     test.release();
     QTRY_VERIFY(!test.record->operationInProgress);
 }
