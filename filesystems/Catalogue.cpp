@@ -5,6 +5,7 @@
 
 #include "filesystems/display_name.h"
 #include "filesystems/format_menu_rules.h"
+#include "platform/disturbing_characters.h"
 #include "platform/SystemLog.h"
 #include "ui/OutlineView.h"
 
@@ -55,9 +56,10 @@ void ZorvexDiskManagerAppDelegate::refreshFormatFilesystemsPopupButton()
     if (const OutlineItem disk = selectedDisk())
         mediaSize = disk->mediaSize ? disk->mediaSize->longLongValue() : 0;
 
-    const FormatMenu menu
-        = formatMenuItems(formatFilesystemBundlesList.value_or(FilesystemBundleList()), mediaSize, remembered,
-            [this](const ZorvexDiskManagerFSBundle &bundle) { return getFilesystemTypeString(bundle); });
+    const FormatMenu menu = formatMenuItems(formatFilesystemBundlesList.value_or(FilesystemBundleList()),
+        mediaSize, remembered, [this](const ZorvexDiskManagerFSBundle &bundle) {
+            return nameToShow(getFilesystemTypeString(bundle));
+        });
 
     const QSignalBlocker blocker(popup);
     // The same menu stays: the user may have it open.

@@ -153,16 +153,6 @@ QString mbrContent(const QString &type)
     return name == names.constEnd() ? QStringLiteral("0x%1").arg(number, 2, 16, QLatin1Char('0')) : *name;
 }
 
-QString harmlessName(const QString &name)
-{
-    QString result = name;
-    for (QChar &c : result) {
-        if (disturbsLine(c))
-            c = QChar(QChar::ReplacementCharacter);
-    }
-    return result;
-}
-
 std::optional<UDisksMedium> readUDisksMedium(const UDisksStore &store, const QString &path,
     const FileSystemClaims &claims, const BlockDeviceFactsReader &readFacts)
 {

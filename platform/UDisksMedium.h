@@ -28,9 +28,5 @@ using BlockDeviceFactsReader = std::function<std::optional<BlockDeviceFacts>(con
 std::optional<UDisksMedium> readUDisksMedium(const UDisksStore &store, const QString &path,
     const FileSystemClaims &claims, const BlockDeviceFactsReader &readFacts);
 
-// The text with control characters, and characters that reorder the text around them, replaced by U+FFFD: a
-// name on a disk must not be able to pass for another.
-QString harmlessName(const QString &name);
-
 // The content hint of a partition of an MBR disk, from its type as UDisks2 writes it ("0x83").
 QString mbrContent(const QString &type);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/UDisksSession.h"
 
+#include "platform/disturbing_characters.h"
 #include "platform/SystemLog.h"
 #include "platform/UDisksBus.h"
 #include "platform/UDisksMedium.h"

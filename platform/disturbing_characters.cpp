@@ -10,3 +10,20 @@ bool disturbsLine(QChar c)
     return reorders || category == QChar::Other_Control || category == QChar::Separator_Line
         || category == QChar::Separator_Paragraph;
 }
+
+QString harmlessName(const QString &name)
+{
+    QString result = name;
+    for (QChar &c : result) {
+        if (disturbsLine(c))
+            c = QChar(QChar::ReplacementCharacter);
+    }
+    return result;
+}
+
+QString nameToShow(const QString &name)
+{
+    if (name.size() <= longestShownName)
+        return harmlessName(name);
+    return harmlessName(name.left(longestShownName - 1)) + QChar(0x2026);
+}

@@ -3,6 +3,7 @@
 // The right-hand side of the window: rebuilt whole from the selected disk, and nowhere else.
 #include "app/ZorvexDiskManagerAppDelegate.h"
 
+#include "platform/disturbing_characters.h"
 #include "platform/Localization.h"
 #include "ui/direction_rules.h"
 #include "ui/font_rules.h"
@@ -105,7 +106,7 @@ QString ZorvexDiskManagerAppDelegate::filesystemTextOf(const ZorvexDiskManagerDi
     if (!disk.volumeKind)
         return {};
     const ZorvexDiskManagerFSBundle *bundle = PanelRules::namingBundle(disk, allFilesystemBundlesList);
-    return bundle ? getFilesystemTypeString(*bundle) : *disk.volumeKind;
+    return nameToShow(bundle ? getFilesystemTypeString(*bundle) : *disk.volumeKind);
 }
 
 QString ZorvexDiskManagerAppDelegate::leftToRightInWindow(const QString &text) const

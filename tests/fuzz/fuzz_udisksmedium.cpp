@@ -2,6 +2,7 @@
 //
 // What the disk service says of a disk and a partition on it, with values of any type and text.
 #include "disks/description_rules.h"
+#include "platform/disturbing_characters.h"
 #include "platform/UDisksMedium.h"
 
 #include <fuzzer/FuzzedDataProvider.h>

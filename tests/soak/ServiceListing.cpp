@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/soak/ServiceListing.h"
 
+#include "platform/disturbing_characters.h"
 #include "platform/UDisksMedium.h"
 
 #include <QDBusArgument>

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/FaultCheck.h"
 
+#include "tests/support/WindowTime.h"
 #include "ui/AlertSheet.h"
 #include "ui/OutlineView.h"
 
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QTest>
 
@@ -52,11 +52,10 @@ FaultCheck::FaultCheck(RealWindow &window)
 bool FaultCheck::windowAnswers() const
 {
     bool hasAnswered = false;
-    QElapsedTimer timer;
-    timer.start();
+    const WindowTime time;
     QMetaObject::invokeMethod(
         &m_window.window(), [&] { hasAnswered = !m_window.window().grab().isNull(); }, Qt::QueuedConnection);
-    return QTest::qWaitFor([&] { return hasAnswered; }, answerLimit) && timer.elapsed() <= answerLimit;
+    return QTest::qWaitFor([&] { return hasAnswered; }, limit) && time.milliseconds() <= answerLimit;
 }
 
 QStringList FaultCheck::busyRows() const

@@ -4,6 +4,7 @@
 #include "tests/support/FakeUDisks.h"
 
 #include "platform/DiskArbitration.h"
+#include "platform/disturbing_characters.h"
 #include "platform/UDisksError.h"
 #include "platform/UDisksMedium.h"
 
