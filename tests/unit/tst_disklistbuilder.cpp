@@ -228,6 +228,8 @@ void TestDiskListBuilder::sameTreeAsBuildingAnew()
             if (!present.empty() && random.happens(oddity.registryChange)) {
                 const MemoryDiskRef &changed
                     = present[static_cast<std::size_t>(random.below(static_cast<int>(present.size())))];
+                if (!changed->mediaProperties)
+                    changed->mediaProperties.emplace();
                 changed->mediaProperties->insert(
                     IOMediaKey::base, PropertyNumber(qint64 { random.below(4000) }));
             }
