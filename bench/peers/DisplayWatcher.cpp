@@ -8,10 +8,10 @@
 #include <sys/ipc.h>
 #include <sys/shm.h>
 
+#include <X11/extensions/Xdamage.h>
+#include <X11/extensions/XShm.h>
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
-#include <X11/extensions/XShm.h>
-#include <X11/extensions/Xdamage.h>
 
 namespace {
 

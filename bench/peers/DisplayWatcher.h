@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// What an X display shows and when it changed, seen from outside of the program that draws: the same ruler for every
-// program. What fails ends the benchmark with a message.
+// What an X display shows and when it changed, seen from outside of the program that draws: the same ruler
+// for every program. What fails ends the benchmark with a message.
 #pragma once
 
 #include <cstdint>

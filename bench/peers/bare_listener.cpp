@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The floor of hot-plug: writes a line for each signal of the disk service as soon as it is here, "TIME PATH", with
-// the time in nanoseconds of the monotonic clock.
+// The floor of hot-plug: writes a line for each signal of the disk service as soon as it is here, "TIME
+// PATH", with the time in nanoseconds of the monotonic clock.
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
@@ -38,10 +38,10 @@ int main(int argc, char **argv)
     QDBusConnection bus = QDBusConnection::systemBus();
     const QString owner = bus.interface()->serviceOwner(QStringLiteral("org.freedesktop.UDisks2"));
     Listener listener;
-    bus.connect(owner, {}, QStringLiteral("org.freedesktop.DBus.ObjectManager"), QStringLiteral("InterfacesAdded"),
-        &listener, SLOT(added(QDBusMessage)));
-    bus.connect(owner, {}, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("PropertiesChanged"),
-        &listener, SLOT(changed(QDBusMessage)));
+    bus.connect(owner, {}, QStringLiteral("org.freedesktop.DBus.ObjectManager"),
+        QStringLiteral("InterfacesAdded"), &listener, SLOT(added(QDBusMessage)));
+    bus.connect(owner, {}, QStringLiteral("org.freedesktop.DBus.Properties"),
+        QStringLiteral("PropertiesChanged"), &listener, SLOT(changed(QDBusMessage)));
     return QCoreApplication::exec();
 }
 

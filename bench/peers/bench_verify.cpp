@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// What the window adds to a check: a volume of 1 GB with 50,000 files, checked by the bare checker and from the window
-// by turns. Prints the medians in seconds.
+// What the window adds to a check: a volume of 1 GB with 50,000 files, checked by the bare checker and from
+// the window by turns. Prints the medians in seconds.
 #include "tests/support/LoopDisk.h"
 #include "tests/support/RealWindow.h"
 
@@ -27,7 +27,8 @@ void fill(const LoopDisk &disk)
     const QString script = QStringLiteral(
         "mount \"$0\" \"$1\" && cd \"$1\" && seq 500 | xargs mkdir && "
         "for i in $(seq 500); do (cd $i && seq 100 | xargs touch); done; cd / && umount \"$1\"");
-    if (runProgram(QStringLiteral("sh"), { QStringLiteral("-c"), script, disk.node(1), mountPoint.path() }) != 0)
+    if (runProgram(QStringLiteral("sh"), { QStringLiteral("-c"), script, disk.node(1), mountPoint.path() })
+        != 0)
         qFatal("the volume cannot be filled");
 }
 
@@ -35,7 +36,8 @@ double bareCheck(const LoopDisk &disk)
 {
     QElapsedTimer clock;
     clock.start();
-    if (runProgram(QStringLiteral("e2fsck"), { QStringLiteral("-fn"), QStringLiteral("-C0"), disk.node(1) }) != 0)
+    if (runProgram(QStringLiteral("e2fsck"), { QStringLiteral("-fn"), QStringLiteral("-C0"), disk.node(1) })
+        != 0)
         qFatal("the checker found errors");
     return static_cast<double>(clock.nsecsElapsed()) / 1e9;
 }
@@ -62,8 +64,8 @@ double median(std::array<double, runs> times)
 int main(int argc, char **argv)
 {
     QApplication application(argc, argv);
-    const LoopDisk disk(
-        { { sizeMiB, QString::fromLatin1(LoopDisk::linuxType), QStringLiteral("ext4"), QStringLiteral("Bench") } });
+    const LoopDisk disk({ { sizeMiB, QString::fromLatin1(LoopDisk::linuxType), QStringLiteral("ext4"),
+        QStringLiteral("Bench") } });
     fill(disk);
     RealWindow window;
     const auto volume = [&] { return window.recordOf(disk.node(1)); };

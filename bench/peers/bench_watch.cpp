@@ -5,8 +5,9 @@
 //   start TIME PID
 //   frame TIME OWN SERVICES
 //
-// with times in nanoseconds of the monotonic clock, and the processor time that the program with its children and the
-// services that are given by their process ids (bench_watch PID,PID -- COMMAND) had taken when the change was drawn.
+// with times in nanoseconds of the monotonic clock, and the processor time that the program with its children
+// and the services that are given by their process ids (bench_watch PID,PID -- COMMAND) had taken when the
+// change was drawn.
 #include "bench/peers/DisplayWatcher.h"
 
 #include <array>
@@ -78,7 +79,8 @@ void writeFrame(std::int64_t time, std::int64_t own, std::int64_t services)
 void watch(DisplayWatcher &display, pid_t program, const std::vector<pid_t> &services)
 {
     std::vector<std::uint32_t> shown = display.pixels();
-    std::array<pollfd, 2> descriptors { { { display.descriptor(), POLLIN, 0 }, { STDIN_FILENO, POLLIN, 0 } } };
+    std::array<pollfd, 2> descriptors { { { display.descriptor(), POLLIN, 0 },
+        { STDIN_FILENO, POLLIN, 0 } } };
     while (descriptors[1].revents == 0) {
         const std::int64_t time = monotonicTime();
         if (!display.takeChanges()) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The floor of the start: the smallest window of this toolkit that shows the disk service's block devices, filled from
-// one asynchronous listing.
+// The floor of the start: the smallest window of this toolkit that shows the disk service's block devices,
+// filled from one asynchronous listing.
 #include <QApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
