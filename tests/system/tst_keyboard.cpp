@@ -109,7 +109,7 @@ void TestKeyboard::initTestCase()
         { QStringLiteral("--net"), QStringLiteral("--"), QStringLiteral("/usr/bin/zorvex-disk-manager"),
             QStringLiteral("-elevated") });
     QVERIFY(m_program.waitForStarted());
-    QTRY_VERIFY_WITH_TIMEOUT(hasKeyboard(), limit);
+    QTRY_VERIFY2_WITH_TIMEOUT(hasKeyboard(), m_windowManager.readAllStandardError().constData(), limit);
     QTRY_VERIFY2_WITH_TIMEOUT(m_tree->find([](const Element &element) {
         return element.role == QLatin1String("tree item") && element.name.startsWith(volumeName)
             && element.name.endsWith(QStringLiteral(", mounted"));
