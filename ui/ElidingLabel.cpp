@@ -9,6 +9,8 @@
 #include <QStyle>
 #include <QToolTip>
 
+#include <algorithm>
+
 ElidingLabel::ElidingLabel(QWidget *parent)
     : QLabel(parent)
 {
@@ -22,9 +24,15 @@ void ElidingLabel::scaleFont()
     setFont(scaled);
 }
 
+QSize ElidingLabel::sizeHint() const
+{
+    const QSize hint = QLabel::sizeHint();
+    return { hint.width(), std::max(hint.height(), fontMetrics().height()) };
+}
+
 QSize ElidingLabel::minimumSizeHint() const
 {
-    return { 0, QLabel::minimumSizeHint().height() };
+    return { 0, sizeHint().height() };
 }
 
 bool ElidingLabel::isCut() const

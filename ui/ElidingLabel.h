@@ -18,6 +18,8 @@ public:
     qreal fontScale() const { return m_fontScale; }
     void setFontScale(qreal scale) { m_fontScale = scale; }
 
+    // As high for every script, so that the rows of a form lie at the same distance.
+    QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
     bool isCut() const;
 

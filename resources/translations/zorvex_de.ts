@@ -386,7 +386,7 @@ Hängt Datenträger und Volumes ein und aus, formatiert, prüft und repariert si
     <message id="FORMAT_TARGET_CONTENT_CAPTION">
         <source>Current content:</source>
         <extracomment>Caption in the question before formatting: the file system that will be erased.</extracomment>
-        <translation>Jetziger Inhalt:</translation>
+        <translation>Aktueller Inhalt:</translation>
     </message>
     <message id="FORMAT_TARGET_NOTHING_TEXT">
         <source>nothing recognised</source>

@@ -206,7 +206,7 @@ Monte, formate, vérifie et répare les disques et les volumes.</translation>
     <message id="BLOCK_SIZE_CAPTION">
         <source>Preferred block size:</source>
         <extracomment>Caption of a property: the block size of the device, such as 512 bytes.</extracomment>
-        <translation>Taille de bloc préférée&#xa0;:</translation>
+        <translation>Taille de bloc recommandée&#xa0;:</translation>
     </message>
     <message id="MOUNTED_AT_CAPTION">
         <source>Mounted at:</source>
@@ -341,7 +341,7 @@ Monte, formate, vérifie et répare les disques et les volumes.</translation>
     <message id="INVALID_FAT_VOLUME_NAME_TEXT">
         <source>A FAT volume label can be at most 11 characters long. It can consist of the capital letters A to Z, digits, spaces and punctuation, but must not contain any of &quot; * / : &lt; &gt; ? \ |</source>
         <extracomment>Text of the message about a volume label that FAT does not allow. Small and accented letters are not allowed. Keep the nine signs as they are.</extracomment>
-        <translation>Le nom d’un volume FAT peut contenir au plus 11 caractères. Il peut se composer des lettres majuscules A à Z, de chiffres, d’espaces et de signes de ponctuation, mais d’aucun de ces signes&#xa0;: &quot; * / : &lt; &gt; ? \ |</translation>
+        <translation>Le nom d’un volume FAT peut contenir au plus 11 caractères. Il peut se composer des lettres majuscules A à Z, de chiffres, d’espaces et de signes de ponctuation, mais ne doit contenir aucun de ces signes&#xa0;: &quot; * / : &lt; &gt; ? \ |</translation>
     </message>
     <message id="INVALID_EXFAT_VOLUME_NAME_TEXT">
         <source>An exFAT volume label can be at most 11 characters long and must not contain control characters or any of &quot; * / : &lt; &gt; ? \ | Some characters, such as emoji, count as two.</source>

@@ -391,7 +391,7 @@ Mounts, formats, checks and repairs disks and volumes.</source>
     <message id="FORMAT_TARGET_NOTHING_TEXT">
         <source>nothing recognised</source>
         <extracomment>Stands after “Current content:” when no known file system was found. It does not mean that there is no data.</extracomment>
-        <translation>未識別到任何內容</translation>
+        <translation>未辨識出任何內容</translation>
     </message>
     <message id="ACTIVITY_FORMATTING_FMT">
         <source>Formatting %@…</source>

@@ -22,6 +22,8 @@
 #include <QTest>
 #include <QToolButton>
 
+#include <algorithm>
+
 namespace {
 
 QPalette darkPalette()
@@ -175,6 +177,8 @@ private Q_SLOTS:
     void takesPictures();
     void cutsNoText_data();
     void cutsNoText();
+    void rowsLieAtTheSameDistance_data();
+    void rowsLieAtTheSameDistance();
     void menuFits_data();
     void menuFits();
     void sheetsFit_data();
@@ -277,6 +281,33 @@ void TestPictures::cutsNoText()
             }
         }
     }
+}
+
+void TestPictures::rowsLieAtTheSameDistance_data()
+{
+    QTest::addColumn<QString>("language");
+    for (const QString &language : bundleLocalizations())
+        QTest::addRow("%s", qPrintable(language)) << language;
+}
+
+// Also where a value is in another script than its caption.
+void TestPictures::rowsLieAtTheSameDistance()
+{
+    QFETCH(const QString, language);
+    TestController test(language);
+    showDisks(test);
+    QCoreApplication::processEvents();
+    const ZorvexDiskManagerAppDelegate &controller = test.controller();
+    const QList<QLabel *> rows { controller.filesystemLabel, controller.bsdNameLabel,
+        controller.wholeDeviceLabel, controller.removableLabel, controller.ejectableLabel,
+        controller.contentHintLabel, controller.preferredBlockSizeLabel };
+    QList<int> distances;
+    for (int i = 1; i < rows.size(); ++i) {
+        distances.append(rows[i]->mapTo(&test.window(), rows[i]->rect().center()).y()
+            - rows[i - 1]->mapTo(&test.window(), rows[i - 1]->rect().center()).y());
+    }
+    const auto [least, most] = std::minmax_element(distances.begin(), distances.end());
+    QVERIFY2(*most - *least <= 1, qPrintable(QStringLiteral("%1 to %2").arg(*least).arg(*most)));
 }
 
 void TestPictures::menuFits_data()
