@@ -1,17 +1,23 @@
 // SPDX-License-Identifier: MIT
 //
-// The start of the installed program by users of all sorts, against polkit itself. Runs in
-// tests/support/with-private-services.
+// The start of the installed program by users of all sorts, against polkit itself: on the machine's own bus in
+// tests/support/with-installed-policy, or in tests/support/with-private-services, where users can be made.
+#include "platform/SingleInstance.h"
 #include "tests/support/PolkitAgent.h"
 #include "tests/support/UserProcess.h"
 
 #include <QDir>
 #include <QFile>
+#include <QSignalSpy>
 #include <QTest>
 
+#include <algorithm>
+#include <array>
 #include <csignal>
+#include <memory>
 #include <numeric>
 #include <sys/stat.h>
+#include <unistd.h>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -20,7 +26,7 @@ namespace {
 const QString program = u"/usr/bin/zorvex-disk-manager"_s;
 constexpr int startLimit = 30000; // milliseconds
 
-const TestUser plainUser { "zvplain", 61001, 61001 };
+const TestUser plainUser { "nobody", 65534, 65534 }; // whom every machine has
 const TestUser administrator { "zvadmin", 61002, 61002 };
 const TestUser manyGroups { "zvmany", 61003, 61003 };
 const TestUser tooManyGroups { "zvtoomany", 61004, 61004 };
@@ -86,12 +92,16 @@ private slots:
     void administratorGetsTheWindowAtOnce_data();
     void administratorGetsTheWindowAtOnce();
     void secondStartRaisesTheFirstWindow();
+    void startsInTheSameInstantMakeOneWindow();
+    void instanceThatWasKilledIsNotInTheWay();
+    void strangerWhoHoldsTheNameIsNotInTheWay();
     void moreGroupsThanTheArrayHoldsLeadToElevation();
     void loginWithoutANameLeadsToElevation();
     void elevatedWordAmongOtherArgumentsIsNotLookedAt();
     void elevatedWordAloneStartsTheInterface();
 
 private:
+    void startHeldAs(UserProcess &process, const QStringList &arguments);
     void startAs(UserProcess &process, const QStringList &arguments = {}, PolkitAgent *agent = nullptr);
     void addEnvironment(UserProcess &process, const QString &name, const QString &value);
     qint64 waitForWindow(uid_t user);
@@ -104,12 +114,12 @@ private:
 
 void ElevationTest::initTestCase()
 {
-    QVERIFY2(qEnvironmentVariableIsSet("ZORVEX_PRIVATE_SERVICES"),
-        "not run inside tests/support/with-private-services");
-    addUser(plainUser, {});
-    addUser(administrator, { 80 });
-    addUser(manyGroups, groupsEndingIn80(127));
-    addUser(tooManyGroups, groupsEndingIn80(128));
+    // Elsewhere they would be entered in the machine's own lists.
+    if (qEnvironmentVariableIsSet("ZORVEX_PRIVATE_SERVICES")) {
+        addUser(administrator, { 80 });
+        addUser(manyGroups, groupsEndingIn80(127));
+        addUser(tooManyGroups, groupsEndingIn80(128));
+    }
 
     m_display.setProcessChannelMode(QProcess::SeparateChannels);
     m_display.start(u"Xvfb"_s, { u"-displayfd"_s, u"1"_s, u"-ac"_s, u"-nolisten"_s, u"tcp"_s });
@@ -141,11 +151,16 @@ void ElevationTest::addEnvironment(UserProcess &process, const QString &name, co
     process.setProcessEnvironment(environment);
 }
 
-void ElevationTest::startAs(UserProcess &process, const QStringList &arguments, PolkitAgent *agent)
+void ElevationTest::startHeldAs(UserProcess &process, const QStringList &arguments)
 {
     addEnvironment(process, u"PATH"_s, u"/usr/bin:/bin"_s);
     addEnvironment(process, u"DISPLAY"_s, QString::fromLatin1(m_displayName));
     process.startHeld(program, arguments);
+}
+
+void ElevationTest::startAs(UserProcess &process, const QStringList &arguments, PolkitAgent *agent)
+{
+    startHeldAs(process, arguments);
     if (agent)
         QVERIFY(agent->registerFor(process.processId()));
     process.release();
@@ -295,6 +310,55 @@ void ElevationTest::secondStartRaisesTheFirstWindow()
     startAs(second);
     waitForSilentEnd(second);
     QCOMPARE(windowsOf(administrator.user, m_displayName), QList<qint64> { first.processId() });
+}
+
+void ElevationTest::startsInTheSameInstantMakeOneWindow()
+{
+    std::array<std::unique_ptr<UserProcess>, 3> processes;
+    for (auto &process : processes) {
+        process = std::make_unique<UserProcess>(administrator);
+        startHeldAs(*process, {});
+    }
+    for (const auto &process : processes)
+        process->release();
+    const auto isRunning = [](const auto &process) { return process->state() == QProcess::Running; };
+    QTRY_COMPARE_WITH_TIMEOUT(std::count_if(processes.begin(), processes.end(), isRunning), 1, startLimit);
+    const auto winner = std::find_if(processes.begin(), processes.end(), isRunning);
+    QCOMPARE(waitForWindow(administrator.user), (*winner)->processId());
+    for (const auto &process : processes) {
+        if (process != *winner)
+            waitForSilentEnd(*process);
+    }
+}
+
+void ElevationTest::instanceThatWasKilledIsNotInTheWay()
+{
+    UserProcess first(administrator);
+    startAs(first);
+    QCOMPARE(waitForWindow(administrator.user), first.processId());
+    first.kill();
+    QVERIFY(first.waitForFinished());
+
+    UserProcess second(administrator);
+    startAs(second);
+    QCOMPARE(waitForWindow(administrator.user), second.processId());
+}
+
+void ElevationTest::strangerWhoHoldsTheNameIsNotInTheWay()
+{
+    SingleInstance stranger({ administrator.user, administrator.user });
+    const QSignalSpy requests(&stranger, &SingleInstance::activationRequested);
+    QCOMPARE(seteuid(plainUser.user), 0);
+    const bool isListening = stranger.listen();
+    QCOMPARE(seteuid(0), 0);
+    QVERIFY(isListening);
+
+    UserProcess process(administrator);
+    addEnvironment(process, u"XDG_ACTIVATION_TOKEN"_s, u"secret"_s);
+    startAs(process);
+    QCOMPARE(waitForWindow(administrator.user), process.processId());
+    for (const QList<QVariant> &request : requests)
+        QCOMPARE(request.at(0).toByteArray(), QByteArray());
 }
 
 void ElevationTest::moreGroupsThanTheArrayHoldsLeadToElevation()
