@@ -5,6 +5,7 @@
 
 #include "disks/ZorvexDiskManagerDiskListItem.h"
 #include "filesystems/catalogue_rules.h"
+#include "platform/DetachedThread.h"
 #include "platform/DiskArbitration.h"
 #include "platform/MountTable.h"
 #include "platform/ShellPipe.h"
@@ -23,6 +24,7 @@ struct ApplicationPlatform
     std::shared_ptr<MountTable> mountTable;
     std::shared_ptr<Workspace> workspace;
     std::function<std::unique_ptr<ShellPipe>()> createShellPipe;
+    std::function<int(std::function<void()> task)> startThread = &startDetachedThread;
 
     // The program's localizations in the order of the user's preference, or nothing; and the locale's name.
     std::optional<QStringList> preferredLocalizations;

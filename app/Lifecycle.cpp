@@ -107,7 +107,7 @@ void ZorvexDiskManagerAppDelegate::applicationDidFinishLaunching()
     leftOutlineView->setDelegate(this);
     leftOutlineView->selectRow(std::numeric_limits<int>::max()); // a row that never exists: no selection
     mainSplitView->setDelegate(this);
-    expandAllRows();
+    leftOutlineView->expandAllItems();
 }
 
 void ZorvexDiskManagerAppDelegate::applicationWillTerminate()

@@ -4,6 +4,7 @@
 #include "app/ZorvexDiskManagerAppDelegate.h"
 #include "ui/FlippedOutlineView.h"
 #include "ui/ImageAndTextCell.h"
+#include "ui/InterfaceStyle.h"
 
 #include "ui_MainWindow.h"
 
@@ -53,6 +54,7 @@ void setOutlets(ZorvexDiskManagerAppDelegate &controller, QMainWindow *window, c
     controller.infoMountedPathView = ui.infoMountedPathView;
     controller.filesystemLabel = ui.filesystemLabel;
     controller.bsdNameLabel = ui.bsdNameLabel;
+    controller.deviceNodeLabel = ui.deviceNodeLabel;
     controller.wholeDeviceLabel = ui.wholeDeviceLabel;
     controller.removableLabel = ui.removableLabel;
     controller.contentHintLabel = ui.contentHintLabel;
@@ -148,7 +150,14 @@ void selectLabel(QLabel *label)
     label->setSelection(0, static_cast<int>(label->text().size()));
 }
 
-// The Disk menu at a row of the tree, for the disk of that row.
+// The menu's item is called what the button is called for the selected disk.
+void keepTitleOfButton(QMenu *menu, QAction *action, const QPushButton *button)
+{
+    QObject::connect(
+        menu, &QMenu::aboutToShow, action, [action, button] { action->setText(button->text()); });
+}
+
+// The menu of a row of the tree, for the disk of that row.
 void connectContextMenu(OutlineView *view, QMenu *menu)
 {
     view->setContextMenuPolicy(Qt::CustomContextMenu);
@@ -172,7 +181,9 @@ void connectActions(ZorvexDiskManagerAppDelegate &controller, QMainWindow *windo
     connectFormatAction(ui);
     connectToButton(ui.actionCheck, ui.checkButton, ui.rightTabView, ui.maintenanceTab);
     connectToButton(ui.actionRepair, ui.repairButton, ui.rightTabView, ui.maintenanceTab);
-    connectContextMenu(controller.leftOutlineView, ui.diskMenu);
+    connectContextMenu(controller.leftOutlineView, ui.rowMenu);
+    for (QMenu *menu : { ui.diskMenu, ui.rowMenu })
+        keepTitleOfButton(menu, ui.actionMountUnmount, ui.mountUnmountButton);
     connectAction(ui.actionManual, controller, &Controller::clickHelpMenuItem);
     connectAction(ui.actionAbout, controller, &Controller::clickAboutButton);
     connectEditAction(ui.actionCopy, "copy()", &copyLabel);
@@ -191,6 +202,7 @@ std::unique_ptr<QMainWindow> loadMainWindow(ZorvexDiskManagerAppDelegate &contro
 {
     QApplication::setLayoutDirection(
         controller.isRightToLeftLocalization() ? Qt::RightToLeft : Qt::LeftToRight);
+    InterfaceStyle::install();
     auto window = std::make_unique<QMainWindow>();
     Ui::MainWindow ui;
     ui.setupUi(window.get());

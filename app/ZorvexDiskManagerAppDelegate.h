@@ -22,6 +22,7 @@
 #pragma once
 
 #include "app/ApplicationPlatform.h"
+#include "disks/DiskListBuilder.h"
 #include "platform/MainThreadRelay.h"
 #include "ui/OutlineDataSource.h"
 #include "ui/SplitView.h"
@@ -76,6 +77,7 @@ public:
     LinkTextView *infoMountedPathView = nullptr;
     QLabel *filesystemLabel = nullptr;
     QLabel *bsdNameLabel = nullptr;
+    QLabel *deviceNodeLabel = nullptr;
     QLabel *wholeDeviceLabel = nullptr;
     QLabel *removableLabel = nullptr;
     QLabel *contentHintLabel = nullptr;
@@ -257,7 +259,6 @@ private:
     void swapPanes();
 
     // disks/DiskTreeOperations.cpp
-    void expandAllRows();
     void releaseDiskListItem(ZorvexDiskManagerDiskListItem *item);
 
     // operations/MountUnmountEject.cpp
@@ -293,6 +294,7 @@ private:
     std::shared_ptr<MainThreadRelay> m_relay;
     std::unordered_map<ZorvexDiskManagerDiskListItem *, std::unique_ptr<ZorvexDiskManagerDiskListItem>>
         m_diskListItems; // owns the nodes of the tree
+    DiskListBuilder m_diskListBuilder;
     bool m_outputRefreshScheduled = false;
 };
 

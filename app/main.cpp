@@ -24,7 +24,10 @@ namespace {
 ApplicationPlatform realPlatform()
 {
     ApplicationPlatform platform;
-    platform.createSession = [] { return createUDisksSession(FileSystemClaims(filesystemDirectories())); };
+    // The disk service lists its media while the window is made.
+    auto session = std::make_shared<std::unique_ptr<DASession>>(
+        createUDisksSession(FileSystemClaims(filesystemDirectories()), UDisksListing::Ahead));
+    platform.createSession = [session] { return std::move(*session); };
     platform.mountTable = std::make_shared<KernelMountTable>();
     platform.workspace = std::make_shared<DesktopWorkspace>();
     platform.createShellPipe = [] { return std::make_unique<PosixShellPipe>(); };
@@ -33,6 +36,16 @@ ApplicationPlatform realPlatform()
     platform.filesystemDirectories = filesystemDirectories();
     platform.userManualPath = QStringLiteral("/Library/Application Support/Zorvex NTFS/User Manual.pdf");
     return platform;
+}
+
+// Of the program's own: to find one in the desktop's theme, and to draw it in every size from its SVG, takes
+// as long as the rest of the window.
+QIcon applicationIcon()
+{
+    QIcon icon;
+    for (const int size : { 16, 32, 48, 64, 128 })
+        icon.addFile(QStringLiteral(":/images/application_%1.png").arg(size), QSize(size, size));
+    return icon;
 }
 
 void raiseWindow(QWidget *window, const QByteArray &token)
@@ -59,7 +72,7 @@ int runInterface(int argc, char **argv)
     QApplication::setApplicationName(QStringLiteral("zorvex-disk-manager"));
     QApplication::setApplicationVersion(QStringLiteral(ZORVEX_VERSION));
     QApplication::setDesktopFileName(QStringLiteral("org.zorvex.DiskManager"));
-    QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("org.zorvex.DiskManager")));
+    QApplication::setWindowIcon(applicationIcon());
 
     ApplicationPlatform platform = realPlatform();
     loadLocalization(platform.preferredLocalizations->value(0));

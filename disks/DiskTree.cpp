@@ -4,7 +4,6 @@
 
 #include <QHash>
 
-#include <cerrno>
 #include <new>
 
 using Item = ZorvexDiskManagerDiskListItem;
@@ -18,37 +17,21 @@ struct Place
     bool atHead = true;
 };
 
-using KeyReader = int (*)(const ZorvexDiskManagerDisk &record, qint64 *out);
-
-int readRegistryNumber(const ZorvexDiskManagerDisk &record, const QString &key, qint64 *out)
-{
-    if (!record.daDisk)
-        return EIO;
-    const std::optional<PropertyDictionary> properties = record.daDisk->copyIOMediaProperties();
-    if (!properties)
-        return EIO;
-    const PropertyValue *value = properties->value(key);
-    const PropertyNumber *number = value ? value->asNumber() : nullptr;
-    const std::optional<qint64> converted = number ? number->toLongLong() : std::nullopt;
-    if (!converted || *converted < 0)
-        return EIO;
-    *out = *converted;
-    return 0;
-}
+using Key = const std::optional<qint64> &(DiskListKeys::*)() const;
 
 // Where a walk by offset or partition number puts the item; nothing when this key does not decide: it cannot
 // be read, or a node before the place has the same.
-std::optional<Place> placeByRegistryKey(Item *head, const Item &item, KeyReader readKey)
+std::optional<Place> placeByRegistryKey(Item *head, const DiskListKeys &keys, Key key)
 {
-    qint64 key = 0;
-    if (readKey(*item.disk, &key) != 0)
+    const std::optional<qint64> &wanted = (keys.*key)();
+    if (!wanted)
         return std::nullopt;
     Place place { head, true };
     do {
-        qint64 other = 0;
-        if (readKey(*place.item->disk, &other) != 0 || other == key)
+        const std::optional<qint64> &other = (place.item->keys.*key)();
+        if (!other || *other == *wanted)
             return std::nullopt;
-        if (static_cast<quint64>(key) < static_cast<quint64>(other))
+        if (*wanted < *other)
             return place;
         place = { place.item->next, false };
     } while (place.item != head);
@@ -56,14 +39,12 @@ std::optional<Place> placeByRegistryKey(Item *head, const Item &item, KeyReader 
 }
 
 // Where the walk by the number at the end of the BSD name puts the item, from the entry place on.
-Place placeByName(Item *head, Place entry, const Item &item, qint32 key)
+Place placeByName(Item *head, Place entry, const QString &name, qint32 key)
 {
-    const QString name = item.disk->bsdName.value_or(QString());
     Place place = entry;
     do {
-        const QString otherName = place.item->disk->bsdName.value_or(QString());
-        const qint32 otherKey = trailingNumber(otherName);
-        if (key == otherKey ? name < otherName : key < otherKey)
+        const DiskListKeys &other = place.item->keys;
+        if (key == other.nameNumber() ? name < other.bsdName() : key < other.nameNumber())
             return place;
         place = { place.item->next, false };
     } while (place.item != head);
@@ -78,6 +59,24 @@ void insertBefore(Item **head, const Place &place, Item *item)
     place.item->prev = item;
     if (place.atHead)
         *head = item;
+}
+
+// As disk_list_add(), by the keys as they were last read.
+void addByKeys(Item **head, Item *item)
+{
+    if (!*head) {
+        disk_list_insert(head, 0, item);
+        return;
+    }
+    const DiskListKeys &keys = item->keys;
+    std::optional<Place> entry = placeByRegistryKey(*head, keys, &DiskListKeys::offset);
+    if (!entry)
+        entry = placeByRegistryKey(*head, keys, &DiskListKeys::number);
+    // A place that was found by offset or number is carried out by the walk by name with a key below every
+    // name's, which stops at once unless the name there ends in no digit.
+    const Place place = entry ? placeByName(*head, *entry, keys.bsdName(), -1)
+                              : placeByName(*head, { *head, true }, keys.bsdName(), keys.nameNumber());
+    insertBefore(head, place, item);
 }
 
 // All nodes: the added one, then ring by ring, the ring found last first.
@@ -112,35 +111,24 @@ std::unique_ptr<Item> Item::alloc() noexcept
     return std::unique_ptr<Item>(new (std::nothrow) Item);
 }
 
-int get_partition_offset(const ZorvexDiskManagerDisk &record, qint64 *out)
-{
-    if (record.whole) {
-        *out = 0;
-        return 0;
-    }
-    return readRegistryNumber(record, IOMediaKey::base, out);
-}
-
-int get_partition_number(const ZorvexDiskManagerDisk &record, qint64 *out)
-{
-    return readRegistryNumber(record, IOMediaKey::partitionID, out);
-}
-
 void disk_list_add(Item **head, Item *item)
+{
+    item->readKeys();
+    for (Item *node = *head; node; node = node->next == *head ? nullptr : node->next)
+        node->readKeys();
+    addByKeys(head, item);
+}
+
+void disk_list_insert(Item **head, int index, Item *item)
 {
     if (!*head) {
         item->next = item->prev = item;
         *head = item;
         return;
     }
-    std::optional<Place> entry = placeByRegistryKey(*head, *item, get_partition_offset);
-    if (!entry)
-        entry = placeByRegistryKey(*head, *item, get_partition_number);
-    // A place that was found by offset or number is carried out by the walk by name with a key below every
-    // name's, which stops at once unless the name there ends in no digit.
-    const Place place = entry
-        ? placeByName(*head, *entry, *item, -1)
-        : placeByName(*head, { *head, true }, *item, trailingNumber(item->disk->bsdName.value_or(QString())));
+    Place place { *head, index == 0 };
+    for (int i = 0; i < index; ++i)
+        place.item = place.item->next;
     insertBefore(head, place, item);
 }
 
@@ -156,7 +144,7 @@ void disk_list_remove(Item **head, Item *item)
         *head = item->next;
 }
 
-void disk_list_rebuild(Item **head, Item *added)
+bool disk_list_rebuild(Item **head, Item *added)
 {
     const std::vector<Item *> nodes = flattened(*head, added);
     *head = nullptr;
@@ -164,15 +152,16 @@ void disk_list_rebuild(Item **head, Item *added)
     QHash<QString, Item *> byName;
     byName.reserve(static_cast<qsizetype>(nodes.size()));
     for (Item *node : nodes) {
-        const QString name = node->disk->bsdName.value_or(QString());
+        const QString &name = node->readKeys().bsdName();
         if (!byName.contains(name)) // the first node of a name is the parent of all its partitions
             byName.insert(name, node);
     }
     for (Item *node : nodes) {
-        const auto parentName = parentBsdName(node->disk->bsdName.value_or(QString()));
+        const std::optional<QString> &parentName = node->keys.parentName();
         Item *const parent = parentName ? byName.value(*parentName) : nullptr;
-        disk_list_add(parent ? &parent->children : head, node);
+        addByKeys(parent ? &parent->children : head, node);
     }
+    return byName.size() == static_cast<qsizetype>(nodes.size());
 }
 
 DiskListPosition disk_list_find(Item **head, const QString &bsdName)

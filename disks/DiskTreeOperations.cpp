@@ -6,22 +6,19 @@
 #include "platform/SystemLog.h"
 #include "ui/OutlineView.h"
 
-void ZorvexDiskManagerAppDelegate::expandAllRows()
-{
-    // Each expansion adds rows.
-    for (int row = 0; row < leftOutlineView->numberOfRows(); ++row)
-        leftOutlineView->expandItem(leftOutlineView->itemAtRow(row), true);
-}
-
 void ZorvexDiskManagerAppDelegate::addDiskListItem(std::unique_ptr<ZorvexDiskManagerDiskListItem> item)
 {
     ZorvexDiskManagerDiskListItem *const added = item.get();
     m_diskListItems.emplace(added, std::move(item));
-    disk_list_rebuild(&disk_list, added);
+    const DiskListAddition addition = m_diskListBuilder.add(&disk_list, added);
 
     const int selectedRow = leftOutlineView->selectedRow();
-    leftOutlineView->reloadData();
-    expandAllRows();
+    if (addition.movedOthers)
+        leftOutlineView->reloadData();
+    else
+        leftOutlineView->insertItem(
+            added->disk, addition.parent ? addition.parent->disk : nullptr, addition.index);
+    leftOutlineView->expandAllItems();
     const int addedRow = leftOutlineView->rowForItem(added->disk);
     if (addedRow < 0) {
         systemLog(QString::asprintf("No index found for item %p (disk %p)!", static_cast<const void *>(added),

@@ -4,6 +4,7 @@
 // first node: the controller's disk_list, or a node's children. Main thread only.
 #pragma once
 
+#include "disks/DiskListKeys.h"
 #include "disks/ZorvexDiskManagerDisk.h"
 
 #include <memory>
@@ -19,6 +20,13 @@ public:
     ZorvexDiskManagerDiskListItem *children = nullptr; // first node of the ring of children
     ZorvexDiskManagerDiskListItem *next = nullptr;
     ZorvexDiskManagerDiskListItem *prev = nullptr;
+    DiskListKeys keys; // of the disk, as last read
+
+    const DiskListKeys &readKeys()
+    {
+        keys.refresh(*disk);
+        return keys;
+    }
 };
 
 // Inserts the item into the ring at its sorted place; makes it the head when it lands first.
@@ -33,9 +41,12 @@ int get_partition_offset(const ZorvexDiskManagerDisk &record, qint64 *out);
 // The medium's partition number. Returns 0, or EIO and leaves out alone.
 int get_partition_number(const ZorvexDiskManagerDisk &record, qint64 *out);
 
+// Inserts the item into the ring as number index, of which 0 is the head.
+void disk_list_insert(ZorvexDiskManagerDiskListItem **head, int index, ZorvexDiskManagerDiskListItem *item);
+
 // Builds the whole tree anew with one more node, so that a partition that was reported before its disk moves
-// under it.
-void disk_list_rebuild(ZorvexDiskManagerDiskListItem **head, ZorvexDiskManagerDiskListItem *added);
+// under it. Returns whether no two nodes have one name.
+bool disk_list_rebuild(ZorvexDiskManagerDiskListItem **head, ZorvexDiskManagerDiskListItem *added);
 
 // The node that a walk found, and the field that holds the ring it is in; both null when there is none.
 struct DiskListPosition

@@ -12,6 +12,23 @@
 #include <QIcon>
 #include <QStandardItemModel>
 
+namespace {
+
+// Whether the menu shows these titles and icons, in this order.
+bool showsItems(const QComboBox &popup, const std::vector<FormatMenuItem> &items)
+{
+    if (popup.count() != static_cast<int>(items.size()))
+        return false;
+    for (int i = 0; i < popup.count(); ++i) {
+        const FormatMenuItem &item = items[static_cast<std::size_t>(i)];
+        if (popup.itemText(i) != item.title || popup.itemIcon(i).isNull() == item.hasOwnIcon)
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
 void ZorvexDiskManagerAppDelegate::refreshFilesystems()
 {
     const std::optional<FilesystemLists> scanned
@@ -43,12 +60,19 @@ void ZorvexDiskManagerAppDelegate::refreshFormatFilesystemsPopupButton()
             [this](const ZorvexDiskManagerFSBundle &bundle) { return getFilesystemTypeString(bundle); });
 
     const QSignalBlocker blocker(popup);
-    popup->clear();
-    const auto *model = qobject_cast<QStandardItemModel *>(popup->model());
-    const QIcon ownIcon(getImageNamed(QStringLiteral("zorvex_ntfs_icon.png")).value_or(QPixmap()));
-    for (const FormatMenuItem &item : menu.items) {
-        popup->addItem(item.hasOwnIcon ? ownIcon : QIcon(), item.title, QVariant::fromValue(item.record));
-        model->item(popup->count() - 1)->setEnabled(item.isEnabled);
+    // The same menu stays: the user may have it open.
+    if (!showsItems(*popup, menu.items)) {
+        popup->clear();
+        const QIcon ownIcon(getImageNamed(QStringLiteral("zorvex_ntfs_icon.png")).value_or(QPixmap()));
+        for (const FormatMenuItem &item : menu.items)
+            popup->addItem(item.hasOwnIcon ? ownIcon : QIcon(), item.title);
     }
-    popup->setCurrentIndex(menu.selectedIndex);
+    const auto *model = qobject_cast<QStandardItemModel *>(popup->model());
+    for (int i = 0; i < popup->count(); ++i) {
+        const FormatMenuItem &item = menu.items[static_cast<std::size_t>(i)];
+        popup->setItemData(i, QVariant::fromValue(item.record));
+        model->item(i)->setEnabled(item.isEnabled);
+    }
+    if (popup->currentIndex() != menu.selectedIndex)
+        popup->setCurrentIndex(menu.selectedIndex);
 }

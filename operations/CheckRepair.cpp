@@ -12,7 +12,6 @@
 #include <QTimer>
 
 #include <chrono>
-#include <thread>
 
 namespace {
 
@@ -20,6 +19,11 @@ namespace {
 // that of the chunks that follow it within a frame, so that a tool that prints fast is not held up by the
 // drawing.
 constexpr std::chrono::milliseconds outputRefreshInterval { 16 };
+
+QString verbFor(bool isRepair)
+{
+    return isRepair ? QStringLiteral("repairVolume") : QStringLiteral("verifyVolume");
+}
 
 // What the output handler is given as context, for the time of one run.
 struct CheckRepairContext
@@ -63,9 +67,13 @@ void ZorvexDiskManagerAppDelegate::clickCheckRepairButton(QObject *sender, bool 
     disk->runningOperation = isRepair ? RunningOperation::Repair : RunningOperation::Check;
     refreshAfterStateChange();
 
-    std::thread([disk, isRepair, relay = m_relay, pipe = m_platform.createShellPipe()] {
-        doCheckRepair(disk, relay, *pipe, isRepair);
-    }).detach();
+    const std::shared_ptr<ShellPipe> pipe = m_platform.createShellPipe();
+    const int error = m_platform.startThread(
+        [disk, isRepair, relay = m_relay, pipe] { doCheckRepair(disk, relay, *pipe, isRepair); });
+    if (error != 0) {
+        errorMessage(diskutilNotInvokedMessage(verbFor(isRepair), error));
+        checkRepairFinished(disk);
+    }
 }
 
 void ZorvexDiskManagerAppDelegate::doCheckRepair(
@@ -74,9 +82,8 @@ void ZorvexDiskManagerAppDelegate::doCheckRepair(
     CheckRepairContext context { disk, *relay };
     std::optional<QString> message;
     const qint32 code
-        = invokeDiskutilWithVerb(isRepair ? QStringLiteral("repairVolume") : QStringLiteral("verifyVolume"),
-            QStringLiteral("'/dev/%1'").arg(disk->description()), HandleCheckRepairOutput, &context, message,
-            pipe);
+        = invokeDiskutilWithVerb(verbFor(isRepair), QStringLiteral("'/dev/%1'").arg(disk->description()),
+            HandleCheckRepairOutput, &context, message, pipe);
     if (code != 0)
         systemLog(QStringLiteral("Error returned by invokeDiskutilWithVerb: %1").arg(code));
     if (message)

@@ -12,10 +12,14 @@ namespace {
 
 constexpr qsizetype initialOutputCapacity = 512;
 
+QString systemFailureText(const QString &what, int error)
+{
+    return what + ": "_L1 + errnoText(error) + " ("_L1 + QString::number(error) + u')';
+}
+
 DiskutilFailure systemFailure(const QString &what, int error)
 {
-    return { error != 0 ? error : EIO,
-        what + ": "_L1 + errnoText(error) + " ("_L1 + QString::number(error) + u')' };
+    return { error != 0 ? error : EIO, systemFailureText(what, error) };
 }
 
 // One run of the tool. The first failure is kept; later ones change nothing.
@@ -37,9 +41,7 @@ public:
         errno = 0; // popen() does not set it when it is memory that is short
         if (!m_pipe.open(command.toUtf8())) {
             const int error = errno;
-            return systemFailure(
-                "Error while invoking diskutil command to "_L1 + diskutilVerbNoun(m_verb) + " volume"_L1,
-                error);
+            return DiskutilFailure { error != 0 ? error : EIO, diskutilNotInvokedMessage(m_verb, error) };
         }
         readOutput();
         closePipe();
@@ -107,6 +109,12 @@ private:
 };
 
 } // namespace
+
+QString diskutilNotInvokedMessage(const QString &verb, int error)
+{
+    return systemFailureText(
+        "Error while invoking diskutil command to "_L1 + diskutilVerbNoun(verb) + " volume"_L1, error);
+}
 
 qint32 invokeDiskutilWithVerb(const QString &verb, const QString &arguments,
     DiskutilOutputHandler outputHandler, void *outputHandlerContext, std::optional<QString> &errorMessage,

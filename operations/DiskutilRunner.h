@@ -25,5 +25,8 @@ qint32 invokeDiskutilWithVerb(const QString &verb, const QString &arguments,
     DiskutilOutputHandler outputHandler, void *outputHandlerContext, std::optional<QString> &errorMessage,
     ShellPipe &pipe);
 
+// The message of a run that could not begin, for this errno value.
+QString diskutilNotInvokedMessage(const QString &verb, int error);
+
 // How much output is kept to explain a failure, in bytes.
 inline constexpr std::size_t diskutilOutputLimit = std::size_t { 16 } * 1024 * 1024;

@@ -16,11 +16,11 @@
 #include <QMainWindow>
 #include <QTabWidget>
 
-#include <thread>
-
 namespace {
 
 using FormatParamsRef = std::shared_ptr<ZorvexDiskManagerFormatParams>;
+
+const QString eraseVerb = QStringLiteral("eraseVolume");
 
 void PostFormatRenameCallback(
     const DADiskRef &disk, const DADissenterRef &dissenter, const FormatParamsRef &context)
@@ -122,9 +122,14 @@ void ZorvexDiskManagerAppDelegate::formatWarningAlertDidEnd(
     disk.runningOperation = RunningOperation::Format;
     refreshAfterStateChange();
 
-    std::thread([contextInfo, relay = m_relay, pipe = m_platform.createShellPipe()] {
-        doFormat(contextInfo, relay, *pipe);
-    }).detach();
+    const std::shared_ptr<ShellPipe> pipe = m_platform.createShellPipe();
+    const int error = m_platform.startThread(
+        [contextInfo, relay = m_relay, pipe] { doFormat(contextInfo, relay, *pipe); });
+    if (error != 0) {
+        // Nothing was tried: the volume keeps its name, too.
+        errorMessage(diskutilNotInvokedMessage(eraseVerb, error));
+        postFormatRenameMountFinished(contextInfo, nullptr);
+    }
 }
 
 void ZorvexDiskManagerAppDelegate::doFormat(
@@ -133,7 +138,7 @@ void ZorvexDiskManagerAppDelegate::doFormat(
     const QString arguments = FormatRules::eraseArguments(
         params->filesystem->fsPersonality, params->volumeLabel, params->disk->description());
     std::optional<QString> message;
-    invokeDiskutilWithVerb(QStringLiteral("eraseVolume"), arguments, nullptr, nullptr, message, pipe);
+    invokeDiskutilWithVerb(eraseVerb, arguments, nullptr, nullptr, message, pipe);
     if (message)
         relay->performAndWait([&] { params->delegate->errorMessage(*message); });
     relay->perform([params] { params->delegate->formatFinished(params); });

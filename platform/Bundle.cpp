@@ -3,6 +3,7 @@
 
 #include "platform/DictionaryBuilder.h"
 #include "platform/PropertyList.h"
+#include "platform/PropertyListMemory.h"
 
 #include <QFile>
 
@@ -107,10 +108,11 @@ QString Bundle::resourcePath(const QString &name) const
 
 std::optional<PropertyDictionary> Bundle::infoDictionary() const
 {
-    const std::optional<QByteArray> bytes = readPropertyListFile(m_path + "/Contents/Info.plist"_L1);
-    const std::optional<PropertyValue> root = bytes ? readPropertyList(*bytes) : std::nullopt;
-    const PropertyDictionary *dictionary = root ? root->asDictionary() : nullptr;
-    return dictionary ? std::optional(*dictionary) : std::nullopt;
+    return readDictionaryFile(m_path + "/Contents/Info.plist"_L1, [](const QByteArray &bytes) {
+        const std::optional<PropertyValue> root = readPropertyList(bytes);
+        const PropertyDictionary *dictionary = root ? root->asDictionary() : nullptr;
+        return dictionary ? std::optional(*dictionary) : std::nullopt;
+    });
 }
 
 std::optional<PropertyDictionary> Bundle::localizedInfoDictionary(const QStringList &languages) const
@@ -120,9 +122,8 @@ std::optional<PropertyDictionary> Bundle::localizedInfoDictionary(const QStringL
         return std::nullopt;
     for (const QString &language : languages) {
         for (const QString &name : folderNames(language)) {
-            const auto bytes = readPropertyListFile(resourcePath(name + ".lproj/InfoPlist.strings"_L1));
-            const auto table = bytes ? readStringsTable(*bytes) : std::nullopt;
-            if (table)
+            if (const auto table
+                = readDictionaryFile(resourcePath(name + ".lproj/InfoPlist.strings"_L1), readStringsTable))
                 return laidOver(*info, *table);
         }
     }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
 // A bundle: a folder with Contents/Info.plist, and per-language folders Contents/Resources/<language>.lproj.
-// Nothing is cached: every call reads the disk anew. Any thread.
+// Every call reads the disk anew. Any thread.
 #pragma once
 
 #include "platform/Property.h"

@@ -7,8 +7,11 @@
 #include <QDir>
 #include <QFile>
 
+#include <cerrno>
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
+#include <unistd.h>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -31,6 +34,12 @@ quint64 sysfsNumber(const QString &path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll().trimmed().toULongLong() : 0;
+}
+
+// Leads to what is open, even when its own name has been given to something else.
+QString descriptorPath(int fd)
+{
+    return u"/proc/self/fd/%1"_s.arg(fd);
 }
 
 bool isSwapSpace(dev_t device)
@@ -85,6 +94,32 @@ std::optional<DeviceIdentity> readDeviceIdentity(const QString &deviceNode)
     const QString folder = sysfsFolder(deviceNode);
     return DeviceIdentity { *device, facts->diskSequence, sysfsNumber(folder + u"/start"_s),
         sysfsNumber(folder + u"/size"_s) };
+}
+
+OpenDevice::OpenDevice(const QString &deviceNode)
+    : m_fd(open(QFile::encodeName(deviceNode).constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK))
+{
+}
+
+OpenDevice::~OpenDevice()
+{
+    if (m_fd >= 0)
+        close(m_fd);
+}
+
+std::optional<DeviceIdentity> OpenDevice::identity() const
+{
+    return m_fd < 0 ? std::nullopt : readDeviceIdentity(descriptorPath(m_fd));
+}
+
+bool OpenDevice::isClaimed() const
+{
+    const int claim
+        = open(QFile::encodeName(descriptorPath(m_fd)).constData(), O_RDONLY | O_CLOEXEC | O_EXCL);
+    const bool isRefused = claim < 0 && errno == EBUSY;
+    if (claim >= 0)
+        close(claim);
+    return isRefused;
 }
 
 void announceChange(const QString &deviceNode)

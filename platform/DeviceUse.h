@@ -34,6 +34,27 @@ struct DeviceIdentity
 // Nothing when the node leads to no block device.
 std::optional<DeviceIdentity> readDeviceIdentity(const QString &deviceNode);
 
+// A block device that is held open for reading. While it is held, its number is given to no other medium.
+class OpenDevice
+{
+public:
+    // The node must be the device's own, no link to it.
+    explicit OpenDevice(const QString &deviceNode);
+    ~OpenDevice();
+    OpenDevice(const OpenDevice &) = delete;
+    OpenDevice &operator=(const OpenDevice &) = delete;
+
+    // Of the device that is open, whatever its node leads to by now; nothing when it could not be opened.
+    std::optional<DeviceIdentity> identity() const;
+
+    // Whether anything on the machine has it, a part of it or the disk that it is on for itself: a mount in
+    // whichever namespace, a device made from it, swap space, a program that is at work on it.
+    bool isClaimed() const;
+
+private:
+    int m_fd = -1;
+};
+
 // Has udev look at the device again. It looks by itself when a writer closes the device, but misses one that
 // does so while it is still looking because of an earlier one. Needs the administrator's rights.
 void announceChange(const QString &deviceNode);

@@ -57,6 +57,10 @@ public:
     // DADiskCopyIOMedia with all its properties, or nothing when the medium has no registry entry.
     virtual std::optional<PropertyDictionary> copyIOMediaProperties() const = 0;
 
+    // Whether copyIOMediaProperties() would answer with another copy of these same properties. False tells
+    // nothing.
+    virtual bool hasSameIOMediaProperties(const std::optional<PropertyDictionary> &properties) const = 0;
+
     // The device node, such as /dev/sda1; empty when there is none.
     virtual QString deviceNode() const = 0;
 

@@ -8,7 +8,7 @@
 #include <functional>
 #include <memory>
 
-class MainThreadRelay : public std::enable_shared_from_this<MainThreadRelay>
+class MainThreadRelay
 {
 public:
     // Main thread.
@@ -31,5 +31,5 @@ private:
 
     MainThreadRelay();
 
-    std::unique_ptr<State> m_state;
+    std::shared_ptr<State> m_state;
 };

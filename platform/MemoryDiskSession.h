@@ -14,6 +14,10 @@ class MemoryDisk : public DADisk
 public:
     std::optional<PropertyDictionary> copyDescription() const override { return description; }
     std::optional<PropertyDictionary> copyIOMediaProperties() const override { return mediaProperties; }
+    bool hasSameIOMediaProperties(const std::optional<PropertyDictionary> &properties) const override
+    {
+        return PropertyDictionary::areCopies(properties, mediaProperties);
+    }
     QString deviceNode() const override { return node; }
     std::optional<qint16> fileSystemSubtype() const override { return subtype; }
 

@@ -207,28 +207,44 @@ PropertyDictionary::PropertyDictionary(std::initializer_list<Entry> entries)
 PropertyDictionary PropertyDictionary::fromUniqueEntries(std::vector<Entry> entries)
 {
     PropertyDictionary dictionary;
-    dictionary.m_entries = std::move(entries);
+    dictionary.m_entries = std::make_shared<std::vector<Entry>>(std::move(entries));
     return dictionary;
+}
+
+const std::vector<PropertyDictionary::Entry> &PropertyDictionary::entries() const
+{
+    static const std::vector<Entry> none;
+    return m_entries ? *m_entries : none;
+}
+
+std::vector<PropertyDictionary::Entry> &PropertyDictionary::ownEntries()
+{
+    if (!m_entries)
+        m_entries = std::make_shared<std::vector<Entry>>();
+    else if (m_entries.use_count() > 1)
+        m_entries = std::make_shared<std::vector<Entry>>(*m_entries);
+    return *m_entries;
 }
 
 const PropertyValue *PropertyDictionary::value(const QString &key) const
 {
-    const auto found = std::find_if(
-        m_entries.begin(), m_entries.end(), [&key](const Entry &entry) { return entry.first == key; });
-    return found == m_entries.end() ? nullptr : &found->second;
+    const auto found
+        = std::find_if(begin(), end(), [&key](const Entry &entry) { return entry.first == key; });
+    return found == end() ? nullptr : &found->second;
 }
 
 void PropertyDictionary::insert(const QString &key, PropertyValue value)
 {
-    const auto found = std::find_if(
-        m_entries.begin(), m_entries.end(), [&key](const Entry &entry) { return entry.first == key; });
-    if (found == m_entries.end())
-        m_entries.emplace_back(key, std::move(value));
+    std::vector<Entry> &own = ownEntries();
+    const auto found
+        = std::find_if(own.begin(), own.end(), [&key](const Entry &entry) { return entry.first == key; });
+    if (found == own.end())
+        own.emplace_back(key, std::move(value));
     else
         found->second = std::move(value);
 }
 
 void PropertyDictionary::remove(const QString &key)
 {
-    std::erase_if(m_entries, [&key](const Entry &entry) { return entry.first == key; });
+    std::erase_if(ownEntries(), [&key](const Entry &entry) { return entry.first == key; });
 }

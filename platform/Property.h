@@ -126,7 +126,8 @@ private:
         m_value;
 };
 
-// Keys and values in the order in which they were added. A key occurs once.
+// Keys and values in the order in which they were added. A key occurs once. Copies share one storage until
+// one of them is changed.
 class PropertyDictionary
 {
 public:
@@ -145,16 +146,29 @@ public:
     void insert(const QString &key, PropertyValue value);
     void remove(const QString &key);
 
-    std::size_t size() const { return m_entries.size(); }
-    bool isEmpty() const { return m_entries.empty(); }
-    auto begin() const { return m_entries.begin(); }
-    auto end() const { return m_entries.end(); }
+    std::size_t size() const { return entries().size(); }
+    bool isEmpty() const { return entries().empty(); }
+    auto begin() const { return entries().begin(); }
+    auto end() const { return entries().end(); }
+
+    // Whether both are copies of one dictionary that was not changed since: then they are equal. Not every
+    // two equal dictionaries are.
+    bool isCopyOf(const PropertyDictionary &other) const { return m_entries == other.m_entries; }
+
+    static bool areCopies(
+        const std::optional<PropertyDictionary> &a, const std::optional<PropertyDictionary> &b)
+    {
+        return a && b ? a->isCopyOf(*b) : !a && !b;
+    }
 
     friend bool operator==(const PropertyDictionary &a, const PropertyDictionary &b)
     {
-        return a.m_entries == b.m_entries;
+        return a.isCopyOf(b) || a.entries() == b.entries();
     }
 
 private:
-    std::vector<Entry> m_entries;
+    const std::vector<Entry> &entries() const;
+    std::vector<Entry> &ownEntries();
+
+    std::shared_ptr<std::vector<Entry>> m_entries; // null when there are none
 };

@@ -1,9 +1,39 @@
 // SPDX-License-Identifier: MIT
 #include "platform/ShellPipe.h"
 
+#include "platform/SystemLog.h"
+
 #include <cerrno>
+#include <cstring>
 #include <unistd.h>
 #include <utility>
+
+namespace {
+
+// Stands for itself outside of quotes, wherever it stands in a word.
+bool isLiteral(char c)
+{
+    const auto byte = static_cast<unsigned char>(c);
+    const bool isLetterOrDigit = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
+    return isLetterOrDigit || byte >= 0x80 || (c != '\0' && std::strchr(" /_-.,:+@", c) != nullptr);
+}
+
+} // namespace
+
+bool isSingleProgram(const QByteArray &command)
+{
+    QByteArrayView text = command;
+    if (text.endsWith(" 2>&1"))
+        text = text.chopped(5);
+    bool isQuoted = false;
+    for (const char c : text) {
+        if (c == '\'')
+            isQuoted = !isQuoted;
+        else if (c == '\0' || (!isQuoted && !isLiteral(c)))
+            return false;
+    }
+    return true; // quotes that are left open are an error to the shell, which then runs nothing
+}
 
 PosixShellPipe::~PosixShellPipe()
 {
@@ -15,6 +45,12 @@ bool PosixShellPipe::open(const QByteArray &command)
 {
     if (m_stream) {
         errno = EBUSY;
+        return false;
+    }
+    systemLog(QStringLiteral("Running: %1").arg(QString::fromUtf8(command)));
+    if (!isSingleProgram(command)) {
+        systemLog(QStringLiteral("Not run: the shell would make more than one program of it."));
+        errno = EINVAL;
         return false;
     }
     // The shell gives way to the program. As its parent it would turn a death by signal into an exit code.

@@ -19,7 +19,7 @@ public:
     virtual ~ShellPipe() = default;
 
     // popen(command, "r"): starts the command, a single program with its arguments and redirections; false
-    // with errno when that fails. Once for an object.
+    // with errno when that fails, EINVAL when the shell would do more than that. Once for an object.
     [[nodiscard]] virtual bool open(const QByteArray &command) = 0;
 
     // read() of one byte of the output: 1, 0 at the end, or -1 with errno.
@@ -29,6 +29,13 @@ public:
     [[nodiscard]] virtual int close() = 0;
 };
 
+// Whether the shell would make nothing of the command but one program with literal arguments, its standard
+// error in its standard output at most. Arguments come from media and bundles: a quote in a volume's name
+// ends the quotes that it stands in, and what follows must not become another command, comment or
+// redirection.
+bool isSingleProgram(const QByteArray &command);
+
+// Logs every command that it is given, before it is run.
 class PosixShellPipe : public ShellPipe
 {
 public:

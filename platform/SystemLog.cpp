@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/SystemLog.h"
 
+#include "platform/disturbing_characters.h"
+
 #include <cstdio>
 #include <cstring>
 #include <mutex>
@@ -34,7 +36,7 @@ QString escapedForLog(const QString &text)
             result += QLatin1String("\\r");
         else if (c == u'\t')
             result += QLatin1String("\\t");
-        else if (c.category() == QChar::Other_Control)
+        else if (disturbsLine(c))
             result += QStringLiteral("\\u{%1}").arg(c.unicode(), 0, 16);
         else
             result += c;
@@ -45,14 +47,13 @@ QString escapedForLog(const QString &text)
 void systemLog(const QString &line)
 {
     const QString text = escapedForLog(line);
-    std::function<void(const QString &)> handler;
     {
+        // Held while the handler runs: whoever takes the redirection away waits for a worker that is in it.
         const std::lock_guard lock(logTarget().mutex);
-        handler = logTarget().handler;
-    }
-    if (handler) {
-        handler(text);
-        return;
+        if (logTarget().handler) {
+            logTarget().handler(text);
+            return;
+        }
     }
     const QByteArray bytes = text.toUtf8();
     syslog(LOG_USER | LOG_NOTICE, "%s", bytes.constData());

@@ -11,3 +11,6 @@
 // nothing when it can: it and every folder above it belong to the administrator, nobody else can write to
 // them, and no symbolic link leads elsewhere.
 std::optional<QString> reasonForDistrust(const QString &path);
+
+// The same for a folder and everything in it.
+std::optional<QString> reasonForDistrustOfTree(const QString &path);

@@ -8,7 +8,9 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusVariant>
+#include <QTimer>
 
+#include <chrono>
 #include <climits>
 #include <utility>
 
@@ -18,16 +20,29 @@ namespace {
 // disk: no call is given up.
 constexpr int noTimeLimit = INT_MAX;
 
+constexpr std::chrono::seconds reconnectInterval { 1 };
+
 const QString objectManager = QStringLiteral("org.freedesktop.DBus.ObjectManager");
 const QString busService = QStringLiteral("org.freedesktop.DBus");
 const QString busPath = QStringLiteral("/org/freedesktop/DBus");
+// For an answer of the bus itself, before there is a window: a bus that is slower has its answer taken later.
+constexpr int longestWait = 100; // milliseconds
+
 const QString propertiesInterface = QStringLiteral("org.freedesktop.DBus.Properties");
+
+QDBusMessage busCall(const QString &method, const QVariantList &arguments)
+{
+    auto message = QDBusMessage::createMethodCall(busService, busPath, busService, method);
+    message.setArguments(arguments);
+    return message;
+}
 
 } // namespace
 
-UDisksBus::UDisksBus(const QDBusConnection &bus, QObject *parent)
+UDisksBus::UDisksBus(const QDBusConnection &bus, std::function<QDBusConnection()> reconnect, QObject *parent)
     : QObject(parent)
     , m_bus(bus)
+    , m_reconnect(std::move(reconnect))
 {
     registerUDisksTypes();
 }
@@ -36,16 +51,32 @@ UDisksBus::~UDisksBus() = default;
 
 void UDisksBus::start()
 {
+    watchOwner();
+    askOwner();
+}
+
+void UDisksBus::startAtOnce()
+{
+    watchOwner();
+    const QDBusPendingReply<QString> reply
+        = m_bus.call(busCall(QStringLiteral("GetNameOwner"), { UDisks::service }), QDBus::Block, longestWait);
+    if (reply.isValid())
+        follow(reply.value());
+    else
+        askOwner();
+}
+
+void UDisksBus::watchOwner()
+{
     m_bus.connect(busService, busPath, busService, QStringLiteral("NameOwnerChanged"), { UDisks::service },
         {}, this, SLOT(nameOwnerChanged(QString, QString, QString)));
-    askOwner();
+    m_bus.connect({}, QStringLiteral("/org/freedesktop/DBus/Local"),
+        QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), this, SLOT(busLost()));
 }
 
 QDBusPendingCallWatcher *UDisksBus::callBus(const QString &method, const QVariantList &arguments)
 {
-    auto message = QDBusMessage::createMethodCall(busService, busPath, busService, method);
-    message.setArguments(arguments);
-    return new QDBusPendingCallWatcher(m_bus.asyncCall(message, noTimeLimit), this);
+    return new QDBusPendingCallWatcher(m_bus.asyncCall(busCall(method, arguments), noTimeLimit), this);
 }
 
 // Signals are asked for by the service's unique name: Qt would look up the owner of any other name at once,
@@ -159,14 +190,40 @@ void UDisksBus::nameOwnerChanged(const QString &name, const QString &oldOwner, c
     Q_UNUSED(oldOwner)
     if (name != UDisks::service || newOwner == m_owner)
         return;
-    if (!m_owner.isEmpty()) {
-        forget();
-        Q_EMIT listed(false);
-    }
+    if (!m_owner.isEmpty())
+        serviceLost();
     // The service exports its objects before it takes its name, and tells nobody of them: they must be asked
     // for.
     if (!newOwner.isEmpty())
         follow(newOwner);
+    else
+        startService();
+}
+
+void UDisksBus::serviceLost()
+{
+    forget();
+    Q_EMIT listed(false);
+}
+
+void UDisksBus::busLost()
+{
+    systemLog(QStringLiteral("The connection to the system bus is lost."));
+    serviceLost();
+    if (m_reconnect)
+        QTimer::singleShot(reconnectInterval, this, &UDisksBus::tryReconnect);
+}
+
+// Nobody can tell that a bus is there again, for want of a bus.
+void UDisksBus::tryReconnect()
+{
+    const QDBusConnection bus = m_reconnect();
+    if (!bus.isConnected()) {
+        QTimer::singleShot(reconnectInterval, this, &UDisksBus::tryReconnect);
+        return;
+    }
+    m_bus = bus;
+    start();
 }
 
 void UDisksBus::interfacesAdded(const QDBusMessage &message)

@@ -24,11 +24,18 @@ public:
     // Answer of a call: the dissenter is null when it was granted.
     using Reply = std::function<void(const QDBusMessage &reply, const DADissenterRef &dissenter)>;
 
-    UDisksBus(const QDBusConnection &bus, QObject *parent = nullptr);
+    // The second makes another connection when this one is lost; the bus comes back when its service is
+    // started anew.
+    UDisksBus(
+        const QDBusConnection &bus, std::function<QDBusConnection()> reconnect, QObject *parent = nullptr);
     ~UDisksBus() override;
 
     // Starts the service if need be, subscribes to its signals, then lists its objects.
     void start();
+
+    // The same for a caller that has no event loop yet: asks the bus, not the service, who the service is and
+    // waits for the answer, so that the listing is on its way when this returns.
+    void startAtOnce();
 
     const UDisksStore &store() const { return m_store; }
 
@@ -56,8 +63,12 @@ private Q_SLOTS:
     void interfacesRemoved(const QDBusMessage &message);
     void propertiesChanged(const QDBusMessage &message);
     void nameOwnerChanged(const QString &name, const QString &oldOwner, const QString &newOwner);
+    void busLost();
 
 private:
+    void watchOwner();
+    void serviceLost();
+    void tryReconnect();
     void askOwner();
     void startService();
     void follow(const QString &owner);
@@ -69,6 +80,7 @@ private:
     void markChanged(const QString &path);
 
     QDBusConnection m_bus;
+    std::function<QDBusConnection()> m_reconnect;
     UDisksStore m_store;
     QString m_owner; // unique name of the service that is followed; empty while there is none
     bool m_isListed = false; // signals count from the listing on, which tells all that came before

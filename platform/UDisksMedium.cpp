@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/UDisksMedium.h"
 
+#include "platform/disturbing_characters.h"
+
 #include <QFileInfo>
 #include <QHash>
 
@@ -155,12 +157,7 @@ QString harmlessName(const QString &name)
 {
     QString result = name;
     for (QChar &c : result) {
-        const QChar::Category category = c.category();
-        const bool reorders = (c >= QChar(0x202A) && c <= QChar(0x202E))
-            || (c >= QChar(0x2066) && c <= QChar(0x2069)) || c == QChar(0x200E) || c == QChar(0x200F)
-            || c == QChar(0x061C);
-        if (reorders || category == QChar::Other_Control || category == QChar::Separator_Line
-            || category == QChar::Separator_Paragraph)
+        if (disturbsLine(c))
             c = QChar(QChar::ReplacementCharacter);
     }
     return result;

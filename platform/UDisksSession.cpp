@@ -26,6 +26,10 @@ public:
     {
         return m_medium.mediaProperties;
     }
+    bool hasSameIOMediaProperties(const std::optional<PropertyDictionary> &properties) const override
+    {
+        return properties && properties->isCopyOf(m_medium.mediaProperties);
+    }
     QString deviceNode() const override { return m_medium.deviceNode; }
     std::optional<qint16> fileSystemSubtype() const override { return m_medium.subtype; }
 
@@ -74,13 +78,22 @@ void logHarmfulName(const UDisksStore &store, const UDisksDisk &disk)
                       .arg(disk.medium().facts.bsdName));
 }
 
+// Qt keeps what it calls the system bus for ever, also when it is lost.
+QDBusConnection connectAgain()
+{
+    static const QString name = QStringLiteral("zorvex-system-bus");
+    QDBusConnection::disconnectFromBus(name);
+    return QDBusConnection::connectToBus(QDBusConnection::SystemBus, name);
+}
+
 class UDisksSession : public DASession
 {
 public:
-    UDisksSession(FileSystemClaims claims, const QDBusConnection &bus, BlockDeviceFactsReader readFacts)
+    UDisksSession(FileSystemClaims claims, const QDBusConnection &bus,
+        std::function<QDBusConnection()> reconnect, BlockDeviceFactsReader readFacts)
         : m_claims(std::move(claims))
         , m_readFacts(std::move(readFacts))
-        , m_bus(bus)
+        , m_bus(bus, std::move(reconnect))
         , m_requests(m_bus)
     {
         QObject::connect(
@@ -89,10 +102,19 @@ public:
             &m_bus, &UDisksBus::changed, &m_bus, [this](const QSet<QString> &paths) { followChange(paths); });
     }
 
+    void listAhead()
+    {
+        m_isStarted = true;
+        m_bus.startAtOnce();
+    }
+
     void scheduleWithRunLoop() override
     {
         m_scheduled = true;
-        m_bus.start();
+        if (!std::exchange(m_isStarted, true))
+            m_bus.start();
+        else if (m_isAvailable)
+            QTimer::singleShot(0, &m_bus, [this] { followListing(*m_isAvailable); });
     }
     void unscheduleFromRunLoop() override { m_scheduled = false; }
 
@@ -134,12 +156,14 @@ public:
     }
 
 private:
-    // The object path of a medium that is present. When it has gone, the request is answered (later, as every
-    // request is) and the path is empty.
+    // The object path of a medium that is present; it may have been reported anew, by a service that was
+    // started again. When it has gone, the request is answered (later, as every request is) and the path is
+    // empty.
     QString presentPath(const DADiskRef &disk, const DADiskCompletion &completion)
     {
         const auto known = std::dynamic_pointer_cast<UDisksDisk>(disk);
-        if (known && m_disks.value(known->path()) == known)
+        const UDisksDiskRef present = known ? m_disks.value(known->path()) : nullptr;
+        if (present && present->medium().facts.bsdName == known->medium().facts.bsdName)
             return known->path();
         QTimer::singleShot(
             0, &m_bus, [disk, completion] { completion(disk, makeDissenter(DAReturn::NotFound)); });
@@ -154,18 +178,22 @@ private:
 
     void followListing(bool available)
     {
+        m_isAvailable = available;
+        if (!m_scheduled)
+            return;
         const QStringList listed = m_bus.store().paths();
         const QStringList known = m_disks.keys();
         m_claims.refresh();
         follow(QSet<QString>(listed.begin(), listed.end()) + QSet<QString>(known.begin(), known.end()));
-        if (m_scheduled)
-            deliverInitialListing(available);
+        deliverInitialListing(available);
     }
 
     // A change of an object can show in what is said of others: of a drive in its disks, of a disk in its
     // partitions, of a partition in its disk.
     void followChange(const QSet<QString> &paths)
     {
+        if (!m_scheduled)
+            return;
         const UDisksStore &store = m_bus.store();
         QSet<QString> affected = paths;
         for (const QString &path : store.paths()) {
@@ -216,8 +244,6 @@ private:
         std::sort(come.begin(), come.end(), comesBefore);
         std::sort(changed.begin(), changed.end(),
             [](const auto &a, const auto &b) { return comesBefore(a.first, b.first); });
-        if (!m_scheduled)
-            return;
         for (const UDisksDiskRef &disk : gone)
             deliverDisappeared(disk);
         for (const auto &[disk, keys] : changed)
@@ -230,23 +256,37 @@ private:
 
     FileSystemClaims m_claims;
     BlockDeviceFactsReader m_readFacts;
-    bool m_scheduled = false;
+    bool m_scheduled = false; // before that, what the bus tells stays in its store
+    bool m_isStarted = false;
+    std::optional<bool> m_isAvailable; // what the last listing told
     QHash<QString, UDisksDiskRef> m_disks; // the media that are present, by object path
     UDisksBus m_bus;
     UDisksRequests m_requests;
 };
 
-} // namespace
-
-std::unique_ptr<DASession> createUDisksSession(FileSystemClaims claims)
-{
-    return createUDisksSession(std::move(claims), QDBusConnection::systemBus(), readBlockDeviceFacts);
-}
-
-std::unique_ptr<DASession> createUDisksSession(
-    FileSystemClaims claims, const QDBusConnection &bus, BlockDeviceFactsReader readFacts)
+std::unique_ptr<DASession> makeSession(FileSystemClaims claims, const QDBusConnection &bus,
+    std::function<QDBusConnection()> reconnect, BlockDeviceFactsReader readFacts, UDisksListing listing)
 {
     if (!bus.isConnected())
         return nullptr;
-    return std::make_unique<UDisksSession>(std::move(claims), bus, std::move(readFacts));
+    auto session = std::make_unique<UDisksSession>(
+        std::move(claims), bus, std::move(reconnect), std::move(readFacts));
+    if (listing == UDisksListing::Ahead)
+        session->listAhead();
+    return session;
+}
+
+} // namespace
+
+std::unique_ptr<DASession> createUDisksSession(FileSystemClaims claims, UDisksListing listing)
+{
+    return makeSession(
+        std::move(claims), QDBusConnection::systemBus(), connectAgain, readBlockDeviceFacts, listing);
+}
+
+// A bus of the caller's is the caller's to make anew.
+std::unique_ptr<DASession> createUDisksSession(FileSystemClaims claims, const QDBusConnection &bus,
+    BlockDeviceFactsReader readFacts, UDisksListing listing)
+{
+    return makeSession(std::move(claims), bus, nullptr, std::move(readFacts), listing);
 }

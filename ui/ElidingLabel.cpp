@@ -3,6 +3,7 @@
 
 #include "ui/tool_tips.h"
 
+#include <QFontInfo>
 #include <QHelpEvent>
 #include <QPainter>
 #include <QStyle>
@@ -12,6 +13,13 @@ ElidingLabel::ElidingLabel(QWidget *parent)
     : QLabel(parent)
 {
     setTextFormat(Qt::PlainText);
+}
+
+void ElidingLabel::scaleFont()
+{
+    QFont scaled = font();
+    scaled.setPointSizeF(QFontInfo(parentWidget()->font()).pointSizeF() * m_fontScale);
+    setFont(scaled);
 }
 
 QSize ElidingLabel::minimumSizeHint() const
@@ -31,6 +39,8 @@ void ElidingLabel::paintEvent(QPaintEvent *event)
         return;
     }
     QPainter painter(this);
+    // A device or a path reads from left to right in every window.
+    painter.setLayoutDirection(text().isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
     const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, contentsRect().width());
     style()->drawItemText(&painter, contentsRect(),
         static_cast<int>(QStyle::visualAlignment(layoutDirection(), alignment())), palette(), isEnabled(),
@@ -53,5 +63,17 @@ bool ElidingLabel::event(QEvent *event)
         QToolTip::showText(help->globalPos(), isCut() ? plainToolTip(text()) : QString(), this);
         return true;
     }
+    // A label with a size of its own is not told when the font around it changes.
+    if (event->type() == QEvent::Polish && !qFuzzyCompare(m_fontScale, 1)) {
+        parentWidget()->installEventFilter(this);
+        scaleFont();
+    }
     return QLabel::event(event);
+}
+
+bool ElidingLabel::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::FontChange)
+        scaleFont();
+    return QLabel::eventFilter(watched, event);
 }

@@ -9,9 +9,14 @@
 class ElidingLabel : public QLabel
 {
     Q_OBJECT
+    Q_PROPERTY(qreal fontScale READ fontScale WRITE setFontScale)
 
 public:
     explicit ElidingLabel(QWidget *parent = nullptr);
+
+    // How large the text is, as a multiple of the font around it. Set before the label is shown.
+    qreal fontScale() const { return m_fontScale; }
+    void setFontScale(qreal scale) { m_fontScale = scale; }
 
     QSize minimumSizeHint() const override;
     bool isCut() const;
@@ -20,4 +25,10 @@ protected:
     void changeEvent(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     bool event(QEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void scaleFont();
+
+    qreal m_fontScale = 1;
 };

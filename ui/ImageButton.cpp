@@ -40,13 +40,16 @@ void ImageButton::paintEvent(QPaintEvent *event)
     QStyleOptionButton option;
     initStyleOption(&option);
     painter.drawControl(QStyle::CE_PushButtonBevel, option);
+    const int mnemonic = style()->styleHint(QStyle::SH_UnderlineShortcut, &option, this)
+        ? Qt::TextShowMnemonic
+        : Qt::TextHideMnemonic;
 
     QRect content = style()->subElementRect(QStyle::SE_PushButtonContents, &option, this);
     content.adjust(padding, 0, -padding, 0);
     const bool onLeft = m_imagePosition == ImagePosition::Left;
     if (!icon().isNull()) {
         const QSize size = iconSize();
-        const int textWidth = option.fontMetrics.size(Qt::TextShowMnemonic, text()).width();
+        const int textWidth = option.fontMetrics.size(mnemonic, text()).width();
         const int groupWidth = std::min(content.width(), size.width() + spacing + textWidth);
         if (m_textAlignment.testFlag(Qt::AlignHCenter))
             content = QStyle::alignedRect(
@@ -61,7 +64,7 @@ void ImageButton::paintEvent(QPaintEvent *event)
         = m_textAlignment.testFlag(Qt::AlignHCenter) && !icon().isNull() ? Qt::AlignLeft : m_textAlignment;
     painter.drawItemText(content,
         static_cast<int>((horizontal & Qt::AlignHorizontal_Mask) | Qt::AlignVCenter | Qt::AlignAbsolute)
-            | Qt::TextShowMnemonic,
+            | mnemonic,
         option.palette, isEnabled(), text(), QPalette::ButtonText);
     if (option.state.testFlag(QStyle::State_HasFocus)) {
         QStyleOptionFocusRect focus;

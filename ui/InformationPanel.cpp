@@ -27,7 +27,8 @@ struct ZorvexDiskManagerAppDelegate::PanelTexts
     QString spaceToolTip;
     QString filesystem;
     QString bsdName;
-    QString deviceNode; // tool tip of the BSD name
+    QString deviceNode;
+    QString deviceNodeToolTip; // of the BSD name
     QString wholeDevice;
     QString removable;
     QString contentHint;
@@ -48,6 +49,14 @@ void setSelectable(QLabel *label, bool selectable)
         selectable ? Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard : Qt::NoTextInteraction);
 }
 
+// A value that can be selected can be reached with Tab, an empty one is passed by.
+void setValue(QLabel *label, const QString &text)
+{
+    label->setText(text);
+    const bool isSelectable = label->textInteractionFlags().testFlag(Qt::TextSelectableByKeyboard);
+    label->setFocusPolicy(isSelectable && !text.isEmpty() ? Qt::StrongFocus : Qt::NoFocus);
+}
+
 FontRules::FontSource systemFonts()
 {
     return {
@@ -61,6 +70,11 @@ FontRules::FontSource systemFonts()
                                                   : std::nullopt;
         },
     };
+}
+
+QString deviceNodeOf(const ZorvexDiskManagerDisk &disk)
+{
+    return disk.daDisk ? disk.daDisk->deviceNode() : QString();
 }
 
 QString operationText(const ZorvexDiskManagerDisk &disk)
@@ -101,7 +115,7 @@ QString ZorvexDiskManagerAppDelegate::leftToRightInWindow(const QString &text) c
 
 QString ZorvexDiskManagerAppDelegate::deviceNodeTextOf(const ZorvexDiskManagerDisk &disk) const
 {
-    const QString node = disk.daDisk ? disk.daDisk->deviceNode() : QString();
+    const QString node = deviceNodeOf(disk);
     return node.isEmpty() ? QString()
                           : formatLocalized(localizedString("DEVICE_NODE_TOOL_TIP_FMT"), { node });
 }
@@ -130,7 +144,8 @@ ZorvexDiskManagerAppDelegate::PanelTexts ZorvexDiskManagerAppDelegate::textsOf(Z
     }
     texts.filesystem = filesystemTextOf(disk);
     texts.bsdName = disk.description();
-    texts.deviceNode = deviceNodeTextOf(disk);
+    texts.deviceNode = deviceNodeOf(disk);
+    texts.deviceNodeToolTip = deviceNodeTextOf(disk);
     texts.wholeDevice = yesOrNo(disk.whole);
     texts.removable = yesOrNo(disk.removable);
     texts.ejectable = yesOrNo(disk.ejectable);
@@ -218,6 +233,7 @@ void ZorvexDiskManagerAppDelegate::outlineViewSelectionDidChange()
     if (disk) {
         texts = textsOf(*disk);
         infoBigImageField->setPixmap(getUIImageforDisk(*disk, true).value_or(QPixmap()));
+        infoBigImageField->setAccessibleDescription(outlineView_accessibleTextByItem(leftOutlineView, disk));
         mountUnmountButton->setText(localizedString(PanelRules::buttonTitleKey(*disk)));
         setMountImageWithIsUnmountable(PanelRules::isUnmountable(*disk));
         showOutputOf(*disk);
@@ -229,8 +245,8 @@ void ZorvexDiskManagerAppDelegate::outlineViewSelectionDidChange()
         disableControls();
     }
 
-    infoNameLabel->setText(texts.name);
-    infoDiskSpaceLabel->setText(texts.space);
+    setValue(infoNameLabel, texts.name);
+    setValue(infoDiskSpaceLabel, texts.space);
     infoDiskSpaceLabel->setToolTip(texts.spaceToolTip);
     if (disk && disk->volumePath)
         makeHyperlink(infoMountedPathView, disk->volumePath->toLocalFile(), *disk->volumePath);
@@ -238,13 +254,15 @@ void ZorvexDiskManagerAppDelegate::outlineViewSelectionDidChange()
         infoMountedPathView->clearLink();
     updateTabs(disk.get(), canFormat);
     updateOperationBars(disk.get());
-    filesystemLabel->setText(texts.filesystem);
-    bsdNameLabel->setText(texts.bsdName);
-    bsdNameLabel->setToolTip(texts.deviceNode);
-    wholeDeviceLabel->setText(texts.wholeDevice);
-    removableLabel->setText(texts.removable);
-    contentHintLabel->setText(texts.contentHint);
-    ejectableLabel->setText(texts.ejectable);
-    preferredBlockSizeLabel->setText(texts.preferredBlockSize);
+    setValue(filesystemLabel, texts.filesystem);
+    setValue(bsdNameLabel, texts.bsdName);
+    bsdNameLabel->setToolTip(texts.deviceNodeToolTip);
+    setValue(deviceNodeLabel, texts.deviceNode);
+    deviceNodeLabel->setAccessibleName(texts.deviceNodeToolTip);
+    setValue(wholeDeviceLabel, texts.wholeDevice);
+    setValue(removableLabel, texts.removable);
+    setValue(contentHintLabel, texts.contentHint);
+    setValue(ejectableLabel, texts.ejectable);
+    setValue(preferredBlockSizeLabel, texts.preferredBlockSize);
     refreshFilesystems();
 }

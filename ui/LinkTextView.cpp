@@ -3,14 +3,18 @@
 
 #include "ui/tool_tips.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QKeyEvent>
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextOption>
 
+#include <algorithm>
+#include <cmath>
+
 namespace {
 
-constexpr int linesShown = 2; // where there is room
+constexpr int mostLines = 2; // where there is room; what is longer scrolls
 
 } // namespace
 
@@ -29,6 +33,8 @@ LinkTextView::LinkTextView(QWidget *parent)
     document()->setDocumentMargin(0);
     viewport()->setAutoFillBackground(false);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Maximum);
+    connect(document()->documentLayout(), &QAbstractTextDocumentLayout::documentSizeChanged, this,
+        &QWidget::updateGeometry);
 }
 
 void LinkTextView::setLink(const QString &text, const QColor &color, const QFont &linkFont)
@@ -79,7 +85,9 @@ qsizetype LinkTextView::textLength() const
 
 QSize LinkTextView::sizeHint() const
 {
-    return { 100, fontMetrics().lineSpacing() * linesShown };
+    const int line = fontMetrics().lineSpacing();
+    const int height = static_cast<int>(std::ceil(document()->size().height()));
+    return { 100, std::clamp(height, line, line * mostLines) };
 }
 
 QSize LinkTextView::minimumSizeHint() const

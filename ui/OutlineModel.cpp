@@ -5,9 +5,6 @@
 #include "ui/ImageAndTextCell.h"
 #include "ui/OutlineView.h"
 
-#include <algorithm>
-#include <unordered_set>
-
 namespace {
 
 // A data source that gave its children no end would not stop the program.
@@ -15,16 +12,10 @@ constexpr int deepestLevel = 32;
 
 } // namespace
 
-int OutlineModel::Node::row() const
-{
-    const auto found = std::find_if(parent->children.begin(), parent->children.end(),
-        [this](const std::unique_ptr<Node> &sibling) { return sibling.get() == this; });
-    return static_cast<int>(found - parent->children.begin());
-}
-
 OutlineModel::OutlineModel(OutlineView *view)
     : m_view(view)
 {
+    m_root.isExpanded = true;
 }
 
 OutlineModel::~OutlineModel() = default;
@@ -66,7 +57,7 @@ void OutlineModel::synchronize(Node *node, int depth)
             continue;
         // A row that stands further down, here or under another item, moves by leaving its old place.
         if (Node *const elsewhere = m_nodes.value(wanted[i].get())) {
-            const int row = elsewhere->row();
+            const int row = elsewhere->row;
             takeRows(elsewhere->parent, row, row);
         }
         putRow(node, static_cast<int>(i), wanted[i]);
@@ -82,12 +73,26 @@ void OutlineModel::synchronize(Node *node, int depth)
             index(0, 0, indexOf(node)), index(static_cast<int>(rows.size()) - 1, 0, indexOf(node)));
 }
 
+bool OutlineModel::insert(const OutlineItem &item, const OutlineItem &parent, int row)
+{
+    Node *const node = parent ? m_nodes.value(parent.get()) : &m_root;
+    if (!node || m_nodes.contains(item.get()) || row < 0 || row > static_cast<int>(node->children.size()))
+        return false;
+    putRow(node, row, item);
+    return true;
+}
+
 void OutlineModel::takeRows(Node *node, int first, int last)
 {
     beginRemoveRows(indexOf(node), first, last);
-    for (int row = first; row <= last; ++row)
-        forgetBelow(node->children[static_cast<std::size_t>(row)].get());
+    for (int row = first; row <= last; ++row) {
+        Node *const child = node->children[static_cast<std::size_t>(row)].get();
+        addShownRows(node, -1 - child->shownBelow);
+        forgetBelow(child);
+    }
     node->children.erase(node->children.begin() + first, node->children.begin() + last + 1);
+    numberFrom(node, first);
+    noteCollapsed(node);
     endRemoveRows();
 }
 
@@ -99,14 +104,92 @@ void OutlineModel::putRow(Node *node, int row, const OutlineItem &item)
     beginInsertRows(indexOf(node), row, row);
     m_nodes.insert(item.get(), child.get());
     node->children.insert(node->children.begin() + row, std::move(child));
+    numberFrom(node, row);
+    addShownRows(node, 1);
+    noteCollapsed(node);
     endInsertRows();
 }
 
 void OutlineModel::forgetBelow(Node *node)
 {
     m_nodes.remove(node->item.get());
+    m_collapsed.erase(node);
     for (const std::unique_ptr<Node> &child : node->children)
         forgetBelow(child.get());
+}
+
+void OutlineModel::numberFrom(Node *node, int row)
+{
+    for (int i = row; i < static_cast<int>(node->children.size()); ++i)
+        node->children[static_cast<std::size_t>(i)]->row = i;
+}
+
+// To be told of a node whose children or whose expansion have changed.
+void OutlineModel::noteCollapsed(Node *node)
+{
+    if (node->isExpanded || node->children.empty())
+        m_collapsed.erase(node);
+    else
+        m_collapsed.insert(node);
+}
+
+QModelIndex OutlineModel::anyCollapsedItem() const
+{
+    return m_collapsed.empty() ? QModelIndex() : indexOf(*m_collapsed.begin());
+}
+
+// Below a node that is not expanded nothing is shown, and above it nothing changes.
+void OutlineModel::addShownRows(Node *node, int count)
+{
+    for (; node && node->isExpanded; node = node->parent)
+        node->shownBelow += count;
+}
+
+void OutlineModel::setExpanded(const QModelIndex &index, bool isExpanded)
+{
+    Node *const node = nodeAt(index);
+    if (node == &m_root || node->isExpanded == isExpanded)
+        return;
+    node->isExpanded = isExpanded;
+    noteCollapsed(node);
+    int count = 0;
+    for (const std::unique_ptr<Node> &child : node->children)
+        count += 1 + child->shownBelow;
+    node->shownBelow = isExpanded ? count : 0;
+    addShownRows(node->parent, isExpanded ? count : -count);
+}
+
+int OutlineModel::shownRowOf(const OutlineItem &item) const
+{
+    int result = -1;
+    for (const Node *node = m_nodes.value(item.get()); node != &m_root; node = node->parent) {
+        if (!node || !node->parent->isExpanded)
+            return -1;
+        for (int row = 0; row < node->row; ++row)
+            result += 1 + node->parent->children[static_cast<std::size_t>(row)]->shownBelow;
+        ++result;
+    }
+    return result;
+}
+
+OutlineItem OutlineModel::itemAtShownRow(int row) const
+{
+    if (row < 0 || row >= m_root.shownBelow)
+        return nullptr;
+    const Node *node = &m_root;
+    for (auto child = node->children.begin();;) {
+        const int rows = 1 + (*child)->shownBelow;
+        if (row == 0)
+            return (*child)->item;
+        if (row < rows) {
+            node = child->get();
+            child = node->children.begin();
+            --row;
+        } else {
+            row -= rows;
+            ++child;
+        }
+    }
 }
 
 OutlineModel::Node *OutlineModel::nodeAt(const QModelIndex &index) const
@@ -116,7 +199,7 @@ OutlineModel::Node *OutlineModel::nodeAt(const QModelIndex &index) const
 
 QModelIndex OutlineModel::indexOf(const Node *node) const
 {
-    return node == &m_root ? QModelIndex() : createIndex(node->row(), 0, node);
+    return node == &m_root ? QModelIndex() : createIndex(node->row, 0, node);
 }
 
 OutlineItem OutlineModel::itemAt(const QModelIndex &index) const

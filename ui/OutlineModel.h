@@ -11,6 +11,7 @@
 #include <QHash>
 
 #include <memory>
+#include <unordered_set>
 #include <vector>
 
 class OutlineModel : public QAbstractItemModel
@@ -29,6 +30,19 @@ public:
     // Asks the data source for the whole tree and for nothing else later.
     void reload();
 
+    // Puts in the one item by which the data source's tree now differs from the rows. False when it does not
+    // fit in there: then nothing has changed.
+    bool insert(const OutlineItem &item, const OutlineItem &parent, int row);
+
+    // Rows that are shown: the children of an item that is not expanded are not. The view tells what it
+    // expands.
+    void setExpanded(const QModelIndex &index, bool isExpanded);
+    QModelIndex
+    anyCollapsedItem() const; // one that has children and is not expanded; invalid when there is none
+    int shownRowCount() const { return m_root.shownBelow; }
+    int shownRowOf(const OutlineItem &item) const; // -1 when it is not shown
+    OutlineItem itemAtShownRow(int row) const; // null when there is no such row
+
     OutlineItem itemAt(const QModelIndex &index) const;
     QModelIndex indexOf(const OutlineItem &item) const;
 
@@ -45,9 +59,10 @@ private:
     {
         OutlineItem item;
         Node *parent = nullptr;
+        int row = 0; // among its siblings
+        bool isExpanded = false;
+        int shownBelow = 0; // rows that are shown when this one is, without it
         std::vector<std::unique_ptr<Node>> children;
-
-        int row() const;
     };
     using NodeList = std::vector<std::unique_ptr<Node>>;
 
@@ -56,6 +71,9 @@ private:
     void takeRows(Node *node, int first, int last);
     void putRow(Node *node, int row, const OutlineItem &item);
     void forgetBelow(Node *node);
+    void numberFrom(Node *node, int row);
+    void addShownRows(Node *node, int count);
+    void noteCollapsed(Node *node);
     Node *nodeAt(const QModelIndex &index) const;
     QModelIndex indexOf(const Node *node) const;
 
@@ -63,4 +81,5 @@ private:
     OutlineDataSource *m_source = nullptr;
     Node m_root;
     QHash<const ZorvexDiskManagerDisk *, Node *> m_nodes;
+    std::unordered_set<Node *> m_collapsed; // have children and are not expanded
 };

@@ -3,7 +3,9 @@
 
 #include "ui/ImageAndTextCell.h"
 #include "ui/OutlineModel.h"
+#include "ui/tool_tips.h"
 
+#include <QClipboard>
 #include <QGuiApplication>
 #include <QHelpEvent>
 #include <QMouseEvent>
@@ -66,8 +68,10 @@ OutlineView::OutlineView(QWidget *parent)
     setEditTriggers(NoEditTriggers);
     setSelectionMode(SingleSelection);
     setTextElideMode(Qt::ElideRight);
-    connect(this, &QTreeView::expanded, this, [this] { m_rows.reset(); });
-    connect(this, &QTreeView::collapsed, this, [this] { m_rows.reset(); });
+    connect(this, &QTreeView::expanded, this,
+        [this](const QModelIndex &index) { m_model->setExpanded(index, true); });
+    connect(this, &QTreeView::collapsed, this,
+        [this](const QModelIndex &index) { m_model->setExpanded(index, false); });
 }
 
 OutlineView::~OutlineView()
@@ -104,39 +108,19 @@ ImageAndTextCell *OutlineView::preparedCell(const OutlineItem &item)
     return m_cell.get();
 }
 
-void OutlineView::appendRows(const QModelIndex &parent) const
-{
-    for (int row = 0; row < m_model->rowCount(parent); ++row) {
-        const QModelIndex index = m_model->index(row, 0, parent);
-        m_rows->push_back(m_model->itemAt(index));
-        if (isExpanded(index))
-            appendRows(index);
-    }
-}
-
-const std::vector<OutlineItem> &OutlineView::rows() const
-{
-    if (!m_rows) {
-        m_rows.emplace();
-        appendRows({});
-    }
-    return *m_rows;
-}
-
 int OutlineView::numberOfRows() const
 {
-    return static_cast<int>(rows().size());
+    return m_model->shownRowCount();
 }
 
 OutlineItem OutlineView::itemAtRow(int row) const
 {
-    return row >= 0 && row < numberOfRows() ? rows()[static_cast<std::size_t>(row)] : nullptr;
+    return m_model->itemAtShownRow(row);
 }
 
 int OutlineView::rowForItem(const OutlineItem &item) const
 {
-    const auto found = std::find(rows().begin(), rows().end(), item);
-    return found == rows().end() ? -1 : static_cast<int>(found - rows().begin());
+    return m_model->shownRowOf(item);
 }
 
 int OutlineView::selectedRow() const
@@ -163,7 +147,6 @@ void OutlineView::reloadData()
     // Taking away the current row would make the view select its neighbour.
     selectionModel()->clear();
     m_model->reload();
-    m_rows.reset();
     // The user may be looking at other rows than the selected one.
     setAutoScroll(false);
     if (row >= 0)
@@ -176,12 +159,23 @@ void OutlineView::expandItem(const OutlineItem &item, bool expandChildren)
     const QModelIndex index = m_model->indexOf(item);
     if (!index.isValid() || m_model->rowCount(index) == 0)
         return;
-    if (!isExpanded(index)) {
-        expand(index);
-        m_rows.reset();
-    }
+    expand(index);
     for (int row = 0; expandChildren && row < m_model->rowCount(index); ++row)
         expandItem(m_model->itemAt(m_model->index(row, 0, index)), true);
+}
+
+void OutlineView::expandAllItems()
+{
+    for (QModelIndex item = m_model->anyCollapsedItem(); item.isValid(); item = m_model->anyCollapsedItem()) {
+        expand(item);
+        m_model->setExpanded(item, true);
+    }
+}
+
+void OutlineView::insertItem(const OutlineItem &item, const OutlineItem &parent, int index)
+{
+    if (!m_model->insert(item, parent, index))
+        reloadData();
 }
 
 void OutlineView::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected)
@@ -222,10 +216,10 @@ QRect OutlineView::visualRect(const QModelIndex &index) const
     return base.isEmpty() ? base : frameOfCellAtColumn(index.column(), rowForItem(m_model->itemAt(index)));
 }
 
-bool OutlineView::isCut(int row)
+void OutlineView::copy()
 {
-    const OutlineItem item = itemAtRow(row);
-    return item && preparedCell(item)->cellSize().width() > frameOfCellAtColumn(0, row).width();
+    if (currentIndex().isValid())
+        QGuiApplication::clipboard()->setText(currentIndex().data().toString());
 }
 
 bool OutlineView::viewportEvent(QEvent *event)
@@ -234,10 +228,8 @@ bool OutlineView::viewportEvent(QEvent *event)
         return QTreeView::viewportEvent(event);
     const auto *help = static_cast<QHelpEvent *>(event);
     const QModelIndex index = indexAt(help->pos());
-    const bool isWanted = index.isValid() && isCut(rowForItem(m_model->itemAt(index)));
-    // A tool tip guesses whether its text is markup.
-    QToolTip::showText(
-        help->globalPos(), isWanted ? index.data().toString().toHtmlEscaped() : QString(), this);
+    // The whole of a name that is cut, and the state that the row tells by its shade.
+    QToolTip::showText(help->globalPos(), plainToolTip(index.data(Qt::AccessibleTextRole).toString()), this);
     return true;
 }
 

@@ -45,7 +45,12 @@ public:
     // row; the delegate is not told.
     void reloadData();
 
+    // As reloadData() when the one thing that is new is this item, which the data source now has under the
+    // parent (null for the top level) at the index. What is selected stays selected.
+    void insertItem(const OutlineItem &item, const OutlineItem &parent, int index);
+
     void expandItem(const OutlineItem &item, bool expandChildren);
+    void expandAllItems();
 
     // The data cell with the item's value in it, prepared by the delegate.
     ImageAndTextCell *preparedCell(const OutlineItem &item);
@@ -54,10 +59,11 @@ public:
     virtual QRect frameOfOutlineCellAtRow(int row) const;
     virtual QRect frameOfCellAtColumn(int column, int row) const;
 
-    // Whether the name in the row does not fit into its cell.
-    bool isCut(int row);
-
     QRect visualRect(const QModelIndex &index) const override;
+
+public Q_SLOTS:
+    // Puts the name of the selected row on the clipboard.
+    void copy();
 
 protected:
     void drawRow(
@@ -72,13 +78,10 @@ protected:
 private:
     class CellDelegate;
 
-    const std::vector<OutlineItem> &rows() const;
     QModelIndex triangleAt(const QPoint &position) const; // invalid where there is none
-    void appendRows(const QModelIndex &parent) const;
 
     std::unique_ptr<OutlineModel> m_model;
     std::unique_ptr<ImageAndTextCell> m_cell;
     OutlineDelegate *m_delegate = nullptr;
     bool m_isReloading = false;
-    mutable std::optional<std::vector<OutlineItem>> m_rows; // made when asked for after a change
 };

@@ -22,8 +22,9 @@ OutputView::OutputView(QWidget *parent)
     document()->setDefaultTextOption(option);
 }
 
-void OutputView::setOutput(const QByteArray &output)
+void OutputView::setOutput(const QByteArray &wholeOutput)
 {
+    const QByteArray output = OutputRules::shownPart(wholeOutput);
     if (output == m_output)
         return;
     QScrollBar *const bar = verticalScrollBar();

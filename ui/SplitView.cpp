@@ -64,6 +64,8 @@ QSplitterHandle *SplitView::createHandle()
 {
     auto *divider = new Divider(orientation(), this);
     divider->setAccessibleName(localizedString("DIVIDER_ACCESSIBLE_NAME"));
+    divider->setAccessibleDescription(localizedString("DIVIDER_TOOL_TIP"));
+    divider->setToolTip(localizedString("DIVIDER_TOOL_TIP"));
     return divider;
 }
 

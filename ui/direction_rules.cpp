@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/direction_rules.h"
 
+#include <QLocale>
 #include <QRegularExpression>
 
 #include "platform/no_widgets.h"
@@ -24,6 +25,11 @@ QString withGroupedNumbersKept(const QString &text)
     static const QRegularExpression groupedNumber(QStringLiteral("([0-9]{1,3}(?: [0-9]{3})+)"));
     const QString isolated = leftToRightIsolate + QStringLiteral("\\1") + popDirectionalIsolate;
     return QString(text).replace(groupedNumber, isolated);
+}
+
+bool joinsLetters(const QString &localization)
+{
+    return QLocale(localization).script() == QLocale::ArabicScript;
 }
 
 } // namespace DirectionRules

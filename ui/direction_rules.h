@@ -14,4 +14,7 @@ QString leftToRight(const QString &text);
 // The text with each number whose digits stand in groups set apart, so that the groups keep their order.
 QString withGroupedNumbersKept(const QString &text);
 
+// Whether the letters of a word are joined in the script of the localization, such as "ar".
+bool joinsLetters(const QString &localization);
+
 } // namespace DirectionRules

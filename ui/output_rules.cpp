@@ -46,6 +46,17 @@ void appendLines(QString &text, const QByteArray &output, qsizetype start)
 
 } // namespace
 
+QByteArray shownPart(const QByteArray &output)
+{
+    if (output.size() <= 2 * longestShownOutput)
+        return output;
+    const qsizetype left = output.size() - longestShownOutput;
+    const qsizetype start = left - left % longestShownOutput;
+    const auto feed = std::find(output.begin() + start, output.begin() + start + longestShownOutput, '\n');
+    const bool isLine = feed != output.begin() + start + longestShownOutput;
+    return "\xE2\x80\xA6\n" + output.mid(isLine ? feed - output.begin() + 1 : start);
+}
+
 Change changeBetween(const QByteArray &shown, const QByteArray &output)
 {
     const auto differ = std::mismatch(shown.begin(), shown.end(), output.begin(), output.end());

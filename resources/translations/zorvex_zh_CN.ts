@@ -31,7 +31,7 @@
     </message>
     <message id="COPY_MENU_ITEM_TITLE">
         <source>&amp;Copy</source>
-        <extracomment>Item of the Edit menu: copies the selected text.</extracomment>
+        <extracomment>Item of the Edit menu: copies the selected text. In the menu of a row of the tree: copies the name in the row.</extracomment>
         <translation>复制(&amp;C)</translation>
     </message>
     <message id="SELECT_ALL_MENU_ITEM_TITLE">
@@ -44,29 +44,24 @@
         <extracomment>Menu in the menu bar: what can be done with the selected disk or volume.</extracomment>
         <translation>磁盘(&amp;D)</translation>
     </message>
-    <message id="MOUNT_MENU_ITEM_TITLE">
-        <source>Mount, Unmount or E&amp;ject</source>
-        <extracomment>Item of the Disk menu: does whichever of the three fits the selected disk or volume.</extracomment>
-        <translation>挂载、卸载或弹出(&amp;J)</translation>
-    </message>
     <message id="FORMAT_MENU_ITEM_TITLE">
         <source>&amp;Format…</source>
-        <extracomment>Item of the Disk menu: shows the page on which a volume is formatted. The dots say that nothing happens yet.</extracomment>
+        <extracomment>Item of the Disk menu and the menu of a row: shows the page on which a volume is formatted. The dots say that nothing happens yet.</extracomment>
         <translation>格式化(&amp;F)…</translation>
     </message>
     <message id="CHECK_MENU_ITEM_TITLE">
-        <source>&amp;Check</source>
-        <extracomment>Item of the Disk menu: looks for errors in the file system of the selected volume and changes nothing.</extracomment>
-        <translation>检查(&amp;C)</translation>
+        <source>Chec&amp;k</source>
+        <extracomment>Item of the Disk menu and the menu of a row: looks for errors in the file system of the selected volume and changes nothing.</extracomment>
+        <translation>检查(&amp;K)</translation>
     </message>
     <message id="REPAIR_MENU_ITEM_TITLE">
         <source>&amp;Repair</source>
-        <extracomment>Item of the Disk menu: corrects errors in the file system of the selected volume.</extracomment>
+        <extracomment>Item of the Disk menu and the menu of a row: corrects errors in the file system of the selected volume.</extracomment>
         <translation>修复(&amp;R)</translation>
     </message>
     <message id="SHOW_IN_FILE_MANAGER_MENU_ITEM_TITLE">
         <source>&amp;Show in File Manager</source>
-        <extracomment>Item of the Disk menu: opens the folder at which the selected volume is mounted.</extracomment>
+        <extracomment>Item of the Disk menu and the menu of a row: opens the folder at which the selected volume is mounted.</extracomment>
         <translation>在文件管理器中显示(&amp;S)</translation>
     </message>
     <message id="HELP_MENU_TITLE">
@@ -138,6 +133,11 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <extracomment>What a screen reader calls the line between the tree and the pages, which can be moved with the arrow keys.</extracomment>
         <translation>分隔条</translation>
     </message>
+    <message id="DIVIDER_TOOL_TIP">
+        <source>Drag this, or press the left and right arrow keys, to make the list of disks wider or narrower.</source>
+        <extracomment>Tool tip of the bar between the list of disks and the pages, also read out by screen readers.</extracomment>
+        <translation>拖动或按左右方向键，可以调整磁盘列表的宽度。</translation>
+    </message>
     <message id="INFO_TAB_TITLE">
         <source>Info</source>
         <extracomment>Title of the tab with the properties of the selected disk or volume.</extracomment>
@@ -160,17 +160,17 @@ Mounts, formats, checks and repairs disks and volumes.</source>
     </message>
     <message id="MOUNT_BUTTON_TITLE">
         <source>&amp;Mount</source>
-        <extracomment>Button: makes the files of the selected volume accessible. Keep it short.</extracomment>
+        <extracomment>Button and menu item: makes the files of the selected volume accessible. Keep it short.</extracomment>
         <translation>挂载(&amp;M)</translation>
     </message>
     <message id="UNMOUNT_BUTTON_TITLE">
         <source>&amp;Unmount</source>
-        <extracomment>Button: finishes the use of the selected volume, so that its files are no longer accessible. Keep it short.</extracomment>
+        <extracomment>Button and menu item: finishes the use of the selected volume, so that its files are no longer accessible. Keep it short.</extracomment>
         <translation>卸载(&amp;U)</translation>
     </message>
     <message id="EJECT_BUTTON_TITLE">
         <source>E&amp;ject</source>
-        <extracomment>Button: unmounts all volumes of the selected disk and makes it safe to take out. Keep it short.</extracomment>
+        <extracomment>Button and menu item: unmounts all volumes of the selected disk and makes it safe to take out. Keep it short.</extracomment>
         <translation>弹出(&amp;J)</translation>
     </message>
     <message id="FILESYSTEM_CAPTION">
@@ -313,6 +313,11 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <extracomment>Caption of the menu from which the file system of the formatted volume is chosen.</extracomment>
         <translation>文件系统(&amp;S)：</translation>
     </message>
+    <message id="FORMAT_FILESYSTEM_PLACEHOLDER">
+        <source>Choose a file system</source>
+        <extracomment>Shown in the menu of file systems on the Format page while none is chosen.</extracomment>
+        <translation>选择文件系统</translation>
+    </message>
     <message id="FORMAT_LABEL_CAPTION">
         <source>Volume &amp;label:</source>
         <extracomment>Caption of the field for the name that the formatted volume gets.</extracomment>
@@ -379,13 +384,13 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <translation>设备：</translation>
     </message>
     <message id="FORMAT_TARGET_CONTENT_CAPTION">
-        <source>Now on it:</source>
+        <source>Current content:</source>
         <extracomment>Caption in the question before formatting: the file system that will be erased.</extracomment>
         <translation>当前内容：</translation>
     </message>
     <message id="FORMAT_TARGET_NOTHING_TEXT">
         <source>nothing recognised</source>
-        <extracomment>Stands after “Now on it:” when no known file system was found. It does not mean that there is no data.</extracomment>
+        <extracomment>Stands after “Current content:” when no known file system was found. It does not mean that there is no data.</extracomment>
         <translation>未识别到任何内容</translation>
     </message>
     <message id="ACTIVITY_FORMATTING_FMT">

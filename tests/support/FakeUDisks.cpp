@@ -138,6 +138,7 @@ QString FakeUDisks::introspect(const QString &path) const
 bool FakeUDisks::handleMessage(const QDBusMessage &message, const QDBusConnection &connection)
 {
     if (message.member() == QLatin1String("GetManagedObjects")) {
+        ++listings;
         UDisksObjects objects;
         for (auto object = m_objects.cbegin(); object != m_objects.cend(); ++object)
             objects.insert(QDBusObjectPath(object.key()), object.value());

@@ -41,6 +41,7 @@ public:
     std::function<QDBusMessage(const QDBusMessage &call)> answer;
     QStringList calls; // "path method" of each that was answered
     bool listsNonsense = false;
+    int listings = 0; // that were asked for
 
     // Facts of the devices that it describes: /dev/fake2p1 is disk2s1.
     static std::optional<BlockDeviceFacts> facts(const QString &deviceNode);

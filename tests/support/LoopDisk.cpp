@@ -5,6 +5,8 @@
 #include "tests/support/RealWindow.h"
 
 #include <QCryptographicHash>
+#include <QDeadlineTimer>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
@@ -40,6 +42,25 @@ void format(const QString &node, const QString &fileSystem, const QString &label
         run(QStringLiteral("mkfs.vfat"), { QStringLiteral("-n"), label, node });
 }
 
+bool hasPartitions(const QString &node)
+{
+    const QString name = QFileInfo(node).fileName();
+    return !QDir(QStringLiteral("/sys/block/") + name).entryList({ name + u"p*" }, QDir::Dirs).isEmpty();
+}
+
+// Partitions that were added by hand outlive the disk unless they are deleted. The kernel refuses while
+// someone has one open, as the disk service has for a moment to look at a volume that it was told of.
+void deletePartitions(const QString &node)
+{
+    const QDeadlineTimer limit(20000);
+    while (hasPartitions(node)) {
+        QByteArray output;
+        runProgram(QStringLiteral("partx"), { QStringLiteral("--delete"), node }, &output);
+        if (limit.hasExpired() && hasPartitions(node))
+            qFatal("the partitions of %s stay: %s", qPrintable(node), output.constData());
+    }
+}
+
 } // namespace
 
 LoopDisk::LoopDisk(const QList<Partition> &partitions)
@@ -66,8 +87,7 @@ LoopDisk::LoopDisk(const QList<Partition> &partitions)
         QStringLiteral("losetup"), { QStringLiteral("--find"), QStringLiteral("--show"), m_image }, &output);
     m_node = QString::fromUtf8(output).trimmed();
     requireOurs();
-    // A disk that was detached under its partitions leaves them behind for the next one.
-    runProgram(QStringLiteral("partx"), { QStringLiteral("--delete"), m_node });
+    deletePartitions(m_node); // of a disk that was detached under them
     run(QStringLiteral("partx"), { QStringLiteral("--add"), m_node });
     for (int i = 0; i < partitions.size(); ++i) {
         requireOurs();
@@ -107,11 +127,18 @@ void LoopDisk::detach()
         runProgram(QStringLiteral("udisksctl"),
             { QStringLiteral("unmount"), QStringLiteral("--force"), QStringLiteral("--block-device"),
                 node(i) });
+    }
+    pull();
+}
+
+void LoopDisk::pull()
+{
+    requireOurs();
+    for (int i = 1; i <= m_partitionCount; ++i) {
         for (const QString &point : mountPointsOf(node(i)))
             run(QStringLiteral("umount"), { QStringLiteral("--lazy"), point });
     }
-    // Partitions that were added by hand would outlive the disk.
-    run(QStringLiteral("partx"), { QStringLiteral("--delete"), m_node });
+    deletePartitions(m_node);
     run(QStringLiteral("losetup"), { QStringLiteral("--detach"), m_node });
 }
 

@@ -41,6 +41,10 @@ public:
     // Takes the disk off the machine as if it had been pulled: volumes are unmounted lazily first.
     void detach();
 
+    // The same without a word to the disk service, which may be unable to hear it: what it has mounted must
+    // be in this mount namespace.
+    void pull();
+
     // Writes into the image at this offset in bytes of a partition, behind the kernel's back.
     void overwrite(int partition, qint64 offset, const QByteArray &bytes);
 

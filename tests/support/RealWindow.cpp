@@ -12,16 +12,16 @@
 #include <QProcess>
 #include <QPushButton>
 
-RealWindow::RealWindow()
+RealWindow::RealWindow(const QString &localization)
 {
-    loadLocalization(QStringLiteral("en"));
+    loadLocalization(localization);
     ApplicationPlatform platform;
     platform.createSession = [] { return createUDisksSession(FileSystemClaims(filesystemDirectories())); };
     platform.mountTable = std::make_shared<KernelMountTable>();
     platform.workspace = std::make_shared<DesktopWorkspace>();
     platform.createShellPipe = [] { return std::make_unique<PosixShellPipe>(); };
-    platform.preferredLocalizations = QStringList { QStringLiteral("en") };
-    platform.localeIdentifier = QStringLiteral("en_US");
+    platform.preferredLocalizations = QStringList { localization };
+    platform.localeIdentifier = localization;
     platform.filesystemDirectories = filesystemDirectories();
     m_controller = std::make_unique<ZorvexDiskManagerAppDelegate>(std::move(platform));
     m_window = loadMainWindow(*m_controller);

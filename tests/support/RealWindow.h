@@ -10,8 +10,8 @@
 class RealWindow
 {
 public:
-    // Shows the window and finishes the launch.
-    RealWindow();
+    // Shows the window in this language and finishes the launch.
+    explicit RealWindow(const QString &localization = QStringLiteral("en"));
     ~RealWindow();
 
     ZorvexDiskManagerAppDelegate &controller() { return *m_controller; }

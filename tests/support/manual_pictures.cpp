@@ -78,10 +78,13 @@ void addDisks(TestController &test)
     test.add(system);
     test.add(wholeDisk(u"disk5"_s, u"USB flash drive"_s, 64023257088, true));
     const MemoryDiskRef photos = volume(u"disk5s1"_s, 1048576, u"Photos"_s, u"zorvex_ntfs"_s, 48000000000);
+    photos->node = u"/dev/sdb1"_s;
     mount(test, photos, u"/media/anna/Photos"_s, 21500000000);
     photos->description->insert(DAKey::mediaContent, u"Windows_NTFS"_s);
     test.add(photos);
-    test.add(volume(u"disk5s2"_s, 48001048576, u"TRANSFER"_s, u"msdos"_s, 16000000000));
+    const MemoryDiskRef transfer = volume(u"disk5s2"_s, 48001048576, u"TRANSFER"_s, u"msdos"_s, 16000000000);
+    transfer->node = u"/dev/sdb2"_s;
+    test.add(transfer);
 }
 
 void save(TestController &test, const QString &folder, const QString &name)

@@ -1,138 +1,38 @@
 // SPDX-License-Identifier: MIT
 //
 // The installed program as a screen reader and a keyboard have it: its accessibility tree read over AT-SPI,
-// and a volume unmounted, mounted and checked by key presses alone. Runs on a virtual display with a window
-// manager and an accessibility bus of its own.
+// and volumes unmounted, mounted, checked and kept from being erased by key presses alone. Runs on a virtual
+// display with a window manager and an accessibility bus of its own.
+#include "tests/support/AccessibilityTree.h"
 #include "tests/support/LoopDisk.h"
 #include "tests/support/RealWindow.h"
 
-#include <QDBusArgument>
-#include <QDBusConnection>
-#include <QDBusInterface>
-#include <QDBusMessage>
-#include <QDBusMetaType>
-#include <QDBusReply>
+#include <QFile>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QTest>
 
-#include <functional>
+#include <unistd.h>
+
+using Element = AccessibilityTree::Element;
+using State = AccessibilityTree::State;
 
 namespace {
 
-constexpr int limit = 60000; // milliseconds
+constexpr int limit = 8000; // milliseconds, to which the time of reading the tree is added
 
-// Bits of AT-SPI's state sets.
-enum State { Enabled = 8, Focusable = 11, Focused = 12, Selected = 23, Showing = 25 };
+// Another volume of the machine begins with other letters.
+const QString volumeName = QStringLiteral("Key") + QString::number(getpid());
+// Name, file system and state, as a row says them.
+const QString mountedRow = volumeName + QStringLiteral(", ext4, mounted");
+const QString unmountedRow = volumeName + QStringLiteral(", ext4, not mounted");
 
-struct Reference
+// What a page must hold: the role and the name of each control, and whether it can be used.
+struct Control
 {
-    QString service;
-    QDBusObjectPath path;
-};
-
-QDBusArgument &operator<<(QDBusArgument &argument, const Reference &reference)
-{
-    argument.beginStructure();
-    argument << reference.service << reference.path;
-    argument.endStructure();
-    return argument;
-}
-
-const QDBusArgument &operator>>(const QDBusArgument &argument, Reference &reference)
-{
-    argument.beginStructure();
-    argument >> reference.service >> reference.path;
-    argument.endStructure();
-    return argument;
-}
-
-} // namespace
-
-Q_DECLARE_METATYPE(Reference)
-
-namespace {
-
-struct Element
-{
+    const char *role;
     QString name;
-    QString role;
-    quint64 states = 0;
-
-    bool has(State state) const { return states >> state & 1; }
-};
-
-// What the program tells assistive technologies, read anew each time.
-class AccessibilityTree
-{
-public:
-    AccessibilityTree()
-        : m_bus(QDBusConnection::connectToBus(busAddress(), QStringLiteral("accessibility")))
-    {
-        qDBusRegisterMetaType<Reference>();
-        qDBusRegisterMetaType<QList<Reference>>();
-    }
-
-    QList<Element> elements() const
-    {
-        QList<Element> all;
-        append(all,
-            { QStringLiteral("org.a11y.atspi.Registry"),
-                QDBusObjectPath(QStringLiteral("/org/a11y/atspi/accessible/root")) },
-            0);
-        return all;
-    }
-
-    std::optional<Element> find(const QString &role, const std::function<bool(const QString &)> &isName) const
-    {
-        for (const Element &element : elements()) {
-            if (element.role == role && isName(element.name))
-                return element;
-        }
-        return std::nullopt;
-    }
-
-private:
-    static QString busAddress()
-    {
-        QDBusInterface launcher(QStringLiteral("org.a11y.Bus"), QStringLiteral("/org/a11y/bus"),
-            QStringLiteral("org.a11y.Bus"), QDBusConnection::sessionBus());
-        return QDBusReply<QString>(launcher.call(QStringLiteral("GetAddress"))).value();
-    }
-
-    QDBusMessage ask(const Reference &reference, const QString &interface, const QString &method,
-        const QVariantList &arguments = {}) const
-    {
-        QDBusMessage call
-            = QDBusMessage::createMethodCall(reference.service, reference.path.path(), interface, method);
-        call.setArguments(arguments);
-        return m_bus.call(call);
-    }
-
-    void append(QList<Element> &all, const Reference &reference, int depth) const
-    {
-        const QString accessible = QStringLiteral("org.a11y.atspi.Accessible");
-        Element element;
-        element.name
-            = QDBusReply<QDBusVariant>(ask(reference, QStringLiteral("org.freedesktop.DBus.Properties"),
-                                           QStringLiteral("Get"), { accessible, QStringLiteral("Name") }))
-                  .value()
-                  .variant()
-                  .toString();
-        element.role = QDBusReply<QString>(ask(reference, accessible, QStringLiteral("GetRoleName"))).value();
-        const QList<uint> states
-            = QDBusReply<QList<uint>>(ask(reference, accessible, QStringLiteral("GetState"))).value();
-        element.states = static_cast<quint64>(states.value(1)) << 32 | states.value(0);
-        all.append(element);
-        constexpr int deepest = 24;
-        const QDBusReply<QList<Reference>> children
-            = ask(reference, accessible, QStringLiteral("GetChildren"));
-        if (depth >= deepest)
-            return;
-        for (const Reference &child : children.value())
-            append(all, child, depth + 1);
-    }
-
-    QDBusConnection m_bus;
+    bool isEnabled = true;
 };
 
 bool press(const QString &key)
@@ -140,15 +40,6 @@ bool press(const QString &key)
     return runProgram(
                QStringLiteral("xdotool"), { QStringLiteral("key"), QStringLiteral("--clearmodifiers"), key })
         == 0;
-}
-
-QString listed(const QList<Element> &elements)
-{
-    QStringList lines;
-    for (const Element &element : elements)
-        lines.append(
-            QStringLiteral("%1 \"%2\" %3").arg(element.role, element.name).arg(element.states, 0, 16));
-    return lines.join(u'\n');
 }
 
 } // namespace
@@ -159,13 +50,26 @@ class TestKeyboard : public QObject
 
 private Q_SLOTS:
     void initTestCase();
-    void everyControlHasNameRoleAndState();
+    void nothingSelected();
+    void everyOutletOfAVolume();
+    void menuOfARow();
     void volumeIsUnmountedMountedAndCheckedByKeyboard();
+    void volumeInUseIsNotForcedByReturnOrEscape();
+    void volumeIsNotErasedByReturnOrEscape();
     void cleanupTestCase();
 
 private:
-    bool isRow(const QString &name, State state) const;
-    bool isItem(const QString &role, const QString &name, State state) const;
+    bool is(const QString &role, const QString &name, State state) const;
+    bool isFocused(const QString &role, const QString &name) const { return is(role, name, State::Focused); }
+    bool isSheetOpen(const QString &button) const
+    {
+        return is(QStringLiteral("push button"), button, State::Showing);
+    }
+    QString faultsOf(const QList<Control> &controls) const;
+    QString unnamed() const;
+    void selectVolume();
+    void pressOnSheet(const QString &key, const QString &button);
+    QString described() const; // what is on the screen, as it is told
 
     std::unique_ptr<LoopDisk> m_disk;
     std::unique_ptr<AccessibilityTree> m_tree;
@@ -175,8 +79,8 @@ private:
 
 void TestKeyboard::initTestCase()
 {
-    m_disk = std::make_unique<LoopDisk>(QList<LoopDisk::Partition> { { 40,
-        QString::fromLatin1(LoopDisk::linuxType), QStringLiteral("ext4"), QStringLiteral("Keyboard") } });
+    m_disk = std::make_unique<LoopDisk>(QList<LoopDisk::Partition> {
+        { 40, QString::fromLatin1(LoopDisk::linuxType), QStringLiteral("ext4"), volumeName } });
     QCOMPARE(runProgram(QStringLiteral("udisksctl"),
                  { QStringLiteral("mount"), QStringLiteral("-b"), m_disk->node(1) }),
         0);
@@ -191,8 +95,11 @@ void TestKeyboard::initTestCase()
                      QStringLiteral("--name"), QStringLiteral("^Zorvex Disk Manager$"),
                      QStringLiteral("windowactivate"), QStringLiteral("--sync") }),
         0);
-    QTRY_VERIFY2_WITH_TIMEOUT(
-        isRow(QStringLiteral("Keyboard, "), Showing), qPrintable(listed(m_tree->elements())), limit);
+    QTRY_VERIFY2_WITH_TIMEOUT(m_tree->find([](const Element &element) {
+        return element.role == QLatin1String("tree item") && element.name.startsWith(volumeName)
+            && element.name.endsWith(QStringLiteral(", mounted"));
+    }),
+        qPrintable(described()), limit);
 }
 
 void TestKeyboard::cleanupTestCase()
@@ -203,78 +110,257 @@ void TestKeyboard::cleanupTestCase()
     }
 }
 
-bool TestKeyboard::isRow(const QString &name, State state) const
+bool TestKeyboard::is(const QString &role, const QString &name, State state) const
 {
-    for (const QString &role : { QStringLiteral("tree item"), QStringLiteral("table cell") }) {
-        const auto row = m_tree->find(role, [&](const QString &found) { return found.startsWith(name); });
-        if (row)
-            return row->has(state);
+    const auto found = m_tree->find([&](const Element &element) {
+        return element.role == role && element.name == name && element.has(state);
+    });
+    return found.has_value();
+}
+
+QString TestKeyboard::described() const
+{
+    QList<Element> shown;
+    for (const Element &element : m_tree->elements()) {
+        if (element.has(State::Showing) && element.role != QLatin1String("filler"))
+            shown.append(element);
     }
-    return false;
+    return AccessibilityTree::listed(shown).left(900); // a message is cut soon after
 }
 
-bool TestKeyboard::isItem(const QString &role, const QString &name, State state) const
-{
-    const auto item = m_tree->find(role, [&](const QString &found) { return found == name; });
-    return item && item->has(state);
-}
-
-void TestKeyboard::everyControlHasNameRoleAndState()
+// What is missing on the page, or is there in another state; empty when nothing is.
+QString TestKeyboard::faultsOf(const QList<Control> &controls) const
 {
     const QList<Element> elements = m_tree->elements();
-    const auto found = [&](const QString &role, const QString &name) {
-        return std::any_of(elements.begin(), elements.end(),
-            [&](const Element &element) { return element.role == role && element.name == name; });
-    };
-    using Named = std::pair<QString, QString>;
-    const QList<Named> wanted {
-        { QStringLiteral("frame"), QStringLiteral("Zorvex Disk Manager") },
-        { QStringLiteral("tree"), QStringLiteral("Disks and volumes") },
-        { QStringLiteral("page tab"), QStringLiteral("Info") },
-        { QStringLiteral("label"), QStringLiteral("Disk icon") },
-        { QStringLiteral("label"), QStringLiteral("Select a disk or volume") },
-        { QStringLiteral("text"), QStringLiteral("Mount point") },
-        { QStringLiteral("label"), QStringLiteral("File system:") },
-        { QStringLiteral("label"), QStringLiteral("Device:") },
-        { QStringLiteral("push button"), QStringLiteral("Mount") },
-        { QStringLiteral("menu item"), QStringLiteral("Disk") },
-    };
-    for (const auto &[role, name] : wanted)
-        QVERIFY2(found(role, name), qPrintable(role + u' ' + name + u'\n' + listed(elements)));
-    QVERIFY(!isItem(QStringLiteral("push button"), QStringLiteral("Mount"), Enabled));
-    QVERIFY(isRow(QStringLiteral("Keyboard, "), Focusable));
-    for (const Element &element : elements) {
-        // What only holds others hands the focus on to them.
-        if (element.has(Focusable) && element.has(Showing) && element.role != QLatin1String("filler"))
-            QVERIFY2(!element.name.isEmpty(), qPrintable(element.role + u'\n' + listed(elements)));
+    QStringList faults;
+    for (const Control &control : controls) {
+        const bool isThere = std::any_of(elements.begin(), elements.end(), [&](const Element &element) {
+            return element.role == QLatin1String(control.role) && element.name == control.name
+                && element.has(State::Showing) && element.has(State::Enabled) == control.isEnabled;
+        });
+        if (!isThere)
+            faults.append(QLatin1String(control.role) + u' ' + control.name);
     }
+    return faults.isEmpty() ? QString()
+                            : QString(faults.join(u'\n') + u"\nin\n" + AccessibilityTree::listed(elements));
+}
+
+// What can have the focus and does not say what it is. What only holds others hands the focus on to them.
+QString TestKeyboard::unnamed() const
+{
+    QStringList found;
+    for (const Element &element : m_tree->elements()) {
+        if (element.has(State::Focusable) && element.has(State::Showing) && element.name.isEmpty()
+            && element.role != QLatin1String("filler"))
+            found.append(element.role);
+    }
+    return found.join(u'\n');
+}
+
+void TestKeyboard::nothingSelected()
+{
+    const QString faults = faultsOf({
+        { "frame", QStringLiteral("Zorvex Disk Manager") },
+        { "menu item", QStringLiteral("File") },
+        { "menu item", QStringLiteral("Edit") },
+        { "menu item", QStringLiteral("Disk") },
+        { "menu item", QStringLiteral("Help") },
+        { "tree", QStringLiteral("Disks and volumes") },
+        { "page tab", QStringLiteral("Info") },
+        { "label", QStringLiteral("Disk icon") },
+        { "label", QStringLiteral("Select a disk or volume") },
+        { "text", QStringLiteral("Mount point") },
+        { "push button", QStringLiteral("Mount"), false },
+    });
+    QVERIFY2(faults.isEmpty(), qPrintable(faults));
+    QCOMPARE(unnamed(), QString());
+    QVERIFY(!m_tree->find(QStringLiteral("page tab"), QStringLiteral("Format")));
+    QVERIFY(!m_tree->find(QStringLiteral("page tab"), QStringLiteral("Maintenance")));
+    const auto divider
+        = m_tree->find([](const Element &element) { return element.name == QStringLiteral("Divider"); });
+    QVERIFY(divider && divider->has(State::Focusable));
+    QVERIFY(m_tree->descriptionOf(*divider).contains(QStringLiteral("arrow keys")));
+}
+
+// The tree has the keyboard from the start, and Tab comes back to it; a row is found by its name.
+void TestKeyboard::selectVolume()
+{
+    constexpr int mostStops = 20;
+    for (int i = 0; i < mostStops && !isFocused(QStringLiteral("tree"), QStringLiteral("Disks and volumes"));
+         ++i)
+        QVERIFY(press(QStringLiteral("Tab")));
+    QVERIFY(press(QStringLiteral("Home")));
+    QCOMPARE(runProgram(QStringLiteral("xdotool"), { QStringLiteral("type"), volumeName }), 0);
+    QTRY_VERIFY2_WITH_TIMEOUT(
+        is(QStringLiteral("label"), volumeName, State::Showing), qPrintable(described()), limit);
+}
+
+void TestKeyboard::everyOutletOfAVolume()
+{
+    selectVolume();
+    QVERIFY2(is(QStringLiteral("tree item"), mountedRow, State::Selected), qPrintable(described()));
+    const QString mountPoint = mountPointsOf(m_disk->node(1)).value(0);
+    QString faults = faultsOf({
+        { "page tab", QStringLiteral("Info") },
+        { "page tab", QStringLiteral("Format") },
+        { "page tab", QStringLiteral("Maintenance") },
+        { "graphic", QStringLiteral("Disk icon") },
+        { "label", volumeName },
+        { "label", QStringLiteral("Mounted at:") },
+        { "text", QStringLiteral("Mount point") },
+        { "label", QStringLiteral("File system:") },
+        { "label", QStringLiteral("ext4") },
+        { "label", QStringLiteral("Device:") },
+        { "label", QString(QStringLiteral("Device node: ") + m_disk->node(1)) },
+        { "label", QStringLiteral("Whole device:") },
+        { "label", QStringLiteral("Removable:") },
+        { "label", QStringLiteral("Ejectable:") },
+        { "label", QStringLiteral("No") },
+        { "label", QStringLiteral("Content:") },
+        { "label", QStringLiteral("Preferred block size:") },
+        { "label", QStringLiteral("512 bytes") },
+        { "push button", QStringLiteral("Unmount") },
+    });
+    QVERIFY2(faults.isEmpty(), qPrintable(faults));
+    const auto icon = m_tree->find(QStringLiteral("graphic"), QStringLiteral("Disk icon"));
+    QCOMPARE(m_tree->descriptionOf(*icon), mountedRow);
+    QCOMPARE(
+        m_tree->textOf(*m_tree->find(QStringLiteral("text"), QStringLiteral("Mount point"))), mountPoint);
+    for (const char *pattern : { "^disk[0-9]+s1$", "^[0-9.]+ MB free of [0-9.]+ MB$" }) {
+        const QRegularExpression expression { QLatin1String(pattern) };
+        QVERIFY2(m_tree->find([&](const Element &element) {
+            return element.role == QLatin1String("label") && expression.match(element.name).hasMatch();
+        }),
+            pattern);
+    }
+    QCOMPARE(unnamed(), QString());
+
+    // From the tree to the tabs and along them.
+    QVERIFY(press(QStringLiteral("Tab")));
+    QVERIFY(press(QStringLiteral("Right")));
+    QTRY_VERIFY_WITH_TIMEOUT(
+        is(QStringLiteral("combo box"), QStringLiteral("File system:"), State::Showing), limit);
+    faults = faultsOf({
+        { "combo box", QStringLiteral("File system:") },
+        { "text", QStringLiteral("Volume label:") },
+        { "push button", QStringLiteral("Format…") },
+    });
+    QVERIFY2(faults.isEmpty(), qPrintable(faults));
+    QCOMPARE(
+        m_tree->textOf(*m_tree->find(QStringLiteral("text"), QStringLiteral("Volume label:"))), volumeName);
+    QCOMPARE(unnamed(), QString());
+
+    QVERIFY(press(QStringLiteral("Right")));
+    QTRY_VERIFY_WITH_TIMEOUT(
+        is(QStringLiteral("text"), QStringLiteral("Output of check and repair"), State::Showing), limit);
+    faults = faultsOf({
+        { "push button", QStringLiteral("Check") },
+        { "push button", QStringLiteral("Repair") },
+        { "text", QStringLiteral("Output of check and repair") },
+    });
+    QVERIFY2(faults.isEmpty(), qPrintable(faults));
+    QCOMPARE(unnamed(), QString());
+    // No operation runs: both pages have a bar for one, and neither shows it.
+    int bars = 0;
+    for (const Element &element : m_tree->elements()) {
+        bars += element.role == QLatin1String("progress bar");
+        QVERIFY(element.role != QLatin1String("progress bar") || !element.has(State::Showing));
+    }
+    QCOMPARE(bars, 2);
+}
+
+void TestKeyboard::menuOfARow()
+{
+    selectVolume();
+    QVERIFY(press(QStringLiteral("Menu")));
+    QTRY_VERIFY_WITH_TIMEOUT(
+        is(QStringLiteral("menu item"), QStringLiteral("Show in File Manager"), State::Showing), limit);
+    const QString faults = faultsOf({
+        { "menu item", QStringLiteral("Unmount") },
+        { "menu item", QStringLiteral("Format…") },
+        { "menu item", QStringLiteral("Check") },
+        { "menu item", QStringLiteral("Repair") },
+        { "menu item", QStringLiteral("Copy") },
+        { "menu item", QStringLiteral("Show in File Manager") },
+    });
+    QVERIFY2(faults.isEmpty(), qPrintable(faults));
+    QVERIFY(press(QStringLiteral("Escape")));
+    QTRY_VERIFY_WITH_TIMEOUT(
+        !is(QStringLiteral("menu item"), QStringLiteral("Show in File Manager"), State::Showing), limit);
+    QVERIFY(!mountPointsOf(m_disk->node(1)).isEmpty());
 }
 
 void TestKeyboard::volumeIsUnmountedMountedAndCheckedByKeyboard()
 {
-    // The tree has the keyboard from the start; a row is found by the first letters of its name.
-    QVERIFY(press(QStringLiteral("Home")));
-    for (const QString &letter : { QStringLiteral("k"), QStringLiteral("e"), QStringLiteral("y") })
-        QVERIFY(press(letter));
-    QTRY_VERIFY2_WITH_TIMEOUT(
-        isRow(QStringLiteral("Keyboard, "), Selected), qPrintable(listed(m_tree->elements())), limit);
-    QVERIFY(m_tree->find(QStringLiteral("tree item"), [](const QString &name) {
-        return name.endsWith(QStringLiteral(", mounted")) && name.startsWith(QStringLiteral("Keyboard, "));
-    }));
-
+    selectVolume();
     QVERIFY(press(QStringLiteral("alt+u")));
     QTRY_VERIFY_WITH_TIMEOUT(mountPointsOf(m_disk->node(1)).isEmpty(), limit);
-    QTRY_VERIFY_WITH_TIMEOUT(isItem(QStringLiteral("push button"), QStringLiteral("Mount"), Enabled), limit);
+    QTRY_VERIFY_WITH_TIMEOUT(is(QStringLiteral("tree item"), unmountedRow, State::Selected), limit);
+    QTRY_VERIFY_WITH_TIMEOUT(
+        is(QStringLiteral("push button"), QStringLiteral("Mount"), State::Enabled), limit);
     QVERIFY(press(QStringLiteral("alt+m")));
     QTRY_VERIFY_WITH_TIMEOUT(!mountPointsOf(m_disk->node(1)).isEmpty(), limit);
+    QTRY_VERIFY_WITH_TIMEOUT(is(QStringLiteral("tree item"), mountedRow, State::Selected), limit);
     QTRY_VERIFY_WITH_TIMEOUT(
-        isItem(QStringLiteral("push button"), QStringLiteral("Unmount"), Enabled), limit);
+        is(QStringLiteral("push button"), QStringLiteral("Unmount"), State::Enabled), limit);
 
     QVERIFY(press(QStringLiteral("ctrl+k")));
+    const auto output = [this] {
+        const auto view = m_tree->find(QStringLiteral("text"), QStringLiteral("Output of check and repair"));
+        return view && view->has(State::Showing) ? m_tree->textOf(*view) : QString();
+    };
+    QTRY_VERIFY2_WITH_TIMEOUT(output().contains(QStringLiteral("Finished file system verification on disk")),
+        qPrintable(output() + described()), limit);
+    QVERIFY2(
+        output().contains(QStringLiteral("Started file system verification on disk")), qPrintable(output()));
+    QVERIFY2(
+        output().contains(QRegularExpression(QStringLiteral("The volume on disk[0-9]+s1 appears to be OK"))),
+        qPrintable(output()));
+    QTRY_VERIFY_WITH_TIMEOUT(
+        is(QStringLiteral("push button"), QStringLiteral("Check"), State::Enabled), limit);
+}
+
+// Presses the key while the sheet with this button is open, and waits until it has gone.
+void TestKeyboard::pressOnSheet(const QString &key, const QString &button)
+{
+    QTRY_VERIFY2_WITH_TIMEOUT(isSheetOpen(button), qPrintable(described()), limit);
     QTRY_VERIFY2_WITH_TIMEOUT(
-        isItem(QStringLiteral("text"), QStringLiteral("Output of check and repair"), Showing),
-        qPrintable(listed(m_tree->elements()).right(900)), limit);
-    QTRY_VERIFY_WITH_TIMEOUT(isItem(QStringLiteral("push button"), QStringLiteral("Check"), Enabled), limit);
+        isFocused(QStringLiteral("push button"), QStringLiteral("Cancel")), qPrintable(described()), limit);
+    QVERIFY(press(key));
+    QTRY_VERIFY_WITH_TIMEOUT(!isSheetOpen(button), limit);
+}
+
+void TestKeyboard::volumeInUseIsNotForcedByReturnOrEscape()
+{
+    const QStringList mountPoints = mountPointsOf(m_disk->node(1));
+    QCOMPARE(mountPoints.size(), 1);
+    QFile inUse(mountPoints.constFirst() + QStringLiteral("/in-use"));
+    QVERIFY(inUse.open(QIODevice::WriteOnly));
+    for (const QString &key : { QStringLiteral("Escape"), QStringLiteral("Return") }) {
+        QTRY_VERIFY_WITH_TIMEOUT(
+            is(QStringLiteral("push button"), QStringLiteral("Check"), State::Enabled), limit);
+        QVERIFY(press(QStringLiteral("ctrl+e")));
+        pressOnSheet(key, QStringLiteral("Force Unmount"));
+        QCOMPARE(mountPointsOf(m_disk->node(1)), mountPoints);
+    }
+}
+
+void TestKeyboard::volumeIsNotErasedByReturnOrEscape()
+{
+    const QString uuid = probed(m_disk->node(1), QStringLiteral("UUID"));
+    QVERIFY(!uuid.isEmpty());
+    QTRY_VERIFY_WITH_TIMEOUT(
+        is(QStringLiteral("push button"), QStringLiteral("Check"), State::Enabled), limit);
+    // The menu item leads to the choice of a file system.
+    QVERIFY(press(QStringLiteral("ctrl+shift+f")));
+    QTRY_VERIFY_WITH_TIMEOUT(isFocused(QStringLiteral("combo box"), QStringLiteral("File system:")), limit);
+    QVERIFY(press(QStringLiteral("Down")));
+    for (const QString &key : { QStringLiteral("Escape"), QStringLiteral("Return") }) {
+        QVERIFY(press(QStringLiteral("alt+r")));
+        pressOnSheet(key, QStringLiteral("Erase and Format"));
+        QVERIFY(is(QStringLiteral("push button"), QStringLiteral("Format…"), State::Enabled));
+        QCOMPARE(probed(m_disk->node(1), QStringLiteral("UUID")), uuid);
+    }
 }
 
 QTEST_GUILESS_MAIN(TestKeyboard)

@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
 // What happens while a check or a format runs: another disk is selected, the disk goes, the window is closed.
-// A file system of the test's own, dropped into the local directory, has tools that wait until the test lets
-// them go.
-#include "tests/support/LoopDisk.h"
+#include "tests/support/PatientFileSystem.h"
 #include "tests/support/RealWindow.h"
 
 #include "ui/AlertSheet.h"
@@ -14,56 +12,14 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QDir>
-#include <QFile>
 #include <QLineEdit>
 #include <QProcess>
 #include <QPushButton>
 #include <QTest>
 
-#include <sys/stat.h>
-
 namespace {
 
 constexpr int limit = 30000; // milliseconds
-
-const QString bundleFolder = QStringLiteral("/Library/Filesystems/patient.fs");
-
-const QByteArray information = R"(<?xml version="1.0" encoding="UTF-8"?>
-<plist version="1.0"><dict>
-<key>CFBundleIdentifier</key><string>org.example.patient</string>
-<key>FSLinuxTypes</key><array><string>ext4</string></array>
-<key>FSProbeOrder</key><integer>1</integer>
-<key>FSPersonalities</key><dict><key>Patient</key><dict>
-<key>FSName</key><string>Patient</string>
-<key>FSFormatExecutable</key><string>format</string>
-<key>FSVerificationExecutable</key><string>verify</string>
-</dict></dict></dict></plist>
-)";
-
-// The device is the last argument. The tool says that it has begun, then waits for a line in the pipe of its
-// device.
-const QByteArray verifyTool = R"sh(#!/bin/sh
-echo "looking at $1"
-read -r answer <"PIPES/$(basename "$1")"
-echo "$answer"
-)sh";
-
-const QByteArray formatTool = R"sh(#!/bin/sh
-for device; do :; done
-: >"PIPES/begun"
-read -r answer <"PIPES/$(basename "$device")"
-exec mkfs.ext4 -q -F -L "$2" "$device"
-)sh";
-
-void writeFile(const QString &path, const QByteArray &content, mode_t mode)
-{
-    QFile file(path);
-    if (!QDir().mkpath(QFileInfo(path).path()) || !file.open(QIODevice::WriteOnly)
-        || file.write(content) != content.size())
-        qFatal("cannot write %s", qPrintable(path));
-    file.close();
-    chmod(QFile::encodeName(path).constData(), mode);
-}
 
 QList<LoopDisk::Partition> oneVolume()
 {
@@ -103,8 +59,6 @@ public:
     static int checkAndClose(const QString &node);
 
 private Q_SLOTS:
-    void initTestCase();
-    void cleanupTestCase();
     void droppedFileSystemAppearsAtTheNextActivation();
     void eachOutputGoesToItsOwnRecord();
     void diskThatGoesDuringACheck();
@@ -113,54 +67,18 @@ private Q_SLOTS:
     void volumeOfTheSystemIsNotForced();
 
 private:
-    void install();
-    void makePipe(const LoopDisk &disk);
-    void release(const LoopDisk &disk, const QByteArray &answer);
-
-    QTemporaryDir m_pipes;
+    PatientFileSystem m_patient;
 };
-
-void TestWindowFaults::initTestCase()
-{
-    install();
-}
-
-void TestWindowFaults::cleanupTestCase()
-{
-    QDir(bundleFolder).removeRecursively();
-}
-
-void TestWindowFaults::install()
-{
-    const auto tool = [this](QByteArray text) { return text.replace("PIPES", m_pipes.path().toUtf8()); };
-    writeFile(bundleFolder + QStringLiteral("/Contents/Resources/verify"), tool(verifyTool), 0755);
-    writeFile(bundleFolder + QStringLiteral("/Contents/Resources/format"), tool(formatTool), 0755);
-    writeFile(bundleFolder + QStringLiteral("/Contents/Info.plist"), information, 0644);
-}
-
-void TestWindowFaults::makePipe(const LoopDisk &disk)
-{
-    const QString path = m_pipes.filePath(QFileInfo(disk.node(1)).fileName());
-    QFile::remove(path);
-    QCOMPARE(mkfifo(QFile::encodeName(path).constData(), 0600), 0);
-}
-
-void TestWindowFaults::release(const LoopDisk &disk, const QByteArray &answer)
-{
-    QFile pipe(m_pipes.filePath(QFileInfo(disk.node(1)).fileName()));
-    QVERIFY(pipe.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
-    QVERIFY(pipe.write(answer + '\n') > 0);
-}
 
 void TestWindowFaults::droppedFileSystemAppearsAtTheNextActivation()
 {
     const LoopDisk disk(oneVolume());
-    makePipe(disk);
-    QVERIFY(QDir(bundleFolder).removeRecursively());
+    m_patient.makePipe(disk);
+    m_patient.remove();
     RealWindow window;
     const QComboBox *menu = window.controller().formatFilesystemsPopupButton;
     QCOMPARE(menu->findText(QStringLiteral("Patient")), -1);
-    install();
+    m_patient.install();
     QCOMPARE(menu->findText(QStringLiteral("Patient")), -1);
     QEvent activation(QEvent::WindowActivate);
     QApplication::sendEvent(&window.window(), &activation);
@@ -174,7 +92,7 @@ void TestWindowFaults::droppedFileSystemAppearsAtTheNextActivation()
     window.controller().formatButton->click();
     window.endSheet(AlertSheet::firstButtonReturn);
     QVERIFY(volume->operationInProgress);
-    release(disk, "go on");
+    m_patient.release(disk, "go on");
     QTRY_VERIFY_WITH_TIMEOUT(!volume->operationInProgress, limit);
     QVERIFY(window.sheets().isEmpty());
     QCOMPARE(probed(disk.node(1), QStringLiteral("LABEL")), QStringLiteral("Renewed"));
@@ -185,8 +103,8 @@ void TestWindowFaults::eachOutputGoesToItsOwnRecord()
     const LoopDisk first(oneVolume());
     const LoopDisk second(oneVolume());
     const LoopDisk third(oneVolume());
-    makePipe(first);
-    makePipe(second);
+    m_patient.makePipe(first);
+    m_patient.makePipe(second);
     RealWindow window;
     const OutlineItem volumes[]
         = { volumeOf(window, first), volumeOf(window, second), volumeOf(window, third) };
@@ -199,8 +117,8 @@ void TestWindowFaults::eachOutputGoesToItsOwnRecord()
     }
     window.select(volumes[2]);
     QCOMPARE(view->toPlainText(), QString());
-    release(first, "answer for the first");
-    release(second, "answer for the second");
+    m_patient.release(first, "answer for the first");
+    m_patient.release(second, "answer for the second");
     QTRY_VERIFY_WITH_TIMEOUT(!volumes[0]->operationInProgress && !volumes[1]->operationInProgress, limit);
     QCOMPARE(view->toPlainText(), QString());
     window.select(volumes[0]);
@@ -214,7 +132,7 @@ void TestWindowFaults::eachOutputGoesToItsOwnRecord()
 void TestWindowFaults::diskThatGoesDuringACheck()
 {
     LoopDisk disk(oneVolume());
-    makePipe(disk);
+    m_patient.makePipe(disk);
     RealWindow window;
     const OutlineItem volume = volumeOf(window, disk);
     QVERIFY(volume);
@@ -225,7 +143,7 @@ void TestWindowFaults::diskThatGoesDuringACheck()
         limit);
     disk.detach();
     QTRY_VERIFY_WITH_TIMEOUT(!window.recordOf(disk.node(1)), limit);
-    release(disk, "the disk has gone");
+    m_patient.release(disk, "the disk has gone");
     QTRY_VERIFY_WITH_TIMEOUT(!volume->operationInProgress, limit);
     QVERIFY(volume->checkRepairOutput->bytes().contains("the disk has gone"));
 }
@@ -233,20 +151,19 @@ void TestWindowFaults::diskThatGoesDuringACheck()
 void TestWindowFaults::diskThatGoesDuringAFormat()
 {
     LoopDisk disk(oneVolume());
-    makePipe(disk);
+    m_patient.makePipe(disk);
     RealWindow window;
     const OutlineItem volume = volumeOf(window, disk);
     QVERIFY(volume);
     window.select(volume);
-    QFile::remove(m_pipes.filePath(QStringLiteral("begun")));
     window.controller().formatFilesystemsPopupButton->setCurrentText(QStringLiteral("Patient"));
     window.controller().formatButton->click();
     window.endSheet(AlertSheet::firstButtonReturn);
     QVERIFY(volume->operationInProgress);
-    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(m_pipes.filePath(QStringLiteral("begun"))), limit);
+    QTRY_VERIFY_WITH_TIMEOUT(m_patient.hasFormatBegun(), limit);
     disk.detach();
     QTRY_VERIFY_WITH_TIMEOUT(!window.recordOf(disk.node(1)), limit);
-    release(disk, "go on");
+    m_patient.release(disk, "go on");
     QTRY_VERIFY_WITH_TIMEOUT(!volume->operationInProgress, limit);
     QCOMPARE(window.sheets().size(), 1);
     QVERIFY(window.sheets().constFirst()->informativeText().startsWith(
@@ -277,7 +194,7 @@ int TestWindowFaults::checkAndClose(const QString &node)
 void TestWindowFaults::windowThatIsClosedDuringACheck()
 {
     const LoopDisk disk(oneVolume());
-    makePipe(disk);
+    m_patient.makePipe(disk);
     QProcess child;
     child.setProcessChannelMode(QProcess::ForwardedChannels);
     child.start(
@@ -285,7 +202,7 @@ void TestWindowFaults::windowThatIsClosedDuringACheck()
     QVERIFY(child.waitForFinished(2 * limit));
     QCOMPARE(child.exitStatus(), QProcess::NormalExit);
     QCOMPARE(child.exitCode(), 0);
-    const QString tool = bundleFolder + QStringLiteral("/Contents/Resources/verify");
+    const QString tool = m_patient.verifyTool();
     const auto isRunning = [&] {
         return runProgram(QStringLiteral("pgrep"), { QStringLiteral("-f"), tool }) == 0
             || runProgram(QStringLiteral("pgrep"), { QStringLiteral("-x"), QStringLiteral("diskutil") }) == 0;

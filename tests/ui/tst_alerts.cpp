@@ -53,7 +53,8 @@ private Q_SLOTS:
     void cascadingAlertIsDroppedWithALogLine();
     void droppedAlertHasNoFollowUp();
     void nextAlertIsShownAfterTheFirstHasEnded();
-    void escapeEndsAnAlert();
+    void keyEndsAnAlert_data();
+    void keyEndsAnAlert();
     void followUpIsGivenAlertAndReturnCode();
     void followUpOfAnySignature_data();
     void followUpOfAnySignature();
@@ -155,12 +156,24 @@ void TestAlerts::nextAlertIsShownAfterTheFirstHasEnded()
     QCOMPARE(test->log.lines(), QStringList());
 }
 
-void TestAlerts::escapeEndsAnAlert()
+void TestAlerts::keyEndsAnAlert_data()
 {
+    QTest::addColumn<Qt::Key>("key");
+    QTest::newRow("Escape") << Qt::Key_Escape;
+    QTest::newRow("Return") << Qt::Key_Return;
+    QTest::newRow("Enter") << Qt::Key_Enter;
+    QTest::newRow("space bar") << Qt::Key_Space;
+}
+
+void TestAlerts::keyEndsAnAlert()
+{
+    QFETCH(const Qt::Key, key);
     const auto test = launched();
     test->controller().messageWithTitle(u"T"_s, u"x"_s, 0, "sheetDidEnd");
-    QTest::keyClick(test->sheets().constFirst(), Qt::Key_Escape);
-    QVERIFY(!test->controller().alertInProgress);
+    AlertSheet *const sheet = test->sheets().constFirst();
+    QVERIFY(QTest::qWaitForWindowActive(sheet));
+    QTest::keyClick(sheet->windowHandle(), key);
+    QTRY_VERIFY(!test->controller().alertInProgress);
     QCOMPARE(following(*test).calls, QStringList { u"T 1000 none idle"_s });
 }
 

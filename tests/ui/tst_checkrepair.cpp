@@ -9,6 +9,7 @@
 #include "ui/OutlineView.h"
 #include "ui/OutputView.h"
 
+#include <QAccessible>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QProgressBar>
@@ -113,7 +114,9 @@ void TestCheckRepair::verdictOfACheck()
     QCOMPARE(test.sheets().size(), 1);
     QCOMPARE(test.alertText(),
         QStringLiteral("Encountered errors when checking the volume.\nFilesystem needs to be repaired."));
-    QCOMPARE(test.log.lines().join(u' '), QStringLiteral("Error returned by invokeDiskutilWithVerb: 5"));
+    QCOMPARE(test.log.lines().size(), 2); // what was run, and what came of it
+    QVERIFY(test.log.lines().constFirst().endsWith(QStringLiteral("' 'verifyVolume' '/dev/disk2s1' 2>&1")));
+    QCOMPARE(test.log.lines().constLast(), QStringLiteral("Error returned by invokeDiskutilWithVerb: 5"));
     QCOMPARE(test.shown(), QStringLiteral("broken\n"));
 }
 
@@ -162,6 +165,10 @@ void TestCheckRepair::progressIsShownInTheBar()
     const auto *bar = test.controller().maintenanceOperationBar->findChild<QProgressBar *>();
     QTRY_COMPARE(bar->value(), 42);
     QCOMPARE(bar->maximum(), 100);
+    QAccessibleInterface *const told = QAccessible::queryAccessibleInterface(const_cast<QProgressBar *>(bar));
+    QCOMPARE(told->role(), QAccessible::ProgressBar);
+    QCOMPARE(told->text(QAccessible::Name), QStringLiteral("Checking disk2s1…"));
+    QCOMPARE(told->valueInterface()->currentValue().toInt(), 42);
     test.release();
     QTRY_VERIFY(!test.record->operationInProgress);
 }

@@ -6,7 +6,10 @@
 #include "ui/OutlineView.h"
 
 #include <QLabel>
+#include <QRandomGenerator>
 #include <QTest>
+
+#include <vector>
 
 namespace {
 
@@ -22,6 +25,25 @@ bool isNotFoundLine(const QString &line)
 {
     return line.startsWith(
         QStringLiteral("Could not find a matching ZorvexDiskManagerDisk for DADiskRef 0x"));
+}
+
+// All names of a ring and below it, from the top.
+QStringList namesInTree(const ZorvexDiskManagerDiskListItem *ring)
+{
+    QStringList result;
+    for (const auto *item = ring; item; item = item->next == ring ? nullptr : item->next) {
+        result.append(item->disk->description());
+        result += namesInTree(item->children);
+    }
+    return result;
+}
+
+MemoryDiskRef takeAny(std::vector<MemoryDiskRef> &media, QRandomGenerator &random)
+{
+    const auto place = media.begin() + random.bounded(static_cast<int>(media.size()));
+    MemoryDiskRef medium = *place;
+    media.erase(place);
+    return medium;
 }
 
 } // namespace
@@ -43,6 +65,7 @@ private Q_SLOTS:
     void diskThatGoesBeforeItsPartitionsTakesThemAlong();
     void eventsWithoutADescriptionAreSilent();
     void placeIsNotRevisedOnAChange();
+    void rowsFollowTheTree();
 };
 
 void TestDiskEvents::shortMemoryIsLogged_data()
@@ -223,6 +246,51 @@ void TestDiskEvents::placeIsNotRevisedOnAChange()
     first->mediaProperties->insert(IOMediaKey::base, PropertyNumber(qint64 { 3000 }));
     test.service.changeDisk(first);
     QCOMPARE(test.rowNames(), names({ "disk2", "disk2s1", "disk2s2" }));
+}
+
+// Whatever comes and goes, and whatever the user collapses in between: an arrival opens all again.
+void TestDiskEvents::rowsFollowTheTree()
+{
+    const quint32 seed = QRandomGenerator::global()->generate();
+    qInfo("seed %u", seed);
+    QRandomGenerator random(seed);
+    TestController test;
+    test.launch();
+    OutlineView *const view = test.controller().leftOutlineView;
+    std::vector<MemoryDiskRef> absent;
+    for (int disk = 0; disk < 12; ++disk) {
+        const QString name = QStringLiteral("disk%1").arg(disk);
+        absent.push_back(makeDisk(name));
+        for (int i = 1; i <= 4; ++i)
+            absent.push_back(makePartition(name + QStringLiteral("s%1").arg(i), i));
+    }
+    std::vector<MemoryDiskRef> present;
+    bool isCollapsed = false;
+    for (int step = 0; step < 400; ++step) {
+        if (!absent.empty() && (present.empty() || random.bounded(3) > 0)) {
+            present.push_back(takeAny(absent, random));
+            test.service.addDisk(present.back());
+            QCOMPARE(test.rowNames(), namesInTree(test.controller().disk_list));
+            isCollapsed = false;
+        } else {
+            absent.push_back(takeAny(present, random));
+            test.service.removeDisk(absent.back());
+            if (!isCollapsed)
+                QCOMPARE(test.rowNames(), namesInTree(test.controller().disk_list));
+        }
+        for (int row = 0; row < view->numberOfRows(); ++row)
+            QCOMPARE(view->rowForItem(view->itemAtRow(row)), row);
+        QCOMPARE(view->itemAtRow(view->numberOfRows()), nullptr);
+        view->selectRow(random.bounded(view->numberOfRows() + 1));
+        if (random.bounded(4) == 0 && view->numberOfRows() > 0) {
+            const int shown = view->numberOfRows();
+            const QModelIndex disk = view->model()->index(random.bounded(view->model()->rowCount()), 0);
+            view->collapse(disk);
+            QCOMPARE(view->numberOfRows(),
+                isCollapsed ? view->numberOfRows() : shown - view->model()->rowCount(disk));
+            isCollapsed = isCollapsed || view->numberOfRows() < shown;
+        }
+    }
 }
 
 QTEST_MAIN(TestDiskEvents)

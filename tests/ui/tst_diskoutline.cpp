@@ -9,6 +9,7 @@
 
 #include <QAbstractItemModelTester>
 #include <QLabel>
+#include <QLineEdit>
 #include <QScrollBar>
 #include <QTest>
 
@@ -28,6 +29,7 @@ private Q_SLOTS:
     void selectionIsToldOnce();
     void clickOnTheTriangleTogglesOnce_data();
     void clickOnTheTriangleTogglesOnce();
+    void doubleClickOnlyShowsAndHidesWhatIsBelow();
     void clickAtTheLeftEdgeOfTheMirroredViewSelects();
     void mirroredFrames_data();
     void mirroredFrames();
@@ -232,6 +234,30 @@ void TestDiskOutline::clickOnTheTriangleTogglesOnce()
     QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, triangle);
     QCOMPARE(view->numberOfRows(), 2);
     QCOMPARE(view->selectedRow(), -1);
+}
+
+void TestDiskOutline::doubleClickOnlyShowsAndHidesWhatIsBelow()
+{
+    TestController test;
+    test.launch();
+    addDiskWithVolume(test);
+    OutlineView *const view = test.controller().leftOutlineView;
+    const auto doubleClick = [view](int row) {
+        const QPoint name = view->frameOfCellAtColumn(0, row).center();
+        QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, name);
+        QTest::mouseDClick(view->viewport(), Qt::LeftButton, {}, name);
+    };
+    doubleClick(1);
+    QCOMPARE(view->selectedRow(), 1);
+    QCOMPARE(view->numberOfRows(), 2);
+    doubleClick(0);
+    QCOMPARE(view->selectedRow(), 0);
+    QCOMPARE(view->numberOfRows(), 1);
+    doubleClick(0);
+    QCOMPARE(view->numberOfRows(), 2);
+    // No name is edited, and nothing is done to a disk.
+    QVERIFY(view->findChildren<QLineEdit *>().isEmpty());
+    QVERIFY(test.service.requests().empty());
 }
 
 void TestDiskOutline::clickAtTheLeftEdgeOfTheMirroredViewSelects()

@@ -4,14 +4,20 @@
 #include "tests/support/TestController.h"
 
 #include "ui/direction_rules.h"
+#include "ui/ElidingLabel.h"
+#include "ui/ImageButton.h"
+#include "ui/LinkTextView.h"
 #include "ui/OutlineView.h"
 
+#include <QApplication>
 #include <QClipboard>
-#include <QGuiApplication>
-#include <QLabel>
+#include <QHelpEvent>
 #include <QMenu>
-#include <QPushButton>
+#include <QMenuBar>
+#include <QTabWidget>
 #include <QTest>
+#include <QTextDocument>
+#include <QToolTip>
 
 namespace {
 
@@ -29,6 +35,44 @@ QAction *actionOf(TestController &test, const QString &name)
     return test.window().findChild<QAction *>(name);
 }
 
+// What the tool tip says when the pointer rests on the widget; empty when there is none.
+QString toolTipAt(QWidget *widget, const QPoint &position)
+{
+    QToolTip::hideText();
+    if (!QTest::qWaitFor([] { return !QToolTip::isVisible(); }))
+        return QStringLiteral("a tool tip that does not go away");
+    QHelpEvent help(QEvent::ToolTip, position, widget->mapToGlobal(position));
+    QApplication::sendEvent(widget, &help);
+    if (!QToolTip::isVisible())
+        return {};
+    QTextDocument shown;
+    shown.setHtml(QToolTip::text());
+    return shown.toPlainText();
+}
+
+// The names of what Tab reaches, from the tree to the tree.
+QStringList tabStops(TestController &test)
+{
+    QStringList names;
+    QWidget *const first = test.controller().leftOutlineView;
+    first->setFocus();
+    do {
+        names.append(QApplication::focusWidget()->objectName());
+        QTest::keyClick(test.window().windowHandle(), Qt::Key_Tab);
+    } while (QApplication::focusWidget() != first && names.size() < 40);
+    return names;
+}
+
+QStringList titlesOf(const QMenu *menu)
+{
+    QStringList titles;
+    for (const QAction *action : menu->actions()) {
+        if (!action->isSeparator())
+            titles.append(action->text().remove(u'&') + u'|' + action->shortcut().toString());
+    }
+    return titles;
+}
+
 } // namespace
 
 class TestEveryone : public QObject
@@ -37,9 +81,22 @@ class TestEveryone : public QObject
 
 private Q_SLOTS:
     void rowSaysWhatItIs();
+    void rowHasItsWholeNameAndStateAsToolTip();
+    void cutValueIsItsToolTip();
+    void dividerSaysWhatItIs();
+    void iconIsDescribed();
     void menuItemsFollowTheirButtons();
+    void menuItemIsCalledAsTheButton();
+    void menusShowTheirShortcuts();
     void menuOfARowIsForItsDisk();
+    void menuOfARowOpensByKey();
+    void nameOfARowIsCopied();
     void labelIsCopied();
+    void deviceNodeStandsBesideTheName();
+    void emptyValuesAreNoTabStops();
+    void headlineGrowsWithTheFont();
+    void pathTakesAsManyLinesAsItNeeds();
+    void lettersStayJoinedInArabic();
     void groupsOfDigitsKeepTheirOrderInArabic();
 };
 
@@ -56,6 +113,67 @@ void TestEveryone::rowSaysWhatItIs()
     setMounted(volume, {});
     test.service.changeDisk(volume);
     QCOMPARE(row.data(Qt::AccessibleTextRole).toString(), QStringLiteral("DATA, NTFS, not mounted"));
+}
+
+void TestEveryone::rowHasItsWholeNameAndStateAsToolTip()
+{
+    const QString name = QStringLiteral("<b>a name that is far longer than the tree is wide</b>");
+    TestController test;
+    test.launch();
+    const MemoryDiskRef volume = mountedVolume();
+    volume->description->insert(DAKey::volumeName, name);
+    test.add(volume);
+    QWidget *const viewport = test.controller().leftOutlineView->viewport();
+    const QPoint row = test.controller().leftOutlineView->frameOfCellAtColumn(0, 0).center();
+    QCOMPARE(toolTipAt(viewport, row), QString(name + QStringLiteral(", NTFS, mounted")));
+    setMounted(volume, {});
+    test.service.changeDisk(volume);
+    QCOMPARE(toolTipAt(viewport, row), QString(name + QStringLiteral(", NTFS, not mounted")));
+    QCOMPARE(toolTipAt(viewport, QPoint(5, viewport->height() - 2)), QString());
+}
+
+void TestEveryone::cutValueIsItsToolTip()
+{
+    const QString longName = QString(300, u'x');
+    TestController test;
+    test.launch();
+    const MemoryDiskRef volume = mountedVolume();
+    test.add(volume);
+    test.select(QStringLiteral("disk2s1"));
+    QLabel *const label = test.controller().infoNameLabel;
+    QCOMPARE(toolTipAt(label, label->rect().center()), QString());
+    volume->description->insert(DAKey::volumeName, longName);
+    test.service.changeDisk(volume);
+    QCOMPARE(label->text(), longName);
+    QCOMPARE(toolTipAt(label, label->rect().center()), longName);
+    for (const QLabel *value : { test.controller().infoDiskSpaceLabel, test.controller().filesystemLabel,
+             test.controller().bsdNameLabel, test.controller().deviceNodeLabel,
+             test.controller().wholeDeviceLabel, test.controller().removableLabel,
+             test.controller().contentHintLabel, test.controller().ejectableLabel,
+             test.controller().preferredBlockSizeLabel })
+        QVERIFY2(qobject_cast<const ElidingLabel *>(value), qPrintable(value->objectName()));
+}
+
+void TestEveryone::dividerSaysWhatItIs()
+{
+    TestController test;
+    test.launch();
+    QWidget *const divider = test.controller().mainSplitView->handle(1);
+    QCOMPARE(divider->accessibleName(), QStringLiteral("Divider"));
+    const QString tip = toolTipAt(divider, divider->rect().center());
+    QVERIFY(tip.contains(QStringLiteral("arrow keys")));
+    QCOMPARE(divider->accessibleDescription(), tip);
+}
+
+void TestEveryone::iconIsDescribed()
+{
+    TestController test;
+    test.launch();
+    test.add(mountedVolume());
+    test.select(QStringLiteral("disk2s1"));
+    QCOMPARE(test.controller().infoBigImageField->accessibleName(), QStringLiteral("Disk icon"));
+    QCOMPARE(
+        test.controller().infoBigImageField->accessibleDescription(), QStringLiteral("DATA, NTFS, mounted"));
 }
 
 void TestEveryone::menuItemsFollowTheirButtons()
@@ -81,20 +199,109 @@ void TestEveryone::menuItemsFollowTheirButtons()
     QVERIFY(!show->isEnabled());
 }
 
+void TestEveryone::menuItemIsCalledAsTheButton()
+{
+    TestController test;
+    test.launch();
+    const MemoryDiskRef volume = mountedVolume();
+    test.add(volume);
+    const MemoryDiskRef disk = makeDisk(QStringLiteral("disk2"));
+    disk->description->insert(DAKey::mediaLeaf, false);
+    test.add(disk);
+    auto *menu = test.window().findChild<QMenu *>(QStringLiteral("diskMenu"));
+    const auto title = [&](const QString &bsdName) {
+        test.select(bsdName);
+        menu->popup({});
+        menu->close();
+        return actionOf(test, QStringLiteral("actionMountUnmount"))->text();
+    };
+    QCOMPARE(title(QStringLiteral("disk2s1")), QStringLiteral("&Unmount"));
+    QCOMPARE(title(QStringLiteral("disk2")), QStringLiteral("E&ject"));
+    setMounted(volume, {});
+    test.service.changeDisk(volume);
+    QCOMPARE(title(QStringLiteral("disk2s1")), QStringLiteral("&Mount"));
+}
+
+void TestEveryone::menusShowTheirShortcuts()
+{
+    TestController test;
+    test.launch();
+    const QStringList operations { QStringLiteral("Mount|Ctrl+E"), QStringLiteral("Format…|Ctrl+Shift+F"),
+        QStringLiteral("Check|Ctrl+K"), QStringLiteral("Repair|Ctrl+R") };
+    const QString show = QStringLiteral("Show in File Manager|Ctrl+Return");
+    QCOMPARE(titlesOf(test.window().findChild<QMenu *>(QStringLiteral("diskMenu"))),
+        operations + QStringList { show });
+    QCOMPARE(titlesOf(test.window().findChild<QMenu *>(QStringLiteral("rowMenu"))),
+        operations + QStringList({ QStringLiteral("Copy|Ctrl+C"), show }));
+    QCOMPARE(test.window().menuBar()->actions().size(), 4);
+    QSet<QKeySequence> shortcuts;
+    for (const QAction *action : test.window().findChildren<QAction *>()) {
+        if (action->shortcut().isEmpty())
+            continue;
+        QVERIFY2(!shortcuts.contains(action->shortcut()), qPrintable(action->text()));
+        shortcuts.insert(action->shortcut());
+    }
+}
+
 void TestEveryone::menuOfARowIsForItsDisk()
+{
+    for (const QString &language : { QStringLiteral("en"), QStringLiteral("ar") }) {
+        TestController test(language);
+        test.launch();
+        test.add(makeDisk(QStringLiteral("disk1")));
+        test.add(mountedVolume());
+        OutlineView *const view = test.controller().leftOutlineView;
+        auto *menu = test.window().findChild<QMenu *>(QStringLiteral("rowMenu"));
+        const QPoint row = view->frameOfCellAtColumn(0, 1).center();
+        QContextMenuEvent click(QContextMenuEvent::Mouse, row, view->viewport()->mapToGlobal(row));
+        QApplication::sendEvent(view->viewport(), &click);
+        QCOMPARE(view->selectedRow(), 1);
+        QVERIFY(menu->isVisible());
+        QCOMPARE(actionOf(test, QStringLiteral("actionMountUnmount"))->isEnabled(),
+            test.controller().mountUnmountButton->isEnabled());
+        menu->close();
+        const QPoint nothing(5, view->viewport()->height() - 2);
+        QContextMenuEvent beside(QContextMenuEvent::Mouse, nothing, view->viewport()->mapToGlobal(nothing));
+        QApplication::sendEvent(view->viewport(), &beside);
+        QVERIFY(!menu->isVisible());
+    }
+}
+
+void TestEveryone::menuOfARowOpensByKey()
 {
     TestController test;
     test.launch();
     test.add(makeDisk(QStringLiteral("disk1")));
     test.add(mountedVolume());
+    test.select(QStringLiteral("disk2s1"));
     OutlineView *const view = test.controller().leftOutlineView;
-    auto *menu = test.window().findChild<QMenu *>(QStringLiteral("diskMenu"));
-    Q_EMIT view->customContextMenuRequested(view->frameOfCellAtColumn(0, 1).center());
+    view->setFocus();
+    QVERIFY(QTest::qWaitForWindowActive(&test.window()));
+    // What the key becomes on its way through the platform.
+    const QPoint cursor = view->inputMethodQuery(Qt::ImCursorRectangle).toRect().center();
+    QContextMenuEvent key(QContextMenuEvent::Keyboard, cursor, view->mapToGlobal(cursor));
+    QApplication::sendEvent(view, &key);
+    auto *menu = test.window().findChild<QMenu *>(QStringLiteral("rowMenu"));
+    QTRY_VERIFY(menu->isVisible());
     QCOMPARE(view->selectedRow(), 1);
-    QVERIFY(menu->isVisible());
-    menu->close();
-    Q_EMIT view->customContextMenuRequested(QPoint(5, view->viewport()->height() - 2));
-    QVERIFY(!menu->isVisible());
+    QVERIFY(view->rect().contains(view->mapFromGlobal(menu->pos())));
+    QTest::keyClick(menu, Qt::Key_U);
+    QCOMPARE(test.service.requests().size(), std::size_t { 1 });
+    QCOMPARE(test.service.requests().front().kind, MemoryDiskService::RequestKind::Unmount);
+}
+
+void TestEveryone::nameOfARowIsCopied()
+{
+    TestController test;
+    test.launch();
+    test.add(mountedVolume());
+    test.select(QStringLiteral("disk2s1"));
+    test.window().activateWindow();
+    test.controller().leftOutlineView->setFocus();
+    QVERIFY(QTest::qWaitForWindowActive(&test.window()));
+    QGuiApplication::clipboard()->clear();
+    QTest::keyClick(test.window().windowHandle(), Qt::Key_C, Qt::ControlModifier);
+    QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("DATA"));
 }
 
 void TestEveryone::labelIsCopied()
@@ -108,6 +315,112 @@ void TestEveryone::labelIsCopied()
     QTRY_COMPARE(QGuiApplication::focusObject(), test.controller().bsdNameLabel);
     actionOf(test, QStringLiteral("actionCopy"))->trigger();
     QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("disk2s1"));
+}
+
+void TestEveryone::deviceNodeStandsBesideTheName()
+{
+    TestController test;
+    test.launch();
+    test.add(mountedVolume());
+    test.select(QStringLiteral("disk2s1"));
+    const QLabel *node = test.controller().deviceNodeLabel;
+    QCOMPARE(node->text(), QStringLiteral("/dev/sdb1"));
+    QVERIFY(node->textInteractionFlags().testFlag(Qt::TextSelectableByKeyboard));
+    const QLabel *name = test.controller().bsdNameLabel;
+    QVERIFY(name->isVisible() && node->isVisible());
+    QVERIFY(node->x() >= name->geometry().right());
+    QCOMPARE(node->geometry().center().y(), name->geometry().center().y());
+    test.controller().leftOutlineView->selectRow(-1);
+    QCOMPARE(node->text(), QString());
+}
+
+void TestEveryone::emptyValuesAreNoTabStops()
+{
+    TestController test;
+    test.launch();
+    const MemoryDiskRef volume = mountedVolume();
+    volume->description->remove(DAKey::volumeKind);
+    test.add(volume);
+    QVERIFY(QTest::qWaitForWindowActive(&test.window()));
+    for (const QString &stop : tabStops(test))
+        QVERIFY2(!stop.endsWith(QStringLiteral("Label")), qPrintable(stop));
+
+    test.select(QStringLiteral("disk2s1"));
+    QStringList stops = tabStops(test);
+    QVERIFY(!stops.contains(QStringLiteral("filesystemLabel")));
+    stops.removeAll(QStringLiteral("qt_splithandle_"));
+    stops.removeAll(QStringLiteral("qt_tabwidget_tabbar"));
+    QCOMPARE(stops,
+        (QStringList { QStringLiteral("leftOutlineView"), QStringLiteral("infoNameLabel"),
+            QStringLiteral("infoDiskSpaceLabel"), QStringLiteral("infoMountedPathView"),
+            QStringLiteral("bsdNameLabel"), QStringLiteral("deviceNodeLabel"),
+            QStringLiteral("wholeDeviceLabel"), QStringLiteral("removableLabel"),
+            QStringLiteral("ejectableLabel"), QStringLiteral("preferredBlockSizeLabel"),
+            QStringLiteral("mountUnmountButton") }));
+}
+
+void TestEveryone::headlineGrowsWithTheFont()
+{
+    TestController test;
+    test.launch();
+    const QFont usual = QApplication::font();
+    const QLabel *headline = test.controller().infoNameLabel;
+    QVERIFY(headline->font().bold());
+    QCOMPARE(headline->font().pointSizeF(), usual.pointSizeF() * 1.5);
+    QFont large = usual;
+    large.setPointSizeF(usual.pointSizeF() * 2);
+    QApplication::setFont(large);
+    QTRY_COMPARE(headline->font().pointSizeF(), large.pointSizeF() * 1.5);
+    QVERIFY(headline->font().bold());
+    QApplication::setFont(usual);
+    QTRY_COMPARE(headline->font().pointSizeF(), usual.pointSizeF() * 1.5);
+}
+
+void TestEveryone::pathTakesAsManyLinesAsItNeeds()
+{
+    TestController test;
+    test.launch();
+    const MemoryDiskRef volume = mountedVolume();
+    test.add(volume);
+    test.select(QStringLiteral("disk2s1"));
+    const LinkTextView *path = test.controller().infoMountedPathView;
+    const int line = path->fontMetrics().lineSpacing();
+    QTRY_VERIFY(path->height() >= line && path->height() < 2 * line);
+    setMounted(volume, QString(QStringLiteral("/media/") + QString(120, u'x')));
+    test.service.changeDisk(volume);
+    QTRY_VERIFY(path->height() >= 2 * line && path->height() < 3 * line);
+}
+
+void TestEveryone::lettersStayJoinedInArabic()
+{
+    QVERIFY(DirectionRules::joinsLetters(QStringLiteral("ar")));
+    for (const QString &language : { QStringLiteral("en"), QStringLiteral("de"), QStringLiteral("ja"),
+             QStringLiteral("pt_BR"), QStringLiteral("ru"), QStringLiteral("zh_TW") })
+        QVERIFY2(!DirectionRules::joinsLetters(language), qPrintable(language));
+    const auto picture = [](TestController &test, const QString &text) {
+        ImageButton button(&test.window());
+        QPixmap icon(16, 16);
+        icon.fill(Qt::red);
+        button.setIcon(icon);
+        button.resize(200, 40);
+        button.setText(text);
+        return button.grab().toImage();
+    };
+    {
+        TestController test(QStringLiteral("ar"));
+        test.launch();
+        test.add(mountedVolume());
+        test.select(QStringLiteral("disk2s1"));
+        // The marked letter is drawn as if it were not marked, and works.
+        QCOMPARE(picture(test, QStringLiteral("ف&صل")), picture(test, QStringLiteral("فصل")));
+        QVERIFY(QTest::qWaitForWindowActive(&test.window()));
+        QTest::sendKeyEvent(QTest::Click, test.window().windowHandle(),
+            static_cast<Qt::Key>(QChar(u'ص').unicode()), QStringLiteral("ص"), Qt::AltModifier);
+        QTRY_COMPARE(test.service.requests().size(), std::size_t { 1 });
+    }
+    TestController test;
+    test.launch();
+    QVERIFY(picture(test, QStringLiteral("&Mount")) != picture(test, QStringLiteral("Mount")));
 }
 
 void TestEveryone::groupsOfDigitsKeepTheirOrderInArabic()

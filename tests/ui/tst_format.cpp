@@ -6,6 +6,7 @@
 #include "ui/AlertSheet.h"
 #include "ui/OutlineView.h"
 
+#include <QAbstractItemView>
 #include <QComboBox>
 #include <QFile>
 #include <QLineEdit>
@@ -88,6 +89,10 @@ private Q_SLOTS:
     void ownFileSystemIsRenamedUnmountedAndMounted();
     void confirmationNamesTheMedium();
     void cancelSetsNoFlag();
+    void keysOnTheConfirmation_data();
+    void keysOnTheConfirmation();
+    void openMenuIsNotDisturbed();
+    void openMenuFollowsTheBundles();
     void tabsAndControlsWhileItRuns();
     void nothingSelected();
     void refusedLabelStopsBeforeTheConfirmation();
@@ -171,6 +176,69 @@ void TestFormat::cancelSetsNoFlag()
     QVERIFY(!test.isBusy() && !test.record->operationInProgressShowFormatTab);
     QVERIFY(test.controller().formatButton->isEnabled());
     QVERIFY(test.toolArguments().isEmpty());
+}
+
+void TestFormat::keysOnTheConfirmation_data()
+{
+    QTest::addColumn<Qt::Key>("key");
+    QTest::addColumn<Qt::KeyboardModifier>("modifier");
+    QTest::addColumn<bool>("formats");
+    QTest::newRow("Escape") << Qt::Key_Escape << Qt::NoModifier << false;
+    QTest::newRow("Return") << Qt::Key_Return << Qt::NoModifier << false;
+    QTest::newRow("Enter") << Qt::Key_Enter << Qt::KeypadModifier << false;
+    QTest::newRow("space bar") << Qt::Key_Space << Qt::NoModifier << false;
+    QTest::newRow("letter of Cancel") << Qt::Key_C << Qt::AltModifier << false;
+    QTest::newRow("letter of Erase") << Qt::Key_E << Qt::AltModifier << true;
+}
+
+void TestFormat::keysOnTheConfirmation()
+{
+    QFETCH(const Qt::Key, key);
+    QFETCH(const Qt::KeyboardModifier, modifier);
+    QFETCH(const bool, formats);
+    FormatTest test;
+    test.press(QStringLiteral("exfat"), QString());
+    AlertSheet *const sheet = test.sheets().constFirst();
+    QVERIFY(QTest::qWaitForWindowActive(sheet));
+    QTest::keyClick(sheet->windowHandle(), key, modifier);
+    QTRY_VERIFY(test.sheets().isEmpty());
+    QTRY_VERIFY(!test.isBusy());
+    QCOMPARE(!test.toolArguments().isEmpty(), formats);
+}
+
+void TestFormat::openMenuIsNotDisturbed()
+{
+    FormatTest test;
+    QComboBox *const menu = test.controller().formatFilesystemsPopupButton;
+    menu->setCurrentIndex(0);
+    test.controller().rightTabView->setCurrentWidget(test.controller().formatTab);
+    menu->showPopup();
+    QTest::keyClick(menu->view(), Qt::Key_Down);
+    const QString chosen = menu->view()->currentIndex().data().toString();
+    QVERIFY(!chosen.isEmpty() && chosen != menu->currentText());
+    // What a check prints, a disk that comes and one that goes each rebuild the panel.
+    test.controller().outlineViewSelectionDidChange();
+    const MemoryDiskRef other = makeDisk(QStringLiteral("disk7"));
+    test.add(other);
+    test.service.removeDisk(other);
+    QVERIFY(menu->view()->isVisible());
+    QCOMPARE(menu->view()->currentIndex().data().toString(), chosen);
+    QTest::keyClick(menu->view(), Qt::Key_Return);
+    QCOMPARE(menu->currentText(), chosen);
+}
+
+void TestFormat::openMenuFollowsTheBundles()
+{
+    FormatTest test;
+    QComboBox *const menu = test.controller().formatFilesystemsPopupButton;
+    const int count = menu->count();
+    test.controller().rightTabView->setCurrentWidget(test.controller().formatTab);
+    menu->showPopup();
+    writeWholeBundle(test.localDirectory(), QStringLiteral("added"), QStringLiteral("Added"));
+    test.controller().refreshFilesystems();
+    QCOMPARE(menu->count(), count + 1);
+    QVERIFY(menu->findText(QStringLiteral("Added")) >= 0);
+    QCOMPARE(menu->view()->model()->rowCount(), count + 1);
 }
 
 void TestFormat::tabsAndControlsWhileItRuns()

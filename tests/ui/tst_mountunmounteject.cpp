@@ -26,7 +26,8 @@ private Q_SLOTS:
     void refusedMountIsReported();
     void refusedUnmountOffersForce();
     void cancelLeavesTheVolumeMounted();
-    void escapeCancels();
+    void keysOnTheForceDialog_data();
+    void keysOnTheForceDialog();
     void forcedUnmount();
     void refusedForcedUnmountIsReported();
     void ejectUnmountsAllAndEjects();
@@ -207,14 +208,33 @@ void TestMountUnmountEject::cancelLeavesTheVolumeMounted()
     QVERIFY(f->test.controller().mountUnmountButton->isEnabled());
 }
 
-void TestMountUnmountEject::escapeCancels()
+void TestMountUnmountEject::keysOnTheForceDialog_data()
 {
+    QTest::addColumn<Qt::Key>("key");
+    QTest::addColumn<Qt::KeyboardModifier>("modifier");
+    QTest::addColumn<bool>("forces");
+    QTest::newRow("Escape") << Qt::Key_Escape << Qt::NoModifier << false;
+    QTest::newRow("Return") << Qt::Key_Return << Qt::NoModifier << false;
+    QTest::newRow("Enter") << Qt::Key_Enter << Qt::KeypadModifier << false;
+    QTest::newRow("space bar") << Qt::Key_Space << Qt::NoModifier << false;
+    QTest::newRow("letter of Cancel") << Qt::Key_C << Qt::AltModifier << false;
+    QTest::newRow("letter of Force") << Qt::Key_F << Qt::AltModifier << true;
+}
+
+void TestMountUnmountEject::keysOnTheForceDialog()
+{
+    QFETCH(const Qt::Key, key);
+    QFETCH(const Qt::KeyboardModifier, modifier);
+    QFETCH(const bool, forces);
     const auto f = launched(u"/media/A"_s);
     click(*f, u"disk2s1"_s);
     f->test.service.completeRequest(makeDissenter(DAReturn::Busy));
-    QTest::keyClick(f->test.sheets().constFirst(), Qt::Key_Escape);
-    QVERIFY(f->test.service.requests().empty());
-    QVERIFY(!isBusy(*f, u"disk2s1"_s));
+    AlertSheet *const sheet = f->test.sheets().constFirst();
+    QVERIFY(QTest::qWaitForWindowActive(sheet));
+    QTest::keyClick(sheet->windowHandle(), key, modifier);
+    QTRY_VERIFY(f->test.sheets().isEmpty());
+    QCOMPARE(!f->test.service.requests().empty(), forces);
+    QCOMPARE(isBusy(*f, u"disk2s1"_s), forces);
 }
 
 void TestMountUnmountEject::forcedUnmount()

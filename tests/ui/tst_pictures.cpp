@@ -175,6 +175,8 @@ private Q_SLOTS:
     void takesPictures();
     void cutsNoText_data();
     void cutsNoText();
+    void menuFits_data();
+    void menuFits();
     void sheetsFit_data();
     void sheetsFit();
     void cleanup();
@@ -275,6 +277,35 @@ void TestPictures::cutsNoText()
             }
         }
     }
+}
+
+void TestPictures::menuFits_data()
+{
+    takesPictures_data();
+}
+
+void TestPictures::menuFits()
+{
+    QFETCH(const QString, language);
+    QFETCH(const bool, isDark);
+    QApplication::setPalette(isDark ? darkPalette() : m_lightPalette);
+    TestController test(language);
+    showDisks(test);
+    auto *menu = test.window().findChild<QMenu *>(QStringLiteral("rowMenu"));
+    menu->popup(test.window().geometry().center());
+    QVERIFY(menu->isVisible());
+    for (QAction *action : menu->actions()) {
+        const QRect place = menu->actionGeometry(action);
+        const QString text = action->text() + action->shortcut().toString(QKeySequence::NativeText);
+        QVERIFY2(menu->rect().contains(place), qPrintable(text));
+        const int needed = menu->fontMetrics().size(Qt::TextHideMnemonic, text).width();
+        QVERIFY2(action->isSeparator() || place.width() > needed, qPrintable(text));
+    }
+    QVERIFY(menu->grab().save(QDir(QStringLiteral(ZORVEX_PICTURES))
+                                  .filePath(QStringLiteral("%1-menu@%2x.png")
+                                                .arg(QString::fromLatin1(QTest::currentDataTag()))
+                                                .arg(menu->devicePixelRatio()))));
+    menu->close();
 }
 
 void TestPictures::sheetsFit_data()

@@ -8,11 +8,13 @@
 #include "ui/OutputView.h"
 
 #include <QComboBox>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTest>
 
 #include <atomic>
+#include <cerrno>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -30,6 +32,8 @@ private Q_SLOTS:
     void nothingSelectedStartsNothing();
     void windowThatClosesLetsTheWorkerGo();
     void twoFormatsSideBySide();
+    void noThreadLeft_data();
+    void noThreadLeft();
 
 private:
     static std::unique_ptr<TestController> launched(const QByteArray &script, bool isWritable = true);
@@ -215,6 +219,60 @@ void TestWorkers::twoFormatsSideBySide()
     test->letScriptsGoOn();
     QTRY_VERIFY(!first->operationInProgress && !second->operationInProgress);
     QVERIFY(test->sheets().isEmpty());
+}
+
+void TestWorkers::noThreadLeft_data()
+{
+    QTest::addColumn<QString>("button");
+    QTest::addColumn<QString>("noun");
+    QTest::newRow("check") << u"checkButton"_s << u"check"_s;
+    QTest::newRow("repair") << u"repairButton"_s << u"repair"_s;
+    QTest::newRow("format") << u"formatButton"_s << u"format"_s;
+}
+
+void TestWorkers::noThreadLeft()
+{
+    QFETCH(const QString, button);
+    QFETCH(const QString, noun);
+    TestController test;
+    writeWholeBundle(test.localDirectory(), u"zorvex_ntfs"_s, u"NTFS"_s);
+    test.setDiskutilScript("echo ran >\"$dir/ran\"");
+    bool hasThreads = false;
+    test.platform().startThread
+        = [&](std::function<void()> task) { return hasThreads ? startDetachedThread(task) : EAGAIN; };
+    test.launch();
+    const MemoryDiskRef volume = makePartition(u"disk2s1"_s, 1024, u"Before"_s);
+    volume->description->insert(DAKey::volumeKind, u"zorvex_ntfs"_s);
+    const OutlineItem record = test.add(volume);
+    test.select(u"disk2s1"_s);
+    const auto click = [&] {
+        // A label that is typed would be given to the volume after the format.
+        test.controller().formatVolumeLabelField->setText(u"After"_s);
+        test.controller().formatFilesystemsPopupButton->setCurrentIndex(0);
+        test.window().findChild<QPushButton *>(button)->click();
+        if (button == u"formatButton")
+            press(test.sheets().constFirst(), AlertSheet::firstButtonReturn);
+    };
+    click();
+    QTRY_COMPARE(test.sheets().size(), 1);
+    QCOMPARE(test.sheets().constFirst()->informativeText(),
+        u"Error while invoking diskutil command to %1 volume: Resource temporarily unavailable (11)"_s.arg(
+            noun));
+    press(test.sheets().constFirst(), AlertSheet::firstButtonReturn);
+    QVERIFY(!record->operationInProgress && !record->operationInProgressShowFormatTab
+        && !record->operationInProgressShowMaintenanceTab);
+    QVERIFY(test.service.requests().empty()); // nothing was formatted, so nothing is renamed
+    QVERIFY(test.window().findChild<QPushButton *>(button)->isEnabled());
+    // The next one finds a thread again.
+    hasThreads = true;
+    QTRY_VERIFY(test.sheets().isEmpty());
+    click();
+    QTRY_VERIFY(!test.fileFromScript(u"ran"_s).isEmpty());
+    for (int i = 0; button == u"formatButton" && i < 3; ++i) {
+        QTRY_VERIFY(!test.service.requests().empty());
+        test.service.completeRequest();
+    }
+    QTRY_VERIFY(!record->operationInProgress);
 }
 
 QTEST_MAIN(TestWorkers)

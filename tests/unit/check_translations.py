@@ -23,6 +23,9 @@ CODE_SUFFIXES = (".cpp", ".h", ".ui")
 # there at a time.
 MENU_BAR = ("FILE_MENU_TITLE", "EDIT_MENU_TITLE", "DISK_MENU_TITLE", "HELP_MENU_TITLE")
 MOUNT_BUTTON = ("MOUNT_BUTTON_TITLE", "UNMOUNT_BUTTON_TITLE", "EJECT_BUTTON_TITLE")
+# The Disk menu has the same items but the one that copies.
+ROW_MENU = ("FORMAT_MENU_ITEM_TITLE", "CHECK_MENU_ITEM_TITLE", "REPAIR_MENU_ITEM_TITLE", "COPY_MENU_ITEM_TITLE",
+            "SHOW_IN_FILE_MANAGER_MENU_ITEM_TITLE")
 TAB_PAGES = {
     "Info page": (),
     "Format page": ("FORMAT_FILESYSTEM_CAPTION", "FORMAT_LABEL_CAPTION", "FORMAT_BUTTON_TITLE"),
@@ -31,12 +34,12 @@ TAB_PAGES = {
 MNEMONIC_CONTEXTS = {
     "File menu": ("CLOSE_MENU_ITEM_TITLE", "QUIT_MENU_ITEM_TITLE"),
     "Edit menu": ("COPY_MENU_ITEM_TITLE", "SELECT_ALL_MENU_ITEM_TITLE"),
-    "Disk menu": ("MOUNT_MENU_ITEM_TITLE", "FORMAT_MENU_ITEM_TITLE", "CHECK_MENU_ITEM_TITLE",
-                  "REPAIR_MENU_ITEM_TITLE", "SHOW_IN_FILE_MANAGER_MENU_ITEM_TITLE"),
     "Help menu": ("MANUAL_MENU_ITEM_TITLE", "ABOUT_MENU_ITEM_TITLE"),
     "forced unmount question": ("FORCE_UNMOUNT_BUTTON_TITLE", "CANCEL_UNMOUNT_BUTTON_TITLE"),
     "format question": ("CONFIRM_FORMAT_DIALOG_CONTINUE_BUTTON_TEXT",
                         "CONFIRM_FORMAT_DIALOG_CANCEL_BUTTON_TEXT"),
+} | {
+    f"menu of a row with {button}": (button,) + ROW_MENU for button in MOUNT_BUTTON
 } | {
     f"{page} with {button}": MENU_BAR + (button,) + keys
     for page, keys in TAB_PAGES.items() for button in MOUNT_BUTTON

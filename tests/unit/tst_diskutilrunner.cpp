@@ -81,6 +81,9 @@ private slots:
     void placeholdersInTheOutputStayAsTheyAre();
     void toolThatIsMissing();
 
+    void shellRunsOneProgramAndNothingElse_data();
+    void shellRunsOneProgramAndNothingElse();
+    void whatIsRunIsInTheLog();
     void realPipeReportsMisuse();
     void realPipeIsClosedOnExec();
     void runsOnTwoThreadsDoNotDisturbEachOther();
@@ -88,7 +91,10 @@ private slots:
 private:
     qint32 run(const QString &verb, ShellPipe &pipe, DiskutilOutputHandler handler = nullptr)
     {
-        const SystemLogRedirection redirection([this](const QString &line) { m_log.append(line); });
+        const SystemLogRedirection redirection([this](const QString &line) {
+            if (!line.startsWith(u"Running: "_s)) // which has a test of its own
+                m_log.append(line);
+        });
         return invokeDiskutilWithVerb(verb, u"'/dev/disk2s1'"_s, handler, &m_chunks, m_message, pipe);
     }
 
@@ -274,6 +280,67 @@ void TestDiskutilRunner::toolThatIsMissing()
     QCOMPARE(run(u"verifyVolume"_s, pipe, collect), EINVAL);
     QCOMPARE(m_message, u"diskutil returned error code: 127"_s);
     QVERIFY(m_chunks.join().contains("/nonexistent/diskutil"));
+}
+
+void TestDiskutilRunner::shellRunsOneProgramAndNothingElse_data()
+{
+    QTest::addColumn<QString>("label");
+    QTest::addColumn<bool>("isRefused");
+    const auto row = [](const QString &label, bool isRefused) {
+        QTest::newRow(qPrintable(label)) << label << isRefused;
+    };
+    row(u"Plain name"_s, false);
+    row(u"$(touch TRAP) `touch TRAP` ; & | > TRAP #"_s, false); // quoted, so nothing but text
+    row(u"two\nlines"_s, false);
+    row(u"it's"_s, false); // an error to the shell
+    row(u"a'b'c"_s, false); // the same as abc
+    row(u"a' 'b"_s, false); // an argument more, which the tool refuses
+    row(u"'; touch TRAP; '"_s, true);
+    row(u"'& touch TRAP &'"_s, true);
+    row(u"'|touch 'TRAP"_s, true);
+    row(u"' >TRAP '"_s, true);
+    row(u"'$(touch TRAP)'"_s, true);
+    row(u"'`touch TRAP`'"_s, true);
+    row(u"'\ntouch 'TRAP"_s, true);
+    row(u"' '/dev/disk1' #"_s, true); // would end the line before the device
+    row(u"'\\'"_s, true);
+    row(u"'*'"_s, true);
+    row(u"'~'"_s, true);
+    row(u"'\"'"_s, true);
+}
+
+void TestDiskutilRunner::shellRunsOneProgramAndNothingElse()
+{
+    QFETCH(QString, label);
+    QFETCH(const bool, isRefused);
+    const QTemporaryDir folder;
+    const QString trap = folder.filePath(u"trap"_s);
+    label.replace(u"TRAP"_s, trap);
+    // The last argument is the device, whatever the label makes of the others.
+    ScriptPipe pipe("for a; do :; done; [ \"$a\" = /dev/disk2s1 ] || : >'" + QFile::encodeName(trap) + '\'');
+    invokeDiskutilWithVerb(
+        u"eraseVolume"_s, u"'ext4' '%1' '/dev/disk2s1'"_s.arg(label), nullptr, nullptr, m_message, pipe);
+    QVERIFY2(!QFile::exists(trap), "the label was run");
+    // It goes to the shell as it stands.
+    QCOMPARE(QString::fromUtf8(pipe.command()),
+        u"'/usr/sbin/diskutil' 'eraseVolume' 'ext4' '%1' '/dev/disk2s1' 2>&1"_s.arg(label));
+    const QString refusal
+        = u"Error while invoking diskutil command to format volume: Invalid argument (22)"_s;
+    QCOMPARE(m_message == refusal, isRefused);
+}
+
+void TestDiskutilRunner::whatIsRunIsInTheLog()
+{
+    for (const QString &label : { u"Plain"_s, u"';reboot;'"_s, u"\u202Ea\nb"_s }) {
+        m_log.clear();
+        ScriptPipe pipe("exit 0");
+        const SystemLogRedirection redirection([this](const QString &line) { m_log.append(line); });
+        invokeDiskutilWithVerb(
+            u"eraseVolume"_s, u"'ext4' '%1' '/dev/disk2s1'"_s.arg(label), nullptr, nullptr, m_message, pipe);
+        QVERIFY(m_log.constFirst().startsWith(u"Running: '"_s));
+        QVERIFY(m_log.constFirst().endsWith(
+            u"'eraseVolume' 'ext4' '%1' '/dev/disk2s1' 2>&1"_s.arg(escapedForLog(label))));
+    }
 }
 
 void TestDiskutilRunner::realPipeReportsMisuse()

@@ -11,6 +11,7 @@ class ImagesTest : public QObject
 private slots:
     void imageIsThereInBothResolutions_data();
     void imageIsThereInBothResolutions();
+    void applicationIconIsThereInEverySize();
 };
 
 void ImagesTest::imageIsThereInBothResolutions_data()
@@ -36,6 +37,15 @@ void ImagesTest::imageIsThereInBothResolutions()
     QCOMPARE(fine.size(), QSize(2 * size, 2 * size));
     QVERIFY(normal.hasAlphaChannel());
     QVERIFY(fine.hasAlphaChannel());
+}
+
+void ImagesTest::applicationIconIsThereInEverySize()
+{
+    for (const int size : { 16, 32, 48, 64, 128 }) {
+        const QImage image(u":/images/application_%1.png"_s.arg(size));
+        QCOMPARE(image.size(), QSize(size, size));
+        QVERIFY(image.hasAlphaChannel());
+    }
 }
 
 QTEST_GUILESS_MAIN(ImagesTest)

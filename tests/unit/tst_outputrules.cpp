@@ -15,6 +15,7 @@ class TestOutputRules : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void onlyTheEndOfALongOutputIsShown();
     void linesAreLines();
     void separatorsStartNoLine();
     void outputThatIsNotUtf8IsShown();
@@ -158,6 +159,24 @@ void TestOutputRules::lineWithoutEndTakesLinearTime()
     QCOMPARE(change.firstBlock, 500 - 1);
     QCOMPARE(OutputRules::shownText(half + half).size(), 2'000'000 + 999);
     QVERIFY2(timer.elapsed() < 5000, qPrintable(QString::number(timer.elapsed())));
+}
+
+void TestOutputRules::onlyTheEndOfALongOutputIsShown()
+{
+    const QByteArray line = QByteArray(99, 'x') + '\n';
+    const QByteArray whole = line.repeated(2 * OutputRules::longestShownOutput / line.size());
+    QCOMPARE(OutputRules::shownPart(whole), whole);
+    QByteArray longer = whole.repeated(10) + "last\n";
+    const QByteArray shown = OutputRules::shownPart(longer);
+    QVERIFY(shown.startsWith("\xE2\x80\xA6\nxxx"));
+    QVERIFY(shown.endsWith("x\nlast\n"));
+    QVERIFY(shown.size() <= 2 * OutputRules::longestShownOutput + 4);
+    QVERIFY(shown.size() >= OutputRules::longestShownOutput - line.size());
+    // A little more output shows as a little more text.
+    longer += "more\n";
+    QCOMPARE(OutputRules::shownPart(longer), QByteArray(shown + "more\n"));
+    // A line without end begins anywhere.
+    QVERIFY(OutputRules::shownPart(QByteArray(5 * OutputRules::longestShownOutput, 'y')).endsWith("yyy"));
 }
 
 QTEST_APPLESS_MAIN(TestOutputRules)

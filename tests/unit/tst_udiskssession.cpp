@@ -40,7 +40,12 @@ struct SessionTest
             fake.addInterfaces(
                 volumePath, fakePartition(QStringLiteral("fake2p1"), 1, QStringLiteral("A")), Tell::No);
         }
-        session = createUDisksSession(FileSystemClaims({}), fake.client(), FakeUDisks::facts);
+        makeSession(UDisksListing::WhenScheduled);
+    }
+
+    void makeSession(UDisksListing when)
+    {
+        session = createUDisksSession(FileSystemClaims({}), fake.client(), FakeUDisks::facts, when);
         session->registerDiskAppearedCallback([this](const DADiskRef &disk) {
             events.append(u'+' + nameOf(disk));
             disks.insert(nameOf(disk), disk);
@@ -95,6 +100,8 @@ class TestUDisksSession : public QObject
 
 private Q_SLOTS:
     void listsADiskBeforeItsPartitions();
+    void listingAheadIsReportedOnceScheduled();
+    void listingAheadWithoutAService();
     void withoutAServiceTheListingFails();
     void replyOfAnUnexpectedTypeIsLogged();
     void interfacesThatArriveInStagesAreOneMedium();
@@ -135,6 +142,37 @@ void TestUDisksSession::listsADiskBeforeItsPartitions()
         QStringLiteral("0FC63DAF-8483-4772-8E79-3D69D8477DE4"));
     QVERIFY(!description.value(DAKey::volumePath));
     QCOMPARE(volume->copyIOMediaProperties()->value(IOMediaKey::base)->asNumber()->longLongValue(), 1000);
+}
+
+void TestUDisksSession::listingAheadIsReportedOnceScheduled()
+{
+    SessionTest test;
+    test.fake.start();
+    test.makeSession(UDisksListing::Ahead);
+    QTRY_COMPARE(test.fake.listings, 1);
+    test.fake.addInterfaces(
+        secondPath, fakePartition(QStringLiteral("fake2p2"), 2, QStringLiteral("B")), Tell::Yes);
+    QCOMPARE(test.events, QStringList());
+    test.session->scheduleWithRunLoop();
+    QCOMPARE(test.events, QStringList()); // from the run loop, as ever
+    QTRY_COMPARE(test.listing, std::optional<bool>(true));
+    QTRY_COMPARE(test.events, list({ "+disk2", "+disk2s1", "+disk2s2" }));
+    QCOMPARE(test.fake.listings, 1);
+    test.events.clear();
+    test.fake.removeInterfaces(secondPath, { QStringLiteral("org.freedesktop.UDisks2.Block") }, Tell::Yes);
+    QTRY_COMPARE(test.events, list({ "-disk2s2" }));
+}
+
+void TestUDisksSession::listingAheadWithoutAService()
+{
+    SessionTest test;
+    test.makeSession(UDisksListing::Ahead);
+    QTRY_VERIFY(test.log.lines().join(u' ').contains(QStringLiteral("Unable to start the disk service")));
+    QVERIFY(!test.listing);
+    test.session->scheduleWithRunLoop();
+    QTRY_COMPARE(test.listing, std::optional<bool>(false));
+    test.fake.start();
+    QTRY_COMPARE(test.events, list({ "+disk2", "+disk2s1" }));
 }
 
 void TestUDisksSession::withoutAServiceTheListingFails()

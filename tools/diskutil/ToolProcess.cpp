@@ -12,8 +12,10 @@
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
+#include <linux/close_range.h>
 #include <sys/ioctl.h>
 #include <sys/prctl.h>
+#include <sys/stat.h>
 #include <termios.h>
 #include <unistd.h>
 #include <utility>
@@ -28,6 +30,21 @@ constexpr int stepsBeforeForce = 100;
 
 constexpr unsigned short terminalColumns = 80;
 constexpr unsigned short terminalRows = 24;
+
+constexpr mode_t usualMask = 022;
+
+// What the program would inherit from whoever started diskutil, besides its environment: open files, signals
+// that are ignored or held back, the mask of new files. Safe between fork and exec.
+void forgetCaller()
+{
+    close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC);
+    for (int number = 1; number < NSIG; ++number)
+        std::signal(number, SIG_DFL);
+    sigset_t none;
+    sigemptyset(&none);
+    sigprocmask(SIG_SETMASK, &none, nullptr);
+    umask(usualMask);
+}
 
 } // namespace
 
@@ -62,6 +79,7 @@ ToolProcess::ToolProcess(OutputHandler handler, QObject *parent)
     , m_handler(std::move(handler))
 {
     prepareProcess();
+    connect(&m_process, &QProcess::started, this, &ToolProcess::started);
     connect(&m_process, &QProcess::finished, this, &ToolProcess::programFinished);
     connect(&m_process, &QProcess::errorOccurred, this, &ToolProcess::programFailed);
 }
@@ -89,6 +107,7 @@ void ToolProcess::prepareProcess()
         prctl(PR_SET_PDEATHSIG, SIGKILL);
         dup2(output, STDOUT_FILENO);
         dup2(output, STDERR_FILENO);
+        forgetCaller();
     });
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tools/diskutil/VolumeJob.h"
 
+#include "platform/SystemLog.h"
 #include "tools/diskutil/machine.h"
 
 #include <algorithm>
@@ -16,11 +17,24 @@ constexpr int errorsExitStatus = 8;
 // The disk service hears of a new volume within some hundredths of a second.
 constexpr std::chrono::seconds newVolumeLimit { 5 };
 
+// What an unmount, or the end of a command, leaves behind lets go of the device within this time.
+constexpr std::chrono::milliseconds claimStep { 50 };
+constexpr int mostClaimTries = 100;
+
 QString dissenterText(const DADissenterRef &dissenter)
 {
     if (dissenter->statusString)
         return *dissenter->statusString;
     return u"0x%1"_s.arg(dissenter->status, 8, 16, QLatin1Char('0'));
+}
+
+// Each word by itself, so that a name with spaces or quotes cannot pass for several.
+QString commandText(const ToolCommand &command)
+{
+    QStringList words;
+    for (const QString &word : QStringList(command.program) + command.arguments)
+        words.append(u'[' + word + u']');
+    return words.join(u' ');
 }
 
 QString endText(const ToolEnd &end)
@@ -65,6 +79,7 @@ VolumeJob::VolumeJob(CommandLine line, DASession &session, const MediaList &medi
     m_newVolumeLimit.setSingleShot(true);
     m_newVolumeLimit.setInterval(newVolumeLimit);
     connect(&m_newVolumeLimit, &QTimer::timeout, this, &VolumeJob::mount);
+    connect(&m_process, &ToolProcess::started, this, [this] { m_device.reset(); });
     connect(&m_process, &ToolProcess::ended, this, &VolumeJob::commandEnded);
     connect(&m_console, &Console::interrupted, this, &VolumeJob::interrupt);
 }
@@ -124,12 +139,12 @@ std::optional<Refusal> VolumeJob::prepare()
 
 std::optional<Refusal> VolumeJob::prepareTool(const PersonalityChoice &choice)
 {
-    const BundleTool &tool = *choice.personality->tool(m_operation);
-    if (auto refusal = refusalOfTool(*choice.bundle, readToolSituation(*choice.bundle, tool)))
+    m_bundle = *choice.bundle;
+    m_tool = *choice.personality->tool(m_operation);
+    if (auto refusal = refusalOfTool(m_bundle, readToolSituation(m_bundle, m_tool)))
         return refusal;
 
-    ToolCommand command { executablePath(*choice.bundle, tool), tool.arguments,
-        ToolCommand::Output::Terminal };
+    ToolCommand command { executablePath(m_bundle, m_tool), m_tool.arguments, ToolCommand::Output::Terminal };
     if (m_operation == Operation::Erase) {
         // What a former file system has left anywhere on the medium could be taken for the volume later.
         const QString wipe = findTool(u"wipefs"_s);
@@ -170,20 +185,54 @@ void VolumeJob::runNextCommand()
         conclude();
         return;
     }
-    // Between the first look and here the medium may have been pulled, and its name given to another.
-    if (!m_identity || readDeviceIdentity(m_medium.deviceNode) != m_identity) {
-        m_console.complain(u"%1 is not the medium any more that it was"_s.arg(m_medium.deviceNode));
-        Q_EMIT finished(ExitCode::MediumChanged);
+    m_claimTries = 0;
+    handOver();
+}
+
+// Between the first look and here the medium may have been pulled and its name given to another, it may have
+// been mounted, and the bundle may have been changed.
+std::optional<Refusal> VolumeJob::refusalOfHandOver() const
+{
+    if (!m_identity || m_device->identity() != m_identity)
+        return Refusal { ExitCode::MediumChanged,
+            u"%1 is not the medium any more that it was"_s.arg(m_medium.deviceNode) };
+    if (auto refusal = refusalOfDevice(m_operation, m_medium, readDeviceSituation(m_medium, m_media.media())))
+        return refusal;
+    return refusalOfTool(m_bundle, readToolSituation(m_bundle, m_tool));
+}
+
+void VolumeJob::handOver()
+{
+    m_device.emplace(m_medium.deviceNode);
+    auto refusal = refusalOfHandOver();
+    if (!refusal && m_device->isClaimed()) {
+        if (!m_isInterrupted && ++m_claimTries < mostClaimTries) {
+            QTimer::singleShot(claimStep, this, &VolumeJob::handOver);
+            return;
+        }
+        refusal = Refusal { ExitCode::InUse, u"%1 is in use"_s.arg(m_medium.bsdName) };
+    }
+    if (m_isInterrupted) {
+        conclude();
+        return;
+    }
+    if (refusal) {
+        m_console.complain(refusal->message);
+        m_outcome = refusal->code;
+        conclude();
         return;
     }
     const ToolCommand command = m_commands.front();
     m_commands.pop_front();
     m_isRunning = true;
+    m_isUntouched = false;
+    systemLog(u"diskutil runs: %1"_s.arg(commandText(command)));
     m_process.start(command);
 }
 
 void VolumeJob::commandEnded(const ToolEnd &end)
 {
+    m_device.reset();
     m_isRunning = false;
     const bool hasSucceeded = end.kind == ToolEnd::Kind::Exited && end.code == 0;
     if (hasSucceeded && !m_commands.empty()) {
@@ -232,7 +281,7 @@ void VolumeJob::conclude()
     const bool wasMounted = !m_medium.mountPoint.isEmpty();
     if (m_operation == Operation::Erase && m_outcome == ExitCode::Success)
         awaitNewVolume();
-    else if (m_operation != Operation::Erase && wasMounted)
+    else if (wasMounted && (m_operation != Operation::Erase || m_isUntouched))
         mount();
     else
         finish();

@@ -49,6 +49,8 @@ private:
     std::optional<Refusal> prepareTool(const PersonalityChoice &choice);
     void unmount();
     void runNextCommand();
+    std::optional<Refusal> refusalOfHandOver() const;
+    void handOver();
     void commandEnded(const ToolEnd &end);
     void judge(const ToolEnd &end);
     void interrupt(const QString &reason);
@@ -71,9 +73,14 @@ private:
     Medium m_medium;
     DADiskRef m_disk;
     std::optional<DeviceIdentity> m_identity; // of the medium that was looked at
+    std::optional<OpenDevice> m_device; // the medium, from the last look to the start of a command
+    int m_claimTries = 0;
+    BundleTool m_tool; // and its bundle
+    FileSystemBundle m_bundle;
     std::deque<ToolCommand> m_commands; // that are still to be run
     ExitCode m_outcome = ExitCode::Success;
     bool m_isRunning = false; // a command
+    bool m_isUntouched = true; // no command has been run
     bool m_isInterrupted = false;
     bool m_isMounting = false;
     QString m_newKind; // bundle and subtype that a new volume is made with

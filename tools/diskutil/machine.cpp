@@ -107,10 +107,13 @@ ToolSituation readToolSituation(const FileSystemBundle &bundle, const BundleTool
     }
     if (geteuid() != 0)
         return situation;
-    // The dictionary says what is run, so it must be beyond doubt as well.
+    // The dictionary says what is run, so it must be beyond doubt as well; and what is run may use any other
+    // file of its bundle.
     situation.distrust = reasonForDistrust(bundle.path + u"/Contents/Info.plist"_s);
     if (!situation.distrust)
         situation.distrust = reasonForDistrust(executablePath(bundle, tool));
+    if (!situation.distrust)
+        situation.distrust = reasonForDistrustOfTree(bundle.path);
     return situation;
 }
 

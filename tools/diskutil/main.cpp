@@ -11,7 +11,9 @@
 
 #include <QCoreApplication>
 
+#include <csignal>
 #include <cstdlib>
+#include <fcntl.h>
 #include <unistd.h>
 
 using namespace Qt::Literals::StringLiterals;
@@ -115,12 +117,42 @@ bool needsRoot(Verb verb)
     return verb == Verb::EraseVolume || verb == Verb::VerifyVolume || verb == Verb::RepairVolume;
 }
 
-int runAsRoot(Console &console)
+int runAsRoot(const QStringList &arguments, Console &console)
 {
     PrivilegedRun run(console);
     QObject::connect(&run, &PrivilegedRun::finished, &QCoreApplication::exit);
-    run.start(QCoreApplication::applicationFilePath(), QCoreApplication::arguments().mid(1));
+    run.start(QCoreApplication::applicationFilePath(), arguments);
     return QCoreApplication::exec();
+}
+
+// A caller may leave out the standard descriptors. The next file to be opened, such as a device, would become
+// one of them, and be written to.
+void openMissingStandardDescriptors()
+{
+    for (int fd = open("/dev/null", O_RDWR); fd >= 0; fd = dup(fd)) {
+        if (fd > STDERR_FILENO) {
+            close(fd);
+            return;
+        }
+    }
+}
+
+// A caller that ignores the end of its children, or holds signals back, must not make diskutil deaf to them.
+void hearSignals()
+{
+    std::signal(SIGCHLD, SIG_DFL);
+    sigset_t none;
+    sigemptyset(&none);
+    sigprocmask(SIG_SETMASK, &none, nullptr);
+}
+
+// As they were given: Qt takes away what it knows as an option of its own, which may be a volume's name.
+QStringList argumentsOf(int argc, char **argv)
+{
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments.append(QString::fromUtf8(argv[i]));
+    return arguments;
 }
 
 } // namespace
@@ -129,9 +161,12 @@ int main(int argc, char **argv)
 {
     // Names are text in UTF-8, whatever locale the caller is in, and messages are in English.
     setenv("LC_ALL", "C.UTF-8", 1);
+    openMissingStandardDescriptors();
+    hearSignals();
+    const QStringList arguments = argumentsOf(argc, argv);
     QCoreApplication application(argc, argv);
     Console console;
-    const auto parsed = parseCommandLine(QCoreApplication::arguments().mid(1));
+    const auto parsed = parseCommandLine(arguments);
     if (const auto *refusal = std::get_if<Refusal>(&parsed)) {
         console.complain(refusal->message);
         return statusOf(refusal->code);
@@ -142,6 +177,6 @@ int main(int argc, char **argv)
         return statusOf(ExitCode::Success);
     }
     if (needsRoot(line.verb) && geteuid() != 0)
-        return runAsRoot(console);
+        return runAsRoot(arguments, console);
     return statusOf(Session(line, console).run());
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tools/diskutil/medium.h"
 
+#include "platform/SystemLog.h"
+
 #include <QLocale>
 
 #include <algorithm>
@@ -74,13 +76,15 @@ void sortMedia(std::vector<Medium> &media)
         [](const Medium &a, const Medium &b) { return numbersOf(a.bsdName) < numbersOf(b.bsdName); });
 }
 
+// What a medium says of itself begins no line of its own.
 QString listText(const std::vector<Medium> &media)
 {
     std::vector<Row> rows { { u"IDENTIFIER"_s, u"DEVICE"_s, u"SIZE"_s, u"TYPE"_s, u"NAME"_s,
         u"MOUNT POINT"_s } };
     for (const Medium &medium : media)
-        rows.push_back({ medium.bsdName, medium.deviceNode, sizeText(medium.size), medium.kind,
-            medium.volumeName.isEmpty() ? medium.mediaName : medium.volumeName, medium.mountPoint });
+        rows.push_back({ medium.bsdName, medium.deviceNode, sizeText(medium.size), escapedForLog(medium.kind),
+            escapedForLog(medium.volumeName.isEmpty() ? medium.mediaName : medium.volumeName),
+            escapedForLog(medium.mountPoint) });
 
     std::array<qsizetype, columnCount> widths {};
     for (const Row &row : rows) {
@@ -117,6 +121,6 @@ QString infoText(const Medium &medium)
         width = std::max(width, title.size());
     QString text;
     for (const auto &[title, value] : lines)
-        text += QString(title.leftJustified(width + columnGap) + value).trimmed() + u'\n';
+        text += QString(title.leftJustified(width + columnGap) + escapedForLog(value)).trimmed() + u'\n';
     return text;
 }

@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+//
+// What a user does with a window alone.
+#include "tests/soak/Steps.h"
+
+#include "platform/Localization.h"
+#include "ui/OutlineView.h"
+#include "ui/SplitView.h"
+
+#include <QApplication>
+#include <QLabel>
+#include <QTabWidget>
+
+bool selectRow(SoakWorld &world)
+{
+    RealWindow &window = world.anyWindow();
+    OutlineView *const view = window.controller().leftOutlineView;
+    const int row = world.below(view->numberOfRows() + 1) - 1;
+    world.note(QStringLiteral("select row %1").arg(row));
+    view->selectRow(row);
+    const OutlineItem record = view->itemAtRow(row);
+    SoakWorld::require(
+        window.controller().bsdNameLabel->text() == (record ? record->description() : QString()),
+        QStringLiteral("row %1 is selected and '%2' described")
+            .arg(row)
+            .arg(window.controller().bsdNameLabel->text()));
+    return true;
+}
+
+bool resizeWindow(SoakWorld &world)
+{
+    RealWindow &window = world.anyWindow();
+    const QSize size(600 + world.below(1400), 300 + world.below(900));
+    const int divider = world.below(size.width());
+    world.note(
+        QStringLiteral("resize to %1 x %2, divider to %3").arg(size.width()).arg(size.height()).arg(divider));
+    window.window().resize(size);
+    window.controller().mainSplitView->moveDivider(divider);
+    return true;
+}
+
+bool switchPage(SoakWorld &world)
+{
+    QTabWidget *const pages = world.anyWindow().controller().rightTabView;
+    const int page = world.below(pages->count());
+    world.note(QStringLiteral("switch to page %1").arg(page));
+    pages->setCurrentIndex(page);
+    return true;
+}
+
+bool activateWindow(SoakWorld &world)
+{
+    world.note(QStringLiteral("activate a window"));
+    QEvent activation(QEvent::WindowActivate);
+    QApplication::sendEvent(&world.anyWindow().window(), &activation);
+    return true;
+}
+
+bool changeLanguage(SoakWorld &world)
+{
+    const QString language = world.oneOf(bundleLocalizations());
+    world.note(QStringLiteral("open the window anew in ") + language);
+    world.changing.reset();
+    world.changing = std::make_unique<RealWindow>(language);
+    return true;
+}

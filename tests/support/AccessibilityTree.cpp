@@ -1,0 +1,131 @@
+// SPDX-License-Identifier: MIT
+#include "tests/support/AccessibilityTree.h"
+
+#include <QDBusArgument>
+#include <QDBusInterface>
+#include <QDBusMessage>
+#include <QDBusMetaType>
+#include <QDBusReply>
+#include <QStringList>
+
+Q_DECLARE_METATYPE(AccessibilityTree::Reference)
+
+namespace {
+
+const QString accessible = QStringLiteral("org.a11y.atspi.Accessible");
+
+QString busAddress()
+{
+    QDBusInterface launcher(QStringLiteral("org.a11y.Bus"), QStringLiteral("/org/a11y/bus"),
+        QStringLiteral("org.a11y.Bus"), QDBusConnection::sessionBus());
+    return QDBusReply<QString>(launcher.call(QStringLiteral("GetAddress"))).value();
+}
+
+QDBusMessage ask(const QDBusConnection &bus, const AccessibilityTree::Reference &reference,
+    const QString &interface, const QString &method, const QVariantList &arguments = {})
+{
+    QDBusMessage call
+        = QDBusMessage::createMethodCall(reference.service, reference.path.path(), interface, method);
+    call.setArguments(arguments);
+    return bus.call(call);
+}
+
+} // namespace
+
+QDBusArgument &operator<<(QDBusArgument &argument, const AccessibilityTree::Reference &reference)
+{
+    argument.beginStructure();
+    argument << reference.service << reference.path;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument &operator>>(const QDBusArgument &argument, AccessibilityTree::Reference &reference)
+{
+    argument.beginStructure();
+    argument >> reference.service >> reference.path;
+    argument.endStructure();
+    return argument;
+}
+
+AccessibilityTree::AccessibilityTree()
+    : m_bus(QDBusConnection::connectToBus(busAddress(), QStringLiteral("accessibility")))
+{
+    qDBusRegisterMetaType<Reference>();
+    qDBusRegisterMetaType<QList<Reference>>();
+}
+
+QVariant AccessibilityTree::property(
+    const Reference &reference, const QString &interface, const QString &name) const
+{
+    const QDBusReply<QDBusVariant> reply = ask(m_bus, reference,
+        QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"), { interface, name });
+    return reply.value().variant();
+}
+
+void AccessibilityTree::append(QList<Element> &all, const Reference &reference, int depth) const
+{
+    constexpr int deepest = 24;
+    Element element;
+    element.reference = reference;
+    element.name = property(reference, accessible, QStringLiteral("Name")).toString();
+    element.role
+        = QDBusReply<QString>(ask(m_bus, reference, accessible, QStringLiteral("GetRoleName"))).value();
+    const QList<uint> states
+        = QDBusReply<QList<uint>>(ask(m_bus, reference, accessible, QStringLiteral("GetState"))).value();
+    element.states = static_cast<quint64>(states.value(1)) << 32 | states.value(0);
+    all.append(element);
+    if (depth >= deepest)
+        return;
+    const QDBusReply<QList<Reference>> children
+        = ask(m_bus, reference, accessible, QStringLiteral("GetChildren"));
+    for (const Reference &child : children.value())
+        append(all, child, depth + 1);
+}
+
+QList<AccessibilityTree::Element> AccessibilityTree::elements() const
+{
+    QList<Element> all;
+    append(all,
+        { QStringLiteral("org.a11y.atspi.Registry"),
+            QDBusObjectPath(QStringLiteral("/org/a11y/atspi/accessible/root")) },
+        0);
+    return all;
+}
+
+std::optional<AccessibilityTree::Element> AccessibilityTree::find(
+    const std::function<bool(const Element &)> &matches) const
+{
+    for (const Element &element : elements()) {
+        if (matches(element))
+            return element;
+    }
+    return std::nullopt;
+}
+
+std::optional<AccessibilityTree::Element> AccessibilityTree::find(
+    const QString &role, const QString &name) const
+{
+    return find([&](const Element &element) { return element.role == role && element.name == name; });
+}
+
+QString AccessibilityTree::descriptionOf(const Element &element) const
+{
+    return property(element.reference, accessible, QStringLiteral("Description")).toString();
+}
+
+QString AccessibilityTree::textOf(const Element &element) const
+{
+    const QDBusReply<QString> reply = ask(m_bus, element.reference, QStringLiteral("org.a11y.atspi.Text"),
+        QStringLiteral("GetText"), { 0, -1 });
+    return reply.value();
+}
+
+QString AccessibilityTree::listed(const QList<Element> &elements)
+{
+    QStringList lines;
+    for (const Element &element : elements)
+        lines.append(
+            QStringLiteral("%1 \"%2\" %3").arg(element.role, element.name).arg(element.states, 0, 16));
+    return lines.join(u'\n');
+}

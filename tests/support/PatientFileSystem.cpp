@@ -1,0 +1,103 @@
+// SPDX-License-Identifier: MIT
+#include "tests/support/PatientFileSystem.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <sys/stat.h>
+
+namespace {
+
+const QByteArray information = R"(<?xml version="1.0" encoding="UTF-8"?>
+<plist version="1.0"><dict>
+<key>CFBundleIdentifier</key><string>org.example.patient</string>
+<key>FSLinuxTypes</key><array><string>ext4</string></array>
+<key>FSProbeOrder</key><integer>1</integer>
+<key>FSPersonalities</key><dict><key>Patient</key><dict>
+<key>FSName</key><string>Patient</string>
+<key>FSFormatExecutable</key><string>format</string>
+<key>FSVerificationExecutable</key><string>verify</string>
+</dict></dict></dict></plist>
+)";
+
+const QByteArray patientVerifyTool = R"sh(#!/bin/sh
+echo "looking at $1"
+read -r answer <"PIPES/$(basename "$1")"
+echo "$answer"
+)sh";
+
+const QByteArray formatTool = R"sh(#!/bin/sh
+for device; do :; done
+: >"PIPES/begun"
+read -r answer <"PIPES/$(basename "$device")"
+exec mkfs.ext4 -q -F -L "$2" "$device"
+)sh";
+
+void writeFile(const QString &path, const QByteArray &content, mode_t mode)
+{
+    QFile file(path);
+    if (!QDir().mkpath(QFileInfo(path).path()) || !file.open(QIODevice::WriteOnly)
+        || file.write(content) != content.size())
+        qFatal("cannot write %s", qPrintable(path));
+    file.close();
+    chmod(QFile::encodeName(path).constData(), mode);
+}
+
+} // namespace
+
+PatientFileSystem::PatientFileSystem(const QString &name)
+    : m_name(name)
+    , m_bundle(QStringLiteral("/Library/Filesystems/%1.fs").arg(name))
+{
+    install();
+}
+
+PatientFileSystem::~PatientFileSystem()
+{
+    remove();
+}
+
+void PatientFileSystem::install()
+{
+    setVerifyTool(patientVerifyTool);
+    writeFile(m_bundle + QStringLiteral("/Contents/Resources/format"),
+        QByteArray(formatTool).replace("PIPES", m_pipes.path().toUtf8()), 0755);
+    writeFile(m_bundle + QStringLiteral("/Contents/Info.plist"), information, 0644);
+}
+
+void PatientFileSystem::remove()
+{
+    QDir(m_bundle).removeRecursively();
+}
+
+void PatientFileSystem::setVerifyTool(const QByteArray &script)
+{
+    writeFile(verifyTool(), QByteArray(script).replace("PIPES", m_pipes.path().toUtf8()), 0755);
+}
+
+void PatientFileSystem::makePipe(const LoopDisk &disk)
+{
+    const QString path = m_pipes.filePath(QFileInfo(disk.node(1)).fileName());
+    QFile::remove(path);
+    QFile::remove(m_pipes.filePath(QStringLiteral("begun")));
+    if (mkfifo(QFile::encodeName(path).constData(), 0600) != 0)
+        qFatal("cannot make %s", qPrintable(path));
+}
+
+void PatientFileSystem::release(const LoopDisk &disk, const QByteArray &answer)
+{
+    QFile pipe(m_pipes.filePath(QFileInfo(disk.node(1)).fileName()));
+    if (!pipe.open(QIODevice::WriteOnly | QIODevice::Unbuffered) || pipe.write(answer + '\n') < 0)
+        qFatal("cannot write to a pipe");
+}
+
+bool PatientFileSystem::hasFormatBegun() const
+{
+    return QFile::exists(m_pipes.filePath(QStringLiteral("begun")));
+}
+
+QString PatientFileSystem::verifyTool() const
+{
+    return m_bundle + QStringLiteral("/Contents/Resources/verify");
+}

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+//
+// A file system of the test's own, dropped into the local directory, that serves ext4 volumes before all
+// others. Its tools say that they have begun, then wait until the test lets them go on. For tests inside
+// in-staged-root.
+#pragma once
+
+#include "tests/support/LoopDisk.h"
+
+class PatientFileSystem
+{
+public:
+    // The one of the maker's own has its label set after a format.
+    static constexpr const char *plainName = "patient";
+    static constexpr const char *ownName = "zorvex_patient";
+
+    explicit PatientFileSystem(const QString &name = QString::fromLatin1(plainName));
+    ~PatientFileSystem();
+    PatientFileSystem(const PatientFileSystem &) = delete;
+    PatientFileSystem &operator=(const PatientFileSystem &) = delete;
+
+    void install();
+    void remove();
+
+    // Another script for the checker; the device is its last argument.
+    void setVerifyTool(const QByteArray &script);
+
+    // Before the tools work on the disk's first volume, and to let one go on: it prints the answer.
+    void makePipe(const LoopDisk &disk);
+    void release(const LoopDisk &disk, const QByteArray &answer);
+
+    bool hasFormatBegun() const;
+    QString verifyTool() const; // the checker's path
+
+private:
+    QString m_name;
+    QString m_bundle;
+    QTemporaryDir m_pipes;
+};

@@ -1,0 +1,308 @@
+# SPDX-License-Identifier: MIT
+"""What someone who means harm could try with diskutil as root: names, device paths, what the caller leaves behind,
+bundles and devices that change between the look and the run. A second disk stands by, and stays as it is."""
+
+import os
+import plistlib
+import select
+import shutil
+import signal
+import socket
+import subprocess
+import sys
+import tempfile
+import unittest
+
+sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "support"))
+import diskutil_case as case  # noqa: E402
+from diskutil_case import DISKUTIL, DiskutilCase, diskutil  # noqa: E402
+from loop_disk import LIMIT, probe, run  # noqa: E402
+
+BUNDLE = "/Library/Filesystems/witness.fs"
+RESOURCES = f"{BUNDLE}/Contents/Resources"
+
+# Tells what it was started with.
+WITNESS = """#!/bin/sh
+echo "arguments:$*"
+env | sort | sed 's/^/env:/'
+for fd in 0 1 2 3 4 5 6 7 8 9 11 12 13 14 15 16 17 18 19; do [ ! -e "/proc/$$/fd/$fd" ] || echo "fd:$fd"; done
+[ /proc/$$/fd/0 -ef /dev/null ] && echo "input:empty"
+grep '^Sig[IB]' /proc/$$/status
+echo "mask:$(umask)"
+echo "folder:$PWD"
+"""
+
+VERBS = [["verifyVolume"], ["repairVolume"], ["eraseVolume", "ext4", "Name"]]
+
+
+class Attacks(DiskutilCase):
+    def setUp(self):
+        super().setUp()
+        self.bystander = self.make_disk(20)
+        self.erase(self.bystander, self.bystander.partitions[0], "ext4", "Bystander")
+        self.bystander_digest = self.bystander.digest()
+        self.addCleanup(self.assert_bystander_is_untouched)
+        self.disk = self.make_disk(20)
+        self.node = self.disk.partitions[0]
+        self.folder = tempfile.mkdtemp(prefix="zorvex-attack.")
+        self.addCleanup(shutil.rmtree, self.folder)
+
+    def assert_bystander_is_untouched(self):
+        self.assertEqual(self.bystander.digest(), self.bystander_digest, "another disk was written to")
+
+    def make_volume(self, file_system="ext4", name="Volume"):
+        self.erase(self.disk, self.node, file_system, name)
+
+    def install_bundle(self, script=WITNESS, **personality):
+        os.makedirs(RESOURCES)
+        self.addCleanup(shutil.rmtree, BUNDLE, ignore_errors=True)
+        with open(f"{BUNDLE}/Contents/Info.plist", "wb") as file:
+            plistlib.dump({
+                "CFBundleIdentifier": "org.example.witness",
+                "FSPersonalities": {"Witness": {"FSVerificationExecutable": "work", **personality}},
+                "FSLinuxTypes": ["ext4"],
+                "FSProbeOrder": 1,
+            }, file)
+        with open(f"{RESOURCES}/work", "w") as file:
+            file.write(script)
+        os.chmod(f"{RESOURCES}/work", 0o755)
+
+    def assert_refused(self, status, words, *arguments):
+        before = self.disk.digest()
+        result = diskutil(*arguments)
+        self.assert_exit(result, status)
+        self.assertIn(words, result.stderr)
+        self.assertEqual(self.disk.digest(), before, "a refused operation wrote to the disk")
+
+    def mount_out_of_sight(self, options):
+        """Mounts the volume where neither diskutil nor the disk service sees it, until its input ends."""
+        holder = subprocess.Popen(
+            ["unshare", "--mount", "--propagation", "private", "sh", "-c",
+             f"mount -o {options} '{self.node}' '{self.folder}' && echo held && exec cat"],
+            stdin=subprocess.PIPE, stdout=subprocess.PIPE)
+        self.addCleanup(holder.wait)
+        self.addCleanup(holder.stdin.close)
+        self.addCleanup(holder.stdout.close)
+        self.assertEqual(holder.stdout.readline(), b"held\n")
+        return holder
+
+    # The device
+
+    def test_a_mount_that_nobody_else_sees(self):
+        self.make_volume()
+        self.mount_out_of_sight("ro,noload")
+        self.assert_refused(case.IN_USE, "is in use", "eraseVolume", "ext4", "Name", self.node)
+
+    def test_a_refusal_at_the_last_moment_gives_the_volume_back(self):
+        self.make_volume()
+        holder = self.mount_out_of_sight("rw")
+        self.mount(self.node)
+        self.assert_exit(diskutil("eraseVolume", "ext4", "Name", self.node), case.IN_USE)
+        self.service.wait("mounted again", lambda: self.service.is_mounted(self.node))
+        holder.stdin.close()
+        holder.wait()
+        self.unmount(self.node)
+        self.assertEqual(probe(self.node, "LABEL"), "Volume")
+
+    def test_a_device_that_another_program_works_on(self):
+        self.make_volume()
+        claim = os.open(self.node, os.O_RDONLY | os.O_EXCL)
+        self.addCleanup(os.close, claim)
+        self.assert_refused(case.IN_USE, "is in use", "eraseVolume", "ext4", "Name", self.node)
+
+    def start_and_hold(self, arguments):
+        """Starts diskutil on a device that is held, so that it has looked at everything and waits."""
+        self.claim = os.open(self.node, os.O_RDONLY | os.O_EXCL)
+        process = subprocess.Popen([DISKUTIL, *arguments, self.node], stdout=subprocess.PIPE,
+                                   stderr=subprocess.PIPE)
+        self.addCleanup(process.stdout.close)
+        self.addCleanup(process.stderr.close)
+        self.assertTrue(process.stdout.readline().startswith(b"Started"))
+        return process
+
+    def test_device_paths_that_lead_elsewhere(self):
+        self.make_volume()
+        os.symlink(self.disk.image, f"{self.folder}/file")
+        os.symlink("/dev/nothing", f"{self.folder}/nowhere")
+        os.symlink(self.folder + "/loop", f"{self.folder}/loop")
+        for device, status in [
+            (f"{self.folder}/file", case.NO_BLOCK_DEVICE),
+            ("/dev/null", case.NO_BLOCK_DEVICE),
+            ("/dev/fd/0", case.NO_BLOCK_DEVICE),
+            (f"{self.folder}/nowhere", case.NO_SUCH_DISK),
+            (f"{self.folder}/loop", case.NO_SUCH_DISK),
+            ("/dev/" + self.disk.bsd_name(self.node) + "\n", case.NO_SUCH_DISK),
+            ("/dev/../" + self.disk.bsd_name(self.node), case.NO_SUCH_DISK),
+            (self.disk.bsd_name(self.node) + "/..", case.NO_SUCH_DISK),
+            ("--all", case.NO_SUCH_DISK),
+            ("-h", case.NO_SUCH_DISK),
+        ]:
+            for arguments in VERBS:
+                with self.subTest(arguments + [device]):
+                    before = self.disk.digest()
+                    self.assert_exit(diskutil(*arguments, device, stdin=subprocess.DEVNULL), status)
+                    self.assertEqual(self.disk.digest(), before)
+
+    def test_links_and_copies_of_a_node_stand_for_the_node(self):
+        self.make_volume()
+        self.install_bundle()
+        link = tempfile.mktemp(dir="/dev/shm")
+        os.symlink(self.node, link)
+        self.addCleanup(os.unlink, link)
+        copy = f"{self.folder}/node"
+        os.mknod(copy, 0o660 | 0o060000, os.stat(self.node).st_rdev)
+        for device in [link, copy, f"/dev/../{self.node}", self.node]:
+            with self.subTest(device):
+                result = diskutil("verifyVolume", device)
+                self.assert_exit(result, case.SUCCESS)
+                self.assertIn(f"arguments:{self.node}\n", result.stdout)
+
+    def test_a_link_to_the_system_is_the_system(self):
+        self.make_volume()
+        run("mount", self.node, "/boot")
+        self.addCleanup(run, "umount", "/boot")
+        os.symlink(self.node, f"{self.folder}/data")
+        for arguments in VERBS:
+            self.assert_exit(diskutil(*arguments, f"{self.folder}/data"), case.SYSTEM_VOLUME)
+
+    # Names
+
+    def test_names_are_names(self):
+        names = ["-n", "--help", "-", "--", "$(id)", "`id`", "'; id '", "a'b", "a\"b", "%@ %n %s", "<b>x</b>",
+                 "a;b|c&d", "* ?", "\\n", "-L x", "/dev/null", "..", "-qmljsdebugger"]
+        for file_system, allowed in [
+            ("ext4", names), ("ext2", ["-n", "$(id)"]), ("NTFS", ["-n", "$(id)", "'; id '"]),
+            ("ExFAT", ["-n", "$(id)", "`id`"]), ("MS-DOS FAT16", ["-N", "$(ID)", "`ID`"]), ("UDF", ["-n", "$(id)"]),
+        ]:
+            for name in allowed:
+                with self.subTest(f"{file_system} {name}"):
+                    self.make_volume(file_system, name)
+                    self.assertEqual(probe(self.node, "LABEL"), name)
+
+    def test_what_a_medium_says_begins_no_line(self):
+        self.disk.check_ours()
+        for name in ["a\nb", "a\x1b[2Jb", "a\u202eb", "a\u2066b"]:
+            with self.subTest(name):
+                run("mkfs.ext4", "-q", "-F", "-L", name, self.node)
+                run("udevadm", "trigger", "--settle", self.node)
+                for arguments in [["list"], ["info", self.node]]:
+                    shown = diskutil(*arguments).stdout
+                    for character in "\x1b\u202e\u2066\x07":
+                        self.assertNotIn(character, shown)
+                    for line in shown.splitlines():
+                        self.assertRegex(line, r"\A(disk\d|IDENTIFIER|[A-Z][a-z ]+:)")
+
+    # What the caller leaves behind
+
+    def test_a_tool_inherits_nothing_of_the_caller(self):
+        self.make_volume()
+        self.install_bundle()
+        environment = {"PATH": self.folder, "LD_LIBRARY_PATH": self.folder, "IFS": "/", "ENV": "/x", "BASH_ENV": "/x",
+                       "PYTHONPATH": self.folder, "TMPDIR": self.folder, "MKE2FS_CONFIG": "/x", "LANG": "de_DE",
+                       "HOME": self.folder}
+        leak = os.open("/etc/passwd", os.O_RDONLY)
+        self.addCleanup(os.close, leak)
+
+        def prepare():
+            os.umask(0)
+            for number in [signal.SIGTERM, signal.SIGHUP, signal.SIGUSR1, signal.SIGCHLD, signal.SIGPIPE]:
+                signal.signal(number, signal.SIG_IGN)
+            signal.pthread_sigmask(signal.SIG_BLOCK, [signal.SIGTERM, signal.SIGINT, signal.SIGUSR2])
+
+        os.umask(0o022)
+        result = subprocess.run([DISKUTIL, "verifyVolume", self.node], env=environment, cwd=self.folder,
+                                pass_fds=[leak], preexec_fn=prepare, capture_output=True, text=True)
+        self.assert_exit(result, case.SUCCESS)
+        lines = result.stdout.splitlines()
+        names = {line[4:].split("=")[0] for line in lines if line.startswith("env:")}
+        self.assertEqual(names - {"PWD", "_", "SHLVL", "OLDPWD"}, {"PATH", "LC_ALL", "TERM"})
+        self.assertIn("env:PATH=/usr/sbin:/usr/bin:/sbin:/bin", lines)
+        # The shell has its script open as the tenth.
+        self.assertEqual([line for line in lines if line.startswith("fd:")], ["fd:0", "fd:1", "fd:2"])
+        self.assertIn("input:empty", lines)
+        for line in lines:
+            if line.startswith("Sig"):
+                self.assertEqual(int(line.split()[1], 16), 0, line)
+        self.assertIn("mask:0022", lines)
+        self.assertIn("folder:/", lines)
+
+    def test_descriptors_that_are_missing(self):
+        self.make_volume()
+        self.install_bundle()
+        before = self.disk.digest()
+        for closed in ["<&-", ">&-", "2>&-", "<&- >&- 2>&-"]:
+            with self.subTest(closed):
+                result = subprocess.run(["sh", "-c", f'"$0" verifyVolume "$1" {closed}', DISKUTIL, self.node],
+                                        capture_output=True, text=True)
+                self.assert_exit(result, case.SUCCESS)
+                self.assertEqual(self.disk.digest(), before)
+
+    # Bundles
+
+    def test_any_file_of_a_bundle_that_others_can_change(self):
+        self.make_volume()
+        self.install_bundle()
+        os.makedirs(f"{RESOURCES}/lib/deep")
+        helper = f"{RESOURCES}/lib/deep/helper"
+        for change, words in [
+            (lambda: os.chmod(helper, 0o666), "can be written"),
+            (lambda: os.chown(helper, 1000, 0), "does not belong"),
+            (lambda: (os.unlink(helper), os.symlink("/bin/true", helper)), "is not what it should be"),
+            (lambda: (os.unlink(helper), os.mkfifo(helper)), "is not what it should be"),
+        ]:
+            with open(helper, "w"):
+                pass
+            os.chmod(helper, 0o644)
+            change()
+            self.assert_refused(case.UNTRUSTED_BUNDLE, words, "verifyVolume", self.node)
+            os.unlink(helper)
+        self.assert_exit(diskutil("verifyVolume", self.node), case.SUCCESS)
+
+    def test_a_bundle_that_is_a_link(self):
+        self.make_volume()
+        self.install_bundle(FSFormatExecutable="work")
+        shutil.move(BUNDLE, f"{self.folder}/witness.fs")
+        os.symlink(f"{self.folder}/witness.fs", BUNDLE)
+        self.addCleanup(os.unlink, BUNDLE)
+        self.assert_refused(case.UNKNOWN_FORMAT, "no installed file system", "eraseVolume", "Witness", "Name",
+                            self.node)
+
+    def test_an_executable_outside_of_its_bundle(self):
+        self.make_volume()
+        for name in ["../../../../../bin/true", "..", "", ".", "/bin/true", "work/../../../../../../bin/true"]:
+            with self.subTest(name):
+                self.install_bundle(FSVerificationExecutable=name)
+                self.assert_refused(case.NOT_SUPPORTED, "no installed file system verifies", "verifyVolume", self.node)
+            shutil.rmtree(BUNDLE)
+
+    def test_a_bundle_that_changes_after_the_look(self):
+        self.make_volume()
+        self.install_bundle("#!/bin/sh\necho ran\n")
+        process = self.start_and_hold(["verifyVolume"])
+        os.chmod(f"{RESOURCES}/work", 0o777)
+        os.close(self.claim)
+        output, errors = process.communicate(timeout=LIMIT)
+        self.assertEqual(process.returncode, case.UNTRUSTED_BUNDLE, errors)
+        self.assertNotIn(b"ran", output)
+
+    # The log
+
+    def test_what_was_run_is_in_the_log(self):
+        self.make_volume()
+        if os.path.exists("/dev/log"):
+            self.skipTest("the machine has a log of its own")
+        with socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM) as log:
+            log.bind("/dev/log")
+            self.addCleanup(os.unlink, "/dev/log")
+            self.make_volume("ext4", "a] [b 'c'")
+            lines = []
+            while select.select([log], [], [], 0)[0]:
+                lines.append(log.recv(65536).decode())
+        text = "\n".join(lines)
+        self.assertIn("diskutil runs: [/System/Library/Filesystems/ext4.fs/Contents/Resources/format]", text)
+        self.assertIn(f"[-v] [a] [b 'c'] [{self.node}]", text)
+        self.assertIn(f"[--all] [--quiet] [{self.node}]", text)
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)

@@ -1,0 +1,312 @@
+// SPDX-License-Identifier: MIT
+//
+// The command-line tool and the file system's own tools fail in every way that a program can: killed,
+// stopped, without end, with too much or with hostile output, missing; and the disk or the log is full. On
+// real loop disks.
+#include "tests/support/FaultCheck.h"
+#include "tests/support/PatientFileSystem.h"
+
+#include "ui/AlertSheet.h"
+#include "ui/OutlineView.h"
+#include "ui/OutputView.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QDir>
+#include <QFile>
+#include <QPushButton>
+#include <QTest>
+
+#include <csignal>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr int limit = 120000; // milliseconds
+
+QList<LoopDisk::Partition> oneVolume()
+{
+    return { { 20, QString::fromLatin1(LoopDisk::linuxType), u"ext4"_s, u"Backup"_s } };
+}
+
+struct Scene
+{
+    Scene()
+        : disk(oneVolume())
+        , check(window)
+    {
+        patient.makePipe(disk);
+        const bool isThere = QTest::qWaitFor(
+            [this] {
+                volume = window.recordOf(disk.node(1));
+                return volume && volume->mountable && volume->volumeKind == u"patient"_s;
+            },
+            limit);
+        if (!isThere)
+            qFatal("the volume does not appear");
+        window.select(volume);
+    }
+
+    void beginCheck() { window.controller().checkButton->click(); }
+
+    bool hasBegun()
+    {
+        return QTest::qWaitFor([this] { return shown().contains(u"looking at"_s); }, limit);
+    }
+
+    QString shown() { return window.controller().checkRepairOutputView->toPlainText(); }
+
+    PatientFileSystem patient;
+    LoopDisk disk;
+    RealWindow window;
+    FaultCheck check;
+    OutlineItem volume;
+};
+
+// The run of diskutil that the window has started: the shell gives way to it.
+pid_t diskutilPid()
+{
+    QFile file(u"/proc/self/task"_s);
+    for (const QString &thread : QDir(u"/proc/self/task"_s).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        QFile children(u"/proc/self/task/%1/children"_s.arg(thread));
+        if (children.open(QIODevice::ReadOnly)) {
+            const QByteArray first = children.readAll().simplified().split(' ').constFirst();
+            if (!first.isEmpty())
+                return static_cast<pid_t>(first.toLong());
+        }
+    }
+    return 0;
+}
+
+qint64 residentBytes()
+{
+    QFile file(u"/proc/self/statm"_s);
+    return file.open(QIODevice::ReadOnly)
+        ? file.readAll().split(' ').at(1).toLongLong() * sysconf(_SC_PAGESIZE)
+        : 0;
+}
+
+// Something in the place of the installed tool while it lives.
+class CoveredTool
+{
+public:
+    enum class How { NotExecutable, Missing };
+
+    explicit CoveredTool(How how)
+    {
+        if (how == How::NotExecutable) {
+            m_point = u"/usr/sbin/diskutil"_s;
+            runProgram(u"mount"_s, { u"--bind"_s, u"/dev/null"_s, m_point });
+            return;
+        }
+        // A device of this number hides the file of its name in the layer below.
+        m_point = u"/usr/sbin"_s;
+        mknod(QFile::encodeName(m_layer.filePath(u"diskutil"_s)).constData(), S_IFCHR, 0);
+        runProgram(u"mount"_s,
+            { u"-t"_s, u"overlay"_s, u"-o"_s, u"lowerdir=%1:/usr/sbin"_s.arg(m_layer.path()), u"covered"_s,
+                m_point });
+    }
+    ~CoveredTool() { runProgram(u"umount"_s, { m_point }); }
+    CoveredTool(const CoveredTool &) = delete;
+    CoveredTool &operator=(const CoveredTool &) = delete;
+
+private:
+    QTemporaryDir m_layer;
+    QString m_point;
+};
+
+} // namespace
+
+class TestToolFaults : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void toolThatIsKilled_data();
+    void toolThatIsKilled();
+    void toolThatIsStopped();
+    void toolThatCannotBeRun_data();
+    void toolThatCannotBeRun();
+    void checkerThatPrintsWithoutMeasure();
+    void checkerThatPrintsHarm_data();
+    void checkerThatPrintsHarm();
+    void fullDiskUnderTheVolume();
+    void fullDiskUnderTheLog();
+};
+
+void TestToolFaults::toolThatIsKilled_data()
+{
+    QTest::addColumn<int>("number");
+    QTest::addColumn<QString>("alert");
+    QTest::newRow("SIGKILL") << SIGKILL
+                             << u"Fatal error when invoking diskutil.\nProcess terminated on signal 9."_s;
+    QTest::newRow("SIGTERM") << SIGTERM << u"diskutil returned error code: 19"_s; // it stops in good order
+}
+
+void TestToolFaults::toolThatIsKilled()
+{
+    QFETCH(const int, number);
+    QFETCH(const QString, alert);
+    Scene scene;
+    scene.beginCheck();
+    QVERIFY(scene.hasBegun());
+    kill(diskutilPid(), number);
+    QTRY_VERIFY_WITH_TIMEOUT(!scene.volume->operationInProgress, limit);
+    QCOMPARE(scene.check.problem({ alert }), QString());
+    // What it had started goes with it.
+    QTRY_COMPARE_WITH_TIMEOUT(
+        runProgram(u"pgrep"_s, { u"-f"_s, scene.patient.verifyTool() + u' ' + scene.disk.node(1) }), 1,
+        limit);
+}
+
+void TestToolFaults::toolThatIsStopped()
+{
+    Scene scene;
+    scene.beginCheck();
+    QVERIFY(scene.hasBegun());
+    const pid_t tool = diskutilPid();
+    kill(tool, SIGSTOP);
+    scene.patient.release(scene.disk, "go on");
+    QVERIFY(scene.check.windowAnswers());
+    QVERIFY(scene.volume->operationInProgress);
+    kill(tool, SIGCONT);
+    QTRY_VERIFY_WITH_TIMEOUT(!scene.volume->operationInProgress, limit);
+    QVERIFY(scene.shown().contains(u"go on"_s));
+    QCOMPARE(scene.check.problem({}), QString());
+}
+
+void TestToolFaults::toolThatCannotBeRun_data()
+{
+    QTest::addColumn<bool>("isMissing");
+    QTest::addColumn<int>("code");
+    QTest::newRow("missing") << true << 127;
+    QTest::newRow("not executable") << false << 126;
+}
+
+void TestToolFaults::toolThatCannotBeRun()
+{
+    QFETCH(const bool, isMissing);
+    QFETCH(const int, code);
+    Scene scene;
+    const QByteArray before = scene.disk.imageHash();
+    {
+        const CoveredTool covered(isMissing ? CoveredTool::How::Missing : CoveredTool::How::NotExecutable);
+        scene.beginCheck();
+        QTRY_VERIFY_WITH_TIMEOUT(!scene.volume->operationInProgress, limit);
+        QCOMPARE(scene.check.problem({ u"diskutil returned error code: %1"_s.arg(code) }), QString());
+        scene.window.controller().formatFilesystemsPopupButton->setCurrentText(u"Patient"_s);
+        scene.window.controller().formatButton->click();
+        scene.window.endSheet(AlertSheet::firstButtonReturn);
+        QTRY_VERIFY_WITH_TIMEOUT(!scene.volume->operationInProgress, limit);
+        QTRY_COMPARE_WITH_TIMEOUT(scene.window.sheets().size(), 1, limit);
+        const QString told = scene.window.sheets().constFirst()->informativeText();
+        QVERIFY2(
+            told.startsWith(u"diskutil returned error code: %1\nOutput:\n"_s.arg(code)), qPrintable(told));
+        QCOMPARE(scene.check.problem({ told }), QString());
+    }
+    QCOMPARE(scene.disk.imageHash(), before);
+}
+
+// 100 MB: the record keeps them, as many again are on their way to the screen at most.
+void TestToolFaults::checkerThatPrintsWithoutMeasure()
+{
+    constexpr qint64 printed = 100'000'000;
+    Scene scene;
+    scene.patient.setVerifyTool(
+        "#!/bin/sh\necho \"looking at $1\"\nyes " + QByteArray(499, 'x') + " | head -c 100000000\n");
+    const qint64 before = residentBytes();
+    scene.beginCheck();
+    QVERIFY(scene.hasBegun());
+    while (scene.volume->operationInProgress)
+        QVERIFY(scene.check.windowAnswers());
+    QVERIFY(scene.volume->checkRepairOutput->bytes().size() >= printed);
+    qInfo("%lld MB more in memory", static_cast<long long>((residentBytes() - before) / 1'000'000));
+    QVERIFY(residentBytes() - before < 8 * printed);
+    QCOMPARE(scene.check.problem({}), QString());
+}
+
+void TestToolFaults::checkerThatPrintsHarm_data()
+{
+    QTest::addColumn<QByteArray>("script");
+    QTest::addColumn<QString>("shown");
+    QTest::newRow("a line of 1 MB") << QByteArray("head -c 1000000 /dev/zero | tr '\\0' x; echo; echo end")
+                                    << u"xxxx"_s;
+    QTest::newRow("control sequences")
+        << QByteArray("printf '\\033[2J\\033]0;title\\007\\b\\b end\\n'") << u"[2J"_s;
+    QTest::newRow("invalid UTF-8") << QByteArray("printf '\\377\\376\\300\\257 end\\n'")
+                                   << QString(QChar::ReplacementCharacter);
+    QTest::newRow("zero bytes") << QByteArray("printf 'a\\000b end\\n'") << u"a b"_s;
+    QTest::newRow("markup") << QByteArray("echo '<b>bold</b><img src=\"/etc/passwd\"> & end'")
+                            << u"<b>bold</b>"_s;
+    QTest::newRow("placeholders") << QByteArray("echo '%@ %n %1 %s end'") << u"%@ %n %1 %s"_s;
+    QTest::newRow("nothing but carriage returns")
+        << QByteArray("head -c 100000 /dev/zero | tr '\\0' '\\r'; echo end") << u"end"_s;
+}
+
+void TestToolFaults::checkerThatPrintsHarm()
+{
+    QFETCH(const QByteArray, script);
+    QFETCH(const QString, shown);
+    Scene scene;
+    scene.patient.setVerifyTool("#!/bin/sh\n" + script + "\n");
+    scene.beginCheck();
+    QTRY_VERIFY_WITH_TIMEOUT(!scene.volume->operationInProgress, limit);
+    QTRY_VERIFY_WITH_TIMEOUT(scene.shown().contains(u"end"_s), limit);
+    QVERIFY(scene.shown().contains(shown));
+    QCOMPARE(scene.check.problem({}), QString());
+}
+
+// Writes to the disk fail: its image lies on a file system that is full.
+void TestToolFaults::fullDiskUnderTheVolume()
+{
+    const QTemporaryDir folder;
+    QCOMPARE(
+        runProgram(u"mount"_s, { u"-t"_s, u"tmpfs"_s, u"-o"_s, u"size=2m"_s, u"small"_s, folder.path() }), 0);
+    const QByteArray temporary = qgetenv("TMPDIR");
+    {
+        const PatientFileSystem patient;
+        qputenv("TMPDIR", folder.path().toUtf8());
+        const LoopDisk disk({ { 200, QString::fromLatin1(LoopDisk::linuxType), QString(), QString() } });
+        qputenv("TMPDIR", temporary);
+        RealWindow window;
+        FaultCheck check(window);
+        QTRY_VERIFY_WITH_TIMEOUT(window.recordOf(disk.node(1)), limit);
+        const OutlineItem volume = window.recordOf(disk.node(1));
+        window.select(volume);
+        QComboBox *const menu = window.controller().formatFilesystemsPopupButton;
+        menu->setCurrentText(u"ext4"_s);
+        window.controller().formatButton->click();
+        window.endSheet(AlertSheet::firstButtonReturn);
+        QTRY_VERIFY_WITH_TIMEOUT(!volume->operationInProgress, limit);
+        QTRY_COMPARE_WITH_TIMEOUT(window.sheets().size(), 1, limit);
+        const QString told = window.sheets().constFirst()->informativeText();
+        QVERIFY2(told.startsWith(u"diskutil returned error code: 18\n"_s), qPrintable(told));
+        QCOMPARE(check.problem({ told }), QString());
+    }
+    QCOMPARE(runProgram(u"umount"_s, { folder.path() }), 0);
+}
+
+void TestToolFaults::fullDiskUnderTheLog()
+{
+    Scene scene;
+    const int kept = dup(STDERR_FILENO);
+    const int full = open("/dev/full", O_WRONLY | O_CLOEXEC);
+    dup2(full, STDERR_FILENO);
+    scene.beginCheck();
+    const bool hasBegun = scene.hasBegun();
+    scene.patient.release(scene.disk, "go on");
+    const bool hasEnded = QTest::qWaitFor([&] { return !scene.volume->operationInProgress; }, limit);
+    dup2(kept, STDERR_FILENO);
+    close(kept);
+    close(full);
+    QVERIFY(hasBegun && hasEnded);
+    QVERIFY(scene.shown().contains(u"go on"_s));
+    QCOMPARE(scene.check.problem({}), QString());
+}
+
+QTEST_MAIN(TestToolFaults)
+#include "tst_tool_faults.moc"
