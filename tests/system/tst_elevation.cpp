@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
 // The start of the installed program by users of all sorts, against polkit itself: on the machine's own bus in
-// tests/support/with-installed-policy, or in tests/support/with-private-services, where users can be made.
+// tests/support/with-installed-policy, or in tests/support/with-private-services, where users can be made; always in
+// tests/support/on-virtual-display.
 #include "platform/SingleInstance.h"
 #include "tests/support/PolkitAgent.h"
 #include "tests/support/UserProcess.h"
@@ -80,7 +81,6 @@ class ElevationTest : public QObject
 private slots:
     void initTestCase();
     void cleanup();
-    void cleanupTestCase();
 
     void grantedUserGetsTheWindowAsRootAfterOneQuestion();
     void secondStartRaisesTheElevatedWindowWithoutAQuestion();
@@ -107,8 +107,7 @@ private:
     qint64 waitForWindow(uid_t user);
     static void waitForSilentEnd(UserProcess &process);
 
-    QProcess m_display;
-    QByteArray m_displayName;
+    const QByteArray m_display = qgetenv("DISPLAY");
     QDBusConnection m_bus { QString() };
 };
 
@@ -121,10 +120,7 @@ void ElevationTest::initTestCase()
         addUser(tooManyGroups, groupsEndingIn80(128));
     }
 
-    m_display.setProcessChannelMode(QProcess::SeparateChannels);
-    m_display.start(u"Xvfb"_s, { u"-displayfd"_s, u"1"_s, u"-ac"_s, u"-nolisten"_s, u"tcp"_s });
-    QTRY_VERIFY_WITH_TIMEOUT(m_display.canReadLine(), startLimit);
-    m_displayName = ':' + m_display.readLine().trimmed();
+    QVERIFY(!m_display.isEmpty());
     m_bus = QDBusConnection::connectToBus(QDBusConnection::SystemBus, u"agent"_s);
     QVERIFY(m_bus.isConnected());
 }
@@ -132,16 +128,10 @@ void ElevationTest::initTestCase()
 void ElevationTest::cleanup()
 {
     for (const uid_t user : { uid_t { 0 }, plainUser.user, administrator.user, manyGroups.user }) {
-        for (const qint64 process : windowsOf(user, m_displayName))
+        for (const qint64 process : windowsOf(user, m_display))
             ::kill(static_cast<pid_t>(process), SIGTERM);
-        QTRY_VERIFY(windowsOf(user, m_displayName).isEmpty());
+        QTRY_VERIFY(windowsOf(user, m_display).isEmpty());
     }
-}
-
-void ElevationTest::cleanupTestCase()
-{
-    m_display.terminate();
-    QVERIFY(m_display.waitForFinished());
 }
 
 void ElevationTest::addEnvironment(UserProcess &process, const QString &name, const QString &value)
@@ -154,7 +144,7 @@ void ElevationTest::addEnvironment(UserProcess &process, const QString &name, co
 void ElevationTest::startHeldAs(UserProcess &process, const QStringList &arguments)
 {
     addEnvironment(process, u"PATH"_s, u"/usr/bin:/bin"_s);
-    addEnvironment(process, u"DISPLAY"_s, QString::fromLatin1(m_displayName));
+    addEnvironment(process, u"DISPLAY"_s, QString::fromLatin1(m_display));
     process.startHeld(program, arguments);
 }
 
@@ -169,15 +159,12 @@ void ElevationTest::startAs(UserProcess &process, const QStringList &arguments, 
 qint64 ElevationTest::waitForWindow(uid_t user)
 {
     QProcess search;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(u"DISPLAY"_s, QString::fromLatin1(m_displayName));
-    search.setProcessEnvironment(environment);
     search.start(u"xdotool"_s,
         { u"search"_s, u"--sync"_s, u"--onlyvisible"_s, u"--name"_s, u"Zorvex Disk Manager"_s });
     const bool isFound = QTest::qWaitFor([&] { return search.state() == QProcess::NotRunning; }, startLimit);
     search.kill();
     search.waitForFinished();
-    const QList<qint64> processes = windowsOf(user, m_displayName);
+    const QList<qint64> processes = windowsOf(user, m_display);
     return isFound && processes.size() == 1 ? processes.first() : 0;
 }
 
@@ -214,7 +201,7 @@ void ElevationTest::secondStartRaisesTheElevatedWindowWithoutAQuestion()
     startAs(second, {}, &agent);
     waitForSilentEnd(second);
     QCOMPARE(agent.askedActions.size(), 1);
-    QCOMPARE(windowsOf(0, m_displayName), QList<qint64> { elevated });
+    QCOMPARE(windowsOf(0, m_display), QList<qint64> { elevated });
 }
 
 void ElevationTest::refusal_data()
@@ -237,7 +224,7 @@ void ElevationTest::refusal()
     QCOMPARE(process.terminalOutput(),
         QByteArray("AuthorizationCopyRights failed with status: " + status + "\r\n"));
     QCOMPARE(agent.askedActions.size(), 1);
-    QVERIFY(windowsOf(0, m_displayName).isEmpty());
+    QVERIFY(windowsOf(0, m_display).isEmpty());
 }
 
 void ElevationTest::withoutAnAgentNobodyIsAsked()
@@ -246,7 +233,7 @@ void ElevationTest::withoutAnAgentNobodyIsAsked()
     startAs(process);
     waitForSilentEnd(process);
     QCOMPARE(process.terminalOutput(), QByteArray("AuthorizationCopyRights failed with status: -60007\r\n"));
-    QVERIFY(windowsOf(0, m_displayName).isEmpty());
+    QVERIFY(windowsOf(0, m_display).isEmpty());
 }
 
 void ElevationTest::withoutAnAuthorityTheSessionCannotBeMade_data()
@@ -278,7 +265,7 @@ void ElevationTest::withoutAnAuthorityTheSessionCannotBeMade()
     waitForSilentEnd(process);
     QCOMPARE(
         process.terminalOutput(), QByteArray("Error while creating AuthorizationRef. Status: -60008\r\n"));
-    QVERIFY(windowsOf(0, m_displayName).isEmpty());
+    QVERIFY(windowsOf(0, m_display).isEmpty());
     bus.terminate();
     bus.waitForFinished();
 }
@@ -309,7 +296,7 @@ void ElevationTest::secondStartRaisesTheFirstWindow()
     UserProcess second(administrator);
     startAs(second);
     waitForSilentEnd(second);
-    QCOMPARE(windowsOf(administrator.user, m_displayName), QList<qint64> { first.processId() });
+    QCOMPARE(windowsOf(administrator.user, m_display), QList<qint64> { first.processId() });
 }
 
 void ElevationTest::startsInTheSameInstantMakeOneWindow()
