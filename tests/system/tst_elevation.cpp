@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// The start of the installed program by users of all sorts, against polkit itself: on the machine's own bus in
-// tests/support/with-installed-policy, or in tests/support/with-private-services, where users can be made; always in
-// tests/support/on-virtual-display.
+// The start of the installed program by users of all sorts, against polkit itself: on the machine's own bus
+// in tests/support/with-installed-policy, or in tests/support/with-private-services, where users can be made;
+// always in tests/support/on-virtual-display.
 #include "platform/SingleInstance.h"
 #include "tests/support/PolkitAgent.h"
 #include "tests/support/UserProcess.h"
