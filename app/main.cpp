@@ -66,7 +66,8 @@ int runInterface(int argc, char **argv)
         return EXIT_SUCCESS;
     QApplication application(argc, argv);
     SingleInstance instance(ownInstance());
-    // Of two that start in the same instant, the one that did not get the name leaves the window to the other.
+    // Of two that start in the same instant, the one that did not get the name leaves the window to the
+    // other.
     if (!instance.listen() && raiseInstance(ownInstance(), activationToken()))
         return EXIT_SUCCESS;
     QApplication::setApplicationName(QStringLiteral("zorvex-disk-manager"));
