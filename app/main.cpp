@@ -65,6 +65,11 @@ int runInterface(int argc, char **argv)
     if (raiseInstance(ownInstance(), activationToken()))
         return EXIT_SUCCESS;
     QApplication application(argc, argv);
+    SingleInstance instance(ownInstance());
+    // Of two that start in the same instant, the one that did not get the name leaves the window to the
+    // other.
+    if (!instance.listen() && raiseInstance(ownInstance(), activationToken()))
+        return EXIT_SUCCESS;
     QApplication::setApplicationName(QStringLiteral("zorvex-disk-manager"));
     QApplication::setApplicationVersion(QStringLiteral(ZORVEX_VERSION));
     QApplication::setDesktopFileName(QStringLiteral("org.zorvex.DiskManager"));
@@ -76,10 +81,8 @@ int runInterface(int argc, char **argv)
     const std::unique_ptr<QMainWindow> window = loadMainWindow(controller);
     QObject::connect(&application, &QCoreApplication::aboutToQuit, &controller,
         &ZorvexDiskManagerAppDelegate::applicationWillTerminate);
-    SingleInstance instance(ownInstance());
     QObject::connect(&instance, &SingleInstance::activationRequested, window.get(),
         [&window](const QByteArray &token) { raiseWindow(window.get(), token); });
-    instance.listen();
     controller.applicationDidFinishLaunching();
     window->show();
     return QApplication::exec();

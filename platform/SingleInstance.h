@@ -39,7 +39,7 @@ public:
     explicit SingleInstance(const InstanceOwner &owner, QObject *parent = nullptr);
     ~SingleInstance() override;
 
-    // False when another process has the name already.
+    // False when another process has the name already. Who asks from now on is answered by the event loop.
     bool listen();
 
 Q_SIGNALS:

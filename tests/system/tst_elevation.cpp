@@ -1,17 +1,24 @@
 // SPDX-License-Identifier: MIT
 //
-// The start of the installed program by users of all sorts, against polkit itself. Runs in
-// tests/support/with-private-services.
+// The start of the installed program by users of all sorts, against polkit itself: on the machine's own bus
+// in tests/support/with-installed-policy, or in tests/support/with-private-services, where users can be made;
+// always in tests/support/on-virtual-display.
+#include "platform/SingleInstance.h"
 #include "tests/support/PolkitAgent.h"
 #include "tests/support/UserProcess.h"
 
 #include <QDir>
 #include <QFile>
+#include <QSignalSpy>
 #include <QTest>
 
+#include <algorithm>
+#include <array>
 #include <csignal>
+#include <memory>
 #include <numeric>
 #include <sys/stat.h>
+#include <unistd.h>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -20,7 +27,7 @@ namespace {
 const QString program = u"/usr/bin/zorvex-disk-manager"_s;
 constexpr int startLimit = 30000; // milliseconds
 
-const TestUser plainUser { "zvplain", 61001, 61001 };
+const TestUser plainUser { "nobody", 65534, 65534 }; // whom every machine has
 const TestUser administrator { "zvadmin", 61002, 61002 };
 const TestUser manyGroups { "zvmany", 61003, 61003 };
 const TestUser tooManyGroups { "zvtoomany", 61004, 61004 };
@@ -74,7 +81,6 @@ class ElevationTest : public QObject
 private slots:
     void initTestCase();
     void cleanup();
-    void cleanupTestCase();
 
     void grantedUserGetsTheWindowAsRootAfterOneQuestion();
     void secondStartRaisesTheElevatedWindowWithoutAQuestion();
@@ -86,35 +92,35 @@ private slots:
     void administratorGetsTheWindowAtOnce_data();
     void administratorGetsTheWindowAtOnce();
     void secondStartRaisesTheFirstWindow();
+    void startsInTheSameInstantMakeOneWindow();
+    void instanceThatWasKilledIsNotInTheWay();
+    void strangerWhoHoldsTheNameIsNotInTheWay();
     void moreGroupsThanTheArrayHoldsLeadToElevation();
     void loginWithoutANameLeadsToElevation();
     void elevatedWordAmongOtherArgumentsIsNotLookedAt();
     void elevatedWordAloneStartsTheInterface();
 
 private:
+    void startHeldAs(UserProcess &process, const QStringList &arguments);
     void startAs(UserProcess &process, const QStringList &arguments = {}, PolkitAgent *agent = nullptr);
     void addEnvironment(UserProcess &process, const QString &name, const QString &value);
     qint64 waitForWindow(uid_t user);
     static void waitForSilentEnd(UserProcess &process);
 
-    QProcess m_display;
-    QByteArray m_displayName;
+    const QByteArray m_display = qgetenv("DISPLAY");
     QDBusConnection m_bus { QString() };
 };
 
 void ElevationTest::initTestCase()
 {
-    QVERIFY2(qEnvironmentVariableIsSet("ZORVEX_PRIVATE_SERVICES"),
-        "not run inside tests/support/with-private-services");
-    addUser(plainUser, {});
-    addUser(administrator, { 80 });
-    addUser(manyGroups, groupsEndingIn80(127));
-    addUser(tooManyGroups, groupsEndingIn80(128));
+    // Elsewhere they would be entered in the machine's own lists.
+    if (qEnvironmentVariableIsSet("ZORVEX_PRIVATE_SERVICES")) {
+        addUser(administrator, { 80 });
+        addUser(manyGroups, groupsEndingIn80(127));
+        addUser(tooManyGroups, groupsEndingIn80(128));
+    }
 
-    m_display.setProcessChannelMode(QProcess::SeparateChannels);
-    m_display.start(u"Xvfb"_s, { u"-displayfd"_s, u"1"_s, u"-ac"_s, u"-nolisten"_s, u"tcp"_s });
-    QTRY_VERIFY_WITH_TIMEOUT(m_display.canReadLine(), startLimit);
-    m_displayName = ':' + m_display.readLine().trimmed();
+    QVERIFY(!m_display.isEmpty());
     m_bus = QDBusConnection::connectToBus(QDBusConnection::SystemBus, u"agent"_s);
     QVERIFY(m_bus.isConnected());
 }
@@ -122,16 +128,10 @@ void ElevationTest::initTestCase()
 void ElevationTest::cleanup()
 {
     for (const uid_t user : { uid_t { 0 }, plainUser.user, administrator.user, manyGroups.user }) {
-        for (const qint64 process : windowsOf(user, m_displayName))
+        for (const qint64 process : windowsOf(user, m_display))
             ::kill(static_cast<pid_t>(process), SIGTERM);
-        QTRY_VERIFY(windowsOf(user, m_displayName).isEmpty());
+        QTRY_VERIFY(windowsOf(user, m_display).isEmpty());
     }
-}
-
-void ElevationTest::cleanupTestCase()
-{
-    m_display.terminate();
-    QVERIFY(m_display.waitForFinished());
 }
 
 void ElevationTest::addEnvironment(UserProcess &process, const QString &name, const QString &value)
@@ -141,11 +141,16 @@ void ElevationTest::addEnvironment(UserProcess &process, const QString &name, co
     process.setProcessEnvironment(environment);
 }
 
-void ElevationTest::startAs(UserProcess &process, const QStringList &arguments, PolkitAgent *agent)
+void ElevationTest::startHeldAs(UserProcess &process, const QStringList &arguments)
 {
     addEnvironment(process, u"PATH"_s, u"/usr/bin:/bin"_s);
-    addEnvironment(process, u"DISPLAY"_s, QString::fromLatin1(m_displayName));
+    addEnvironment(process, u"DISPLAY"_s, QString::fromLatin1(m_display));
     process.startHeld(program, arguments);
+}
+
+void ElevationTest::startAs(UserProcess &process, const QStringList &arguments, PolkitAgent *agent)
+{
+    startHeldAs(process, arguments);
     if (agent)
         QVERIFY(agent->registerFor(process.processId()));
     process.release();
@@ -154,15 +159,12 @@ void ElevationTest::startAs(UserProcess &process, const QStringList &arguments, 
 qint64 ElevationTest::waitForWindow(uid_t user)
 {
     QProcess search;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(u"DISPLAY"_s, QString::fromLatin1(m_displayName));
-    search.setProcessEnvironment(environment);
     search.start(u"xdotool"_s,
         { u"search"_s, u"--sync"_s, u"--onlyvisible"_s, u"--name"_s, u"Zorvex Disk Manager"_s });
     const bool isFound = QTest::qWaitFor([&] { return search.state() == QProcess::NotRunning; }, startLimit);
     search.kill();
     search.waitForFinished();
-    const QList<qint64> processes = windowsOf(user, m_displayName);
+    const QList<qint64> processes = windowsOf(user, m_display);
     return isFound && processes.size() == 1 ? processes.first() : 0;
 }
 
@@ -199,7 +201,7 @@ void ElevationTest::secondStartRaisesTheElevatedWindowWithoutAQuestion()
     startAs(second, {}, &agent);
     waitForSilentEnd(second);
     QCOMPARE(agent.askedActions.size(), 1);
-    QCOMPARE(windowsOf(0, m_displayName), QList<qint64> { elevated });
+    QCOMPARE(windowsOf(0, m_display), QList<qint64> { elevated });
 }
 
 void ElevationTest::refusal_data()
@@ -222,7 +224,7 @@ void ElevationTest::refusal()
     QCOMPARE(process.terminalOutput(),
         QByteArray("AuthorizationCopyRights failed with status: " + status + "\r\n"));
     QCOMPARE(agent.askedActions.size(), 1);
-    QVERIFY(windowsOf(0, m_displayName).isEmpty());
+    QVERIFY(windowsOf(0, m_display).isEmpty());
 }
 
 void ElevationTest::withoutAnAgentNobodyIsAsked()
@@ -231,7 +233,7 @@ void ElevationTest::withoutAnAgentNobodyIsAsked()
     startAs(process);
     waitForSilentEnd(process);
     QCOMPARE(process.terminalOutput(), QByteArray("AuthorizationCopyRights failed with status: -60007\r\n"));
-    QVERIFY(windowsOf(0, m_displayName).isEmpty());
+    QVERIFY(windowsOf(0, m_display).isEmpty());
 }
 
 void ElevationTest::withoutAnAuthorityTheSessionCannotBeMade_data()
@@ -263,7 +265,7 @@ void ElevationTest::withoutAnAuthorityTheSessionCannotBeMade()
     waitForSilentEnd(process);
     QCOMPARE(
         process.terminalOutput(), QByteArray("Error while creating AuthorizationRef. Status: -60008\r\n"));
-    QVERIFY(windowsOf(0, m_displayName).isEmpty());
+    QVERIFY(windowsOf(0, m_display).isEmpty());
     bus.terminate();
     bus.waitForFinished();
 }
@@ -294,7 +296,56 @@ void ElevationTest::secondStartRaisesTheFirstWindow()
     UserProcess second(administrator);
     startAs(second);
     waitForSilentEnd(second);
-    QCOMPARE(windowsOf(administrator.user, m_displayName), QList<qint64> { first.processId() });
+    QCOMPARE(windowsOf(administrator.user, m_display), QList<qint64> { first.processId() });
+}
+
+void ElevationTest::startsInTheSameInstantMakeOneWindow()
+{
+    std::array<std::unique_ptr<UserProcess>, 3> processes;
+    for (auto &process : processes) {
+        process = std::make_unique<UserProcess>(administrator);
+        startHeldAs(*process, {});
+    }
+    for (const auto &process : processes)
+        process->release();
+    const auto isRunning = [](const auto &process) { return process->state() == QProcess::Running; };
+    QTRY_COMPARE_WITH_TIMEOUT(std::count_if(processes.begin(), processes.end(), isRunning), 1, startLimit);
+    const auto winner = std::find_if(processes.begin(), processes.end(), isRunning);
+    QCOMPARE(waitForWindow(administrator.user), (*winner)->processId());
+    for (const auto &process : processes) {
+        if (process != *winner)
+            waitForSilentEnd(*process);
+    }
+}
+
+void ElevationTest::instanceThatWasKilledIsNotInTheWay()
+{
+    UserProcess first(administrator);
+    startAs(first);
+    QCOMPARE(waitForWindow(administrator.user), first.processId());
+    first.kill();
+    QVERIFY(first.waitForFinished());
+
+    UserProcess second(administrator);
+    startAs(second);
+    QCOMPARE(waitForWindow(administrator.user), second.processId());
+}
+
+void ElevationTest::strangerWhoHoldsTheNameIsNotInTheWay()
+{
+    SingleInstance stranger({ administrator.user, administrator.user });
+    const QSignalSpy requests(&stranger, &SingleInstance::activationRequested);
+    QCOMPARE(seteuid(plainUser.user), 0);
+    const bool isListening = stranger.listen();
+    QCOMPARE(seteuid(0), 0);
+    QVERIFY(isListening);
+
+    UserProcess process(administrator);
+    addEnvironment(process, u"XDG_ACTIVATION_TOKEN"_s, u"secret"_s);
+    startAs(process);
+    QCOMPARE(waitForWindow(administrator.user), process.processId());
+    for (const QList<QVariant> &request : requests)
+        QCOMPARE(request.at(0).toByteArray(), QByteArray());
 }
 
 void ElevationTest::moreGroupsThanTheArrayHoldsLeadToElevation()
