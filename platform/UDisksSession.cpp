@@ -270,8 +270,8 @@ std::unique_ptr<DASession> makeSession(FileSystemClaims claims, const QDBusConne
 {
     if (!bus.isConnected())
         return nullptr;
-    auto session = std::make_unique<UDisksSession>(
-        std::move(claims), bus, std::move(reconnect), std::move(readFacts));
+    auto session
+        = std::make_unique<UDisksSession>(std::move(claims), bus, std::move(reconnect), std::move(readFacts));
     if (listing == UDisksListing::Ahead)
         session->listAhead();
     return session;
