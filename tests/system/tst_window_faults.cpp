@@ -11,6 +11,8 @@
 
 #include <QApplication>
 #include <QComboBox>
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
 #include <QDir>
 #include <QLineEdit>
 #include <QProcess>
@@ -30,9 +32,9 @@ QList<LoopDisk::Partition> oneVolume()
 // Runs a program in the mount namespace of the disk service, which is the machine's own.
 int onTheMachine(const QString &program, const QStringList &arguments)
 {
-    QByteArray service;
-    runProgram(QStringLiteral("pgrep"), { QStringLiteral("-x"), QStringLiteral("udisksd") }, &service);
-    const QStringList enter { QStringLiteral("--target"), QString::fromLatin1(service.trimmed()),
+    const QDBusReply<uint> service
+        = QDBusConnection::systemBus().interface()->servicePid(QStringLiteral("org.freedesktop.UDisks2"));
+    const QStringList enter { QStringLiteral("--target"), QString::number(service.value()),
         QStringLiteral("--mount"), program };
     return runProgram(QStringLiteral("nsenter"), enter + arguments);
 }
