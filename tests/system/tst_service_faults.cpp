@@ -290,8 +290,6 @@ void TestServiceFaults::pulledDuring_data()
     QTest::addColumn<QString>("operation");
     QTest::addColumn<QString>("alert"); // how it begins; %1: the BSD name
     QTest::newRow("mount") << u"mount"_s << u"Error while mounting %1: "_s;
-    QTest::newRow("unmount") << u"unmount"_s << QString();
-    QTest::newRow("eject") << u"eject"_s << QString();
     QTest::newRow("check") << u"check"_s << QString();
     QTest::newRow("format") << u"format"_s << u"diskutil returned error code: 18"_s;
     QTest::newRow("rename") << u"rename"_s << u"diskutil returned error code: 18"_s;
@@ -302,7 +300,6 @@ void TestServiceFaults::pulledDuring()
     QFETCH(const QString, operation);
     QFETCH(const QString, alert);
     Scene scene(ownOrPlain(operation));
-    mountIfNeeded(scene, operation);
     const OutlineItem record = scene.target(operation);
     QVERIFY(record);
     const QString expected = alert.contains(u'%') ? alert.arg(*record->bsdName) : alert;
@@ -316,12 +313,6 @@ void TestServiceFaults::pulledDuring()
     if (usesTool(operation))
         scene.patient.release(scene.disk, "go on");
     kill(service, SIGCONT);
-    if (operation == u"unmount"_s || operation == u"eject"_s) {
-        // Force is offered, as nothing says that it would not help; by then there is nothing left to force.
-        QTRY_COMPARE_WITH_TIMEOUT(scene.window.sheets().size(), 1, limit);
-        QVERIFY(scene.window.sheets().constFirst()->informativeText().contains(*record->bsdName));
-        scene.window.endSheet(AlertSheet::firstButtonReturn + 1);
-    }
     QTRY_VERIFY_WITH_TIMEOUT(!record->operationInProgress, limit);
     QTRY_VERIFY_WITH_TIMEOUT(!scene.window.recordOf(scene.disk.node(1)), limit);
     QTRY_COMPARE_WITH_TIMEOUT(scene.window.sheets().size(), expected.isEmpty() ? 0 : 1, limit);
