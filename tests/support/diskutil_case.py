@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: MIT
-"""What the tests of diskutil have in common. They run inside tests/support/in-staged-root."""
+"""What the tests of diskutil have in common. They run inside tests/support/in-staged-root, or use what is installed in the
+root folder that ZORVEX_ROOT names."""
 
 import os
 import subprocess
@@ -7,6 +8,7 @@ import unittest
 
 from loop_disk import DiskService, LoopDisk, run
 
+ROOT = os.environ.get("ZORVEX_ROOT", "/")
 DISKUTIL = "/usr/sbin/diskutil"
 
 # Exit statuses, as the manual lists them.
@@ -30,13 +32,13 @@ INTERRUPTED = 19
 
 
 def diskutil(*arguments, **options):
-    return subprocess.run([DISKUTIL, *arguments], capture_output=True, text=True, **options)
+    return subprocess.run(["chroot", ROOT, DISKUTIL, *arguments], capture_output=True, text=True, **options)
 
 
 class DiskutilCase(unittest.TestCase):
     def setUp(self):
-        if not os.path.isdir("/System/Library/Filesystems/msdos.fs"):
-            self.skipTest("not run inside tests/support/in-staged-root")
+        if not os.path.isdir(os.path.join(ROOT, "System/Library/Filesystems/msdos.fs")):
+            self.skipTest("diskutil is not installed: not run inside tests/support/in-staged-root")
         self.service = DiskService()
         self.addCleanup(self.service.close)
 

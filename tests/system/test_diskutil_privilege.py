@@ -39,10 +39,10 @@ class DiskutilPrivilege(unittest.TestCase):
         with open("/etc/passwd", "a", encoding="utf-8") as users:
             users.write(f"zvtool:x:{USER}:{USER}::/nonexistent:/bin/sh\n")
 
-    def join_administrators(self):
-        """Makes the user a member of the group that needs no password."""
+    def join_administrators(self, number=80):
+        """Makes the user a member of the group that needs no password, if it has the right number."""
         with open("/etc/group", "a", encoding="utf-8") as groups:
-            groups.write("zorvex-admin:x:80:zvtool\n")
+            groups.write(f"zorvex-admin:x:{number}:zvtool\n")
         self.addCleanup(self.leave_administrators)
 
     @staticmethod
@@ -67,6 +67,11 @@ class DiskutilPrivilege(unittest.TestCase):
                 # The run as root gets as far as the disk service, which is not on this bus.
                 self.assertEqual(code, SERVICE_UNAVAILABLE, err)
                 self.assertIn("disk service (udisks2) cannot be reached", err)
+
+    def test_a_group_of_this_name_with_another_number_gives_nothing(self):
+        self.join_administrators(81)
+        code, _, err = run("verifyVolume", "disk1s1")
+        self.assertEqual(code, NOT_PERMITTED, err)
 
     def test_the_way_to_root_is_missing(self):
         empty = "/etc/polkit-1/rules.d"

@@ -39,6 +39,8 @@ private Q_SLOTS:
     void recordThatCannotBeRefreshedIsLogged();
     void mediumThatVanishesMeanwhile();
     void mediumThatVanishesBehindTheForceDialog();
+    void diskThatVanishesDuringAnEject_data();
+    void diskThatVanishesDuringAnEject();
     void twoDisksSideBySide();
 
 private:
@@ -386,6 +388,38 @@ void TestMountUnmountEject::mediumThatVanishesBehindTheForceDialog()
     QCOMPARE(f->test.sheets().constFirst()->informativeText(),
         u"Error while unmounting disk2s1: kDAReturnNotFound"_s);
     QVERIFY(!record->operationInProgress);
+}
+
+void TestMountUnmountEject::diskThatVanishesDuringAnEject_data()
+{
+    QTest::addColumn<int>("answered"); // requests, before it vanishes
+    QTest::newRow("while its volumes are unmounted") << 0;
+    QTest::newRow("while it is ejected") << 1;
+}
+
+void TestMountUnmountEject::diskThatVanishesDuringAnEject()
+{
+    QFETCH(const int, answered);
+    const auto f = launched(u"/media/A"_s);
+    click(*f, u"disk2"_s);
+    const OutlineItem record = f->test.recordOf(u"disk2"_s);
+    for (int i = 0; i < answered; ++i)
+        f->test.service.completeRequest();
+    f->test.service.removeDisk(f->volume);
+    f->test.service.removeDisk(f->disk);
+    QCOMPARE(f->test.rowNames(), QStringList());
+    f->test.service.completeRequest(makeDissenter(DAReturn::NotFound));
+    QCOMPARE(f->test.sheets().size(), 1);
+    const QString told = f->test.sheets().constFirst()->informativeText();
+    if (answered == 0) {
+        QCOMPARE(told,
+            formatLocalized(localizedString("FAILED_TO_UNMOUNT_VOLUMES_BODY_FMT"), { u"disk2"_s }));
+        press(f->test.sheets().constFirst(), secondButton);
+    } else {
+        QCOMPARE(told, u"Error while ejecting disk2: kDAReturnNotFound"_s);
+    }
+    QVERIFY(!record->operationInProgress);
+    QVERIFY(f->test.service.requests().empty());
 }
 
 void TestMountUnmountEject::twoDisksSideBySide()
