@@ -9,7 +9,7 @@
 namespace {
 
 constexpr qsizetype mostFiles = 256;
-constexpr qsizetype mostBytes = 64 * 1024; // a larger file is parsed each time
+constexpr qsizetype mostBytes = qsizetype { 64 } * 1024; // a larger file is parsed each time
 
 struct ParsedFile
 {

@@ -13,7 +13,7 @@ inline constexpr qsizetype longestShownLine = 2000; // bytes
 
 // Of an output that is longer than twice this only the end is shown: laying out what nobody can read would
 // hold up the window. The output itself is kept whole.
-inline constexpr qsizetype longestShownOutput = 1024 * 1024; // bytes
+inline constexpr qsizetype longestShownOutput = qsizetype { 1024 } * 1024; // bytes
 
 // What is shown of an output: all of it, or its last lines below a line with an ellipsis. Where they begin
 // changes only with every so many bytes of output, so that little has to be laid out when some are added.

@@ -100,13 +100,13 @@ ServiceListing::~ServiceListing()
     QDBusConnection::disconnectFromBus(connectionName);
 }
 
-QStringList ServiceListing::lines() const
+std::optional<QStringList> ServiceListing::lines() const
 {
     const QDBusMessage reply = m_bus.call(QDBusMessage::createMethodCall(
         QStringLiteral("org.freedesktop.UDisks2"), QStringLiteral("/org/freedesktop/UDisks2"),
         QStringLiteral("org.freedesktop.DBus.ObjectManager"), QStringLiteral("GetManagedObjects")));
     if (reply.type() != QDBusMessage::ReplyMessage)
-        return {};
+        return std::nullopt;
     const auto objects = qdbus_cast<Objects>(reply.arguments().value(0));
 
     // By disk, then by where it lies on the disk.

@@ -7,6 +7,8 @@
 #include <QDBusConnection>
 #include <QStringList>
 
+#include <optional>
+
 class ServiceListing
 {
 public:
@@ -16,7 +18,7 @@ public:
     // One line for each medium that is to have a row, from the top: name, device node, size, what it is, the
     // volume's name and where it is mounted. Waits for the answer, and starts the service when it does not
     // run. Nothing when there is no answer.
-    QStringList lines() const;
+    std::optional<QStringList> lines() const;
 
     // The process of the service, 0 while there is none.
     uint serviceProcess() const;

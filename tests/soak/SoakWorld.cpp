@@ -114,7 +114,7 @@ void SoakWorld::waitFor(const std::function<bool()> &condition, const QString &w
 {
     if (!QTest::qWaitFor(condition, limit))
         throw SoakFailure { what + u'\n' + unsettled() + u"\nthe disk service lists\n  "
-            + service.lines().join(QStringLiteral("\n  ")) };
+            + service.lines().value_or(QStringList()).join(QStringLiteral("\n  ")) };
 }
 
 void SoakWorld::require(bool condition, const QString &what)
@@ -125,9 +125,9 @@ void SoakWorld::require(bool condition, const QString &what)
 
 QString SoakWorld::unsettled() const
 {
-    const QStringList expected = service.lines();
-    if (expected.isEmpty())
-        return QStringLiteral("the disk service lists nothing");
+    const std::optional<QStringList> expected = service.lines();
+    if (!expected)
+        return QStringLiteral("the disk service does not answer");
     for (RealWindow *window : { standing.get(), changing.get() }) {
         const QString name = window == standing.get() ? QStringLiteral("the standing window: ")
                                                       : QStringLiteral("the changing window: ");
@@ -137,8 +137,8 @@ QString SoakWorld::unsettled() const
         if (!flagged.isEmpty())
             return name + u"flagged as busy: " + flagged.join(u' ');
         const QStringList shown = rowsOf(*window);
-        if (shown != expected)
-            return name + u"rows are not what the service has:" + difference(shown, expected);
+        if (shown != *expected)
+            return name + u"rows are not what the service has:" + difference(shown, *expected);
     }
     const QStringList children = childProcesses();
     if (!children.isEmpty())

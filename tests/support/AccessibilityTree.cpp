@@ -2,7 +2,6 @@
 #include "tests/support/AccessibilityTree.h"
 
 #include <QDBusArgument>
-#include <QDBusInterface>
 #include <QDBusMessage>
 #include <QDBusMetaType>
 #include <QDBusReply>
@@ -12,13 +11,15 @@ Q_DECLARE_METATYPE(AccessibilityTree::Reference)
 
 namespace {
 
+const QString connectionName = QStringLiteral("accessibility");
 const QString accessible = QStringLiteral("org.a11y.atspi.Accessible");
 
 QString busAddress()
 {
-    QDBusInterface launcher(QStringLiteral("org.a11y.Bus"), QStringLiteral("/org/a11y/bus"),
-        QStringLiteral("org.a11y.Bus"), QDBusConnection::sessionBus());
-    return QDBusReply<QString>(launcher.call(QStringLiteral("GetAddress"))).value();
+    const QDBusReply<QString> reply
+        = QDBusConnection::sessionBus().call(QDBusMessage::createMethodCall(QStringLiteral("org.a11y.Bus"),
+            QStringLiteral("/org/a11y/bus"), QStringLiteral("org.a11y.Bus"), QStringLiteral("GetAddress")));
+    return reply.value();
 }
 
 QDBusMessage ask(const QDBusConnection &bus, const AccessibilityTree::Reference &reference,
@@ -49,10 +50,15 @@ const QDBusArgument &operator>>(const QDBusArgument &argument, AccessibilityTree
 }
 
 AccessibilityTree::AccessibilityTree()
-    : m_bus(QDBusConnection::connectToBus(busAddress(), QStringLiteral("accessibility")))
+    : m_bus(QDBusConnection::connectToBus(busAddress(), connectionName))
 {
     qDBusRegisterMetaType<Reference>();
     qDBusRegisterMetaType<QList<Reference>>();
+}
+
+AccessibilityTree::~AccessibilityTree()
+{
+    QDBusConnection::disconnectFromBus(connectionName);
 }
 
 QVariant AccessibilityTree::property(

@@ -35,6 +35,7 @@ public:
     };
 
     AccessibilityTree();
+    ~AccessibilityTree();
 
     // All that there is, read anew.
     QList<Element> elements() const;

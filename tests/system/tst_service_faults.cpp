@@ -36,6 +36,13 @@ pid_t servicePid()
     return pid.isValid() ? static_cast<pid_t>(pid.value()) : 0;
 }
 
+// Whether another service is there than that one.
+bool isStartedAnew(pid_t former)
+{
+    const pid_t service = servicePid();
+    return service != 0 && service != former;
+}
+
 QList<LoopDisk::Partition> oneVolume()
 {
     return { { 20, QString::fromLatin1(LoopDisk::linuxType), u"ext4"_s, u"Backup"_s } };
@@ -163,7 +170,7 @@ void TestServiceFaults::killedWhileNothingIsAsked()
         const pid_t first = servicePid();
         kill(first, SIGKILL);
         // It is started again, and tells the same media once.
-        QTRY_VERIFY_WITH_TIMEOUT(servicePid() != 0 && servicePid() != first, limit);
+        QTRY_VERIFY_WITH_TIMEOUT(isStartedAnew(first), limit);
         QTRY_COMPARE_WITH_TIMEOUT(scene.window.nodesOfDisk(scene.disk.node()), rows, limit);
         QCOMPARE(scene.check.problem({}), QString());
     }
@@ -277,7 +284,7 @@ void TestServiceFaults::killedWhileForceIsOffered()
     kill(service, SIGKILL);
     QTRY_COMPARE_WITH_TIMEOUT(scene.window.sheets().size(), 1, limit);
     QVERIFY(scene.window.sheets().constFirst()->informativeText().contains(*record->bsdName));
-    QTRY_VERIFY_WITH_TIMEOUT(servicePid() != 0 && servicePid() != service && scene.volume(), limit);
+    QTRY_VERIFY_WITH_TIMEOUT(isStartedAnew(service) && scene.volume(), limit);
     scene.window.endSheet(AlertSheet::firstButtonReturn + (force ? 0 : 1));
     QTRY_VERIFY_WITH_TIMEOUT(!record->operationInProgress, limit);
     QCOMPARE(scene.check.problem({}), QString());
