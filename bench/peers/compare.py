@@ -32,6 +32,7 @@ FLOOR = "smallest window"
 FOLLOWS_HOTPLUG = ("Zorvex Disk Manager", "GNOME Disks")
 SHOWS_PARTITIONS = ("Zorvex Disk Manager",)  # of a disk that is not selected
 SCANS = ("GParted", "KDE Partition Manager")  # and show nothing for seconds in between
+LONGEST_START = 60  # seconds
 PARTITION_SIZE = 8  # MiB
 NETLINK_KOBJECT_UEVENT = 15
 IDLE_SECONDS = 60
@@ -46,6 +47,10 @@ def service_processes():
     return ",".join(run("pidof", *SERVICES).split())
 
 
+class NothingDrawn(Exception):
+    """A program's window does not come, or does not come to rest."""
+
+
 class Program:
     """A program on the display, and what it has drawn when."""
 
@@ -55,7 +60,11 @@ class Program:
                                         stdin=subprocess.PIPE, stdout=subprocess.PIPE)
         self.buffer = b""
         self.frames = []
-        self.settle()
+        try:
+            self.settle()
+        except NothingDrawn:
+            self.__exit__()
+            raise
 
     def __enter__(self):
         return self
@@ -68,14 +77,14 @@ class Program:
         """Takes in what is drawn until nothing is for the quiet time, and something was."""
         known = len(self.frames)
         output = self.watcher.stdout
-        deadline = time.monotonic() + 120
+        deadline = time.monotonic() + LONGEST_START
         while True:
             readable, _, _ = select.select([output], [], [], self.quiet)
+            if not readable and len(self.frames) > max(known, 1):
+                return
+            if time.monotonic() > deadline:
+                raise NothingDrawn
             if not readable:
-                if len(self.frames) > max(known, 1):
-                    return
-                if time.monotonic() > deadline:
-                    raise RuntimeError("nothing was drawn")
                 continue
             self.buffer += os.read(output.fileno(), 65536)
             *lines, self.buffer = self.buffer.split(b"\n")
@@ -161,6 +170,11 @@ class KernelEvents(threading.Thread):
             event = self.socket.recv(65536)
             self.events.put((time.monotonic_ns(), event.split(b"\0", 1)[0].decode()))
 
+    def forget(self):
+        """What has come so far."""
+        while not self.events.empty():
+            self.events.get()
+
     def wait_for(self, action, name):
         """When the next such event came."""
         while True:
@@ -170,12 +184,16 @@ class KernelEvents(threading.Thread):
 
 
 def start_figures(tools, programs, runs):
-    """Medians of time, processor time and memory of each program."""
+    """Medians of time, processor time and memory of each program. One that draws nothing is left out, and said to be."""
     taken = {name: [] for name in programs}
     for _ in range(runs):
-        for name, command in programs.items():
-            with Program(tools, command, 6 if name in SCANS else 1.5) as program:
-                taken[name].append((*program.filled(), program.memory()))
+        for name in list(taken):
+            try:
+                with Program(tools, programs[name], 6 if name in SCANS else 1.5) as program:
+                    taken[name].append((*program.filled(), program.memory()))
+            except NothingDrawn:
+                print(f"{name} draws nothing, or without end, and is left out", file=sys.stderr)
+                del taken[name]
     return {name: [statistics.median(figure) for figure in zip(*values)] for name, values in taken.items()}
 
 
@@ -189,6 +207,7 @@ def hotplug_figures(tools, service, command, runs, shows_partitions):
         program.show_all_rows()
         for _ in range(runs):
             listener.heard()
+            events.forget()
             known = len(program.frames)
             disk = LoopDisk(service, [PARTITION_SIZE] * 4, with_partitions=False)
             loop = os.path.basename(disk.node)
