@@ -412,8 +412,8 @@ void TestMountUnmountEject::diskThatVanishesDuringAnEject()
     QCOMPARE(f->test.sheets().size(), 1);
     const QString told = f->test.sheets().constFirst()->informativeText();
     if (answered == 0) {
-        QCOMPARE(told,
-            formatLocalized(localizedString("FAILED_TO_UNMOUNT_VOLUMES_BODY_FMT"), { u"disk2"_s }));
+        QCOMPARE(
+            told, formatLocalized(localizedString("FAILED_TO_UNMOUNT_VOLUMES_BODY_FMT"), { u"disk2"_s }));
         press(f->test.sheets().constFirst(), secondButton);
     } else {
         QCOMPARE(told, u"Error while ejecting disk2: kDAReturnNotFound"_s);
