@@ -113,6 +113,7 @@ int main(int argc, char **argv)
     if (StartupRules::isElevated(arguments)) {
         completeExecutionWithPrivileges();
         adoptDisplayOfDesktopUser();
+        doWithoutSessionBus();
     }
     // A worker may still be inside the tool's run when the interface has ended. The process goes without
     // taking down the static objects under it.

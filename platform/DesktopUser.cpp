@@ -16,9 +16,11 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
+constexpr auto sessionBus = "DBUS_SESSION_BUS_ADDRESS";
+
 // What pkexec and sudo have left in root's environment and what tells of root.
 const QStringList foreignVariables { u"PKEXEC_UID"_s, u"SUDO_UID"_s, u"SUDO_GID"_s, u"SUDO_USER"_s,
-    u"SUDO_COMMAND"_s, u"QT_QPA_PLATFORM"_s, u"MAIL"_s };
+    u"SUDO_COMMAND"_s, u"QT_QPA_PLATFORM"_s, u"MAIL"_s, QLatin1String(sessionBus) };
 
 constexpr std::size_t entrySize = 65536;
 constexpr int groupsAtFirst = 64;
@@ -65,7 +67,7 @@ QProcessEnvironment DesktopUser::environment() const
     environment.insert(u"LOGNAME"_s, name);
     environment.insert(u"XDG_RUNTIME_DIR"_s, runtimeFolder());
     if (const QString address = busAddress(); !address.isEmpty())
-        environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, address);
+        environment.insert(QLatin1String(sessionBus), address);
     return environment;
 }
 
@@ -109,6 +111,12 @@ QString waylandSocket(const QString &runtimeFolder, uid_t user)
     const auto found = std::find_if(names.begin(), names.end(),
         [&](const QString &name) { return isSocketOf(runtimeFolder + u'/' + name, user); });
     return found == names.end() ? QString() : runtimeFolder + u'/' + *found;
+}
+
+void doWithoutSessionBus()
+{
+    if (desktopUser() && !qEnvironmentVariableIsSet(sessionBus))
+        qputenv(sessionBus, "disabled:");
 }
 
 void adoptDisplayOfDesktopUser()

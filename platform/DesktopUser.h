@@ -45,5 +45,9 @@ std::optional<DesktopUser> desktopUser();
 // keeps the X11 display only. Before the interface is made.
 void adoptDisplayOfDesktopUser();
 
+// Has this process do without a session bus, where it runs as root at a user's wish and none is named: Qt
+// would have one started for root, which nobody else is on and which stays. Before the interface is made.
+void doWithoutSessionBus();
+
 // The Wayland socket in a runtime folder that the user owns; empty when there is none.
 QString waylandSocket(const QString &runtimeFolder, uid_t user);

@@ -11,8 +11,6 @@
 #include <sys/types.h>
 #include <vector>
 
-class QSocketNotifier;
-
 struct TestUser
 {
     QByteArray name; // empty for a user without one
@@ -37,6 +35,7 @@ public:
     QByteArray terminalOutput();
 
 private:
+    TestUser m_user;
     int m_terminal = -1;
     int m_childTerminal = -1;
     QByteArray m_output;

@@ -46,8 +46,8 @@ std::vector<gid_t> groupsEndingIn80(std::size_t count)
     return groups;
 }
 
-// The program's processes that belong to the user; those of others are on other buses and none of ours.
-QList<qint64> windowsOf(uid_t user, const QByteArray &display)
+// The processes of an executable that belong to the user; those on other displays are none of ours.
+QList<qint64> processesOf(uid_t user, const QByteArray &display, const QByteArray &executable)
 {
     QList<qint64> processes;
     for (const QString &name : QDir(u"/proc"_s).entryList(QDir::Dirs)) {
@@ -59,11 +59,15 @@ QList<qint64> windowsOf(uid_t user, const QByteArray &display)
             || stat(QFile::encodeName(folder).constData(), &status) != 0)
             continue;
         const bool isOurs = environment.readAll().split('\0').contains("DISPLAY=" + display);
-        if (isOurs && status.st_uid == user
-            && command.readAll().split('\0').value(0) == QFile::encodeName(program))
+        if (isOurs && status.st_uid == user && command.readAll().split('\0').value(0) == executable)
             processes.append(name.toLongLong());
     }
     return processes;
+}
+
+QList<qint64> windowsOf(uid_t user, const QByteArray &display)
+{
+    return processesOf(user, display, QFile::encodeName(program));
 }
 
 QList<QByteArray> commandLine(qint64 process)
@@ -195,6 +199,8 @@ void ElevationTest::grantedUserGetsTheWindowAsRootAfterOneQuestion()
     QCOMPARE(commandLine(elevated), (QList<QByteArray> { QFile::encodeName(program), "-elevated" }));
     QCOMPARE(agent.askedActions, QStringList { u"org.zorvex.DiskManager.run"_s });
     QVERIFY(!process.terminalOutput().contains("Authorization"));
+    // No bus was started for root, which would stay.
+    QCOMPARE(processesOf(0, m_display, "/usr/bin/dbus-daemon"), QList<qint64>());
 }
 
 void ElevationTest::secondStartRaisesTheElevatedWindowWithoutAQuestion()
