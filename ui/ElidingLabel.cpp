@@ -40,7 +40,7 @@ QSize ElidingLabel::minimumSizeHint() const
 
 bool ElidingLabel::isCut() const
 {
-    return fontMetrics().horizontalAdvance(text()) > contentsRect().width();
+    return !wordWrap() && fontMetrics().horizontalAdvance(text()) > contentsRect().width();
 }
 
 void ElidingLabel::drawCutText(QPainter &painter) const

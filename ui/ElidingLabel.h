@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
 // A label whose text never claims room: what does not fit is cut with an ellipsis and shown whole as a tool
-// tip, unless the label has been given a tool tip of its own. What is selected of it is marked as far as it
-// is shown, and a frame tells that it has the focus. Main thread only.
+// tip, unless the label has been given a tool tip of its own or wraps its words. What is selected of it is
+// marked as far as it is shown, and a frame tells that it has the focus. Main thread only.
 #pragma once
 
 #include <QLabel>

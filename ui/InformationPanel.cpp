@@ -231,6 +231,9 @@ void ZorvexDiskManagerAppDelegate::outlineViewSelectionDidChange()
     bool canFormat = false;
     setSelectable(infoNameLabel, disk != nullptr);
     setSelectable(infoDiskSpaceLabel, disk != nullptr);
+    // A name may be cut. What to do first may not: where it needs a second line it has that of the space.
+    infoNameLabel->setWordWrap(!disk);
+    infoDiskSpaceLabel->setVisible(disk != nullptr);
     if (disk) {
         texts = textsOf(*disk);
         infoBigImageField->setPixmap(getUIImageforDisk(*disk, true).value_or(QPixmap()));

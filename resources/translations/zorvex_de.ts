@@ -156,7 +156,7 @@ Hängt Datenträger und Volumes ein und aus, formatiert, prüft und repariert si
     <message id="SELECT_A_DISK_TEXT">
         <source>Select a disk or volume</source>
         <extracomment>Shown in place of the name while nothing is selected in the tree.</extracomment>
-        <translation>Wählen Sie einen Datenträger oder ein Volume</translation>
+        <translation>Datenträger oder Volume wählen</translation>
     </message>
     <message id="MOUNT_BUTTON_TITLE">
         <source>&amp;Mount</source>

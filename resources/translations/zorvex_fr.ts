@@ -316,7 +316,7 @@ Monte, formate, vérifie et répare les disques et les volumes.</translation>
     <message id="FORMAT_FILESYSTEM_PLACEHOLDER">
         <source>Choose a file system</source>
         <extracomment>Shown in the menu of file systems on the Format page while none is chosen.</extracomment>
-        <translation>Choisissez un système de fichiers</translation>
+        <translation>Choisir un système de fichiers</translation>
     </message>
     <message id="FORMAT_LABEL_CAPTION">
         <source>Volume &amp;label:</source>

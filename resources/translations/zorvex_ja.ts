@@ -156,7 +156,7 @@ Mounts, formats, checks and repairs disks and volumes.</source>
     <message id="SELECT_A_DISK_TEXT">
         <source>Select a disk or volume</source>
         <extracomment>Shown in place of the name while nothing is selected in the tree.</extracomment>
-        <translation>ディスクまたはボリュームを選択してください</translation>
+        <translation>ディスクかボリュームを選択</translation>
     </message>
     <message id="MOUNT_BUTTON_TITLE">
         <source>&amp;Mount</source>

@@ -316,7 +316,7 @@ Monta, formata, verifica e repara discos e volumes.</translation>
     <message id="FORMAT_FILESYSTEM_PLACEHOLDER">
         <source>Choose a file system</source>
         <extracomment>Shown in the menu of file systems on the Format page while none is chosen.</extracomment>
-        <translation>Escolha um sistema de arquivos</translation>
+        <translation>Escolha o sistema de arquivos</translation>
     </message>
     <message id="FORMAT_LABEL_CAPTION">
         <source>Volume &amp;label:</source>

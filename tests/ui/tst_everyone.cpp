@@ -7,6 +7,7 @@
 #include "ui/ElidingLabel.h"
 #include "ui/ImageButton.h"
 #include "ui/LinkTextView.h"
+#include "ui/OperationBar.h"
 #include "ui/OutlineView.h"
 
 #include <QApplication>
@@ -148,6 +149,12 @@ void TestEveryone::cutValueIsItsToolTip()
     test.service.changeDisk(volume);
     QCOMPARE(label->text(), longName);
     QCOMPARE(toolTipAt(label, label->rect().center()), longName);
+    test.controller().rightTabView->setCurrentWidget(test.controller().maintenanceTab);
+    test.controller().maintenanceOperationBar->setOperation(longName, 42);
+    QCoreApplication::processEvents();
+    auto *const activity = test.controller().maintenanceOperationBar->findChild<QLabel *>();
+    QVERIFY(activity->isVisible());
+    QCOMPARE(toolTipAt(activity, activity->rect().center()), longName);
     for (const QLabel *value : { test.controller().infoDiskSpaceLabel, test.controller().filesystemLabel,
              test.controller().bsdNameLabel, test.controller().deviceNodeLabel,
              test.controller().wholeDeviceLabel, test.controller().removableLabel,
