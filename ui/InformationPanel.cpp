@@ -252,10 +252,13 @@ void ZorvexDiskManagerAppDelegate::outlineViewSelectionDidChange()
     setValue(infoNameLabel, texts.name);
     setValue(infoDiskSpaceLabel, texts.space);
     infoDiskSpaceLabel->setToolTip(texts.spaceToolTip);
-    if (disk && disk->volumePath)
+    if (disk && disk->volumePath) {
         makeHyperlink(infoMountedPathView, disk->volumePath->toLocalFile(), *disk->volumePath);
-    else
+        infoMountedPathView->setAccessibleDescription(localizedString("MOUNT_PATH_LINK_DESCRIPTION"));
+    } else {
         infoMountedPathView->clearLink();
+        infoMountedPathView->setAccessibleDescription({});
+    }
     updateTabs(disk.get(), canFormat);
     updateOperationBars(disk.get());
     setValue(filesystemLabel, texts.filesystem);

@@ -8,6 +8,7 @@
 #include "ui/LinkTextView.h"
 #include "ui/OutlineView.h"
 
+#include <QAccessible>
 #include <QAction>
 #include <QClipboard>
 #include <QGuiApplication>
@@ -24,6 +25,7 @@ class TestHelp : public QObject
 private Q_SLOTS:
     void linkHoldsThePathBetweenControls();
     void linkIsStyled();
+    void linkIsToldAsOne();
     void linkColorByGeneration_data();
     void linkColorByGeneration();
     void linkIsBlueWhenTheReleaseCannotBeHad();
@@ -111,6 +113,17 @@ void TestHelp::linkIsStyled()
     test->select(u"disk2"_s);
     QCOMPARE(view->toPlainText(), QString());
     QVERIFY(view->viewport()->cursor().shape() != Qt::PointingHandCursor);
+}
+
+void TestHelp::linkIsToldAsOne()
+{
+    const auto test = withMountedVolume();
+    QAccessibleInterface *const told
+        = QAccessible::queryAccessibleInterface(test->controller().infoMountedPathView);
+    QCOMPARE(told->text(QAccessible::Name), u"Mount point"_s);
+    QCOMPARE(told->text(QAccessible::Description), u"Link: opens the file manager"_s);
+    test->select(u"disk2"_s);
+    QCOMPARE(told->text(QAccessible::Description), QString());
 }
 
 void TestHelp::linkColorByGeneration_data()
