@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "ui/ElidingLabel.h"
 
+#include "ui/focus_frame.h"
 #include "ui/tool_tips.h"
 
 #include <QFontInfo>
 #include <QHelpEvent>
 #include <QPainter>
 #include <QStyle>
+#include <QTextLayout>
+#include <QTextOption>
 #include <QToolTip>
 
 #include <algorithm>
@@ -37,22 +40,43 @@ QSize ElidingLabel::minimumSizeHint() const
 
 bool ElidingLabel::isCut() const
 {
-    return fontMetrics().horizontalAdvance(text()) > contentsRect().width();
+    return !wordWrap() && fontMetrics().horizontalAdvance(text()) > contentsRect().width();
+}
+
+void ElidingLabel::drawCutText(QPainter &painter) const
+{
+    const QRect room = contentsRect();
+    const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, room.width());
+    QTextLayout layout(shown, font());
+    QTextOption option(QStyle::visualAlignment(layoutDirection(), alignment()) | Qt::AlignAbsolute);
+    // A device or a path reads from left to right in every window.
+    option.setTextDirection(text().isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
+    option.setWrapMode(QTextOption::NoWrap);
+    layout.setTextOption(option);
+    layout.beginLayout();
+    QTextLine line = layout.createLine();
+    line.setLineWidth(room.width());
+    layout.endLayout();
+    QList<QTextLayout::FormatRange> selections;
+    if (hasSelectedText()) {
+        QTextCharFormat marked;
+        marked.setBackground(palette().highlight());
+        marked.setForeground(palette().highlightedText());
+        selections.append({ selectionStart(), static_cast<int>(selectedText().size()), marked });
+    }
+    painter.setPen(palette().color(foregroundRole()));
+    layout.draw(&painter, QPointF(room.x(), room.y() + (room.height() - line.height()) / 2), selections);
 }
 
 void ElidingLabel::paintEvent(QPaintEvent *event)
 {
-    if (!isCut()) {
+    if (!isCut())
         QLabel::paintEvent(event);
-        return;
-    }
     QPainter painter(this);
-    // A device or a path reads from left to right in every window.
-    painter.setLayoutDirection(text().isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
-    const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, contentsRect().width());
-    style()->drawItemText(&painter, contentsRect(),
-        static_cast<int>(QStyle::visualAlignment(layoutDirection(), alignment())), palette(), isEnabled(),
-        shown, foregroundRole());
+    if (isCut())
+        drawCutText(painter);
+    if (hasFocus())
+        drawFocusFrame(painter, *this, rect());
 }
 
 // Left to itself, a label whose text can be selected takes its side from the text's own direction.

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
 // A label whose text never claims room: what does not fit is cut with an ellipsis and shown whole as a tool
-// tip, unless the label has been given a tool tip of its own. Main thread only.
+// tip, unless the label has been given a tool tip of its own or wraps its words. What is selected of it is
+// marked as far as it is shown, and a frame tells that it has the focus. Main thread only.
 #pragma once
 
 #include <QLabel>
@@ -31,6 +32,7 @@ protected:
 
 private:
     void scaleFont();
+    void drawCutText(QPainter &painter) const;
 
     qreal m_fontScale = 1;
 };

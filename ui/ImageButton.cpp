@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ui/ImageButton.h"
 
+#include "ui/focus_frame.h"
+
 #include <QStyleOptionButton>
 #include <QStylePainter>
 
@@ -66,10 +68,7 @@ void ImageButton::paintEvent(QPaintEvent *event)
         static_cast<int>((horizontal & Qt::AlignHorizontal_Mask) | Qt::AlignVCenter | Qt::AlignAbsolute)
             | mnemonic,
         option.palette, isEnabled(), text(), QPalette::ButtonText);
-    if (option.state.testFlag(QStyle::State_HasFocus)) {
-        QStyleOptionFocusRect focus;
-        focus.initFrom(this);
-        focus.rect = style()->subElementRect(QStyle::SE_PushButtonFocusRect, &option, this);
-        painter.drawPrimitive(QStyle::PE_FrameFocusRect, focus);
-    }
+    if (option.state.testFlag(QStyle::State_HasFocus))
+        drawFocusFrame(
+            painter, *this, style()->subElementRect(QStyle::SE_PushButtonFocusRect, &option, this));
 }

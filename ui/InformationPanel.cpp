@@ -226,6 +226,9 @@ void ZorvexDiskManagerAppDelegate::outlineViewSelectionDidChange()
     bool canFormat = false;
     setSelectable(infoNameLabel, disk != nullptr);
     setSelectable(infoDiskSpaceLabel, disk != nullptr);
+    // A name may be cut. What to do first may not: where it needs a second line it has that of the space.
+    infoNameLabel->setWordWrap(!disk);
+    infoDiskSpaceLabel->setVisible(disk != nullptr);
     if (disk) {
         texts = textsOf(*disk);
         infoBigImageField->setPixmap(getUIImageforDisk(*disk, true).value_or(QPixmap()));
@@ -244,10 +247,13 @@ void ZorvexDiskManagerAppDelegate::outlineViewSelectionDidChange()
     setValue(infoNameLabel, texts.name);
     setValue(infoDiskSpaceLabel, texts.space);
     infoDiskSpaceLabel->setToolTip(texts.spaceToolTip);
-    if (disk && disk->volumePath)
+    if (disk && disk->volumePath) {
         makeHyperlink(infoMountedPathView, disk->volumePath->toLocalFile(), *disk->volumePath);
-    else
+        infoMountedPathView->setAccessibleDescription(localizedString("MOUNT_PATH_LINK_DESCRIPTION"));
+    } else {
         infoMountedPathView->clearLink();
+        infoMountedPathView->setAccessibleDescription({});
+    }
     updateTabs(disk.get(), canFormat);
     updateOperationBars(disk.get());
     setValue(filesystemLabel, texts.filesystem);

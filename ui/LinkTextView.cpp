@@ -5,6 +5,7 @@
 
 #include <QAbstractTextDocumentLayout>
 #include <QKeyEvent>
+#include <QMimeData>
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextOption>
@@ -127,4 +128,17 @@ void LinkTextView::keyPressEvent(QKeyEvent *event)
     cursor.setPosition(1);
     setTextCursor(cursor);
     Q_EMIT selectionDidChange();
+}
+
+// What is copied or dragged away is pasted where a path is wanted, and nobody sees that it has controls.
+QMimeData *LinkTextView::createMimeDataFromSelection() const
+{
+    const QTextCursor selected = textCursor();
+    QTextCursor link(document());
+    link.setPosition(std::max(selected.selectionStart(), 1));
+    link.setPosition(
+        std::min(selected.selectionEnd(), static_cast<int>(textLength()) - 1), QTextCursor::KeepAnchor);
+    auto *copied = new QMimeData;
+    copied->setText(link.selectedText().replace(QChar::ParagraphSeparator, u'\n'));
+    return copied;
 }

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
 // A read-only line of text that can be styled as a link. It does not know what it links to: it reports where
-// it is clicked as a change of its selection. Main thread only.
+// it is clicked as a change of its selection. Its first and its last character are controls that keep its
+// direction: they count in positions, and are left out of what is copied. Main thread only.
 #pragma once
 
 #include <QTextEdit>
@@ -19,7 +20,8 @@ public:
 
     explicit LinkTextView(QWidget *parent = nullptr);
 
-    // Replaces the text; it is underlined and drawn in this colour and font, under a pointing hand.
+    // Replaces the text, which stands between its controls; it is underlined and drawn in this colour and
+    // font, under a pointing hand.
     void setLink(const QString &text, const QColor &color, const QFont &linkFont);
 
     void clearLink();
@@ -41,6 +43,7 @@ protected:
     void changeEvent(QEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    QMimeData *createMimeDataFromSelection() const override;
 
 private:
     QString m_text; // of the link that is shown; empty for none

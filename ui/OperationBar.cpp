@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "ui/OperationBar.h"
 
+#include "ui/ElidingLabel.h"
+
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QProgressBar>
 
 OperationBar::OperationBar(QWidget *parent)
     : QWidget(parent)
-    , m_label(new QLabel(this))
+    , m_label(new ElidingLabel(this))
     , m_bar(new QProgressBar(this))
 {
-    m_label->setTextFormat(Qt::PlainText);
     m_label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     m_bar->setTextVisible(true);
     auto *layout = new QHBoxLayout(this);

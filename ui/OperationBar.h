@@ -8,7 +8,7 @@
 
 #include <optional>
 
-class QLabel;
+class ElidingLabel;
 class QProgressBar;
 
 class OperationBar : public QWidget
@@ -23,6 +23,6 @@ public:
     void setOperation(const QString &text, std::optional<int> percentage);
 
 private:
-    QLabel *m_label;
+    ElidingLabel *m_label;
     QProgressBar *m_bar;
 };

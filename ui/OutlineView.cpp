@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/OutlineView.h"
 
+#include "ui/focus_frame.h"
 #include "ui/ImageAndTextCell.h"
 #include "ui/OutlineModel.h"
 #include "ui/tool_tips.h"
@@ -258,12 +259,8 @@ void OutlineView::drawRow(
         style()->drawPrimitive(QStyle::PE_IndicatorBranch, &branch, painter, this);
     }
     itemDelegate()->paint(painter, rowOption, index);
-    if (rowOption.state.testFlag(QStyle::State_HasFocus)) {
-        QStyleOptionFocusRect focus;
-        focus.initFrom(this);
-        focus.rect = rowOption.rect;
-        style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, painter, this);
-    }
+    if (rowOption.state.testFlag(QStyle::State_HasFocus))
+        drawFocusFrame(*painter, *this, rowOption.rect);
 }
 
 QModelIndex OutlineView::triangleAt(const QPoint &position) const

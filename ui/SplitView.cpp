@@ -2,10 +2,12 @@
 #include "ui/SplitView.h"
 
 #include "platform/Localization.h"
+#include "ui/focus_frame.h"
 #include "ui/outline_rules.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QResizeEvent>
 
 #include <algorithm>
@@ -26,6 +28,15 @@ public:
     }
 
 protected:
+    void paintEvent(QPaintEvent *event) override
+    {
+        QSplitterHandle::paintEvent(event);
+        if (!hasFocus())
+            return;
+        QPainter painter(this);
+        drawFocusFrame(painter, *this, rect());
+    }
+
     void mousePressEvent(QMouseEvent *event) override { m_grabbedAt = event->position().toPoint().x(); }
 
     void mouseMoveEvent(QMouseEvent *event) override

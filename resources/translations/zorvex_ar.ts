@@ -96,7 +96,7 @@ Mounts, formats, checks and repairs disks and volumes.</source>
     <message id="USER_MANUAL_NOT_FOUND_TEXT">
         <source>Either the manual is not installed, or there is no program that can show PDF documents.</source>
         <extracomment>Text of the message when Help &gt; User Manual fails.</extracomment>
-        <translation>إما أن الدليل غير مثبّت، أو لا يوجد برنامج يستطيع عرض مستندات PDF.</translation>
+        <translation>إما أن الدليل غير مثبّت، أو أنه لا يوجد برنامج يستطيع عرض مستندات PDF.</translation>
     </message>
     <message id="DISK_TREE_ACCESSIBLE_NAME">
         <source>Disks and volumes</source>
@@ -211,12 +211,17 @@ Mounts, formats, checks and repairs disks and volumes.</source>
     <message id="MOUNTED_AT_CAPTION">
         <source>Mounted at:</source>
         <extracomment>Caption of a property: the folder in which the files of the volume are found, shown as a link.</extracomment>
-        <translation>موصول في:</translation>
+        <translation>نقطة الوصل:</translation>
     </message>
     <message id="MOUNT_PATH_ACCESSIBLE_NAME">
         <source>Mount point</source>
         <extracomment>What a screen reader calls the link to the folder at which the volume is mounted.</extracomment>
         <translation>نقطة الوصل</translation>
+    </message>
+    <message id="MOUNT_PATH_LINK_DESCRIPTION">
+        <source>Link: opens the file manager</source>
+        <extracomment>Said by a screen reader after the mount point while it is shown as a link: what following it does.</extracomment>
+        <translation>رابط: يفتح مدير الملفات</translation>
     </message>
     <message id="DEVICE_NODE_TOOL_TIP_FMT">
         <source>Device node: %@</source>

@@ -156,7 +156,7 @@ Mounts, formats, checks and repairs disks and volumes.</source>
     <message id="SELECT_A_DISK_TEXT">
         <source>Select a disk or volume</source>
         <extracomment>Shown in place of the name while nothing is selected in the tree.</extracomment>
-        <translation>ディスクまたはボリュームを選択してください</translation>
+        <translation>ディスクかボリュームを選択</translation>
     </message>
     <message id="MOUNT_BUTTON_TITLE">
         <source>&amp;Mount</source>
@@ -217,6 +217,11 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <source>Mount point</source>
         <extracomment>What a screen reader calls the link to the folder at which the volume is mounted.</extracomment>
         <translation>マウントポイント</translation>
+    </message>
+    <message id="MOUNT_PATH_LINK_DESCRIPTION">
+        <source>Link: opens the file manager</source>
+        <extracomment>Said by a screen reader after the mount point while it is shown as a link: what following it does.</extracomment>
+        <translation>リンク: ファイルマネージャーを開きます</translation>
     </message>
     <message id="DEVICE_NODE_TOOL_TIP_FMT">
         <source>Device node: %@</source>

@@ -218,6 +218,11 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <extracomment>What a screen reader calls the link to the folder at which the volume is mounted.</extracomment>
         <translation>마운트 지점</translation>
     </message>
+    <message id="MOUNT_PATH_LINK_DESCRIPTION">
+        <source>Link: opens the file manager</source>
+        <extracomment>Said by a screen reader after the mount point while it is shown as a link: what following it does.</extracomment>
+        <translation>링크: 파일 관리자를 엽니다</translation>
+    </message>
     <message id="DEVICE_NODE_TOOL_TIP_FMT">
         <source>Device node: %@</source>
         <extracomment>Tool tip of the device name. %@ is the system&apos;s name of the device, such as /dev/sda1.</extracomment>

@@ -218,6 +218,11 @@ Monta, formata, verifica e repara discos e volumes.</translation>
         <extracomment>What a screen reader calls the link to the folder at which the volume is mounted.</extracomment>
         <translation>Ponto de montagem</translation>
     </message>
+    <message id="MOUNT_PATH_LINK_DESCRIPTION">
+        <source>Link: opens the file manager</source>
+        <extracomment>Said by a screen reader after the mount point while it is shown as a link: what following it does.</extracomment>
+        <translation>Link: abre o gerenciador de arquivos</translation>
+    </message>
     <message id="DEVICE_NODE_TOOL_TIP_FMT">
         <source>Device node: %@</source>
         <extracomment>Tool tip of the device name. %@ is the system&apos;s name of the device, such as /dev/sda1.</extracomment>
@@ -316,7 +321,7 @@ Monta, formata, verifica e repara discos e volumes.</translation>
     <message id="FORMAT_FILESYSTEM_PLACEHOLDER">
         <source>Choose a file system</source>
         <extracomment>Shown in the menu of file systems on the Format page while none is chosen.</extracomment>
-        <translation>Escolha um sistema de arquivos</translation>
+        <translation>Escolha o sistema de arquivos</translation>
     </message>
     <message id="FORMAT_LABEL_CAPTION">
         <source>Volume &amp;label:</source>

@@ -7,6 +7,7 @@
 #include "ui/ElidingLabel.h"
 #include "ui/ImageButton.h"
 #include "ui/LinkTextView.h"
+#include "ui/OperationBar.h"
 #include "ui/OutlineView.h"
 
 #include <QApplication>
@@ -14,6 +15,7 @@
 #include <QHelpEvent>
 #include <QMenu>
 #include <QMenuBar>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QTest>
 #include <QTextDocument>
@@ -83,6 +85,7 @@ private Q_SLOTS:
     void rowSaysWhatItIs();
     void rowHasItsWholeNameAndStateAsToolTip();
     void cutValueIsItsToolTip();
+    void cutValueShowsFocusAndSelection();
     void dividerSaysWhatItIs();
     void iconIsDescribed();
     void menuItemsFollowTheirButtons();
@@ -146,12 +149,42 @@ void TestEveryone::cutValueIsItsToolTip()
     test.service.changeDisk(volume);
     QCOMPARE(label->text(), longName);
     QCOMPARE(toolTipAt(label, label->rect().center()), longName);
+    test.controller().rightTabView->setCurrentWidget(test.controller().maintenanceTab);
+    test.controller().maintenanceOperationBar->setOperation(longName, 42);
+    QCoreApplication::processEvents();
+    auto *const activity = test.controller().maintenanceOperationBar->findChild<QLabel *>();
+    QVERIFY(activity->isVisible());
+    QCOMPARE(toolTipAt(activity, activity->rect().center()), longName);
     for (const QLabel *value : { test.controller().infoDiskSpaceLabel, test.controller().filesystemLabel,
              test.controller().bsdNameLabel, test.controller().deviceNodeLabel,
              test.controller().wholeDeviceLabel, test.controller().removableLabel,
              test.controller().contentHintLabel, test.controller().ejectableLabel,
              test.controller().preferredBlockSizeLabel })
         QVERIFY2(qobject_cast<const ElidingLabel *>(value), qPrintable(value->objectName()));
+}
+
+void TestEveryone::cutValueShowsFocusAndSelection()
+{
+    QApplication::setStyle(QStringLiteral("Fusion"));
+    TestController test;
+    test.launch();
+    const MemoryDiskRef volume = mountedVolume();
+    volume->description->insert(DAKey::volumeName, QString(300, u'x'));
+    test.add(volume);
+    test.select(QStringLiteral("disk2s1"));
+    test.window().activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&test.window()));
+    auto *const name = qobject_cast<ElidingLabel *>(test.controller().infoNameLabel);
+    QVERIFY(name->isCut());
+    const QImage plain = name->grab().toImage();
+    test.controller().rightTabView->tabBar()->setFocus();
+    QTest::keyClick(test.window().windowHandle(), Qt::Key_Tab);
+    QCOMPARE(QApplication::focusWidget(), name);
+    const QImage focused = name->grab().toImage();
+    QVERIFY(focused != plain);
+    actionOf(test, QStringLiteral("actionSelectAll"))->trigger();
+    QVERIFY(name->hasSelectedText());
+    QVERIFY(name->grab().toImage() != focused);
 }
 
 void TestEveryone::dividerSaysWhatItIs()

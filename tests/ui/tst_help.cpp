@@ -8,7 +8,10 @@
 #include "ui/LinkTextView.h"
 #include "ui/OutlineView.h"
 
+#include <QAccessible>
 #include <QAction>
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QTest>
 #include <QTextBlock>
@@ -22,6 +25,7 @@ class TestHelp : public QObject
 private Q_SLOTS:
     void linkHoldsThePathBetweenControls();
     void linkIsStyled();
+    void linkIsToldAsOne();
     void linkColorByGeneration_data();
     void linkColorByGeneration();
     void linkIsBlueWhenTheReleaseCannotBeHad();
@@ -34,6 +38,7 @@ private Q_SLOTS:
     void clickWorksWhileThePanelIsRefreshed();
     void clickWithNothingSelectedDoesNothing();
     void returnKeyOpensTheVolume();
+    void pathIsCopiedWithoutItsControls();
     void failingFileManagerIsLogged();
     void hostilePathIsPlain();
     void manualIsOpened();
@@ -108,6 +113,17 @@ void TestHelp::linkIsStyled()
     test->select(u"disk2"_s);
     QCOMPARE(view->toPlainText(), QString());
     QVERIFY(view->viewport()->cursor().shape() != Qt::PointingHandCursor);
+}
+
+void TestHelp::linkIsToldAsOne()
+{
+    const auto test = withMountedVolume();
+    QAccessibleInterface *const told
+        = QAccessible::queryAccessibleInterface(test->controller().infoMountedPathView);
+    QCOMPARE(told->text(QAccessible::Name), u"Mount point"_s);
+    QCOMPARE(told->text(QAccessible::Description), u"Link: opens the file manager"_s);
+    test->select(u"disk2"_s);
+    QCOMPARE(told->text(QAccessible::Description), QString());
 }
 
 void TestHelp::linkColorByGeneration_data()
@@ -231,6 +247,31 @@ void TestHelp::returnKeyOpensTheVolume()
     QCOMPARE(test->workspace->folders, QStringList { u"/Volumes/X"_s });
 }
 
+void TestHelp::pathIsCopiedWithoutItsControls()
+{
+    const auto test = withMountedVolume(u"/Volumes/X\u00A0Y"_s);
+    LinkTextView *const view = test->controller().infoMountedPathView;
+    const QClipboard *const clipboard = QGuiApplication::clipboard();
+    test->window().activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&test->window()));
+    view->setFocus();
+    QTest::keyClick(test->window().windowHandle(), Qt::Key_A, Qt::ControlModifier);
+    QCOMPARE(view->selection().length, view->textLength());
+    QTest::keyClick(test->window().windowHandle(), Qt::Key_C, Qt::ControlModifier);
+    QCOMPARE(clipboard->text(), u"/Volumes/X\u00A0Y"_s);
+    QTextCursor cursor = view->textCursor();
+    cursor.setPosition(2);
+    cursor.setPosition(9, QTextCursor::KeepAnchor);
+    view->setTextCursor(cursor);
+    view->copy();
+    QCOMPARE(clipboard->text(), u"Volumes"_s);
+    cursor.setPosition(0);
+    cursor.setPosition(1, QTextCursor::KeepAnchor);
+    view->setTextCursor(cursor);
+    view->copy();
+    QCOMPARE(clipboard->text(), QString());
+}
+
 void TestHelp::failingFileManagerIsLogged()
 {
     const auto test = withMountedVolume();
@@ -282,11 +323,15 @@ void TestHelp::missingManualIsAlertedOnce()
 
 void TestHelp::aboutBox()
 {
+    QCoreApplication::setApplicationVersion(u"12.34.56"_s);
     TestController test;
     test.launch();
     test.window().findChild<QAction *>(u"actionAbout"_s)->trigger();
     QCOMPARE(test.sheets().size(), 1);
     QCOMPARE(test.sheets().constFirst()->text(), localizedString("WINDOW_TITLE"));
+    const QString text = test.sheets().constFirst()->informativeText();
+    QVERIFY2(text.contains(u"12.34.56"_s), qPrintable(text));
+    QVERIFY2(!text.contains(u"%@"_s), qPrintable(text));
     QVERIFY(!test.controller().alertInProgress);
 }
 

@@ -16,6 +16,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
+#include <QScreen>
 #include <QStyle>
 #include <QStyleOptionComboBox>
 #include <QTabBar>
@@ -91,19 +92,32 @@ bool isInsideOfAncestors(const QWidget *widget)
     return true;
 }
 
+// The system's name of a disk may be any length: it ends in dots, with the whole in a tool tip. Every other
+// name is short enough here.
+bool holdsName(const QLabel &label)
+{
+    return label.objectName() == QLatin1String("deviceNodeLabel");
+}
+
+bool isWhole(const QLabel &label)
+{
+    const QRect room = label.contentsRect();
+    const int flags = Qt::TextShowMnemonic | (label.wordWrap() ? Qt::TextWordWrap : 0);
+    const QRect needed
+        = label.fontMetrics().boundingRect(QRect(0, 0, room.width(), 10000), flags, label.text());
+    // Lines of several scripts differ in height: the label knows them.
+    const int neededHeight = label.wordWrap() ? label.heightForWidth(label.width()) : needed.height();
+    const int height = label.wordWrap() ? label.height() : room.height();
+    return height >= neededHeight && (room.width() >= needed.width() || holdsName(label));
+}
+
 QStringList cutLabels(const QWidget &window)
 {
     QStringList cut;
     for (const QLabel *label : window.findChildren<QLabel *>()) {
         if (!label->isVisible() || label->text().isEmpty())
             continue;
-        const QSize needed = label->fontMetrics().size(Qt::TextShowMnemonic, label->text());
-        const QSize room = label->contentsRect().size();
-        // Values from the disks may be any length: they end in dots, with the whole in a tool tip.
-        const bool fits = room.height() >= needed.height()
-            && (room.width() >= needed.width() || qobject_cast<const ElidingLabel *>(label)
-                || label->wordWrap());
-        if (!fits || !isInsideOfAncestors(label))
+        if (!isWhole(*label) || !isInsideOfAncestors(label))
             cut.append(described(label, label->text()));
     }
     return cut;
@@ -151,10 +165,20 @@ QStringList cutMenu(const QComboBox &menu)
         return {};
     QStyleOptionComboBox option;
     option.initFrom(&menu);
-    const QRect field
-        = menu.style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, &menu);
-    const int needed = menu.fontMetrics().horizontalAdvance(menu.currentText());
-    return field.width() >= needed ? QStringList() : QStringList(described(&menu, menu.currentText()));
+    option.frame = menu.hasFrame();
+    const int room = menu.style()
+                         ->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, &menu)
+                         .width();
+    QStringList cut;
+    const auto check = [&](const QString &text, int iconWidth) {
+        const int needed = menu.fontMetrics().horizontalAdvance(text) + iconWidth + 2;
+        if (text.isEmpty() || room < needed)
+            cut.append(QStringLiteral("\"%1\" has %2, needs %3").arg(text).arg(room).arg(needed));
+    };
+    check(menu.placeholderText(), 0);
+    for (int i = 0; i < menu.count(); ++i)
+        check(menu.itemText(i), menu.itemIcon(i).isNull() ? 0 : menu.iconSize().width() + 4);
+    return cut;
 }
 
 QStringList cutTexts(TestController &test)
@@ -163,6 +187,61 @@ QStringList cutTexts(TestController &test)
     return cutLabels(test.window()) + cutButtons(test.window())
         + cutBars(test.window(), *controller.rightTabView)
         + cutMenu(*controller.formatFilesystemsPopupButton);
+}
+
+// From the last tab to the first.
+QStringList cutTextsOfEveryTab(TestController &test)
+{
+    QStringList cut;
+    QTabWidget *const tabs = test.controller().rightTabView;
+    for (int i = tabs->count() - 1; i >= 0; --i) {
+        tabs->setCurrentIndex(i);
+        QCoreApplication::processEvents();
+        cut += cutTexts(test);
+    }
+    return cut;
+}
+
+// The sheet is as large as its texts, and not larger than the screen that it is shown on.
+QStringList cutTextsOfSheet(TestController &test)
+{
+    const AlertSheet *const sheet = test.sheets().constFirst();
+    QCoreApplication::processEvents();
+    QStringList cut = cutLabels(*sheet) + cutButtons(*sheet);
+    if (!sheet->screen()->availableGeometry().contains(sheet->geometry()))
+        cut.append(described(sheet, sheet->text()));
+    return cut;
+}
+
+// What the window can show: which disk is selected, and what is done with it.
+struct State
+{
+    const char *name;
+    const char *disk; // empty for none
+    RunningOperation operation = RunningOperation::None;
+};
+
+constexpr State states[] = {
+    { "nothing", "" },
+    { "disk", "disk2" },
+    { "unmounted", "disk2s1" },
+    { "mounted", "disk2s2" },
+    { "formatting", "disk2s2", RunningOperation::Format },
+    { "checking", "disk2s2", RunningOperation::Check },
+    { "repairing", "disk2s2", RunningOperation::Repair },
+};
+
+void show(TestController &test, const State &state)
+{
+    const OutlineItem busy = test.recordOf(QStringLiteral("disk2s2"));
+    const bool isBusy = state.operation != RunningOperation::None;
+    busy->runningOperation = state.operation;
+    busy->operationInProgress = isBusy;
+    busy->operationInProgressShowFormatTab = isBusy;
+    busy->operationInProgressShowMaintenanceTab = isBusy;
+    test.controller().leftOutlineView->selectRow(-1);
+    if (*state.disk)
+        test.select(QLatin1String(state.disk));
 }
 
 } // namespace
@@ -186,6 +265,8 @@ private Q_SLOTS:
     void cleanup();
 
 private:
+    void useFontOf(int percentage) const;
+
     QPalette m_lightPalette;
     QFont m_font;
 };
@@ -202,6 +283,14 @@ void TestPictures::cleanup()
 {
     QApplication::setPalette(m_lightPalette);
     QApplication::setFont(m_font);
+}
+
+// The font that users have, in this share of its size.
+void TestPictures::useFontOf(int percentage) const
+{
+    QFont font = m_font;
+    font.setPointSizeF(m_font.pointSizeF() * percentage / 100);
+    QApplication::setFont(font);
 }
 
 void TestPictures::takesPictures_data()
@@ -255,30 +344,24 @@ void TestPictures::cutsNoText()
 {
     QFETCH(const QString, language);
     QFETCH(const int, percentage);
-    QFont font = m_font;
-    font.setPointSizeF(m_font.pointSizeF() * percentage / 100);
-    QApplication::setFont(font);
+    useFontOf(percentage);
     TestController test(language);
     showDisks(test);
-    const ZorvexDiskManagerAppDelegate &controller = test.controller();
-    for (const QSize &size : { QSize(800, 450), QSize(720, 420) }) {
+    const QSize smallest(720, 420);
+    const QDir folder(QStringLiteral(ZORVEX_PICTURES));
+    QVERIFY(folder.mkpath(QStringLiteral(".")));
+    for (const QSize &size : { QSize(800, 450), smallest }) {
         test.window().resize(size);
         QCOMPARE(test.window().size(), size);
-        for (const QString &disk :
-            { QStringLiteral("disk2"), QStringLiteral("disk2s1"), QStringLiteral("disk2s2") }) {
-            test.select(disk);
-            for (int i = 0; i < controller.rightTabView->count(); ++i) {
-                controller.rightTabView->setCurrentIndex(i);
-                QCoreApplication::processEvents();
-                if (i == 0 && size.width() == 720) {
-                    QDir().mkpath(QStringLiteral(ZORVEX_PICTURES));
-                    test.window().grab().save(
-                        QDir(QStringLiteral(ZORVEX_PICTURES))
-                            .filePath(QStringLiteral("%1-smallest-%2%.png").arg(language).arg(percentage)));
-                }
-                const QStringList cut = cutTexts(test);
-                QVERIFY2(cut.isEmpty(), qPrintable(cut.join(u'\n')));
-            }
+        for (const State &state : states) {
+            show(test, state);
+            const QStringList cut = cutTextsOfEveryTab(test);
+            QVERIFY2(cut.isEmpty(), qPrintable(cut.join(u'\n')));
+            // One look at the tightest case.
+            if (size == smallest && percentage > 100 && state.operation == RunningOperation::None)
+                test.window().grab().save(folder.filePath(QStringLiteral("%1-smallest-%2-%3%.png")
+                                                              .arg(language, QLatin1String(state.name))
+                                                              .arg(percentage)));
         }
     }
 }
@@ -341,31 +424,51 @@ void TestPictures::menuFits()
 
 void TestPictures::sheetsFit_data()
 {
-    takesPictures_data();
+    cutsNoText_data();
 }
 
+// The question before a format, and the one whether to use force, for a volume and for a whole disk.
 void TestPictures::sheetsFit()
 {
     QFETCH(const QString, language);
-    QFETCH(const bool, isDark);
-    QApplication::setPalette(isDark ? darkPalette() : m_lightPalette);
+    QFETCH(const int, percentage);
+    useFontOf(percentage);
     TestController test(language);
     showDisks(test);
-    QComboBox *const fileSystems = test.controller().formatFilesystemsPopupButton;
+    ZorvexDiskManagerAppDelegate &controller = test.controller();
+    const auto look = [&](const char *name) {
+        const QStringList cut = cutTextsOfSheet(test);
+        const QString file = QStringLiteral("%1-%2-%3%@%4x.png")
+                                 .arg(language, QLatin1String(name))
+                                 .arg(percentage)
+                                 .arg(test.window().devicePixelRatio());
+        test.sheets().constFirst()->grab().save(QDir(QStringLiteral(ZORVEX_PICTURES)).filePath(file));
+        return cut;
+    };
+    QVERIFY(QDir().mkpath(QStringLiteral(ZORVEX_PICTURES)));
+
+    QComboBox *const fileSystems = controller.formatFilesystemsPopupButton;
     fileSystems->setCurrentIndex(fileSystems->findText(QStringLiteral("MS-DOS"), Qt::MatchStartsWith));
-    test.controller().formatButton->click();
+    controller.formatButton->click();
     QCOMPARE(test.sheets().size(), 1);
-    AlertSheet *const sheet = test.sheets().constFirst();
-    QVERIFY(sheet->informativeText().contains(QStringLiteral("/dev/nvme0n1p2")));
-    const QStringList cut = cutButtons(*sheet);
-    QVERIFY2(cut.isEmpty(), qPrintable(cut.join(u'\n')));
-    QVERIFY(sheet->grab().save(QDir(QStringLiteral(ZORVEX_PICTURES))
-                                   .filePath(QStringLiteral("%1-format-question@%2x.png")
-                                                 .arg(QString::fromLatin1(QTest::currentDataTag()))
-                                                 .arg(sheet->devicePixelRatio()))));
-    QTest::keyClick(sheet, Qt::Key_Escape);
+    QVERIFY(test.sheets().constFirst()->informativeText().contains(QStringLiteral("/dev/nvme0n1p2")));
+    QCOMPARE(look("format-question").join(u'\n'), QString());
+    QTest::keyClick(test.sheets().constFirst(), Qt::Key_Escape);
     QTRY_VERIFY(test.sheets().isEmpty());
     QVERIFY(!test.recordOf(QStringLiteral("disk2s2"))->operationInProgress);
+
+    for (const char *disk : { "disk2s2", "disk2" }) {
+        test.recordOf(QLatin1String(disk))->internal = 0;
+        test.select(QLatin1String(disk));
+        controller.mountUnmountButton->click();
+        QCOMPARE(test.service.requests().size(), std::size_t { 1 });
+        test.service.completeRequest(makeDissenter(DAReturn::Busy));
+        QCOMPARE(test.sheets().size(), 1);
+        QVERIFY(test.sheets().constFirst()->informativeText().contains(QLatin1String(disk)));
+        QCOMPARE(look(disk).join(u'\n'), QString());
+        QTest::keyClick(test.sheets().constFirst(), Qt::Key_Escape);
+        QTRY_VERIFY(test.sheets().isEmpty());
+    }
 }
 
 QTEST_MAIN(TestPictures)

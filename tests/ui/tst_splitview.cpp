@@ -3,6 +3,7 @@
 // The divider and the panes of a real split view.
 #include "tests/support/TestController.h"
 
+#include <QApplication>
 #include <QTabWidget>
 #include <QTest>
 
@@ -19,6 +20,7 @@ private Q_SLOTS:
     void dividerStopsAtItsLimits_data();
     void dividerStopsAtItsLimits();
     void keyboardMovesTheDivider();
+    void dividerShowsThatItHasTheFocus();
 };
 
 namespace {
@@ -137,6 +139,26 @@ void TestSplitView::keyboardMovesTheDivider()
             QTest::keyClick(divider, Qt::Key_Left);
         QCOMPARE(divider->x(), isMirrored ? 400 : 200);
     }
+}
+
+void TestSplitView::dividerShowsThatItHasTheFocus()
+{
+    QApplication::setStyle(u"Fusion"_s);
+    TestController test;
+    test.launch();
+    test.window().activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&test.window()));
+    QWidget *const divider = test.controller().mainSplitView->handle(1);
+    const QImage plain = divider->grab().toImage();
+    divider->setFocus(Qt::TabFocusReason);
+    // The keyboard is in use: only then a style marks the focus.
+    QTest::keyClick(test.window().windowHandle(), Qt::Key_Tab);
+    QTest::keyClick(test.window().windowHandle(), Qt::Key_Backtab, Qt::ShiftModifier);
+    QCOMPARE(QApplication::focusWidget(), divider);
+    QVERIFY(divider->grab().toImage() != plain);
+    QTest::keyClick(test.window().windowHandle(), Qt::Key_Tab);
+    QVERIFY(!divider->hasFocus());
+    QCOMPARE(divider->grab().toImage(), plain);
 }
 
 QTEST_MAIN(TestSplitView)
