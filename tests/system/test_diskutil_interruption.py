@@ -3,7 +3,6 @@
 ends by itself."""
 
 import os
-import plistlib
 import select
 import shutil
 import signal
@@ -16,11 +15,8 @@ import diskutil_case as case  # noqa: E402
 from diskutil_case import DISKUTIL, DiskutilCase, diskutil  # noqa: E402
 from loop_disk import LIMIT  # noqa: E402
 
-BUNDLE = "/Library/Filesystems/endless.fs"
-
 # The shell stays the parent of the program that works, as in the bundles that translate its exit status.
-CHECKER = """#!/bin/sh
-{prologue}
+CHECKER = """{prologue}
 sh -c 'echo "working as $$"; exec tail -f /dev/null'
 exit 0
 """
@@ -33,20 +29,8 @@ class Interruption(DiskutilCase):
         self.node = self.disk.partitions[0]
         self.erase(self.disk, self.node, "ext2", "Endless")
 
-    def install_bundle(self, prologue=""):
-        resources = f"{BUNDLE}/Contents/Resources"
-        os.makedirs(resources)
-        self.addCleanup(shutil.rmtree, BUNDLE, ignore_errors=True)
-        with open(f"{BUNDLE}/Contents/Info.plist", "wb") as file:
-            plistlib.dump({
-                "CFBundleIdentifier": "org.zorvex.test.endless",
-                "FSPersonalities": {"Endless": {"FSVerificationExecutable": "work", "FSFormatExecutable": "work"}},
-                "FSLinuxTypes": ["ext2"],
-                "FSProbeOrder": 1,
-            }, file)
-        with open(f"{resources}/work", "w") as file:
-            file.write(CHECKER.format(prologue=prologue))
-        os.chmod(f"{resources}/work", 0o755)
+    def install_endless(self, prologue=""):
+        return self.install_bundle("endless", CHECKER.format(prologue=prologue), "ext2", FSFormatExecutable="work")
 
     def start(self, *arguments):
         """Starts diskutil, and returns it with a descriptor of the process that works for it."""
@@ -66,7 +50,7 @@ class Interruption(DiskutilCase):
         self.assertTrue(select.select([worker], [], [], LIMIT)[0], "the checker is still at work")
 
     def test_signals(self):
-        self.install_bundle()
+        self.install_endless()
         for number in [signal.SIGINT, signal.SIGTERM, signal.SIGHUP]:
             with self.subTest(number):
                 process, worker = self.start("verifyVolume")
@@ -76,28 +60,29 @@ class Interruption(DiskutilCase):
                 self.assertRegex(process.stderr.read(), rb"interrupted.*\n.*was stopped\n")
 
     def test_an_erase_is_stopped_as_well(self):
-        self.install_bundle()
+        self.install_endless()
         process, worker = self.start("eraseVolume", "Endless", "Name")
         process.terminate()
         self.assertEqual(process.wait(LIMIT), case.INTERRUPTED)
         self.assert_ended(worker)
+        self.assertRegex(process.stderr.read(), rb"was stopped; what was on disk\d+s1 is lost\n")
 
     def test_a_reader_that_goes(self):
-        self.install_bundle()
+        self.install_endless()
         process, worker = self.start("verifyVolume")
         process.stdout.close()
         self.assertEqual(process.wait(LIMIT), case.INTERRUPTED)
         self.assert_ended(worker)
 
     def test_a_checker_that_does_not_listen_is_killed(self):
-        self.install_bundle("trap '' TERM")
+        self.install_endless("trap '' TERM")
         process, worker = self.start("verifyVolume")
         process.terminate()
         self.assertEqual(process.wait(LIMIT), case.INTERRUPTED)
         self.assert_ended(worker)
 
     def test_nothing_survives_a_diskutil_that_is_killed(self):
-        self.install_bundle()
+        self.install_endless()
         for arguments in [["verifyVolume"], ["eraseVolume", "Endless", "Name"]]:
             with self.subTest(arguments):
                 process, worker = self.start(*arguments)
@@ -106,7 +91,7 @@ class Interruption(DiskutilCase):
                 self.assert_ended(worker)
 
     def test_a_mounted_volume_is_mounted_again(self):
-        self.install_bundle()
+        self.install_endless()
         self.mount(self.node)
         process, worker = self.start("verifyVolume")
         self.assertFalse(self.service.is_mounted(self.node))
@@ -116,11 +101,11 @@ class Interruption(DiskutilCase):
         self.assertTrue(self.service.is_mounted(self.node))
 
     def test_exit_statuses_of_a_bundle(self):
-        for status, wanted in [(0, case.SUCCESS), (8, case.ERRORS_FOUND), (1, 18), (2, 18)]:
+        for status, wanted in [(0, case.SUCCESS), (8, case.ERRORS_FOUND), (1, case.TOOL_FAILED), (2, case.TOOL_FAILED)]:
             with self.subTest(status):
-                self.install_bundle(f"exit {status}")
+                bundle = self.install_endless(f"exit {status}")
                 self.assert_exit(diskutil("verifyVolume", self.node), wanted)
-                shutil.rmtree(BUNDLE)
+                shutil.rmtree(bundle)
 
 
 if __name__ == "__main__":
