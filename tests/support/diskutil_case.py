@@ -3,6 +3,8 @@
 root folder that ZORVEX_ROOT names."""
 
 import os
+import plistlib
+import shutil
 import subprocess
 import unittest
 
@@ -28,6 +30,7 @@ READ_ONLY = 12
 UNTRUSTED_BUNDLE = 13
 NOT_PERMITTED = 14
 UNMOUNT_REFUSED = 16
+TOOL_FAILED = 18
 INTERRUPTED = 19
 
 
@@ -38,7 +41,7 @@ def diskutil(*arguments, **options):
 class DiskutilCase(unittest.TestCase):
     def setUp(self):
         if not os.path.isdir(os.path.join(ROOT, "System/Library/Filesystems/msdos.fs")):
-            self.skipTest("diskutil is not installed: not run inside tests/support/in-staged-root")
+            self.fail("diskutil is not installed: not run inside tests/support/in-staged-root")
         self.service = DiskService()
         self.addCleanup(self.service.close)
 
@@ -49,6 +52,24 @@ class DiskutilCase(unittest.TestCase):
 
     def assert_exit(self, result, status):
         self.assertEqual(result.returncode, status, f"{result.stdout}\n{result.stderr}")
+
+    def install_bundle(self, name, script, kind, **personality):
+        """Has a bundle with an executable "work" serve the volumes of a kind, before all others; returns its folder."""
+        bundle = f"/Library/Filesystems/{name}.fs"
+        resources = f"{bundle}/Contents/Resources"
+        os.makedirs(resources)
+        self.addCleanup(shutil.rmtree, bundle, ignore_errors=True)
+        with open(f"{bundle}/Contents/Info.plist", "wb") as file:
+            plistlib.dump({
+                "CFBundleIdentifier": f"org.example.{name}",
+                "FSPersonalities": {name.capitalize(): {"FSVerificationExecutable": "work", **personality}},
+                "FSLinuxTypes": [kind],
+                "FSProbeOrder": 1,
+            }, file)
+        with open(f"{resources}/work", "w") as file:
+            file.write(f"#!/bin/sh\n{script}")
+        os.chmod(f"{resources}/work", 0o755)
+        return bundle
 
     def erase(self, disk, node, file_system, name):
         """Makes a volume, and leaves it unmounted."""

@@ -2,37 +2,20 @@
 """A bundle whose executables never end by themselves, for tests that stop them. It serves ext2 volumes."""
 
 import os
-import plistlib
 import select
-import shutil
 
 from loop_disk import LIMIT
 
-BUNDLE = "/Library/Filesystems/endless.fs"
-
 # The shell stays the parent of the program that works, as in the bundles that translate its exit status.
-WORK = """#!/bin/sh
-{prologue}
+WORK = """{prologue}
 sh -c 'echo "working as $$"; exec tail -f /dev/null'
 exit 0
 """
 
 
 def install(test, prologue=""):
-    """Installs the bundle until the end of the test; the prologue is shell text that runs before it hangs."""
-    resources = f"{BUNDLE}/Contents/Resources"
-    os.makedirs(resources)
-    test.addCleanup(shutil.rmtree, BUNDLE, ignore_errors=True)
-    with open(f"{BUNDLE}/Contents/Info.plist", "wb") as file:
-        plistlib.dump({
-            "CFBundleIdentifier": "org.zorvex.test.endless",
-            "FSPersonalities": {"Endless": {"FSVerificationExecutable": "work", "FSFormatExecutable": "work"}},
-            "FSLinuxTypes": ["ext2"],
-            "FSProbeOrder": 1,
-        }, file)
-    with open(f"{resources}/work", "w") as file:
-        file.write(WORK.format(prologue=prologue))
-    os.chmod(f"{resources}/work", 0o755)
+    """Installs the bundle until the end of the test; the prologue is shell text that runs first. Returns its folder."""
+    return test.install_bundle("endless", WORK.format(prologue=prologue), "ext2", FSFormatExecutable="work")
 
 
 def worker_of(test, process):

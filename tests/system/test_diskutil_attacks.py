@@ -3,7 +3,6 @@
 bundles and devices that change between the look and the run. A second disk stands by, and stays as it is."""
 
 import os
-import plistlib
 import select
 import shutil
 import signal
@@ -22,8 +21,7 @@ BUNDLE = "/Library/Filesystems/witness.fs"
 RESOURCES = f"{BUNDLE}/Contents/Resources"
 
 # Tells what it was started with.
-WITNESS = """#!/bin/sh
-echo "arguments:$*"
+WITNESS = """echo "arguments:$*"
 env | sort | sed 's/^/env:/'
 for fd in 0 1 2 3 4 5 6 7 8 9 11 12 13 14 15 16 17 18 19; do [ ! -e "/proc/$$/fd/$fd" ] || echo "fd:$fd"; done
 [ /proc/$$/fd/0 -ef /dev/null ] && echo "input:empty"
@@ -53,19 +51,8 @@ class Attacks(DiskutilCase):
     def make_volume(self, file_system="ext4", name="Volume"):
         self.erase(self.disk, self.node, file_system, name)
 
-    def install_bundle(self, script=WITNESS, **personality):
-        os.makedirs(RESOURCES)
-        self.addCleanup(shutil.rmtree, BUNDLE, ignore_errors=True)
-        with open(f"{BUNDLE}/Contents/Info.plist", "wb") as file:
-            plistlib.dump({
-                "CFBundleIdentifier": "org.example.witness",
-                "FSPersonalities": {"Witness": {"FSVerificationExecutable": "work", **personality}},
-                "FSLinuxTypes": ["ext4"],
-                "FSProbeOrder": 1,
-            }, file)
-        with open(f"{RESOURCES}/work", "w") as file:
-            file.write(script)
-        os.chmod(f"{RESOURCES}/work", 0o755)
+    def install_witness(self, script=WITNESS, **personality):
+        self.install_bundle("witness", script, "ext4", **personality)
 
     def assert_refused(self, status, words, *arguments):
         before = self.disk.digest()
@@ -73,6 +60,18 @@ class Attacks(DiskutilCase):
         self.assert_exit(result, status)
         self.assertIn(words, result.stderr)
         self.assertEqual(self.disk.digest(), before, "a refused operation wrote to the disk")
+
+    def mount_over(self, file, other):
+        """Has the file stand in the place of another, for whoever is in the test's mount namespace."""
+        run("mount", "--bind", file, other)
+        self.addCleanup(run, "umount", other)
+
+    def put_over(self, program, script):
+        """Has a script stand in the place of a program."""
+        with open(f"{self.folder}/stand-in", "w") as file:
+            file.write(script)
+        os.chmod(f"{self.folder}/stand-in", 0o755)
+        self.mount_over(f"{self.folder}/stand-in", program)
 
     def mount_out_of_sight(self, options):
         """Mounts the volume where neither diskutil nor the disk service sees it, until its input ends."""
@@ -145,7 +144,7 @@ class Attacks(DiskutilCase):
 
     def test_links_and_copies_of_a_node_stand_for_the_node(self):
         self.make_volume()
-        self.install_bundle()
+        self.install_witness()
         link = tempfile.mktemp(dir="/dev/shm")
         os.symlink(self.node, link)
         self.addCleanup(os.unlink, link)
@@ -196,7 +195,7 @@ class Attacks(DiskutilCase):
 
     def test_a_tool_inherits_nothing_of_the_caller(self):
         self.make_volume()
-        self.install_bundle()
+        self.install_witness()
         environment = {"PATH": self.folder, "LD_LIBRARY_PATH": self.folder, "IFS": "/", "ENV": "/x", "BASH_ENV": "/x",
                        "PYTHONPATH": self.folder, "TMPDIR": self.folder, "MKE2FS_CONFIG": "/x", "LANG": "de_DE",
                        "HOME": self.folder}
@@ -228,7 +227,7 @@ class Attacks(DiskutilCase):
 
     def test_descriptors_that_are_missing(self):
         self.make_volume()
-        self.install_bundle()
+        self.install_witness()
         before = self.disk.digest()
         for closed in ["<&-", ">&-", "2>&-", "<&- >&- 2>&-"]:
             with self.subTest(closed):
@@ -241,7 +240,7 @@ class Attacks(DiskutilCase):
 
     def test_any_file_of_a_bundle_that_others_can_change(self):
         self.make_volume()
-        self.install_bundle()
+        self.install_witness()
         os.makedirs(f"{RESOURCES}/lib/deep")
         helper = f"{RESOURCES}/lib/deep/helper"
         for change, words in [
@@ -260,7 +259,7 @@ class Attacks(DiskutilCase):
 
     def test_a_bundle_that_is_a_link(self):
         self.make_volume()
-        self.install_bundle(FSFormatExecutable="work")
+        self.install_witness(FSFormatExecutable="work")
         shutil.move(BUNDLE, f"{self.folder}/witness.fs")
         os.symlink(f"{self.folder}/witness.fs", BUNDLE)
         self.addCleanup(os.unlink, BUNDLE)
@@ -271,13 +270,13 @@ class Attacks(DiskutilCase):
         self.make_volume()
         for name in ["../../../../../bin/true", "..", "", ".", "/bin/true", "work/../../../../../../bin/true"]:
             with self.subTest(name):
-                self.install_bundle(FSVerificationExecutable=name)
+                self.install_witness(FSVerificationExecutable=name)
                 self.assert_refused(case.NOT_SUPPORTED, "no installed file system verifies", "verifyVolume", self.node)
             shutil.rmtree(BUNDLE)
 
     def test_a_bundle_that_changes_after_the_look(self):
         self.make_volume()
-        self.install_bundle("#!/bin/sh\necho ran\n")
+        self.install_witness("echo ran\n")
         process = self.start_and_hold(["verifyVolume"])
         os.chmod(f"{RESOURCES}/work", 0o777)
         os.close(self.claim)
@@ -285,23 +284,42 @@ class Attacks(DiskutilCase):
         self.assertEqual(process.returncode, case.UNTRUSTED_BUNDLE, errors)
         self.assertNotIn(b"ran", output)
 
+    def test_a_bundle_that_changes_once_the_old_volume_is_gone(self):
+        self.make_volume()
+        self.install_witness(FSFormatExecutable="work")
+        wipefs = shutil.which("wipefs")
+        shutil.copy(wipefs, f"{self.folder}/wipefs")
+        self.put_over(wipefs, f"#!/bin/sh\n'{self.folder}/wipefs' \"$@\" && chmod 777 '{RESOURCES}/work'\n")
+        result = diskutil("eraseVolume", "Witness", "Name", self.node)
+        self.assert_exit(result, case.TOOL_FAILED)
+        self.assertIn("can be written", result.stderr)
+        self.assertIn(f"what was on {self.disk.bsd_name(self.node)} is lost", result.stderr)
+        self.assertNotIn("arguments:", result.stdout)
+        self.assertEqual(probe(self.node, "TYPE"), "")
+
     # The log
 
     def test_what_was_run_is_in_the_log(self):
         self.make_volume()
-        if os.path.exists("/dev/log"):
-            self.skipTest("the machine has a log of its own")
+        lines = []
         with socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM) as log:
-            log.bind("/dev/log")
-            self.addCleanup(os.unlink, "/dev/log")
-            self.make_volume("ext4", "a] [b 'c'")
-            lines = []
+            log.bind(f"{self.folder}/log")
+            self.mount_over(f"{self.folder}/log", self.log_socket())
+            self.make_volume("ext4", "a] [b \\ 'c'")
             while select.select([log], [], [], 0)[0]:
                 lines.append(log.recv(65536).decode())
         text = "\n".join(lines)
         self.assertIn("diskutil runs: [/System/Library/Filesystems/ext4.fs/Contents/Resources/format]", text)
-        self.assertIn(f"[-v] [a] [b 'c'] [{self.node}]", text)
+        self.assertIn(rf"[-v] [a\] \[b \\ 'c'] [{self.node}]", text)
         self.assertIn(f"[--all] [--quiet] [{self.node}]", text)
+
+    def log_socket(self):
+        """Where the machine's log listens, or could."""
+        path = os.path.realpath("/dev/log")
+        if not os.path.exists(path):
+            os.close(os.open(path, os.O_CREAT | os.O_EXCL))
+            self.addCleanup(os.unlink, path)
+        return path
 
 
 if __name__ == "__main__":

@@ -47,6 +47,7 @@ class Interruption(DiskutilCase):
         process.terminate()
         self.assertEqual(process.wait(LIMIT), case.INTERRUPTED)
         endless_bundle.assert_ended(self, worker)
+        self.assertRegex(process.stderr.read(), rb"was stopped; what was on disk\d+s1 is lost\n")
 
     def test_a_reader_that_goes(self):
         endless_bundle.install(self)
@@ -82,11 +83,11 @@ class Interruption(DiskutilCase):
         self.assertTrue(self.service.is_mounted(self.node))
 
     def test_exit_statuses_of_a_bundle(self):
-        for status, wanted in [(0, case.SUCCESS), (8, case.ERRORS_FOUND), (1, 18), (2, 18)]:
+        for status, wanted in [(0, case.SUCCESS), (8, case.ERRORS_FOUND), (1, case.TOOL_FAILED), (2, case.TOOL_FAILED)]:
             with self.subTest(status):
-                endless_bundle.install(self, f"exit {status}")
+                bundle = endless_bundle.install(self, f"exit {status}")
                 self.assert_exit(diskutil("verifyVolume", self.node), wanted)
-                shutil.rmtree(endless_bundle.BUNDLE)
+                shutil.rmtree(bundle)
 
 
 if __name__ == "__main__":

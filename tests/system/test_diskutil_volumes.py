@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: MIT
 """The life of a volume of each file system: made, checked, damaged, found damaged, mended."""
 
+import errno
 import os
 import struct
 import subprocess
@@ -127,6 +128,22 @@ class Volumes(DiskutilCase):
 
     def test_ntfs(self):
         self.life_of_volume("NTFS", 64, ("ntfs", "", "Größe 2"), lose_ntfs_mirror)
+
+    def test_a_full_ntfs_volume_is_sound(self):
+        disk = self.make_disk(16)
+        node = disk.partitions[0]
+        self.erase(disk, node, "NTFS", "Full")
+        self.mount(node)
+        folder = run("findmnt", "--noheadings", "--output", "TARGET", node).strip()
+        with open(os.path.join(folder, "fill"), "wb", buffering=0) as file:
+            try:
+                while file.write(bytes(1 << 20)):
+                    pass
+            except OSError as error:
+                self.assertEqual(error.errno, errno.ENOSPC)
+        self.assertEqual(os.statvfs(folder).f_bfree, 0)
+        self.unmount(node)
+        self.assert_exit(diskutil("verifyVolume", node), SUCCESS)
 
     def test_xfs(self):
         self.life_of_volume("XFS", 320, ("xfs", "", "Rows"), spoil_xfs_free_space)

@@ -102,6 +102,7 @@ private slots:
     void moreGroupsThanTheArrayHoldsLeadToElevation();
     void loginWithoutANameLeadsToElevation();
     void elevatedWordAmongOtherArgumentsIsNotLookedAt();
+    void otherArgumentsAreNotWhatTheActionIsFor();
     void elevatedWordAloneStartsTheInterface();
 
 private:
@@ -400,6 +401,20 @@ void ElevationTest::elevatedWordAmongOtherArgumentsIsNotLookedAt()
     startAs(process, { u"-elevated"_s, u"-elevated"_s });
     waitForSilentEnd(process);
     QCOMPARE(process.terminalOutput(), QByteArray("AuthorizationCopyRights failed with status: -60007\r\n"));
+}
+
+void ElevationTest::otherArgumentsAreNotWhatTheActionIsFor()
+{
+    PolkitAgent agent(m_bus, PolkitAgent::Answer::Dismiss);
+    UserProcess process(plainUser);
+    // pkexec asks for the process that has started it.
+    process.startHeld(
+        u"/bin/sh"_s, { u"-c"_s, u"pkexec --disable-internal-agent \"$0\" -reset; exit $?"_s, program });
+    QVERIFY(agent.registerFor(process.processId()));
+    process.release();
+    QTRY_COMPARE_WITH_TIMEOUT(process.state(), QProcess::NotRunning, startLimit);
+    QCOMPARE(agent.askedActions, QStringList { u"org.freedesktop.policykit.exec"_s });
+    QCOMPARE(process.exitCode(), 126); // the question was closed
 }
 
 void ElevationTest::elevatedWordAloneStartsTheInterface()

@@ -146,8 +146,8 @@ private:
 
 void TestServiceFaults::initTestCase()
 {
-    if (qgetenv("ZORVEX_PRIVATE_BUS").isEmpty())
-        QSKIP("not run inside tests/support/with-private-services");
+    QVERIFY2(!qEnvironmentVariableIsEmpty("ZORVEX_PRIVATE_BUS"),
+        "not run inside tests/support/with-private-services");
 }
 
 // An unmount, and an eject, begin with a mounted volume.

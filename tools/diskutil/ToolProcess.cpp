@@ -79,7 +79,6 @@ ToolProcess::ToolProcess(OutputHandler handler, QObject *parent)
     , m_handler(std::move(handler))
 {
     prepareProcess();
-    connect(&m_process, &QProcess::started, this, &ToolProcess::started);
     connect(&m_process, &QProcess::finished, this, &ToolProcess::programFinished);
     connect(&m_process, &QProcess::errorOccurred, this, &ToolProcess::programFailed);
 }

@@ -22,6 +22,9 @@ constexpr std::chrono::seconds newVolumeLimit { 5 };
 constexpr std::chrono::milliseconds claimStep { 50 };
 constexpr int mostClaimTries = 100;
 
+// A run that is to end waits this long for the disk service, which has no time limit otherwise.
+constexpr std::chrono::seconds interruptedServiceLimit { 5 };
+
 QString dissenterText(const DADissenterRef &dissenter)
 {
     if (dissenter->statusString)
@@ -29,12 +32,15 @@ QString dissenterText(const DADissenterRef &dissenter)
     return u"0x%1"_s.arg(dissenter->status, 8, 16, QLatin1Char('0'));
 }
 
-// Each word by itself, so that a name with spaces or quotes cannot pass for several.
+// Each word by itself, so that a name with spaces, quotes or brackets cannot pass for several.
 QString commandText(const ToolCommand &command)
 {
     QStringList words;
-    for (const QString &word : QStringList(command.program) + command.arguments)
+    for (QString word : QStringList(command.program) + command.arguments) {
+        for (const QChar c : { u'\\', u'[', u']' }) // the backslash first: it is what the others get
+            word.replace(c, u"\\"_s + c);
         words.append(u'[' + word + u']');
+    }
     return words.join(u' ');
 }
 
@@ -80,7 +86,9 @@ VolumeJob::VolumeJob(CommandLine line, DASession &session, const MediaList &medi
     m_newVolumeLimit.setSingleShot(true);
     m_newVolumeLimit.setInterval(newVolumeLimit);
     connect(&m_newVolumeLimit, &QTimer::timeout, this, &VolumeJob::mount);
-    connect(&m_process, &ToolProcess::started, this, [this] { m_device.reset(); });
+    m_serviceLimit.setSingleShot(true);
+    m_serviceLimit.setInterval(interruptedServiceLimit);
+    connect(&m_serviceLimit, &QTimer::timeout, this, &VolumeJob::giveServiceUp);
     connect(&m_process, &ToolProcess::ended, this, &VolumeJob::commandEnded);
     connect(&m_console, &Console::interrupted, this, &VolumeJob::interrupt);
 }
@@ -218,8 +226,8 @@ void VolumeJob::handOver()
         return;
     }
     if (refusal) {
-        m_console.complain(refusal->message);
-        m_outcome = refusal->code;
+        m_console.complain(refusal->message + lossText());
+        m_outcome = m_isUntouched ? refusal->code : ExitCode::ToolFailed;
         conclude();
         return;
     }
@@ -269,16 +277,33 @@ void VolumeJob::interrupt(const QString &reason)
     m_isInterrupted = true;
     m_outcome = ExitCode::Interrupted;
     m_console.complain(u"interrupted (%1)"_s.arg(reason));
-    if (m_isRunning)
+    if (m_isRunning) {
         m_process.stop();
-    else if (m_newVolumeLimit.isActive())
+        return;
+    }
+    m_serviceLimit.start();
+    if (m_newVolumeLimit.isActive())
         mount();
+}
+
+void VolumeJob::giveServiceUp()
+{
+    m_console.complain(u"the disk service has not answered"_s);
+    Q_EMIT finished(ExitCode::Interrupted);
+}
+
+QString VolumeJob::lossText() const
+{
+    const bool isLost = m_operation == Operation::Erase && !m_isUntouched;
+    return isLost ? u"; what was on %1 is lost"_s.arg(m_medium.bsdName) : QString();
 }
 
 void VolumeJob::conclude()
 {
-    if (m_isInterrupted)
-        m_console.complain(u"the %1 on %2 was stopped"_s.arg(verbNoun(), m_medium.bsdName));
+    if (m_isInterrupted) {
+        m_console.complain(u"the %1 on %2 was stopped"_s.arg(verbNoun(), m_medium.bsdName) + lossText());
+        m_serviceLimit.start();
+    }
     const bool wasMounted = !m_medium.mountPoint.isEmpty();
     if (m_operation == Operation::Erase && m_outcome == ExitCode::Success)
         awaitNewVolume();

@@ -54,6 +54,8 @@ private:
     void commandEnded(const ToolEnd &end);
     void judge(const ToolEnd &end);
     void interrupt(const QString &reason);
+    void giveServiceUp();
+    QString lossText() const; // to be added to why an erase did not come to its end
     void awaitNewVolume();
     bool isNewVolumeKnown() const;
     void mount();
@@ -68,12 +70,13 @@ private:
     Console &m_console;
     ToolProcess m_process;
     QTimer m_newVolumeLimit;
+    QTimer m_serviceLimit; // runs when the run is to end
 
     std::vector<FileSystemBundle> m_bundles;
     Medium m_medium;
     DADiskRef m_disk;
     std::optional<DeviceIdentity> m_identity; // of the medium that was looked at
-    std::optional<OpenDevice> m_device; // the medium, from the last look to the start of a command
+    std::optional<OpenDevice> m_device; // the medium, from the last look to the end of a command
     int m_claimTries = 0;
     BundleTool m_tool; // and its bundle
     FileSystemBundle m_bundle;

@@ -1,0 +1,183 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+"""What the bundles' executables make of how a file system's own tool has ended. The tools are stand-ins that end as they
+are told to."""
+
+import os
+import pathlib
+import select
+import shutil
+import signal
+import subprocess
+import tempfile
+import unittest
+
+TOOLS = pathlib.Path(__file__).parents[2] / "resources/Filesystems/Tools"
+LIMIT = 20  # seconds; what a machine under load still needs
+
+CLEAN = 0
+ERRORS = 8
+COULD_NOT_RUN = 2
+
+# The tools of each executable, in the order in which it runs them when all end with 0.
+EXECUTABLES = {
+    "btrfs/verify": ["btrfs"],
+    "btrfs/repair": ["btrfs"],
+    "exfat/verify": ["fsck.exfat"],
+    "exfat/repair": ["fsck.exfat"],
+    "ext/verify": ["e2fsck"],
+    "ext/repair": ["e2fsck"],
+    "f2fs/verify": ["fsck.f2fs"],
+    "f2fs/repair": ["fsck.f2fs"],
+    "fat/verify": ["fsck.fat"],
+    "fat/repair": ["fsck.fat"],
+    "ntfs/verify": ["ntfsfix", "ntfsinfo", "ntfsresize"],
+    "ntfs/repair": ["ntfsfix", "ntfsinfo", "ntfsresize"],
+    "xfs/verify": ["xfs_repair"],
+    "xfs/repair": ["xfs_repair"],
+}
+
+# Its n-th call does what the n-th line of its plan says, or ends with 0.
+STAND_IN = """#!/bin/sh
+echo "${{0##*/}} $*" >>'{folder}/calls'
+eval "$(sed -n "$(grep -c "^${{0##*/}} " '{folder}/calls')p" "$0.plan")"
+"""
+
+
+class FilesystemTools(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = pathlib.Path(folder.name)
+        self.device = self.folder / "device"
+        self.device.touch()
+        self.programs = self.folder / "programs"
+        self.programs.mkdir()
+        for program in ["dirname", "grep", "sed", "stdbuf", "tee"]:
+            (self.programs / program).symlink_to(shutil.which(program))
+
+    def plan(self, tool, *lines):
+        stand_in = self.programs / tool
+        stand_in.write_text(STAND_IN.format(folder=self.folder))
+        stand_in.chmod(0o755)
+        (self.programs / f"{tool}.plan").write_text("".join(f"{line}\n" for line in lines))
+
+    def start(self, executable):
+        (self.folder / "calls").write_text("")
+        return subprocess.Popen([TOOLS / executable, self.device], env={"PATH": str(self.programs), "LC_ALL": "C.UTF-8"},
+                                stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+
+    def run_it(self, executable):
+        with self.start(executable) as process:
+            self.output = process.communicate(timeout=LIMIT)[0].decode()
+        return process.returncode
+
+    def calls(self):
+        return (self.folder / "calls").read_text().splitlines()
+
+    def test_all_is_well(self):
+        for executable, tools in EXECUTABLES.items():
+            with self.subTest(executable):
+                for tool in tools:
+                    self.plan(tool)
+                self.assertEqual(self.run_it(executable), CLEAN, self.output)
+
+    def test_a_tool_that_was_killed_or_is_missing_is_no_verdict(self):
+        for executable, tools in EXECUTABLES.items():
+            for culprit in tools:
+                signals = [signal.SIGKILL, signal.SIGTERM, signal.SIGABRT, signal.SIGSEGV]
+                for end in [*(f"kill -{number:d} $$" for number in signals), "exit 126", None]:
+                    with self.subTest(f"{executable}: {culprit}: {end}"):
+                        for tool in tools:
+                            self.plan(tool)
+                        if end:
+                            self.plan(culprit, end)
+                        else:
+                            (self.programs / culprit).unlink()
+                        self.assertEqual(self.run_it(executable), COULD_NOT_RUN, self.output)
+
+    def test_btrfs_is_repaired_only_after_a_check_that_has_found_errors(self):
+        for end in ["exit 0", "exit 2", "exit 127", "kill -9 $$"]:
+            with self.subTest(end):
+                self.plan("btrfs", end)
+                self.run_it("btrfs/repair")
+                self.assertEqual(self.calls(), [f"btrfs check --readonly --progress {self.device}"])
+
+        self.plan("btrfs", "exit 1")
+        self.assertEqual(self.run_it("btrfs/repair"), CLEAN)
+        self.assertEqual([call.split()[2] for call in self.calls()], ["--readonly", "--repair", "--readonly"])
+
+        for plan, result in [
+            (["exit 1", "exit 1", "exit 0"], CLEAN),
+            (["exit 1", "exit 0", "exit 1"], ERRORS),
+            (["exit 1", "kill -11 $$"], COULD_NOT_RUN),
+            (["exit 1", "exit 0", "kill -11 $$"], COULD_NOT_RUN),
+        ]:
+            with self.subTest(plan):
+                self.plan("btrfs", *plan)
+                self.assertEqual(self.run_it("btrfs/repair"), result)
+
+    def test_verdicts(self):
+        for executable, tool, status, result in [
+            ("btrfs/verify", "btrfs", 1, ERRORS),
+            ("ext/verify", "e2fsck", 4, ERRORS),
+            ("ext/verify", "e2fsck", 12, ERRORS),
+            ("ext/verify", "e2fsck", 8, COULD_NOT_RUN),
+            ("ext/verify", "e2fsck", 36, COULD_NOT_RUN),
+            ("ext/repair", "e2fsck", 1, CLEAN),
+            ("ext/repair", "e2fsck", 3, CLEAN),
+            ("ext/repair", "e2fsck", 5, ERRORS),
+            ("f2fs/verify", "fsck.f2fs", 255, ERRORS),
+            ("f2fs/repair", "fsck.f2fs", 255, ERRORS),
+            ("f2fs/repair", "fsck.f2fs", 1, CLEAN),
+            ("ntfs/verify", "ntfsfix", 1, ERRORS),
+            ("ntfs/verify", "ntfsresize", 1, ERRORS),
+            ("ntfs/repair", "ntfsfix", 1, ERRORS),
+            ("xfs/verify", "xfs_repair", 1, ERRORS),
+            ("xfs/repair", "xfs_repair", 1, ERRORS),
+            ("xfs/repair", "xfs_repair", 2, COULD_NOT_RUN),
+            ("fat/verify", "fsck.fat", 1, ERRORS),
+            ("exfat/verify", "fsck.exfat", 4, ERRORS),
+        ]:
+            with self.subTest(f"{executable}: {status}"):
+                for other in EXECUTABLES[executable]:
+                    self.plan(other)
+                self.plan(tool, f"exit {status}")
+                self.assertEqual(self.run_it(executable), result, self.output)
+
+    def test_a_question_of_fsck_exfat_is_an_error(self):
+        self.plan("fsck.exfat", "echo 'ERROR: bad. Fix (y/N)? n'")
+        self.assertEqual(self.run_it("exfat/verify"), ERRORS)
+        self.assertEqual(self.output, "ERROR: bad. Fix (y/N)? n\n")
+
+    def test_a_full_ntfs_volume_is_sound_as_far_as_the_others_say(self):
+        full = "echo 'ERROR: Volume is full. To shrink it, delete unused files.'; exit 1"
+        for others, result in [("exit 0", CLEAN), ("exit 1", ERRORS)]:
+            self.plan("ntfsfix", others)
+            self.plan("ntfsinfo")
+            self.plan("ntfsresize", full)
+            self.assertEqual(self.run_it("ntfs/verify"), result, self.output)
+            self.assertIn("ERROR: Volume is full", self.output)
+
+    def test_output_comes_as_the_tool_writes_it(self):
+        os.mkfifo(self.folder / "go")
+        self.addCleanup(os.close, os.open(self.folder / "go", os.O_RDWR))  # a stand-in never waits for its writer
+        for executable, tool in [("exfat/verify", "fsck.exfat"), ("ntfs/verify", "ntfsresize")]:
+            with self.subTest(executable):
+                for other in EXECUTABLES[executable]:
+                    self.plan(other)
+                # sed writes into a pipe what it has when it ends, unless it is told otherwise.
+                self.plan(tool, f"(echo half; read go <'{self.folder}/go'; echo whole) | sed ''")
+                process = self.start(executable)
+                self.addCleanup(process.stdout.close)
+                output = b""
+                while output != b"half\n":
+                    self.assertTrue(select.select([process.stdout], [], [], LIMIT)[0], "nothing comes before the end")
+                    output += os.read(process.stdout.fileno(), 1)
+                (self.folder / "go").write_text("go\n")
+                self.assertEqual(process.stdout.read(), b"whole\n")
+                self.assertEqual(process.wait(LIMIT), CLEAN)
+
+
+if __name__ == "__main__":
+    unittest.main()
