@@ -70,8 +70,12 @@ OutlineView::OutlineView(QWidget *parent)
     setTextElideMode(Qt::ElideRight);
     connect(this, &QTreeView::expanded, this,
         [this](const QModelIndex &index) { m_model->setExpanded(index, true); });
-    connect(this, &QTreeView::collapsed, this,
-        [this](const QModelIndex &index) { m_model->setExpanded(index, false); });
+    connect(this, &QTreeView::collapsed, this, [this](const QModelIndex &index) {
+        m_model->setExpanded(index, false);
+        // A row that is no longer shown is no longer selected.
+        if (selectionModel()->hasSelection() && selectedRow() < 0)
+            selectionModel()->clear();
+    });
 }
 
 OutlineView::~OutlineView()

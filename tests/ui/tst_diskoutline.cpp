@@ -4,6 +4,7 @@
 #include "platform/SystemRelease.h"
 #include "tests/support/TestController.h"
 
+#include "ui/ImageButton.h"
 #include "ui/OutlineModel.h"
 #include "ui/OutlineView.h"
 
@@ -11,6 +12,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QScrollBar>
+#include <QTabWidget>
 #include <QTest>
 
 class TestDiskOutline : public QObject
@@ -25,6 +27,8 @@ private Q_SLOTS:
     void childBeyondTheLastIsTheFirst();
     void treeCannotBeChangedOrSaved();
     void collapsedDiskStaysCollapsedThroughAReload();
+    void whatACollapseHidesIsNotSelected();
+    void collapseKeepsTheSelectionElsewhere();
     void reloadDoesNotScroll();
     void selectionIsToldOnce();
     void clickOnTheTriangleTogglesOnce_data();
@@ -174,6 +178,43 @@ void TestDiskOutline::collapsedDiskStaysCollapsedThroughAReload()
     view->reloadData();
     QCOMPARE(test.rowNames(), QStringList { QStringLiteral("disk2") });
     QVERIFY(!view->isExpanded(view->model()->index(0, 0)));
+}
+
+void TestDiskOutline::whatACollapseHidesIsNotSelected()
+{
+    TestController test;
+    test.launch();
+    addDiskWithVolume(test);
+    QVERIFY(QTest::qWaitForWindowExposed(&test.window()));
+    test.select(QStringLiteral("disk2s1"));
+    const auto &controller = test.controller();
+    QVERIFY(controller.mountUnmountButton->isEnabled());
+    QTest::mouseClick(controller.leftOutlineView->viewport(), Qt::LeftButton, {},
+        controller.leftOutlineView->frameOfOutlineCellAtRow(0).center());
+    QCOMPARE(test.rowNames(), QStringList { QStringLiteral("disk2") });
+    QCOMPARE(controller.bsdNameLabel->text(), QString());
+    QVERIFY(!controller.mountUnmountButton->isEnabled());
+    QCOMPARE(controller.rightTabView->count(), 1);
+    // It is not selected either when it is shown again.
+    controller.leftOutlineView->expandAllItems();
+    QCOMPARE(test.rowNames(), (QStringList { QStringLiteral("disk2"), QStringLiteral("disk2s1") }));
+    QCOMPARE(controller.leftOutlineView->selectedRow(), -1);
+}
+
+void TestDiskOutline::collapseKeepsTheSelectionElsewhere()
+{
+    TestController test;
+    test.launch();
+    addDiskWithVolume(test);
+    test.add(makeDisk(QStringLiteral("disk3")));
+    OutlineView *const view = test.controller().leftOutlineView;
+    for (const QString &name : { QStringLiteral("disk2"), QStringLiteral("disk3") }) {
+        view->expandAllItems();
+        test.select(name);
+        view->collapse(view->model()->index(0, 0));
+        QCOMPARE(view->selectedRow(), view->rowForItem(test.recordOf(name)));
+        QCOMPARE(test.controller().bsdNameLabel->text(), name);
+    }
 }
 
 void TestDiskOutline::reloadDoesNotScroll()
