@@ -257,6 +257,7 @@ private:
 
     // app/Lifecycle.cpp
     void swapPanes();
+    void colorOutput(); // in the colour of the window's text
 
     // disks/DiskTreeOperations.cpp
     void releaseDiskListItem(ZorvexDiskManagerDiskListItem *item);
@@ -285,6 +286,7 @@ private:
     QString deviceNodeTextOf(const ZorvexDiskManagerDisk &disk) const;
     QString leftToRightInWindow(const QString &text) const; // set apart where the window is mirrored
     void showOutputOf(const ZorvexDiskManagerDisk &disk);
+    void showMountPathOf(const ZorvexDiskManagerDisk *disk);
     bool enableControls(const ZorvexDiskManagerDisk &disk);
     void disableControls();
     void updateTabs(const ZorvexDiskManagerDisk *disk, bool canFormat);

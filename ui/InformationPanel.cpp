@@ -168,6 +168,14 @@ void ZorvexDiskManagerAppDelegate::showOutputOf(const ZorvexDiskManagerDisk &dis
     checkRepairOutputView->setOutput(disk.checkRepairOutput->bytes());
 }
 
+void ZorvexDiskManagerAppDelegate::showMountPathOf(const ZorvexDiskManagerDisk *disk)
+{
+    if (disk && disk->volumePath)
+        makeHyperlink(infoMountedPathView, disk->volumePath->toLocalFile(), *disk->volumePath);
+    else
+        infoMountedPathView->clearLink();
+}
+
 bool ZorvexDiskManagerAppDelegate::enableControls(const ZorvexDiskManagerDisk &disk)
 {
     const PanelRules::Abilities abilities
@@ -249,10 +257,7 @@ void ZorvexDiskManagerAppDelegate::outlineViewSelectionDidChange()
     setValue(infoNameLabel, texts.name);
     setValue(infoDiskSpaceLabel, texts.space);
     infoDiskSpaceLabel->setToolTip(texts.spaceToolTip);
-    if (disk && disk->volumePath)
-        makeHyperlink(infoMountedPathView, disk->volumePath->toLocalFile(), *disk->volumePath);
-    else
-        infoMountedPathView->clearLink();
+    showMountPathOf(disk.get());
     updateTabs(disk.get(), canFormat);
     updateOperationBars(disk.get());
     setValue(filesystemLabel, texts.filesystem);

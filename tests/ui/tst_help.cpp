@@ -9,7 +9,9 @@
 #include "ui/OutlineView.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QLabel>
+#include <QScopeGuard>
 #include <QTest>
 #include <QTextBlock>
 
@@ -24,6 +26,7 @@ private Q_SLOTS:
     void linkIsStyled();
     void linkColorByGeneration_data();
     void linkColorByGeneration();
+    void linkColorFollowsTheTheme();
     void linkIsBlueWhenTheReleaseCannotBeHad();
     void linkLooksTheSameAfterAnotherDisk();
     void clickInsideOpensTheVolume();
@@ -132,6 +135,20 @@ void TestHelp::linkColorByGeneration()
     test->controller().infoMountedPathView->setPalette(palette);
     test->controller().makeHyperlink(test->controller().infoMountedPathView, u"/A"_s, {});
     QCOMPARE(formatAt(view, 1).foreground().color(), QColor(isSystemColor ? Qt::darkGreen : Qt::blue));
+}
+
+void TestHelp::linkColorFollowsTheTheme()
+{
+    const SystemReleaseOverride system("14.0.0");
+    const auto test = withMountedVolume();
+    const LinkTextView *const view = test->controller().infoMountedPathView;
+    const auto restore = qScopeGuard([usual = QApplication::palette()] { QApplication::setPalette(usual); });
+    for (const QColor &color : { QColor(Qt::darkGreen), QColor(Qt::yellow) }) {
+        QPalette theme = QApplication::palette();
+        theme.setColor(QPalette::Link, color);
+        QApplication::setPalette(theme);
+        QTRY_COMPARE(formatAt(view, 1).foreground().color(), color);
+    }
 }
 
 void TestHelp::linkIsBlueWhenTheReleaseCannotBeHad()
