@@ -158,16 +158,6 @@ void OutlineView::reloadData()
     setAutoScroll(true);
 }
 
-void OutlineView::expandItem(const OutlineItem &item, bool expandChildren)
-{
-    const QModelIndex index = m_model->indexOf(item);
-    if (!index.isValid() || m_model->rowCount(index) == 0)
-        return;
-    expand(index);
-    for (int row = 0; expandChildren && row < m_model->rowCount(index); ++row)
-        expandItem(m_model->itemAt(m_model->index(row, 0, index)), true);
-}
-
 void OutlineView::expandAllItems()
 {
     for (QModelIndex item = m_model->anyCollapsedItem(); item.isValid(); item = m_model->anyCollapsedItem()) {
@@ -256,6 +246,8 @@ void OutlineView::drawRow(
         QStyleOption branch;
         branch.initFrom(this);
         branch.rect = triangle;
+        // A triangle points at its row, which is mirrored or not whatever the view's own direction is.
+        branch.direction = triangle.x() > frameOfCellAtColumn(0, row).x() ? Qt::RightToLeft : Qt::LeftToRight;
         branch.state.setFlag(QStyle::State_Children);
         branch.state.setFlag(QStyle::State_Open, isExpanded(index));
         branch.state.setFlag(QStyle::State_Selected, selectionModel()->isSelected(index));

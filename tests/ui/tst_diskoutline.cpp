@@ -37,6 +37,8 @@ private Q_SLOTS:
     void clickAtTheLeftEdgeOfTheMirroredViewSelects();
     void mirroredFrames_data();
     void mirroredFrames();
+    void closedTriangleLeadsToItsRow_data();
+    void closedTriangleLeadsToItsRow();
     void mirroredViewFillsItsContainer();
 };
 
@@ -339,6 +341,44 @@ void TestDiskOutline::mirroredFrames()
     QCOMPARE(triangle.x(), moves ? view->viewport()->width() - indentation - 6 : 0);
     QCOMPARE(view->frameOfCellAtColumn(0, 1).x(), moves ? 0 : 2 * indentation);
     QVERIFY(view->frameOfOutlineCellAtRow(1).isEmpty());
+}
+
+void TestDiskOutline::closedTriangleLeadsToItsRow_data()
+{
+    QTest::addColumn<QString>("localization");
+    QTest::addColumn<QByteArray>("release");
+    QTest::addColumn<bool>("pointsLeft");
+    QTest::newRow("left to right") << QStringLiteral("en") << QByteArray("10.8.0") << false;
+    QTest::newRow("right to left") << QStringLiteral("ar") << QByteArray("10.8.0") << true;
+    QTest::newRow("right to left, not mirrored") << QStringLiteral("ar") << QByteArray("8.11.1") << false;
+}
+
+void TestDiskOutline::closedTriangleLeadsToItsRow()
+{
+    QFETCH(QString, localization);
+    QFETCH(QByteArray, release);
+    QFETCH(bool, pointsLeft);
+    const SystemReleaseOverride system(release);
+    TestController test(localization);
+    test.launch();
+    addDiskWithVolume(test);
+    QVERIFY(QTest::qWaitForWindowExposed(&test.window()));
+    OutlineView *const view = test.controller().leftOutlineView;
+    view->collapse(view->model()->index(0, 0));
+    // Without the margin, into which a mirrored row's image reaches.
+    const QRect frame = view->frameOfOutlineCellAtRow(0).adjusted(6, 0, 0, 0);
+    const QImage triangle = view->viewport()->grab(frame).toImage().convertToFormat(QImage::Format_RGB32);
+    // Painted pixels by column: one at the tip, most at the base.
+    QList<int> columns;
+    for (int x = 0; x < triangle.width(); ++x) {
+        int painted = 0;
+        for (int y = 0; y < triangle.height(); ++y)
+            painted += triangle.pixel(x, y) != triangle.pixel(0, 0) ? 1 : 0;
+        if (painted > 0)
+            columns.append(painted);
+    }
+    QVERIFY(columns.size() > 1);
+    QCOMPARE(columns.constFirst() < columns.constLast(), pointsLeft);
 }
 
 void TestDiskOutline::mirroredViewFillsItsContainer()
