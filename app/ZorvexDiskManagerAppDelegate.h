@@ -252,6 +252,10 @@ public:
     int splitView_constrainMaxCoordinate_ofSubviewAt(SplitView *view, int proposed, int index) override;
     void splitView_resizeSubviewsWithOldSize(SplitView *view, const QSize &oldSize) override;
 
+Q_SIGNALS:
+    // The information panel has been rebuilt and shows this disk; null for none.
+    void panelDidChange(const OutlineItem &disk);
+
 private:
     friend struct ControllerTest; // a test that looks at what no outlet shows
 

@@ -250,6 +250,7 @@ void ZorvexDiskManagerAppDelegate::outlineViewSelectionDidChange()
     } else {
         texts.name = localizedString("SELECT_A_DISK_TEXT");
         mountUnmountButton->setText(localizedString("MOUNT_BUTTON_TITLE"));
+        infoBigImageField->setAccessibleDescription({}); // the image is that of the last disk
         checkRepairOutputView->setOutput({});
         disableControls();
     }
@@ -271,4 +272,5 @@ void ZorvexDiskManagerAppDelegate::outlineViewSelectionDidChange()
     setValue(ejectableLabel, texts.ejectable);
     setValue(preferredBlockSizeLabel, texts.preferredBlockSize);
     refreshFilesystems();
+    Q_EMIT panelDidChange(disk);
 }
