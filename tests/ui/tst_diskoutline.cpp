@@ -22,6 +22,7 @@ class TestDiskOutline : public QObject
 private Q_SLOTS:
     void partitionMovesUnderItsDisk();
     void selectionStaysOnTheMedium();
+    void selectionStaysWhenAnArrivalMovesOthers();
     void unmountedVolumeIsDrawnDisabled();
     void emptyTreeHasNoRowsAndNoExpandableRoot();
     void childBeyondTheLastIsTheFirst();
@@ -94,6 +95,34 @@ void TestDiskOutline::selectionStaysOnTheMedium()
     QCOMPARE(test.controller().bsdNameLabel->text(), QStringLiteral("disk5"));
     test.add(makeDisk(QStringLiteral("disk9")));
     QCOMPARE(test.controller().leftOutlineView->selectedRow(), 4);
+}
+
+void TestDiskOutline::selectionStaysWhenAnArrivalMovesOthers()
+{
+    TestController test;
+    test.launch();
+    addDiskWithVolume(test);
+    test.add(makeDisk(QStringLiteral("disk3")));
+    test.add(makePartition(QStringLiteral("disk5s1"), 1024));
+    test.add(makePartition(QStringLiteral("disk7s1"), 1024));
+    OutlineView *const view = test.controller().leftOutlineView;
+    const auto isSelected = [&](const QString &name) {
+        return view->itemAtRow(view->selectedRow()) == test.recordOf(name)
+            && test.controller().bsdNameLabel->text() == name;
+    };
+    // One that stands alone, while another disk is collapsed.
+    view->collapse(view->model()->index(0, 0));
+    test.select(QStringLiteral("disk3"));
+    test.add(makeDisk(QStringLiteral("disk1")));
+    QVERIFY(test.recordOf(QStringLiteral("disk2s1")));
+    QVERIFY(isSelected(QStringLiteral("disk3")));
+    // One that takes a partition from above the selection to below it.
+    test.add(makeDisk(QStringLiteral("disk5")));
+    QVERIFY(isSelected(QStringLiteral("disk3")));
+    // One that takes the selected partition.
+    test.select(QStringLiteral("disk7s1"));
+    test.add(makeDisk(QStringLiteral("disk7")));
+    QVERIFY(isSelected(QStringLiteral("disk7s1")));
 }
 
 void TestDiskOutline::unmountedVolumeIsDrawnDisabled()
