@@ -59,8 +59,8 @@ public:
     explicit ZorvexDiskManagerAppDelegate(ApplicationPlatform platform);
     ~ZorvexDiskManagerAppDelegate() override;
 
-    // --- Outlets. Set by the interface file's loader; the controller never makes them.
-    // -----------------------
+    // --- Outlets. Set by the interface file's loader; the controller never makes them ---
+
     QMainWindow *window = nullptr;
     SplitView *mainSplitView = nullptr;
     QTabWidget *rightTabView = nullptr;
@@ -92,8 +92,8 @@ public:
     OperationBar *formatOperationBar = nullptr;
     OperationBar *maintenanceOperationBar = nullptr;
 
-    // --- State.
-    // ----------------------------------------------------------------------------------------------
+    // --- State ---
+
     bool fieldsEnabled = false; // inert
     bool alertInProgress = false; // an alert sheet is showing
     std::unique_ptr<DASession> session; // the one session; null when there is no disk service
@@ -104,9 +104,9 @@ public:
     std::optional<FilesystemBundleList> repairFilesystemBundlesList;
     ZorvexDiskManagerDiskListItem *disk_list = nullptr; // first top-level node of the disk tree
 
-    // --- Lifecycle. Implemented in app/Lifecycle.cpp
-    // ----------------------------------------------------------- Called once each, in this order, when the
-    // interface file is loaded and when the application is up.
+    // --- Lifecycle. Implemented in app/Lifecycle.cpp ---
+
+    // Called once each, in this order, when the interface file is loaded and when the application is up.
     void awakeFromNib();
     void applicationDidFinishLaunching();
     void applicationWillTerminate();
@@ -116,10 +116,10 @@ public:
     bool isRightToLeftLocalization() const;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
-    // --- Alerts. Implemented in app/Alerts.cpp
-    // ----------------------------------------------------------------- One sheet at a time: an alert that is
-    // asked for while another is showing is dropped with a log line. The selector names an invokable of this
-    // class that follows the sheet's end; null for none.
+    // --- Alerts. Implemented in app/Alerts.cpp ---
+
+    // One sheet at a time: an alert that is asked for while another is showing is dropped with a log line.
+    // The selector names an invokable of this class that follows the sheet's end; null for none.
     void messageWithTitle(const QString &title, const QString &infoText, unsigned alertStyle,
         const char *didEndSelector = nullptr);
     void errorMessageWithTitle(const QString &title, const QString &infoText);
@@ -127,8 +127,8 @@ public:
     void infoMessageWithTitle(const QString &title, const QString &infoText);
     void alertDidEnd(AlertSheet *alert, int returnCode, const char *contextInfo);
 
-    // --- Help. Implemented in app/Help.cpp
-    // ---------------------------------------------------------------------
+    // --- Help. Implemented in app/Help.cpp ---
+
     Q_INVOKABLE void clickHelpMenuItem(QObject *sender);
     Q_INVOKABLE void clickAboutButton(QObject *sender);
     // Fills the view with the text styled as a link. What a click opens is the selected disk's mount point.
@@ -137,27 +137,27 @@ public:
     // Opens the mount point of the selected disk in the file manager.
     Q_INVOKABLE void showInFileManager();
 
-    // --- Disk tree. Implemented in disks/DiskTreeOperations.cpp
-    // ------------------------------------------------ Rebuilds the tree with the new node, refreshes the
-    // outline view and keeps the selection on its medium.
+    // --- Disk tree. Implemented in disks/DiskTreeOperations.cpp ---
+
+    // Rebuilds the tree with the new node, refreshes the outline view and keeps the selection on its medium.
     void addDiskListItem(std::unique_ptr<ZorvexDiskManagerDiskListItem> item);
 
-    // --- Disk events. Implemented in disks/DiskEvents.cpp
-    // ------------------------------------------------------
+    // --- Disk events. Implemented in disks/DiskEvents.cpp ---
+
     void diskArbitrationDiskPeek(const DADiskRef &disk);
     void diskArbitrationDiskAppeared(const DADiskRef &disk);
     void diskArbitrationDiskDisappeared(const DADiskRef &disk);
     void diskArbitrationDiskDescriptionChanged(const DADiskRef &disk, const QStringList &keys);
 
-    // --- Catalogue. Implemented in filesystems/Catalogue.cpp
-    // ---------------------------------------------------
+    // --- Catalogue. Implemented in filesystems/Catalogue.cpp ---
+
     void refreshFilesystems();
     // The personality's name in the user's language, as its bundle words it.
     QString getFilesystemTypeString(const ZorvexDiskManagerFSBundle &bundle) const;
     void refreshFormatFilesystemsPopupButton();
 
-    // --- Mount, unmount, eject. Implemented in operations/MountUnmountEject.cpp
-    // ---------------------------------
+    // --- Mount, unmount, eject. Implemented in operations/MountUnmountEject.cpp ---
+
     Q_INVOKABLE void clickMountUnmountButton(QObject *sender);
     void unmountDidUnmountDisk(
         const DADiskRef &disk, const DADissenterRef &dissenter, const OutlineItem &daDisk);
@@ -170,13 +170,13 @@ public:
     void diskArbitrationDiskDidEject(const OutlineItem &disk, const DADissenterRef &withDissenter);
     static QString dissenterStatusToString(const DADissenter &dissenter);
 
-    // --- Volume labels. Implemented in operations/VolumeLabel.cpp
-    // ---------------------------------------------- Whether the file system can hold the label; false after
-    // an alert that says why not.
+    // --- Volume labels. Implemented in operations/VolumeLabel.cpp ---
+
+    // Whether the file system can hold the label; false after an alert that says why not.
     bool validateVolumeLabel(const QString &label, const ZorvexDiskManagerFSBundle &forFilesystem);
 
-    // --- Format. Implemented in operations/Format.cpp
-    // ----------------------------------------------------------
+    // --- Format. Implemented in operations/Format.cpp ---
+
     Q_INVOKABLE void clickFormatButton(QObject *sender);
     void formatWarningAlertDidEnd(
         AlertSheet *alert, int returnCode, const std::shared_ptr<ZorvexDiskManagerFormatParams> &contextInfo);
@@ -188,22 +188,23 @@ public:
     void postFormatRenameMountFinished(
         const std::shared_ptr<ZorvexDiskManagerFormatParams> &params, const DADissenterRef &dissenter);
 
-    // --- Check and repair. Implemented in operations/CheckRepair.cpp
-    // -------------------------------------------
+    // --- Check and repair. Implemented in operations/CheckRepair.cpp ---
+
     Q_INVOKABLE void clickCheckButton(QObject *sender);
     Q_INVOKABLE void clickRepairButton(QObject *sender);
     void clickCheckRepairButton(QObject *sender, bool isRepair);
     void updateCheckRepairOutput(const CheckRepairOutputChunk &chunk);
     void checkRepairFinished(const OutlineItem &disk);
 
-    // --- Information panel. Implemented in ui/InformationPanel.cpp
-    // --------------------------------------------- Rebuilds the right-hand side of the window from the
-    // selected disk.
+    // --- Information panel. Implemented in ui/InformationPanel.cpp ---
+
+    // Rebuilds the right-hand side of the window from the selected disk.
     void outlineViewSelectionDidChange() override;
     void outlineViewSelectionIsChanging() override;
 
-    // --- Presentation. Implemented in ui/Presentation.cpp
-    // ------------------------------------------------------ Sizes in bytes; a null free space leaves it out.
+    // --- Presentation. Implemented in ui/Presentation.cpp ---
+
+    // Sizes in bytes; a null free space leaves it out.
     QString getSizeString(qint64 size) const;
     QString getDiskSpaceStringWithDiskSize(qint64 diskSize, const qint64 *freeSpace) const;
     QString getAlternateDiskSpaceStringWithDiskSize(qint64 diskSize, const qint64 *freeSpace) const;
@@ -216,8 +217,8 @@ public:
     std::optional<QPixmap> getImageNamed(const QString &name) const;
     void setMountImageWithIsUnmountable(bool isUnmountable);
 
-    // --- Outline view. Implemented in ui/DiskOutline.cpp
-    // -------------------------------------------------------
+    // --- Outline view. Implemented in ui/DiskOutline.cpp ---
+
     int outlineView_numberOfChildrenOfItem(OutlineView *view, const OutlineItem &item) override;
     OutlineItem outlineView_child_ofItem(OutlineView *view, int index, const OutlineItem &item) override;
     bool outlineView_isItemExpandable(OutlineView *view, const OutlineItem &item) override;
@@ -246,8 +247,8 @@ public:
     // Fits the outline view into its container, in a right-to-left layout.
     void resizeOutlineView();
 
-    // --- Split view. Implemented in ui/DiskSplitView.cpp
-    // -------------------------------------------------------
+    // --- Split view. Implemented in ui/DiskSplitView.cpp ---
+
     int splitView_constrainMinCoordinate_ofSubviewAt(SplitView *view, int proposed, int index) override;
     int splitView_constrainMaxCoordinate_ofSubviewAt(SplitView *view, int proposed, int index) override;
     void splitView_resizeSubviewsWithOldSize(SplitView *view, const QSize &oldSize) override;
@@ -277,10 +278,14 @@ private:
 
     // operations/Format.cpp, operations/CheckRepair.cpp: bodies of worker threads
     QString formatTargetText(const ZorvexDiskManagerDisk &disk) const;
-    static void doFormat(const std::shared_ptr<ZorvexDiskManagerFormatParams> &params,
+    static void doFormat(const std::shared_ptr<ZorvexDiskManagerFormatParams> &params, const QString &bsdName,
         const std::shared_ptr<MainThreadRelay> &relay, ShellPipe &pipe);
-    static void doCheckRepair(const OutlineItem &disk, const std::shared_ptr<MainThreadRelay> &relay,
-        ShellPipe &pipe, bool isRepair);
+    static void doCheck(const OutlineItem &disk, const QString &bsdName,
+        const std::shared_ptr<MainThreadRelay> &relay, ShellPipe &pipe);
+    static void doRepair(const OutlineItem &disk, const QString &bsdName,
+        const std::shared_ptr<MainThreadRelay> &relay, ShellPipe &pipe);
+    static void doCheckRepair(const OutlineItem &disk, const QString &bsdName,
+        const std::shared_ptr<MainThreadRelay> &relay, ShellPipe &pipe, bool isRepair);
     void scheduleOutputRefresh();
 
     // ui/InformationPanel.cpp

@@ -39,7 +39,8 @@ void fillRecord(ZorvexDiskManagerDisk &record, const DADiskRef &disk, const Desc
 
 bool zorvex_disk_manager_update_disk_description(const DADiskRef &disk, ZorvexDiskManagerDisk &record)
 {
-    const std::optional<PropertyDictionary> description = disk->copyDescription();
+    // A record that was made when memory was short has no disk.
+    const std::optional<PropertyDictionary> description = disk ? disk->copyDescription() : std::nullopt;
     if (!description) {
         systemLog(QStringLiteral("Error while copying disk description dictionary."));
         return true;

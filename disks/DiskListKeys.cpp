@@ -62,7 +62,7 @@ void DiskListKeys::refresh(const ZorvexDiskManagerDisk &record)
 
 int get_partition_offset(const ZorvexDiskManagerDisk &record, qint64 *out)
 {
-    return answer(record.whole ? 0 : registryNumber(propertiesOf(record), IOMediaKey::base), out);
+    return answer(offsetOf(record.whole != 0, propertiesOf(record)), out);
 }
 
 int get_partition_number(const ZorvexDiskManagerDisk &record, qint64 *out)

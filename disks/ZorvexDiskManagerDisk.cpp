@@ -50,3 +50,8 @@ QString ZorvexDiskManagerDisk::description() const
 {
     return bsdName.value_or(QStringLiteral("(null)"));
 }
+
+QString ZorvexDiskManagerDisk::deviceNode() const
+{
+    return daDisk ? daDisk->deviceNode() : QString();
+}

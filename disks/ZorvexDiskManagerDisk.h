@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
 // The disk record: a snapshot of one medium's description, with the state of the operation that runs on it.
-// Main thread only, but for bsdName, which a worker may read while its operation is in progress.
+// Main thread only: a worker holds a record, and reads nothing of it.
 #pragma once
 
 #include "disks/OutputBuffer.h"
@@ -39,6 +39,9 @@ public:
 
     // The BSD name, "(null)" when there is none.
     QString description() const;
+
+    // The name of the medium in Linux, such as /dev/sda1; empty when it has none.
+    QString deviceNode() const;
 
     DADiskRef daDisk;
     qint32 removable = 0;

@@ -68,22 +68,36 @@ void ZorvexDiskManagerAppDelegate::clickCheckRepairButton(QObject *sender, bool 
     refreshAfterStateChange();
 
     const std::shared_ptr<ShellPipe> pipe = m_platform.createShellPipe();
+    // The name is taken here: the record belongs to this thread.
     const int error = m_platform.startThread(
-        [disk, isRepair, relay = m_relay, pipe] { doCheckRepair(disk, relay, *pipe, isRepair); });
+        [disk, bsdName = disk->description(), relay = m_relay, pipe, work = isRepair ? &doRepair : &doCheck] {
+            work(disk, bsdName, relay, *pipe);
+        });
     if (error != 0) {
         errorMessage(diskutilNotInvokedMessage(verbFor(isRepair), error));
         checkRepairFinished(disk);
     }
 }
 
-void ZorvexDiskManagerAppDelegate::doCheckRepair(
-    const OutlineItem &disk, const std::shared_ptr<MainThreadRelay> &relay, ShellPipe &pipe, bool isRepair)
+void ZorvexDiskManagerAppDelegate::doCheck(const OutlineItem &disk, const QString &bsdName,
+    const std::shared_ptr<MainThreadRelay> &relay, ShellPipe &pipe)
+{
+    doCheckRepair(disk, bsdName, relay, pipe, false);
+}
+
+void ZorvexDiskManagerAppDelegate::doRepair(const OutlineItem &disk, const QString &bsdName,
+    const std::shared_ptr<MainThreadRelay> &relay, ShellPipe &pipe)
+{
+    doCheckRepair(disk, bsdName, relay, pipe, true);
+}
+
+void ZorvexDiskManagerAppDelegate::doCheckRepair(const OutlineItem &disk, const QString &bsdName,
+    const std::shared_ptr<MainThreadRelay> &relay, ShellPipe &pipe, bool isRepair)
 {
     CheckRepairContext context { disk, *relay };
     std::optional<QString> message;
-    const qint32 code
-        = invokeDiskutilWithVerb(verbFor(isRepair), QStringLiteral("'/dev/%1'").arg(disk->description()),
-            HandleCheckRepairOutput, &context, message, pipe);
+    const qint32 code = invokeDiskutilWithVerb(verbFor(isRepair), QStringLiteral("'/dev/%1'").arg(bsdName),
+        HandleCheckRepairOutput, &context, message, pipe);
     if (code != 0)
         systemLog(QStringLiteral("Error returned by invokeDiskutilWithVerb: %1").arg(code));
     if (message)

@@ -97,7 +97,7 @@ QString ZorvexDiskManagerAppDelegate::formatTargetText(const ZorvexDiskManagerDi
     const QString size = disk.mediaSize
         ? getDiskSpaceStringWithDiskSize(disk.mediaSize->longLongValue(), nullptr)
         : QString();
-    const QString node = disk.daDisk ? disk.daDisk->deviceNode() : QString();
+    const QString node = disk.deviceNode();
     const QString device
         = node.isEmpty() ? disk.description() : QString(disk.description() + u" (" + node + u')');
     const QString content = filesystemTextOf(disk);
@@ -123,8 +123,9 @@ void ZorvexDiskManagerAppDelegate::formatWarningAlertDidEnd(
     refreshAfterStateChange();
 
     const std::shared_ptr<ShellPipe> pipe = m_platform.createShellPipe();
-    const int error = m_platform.startThread(
-        [contextInfo, relay = m_relay, pipe] { doFormat(contextInfo, relay, *pipe); });
+    // The name is taken here: the record belongs to this thread.
+    const int error = m_platform.startThread([contextInfo, bsdName = disk.description(), relay = m_relay,
+                                                 pipe] { doFormat(contextInfo, bsdName, relay, *pipe); });
     if (error != 0) {
         // Nothing was tried: the volume keeps its name, too.
         errorMessage(diskutilNotInvokedMessage(eraseVerb, error));
@@ -132,11 +133,11 @@ void ZorvexDiskManagerAppDelegate::formatWarningAlertDidEnd(
     }
 }
 
-void ZorvexDiskManagerAppDelegate::doFormat(
-    const FormatParamsRef &params, const std::shared_ptr<MainThreadRelay> &relay, ShellPipe &pipe)
+void ZorvexDiskManagerAppDelegate::doFormat(const FormatParamsRef &params, const QString &bsdName,
+    const std::shared_ptr<MainThreadRelay> &relay, ShellPipe &pipe)
 {
-    const QString arguments = FormatRules::eraseArguments(
-        params->filesystem->fsPersonality, params->volumeLabel, params->disk->description());
+    const QString arguments
+        = FormatRules::eraseArguments(params->filesystem->fsPersonality, params->volumeLabel, bsdName);
     std::optional<QString> message;
     invokeDiskutilWithVerb(eraseVerb, arguments, nullptr, nullptr, message, pipe);
     if (message)

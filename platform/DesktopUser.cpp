@@ -69,6 +69,14 @@ QProcessEnvironment DesktopUser::environment() const
     return environment;
 }
 
+void DesktopUser::prepare(QProcess &process) const
+{
+    process.setProcessEnvironment(environment());
+    process.setChildProcessModifier(identityChange());
+    process.setWorkingDirectory(u"/"_s);
+}
+
+// Runs between fork and exec.
 std::function<void()> DesktopUser::identityChange() const
 {
     return [user = user, group = group, groups = groups] {

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QProcess>
 #include <QProcessEnvironment>
 #include <QString>
 
@@ -30,7 +31,10 @@ struct DesktopUser
     // This process's environment, with what tells of the user and of the session.
     QProcessEnvironment environment() const;
 
-    // What a child process runs to become the user's, between fork and exec.
+    // Has a process that is not started yet run as the user, with what his session needs in its environment.
+    void prepare(QProcess &process) const;
+
+private:
     std::function<void()> identityChange() const;
 };
 

@@ -2,6 +2,7 @@
 #include "platform/UDisksRequests.h"
 
 #include "platform/BlockDevice.h"
+#include "platform/DesktopUserMount.h"
 
 #include <QTimer>
 
@@ -47,6 +48,22 @@ void UDisksRequests::mount(const QString &path, Completion completion)
         answerLater(std::move(completion), DAReturn::Unsupported);
         return;
     }
+    const std::optional<DesktopUser> user = desktopUser();
+    if (!user) {
+        mountForThisProcess(path, std::move(completion));
+        return;
+    }
+    mountForDesktopUser(
+        *user, path, &m_bus, [this, path, completion = std::move(completion)](bool isMounted) {
+            if (isMounted)
+                readMountPoints(path, [completion] { completion(nullptr); });
+            else
+                mountForThisProcess(path, completion);
+        });
+}
+
+void UDisksRequests::mountForThisProcess(const QString &path, Completion completion)
+{
     m_bus.call(path, UDisks::filesystem, QStringLiteral("Mount"), { noOptions },
         [this, path, completion = std::move(completion)](
             const QDBusMessage &, const DADissenterRef &dissenter) {
@@ -89,7 +106,10 @@ void UDisksRequests::unmountNext(const QStringList &paths, Force force, int trie
         [this, paths, force, tries, completion = std::move(completion)](
             const QDBusMessage &, const DADissenterRef &dissenter) {
             readMountPoints(paths.constFirst(), [this, paths, force, tries, completion, dissenter] {
-                if (dissenter)
+                // Somebody else may have been quicker.
+                const bool isDone
+                    = !dissenter || dissenter->status == static_cast<quint32>(DAReturn::NotMounted);
+                if (!isDone)
                     completion(dissenter);
                 else if (isMounted(paths.constFirst()) && tries + 1 < mostMountPoints)
                     unmountNext(paths, force, tries + 1, completion);

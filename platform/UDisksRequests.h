@@ -21,6 +21,8 @@ public:
     {
     }
 
+    // Where this process runs as root at a user's wish, the volume is mounted for him if the disk service
+    // lets him have it without asking, and else for root.
     void mount(const QString &path, Completion completion);
 
     // Unmounts the volume, or in order all volumes of its disk, up to the first refusal. What is not mounted
@@ -38,6 +40,7 @@ private:
     void answerLater(Completion completion, DAReturn status, const std::optional<QString> &statusString = {});
     void readMountPoints(const QString &path, std::function<void()> done);
     bool isMounted(const QString &path) const;
+    void mountForThisProcess(const QString &path, Completion completion);
     void unmountNext(const QStringList &paths, Force force, int tries, Completion completion);
     void setLabel(const QString &path, const QString &name, Completion completion);
     void detachLoop(const QString &path, Completion completion);

@@ -40,17 +40,6 @@ QDBusConnection desktopBus()
     return hasBus ? QDBusConnection::sessionBus() : QDBusConnection(none);
 }
 
-// A program of the desktop runs as the user who sits at it, and never as root at his wish.
-void becomeDesktopUser(QProcess *process)
-{
-    const std::optional<DesktopUser> user = desktopUser();
-    if (!user)
-        return;
-    process->setProcessEnvironment(user->environment());
-    process->setChildProcessModifier(user->identityChange());
-    process->setWorkingDirectory(QStringLiteral("/"));
-}
-
 // xdg-open ends with 0 once it has handed the path to a program.
 void openWithDesktop(const QString &path, const Workspace::Completion &completion)
 {
@@ -67,7 +56,9 @@ void openWithDesktop(const QString &path, const Workspace::Completion &completio
             process->deleteLater();
             completion(false);
         });
-    becomeDesktopUser(process);
+    // A program of the desktop runs as the user who sits at it, and never as root at his wish.
+    if (const std::optional<DesktopUser> user = desktopUser())
+        user->prepare(*process);
     process->setStandardInputFile(QProcess::nullDevice());
     process->setStandardOutputFile(QProcess::nullDevice());
     process->setStandardErrorFile(QProcess::nullDevice());

@@ -73,11 +73,6 @@ FontRules::FontSource systemFonts()
     };
 }
 
-QString deviceNodeOf(const ZorvexDiskManagerDisk &disk)
-{
-    return disk.daDisk ? disk.daDisk->deviceNode() : QString();
-}
-
 QString operationText(const ZorvexDiskManagerDisk &disk)
 {
     const QStringList name { ZorvexDiskManagerAppDelegate::getDisplayNameForDisk(disk) };
@@ -116,7 +111,7 @@ QString ZorvexDiskManagerAppDelegate::leftToRightInWindow(const QString &text) c
 
 QString ZorvexDiskManagerAppDelegate::deviceNodeTextOf(const ZorvexDiskManagerDisk &disk) const
 {
-    const QString node = deviceNodeOf(disk);
+    const QString node = disk.deviceNode();
     return node.isEmpty() ? QString()
                           : formatLocalized(localizedString("DEVICE_NODE_TOOL_TIP_FMT"), { node });
 }
@@ -145,7 +140,7 @@ ZorvexDiskManagerAppDelegate::PanelTexts ZorvexDiskManagerAppDelegate::textsOf(Z
     }
     texts.filesystem = filesystemTextOf(disk);
     texts.bsdName = disk.description();
-    texts.deviceNode = deviceNodeOf(disk);
+    texts.deviceNode = disk.deviceNode();
     texts.deviceNodeToolTip = deviceNodeTextOf(disk);
     texts.wholeDevice = yesOrNo(disk.whole);
     texts.removable = yesOrNo(disk.removable);

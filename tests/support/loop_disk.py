@@ -93,13 +93,17 @@ class LoopDisk:
             self.service.wait(f"{node} is known", lambda: self.service.property(node, "Block", "Size"))
 
     def delete_partitions(self):
-        """Those that the kernel has, whatever the table says."""
+        """Those that the kernel has, whatever the table says. Who looks at one keeps it from being taken away."""
         self.check_ours()
-        run("udevadm", "settle", f"--timeout={LIMIT}")  # who looks at a partition keeps it from being taken away
         name = os.path.basename(self.node)
+        deadline = time.monotonic() + LIMIT
         for entry in os.listdir(f"/sys/block/{name}"):
-            if entry.startswith(f"{name}p"):
-                run("delpart", self.node, entry.rpartition("p")[2])
+            while entry.startswith(f"{name}p"):
+                run("udevadm", "settle", f"--timeout={LIMIT}")
+                result = subprocess.run(["delpart", self.node, entry.rpartition("p")[2]], capture_output=True, text=True)
+                if result.returncode == 0:
+                    break
+                assert time.monotonic() < deadline, f"{entry} stays: {result.stderr}"
 
     def check_ours(self):
         """A device is written to only after this."""

@@ -3,8 +3,6 @@
 ends by itself."""
 
 import os
-import plistlib
-import select
 import shutil
 import signal
 import subprocess
@@ -13,17 +11,9 @@ import unittest
 
 sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "support"))
 import diskutil_case as case  # noqa: E402
+import endless_bundle  # noqa: E402
 from diskutil_case import DISKUTIL, DiskutilCase, diskutil  # noqa: E402
 from loop_disk import LIMIT  # noqa: E402
-
-BUNDLE = "/Library/Filesystems/endless.fs"
-
-# The shell stays the parent of the program that works, as in the bundles that translate its exit status.
-CHECKER = """#!/bin/sh
-{prologue}
-sh -c 'echo "working as $$"; exec tail -f /dev/null'
-exit 0
-"""
 
 
 class Interruption(DiskutilCase):
@@ -33,94 +23,70 @@ class Interruption(DiskutilCase):
         self.node = self.disk.partitions[0]
         self.erase(self.disk, self.node, "ext2", "Endless")
 
-    def install_bundle(self, prologue=""):
-        resources = f"{BUNDLE}/Contents/Resources"
-        os.makedirs(resources)
-        self.addCleanup(shutil.rmtree, BUNDLE, ignore_errors=True)
-        with open(f"{BUNDLE}/Contents/Info.plist", "wb") as file:
-            plistlib.dump({
-                "CFBundleIdentifier": "org.zorvex.test.endless",
-                "FSPersonalities": {"Endless": {"FSVerificationExecutable": "work", "FSFormatExecutable": "work"}},
-                "FSLinuxTypes": ["ext2"],
-                "FSProbeOrder": 1,
-            }, file)
-        with open(f"{resources}/work", "w") as file:
-            file.write(CHECKER.format(prologue=prologue))
-        os.chmod(f"{resources}/work", 0o755)
-
     def start(self, *arguments):
         """Starts diskutil, and returns it with a descriptor of the process that works for it."""
         process = subprocess.Popen([DISKUTIL, *arguments, self.node], stdout=subprocess.PIPE,
                                    stderr=subprocess.PIPE)
         self.addCleanup(process.stderr.close)
         self.addCleanup(process.stdout.close)
-        for line in process.stdout:
-            if line.startswith(b"working as "):
-                worker = os.pidfd_open(int(line.split()[-1]))
-                self.addCleanup(os.close, worker)
-                return process, worker
-        self.fail(f"the checker was not started: {process.stderr.read()}")
-
-    def assert_ended(self, worker):
-        """A descriptor of a process can be read once the process has ended."""
-        self.assertTrue(select.select([worker], [], [], LIMIT)[0], "the checker is still at work")
+        return process, endless_bundle.worker_of(self, process)
 
     def test_signals(self):
-        self.install_bundle()
+        endless_bundle.install(self)
         for number in [signal.SIGINT, signal.SIGTERM, signal.SIGHUP]:
             with self.subTest(number):
                 process, worker = self.start("verifyVolume")
                 process.send_signal(number)
                 self.assertEqual(process.wait(LIMIT), case.INTERRUPTED)
-                self.assert_ended(worker)
+                endless_bundle.assert_ended(self, worker)
                 self.assertRegex(process.stderr.read(), rb"interrupted.*\n.*was stopped\n")
 
     def test_an_erase_is_stopped_as_well(self):
-        self.install_bundle()
+        endless_bundle.install(self)
         process, worker = self.start("eraseVolume", "Endless", "Name")
         process.terminate()
         self.assertEqual(process.wait(LIMIT), case.INTERRUPTED)
-        self.assert_ended(worker)
+        endless_bundle.assert_ended(self, worker)
 
     def test_a_reader_that_goes(self):
-        self.install_bundle()
+        endless_bundle.install(self)
         process, worker = self.start("verifyVolume")
         process.stdout.close()
         self.assertEqual(process.wait(LIMIT), case.INTERRUPTED)
-        self.assert_ended(worker)
+        endless_bundle.assert_ended(self, worker)
 
     def test_a_checker_that_does_not_listen_is_killed(self):
-        self.install_bundle("trap '' TERM")
+        endless_bundle.install(self, "trap '' TERM")
         process, worker = self.start("verifyVolume")
         process.terminate()
         self.assertEqual(process.wait(LIMIT), case.INTERRUPTED)
-        self.assert_ended(worker)
+        endless_bundle.assert_ended(self, worker)
 
     def test_nothing_survives_a_diskutil_that_is_killed(self):
-        self.install_bundle()
+        endless_bundle.install(self)
         for arguments in [["verifyVolume"], ["eraseVolume", "Endless", "Name"]]:
             with self.subTest(arguments):
                 process, worker = self.start(*arguments)
                 process.kill()
                 process.wait(LIMIT)
-                self.assert_ended(worker)
+                endless_bundle.assert_ended(self, worker)
 
     def test_a_mounted_volume_is_mounted_again(self):
-        self.install_bundle()
+        endless_bundle.install(self)
         self.mount(self.node)
         process, worker = self.start("verifyVolume")
         self.assertFalse(self.service.is_mounted(self.node))
         process.terminate()
         process.wait(LIMIT)
-        self.assert_ended(worker)
+        endless_bundle.assert_ended(self, worker)
         self.assertTrue(self.service.is_mounted(self.node))
 
     def test_exit_statuses_of_a_bundle(self):
         for status, wanted in [(0, case.SUCCESS), (8, case.ERRORS_FOUND), (1, 18), (2, 18)]:
             with self.subTest(status):
-                self.install_bundle(f"exit {status}")
+                endless_bundle.install(self, f"exit {status}")
                 self.assert_exit(diskutil("verifyVolume", self.node), wanted)
-                shutil.rmtree(BUNDLE)
+                shutil.rmtree(endless_bundle.BUNDLE)
 
 
 if __name__ == "__main__":

@@ -104,6 +104,7 @@ private:
     void startHeldAs(UserProcess &process, const QStringList &arguments);
     void startAs(UserProcess &process, const QStringList &arguments = {}, PolkitAgent *agent = nullptr);
     void addEnvironment(UserProcess &process, const QString &name, const QString &value);
+    static QString visibleWindow();
     qint64 waitForWindow(uid_t user);
     static void waitForSilentEnd(UserProcess &process);
 
@@ -145,6 +146,7 @@ void ElevationTest::startHeldAs(UserProcess &process, const QStringList &argumen
 {
     addEnvironment(process, u"PATH"_s, u"/usr/bin:/bin"_s);
     addEnvironment(process, u"DISPLAY"_s, QString::fromLatin1(m_display));
+    addEnvironment(process, u"XAUTHORITY"_s, qEnvironmentVariable("XAUTHORITY"));
     process.startHeld(program, arguments);
 }
 
@@ -156,14 +158,21 @@ void ElevationTest::startAs(UserProcess &process, const QStringList &arguments, 
     process.release();
 }
 
-qint64 ElevationTest::waitForWindow(uid_t user)
+// The window that is on the display, as xdotool calls it, once there is one; empty when none comes.
+QString ElevationTest::visibleWindow()
 {
     QProcess search;
     search.start(u"xdotool"_s,
-        { u"search"_s, u"--sync"_s, u"--onlyvisible"_s, u"--name"_s, u"Zorvex Disk Manager"_s });
+        { u"search"_s, u"--sync"_s, u"--onlyvisible"_s, u"--name"_s, u"^Zorvex Disk Manager$"_s });
     const bool isFound = QTest::qWaitFor([&] { return search.state() == QProcess::NotRunning; }, startLimit);
     search.kill();
     search.waitForFinished();
+    return isFound ? QString::fromLatin1(search.readAllStandardOutput()).section(u'\n', 0, 0) : QString();
+}
+
+qint64 ElevationTest::waitForWindow(uid_t user)
+{
+    const bool isFound = !visibleWindow().isEmpty();
     const QList<qint64> processes = windowsOf(user, m_display);
     return isFound && processes.size() == 1 ? processes.first() : 0;
 }
@@ -293,10 +302,20 @@ void ElevationTest::secondStartRaisesTheFirstWindow()
     startAs(first);
     QCOMPARE(waitForWindow(administrator.user), first.processId());
 
+    QProcess windowManager;
+    windowManager.start(u"openbox"_s, { u"--startup"_s, u"echo started"_s });
+    QVERIFY(windowManager.waitForReadyRead(startLimit));
+    const QString window = visibleWindow();
+    // Ends when the window has gone from the display.
+    QCOMPARE(QProcess::execute(u"xdotool"_s, { u"windowminimize"_s, u"--sync"_s, window }), 0);
+
     UserProcess second(administrator);
     startAs(second);
     waitForSilentEnd(second);
+    QCOMPARE(visibleWindow(), window);
     QCOMPARE(windowsOf(administrator.user, m_display), QList<qint64> { first.processId() });
+    windowManager.terminate();
+    windowManager.waitForFinished();
 }
 
 void ElevationTest::startsInTheSameInstantMakeOneWindow()

@@ -79,6 +79,7 @@ private Q_SLOTS:
     void wrongTypeIsLoggedAndReported();
     void wrongOptionalTypeKeepsWhatCameBefore();
     void emptyDescriptionIsRefusedWithoutALine();
+    void absentDescriptionIsLogged_data();
     void absentDescriptionIsLogged();
     void blockSizeThatDoesNotConvertIsRefused();
     void shortMemoryIsReportedAsSuccess_data();
@@ -179,11 +180,19 @@ void TestDiskRecord::emptyDescriptionIsRefusedWithoutALine()
     QCOMPARE(log.lines(), QStringList());
 }
 
+void TestDiskRecord::absentDescriptionIsLogged_data()
+{
+    QTest::addColumn<DADiskRef>("disk");
+    QTest::newRow("a disk that tells nothing") << DADiskRef(std::make_shared<MemoryDisk>());
+    QTest::newRow("the disk of a record that was made when memory was short") << DADiskRef();
+}
+
 void TestDiskRecord::absentDescriptionIsLogged()
 {
+    QFETCH(const DADiskRef, disk);
     const LogCapture log;
     ZorvexDiskManagerDisk record;
-    QCOMPARE(zorvex_disk_manager_update_disk_description(std::make_shared<MemoryDisk>(), record), true);
+    QCOMPARE(zorvex_disk_manager_update_disk_description(disk, record), true);
     QCOMPARE(log.lines(), QStringList { QStringLiteral("Error while copying disk description dictionary.") });
 }
 

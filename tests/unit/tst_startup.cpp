@@ -9,11 +9,14 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <algorithm>
 #include <cerrno>
 #include <clocale>
+#include <cstddef>
 #include <future>
 #include <pty.h>
 #include <sys/socket.h>
+#include <sys/syscall.h>
 #include <sys/un.h>
 #include <unistd.h>
 
@@ -85,6 +88,7 @@ private slots:
     void hungInstanceIsNotTakenForAnAnswer();
     void freedNameCanBeTakenAgain();
     void strangerHoldingTheNameIsNotObeyed();
+    void strangerWhoAsksIsNotObeyed();
     void waylandSocketIsTheUsersOwn();
     void logIsUtf8InEveryLocale();
     void errorTextsAreEnglish();
@@ -280,13 +284,46 @@ void StartupTest::freedNameCanBeTakenAgain()
 
 void StartupTest::strangerHoldingTheNameIsNotObeyed()
 {
-    // The process at the other end has other rights than the name says.
+    // The process at the other end has other rights than the name says, and answers as an instance would.
     const InstanceOwner owner { geteuid() + 1, testOwner().user };
-    SingleInstance stranger(owner);
-    QVERIFY(stranger.listen());
-    const QSignalSpy requests(&stranger, &SingleInstance::activationRequested);
+    const QByteArray name
+        = "org.zorvex.DiskManager/" + QByteArray::number(owner.rights) + '/' + QByteArray::number(owner.user);
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    std::copy(name.begin(), name.end(), address.sun_path + 1);
+    const auto length = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + 1 + name.size());
+    const int listener = ::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0);
+    QCOMPARE(::bind(listener, reinterpret_cast<const sockaddr *>(&address), length), 0);
+    QCOMPARE(::listen(listener, 1), 0);
+    auto heard = std::async(std::launch::async, [listener] {
+        const int client = ::accept4(listener, nullptr, nullptr, SOCK_CLOEXEC);
+        QByteArray token(64, '\0');
+        ::send(client, "!", 1, MSG_NOSIGNAL);
+        token.resize(std::max<ssize_t>(0, ::recv(client, token.data(), 64, 0)));
+        ::close(client);
+        return token;
+    });
     QVERIFY(!raiseInstance(owner, "token"));
-    QTest::qWait(0);
+    QCOMPARE(heard.get(), QByteArray());
+    ::close(listener);
+}
+
+void StartupTest::strangerWhoAsksIsNotObeyed()
+{
+    QCOMPARE(geteuid(), uid_t { 0 });
+    const InstanceOwner owner = testOwner();
+    SingleInstance instance(owner);
+    QVERIFY(instance.listen());
+    const QSignalSpy requests(&instance, &SingleInstance::activationRequested);
+    auto raised = std::async(std::launch::async, [owner] {
+        // The kernel keeps rights for each thread; only the C library's call changes them for all.
+        syscall(SYS_setresuid, -1, 65534, -1);
+        const bool isRaised = raiseInstance(owner, "token");
+        syscall(SYS_setresuid, -1, 0, -1);
+        return isRaised;
+    });
+    QTRY_VERIFY(raised.wait_for(std::chrono::seconds(0)) == std::future_status::ready);
+    QVERIFY(!raised.get());
     QCOMPARE(requests.size(), 0);
 }
 

@@ -114,6 +114,7 @@ private Q_SLOTS:
     void mountReadsTheMountPointsBeforeItCompletes();
     void errorOfAnUnknownNameIsAGeneralError();
     void unmountGoesOnUntilNothingIsMounted();
+    void unmountOfWhatIsUnmountedMeanwhileIsDone();
     void unmountOfAWholeDiskStopsAtTheFirstRefusal();
     void ejectOfALoopDiskWaitsUntilItIsDetached();
     void ejectOfADiskWithAMountedVolumeIsRefused();
@@ -331,6 +332,23 @@ void TestUDisksSession::unmountGoesOnUntilNothingIsMounted()
     QTRY_COMPARE(test.completions, 1);
     QVERIFY(!test.outcome);
     QCOMPARE(test.fake.calls.size(), 3);
+}
+
+void TestUDisksSession::unmountOfWhatIsUnmountedMeanwhileIsDone()
+{
+    SessionTest test;
+    test.fake.changeProperties(
+        volumePath, UDisks::filesystem, mountPoints({ QStringLiteral("/media/A") }), Tell::No);
+    test.start();
+    test.fake.answer = [&](const QDBusMessage &call) {
+        test.fake.changeProperties(volumePath, UDisks::filesystem, mountPoints({}), Tell::No);
+        return call.createErrorReply(
+            QStringLiteral("org.freedesktop.UDisks2.Error.NotMounted"), QStringLiteral("not mounted"));
+    };
+    test.session->unmount(test.disks.value(QStringLiteral("disk2s1")), 0, test.completion());
+    QTRY_COMPARE(test.completions, 1);
+    QVERIFY(!test.outcome);
+    QCOMPARE(test.fake.calls.size(), 1);
 }
 
 void TestUDisksSession::unmountOfAWholeDiskStopsAtTheFirstRefusal()

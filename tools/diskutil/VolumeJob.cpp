@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tools/diskutil/VolumeJob.h"
 
+#include "platform/DesktopUserMount.h"
 #include "platform/SystemLog.h"
 #include "tools/diskutil/machine.h"
 
@@ -169,7 +170,7 @@ void VolumeJob::unmount()
     m_console.say(u"Unmounting %1"_s.arg(m_medium.bsdName));
     m_session.unmount(
         m_disk, kDADiskUnmountOptionDefault, [this](const DADiskRef &, const DADissenterRef &dissenter) {
-            if (!dissenter || dissenter->status == static_cast<quint32>(DAReturn::NotMounted)) {
+            if (!dissenter) {
                 runNextCommand();
                 return;
             }
@@ -326,12 +327,14 @@ void VolumeJob::mount()
     m_session.mount(
         m_disk, kDADiskMountOptionDefault, [this](const DADiskRef &disk, const DADissenterRef &dissenter) {
             m_isMounting = false;
-            // The desktop may have been quicker.
-            const bool isMounted = !readMedium(*disk).mountPoint.isEmpty();
+            const QString mountPoint = readMedium(*disk).mountPoint;
+            const bool isMounted = !mountPoint.isEmpty(); // the desktop may have been quicker
             // What looked like the new volume was still the old one.
             if (dissenter && !isMounted && m_newVolumeLimit.isActive() && !isNewVolumeKnown())
                 return;
             m_newVolumeLimit.stop();
+            if (isMounted && m_operation == Operation::Erase && m_outcome == ExitCode::Success)
+                giveMountedVolume(mountPoint, desktopUser());
             if (dissenter && !isMounted)
                 m_console.say(
                     u"%1 could not be mounted: %2"_s.arg(m_medium.bsdName, dissenterText(dissenter)));

@@ -1,0 +1,124 @@
+# SPDX-License-Identifier: MIT
+"""diskutil of a member of the administrators' group, from the command to the volume: polkit and pkexec give it root's
+rights for one run, and what it mounts belongs to the user. Runs inside tests/support/with-private-services
+--with-disk-service."""
+
+import os
+import signal
+import subprocess
+import sys
+import unittest
+
+sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "support"))
+import endless_bundle  # noqa: E402
+from diskutil_case import DISKUTIL, ERRORS_FOUND, INTERRUPTED, SUCCESS, DiskutilCase  # noqa: E402
+from loop_disk import LIMIT, probe, run  # noqa: E402
+
+NAME = "zvmember"
+USER = 61012
+HOME_OF_MOUNTS = f"/media/{NAME}"
+
+# What the disk service grants a user at the machine.
+AT_THE_MACHINE = """polkit.addRule(function (action, subject) {
+    if (action.id.indexOf("org.freedesktop.udisks2.filesystem-mount") === 0 && subject.user === "%s")
+        return polkit.Result.YES;
+    return polkit.Result.NOT_HANDLED;
+});
+""" % NAME
+
+
+def as_user(*command, **options):
+    return subprocess.Popen(command, user=USER, group=USER, extra_groups=[], stdout=subprocess.PIPE,
+                            stderr=subprocess.PIPE, start_new_session=True,
+                            env={"PATH": "/usr/bin:/bin:/usr/sbin:/sbin"}, **options)
+
+
+def run_as_user(*command):
+    with as_user(*command, text=True) as process:
+        out, err = process.communicate(timeout=60)
+    return subprocess.CompletedProcess(command, process.returncode, out, err)
+
+
+def mount_point(node):
+    return run("findmnt", "--noheadings", "--output", "TARGET", node).strip()
+
+
+class DiskutilOfUser(DiskutilCase):
+    @classmethod
+    def setUpClass(cls):
+        if "ZORVEX_PRIVATE_SERVICES" not in os.environ:
+            raise RuntimeError("not run inside tests/support/with-private-services")
+        with open("/etc/passwd", "a", encoding="utf-8") as users:
+            users.write(f"{NAME}:x:{USER}:{USER}::/nonexistent:/bin/sh\n")
+        with open("/etc/group", "a", encoding="utf-8") as groups:
+            groups.write(f"zorvex-admin:x:80:{NAME}\n")
+
+    def setUp(self):
+        super().setUp()
+        self.disk = self.make_disk(64)
+        self.node = self.disk.partitions[0]
+
+    def sit_at_the_machine(self):
+        rule = "/etc/polkit-1/rules.d/10-at-the-machine.rules"
+        with open(rule, "w", encoding="utf-8") as file:
+            file.write(AT_THE_MACHINE)
+        self.addCleanup(os.unlink, rule)
+
+    def erase_as_user(self, file_system, name):
+        self.disk.check_ours()
+        self.assert_exit(run_as_user(DISKUTIL, "eraseVolume", file_system, name, self.node), SUCCESS)
+
+    def assert_users_own(self, name):
+        """The volume is mounted where its user may enter, and he can write to it."""
+        point = f"{HOME_OF_MOUNTS}/{name}"
+        self.assertEqual(mount_point(self.node), point)
+        self.assert_exit(run_as_user("sh", "-c", f"echo mine >'{point}/file' && cat '{point}/file'"), SUCCESS)
+
+    def test_a_new_volume_is_the_users(self):
+        self.sit_at_the_machine()
+        for file_system, name in (("ext4", "With Owners"), ("NTFS", "Without")):
+            with self.subTest(file_system):
+                self.erase_as_user(file_system, name)
+                self.assertEqual(probe(self.node, "LABEL"), name)
+                self.assert_users_own(name)
+                self.unmount(self.node)
+
+    def test_a_volume_that_was_mounted_is_mounted_for_the_user_again(self):
+        self.sit_at_the_machine()
+        self.erase_as_user("ext4", "Again")
+        for verb in ("verifyVolume", "repairVolume"):
+            with self.subTest(verb):
+                self.assert_exit(run_as_user(DISKUTIL, verb, self.node), SUCCESS)
+                self.assert_users_own("Again")
+
+    def test_a_volume_that_has_an_owner_keeps_him(self):
+        self.sit_at_the_machine()
+        self.erase_as_user("ext4", "Kept")
+        os.chown(mount_point(self.node), 0, 0)
+        self.assert_exit(run_as_user(DISKUTIL, "verifyVolume", self.node), SUCCESS)
+        self.assertEqual(os.stat(mount_point(self.node)).st_uid, 0)
+
+    def test_whom_the_service_would_ask_gets_it_mounted_for_root(self):
+        self.erase_as_user("ext4", "Asked")
+        self.assertEqual(mount_point(self.node), "/media/root/Asked")
+
+    def test_errors_are_told(self):
+        self.erase_as_user("ext4", "Errors")
+        self.unmount(self.node)
+        run("debugfs", "-w", "-R", "clri <11>", self.node)
+        self.assert_exit(run_as_user(DISKUTIL, "verifyVolume", self.node), ERRORS_FOUND)
+
+    def test_nothing_of_root_goes_on_when_the_user_stops_it(self):
+        self.erase_as_user("ext2", "Stopped")
+        self.unmount(self.node)
+        endless_bundle.install(self)
+        for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP, signal.SIGKILL):
+            with self.subTest(number), as_user(DISKUTIL, "verifyVolume", self.node) as process:
+                worker = endless_bundle.worker_of(self, process)
+                process.send_signal(number)
+                self.assertEqual(process.wait(LIMIT), -number if number == signal.SIGKILL else INTERRUPTED)
+                endless_bundle.assert_ended(self, worker)
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
