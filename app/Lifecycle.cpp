@@ -49,11 +49,17 @@ void ZorvexDiskManagerAppDelegate::swapPanes()
         systemLog(QStringLiteral("Unexpected subview count: %1").arg(count));
 }
 
+void ZorvexDiskManagerAppDelegate::colorOutput()
+{
+    QPalette palette;
+    for (const QPalette::ColorGroup group : { QPalette::Active, QPalette::Inactive, QPalette::Disabled })
+        palette.setColor(group, QPalette::Text, window->palette().color(group, QPalette::WindowText));
+    checkRepairOutputView->setPalette(palette);
+}
+
 void ZorvexDiskManagerAppDelegate::awakeFromNib()
 {
-    QPalette palette = checkRepairOutputView->palette();
-    palette.setColor(QPalette::Text, window->palette().color(QPalette::WindowText));
-    checkRepairOutputView->setPalette(palette);
+    colorOutput();
 
     rightTabView->removeTab(rightTabView->indexOf(maintenanceTab));
     rightTabView->removeTab(rightTabView->indexOf(formatTab));
@@ -69,6 +75,7 @@ void ZorvexDiskManagerAppDelegate::awakeFromNib()
 
     connect(infoMountedPathView, &LinkTextView::selectionDidChange, this,
         &ZorvexDiskManagerAppDelegate::textViewDidChangeSelection);
+    infoMountedPathView->installEventFilter(this);
     window->installEventFilter(this);
 
     window->setMinimumSize(minimumContentSize);
@@ -139,5 +146,10 @@ bool ZorvexDiskManagerAppDelegate::eventFilter(QObject *watched, QEvent *event)
         windowDidBecomeKey();
     else if (watched == window && event->type() == QEvent::Close)
         windowWillClose();
+    // The theme can change while the program runs.
+    else if (watched == window && event->type() == QEvent::PaletteChange)
+        colorOutput();
+    else if (watched == infoMountedPathView && event->type() == QEvent::PaletteChange)
+        showMountPathOf(selectedDisk().get());
     return QObject::eventFilter(watched, event);
 }

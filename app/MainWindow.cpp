@@ -10,9 +10,10 @@
 
 #include <QApplication>
 #include <QClipboard>
-#include <QEvent>
 #include <QLayout>
 #include <QMainWindow>
+
+#include <utility>
 
 namespace {
 
@@ -31,6 +32,7 @@ OutlineView *outlineViewFor(bool isRightToLeft, const Ui::MainWindow &ui)
     flipped->setFrameShape(ui.leftOutlineView->frameShape());
     auto cell = std::make_unique<ImageAndTextCellFlipped>();
     flipped->setDataCell(std::move(cell));
+    QWidget::setTabOrder(ui.leftOutlineView, flipped);
     delete ui.outlineViewScrollContainerLayout->replaceWidget(ui.leftOutlineView, flipped);
     delete ui.leftOutlineView;
     return flipped;
@@ -84,33 +86,9 @@ void connectAction(QAction *action, ZorvexDiskManagerAppDelegate &controller, Cl
         [action, &controller, click] { (controller.*click)(action); });
 }
 
-// Keeps a menu item as enabled as its button.
-class EnabledFollower : public QObject
-{
-public:
-    EnabledFollower(QAction *action, QWidget *followed)
-        : QObject(action)
-        , m_action(action)
-    {
-        followed->installEventFilter(this);
-        m_action->setEnabled(followed->isEnabled());
-    }
-
-    bool eventFilter(QObject *watched, QEvent *event) override
-    {
-        if (event->type() == QEvent::EnabledChange)
-            m_action->setEnabled(static_cast<QWidget *>(watched)->isEnabled());
-        return QObject::eventFilter(watched, event);
-    }
-
-private:
-    QAction *m_action;
-};
-
 // A menu item presses the button of its name, on the page on which the operation shows what it does.
 void connectToButton(QAction *action, QPushButton *button, QTabWidget *tabs, QWidget *page)
 {
-    new EnabledFollower(action, button);
     QObject::connect(action, &QAction::triggered, button, [button, tabs, page] {
         tabs->setCurrentWidget(page);
         button->click();
@@ -120,11 +98,39 @@ void connectToButton(QAction *action, QPushButton *button, QTabWidget *tabs, QWi
 // Formatting begins with the choice of a file system: its menu item leads there.
 void connectFormatAction(const Ui::MainWindow &ui)
 {
-    new EnabledFollower(ui.actionFormat, ui.formatButton);
     QObject::connect(ui.actionFormat, &QAction::triggered, ui.formatTab, [ui] {
         ui.rightTabView->setCurrentWidget(ui.formatTab);
         ui.formatFilesystemsPopupButton->setFocus(Qt::ShortcutFocusReason);
     });
+}
+
+// A menu item can do what its button can do while the button's page is there.
+void enableAsButton(QAction *action, const QPushButton *button, const QTabWidget *tabs, const QWidget *page)
+{
+    action->setEnabled(button->isEnabled() && tabs->indexOf(page) >= 0);
+}
+
+// What the menus offer for the disk that the panel shows.
+void followPanel(const Ui::MainWindow &ui)
+{
+    ui.actionMountUnmount->setText(ui.mountUnmountButton->text());
+    enableAsButton(ui.actionMountUnmount, ui.mountUnmountButton, ui.rightTabView, ui.infoTab);
+    enableAsButton(ui.actionFormat, ui.formatButton, ui.rightTabView, ui.formatTab);
+    enableAsButton(ui.actionCheck, ui.checkButton, ui.rightTabView, ui.maintenanceTab);
+    enableAsButton(ui.actionRepair, ui.repairButton, ui.rightTabView, ui.maintenanceTab);
+}
+
+void connectToPanel(const ZorvexDiskManagerAppDelegate &controller, const Ui::MainWindow &ui)
+{
+    QObject::connect(&controller, &ZorvexDiskManagerAppDelegate::panelDidChange, ui.rightTabView,
+        [ui, shown = OutlineItem()](const OutlineItem &disk) mutable {
+            followPanel(ui);
+            // A menu that was opened for one disk does nothing to another.
+            if (disk != std::exchange(shown, disk)) {
+                ui.diskMenu->close();
+                ui.rowMenu->close();
+            }
+        });
 }
 
 // The text that has the focus copies or selects itself. A label does so only on a key press of its own, and
@@ -148,13 +154,6 @@ void copyLabel(QLabel *label)
 void selectLabel(QLabel *label)
 {
     label->setSelection(0, static_cast<int>(label->text().size()));
-}
-
-// The menu's item is called what the button is called for the selected disk.
-void keepTitleOfButton(QMenu *menu, QAction *action, const QPushButton *button)
-{
-    QObject::connect(
-        menu, &QMenu::aboutToShow, action, [action, button] { action->setText(button->text()); });
 }
 
 // The menu of a row of the tree, for the disk of that row.
@@ -181,9 +180,8 @@ void connectActions(ZorvexDiskManagerAppDelegate &controller, QMainWindow *windo
     connectFormatAction(ui);
     connectToButton(ui.actionCheck, ui.checkButton, ui.rightTabView, ui.maintenanceTab);
     connectToButton(ui.actionRepair, ui.repairButton, ui.rightTabView, ui.maintenanceTab);
+    connectToPanel(controller, ui);
     connectContextMenu(controller.leftOutlineView, ui.rowMenu);
-    for (QMenu *menu : { ui.diskMenu, ui.rowMenu })
-        keepTitleOfButton(menu, ui.actionMountUnmount, ui.mountUnmountButton);
     connectAction(ui.actionManual, controller, &Controller::clickHelpMenuItem);
     connectAction(ui.actionAbout, controller, &Controller::clickAboutButton);
     connectEditAction(ui.actionCopy, "copy()", &copyLabel);
@@ -212,5 +210,6 @@ std::unique_ptr<QMainWindow> loadMainWindow(ZorvexDiskManagerAppDelegate &contro
     setOutlets(controller, window.get(), ui);
     connectActions(controller, window.get(), ui);
     controller.awakeFromNib();
+    controller.leftOutlineView->setFocus(); // the keyboard begins in the tree
     return window;
 }

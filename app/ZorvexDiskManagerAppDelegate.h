@@ -253,11 +253,16 @@ public:
     int splitView_constrainMaxCoordinate_ofSubviewAt(SplitView *view, int proposed, int index) override;
     void splitView_resizeSubviewsWithOldSize(SplitView *view, const QSize &oldSize) override;
 
+Q_SIGNALS:
+    // The information panel has been rebuilt and shows this disk; null for none.
+    void panelDidChange(const OutlineItem &disk);
+
 private:
     friend struct ControllerTest; // a test that looks at what no outlet shows
 
     // app/Lifecycle.cpp
     void swapPanes();
+    void colorOutput(); // in the colour of the window's text
 
     // disks/DiskTreeOperations.cpp
     void releaseDiskListItem(ZorvexDiskManagerDiskListItem *item);
@@ -290,6 +295,7 @@ private:
     QString deviceNodeTextOf(const ZorvexDiskManagerDisk &disk) const;
     QString leftToRightInWindow(const QString &text) const; // set apart where the window is mirrored
     void showOutputOf(const ZorvexDiskManagerDisk &disk);
+    void showMountPathOf(const ZorvexDiskManagerDisk *disk);
     bool enableControls(const ZorvexDiskManagerDisk &disk);
     void disableControls();
     void updateTabs(const ZorvexDiskManagerDisk *disk, bool canFormat);

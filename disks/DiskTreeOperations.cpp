@@ -12,7 +12,7 @@ void ZorvexDiskManagerAppDelegate::addDiskListItem(std::unique_ptr<ZorvexDiskMan
     m_diskListItems.emplace(added, std::move(item));
     const DiskListAddition addition = m_diskListBuilder.add(&disk_list, added);
 
-    const int selectedRow = leftOutlineView->selectedRow();
+    const OutlineItem selected = selectedDisk();
     if (addition.movedOthers)
         leftOutlineView->reloadData();
     else
@@ -24,8 +24,11 @@ void ZorvexDiskManagerAppDelegate::addDiskListItem(std::unique_ptr<ZorvexDiskMan
         systemLog(QString::asprintf("No index found for item %p (disk %p)!", static_cast<const void *>(added),
             static_cast<const void *>(added->disk.get())));
     }
-    if (selectedRow >= 0 && addedRow >= 0 && selectedRow >= addedRow) {
-        leftOutlineView->selectRow(selectedRow + 1);
+    // Rows below the new one have moved down; others may have gone under it, or come out of a collapsed disk.
+    const int selectedRow = selected ? leftOutlineView->rowForItem(selected) : -1;
+    const bool hasMoved = selectedRow > addedRow || selectedRow != leftOutlineView->selectedRow();
+    if (selectedRow >= 0 && addedRow >= 0 && hasMoved) {
+        leftOutlineView->selectRow(selectedRow);
         outlineViewSelectionDidChange();
     }
 }

@@ -41,7 +41,7 @@ AlertSheet::AlertSheet(Style style)
 
 QPushButton *AlertSheet::addButtonWithTitle(const QString &title)
 {
-    // One role for all keeps the order in which they are added.
+    // The first one does what is asked, the others decline; which of them stands where is up to the platform.
     QPushButton *const button = addButton(title, m_buttons.empty() ? AcceptRole : RejectRole);
     m_buttons.push_back(button);
     setEscapeButton(button);

@@ -163,6 +163,17 @@ void ZorvexDiskManagerAppDelegate::showOutputOf(const ZorvexDiskManagerDisk &dis
     checkRepairOutputView->setOutput(disk.checkRepairOutput->bytes());
 }
 
+void ZorvexDiskManagerAppDelegate::showMountPathOf(const ZorvexDiskManagerDisk *disk)
+{
+    if (disk && disk->volumePath) {
+        makeHyperlink(infoMountedPathView, disk->volumePath->toLocalFile(), *disk->volumePath);
+        infoMountedPathView->setAccessibleDescription(localizedString("MOUNT_PATH_LINK_DESCRIPTION"));
+    } else {
+        infoMountedPathView->clearLink();
+        infoMountedPathView->setAccessibleDescription({});
+    }
+}
+
 bool ZorvexDiskManagerAppDelegate::enableControls(const ZorvexDiskManagerDisk &disk)
 {
     const PanelRules::Abilities abilities
@@ -240,6 +251,7 @@ void ZorvexDiskManagerAppDelegate::outlineViewSelectionDidChange()
     } else {
         texts.name = localizedString("SELECT_A_DISK_TEXT");
         mountUnmountButton->setText(localizedString("MOUNT_BUTTON_TITLE"));
+        infoBigImageField->setAccessibleDescription({}); // the image is that of the last disk
         checkRepairOutputView->setOutput({});
         disableControls();
     }
@@ -247,13 +259,7 @@ void ZorvexDiskManagerAppDelegate::outlineViewSelectionDidChange()
     setValue(infoNameLabel, texts.name);
     setValue(infoDiskSpaceLabel, texts.space);
     infoDiskSpaceLabel->setToolTip(texts.spaceToolTip);
-    if (disk && disk->volumePath) {
-        makeHyperlink(infoMountedPathView, disk->volumePath->toLocalFile(), *disk->volumePath);
-        infoMountedPathView->setAccessibleDescription(localizedString("MOUNT_PATH_LINK_DESCRIPTION"));
-    } else {
-        infoMountedPathView->clearLink();
-        infoMountedPathView->setAccessibleDescription({});
-    }
+    showMountPathOf(disk.get());
     updateTabs(disk.get(), canFormat);
     updateOperationBars(disk.get());
     setValue(filesystemLabel, texts.filesystem);
@@ -267,4 +273,5 @@ void ZorvexDiskManagerAppDelegate::outlineViewSelectionDidChange()
     setValue(ejectableLabel, texts.ejectable);
     setValue(preferredBlockSizeLabel, texts.preferredBlockSize);
     refreshFilesystems();
+    Q_EMIT panelDidChange(disk);
 }

@@ -67,8 +67,10 @@ void LinkTextView::clearLink()
     clear();
     m_text.clear();
     viewport()->unsetCursor();
-    setFocusPolicy(Qt::NoFocus); // there is nothing to follow
-    clearFocus();
+    // There is nothing to follow; who had come here with the keyboard goes on from here.
+    if (window()->focusWidget() == this)
+        focusNextChild();
+    setFocusPolicy(Qt::NoFocus);
     setToolTip({});
     Q_EMIT hasLinkChanged(false);
 }

@@ -71,8 +71,12 @@ OutlineView::OutlineView(QWidget *parent)
     setTextElideMode(Qt::ElideRight);
     connect(this, &QTreeView::expanded, this,
         [this](const QModelIndex &index) { m_model->setExpanded(index, true); });
-    connect(this, &QTreeView::collapsed, this,
-        [this](const QModelIndex &index) { m_model->setExpanded(index, false); });
+    connect(this, &QTreeView::collapsed, this, [this](const QModelIndex &index) {
+        m_model->setExpanded(index, false);
+        // A row that is no longer shown is no longer selected.
+        if (selectionModel()->hasSelection() && selectedRow() < 0)
+            selectionModel()->clear();
+    });
 }
 
 OutlineView::~OutlineView()
@@ -153,16 +157,6 @@ void OutlineView::reloadData()
     if (row >= 0)
         selectRow(row);
     setAutoScroll(true);
-}
-
-void OutlineView::expandItem(const OutlineItem &item, bool expandChildren)
-{
-    const QModelIndex index = m_model->indexOf(item);
-    if (!index.isValid() || m_model->rowCount(index) == 0)
-        return;
-    expand(index);
-    for (int row = 0; expandChildren && row < m_model->rowCount(index); ++row)
-        expandItem(m_model->itemAt(m_model->index(row, 0, index)), true);
 }
 
 void OutlineView::expandAllItems()
@@ -253,6 +247,8 @@ void OutlineView::drawRow(
         QStyleOption branch;
         branch.initFrom(this);
         branch.rect = triangle;
+        // A triangle points at its row, which is mirrored or not whatever the view's own direction is.
+        branch.direction = triangle.x() > frameOfCellAtColumn(0, row).x() ? Qt::RightToLeft : Qt::LeftToRight;
         branch.state.setFlag(QStyle::State_Children);
         branch.state.setFlag(QStyle::State_Open, isExpanded(index));
         branch.state.setFlag(QStyle::State_Selected, selectionModel()->isSelected(index));

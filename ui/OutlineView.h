@@ -49,7 +49,6 @@ public:
     // parent (null for the top level) at the index. What is selected stays selected.
     void insertItem(const OutlineItem &item, const OutlineItem &parent, int index);
 
-    void expandItem(const OutlineItem &item, bool expandChildren);
     void expandAllItems();
 
     // The data cell with the item's value in it, prepared by the delegate.

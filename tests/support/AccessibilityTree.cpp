@@ -69,9 +69,8 @@ QVariant AccessibilityTree::property(
     return reply.value().variant();
 }
 
-void AccessibilityTree::append(QList<Element> &all, const Reference &reference, int depth) const
+AccessibilityTree::Element AccessibilityTree::read(const Reference &reference) const
 {
-    constexpr int deepest = 24;
     Element element;
     element.reference = reference;
     element.name = property(reference, accessible, QStringLiteral("Name")).toString();
@@ -80,7 +79,13 @@ void AccessibilityTree::append(QList<Element> &all, const Reference &reference, 
     const QList<uint> states
         = QDBusReply<QList<uint>>(ask(m_bus, reference, accessible, QStringLiteral("GetState"))).value();
     element.states = static_cast<quint64>(states.value(1)) << 32 | states.value(0);
-    all.append(element);
+    return element;
+}
+
+void AccessibilityTree::append(QList<Element> &all, const Reference &reference, int depth) const
+{
+    constexpr int deepest = 24;
+    all.append(read(reference));
     if (depth >= deepest)
         return;
     const QDBusReply<QList<Reference>> children
@@ -118,6 +123,26 @@ std::optional<AccessibilityTree::Element> AccessibilityTree::find(
 QString AccessibilityTree::descriptionOf(const Element &element) const
 {
     return property(element.reference, accessible, QStringLiteral("Description")).toString();
+}
+
+std::optional<AccessibilityTree::Element> AccessibilityTree::labelledBy(const Element &caption) const
+{
+    constexpr uint labelFor = 1; // of AT-SPI's relation types
+    const QDBusMessage reply = ask(m_bus, caption.reference, accessible, QStringLiteral("GetRelationSet"));
+    const auto relations = reply.arguments().value(0).value<QDBusArgument>();
+    std::optional<Element> labelled;
+    relations.beginArray();
+    while (!relations.atEnd()) {
+        uint type = 0;
+        QList<Reference> targets;
+        relations.beginStructure();
+        relations >> type >> targets;
+        relations.endStructure();
+        if (type == labelFor && targets.size() == 1)
+            labelled = read(targets.constFirst());
+    }
+    relations.endArray();
+    return labelled;
 }
 
 QString AccessibilityTree::textOf(const Element &element) const

@@ -46,6 +46,9 @@ public:
 
     QString descriptionOf(const Element &element) const;
 
+    // What this element is told to be the caption of.
+    std::optional<Element> labelledBy(const Element &caption) const;
+
     // What a text element shows.
     QString textOf(const Element &element) const;
 
@@ -53,6 +56,7 @@ public:
     static QString listed(const QList<Element> &elements);
 
 private:
+    Element read(const Reference &reference) const;
     void append(QList<Element> &all, const Reference &reference, int depth) const;
     QVariant property(const Reference &reference, const QString &interface, const QString &name) const;
 

@@ -10,6 +10,7 @@
 #include <QFile>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QSet>
 #include <QTest>
 
 #include <unistd.h>
@@ -77,6 +78,7 @@ class TestKeyboard : public QObject
 private Q_SLOTS:
     void initTestCase();
     void nothingSelected();
+    void everyValueOfAVolume();
     void everyOutletOfAVolume();
     void menuOfARow();
     void volumeIsUnmountedMountedAndCheckedByKeyboard();
@@ -92,6 +94,7 @@ private:
         return is(QStringLiteral("push button"), button, State::Showing);
     }
     QString faultsOf(const QList<Control> &controls) const;
+    std::optional<Element> valueOf(const QString &caption) const;
     QString unnamed() const;
     void selectVolume();
     void pressOnSheet(const QString &key, const QString &button);
@@ -174,6 +177,16 @@ QString TestKeyboard::faultsOf(const QList<Control> &controls) const
                             : QString(faults.join(u'\n') + u"\nin\n" + AccessibilityTree::listed(elements));
 }
 
+// What stands beside the caption on the page that is shown.
+std::optional<Element> TestKeyboard::valueOf(const QString &caption) const
+{
+    const auto label = m_tree->find([&](const Element &element) {
+        return element.role == QLatin1String("label") && element.name == caption
+            && element.has(State::Showing);
+    });
+    return label ? m_tree->labelledBy(*label) : std::nullopt;
+}
+
 // What can have the focus and does not say what it is. What only holds others hands the focus on to them.
 QString TestKeyboard::unnamed() const
 {
@@ -227,44 +240,54 @@ void TestKeyboard::selectVolume()
         qPrintable(described()), limit);
 }
 
+void TestKeyboard::everyValueOfAVolume()
+{
+    selectVolume();
+    const QString mountPoint = mountPointsOf(m_disk->node(1)).value(0);
+    QVERIFY(!mountPoint.isEmpty());
+    const QList<std::pair<QString, QString>> values {
+        { QStringLiteral("Mounted at:"), QRegularExpression::escape(mountPoint) },
+        { QStringLiteral("File system:"), QStringLiteral("^ext4$") },
+        { QStringLiteral("Device:"), QStringLiteral("^disk[0-9]+s1$") },
+        { QStringLiteral("Whole device:"), QStringLiteral("^No$") },
+        { QStringLiteral("Removable:"), QStringLiteral("^Yes$") },
+        { QStringLiteral("Ejectable:"), QStringLiteral("^Yes$") },
+        { QStringLiteral("Content:"), u'^' + QLatin1String(LoopDisk::linuxType) + u'$' },
+        { QStringLiteral("Preferred block size:"), QStringLiteral("^512 bytes$") },
+    };
+    QSet<QString> places;
+    for (const auto &[caption, pattern] : values) {
+        const std::optional<Element> value = valueOf(caption);
+        QVERIFY2(value && value->has(State::Showing), qPrintable(caption));
+        const QString text = value->role == QLatin1String("text") ? m_tree->textOf(*value) : value->name;
+        QVERIFY2(QRegularExpression(pattern).match(text).hasMatch(),
+            qPrintable(caption + u' ' + text + QStringLiteral(" is not ") + pattern));
+        places.insert(value->reference.path.path());
+    }
+    QCOMPARE(places.size(), values.size()); // each caption has a value of its own
+}
+
 void TestKeyboard::everyOutletOfAVolume()
 {
     selectVolume();
     QVERIFY2(is(QStringLiteral("tree item"), mountedRow, State::Selected), qPrintable(described()));
-    const QString mountPoint = mountPointsOf(m_disk->node(1)).value(0);
     QString faults = faultsOf({
         { "page tab", QStringLiteral("Info") },
         { "page tab", QStringLiteral("Format") },
         { "page tab", QStringLiteral("Maintenance") },
         { "graphic", QStringLiteral("Disk icon") },
         { "label", volumeName },
-        { "label", QStringLiteral("Mounted at:") },
-        { "text", QStringLiteral("Mount point") },
-        { "label", QStringLiteral("File system:") },
-        { "label", QStringLiteral("ext4") },
-        { "label", QStringLiteral("Device:") },
         { "label", QString(QStringLiteral("Device node: ") + m_disk->node(1)) },
-        { "label", QStringLiteral("Whole device:") },
-        { "label", QStringLiteral("Removable:") },
-        { "label", QStringLiteral("Ejectable:") },
-        { "label", QStringLiteral("No") },
-        { "label", QStringLiteral("Content:") },
-        { "label", QStringLiteral("Preferred block size:") },
-        { "label", QStringLiteral("512 bytes") },
         { "push button", QStringLiteral("Unmount") },
     });
     QVERIFY2(faults.isEmpty(), qPrintable(faults));
     const auto icon = m_tree->find(QStringLiteral("graphic"), QStringLiteral("Disk icon"));
     QCOMPARE(m_tree->descriptionOf(*icon), mountedRow);
-    QVERIFY(m_tree->textOf(*m_tree->find(QStringLiteral("text"), QStringLiteral("Mount point")))
-                .contains(mountPoint));
-    for (const char *pattern : { "^disk[0-9]+s1$", "^[0-9.]+ MB free of [0-9.]+ MB$" }) {
-        const QRegularExpression expression { QLatin1String(pattern) };
-        QVERIFY2(m_tree->find([&](const Element &element) {
-            return element.role == QLatin1String("label") && expression.match(element.name).hasMatch();
-        }),
-            pattern);
-    }
+    const QRegularExpression space(QStringLiteral("^[0-9.]+ MB free of [0-9.]+ MB$"));
+    QVERIFY2(m_tree->find([&](const Element &element) {
+        return element.role == QLatin1String("label") && space.match(element.name).hasMatch();
+    }),
+        qPrintable(described()));
     QCOMPARE(unnamed(), QString());
 
     // From the tree to the tabs and along them.

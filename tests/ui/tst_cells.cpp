@@ -26,6 +26,8 @@ private Q_SLOTS:
     void backgroundFillsTheStrip();
     void textColors_data();
     void textColors();
+    void textIsDrawnInItsPlaceAndColor_data();
+    void textIsDrawnInItsPlaceAndColor();
     void disabledTextOfAnOldSystemIsDrawnLightGray();
     void noHighlightIsPainted();
     void copyKeepsTheImage();
@@ -179,6 +181,52 @@ void TestCells::textColors()
     cell.enabled = enabled;
     cell.highlighted = highlighted;
     QTEST(cell.textColor(), "color");
+}
+
+void TestCells::textIsDrawnInItsPlaceAndColor_data()
+{
+    QTest::addColumn<bool>("enabled");
+    QTest::addColumn<bool>("highlighted");
+    QTest::addColumn<QColor>("highlightedText");
+    QTest::addColumn<QColor>("color");
+    const QColor blue(0, 0, 255);
+    const QColor green(0, 255, 0);
+    const QColor dimmed(115, 115, 255); // 45 in 100 of the white behind it
+    QTest::newRow("enabled") << true << false << green << blue;
+    QTest::newRow("disabled") << false << false << green << dimmed;
+    QTest::newRow("highlighted") << true << true << green << green;
+    QTest::newRow("disabled, highlighted") << false << true << green << green;
+    QTest::newRow("disabled, highlighted in the text's colour") << false << true << blue << blue;
+}
+
+void TestCells::textIsDrawnInItsPlaceAndColor()
+{
+    QFETCH(bool, enabled);
+    QFETCH(bool, highlighted);
+    QFETCH(QColor, highlightedText);
+    QFETCH(QColor, color);
+    ImageAndTextCell plain;
+    ImageAndTextCellFlipped mirrored;
+    mirrored.direction = Qt::RightToLeft;
+    for (ImageAndTextCell *cell : { &plain, static_cast<ImageAndTextCell *>(&mirrored) }) {
+        cell->setImage(redImage());
+        cell->enabled = enabled;
+        cell->highlighted = highlighted;
+        cell->palette.setColor(QPalette::Text, QColor(0, 0, 255));
+        cell->palette.setColor(QPalette::HighlightedText, highlightedText);
+        cell->palette.setColor(QPalette::Base, Qt::white);
+        for (const int length : { 4, 200 }) { // one that fits and one that is cut
+            cell->stringValue = QString(length, QChar(0x2588)); // full blocks
+            // Fully painted pixels: an edge may lie between two.
+            const QRect text = extentOf(drawn(*cell), color);
+            QVERIFY(text.width() > 20 && text.height() > 5);
+            // From 10 on, the strip of 19 and 3 more; mirrored, 3 and the rest of the frame's 131.
+            const QRect room = cell == &plain ? QRect(32, 0, 128, 20) : QRect(13, 0, 128, 20);
+            QVERIFY2(room.contains(text), qPrintable(u"%1 to %2"_s.arg(text.left()).arg(text.right())));
+            if (length == 4)
+                QVERIFY(cell == &plain ? text.left() - room.left() <= 1 : room.right() - text.right() <= 1);
+        }
+    }
 }
 
 void TestCells::disabledTextOfAnOldSystemIsDrawnLightGray()

@@ -11,6 +11,7 @@
 #include "ui/OutputView.h"
 
 #include <QAccessible>
+#include <QAction>
 #include <QFile>
 #include <QProgressBar>
 #include <QPushButton>
@@ -79,6 +80,8 @@ class TestCheckRepair : public QObject
 
 private Q_SLOTS:
     void cleanCheckLeavesItsOutput();
+    void menuItemRunsTheTool_data();
+    void menuItemRunsTheTool();
     void verdictOfACheck();
     void verdictOfARepair();
     void otherFailureCarriesNoOutput();
@@ -103,6 +106,42 @@ void TestCheckRepair::cleanCheckLeavesItsOutput()
     QVERIFY(test.controller().checkButton->isEnabled() && test.controller().repairButton->isEnabled());
     QVERIFY(!test.record->operationInProgressShowFormatTab
         && !test.record->operationInProgressShowMaintenanceTab);
+}
+
+void TestCheckRepair::menuItemRunsTheTool_data()
+{
+    QTest::addColumn<QString>("action");
+    QTest::addColumn<int>("key");
+    QTest::addColumn<QString>("verb");
+    QTest::newRow("check") << QStringLiteral("actionCheck") << static_cast<int>(Qt::Key_K)
+                           << QStringLiteral("verifyVolume");
+    QTest::newRow("repair") << QStringLiteral("actionRepair") << static_cast<int>(Qt::Key_R)
+                            << QStringLiteral("repairVolume");
+}
+
+void TestCheckRepair::menuItemRunsTheTool()
+{
+    QFETCH(QString, action);
+    QFETCH(int, key);
+    QFETCH(QString, verb);
+    CheckTest test("printf '%s|' \"$@\"\n");
+    const ZorvexDiskManagerAppDelegate &controller = test.controller();
+    QVERIFY(QTest::qWaitForWindowActive(&test.window()));
+    const auto choose = [&] { test.window().findChild<QAction *>(action)->trigger(); };
+    const auto type = [&] {
+        QTest::keyClick(test.window().windowHandle(), static_cast<Qt::Key>(key), Qt::ControlModifier);
+    };
+    for (const std::function<void()> &start :
+        { std::function<void()>(choose), std::function<void()>(type) }) {
+        test.record->checkRepairOutput.reset();
+        controller.rightTabView->setCurrentWidget(controller.infoTab);
+        start();
+        QVERIFY(test.record->operationInProgress);
+        QCOMPARE(controller.rightTabView->currentWidget(), controller.maintenanceTab);
+        QTRY_VERIFY(!test.record->operationInProgress);
+        QCOMPARE(test.shown(), QString(verb + QStringLiteral("|/dev/disk2s1|")));
+        QVERIFY(test.sheets().isEmpty());
+    }
 }
 
 void TestCheckRepair::verdictOfACheck()

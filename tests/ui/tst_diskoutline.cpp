@@ -4,6 +4,7 @@
 #include "platform/SystemRelease.h"
 #include "tests/support/TestController.h"
 
+#include "ui/ImageButton.h"
 #include "ui/OutlineModel.h"
 #include "ui/OutlineView.h"
 
@@ -11,6 +12,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QScrollBar>
+#include <QTabWidget>
 #include <QTest>
 
 class TestDiskOutline : public QObject
@@ -20,11 +22,14 @@ class TestDiskOutline : public QObject
 private Q_SLOTS:
     void partitionMovesUnderItsDisk();
     void selectionStaysOnTheMedium();
+    void selectionStaysWhenAnArrivalMovesOthers();
     void unmountedVolumeIsDrawnDisabled();
     void emptyTreeHasNoRowsAndNoExpandableRoot();
     void childBeyondTheLastIsTheFirst();
     void treeCannotBeChangedOrSaved();
     void collapsedDiskStaysCollapsedThroughAReload();
+    void whatACollapseHidesIsNotSelected();
+    void collapseKeepsTheSelectionElsewhere();
     void reloadDoesNotScroll();
     void selectionIsToldOnce();
     void clickOnTheTriangleTogglesOnce_data();
@@ -33,6 +38,8 @@ private Q_SLOTS:
     void clickAtTheLeftEdgeOfTheMirroredViewSelects();
     void mirroredFrames_data();
     void mirroredFrames();
+    void closedTriangleLeadsToItsRow_data();
+    void closedTriangleLeadsToItsRow();
     void mirroredViewFillsItsContainer();
 };
 
@@ -88,6 +95,34 @@ void TestDiskOutline::selectionStaysOnTheMedium()
     QCOMPARE(test.controller().bsdNameLabel->text(), QStringLiteral("disk5"));
     test.add(makeDisk(QStringLiteral("disk9")));
     QCOMPARE(test.controller().leftOutlineView->selectedRow(), 4);
+}
+
+void TestDiskOutline::selectionStaysWhenAnArrivalMovesOthers()
+{
+    TestController test;
+    test.launch();
+    addDiskWithVolume(test);
+    test.add(makeDisk(QStringLiteral("disk3")));
+    test.add(makePartition(QStringLiteral("disk5s1"), 1024));
+    test.add(makePartition(QStringLiteral("disk7s1"), 1024));
+    OutlineView *const view = test.controller().leftOutlineView;
+    const auto isSelected = [&](const QString &name) {
+        return view->itemAtRow(view->selectedRow()) == test.recordOf(name)
+            && test.controller().bsdNameLabel->text() == name;
+    };
+    // One that stands alone, while another disk is collapsed.
+    view->collapse(view->model()->index(0, 0));
+    test.select(QStringLiteral("disk3"));
+    test.add(makeDisk(QStringLiteral("disk1")));
+    QVERIFY(test.recordOf(QStringLiteral("disk2s1")));
+    QVERIFY(isSelected(QStringLiteral("disk3")));
+    // One that takes a partition from above the selection to below it.
+    test.add(makeDisk(QStringLiteral("disk5")));
+    QVERIFY(isSelected(QStringLiteral("disk3")));
+    // One that takes the selected partition.
+    test.select(QStringLiteral("disk7s1"));
+    test.add(makeDisk(QStringLiteral("disk7")));
+    QVERIFY(isSelected(QStringLiteral("disk7s1")));
 }
 
 void TestDiskOutline::unmountedVolumeIsDrawnDisabled()
@@ -174,6 +209,43 @@ void TestDiskOutline::collapsedDiskStaysCollapsedThroughAReload()
     view->reloadData();
     QCOMPARE(test.rowNames(), QStringList { QStringLiteral("disk2") });
     QVERIFY(!view->isExpanded(view->model()->index(0, 0)));
+}
+
+void TestDiskOutline::whatACollapseHidesIsNotSelected()
+{
+    TestController test;
+    test.launch();
+    addDiskWithVolume(test);
+    QVERIFY(QTest::qWaitForWindowExposed(&test.window()));
+    test.select(QStringLiteral("disk2s1"));
+    const auto &controller = test.controller();
+    QVERIFY(controller.mountUnmountButton->isEnabled());
+    QTest::mouseClick(controller.leftOutlineView->viewport(), Qt::LeftButton, {},
+        controller.leftOutlineView->frameOfOutlineCellAtRow(0).center());
+    QCOMPARE(test.rowNames(), QStringList { QStringLiteral("disk2") });
+    QCOMPARE(controller.bsdNameLabel->text(), QString());
+    QVERIFY(!controller.mountUnmountButton->isEnabled());
+    QCOMPARE(controller.rightTabView->count(), 1);
+    // It is not selected either when it is shown again.
+    controller.leftOutlineView->expandAllItems();
+    QCOMPARE(test.rowNames(), (QStringList { QStringLiteral("disk2"), QStringLiteral("disk2s1") }));
+    QCOMPARE(controller.leftOutlineView->selectedRow(), -1);
+}
+
+void TestDiskOutline::collapseKeepsTheSelectionElsewhere()
+{
+    TestController test;
+    test.launch();
+    addDiskWithVolume(test);
+    test.add(makeDisk(QStringLiteral("disk3")));
+    OutlineView *const view = test.controller().leftOutlineView;
+    for (const QString &name : { QStringLiteral("disk2"), QStringLiteral("disk3") }) {
+        view->expandAllItems();
+        test.select(name);
+        view->collapse(view->model()->index(0, 0));
+        QCOMPARE(view->selectedRow(), view->rowForItem(test.recordOf(name)));
+        QCOMPARE(test.controller().bsdNameLabel->text(), name);
+    }
 }
 
 void TestDiskOutline::reloadDoesNotScroll()
@@ -298,6 +370,44 @@ void TestDiskOutline::mirroredFrames()
     QCOMPARE(triangle.x(), moves ? view->viewport()->width() - indentation - 6 : 0);
     QCOMPARE(view->frameOfCellAtColumn(0, 1).x(), moves ? 0 : 2 * indentation);
     QVERIFY(view->frameOfOutlineCellAtRow(1).isEmpty());
+}
+
+void TestDiskOutline::closedTriangleLeadsToItsRow_data()
+{
+    QTest::addColumn<QString>("localization");
+    QTest::addColumn<QByteArray>("release");
+    QTest::addColumn<bool>("pointsLeft");
+    QTest::newRow("left to right") << QStringLiteral("en") << QByteArray("10.8.0") << false;
+    QTest::newRow("right to left") << QStringLiteral("ar") << QByteArray("10.8.0") << true;
+    QTest::newRow("right to left, not mirrored") << QStringLiteral("ar") << QByteArray("8.11.1") << false;
+}
+
+void TestDiskOutline::closedTriangleLeadsToItsRow()
+{
+    QFETCH(QString, localization);
+    QFETCH(QByteArray, release);
+    QFETCH(bool, pointsLeft);
+    const SystemReleaseOverride system(release);
+    TestController test(localization);
+    test.launch();
+    addDiskWithVolume(test);
+    QVERIFY(QTest::qWaitForWindowExposed(&test.window()));
+    OutlineView *const view = test.controller().leftOutlineView;
+    view->collapse(view->model()->index(0, 0));
+    // Without the margin, into which a mirrored row's image reaches.
+    const QRect frame = view->frameOfOutlineCellAtRow(0).adjusted(6, 0, 0, 0);
+    const QImage triangle = view->viewport()->grab(frame).toImage().convertToFormat(QImage::Format_RGB32);
+    // Painted pixels by column: one at the tip, most at the base.
+    QList<int> columns;
+    for (int x = 0; x < triangle.width(); ++x) {
+        int painted = 0;
+        for (int y = 0; y < triangle.height(); ++y)
+            painted += triangle.pixel(x, y) != triangle.pixel(0, 0) ? 1 : 0;
+        if (painted > 0)
+            columns.append(painted);
+    }
+    QVERIFY(columns.size() > 1);
+    QCOMPARE(columns.constFirst() < columns.constLast(), pointsLeft);
 }
 
 void TestDiskOutline::mirroredViewFillsItsContainer()

@@ -65,6 +65,16 @@ QStringList tabStops(TestController &test)
     return names;
 }
 
+// Asks for the menu of a row with the mouse, and returns it.
+QMenu *openMenuOfRow(TestController &test, int row)
+{
+    OutlineView *const view = test.controller().leftOutlineView;
+    const QPoint name = view->frameOfCellAtColumn(0, row).center();
+    QContextMenuEvent click(QContextMenuEvent::Mouse, name, view->viewport()->mapToGlobal(name));
+    QApplication::sendEvent(view->viewport(), &click);
+    return test.window().findChild<QMenu *>(QStringLiteral("rowMenu"));
+}
+
 QStringList titlesOf(const QMenu *menu)
 {
     QStringList titles;
@@ -90,6 +100,8 @@ private Q_SLOTS:
     void iconIsDescribed();
     void menuItemsFollowTheirButtons();
     void menuItemIsCalledAsTheButton();
+    void formatItemNeedsItsPage();
+    void menuClosesWithItsDisk();
     void menusShowTheirShortcuts();
     void menuOfARowIsForItsDisk();
     void menuOfARowOpensByKey();
@@ -97,6 +109,9 @@ private Q_SLOTS:
     void labelIsCopied();
     void deviceNodeStandsBesideTheName();
     void emptyValuesAreNoTabStops();
+    void tabStopsStandInOrder_data();
+    void tabStopsStandInOrder();
+    void focusGoesOnWhenTheLinkGoes();
     void headlineGrowsWithTheFont();
     void pathTakesAsManyLinesAsItNeeds();
     void lettersStayJoinedInArabic();
@@ -207,23 +222,43 @@ void TestEveryone::iconIsDescribed()
     QCOMPARE(test.controller().infoBigImageField->accessibleName(), QStringLiteral("Disk icon"));
     QCOMPARE(
         test.controller().infoBigImageField->accessibleDescription(), QStringLiteral("DATA, NTFS, mounted"));
+    test.controller().leftOutlineView->selectRow(-1);
+    QCOMPARE(test.controller().infoBigImageField->accessibleDescription(), QString());
 }
 
 void TestEveryone::menuItemsFollowTheirButtons()
 {
     TestController test;
+    writeWholeBundle(test.localDirectory(), QStringLiteral("NTFS"), QStringLiteral("NTFS"));
     test.launch();
     const MemoryDiskRef volume = mountedVolume();
     test.add(volume);
+    const MemoryDiskRef readOnly = makePartition(QStringLiteral("disk2s2"), 2048);
+    readOnly->description->insert(DAKey::volumeKind, QStringLiteral("NTFS"));
+    readOnly->description->insert(DAKey::mediaWritable, false);
+    test.add(readOnly);
     QAction *const mount = actionOf(test, QStringLiteral("actionMountUnmount"));
     QAction *const show = actionOf(test, QStringLiteral("actionShowInFileManager"));
-    QVERIFY(!mount->isEnabled());
+    // Mount, format, check and repair.
+    const auto enabled = [&test, mount] {
+        QList<bool> states { mount->isEnabled() };
+        for (const char *name : { "actionFormat", "actionCheck", "actionRepair" })
+            states.append(actionOf(test, QLatin1String(name))->isEnabled());
+        return states;
+    };
+    QCOMPARE(enabled(), (QList<bool> { false, false, false, false }));
+    QVERIFY(!show->isEnabled());
+    test.select(QStringLiteral("disk2s2"));
+    QCOMPARE(enabled(), (QList<bool> { true, false, true, false }));
     QVERIFY(!show->isEnabled());
     test.select(QStringLiteral("disk2s1"));
-    QVERIFY(mount->isEnabled());
+    QCOMPARE(enabled(), (QList<bool> { true, true, true, true }));
     QVERIFY(show->isEnabled());
-    QCOMPARE(actionOf(test, QStringLiteral("actionFormat"))->isEnabled(),
-        test.controller().formatButton->isEnabled());
+    test.recordOf(QStringLiteral("disk2s1"))->operationInProgress = true;
+    test.controller().outlineViewSelectionDidChange();
+    QCOMPARE(enabled(), (QList<bool> { false, false, false, false }));
+    test.recordOf(QStringLiteral("disk2s1"))->operationInProgress = false;
+    test.controller().outlineViewSelectionDidChange();
     show->trigger();
     QCOMPARE(test.workspace->folders, QStringList { QStringLiteral("/media/DATA") });
     setMounted(volume, {});
@@ -255,6 +290,51 @@ void TestEveryone::menuItemIsCalledAsTheButton()
     QCOMPARE(title(QStringLiteral("disk2s1")), QStringLiteral("&Mount"));
 }
 
+void TestEveryone::formatItemNeedsItsPage()
+{
+    TestController test;
+    test.launch();
+    QAction *const format = actionOf(test, QStringLiteral("actionFormat"));
+    const MemoryDiskRef volume = mountedVolume();
+    test.add(volume);
+    test.select(QStringLiteral("disk2s1"));
+    QVERIFY(format->isEnabled());
+    format->trigger();
+    QCOMPARE(test.controller().rightTabView->currentWidget(), test.controller().formatTab);
+    // Without a volume there is no page to choose a file system on.
+    volume->description->insert(DAKey::volumeMountable, false);
+    test.service.changeDisk(volume);
+    QCOMPARE(test.controller().rightTabView->indexOf(test.controller().formatTab), -1);
+    QVERIFY(!format->isEnabled());
+}
+
+void TestEveryone::menuClosesWithItsDisk()
+{
+    TestController test;
+    test.launch();
+    const MemoryDiskRef volume = mountedVolume();
+    test.add(volume);
+    test.add(makePartition(QStringLiteral("disk3s1"), 1024));
+    const QAction *const mount = actionOf(test, QStringLiteral("actionMountUnmount"));
+    for (QMenu *menu :
+        { openMenuOfRow(test, 0), test.window().findChild<QMenu *>(QStringLiteral("diskMenu")) }) {
+        test.select(QStringLiteral("disk2s1"));
+        menu->popup({});
+        QVERIFY(menu->isVisible());
+        // The same disk in another state, and another disk that is not selected.
+        setMounted(volume, {});
+        test.service.changeDisk(volume);
+        QCOMPARE(mount->text(), QStringLiteral("&Mount"));
+        test.add(makePartition(QStringLiteral("disk4s1"), 1024));
+        QVERIFY(menu->isVisible());
+        test.service.removeDisk(volume);
+        QCOMPARE(test.controller().bsdNameLabel->text(), QStringLiteral("disk3s1"));
+        QVERIFY2(!menu->isVisible(), qPrintable(menu->objectName()));
+        setMounted(volume, QStringLiteral("/media/DATA"));
+        test.add(volume);
+    }
+}
+
 void TestEveryone::menusShowTheirShortcuts()
 {
     TestController test;
@@ -284,10 +364,7 @@ void TestEveryone::menuOfARowIsForItsDisk()
         test.add(makeDisk(QStringLiteral("disk1")));
         test.add(mountedVolume());
         OutlineView *const view = test.controller().leftOutlineView;
-        auto *menu = test.window().findChild<QMenu *>(QStringLiteral("rowMenu"));
-        const QPoint row = view->frameOfCellAtColumn(0, 1).center();
-        QContextMenuEvent click(QContextMenuEvent::Mouse, row, view->viewport()->mapToGlobal(row));
-        QApplication::sendEvent(view->viewport(), &click);
+        QMenu *const menu = openMenuOfRow(test, 1);
         QCOMPARE(view->selectedRow(), 1);
         QVERIFY(menu->isVisible());
         QCOMPARE(actionOf(test, QStringLiteral("actionMountUnmount"))->isEnabled(),
@@ -379,17 +456,49 @@ void TestEveryone::emptyValuesAreNoTabStops()
         QVERIFY2(!stop.endsWith(QStringLiteral("Label")), qPrintable(stop));
 
     test.select(QStringLiteral("disk2s1"));
-    QStringList stops = tabStops(test);
-    QVERIFY(!stops.contains(QStringLiteral("filesystemLabel")));
-    stops.removeAll(QStringLiteral("qt_splithandle_"));
-    stops.removeAll(QStringLiteral("qt_tabwidget_tabbar"));
-    QCOMPARE(stops,
-        (QStringList { QStringLiteral("leftOutlineView"), QStringLiteral("infoNameLabel"),
-            QStringLiteral("infoDiskSpaceLabel"), QStringLiteral("infoMountedPathView"),
-            QStringLiteral("bsdNameLabel"), QStringLiteral("deviceNodeLabel"),
-            QStringLiteral("wholeDeviceLabel"), QStringLiteral("removableLabel"),
-            QStringLiteral("ejectableLabel"), QStringLiteral("preferredBlockSizeLabel"),
-            QStringLiteral("mountUnmountButton") }));
+    QVERIFY(!tabStops(test).contains(QStringLiteral("filesystemLabel")));
+}
+
+void TestEveryone::tabStopsStandInOrder_data()
+{
+    QTest::addColumn<QString>("localization");
+    QTest::newRow("left to right") << QStringLiteral("en");
+    QTest::newRow("right to left") << QStringLiteral("ar");
+}
+
+void TestEveryone::tabStopsStandInOrder()
+{
+    QFETCH(QString, localization);
+    TestController test(localization);
+    test.launch();
+    test.add(mountedVolume());
+    QVERIFY(QTest::qWaitForWindowActive(&test.window()));
+    QCOMPARE(QApplication::focusWidget(), test.controller().leftOutlineView);
+    test.select(QStringLiteral("disk2s1"));
+    const QString expected = QStringLiteral(
+        "leftOutlineView qt_tabwidget_tabbar infoNameLabel infoDiskSpaceLabel infoMountedPathView "
+        "filesystemLabel bsdNameLabel deviceNodeLabel wholeDeviceLabel removableLabel ejectableLabel "
+        "preferredBlockSizeLabel mountUnmountButton qt_splithandle_");
+    QCOMPARE(tabStops(test), expected.split(u' '));
+}
+
+void TestEveryone::focusGoesOnWhenTheLinkGoes()
+{
+    TestController test;
+    test.launch();
+    const MemoryDiskRef volume = mountedVolume();
+    test.add(volume);
+    test.select(QStringLiteral("disk2s1"));
+    QVERIFY(QTest::qWaitForWindowActive(&test.window()));
+    LinkTextView *const path = test.controller().infoMountedPathView;
+    path->setFocus();
+    QCOMPARE(QApplication::focusWidget(), path);
+    QTest::keyClick(test.window().windowHandle(), Qt::Key_E, Qt::ControlModifier);
+    QCOMPARE(QApplication::focusWidget(), path); // as long as the volume is mounted
+    setMounted(volume, {});
+    test.service.completeRequest();
+    QCOMPARE(QApplication::focusWidget(), test.controller().filesystemLabel);
+    QCOMPARE(path->focusPolicy(), Qt::NoFocus);
 }
 
 void TestEveryone::headlineGrowsWithTheFont()

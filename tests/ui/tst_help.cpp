@@ -10,9 +10,10 @@
 
 #include <QAccessible>
 #include <QAction>
+#include <QApplication>
 #include <QClipboard>
-#include <QGuiApplication>
 #include <QLabel>
+#include <QScopeGuard>
 #include <QTest>
 #include <QTextBlock>
 
@@ -28,6 +29,7 @@ private Q_SLOTS:
     void linkIsToldAsOne();
     void linkColorByGeneration_data();
     void linkColorByGeneration();
+    void linkColorFollowsTheTheme();
     void linkIsBlueWhenTheReleaseCannotBeHad();
     void linkLooksTheSameAfterAnotherDisk();
     void clickInsideOpensTheVolume();
@@ -150,6 +152,20 @@ void TestHelp::linkColorByGeneration()
     QCOMPARE(formatAt(view, 1).foreground().color(), QColor(isSystemColor ? Qt::darkGreen : Qt::blue));
 }
 
+void TestHelp::linkColorFollowsTheTheme()
+{
+    const SystemReleaseOverride system("14.0.0");
+    const auto test = withMountedVolume();
+    const LinkTextView *const view = test->controller().infoMountedPathView;
+    const auto restore = qScopeGuard([usual = QApplication::palette()] { QApplication::setPalette(usual); });
+    for (const QColor &color : { QColor(Qt::darkGreen), QColor(Qt::yellow) }) {
+        QPalette theme = QApplication::palette();
+        theme.setColor(QPalette::Link, color);
+        QApplication::setPalette(theme);
+        QTRY_COMPARE(formatAt(view, 1).foreground().color(), color);
+    }
+}
+
 void TestHelp::linkIsBlueWhenTheReleaseCannotBeHad()
 {
     const auto test = withMountedVolume();
@@ -251,7 +267,7 @@ void TestHelp::pathIsCopiedWithoutItsControls()
 {
     const auto test = withMountedVolume(u"/Volumes/X\u00A0Y"_s);
     LinkTextView *const view = test->controller().infoMountedPathView;
-    const QClipboard *const clipboard = QGuiApplication::clipboard();
+    const QClipboard *const clipboard = QApplication::clipboard();
     test->window().activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(&test->window()));
     view->setFocus();

@@ -8,6 +8,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QScopeGuard>
 #include <QScreen>
 #include <QSignalSpy>
 #include <QTabWidget>
@@ -165,8 +166,20 @@ void TestLifecycle::outputIsDrawnAsControlText()
 {
     TestController test;
     test.launch();
-    QCOMPARE(test.controller().checkRepairOutputView->palette().color(QPalette::Text),
-        test.window().palette().color(QPalette::WindowText));
+    const auto restore = qScopeGuard([usual = QApplication::palette()] { QApplication::setPalette(usual); });
+    for (const QColor &color : { QColor(Qt::darkBlue), QColor(Qt::yellow) }) {
+        QPalette theme = QApplication::palette();
+        theme.setColor(QPalette::WindowText, color);
+        theme.setColor(QPalette::Disabled, QPalette::WindowText, Qt::gray);
+        theme.setColor(QPalette::Text, Qt::red);
+        theme.setColor(QPalette::Base, color.darker());
+        QApplication::setPalette(theme);
+        const QPalette &output = test.controller().checkRepairOutputView->palette();
+        QTRY_COMPARE(output.color(QPalette::Active, QPalette::Text), color);
+        QCOMPARE(output.color(QPalette::Inactive, QPalette::Text), color);
+        QCOMPARE(output.color(QPalette::Disabled, QPalette::Text), QColor(Qt::gray));
+        QTRY_COMPARE(output.color(QPalette::Active, QPalette::Base), color.darker());
+    }
 }
 
 void TestLifecycle::disksPresentAtLaunchAreExpandedAndNoneIsSelected()

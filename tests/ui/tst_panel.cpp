@@ -244,9 +244,11 @@ void TestPanel::deselectingKeepsTheBigIcon()
     test.select(u"disk2s1"_s);
     const auto &panel = test.controller();
     const qint64 icon = panel.infoBigImageField->pixmap(Qt::ReturnByValue).cacheKey();
+    const qint64 buttonIcon = panel.mountUnmountButton->icon().cacheKey();
+    QVERIFY(!panel.mountUnmountButton->icon().isNull());
     panel.leftOutlineView->selectRow(-1);
     QCOMPARE(panel.infoBigImageField->pixmap(Qt::ReturnByValue).cacheKey(), icon);
-    QVERIFY(!panel.mountUnmountButton->icon().isNull());
+    QCOMPARE(panel.mountUnmountButton->icon().cacheKey(), buttonIcon);
     QCOMPARE(panel.infoNameLabel->text(), localizedString("SELECT_A_DISK_TEXT"));
     QCOMPARE(panel.infoNameLabel->textInteractionFlags(), Qt::NoTextInteraction);
     for (const QLabel *label : { panel.infoDiskSpaceLabel, panel.filesystemLabel, panel.bsdNameLabel,
