@@ -256,8 +256,9 @@ void TestKeyboard::everyOutletOfAVolume()
     QVERIFY2(faults.isEmpty(), qPrintable(faults));
     const auto icon = m_tree->find(QStringLiteral("graphic"), QStringLiteral("Disk icon"));
     QCOMPARE(m_tree->descriptionOf(*icon), mountedRow);
-    QVERIFY(m_tree->textOf(*m_tree->find(QStringLiteral("text"), QStringLiteral("Mount point")))
-                .contains(mountPoint));
+    const auto link = m_tree->find(QStringLiteral("text"), QStringLiteral("Mount point"));
+    QVERIFY(m_tree->textOf(*link).contains(mountPoint));
+    QCOMPARE(m_tree->descriptionOf(*link), QStringLiteral("Link: opens the file manager"));
     for (const char *pattern : { "^disk[0-9]+s1$", "^[0-9.]+ MB free of [0-9.]+ MB$" }) {
         const QRegularExpression expression { QLatin1String(pattern) };
         QVERIFY2(m_tree->find([&](const Element &element) {
