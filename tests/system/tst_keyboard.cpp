@@ -288,6 +288,9 @@ void TestKeyboard::everyOutletOfAVolume()
         return element.role == QLatin1String("label") && space.match(element.name).hasMatch();
     }),
         qPrintable(described()));
+    const auto link = m_tree->find(QStringLiteral("text"), QStringLiteral("Mount point"));
+    QVERIFY(m_tree->textOf(*link).contains(mountPoint));
+    QCOMPARE(m_tree->descriptionOf(*link), QStringLiteral("Link: opens the file manager"));
     QCOMPARE(unnamed(), QString());
 
     // From the tree to the tabs and along them.
