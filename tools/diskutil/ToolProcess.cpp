@@ -79,6 +79,7 @@ ToolProcess::ToolProcess(OutputHandler handler, QObject *parent)
     , m_handler(std::move(handler))
 {
     prepareProcess();
+    connect(&m_process, &QProcess::started, this, &ToolProcess::started);
     connect(&m_process, &QProcess::finished, this, &ToolProcess::programFinished);
     connect(&m_process, &QProcess::errorOccurred, this, &ToolProcess::programFailed);
 }

@@ -56,6 +56,8 @@ public:
     void stop();
 
 Q_SIGNALS:
+    // The program has taken the place of what was this process.
+    void started();
     void ended(const ToolEnd &end);
 
 private:

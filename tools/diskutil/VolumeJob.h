@@ -76,7 +76,7 @@ private:
     Medium m_medium;
     DADiskRef m_disk;
     std::optional<DeviceIdentity> m_identity; // of the medium that was looked at
-    std::optional<OpenDevice> m_device; // the medium, from the last look to the end of a command
+    std::optional<OpenDevice> m_device; // the medium, from the last look to the start of a command
     int m_claimTries = 0;
     BundleTool m_tool; // and its bundle
     FileSystemBundle m_bundle;
