@@ -86,6 +86,7 @@ VolumeJob::VolumeJob(CommandLine line, DASession &session, const MediaList &medi
     m_newVolumeLimit.setSingleShot(true);
     m_newVolumeLimit.setInterval(newVolumeLimit);
     connect(&m_newVolumeLimit, &QTimer::timeout, this, &VolumeJob::mount);
+    // From here the tool holds it. A partition that is held twice could not go when its disk is pulled.
     connect(&m_process, &ToolProcess::started, this, [this] { m_device.reset(); });
     m_serviceLimit.setSingleShot(true);
     m_serviceLimit.setInterval(interruptedServiceLimit);
