@@ -297,6 +297,8 @@ void TestServiceFaults::pulledDuring_data()
     QTest::addColumn<QString>("operation");
     QTest::addColumn<QString>("alert"); // how it begins; %1: the BSD name
     QTest::newRow("mount") << u"mount"_s << u"Error while mounting %1: "_s;
+    QTest::newRow("unmount") << u"unmount"_s << QString();
+    QTest::newRow("eject") << u"eject"_s << u"Error while ejecting %1: "_s;
     QTest::newRow("check") << u"check"_s << QString();
     QTest::newRow("format") << u"format"_s << u"diskutil returned error code: 18"_s;
     QTest::newRow("rename") << u"rename"_s << u"diskutil returned error code: 18"_s;
@@ -307,6 +309,7 @@ void TestServiceFaults::pulledDuring()
     QFETCH(const QString, operation);
     QFETCH(const QString, alert);
     Scene scene(ownOrPlain(operation));
+    mountIfNeeded(scene, operation);
     const OutlineItem record = scene.target(operation);
     QVERIFY(record);
     const QString expected = alert.contains(u'%') ? alert.arg(*record->bsdName) : alert;
