@@ -106,6 +106,15 @@ MemoryDiskRef makePartition(const QString &bsdName, qint64 offset, const QString
     return disk;
 }
 
+MemoryDiskRef makeMountedVolume()
+{
+    const MemoryDiskRef volume = makePartition(QStringLiteral("disk2s1"), 1024, QStringLiteral("DATA"));
+    volume->node = QStringLiteral("/dev/sdb1");
+    volume->description->insert(DAKey::volumeKind, QStringLiteral("NTFS"));
+    setMounted(volume, QStringLiteral("/media/DATA"));
+    return volume;
+}
+
 void setMounted(const MemoryDiskRef &disk, const QString &path)
 {
     if (path.isEmpty())
@@ -211,6 +220,16 @@ QStringList TestController::rowNames() const
 void TestController::select(const QString &bsdName)
 {
     m_controller->leftOutlineView->selectRow(m_controller->leftOutlineView->rowForItem(recordOf(bsdName)));
+}
+
+QAction *TestController::action(const QString &name) const
+{
+    return m_window->findChild<QAction *>(name);
+}
+
+void TestController::handlePostedEvents()
+{
+    QCoreApplication::processEvents();
 }
 
 QList<AlertSheet *> TestController::sheets() const

@@ -9,6 +9,7 @@
 #include "platform/SystemLog.h"
 #include "tests/support/TestMountTable.h"
 
+#include <QAction>
 #include <QFile>
 #include <QMainWindow>
 #include <QTemporaryDir>
@@ -43,6 +44,7 @@ private:
 // A medium with every key well formed. A partition is described by the name that it is given.
 MemoryDiskRef makeDisk(const QString &bsdName);
 MemoryDiskRef makePartition(const QString &bsdName, qint64 offset, const QString &volumeName = {});
+MemoryDiskRef makeMountedVolume(); // disk2s1, "DATA" with NTFS, mounted at /media/DATA
 void setMounted(const MemoryDiskRef &disk, const QString &path); // an empty path for unmounted
 
 // A bundle with one personality of this name that can do everything; further keys of it as XML.
@@ -70,6 +72,11 @@ public:
     OutlineItem recordOf(const QString &bsdName) const;
     QStringList rowNames() const; // BSD names, from the top
     void select(const QString &bsdName);
+
+    QAction *action(const QString &name) const; // of the window's menus
+
+    // Handles the events that wait, such as the layout of a page that was just chosen; waits for none.
+    static void handlePostedEvents();
 
     // The sheets that are open on the window, oldest first.
     QList<AlertSheet *> sheets() const;

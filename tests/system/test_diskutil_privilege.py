@@ -6,54 +6,30 @@ Runs inside tests/support/with-private-services: polkit is the real one, with th
 
 import os
 import signal
-import subprocess
+import sys
 import tempfile
 import unittest
 
-DISKUTIL = "/usr/sbin/diskutil"
-USER = 61011
-
-SERVICE_UNAVAILABLE = 15
-NOT_PERMITTED = 14
-TOOL_MISSING = 11
-INTERRUPTED = 19
-
-
-def as_user(*command, **options):
-    return subprocess.Popen(command, user=USER, group=USER, extra_groups=[], stdout=subprocess.PIPE,
-                            stderr=subprocess.PIPE, start_new_session=True, text=True,
-                            env={"PATH": options.pop("path", "/usr/bin:/bin:/usr/sbin:/sbin")}, **options)
-
-
-def run(*arguments, **options):
-    process = as_user(DISKUTIL, *arguments, **options)
-    out, err = process.communicate(timeout=30)
-    return process.returncode, out, err
+sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "support"))
+from diskutil_case import DISKUTIL, INTERRUPTED, NOT_PERMITTED, SERVICE_UNAVAILABLE, TOOL_MISSING  # noqa: E402
+from private_user import PrivateUser  # noqa: E402
 
 
 class DiskutilPrivilege(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
-        if "ZORVEX_PRIVATE_SERVICES" not in os.environ:
-            raise RuntimeError("not run inside tests/support/with-private-services")
-        with open("/etc/passwd", "a", encoding="utf-8") as users:
-            users.write(f"zvtool:x:{USER}:{USER}::/nonexistent:/bin/sh\n")
+        cls.user = PrivateUser("zvtool", 61011)
 
     def join_administrators(self, number=80):
-        """Makes the user a member of the group that needs no password, if it has the right number."""
-        with open("/etc/group", "a", encoding="utf-8") as groups:
-            groups.write(f"zorvex-admin:x:{number}:zvtool\n")
-        self.addCleanup(self.leave_administrators)
+        self.user.join_administrators(number)
+        self.addCleanup(self.user.leave_administrators)
 
-    @staticmethod
-    def leave_administrators():
-        with open("/etc/group", encoding="utf-8") as groups:
-            lines = [line for line in groups if not line.startswith("zorvex-admin:")]
-        with open("/etc/group", "w", encoding="utf-8") as groups:
-            groups.writelines(lines)
+    def diskutil(self, *arguments, **options):
+        result = self.user.run(DISKUTIL, *arguments, **options)
+        return result.returncode, result.stdout, result.stderr
 
     def test_without_an_agent_the_rights_are_not_granted(self):
-        code, out, err = run("verifyVolume", "disk1s1")
+        code, out, err = self.diskutil("verifyVolume", "disk1s1")
         self.assertEqual(code, NOT_PERMITTED, err)
         self.assertEqual(out, "")
         self.assertEqual(err.splitlines()[-1], "diskutil: administrator rights were not granted")
@@ -63,19 +39,19 @@ class DiskutilPrivilege(unittest.TestCase):
         for verb in (["verifyVolume", "disk1s1"], ["repairVolume", "disk1s1"],
                      ["eraseVolume", "ext4", "a name; $(id)", "disk1s1"]):
             with self.subTest(verb[0]):
-                code, out, err = run(*verb)
+                code, out, err = self.diskutil(*verb)
                 # The run as root gets as far as the disk service, which is not on this bus.
                 self.assertEqual(code, SERVICE_UNAVAILABLE, err)
                 self.assertIn("disk service (udisks2) cannot be reached", err)
 
     def test_a_group_of_this_name_with_another_number_gives_nothing(self):
         self.join_administrators(81)
-        code, _, err = run("verifyVolume", "disk1s1")
+        code, _, err = self.diskutil("verifyVolume", "disk1s1")
         self.assertEqual(code, NOT_PERMITTED, err)
 
     def test_the_way_to_root_is_missing(self):
         empty = "/etc/polkit-1/rules.d"
-        code, _, err = run("verifyVolume", "disk1s1", path=empty)
+        code, _, err = self.diskutil("verifyVolume", "disk1s1", path=empty)
         self.assertEqual(code, TOOL_MISSING)
         self.assertIn("pkexec could not be started", err)
 
@@ -92,12 +68,12 @@ class DiskutilPrivilege(unittest.TestCase):
 
     def test_arguments_output_and_status_are_passed_on(self):
         path = self.stand_in("import sys; print(sys.argv[1:]); sys.exit(8)")
-        code, out, _ = run("eraseVolume", "ext4", "it's; a $(name)", "disk1s1", path=path)
+        code, out, _ = self.diskutil("eraseVolume", "ext4", "it's; a $(name)", "disk1s1", path=path)
         self.assertEqual(code, 8)
         self.assertEqual(out, str([DISKUTIL, "eraseVolume", "ext4", "it's; a $(name)", "disk1s1"]) + "\n")
 
     def test_the_question_was_closed(self):
-        code, _, err = run("verifyVolume", "disk1s1", path=self.stand_in("raise SystemExit(126)"))
+        code, _, err = self.diskutil("verifyVolume", "disk1s1", path=self.stand_in("raise SystemExit(126)"))
         self.assertEqual(code, NOT_PERMITTED)
         self.assertEqual(err, "diskutil: the question for administrator rights was not answered\n")
 
@@ -117,7 +93,7 @@ except BrokenPipeError:
 
     def test_a_signal_stops_the_run_as_root(self):
         for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
-            with self.subTest(number), as_user(DISKUTIL, "repairVolume", "disk1s1", path=self.stand_in(self.DEAF)) as process:
+            with self.subTest(number), self.user.start(DISKUTIL, "repairVolume", "disk1s1", text=True, path=self.stand_in(self.DEAF)) as process:
                 self.assertEqual(process.stdout.readline(), "working\n")
                 process.send_signal(number)
                 _, err = process.communicate(timeout=30)
@@ -125,7 +101,7 @@ except BrokenPipeError:
                 self.assertIn("stopped\n", err)
 
     def test_a_reader_that_goes_stops_the_run_as_root(self):
-        with as_user(DISKUTIL, "repairVolume", "disk1s1", path=self.stand_in(self.DEAF)) as process:
+        with self.user.start(DISKUTIL, "repairVolume", "disk1s1", text=True, path=self.stand_in(self.DEAF)) as process:
             self.assertEqual(process.stdout.readline(), "working\n")
             process.stdout.close()
             self.assertEqual(process.wait(timeout=30), INTERRUPTED)
@@ -133,11 +109,11 @@ except BrokenPipeError:
 
     def test_reading_verbs_ask_nobody(self):
         for verb in (["list"], ["info", "disk1"]):
-            code, _, err = run(*verb)
+            code, _, err = self.diskutil(*verb)
             self.assertEqual(code, SERVICE_UNAVAILABLE, err)
 
     def test_arguments_without_sense_ask_nobody(self):
-        code, _, err = run("verifyVolume")
+        code, _, err = self.diskutil("verifyVolume")
         self.assertEqual(code, 2)
         self.assertNotIn("administrator", err)
 

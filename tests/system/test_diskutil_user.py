@@ -5,7 +5,6 @@ rights for one run, and what it mounts belongs to the user. Runs inside tests/su
 
 import os
 import signal
-import subprocess
 import sys
 import unittest
 
@@ -13,9 +12,9 @@ sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "support"))
 import endless_bundle  # noqa: E402
 from diskutil_case import DISKUTIL, ERRORS_FOUND, INTERRUPTED, SUCCESS, DiskutilCase  # noqa: E402
 from loop_disk import LIMIT, probe, run  # noqa: E402
+from private_user import PrivateUser  # noqa: E402
 
 NAME = "zvmember"
-USER = 61012
 HOME_OF_MOUNTS = f"/media/{NAME}"
 
 # What the disk service grants a user at the machine.
@@ -27,18 +26,6 @@ AT_THE_MACHINE = """polkit.addRule(function (action, subject) {
 """ % NAME
 
 
-def as_user(*command, **options):
-    return subprocess.Popen(command, user=USER, group=USER, extra_groups=[], stdout=subprocess.PIPE,
-                            stderr=subprocess.PIPE, start_new_session=True,
-                            env={"PATH": "/usr/bin:/bin:/usr/sbin:/sbin"}, **options)
-
-
-def run_as_user(*command):
-    with as_user(*command, text=True) as process:
-        out, err = process.communicate(timeout=60)
-    return subprocess.CompletedProcess(command, process.returncode, out, err)
-
-
 def mount_point(node):
     return run("findmnt", "--noheadings", "--output", "TARGET", node).strip()
 
@@ -46,12 +33,8 @@ def mount_point(node):
 class DiskutilOfUser(DiskutilCase):
     @classmethod
     def setUpClass(cls):
-        if "ZORVEX_PRIVATE_SERVICES" not in os.environ:
-            raise RuntimeError("not run inside tests/support/with-private-services")
-        with open("/etc/passwd", "a", encoding="utf-8") as users:
-            users.write(f"{NAME}:x:{USER}:{USER}::/nonexistent:/bin/sh\n")
-        with open("/etc/group", "a", encoding="utf-8") as groups:
-            groups.write(f"zorvex-admin:x:80:{NAME}\n")
+        cls.user = PrivateUser(NAME, 61012)
+        cls.user.join_administrators()
 
     def setUp(self):
         super().setUp()
@@ -66,13 +49,13 @@ class DiskutilOfUser(DiskutilCase):
 
     def erase_as_user(self, file_system, name):
         self.disk.check_ours()
-        self.assert_exit(run_as_user(DISKUTIL, "eraseVolume", file_system, name, self.node), SUCCESS)
+        self.assert_exit(self.user.run(DISKUTIL, "eraseVolume", file_system, name, self.node), SUCCESS)
 
     def assert_users_own(self, name):
         """The volume is mounted where its user may enter, and he can write to it."""
         point = f"{HOME_OF_MOUNTS}/{name}"
         self.assertEqual(mount_point(self.node), point)
-        self.assert_exit(run_as_user("sh", "-c", f"echo mine >'{point}/file' && cat '{point}/file'"), SUCCESS)
+        self.assert_exit(self.user.run("sh", "-c", f"echo mine >'{point}/file' && cat '{point}/file'"), SUCCESS)
 
     def test_a_new_volume_is_the_users(self):
         self.sit_at_the_machine()
@@ -88,14 +71,14 @@ class DiskutilOfUser(DiskutilCase):
         self.erase_as_user("ext4", "Again")
         for verb in ("verifyVolume", "repairVolume"):
             with self.subTest(verb):
-                self.assert_exit(run_as_user(DISKUTIL, verb, self.node), SUCCESS)
+                self.assert_exit(self.user.run(DISKUTIL, verb, self.node), SUCCESS)
                 self.assert_users_own("Again")
 
     def test_a_volume_that_has_an_owner_keeps_him(self):
         self.sit_at_the_machine()
         self.erase_as_user("ext4", "Kept")
         os.chown(mount_point(self.node), 0, 0)
-        self.assert_exit(run_as_user(DISKUTIL, "verifyVolume", self.node), SUCCESS)
+        self.assert_exit(self.user.run(DISKUTIL, "verifyVolume", self.node), SUCCESS)
         self.assertEqual(os.stat(mount_point(self.node)).st_uid, 0)
 
     def test_whom_the_service_would_ask_gets_it_mounted_for_root(self):
@@ -106,14 +89,14 @@ class DiskutilOfUser(DiskutilCase):
         self.erase_as_user("ext4", "Errors")
         self.unmount(self.node)
         run("debugfs", "-w", "-R", "clri <11>", self.node)
-        self.assert_exit(run_as_user(DISKUTIL, "verifyVolume", self.node), ERRORS_FOUND)
+        self.assert_exit(self.user.run(DISKUTIL, "verifyVolume", self.node), ERRORS_FOUND)
 
     def test_nothing_of_root_goes_on_when_the_user_stops_it(self):
         self.erase_as_user("ext2", "Stopped")
         self.unmount(self.node)
         endless_bundle.install(self)
         for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP, signal.SIGKILL):
-            with self.subTest(number), as_user(DISKUTIL, "verifyVolume", self.node) as process:
+            with self.subTest(number), self.user.start(DISKUTIL, "verifyVolume", self.node) as process:
                 worker = endless_bundle.worker_of(self, process)
                 process.send_signal(number)
                 self.assertEqual(process.wait(LIMIT), -number if number == signal.SIGKILL else INTERRUPTED)

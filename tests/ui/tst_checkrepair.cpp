@@ -127,7 +127,7 @@ void TestCheckRepair::menuItemRunsTheTool()
     CheckTest test("printf '%s|' \"$@\"\n");
     const ZorvexDiskManagerAppDelegate &controller = test.controller();
     QVERIFY(QTest::qWaitForWindowActive(&test.window()));
-    const auto choose = [&] { test.window().findChild<QAction *>(action)->trigger(); };
+    const auto choose = [&] { test.action(action)->trigger(); };
     const auto type = [&] {
         QTest::keyClick(test.window().windowHandle(), static_cast<Qt::Key>(key), Qt::ControlModifier);
     };

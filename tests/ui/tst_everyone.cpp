@@ -23,20 +23,6 @@
 
 namespace {
 
-MemoryDiskRef mountedVolume()
-{
-    const MemoryDiskRef volume = makePartition(QStringLiteral("disk2s1"), 1024, QStringLiteral("DATA"));
-    volume->node = QStringLiteral("/dev/sdb1");
-    volume->description->insert(DAKey::volumeKind, QStringLiteral("NTFS"));
-    setMounted(volume, QStringLiteral("/media/DATA"));
-    return volume;
-}
-
-QAction *actionOf(TestController &test, const QString &name)
-{
-    return test.window().findChild<QAction *>(name);
-}
-
 // What the tool tip says when the pointer rests on the widget; empty when there is none.
 QString toolTipAt(QWidget *widget, const QPoint &position)
 {
@@ -65,26 +51,6 @@ QStringList tabStops(TestController &test)
     return names;
 }
 
-// Asks for the menu of a row with the mouse, and returns it.
-QMenu *openMenuOfRow(TestController &test, int row)
-{
-    OutlineView *const view = test.controller().leftOutlineView;
-    const QPoint name = view->frameOfCellAtColumn(0, row).center();
-    QContextMenuEvent click(QContextMenuEvent::Mouse, name, view->viewport()->mapToGlobal(name));
-    QApplication::sendEvent(view->viewport(), &click);
-    return test.window().findChild<QMenu *>(QStringLiteral("rowMenu"));
-}
-
-QStringList titlesOf(const QMenu *menu)
-{
-    QStringList titles;
-    for (const QAction *action : menu->actions()) {
-        if (!action->isSeparator())
-            titles.append(action->text().remove(u'&') + u'|' + action->shortcut().toString());
-    }
-    return titles;
-}
-
 } // namespace
 
 class TestEveryone : public QObject
@@ -98,15 +64,6 @@ private Q_SLOTS:
     void cutValueShowsFocusAndSelection();
     void dividerSaysWhatItIs();
     void iconIsDescribed();
-    void menuItemsFollowTheirButtons();
-    void menuItemIsCalledAsTheButton();
-    void formatItemNeedsItsPage();
-    void menuClosesWithItsDisk();
-    void menusShowTheirShortcuts();
-    void menuOfARowIsForItsDisk();
-    void menuOfARowOpensByKey();
-    void nameOfARowIsCopied();
-    void labelIsCopied();
     void deviceNodeStandsBesideTheName();
     void emptyValuesAreNoTabStops();
     void tabStopsStandInOrder_data();
@@ -122,7 +79,7 @@ void TestEveryone::rowSaysWhatItIs()
 {
     TestController test;
     test.launch();
-    const MemoryDiskRef volume = mountedVolume();
+    const MemoryDiskRef volume = makeMountedVolume();
     test.add(volume);
     const OutlineView *view = test.controller().leftOutlineView;
     const QModelIndex row = view->model()->index(0, 0);
@@ -138,7 +95,7 @@ void TestEveryone::rowHasItsWholeNameAndStateAsToolTip()
     const QString name = QStringLiteral("<b>a name that is far longer than the tree is wide</b>");
     TestController test;
     test.launch();
-    const MemoryDiskRef volume = mountedVolume();
+    const MemoryDiskRef volume = makeMountedVolume();
     volume->description->insert(DAKey::volumeName, name);
     test.add(volume);
     QWidget *const viewport = test.controller().leftOutlineView->viewport();
@@ -155,7 +112,7 @@ void TestEveryone::cutValueIsItsToolTip()
     const QString longName = QString(300, u'x');
     TestController test;
     test.launch();
-    const MemoryDiskRef volume = mountedVolume();
+    const MemoryDiskRef volume = makeMountedVolume();
     test.add(volume);
     test.select(QStringLiteral("disk2s1"));
     QLabel *const label = test.controller().infoNameLabel;
@@ -166,7 +123,7 @@ void TestEveryone::cutValueIsItsToolTip()
     QCOMPARE(toolTipAt(label, label->rect().center()), longName);
     test.controller().rightTabView->setCurrentWidget(test.controller().maintenanceTab);
     test.controller().maintenanceOperationBar->setOperation(longName, 42);
-    QCoreApplication::processEvents();
+    TestController::handlePostedEvents();
     auto *const activity = test.controller().maintenanceOperationBar->findChild<QLabel *>();
     QVERIFY(activity->isVisible());
     QCOMPARE(toolTipAt(activity, activity->rect().center()), longName);
@@ -183,7 +140,7 @@ void TestEveryone::cutValueShowsFocusAndSelection()
     QApplication::setStyle(QStringLiteral("Fusion"));
     TestController test;
     test.launch();
-    const MemoryDiskRef volume = mountedVolume();
+    const MemoryDiskRef volume = makeMountedVolume();
     volume->description->insert(DAKey::volumeName, QString(300, u'x'));
     test.add(volume);
     test.select(QStringLiteral("disk2s1"));
@@ -197,7 +154,7 @@ void TestEveryone::cutValueShowsFocusAndSelection()
     QCOMPARE(QApplication::focusWidget(), name);
     const QImage focused = name->grab().toImage();
     QVERIFY(focused != plain);
-    actionOf(test, QStringLiteral("actionSelectAll"))->trigger();
+    test.action(QStringLiteral("actionSelectAll"))->trigger();
     QVERIFY(name->hasSelectedText());
     QVERIFY(name->grab().toImage() != focused);
 }
@@ -217,7 +174,7 @@ void TestEveryone::iconIsDescribed()
 {
     TestController test;
     test.launch();
-    test.add(mountedVolume());
+    test.add(makeMountedVolume());
     test.select(QStringLiteral("disk2s1"));
     QCOMPARE(test.controller().infoBigImageField->accessibleName(), QStringLiteral("Disk icon"));
     QCOMPARE(
@@ -226,212 +183,11 @@ void TestEveryone::iconIsDescribed()
     QCOMPARE(test.controller().infoBigImageField->accessibleDescription(), QString());
 }
 
-void TestEveryone::menuItemsFollowTheirButtons()
-{
-    TestController test;
-    writeWholeBundle(test.localDirectory(), QStringLiteral("NTFS"), QStringLiteral("NTFS"));
-    test.launch();
-    const MemoryDiskRef volume = mountedVolume();
-    test.add(volume);
-    const MemoryDiskRef readOnly = makePartition(QStringLiteral("disk2s2"), 2048);
-    readOnly->description->insert(DAKey::volumeKind, QStringLiteral("NTFS"));
-    readOnly->description->insert(DAKey::mediaWritable, false);
-    test.add(readOnly);
-    QAction *const mount = actionOf(test, QStringLiteral("actionMountUnmount"));
-    QAction *const show = actionOf(test, QStringLiteral("actionShowInFileManager"));
-    // Mount, format, check and repair.
-    const auto enabled = [&test, mount] {
-        QList<bool> states { mount->isEnabled() };
-        for (const char *name : { "actionFormat", "actionCheck", "actionRepair" })
-            states.append(actionOf(test, QLatin1String(name))->isEnabled());
-        return states;
-    };
-    QCOMPARE(enabled(), (QList<bool> { false, false, false, false }));
-    QVERIFY(!show->isEnabled());
-    test.select(QStringLiteral("disk2s2"));
-    QCOMPARE(enabled(), (QList<bool> { true, false, true, false }));
-    QVERIFY(!show->isEnabled());
-    test.select(QStringLiteral("disk2s1"));
-    QCOMPARE(enabled(), (QList<bool> { true, true, true, true }));
-    QVERIFY(show->isEnabled());
-    test.recordOf(QStringLiteral("disk2s1"))->operationInProgress = true;
-    test.controller().outlineViewSelectionDidChange();
-    QCOMPARE(enabled(), (QList<bool> { false, false, false, false }));
-    test.recordOf(QStringLiteral("disk2s1"))->operationInProgress = false;
-    test.controller().outlineViewSelectionDidChange();
-    show->trigger();
-    QCOMPARE(test.workspace->folders, QStringList { QStringLiteral("/media/DATA") });
-    setMounted(volume, {});
-    test.service.changeDisk(volume);
-    QVERIFY(mount->isEnabled());
-    QVERIFY(!show->isEnabled());
-}
-
-void TestEveryone::menuItemIsCalledAsTheButton()
-{
-    TestController test;
-    test.launch();
-    const MemoryDiskRef volume = mountedVolume();
-    test.add(volume);
-    const MemoryDiskRef disk = makeDisk(QStringLiteral("disk2"));
-    disk->description->insert(DAKey::mediaLeaf, false);
-    test.add(disk);
-    auto *menu = test.window().findChild<QMenu *>(QStringLiteral("diskMenu"));
-    const auto title = [&](const QString &bsdName) {
-        test.select(bsdName);
-        menu->popup({});
-        menu->close();
-        return actionOf(test, QStringLiteral("actionMountUnmount"))->text();
-    };
-    QCOMPARE(title(QStringLiteral("disk2s1")), QStringLiteral("&Unmount"));
-    QCOMPARE(title(QStringLiteral("disk2")), QStringLiteral("E&ject"));
-    setMounted(volume, {});
-    test.service.changeDisk(volume);
-    QCOMPARE(title(QStringLiteral("disk2s1")), QStringLiteral("&Mount"));
-}
-
-void TestEveryone::formatItemNeedsItsPage()
-{
-    TestController test;
-    test.launch();
-    QAction *const format = actionOf(test, QStringLiteral("actionFormat"));
-    const MemoryDiskRef volume = mountedVolume();
-    test.add(volume);
-    test.select(QStringLiteral("disk2s1"));
-    QVERIFY(format->isEnabled());
-    format->trigger();
-    QCOMPARE(test.controller().rightTabView->currentWidget(), test.controller().formatTab);
-    // Without a volume there is no page to choose a file system on.
-    volume->description->insert(DAKey::volumeMountable, false);
-    test.service.changeDisk(volume);
-    QCOMPARE(test.controller().rightTabView->indexOf(test.controller().formatTab), -1);
-    QVERIFY(!format->isEnabled());
-}
-
-void TestEveryone::menuClosesWithItsDisk()
-{
-    TestController test;
-    test.launch();
-    const MemoryDiskRef volume = mountedVolume();
-    test.add(volume);
-    test.add(makePartition(QStringLiteral("disk3s1"), 1024));
-    const QAction *const mount = actionOf(test, QStringLiteral("actionMountUnmount"));
-    for (QMenu *menu :
-        { openMenuOfRow(test, 0), test.window().findChild<QMenu *>(QStringLiteral("diskMenu")) }) {
-        test.select(QStringLiteral("disk2s1"));
-        menu->popup({});
-        QVERIFY(menu->isVisible());
-        // The same disk in another state, and another disk that is not selected.
-        setMounted(volume, {});
-        test.service.changeDisk(volume);
-        QCOMPARE(mount->text(), QStringLiteral("&Mount"));
-        test.add(makePartition(QStringLiteral("disk4s1"), 1024));
-        QVERIFY(menu->isVisible());
-        test.service.removeDisk(volume);
-        QCOMPARE(test.controller().bsdNameLabel->text(), QStringLiteral("disk3s1"));
-        QVERIFY2(!menu->isVisible(), qPrintable(menu->objectName()));
-        setMounted(volume, QStringLiteral("/media/DATA"));
-        test.add(volume);
-    }
-}
-
-void TestEveryone::menusShowTheirShortcuts()
-{
-    TestController test;
-    test.launch();
-    const QStringList operations { QStringLiteral("Mount|Ctrl+E"), QStringLiteral("Format…|Ctrl+Shift+F"),
-        QStringLiteral("Check|Ctrl+K"), QStringLiteral("Repair|Ctrl+R") };
-    const QString show = QStringLiteral("Show in File Manager|Ctrl+Return");
-    QCOMPARE(titlesOf(test.window().findChild<QMenu *>(QStringLiteral("diskMenu"))),
-        operations + QStringList { show });
-    QCOMPARE(titlesOf(test.window().findChild<QMenu *>(QStringLiteral("rowMenu"))),
-        operations + QStringList({ QStringLiteral("Copy|Ctrl+C"), show }));
-    QCOMPARE(test.window().menuBar()->actions().size(), 4);
-    QSet<QKeySequence> shortcuts;
-    for (const QAction *action : test.window().findChildren<QAction *>()) {
-        if (action->shortcut().isEmpty())
-            continue;
-        QVERIFY2(!shortcuts.contains(action->shortcut()), qPrintable(action->text()));
-        shortcuts.insert(action->shortcut());
-    }
-}
-
-void TestEveryone::menuOfARowIsForItsDisk()
-{
-    for (const QString &language : { QStringLiteral("en"), QStringLiteral("ar") }) {
-        TestController test(language);
-        test.launch();
-        test.add(makeDisk(QStringLiteral("disk1")));
-        test.add(mountedVolume());
-        OutlineView *const view = test.controller().leftOutlineView;
-        QMenu *const menu = openMenuOfRow(test, 1);
-        QCOMPARE(view->selectedRow(), 1);
-        QVERIFY(menu->isVisible());
-        QCOMPARE(actionOf(test, QStringLiteral("actionMountUnmount"))->isEnabled(),
-            test.controller().mountUnmountButton->isEnabled());
-        menu->close();
-        const QPoint nothing(5, view->viewport()->height() - 2);
-        QContextMenuEvent beside(QContextMenuEvent::Mouse, nothing, view->viewport()->mapToGlobal(nothing));
-        QApplication::sendEvent(view->viewport(), &beside);
-        QVERIFY(!menu->isVisible());
-    }
-}
-
-void TestEveryone::menuOfARowOpensByKey()
-{
-    TestController test;
-    test.launch();
-    test.add(makeDisk(QStringLiteral("disk1")));
-    test.add(mountedVolume());
-    test.select(QStringLiteral("disk2s1"));
-    OutlineView *const view = test.controller().leftOutlineView;
-    view->setFocus();
-    QVERIFY(QTest::qWaitForWindowActive(&test.window()));
-    // What the key becomes on its way through the platform.
-    const QPoint cursor = view->inputMethodQuery(Qt::ImCursorRectangle).toRect().center();
-    QContextMenuEvent key(QContextMenuEvent::Keyboard, cursor, view->mapToGlobal(cursor));
-    QApplication::sendEvent(view, &key);
-    auto *menu = test.window().findChild<QMenu *>(QStringLiteral("rowMenu"));
-    QTRY_VERIFY(menu->isVisible());
-    QCOMPARE(view->selectedRow(), 1);
-    QVERIFY(view->rect().contains(view->mapFromGlobal(menu->pos())));
-    QTest::keyClick(menu, Qt::Key_U);
-    QCOMPARE(test.service.requests().size(), std::size_t { 1 });
-    QCOMPARE(test.service.requests().front().kind, MemoryDiskService::RequestKind::Unmount);
-}
-
-void TestEveryone::nameOfARowIsCopied()
-{
-    TestController test;
-    test.launch();
-    test.add(mountedVolume());
-    test.select(QStringLiteral("disk2s1"));
-    test.window().activateWindow();
-    test.controller().leftOutlineView->setFocus();
-    QVERIFY(QTest::qWaitForWindowActive(&test.window()));
-    QGuiApplication::clipboard()->clear();
-    QTest::keyClick(test.window().windowHandle(), Qt::Key_C, Qt::ControlModifier);
-    QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("DATA"));
-}
-
-void TestEveryone::labelIsCopied()
-{
-    TestController test;
-    test.launch();
-    test.add(mountedVolume());
-    test.select(QStringLiteral("disk2s1"));
-    test.window().activateWindow();
-    test.controller().bsdNameLabel->setFocus();
-    QTRY_COMPARE(QGuiApplication::focusObject(), test.controller().bsdNameLabel);
-    actionOf(test, QStringLiteral("actionCopy"))->trigger();
-    QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("disk2s1"));
-}
-
 void TestEveryone::deviceNodeStandsBesideTheName()
 {
     TestController test;
     test.launch();
-    test.add(mountedVolume());
+    test.add(makeMountedVolume());
     test.select(QStringLiteral("disk2s1"));
     const QLabel *node = test.controller().deviceNodeLabel;
     QCOMPARE(node->text(), QStringLiteral("/dev/sdb1"));
@@ -448,7 +204,7 @@ void TestEveryone::emptyValuesAreNoTabStops()
 {
     TestController test;
     test.launch();
-    const MemoryDiskRef volume = mountedVolume();
+    const MemoryDiskRef volume = makeMountedVolume();
     volume->description->remove(DAKey::volumeKind);
     test.add(volume);
     QVERIFY(QTest::qWaitForWindowActive(&test.window()));
@@ -471,7 +227,7 @@ void TestEveryone::tabStopsStandInOrder()
     QFETCH(QString, localization);
     TestController test(localization);
     test.launch();
-    test.add(mountedVolume());
+    test.add(makeMountedVolume());
     QVERIFY(QTest::qWaitForWindowActive(&test.window()));
     QCOMPARE(QApplication::focusWidget(), test.controller().leftOutlineView);
     test.select(QStringLiteral("disk2s1"));
@@ -486,7 +242,7 @@ void TestEveryone::focusGoesOnWhenTheLinkGoes()
 {
     TestController test;
     test.launch();
-    const MemoryDiskRef volume = mountedVolume();
+    const MemoryDiskRef volume = makeMountedVolume();
     test.add(volume);
     test.select(QStringLiteral("disk2s1"));
     QVERIFY(QTest::qWaitForWindowActive(&test.window()));
@@ -522,7 +278,7 @@ void TestEveryone::pathTakesAsManyLinesAsItNeeds()
 {
     TestController test;
     test.launch();
-    const MemoryDiskRef volume = mountedVolume();
+    const MemoryDiskRef volume = makeMountedVolume();
     test.add(volume);
     test.select(QStringLiteral("disk2s1"));
     const LinkTextView *path = test.controller().infoMountedPathView;
@@ -551,7 +307,7 @@ void TestEveryone::lettersStayJoinedInArabic()
     {
         TestController test(QStringLiteral("ar"));
         test.launch();
-        test.add(mountedVolume());
+        test.add(makeMountedVolume());
         test.select(QStringLiteral("disk2s1"));
         // The marked letter is drawn as if it were not marked, and works.
         QCOMPARE(picture(test, QStringLiteral("ف&صل")), picture(test, QStringLiteral("فصل")));
@@ -571,7 +327,7 @@ void TestEveryone::groupsOfDigitsKeepTheirOrderInArabic()
         QStringLiteral("512 b, \u2066500 107 862 016\u2069 b"));
     TestController test(QStringLiteral("ar"));
     test.launch();
-    test.add(mountedVolume());
+    test.add(makeMountedVolume());
     test.select(QStringLiteral("disk2s1"));
     QVERIFY(
         test.controller().infoDiskSpaceLabel->toolTip().contains(QStringLiteral("\u2066100 000 000\u2069")));

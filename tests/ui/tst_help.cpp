@@ -314,7 +314,7 @@ void TestHelp::manualIsOpened()
 {
     TestController test;
     test.launch();
-    test.window().findChild<QAction *>(u"actionManual"_s)->trigger();
+    test.action(u"actionManual"_s)->trigger();
     QCOMPARE(test.workspace->documents,
         QStringList { u"/Library/Application Support/Zorvex NTFS/User Manual.pdf"_s });
     QVERIFY(test.sheets().isEmpty());
@@ -342,7 +342,7 @@ void TestHelp::aboutBox()
     QCoreApplication::setApplicationVersion(u"12.34.56"_s);
     TestController test;
     test.launch();
-    test.window().findChild<QAction *>(u"actionAbout"_s)->trigger();
+    test.action(u"actionAbout"_s)->trigger();
     QCOMPARE(test.sheets().size(), 1);
     QCOMPARE(test.sheets().constFirst()->text(), localizedString("WINDOW_TITLE"));
     const QString text = test.sheets().constFirst()->informativeText();

@@ -267,7 +267,7 @@ void TestLifecycle::quitMenuItemQuits()
 {
     TestController test;
     test.launch();
-    auto *const quit = test.window().findChild<QAction *>(u"actionQuit"_s);
+    auto *const quit = test.action(u"actionQuit"_s);
     QVERIFY(quit);
     QVERIFY(quitsAfter([quit] { quit->trigger(); }));
 }

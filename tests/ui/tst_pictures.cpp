@@ -196,7 +196,7 @@ QStringList cutTextsOfEveryTab(TestController &test)
     QTabWidget *const tabs = test.controller().rightTabView;
     for (int i = tabs->count() - 1; i >= 0; --i) {
         tabs->setCurrentIndex(i);
-        QCoreApplication::processEvents();
+        TestController::handlePostedEvents();
         cut += cutTexts(test);
     }
     return cut;
@@ -206,7 +206,7 @@ QStringList cutTextsOfEveryTab(TestController &test)
 QStringList cutTextsOfSheet(TestController &test)
 {
     const AlertSheet *const sheet = test.sheets().constFirst();
-    QCoreApplication::processEvents();
+    TestController::handlePostedEvents();
     QStringList cut = cutLabels(*sheet) + cutButtons(*sheet);
     if (!sheet->screen()->availableGeometry().contains(sheet->geometry()))
         cut.append(described(sheet, sheet->text()));
@@ -316,7 +316,7 @@ void TestPictures::takesPictures()
     QVERIFY(folder.mkpath(QStringLiteral(".")));
     for (int i = 0; i < tabs->count(); ++i) {
         tabs->setCurrentIndex(i);
-        QCoreApplication::processEvents();
+        TestController::handlePostedEvents();
         const QPixmap picture = test.window().grab();
         QCOMPARE(picture.size(), test.window().size() * test.window().devicePixelRatio());
         const bool isDarkBackground
@@ -379,7 +379,7 @@ void TestPictures::rowsLieAtTheSameDistance()
     QFETCH(const QString, language);
     TestController test(language);
     showDisks(test);
-    QCoreApplication::processEvents();
+    TestController::handlePostedEvents();
     const ZorvexDiskManagerAppDelegate &controller = test.controller();
     const QList<QLabel *> rows { controller.filesystemLabel, controller.bsdNameLabel,
         controller.wholeDeviceLabel, controller.removableLabel, controller.ejectableLabel,

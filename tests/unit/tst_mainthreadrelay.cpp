@@ -86,7 +86,7 @@ void TestMainThreadRelay::closingLetsAWaitingWorkerGo()
         std::this_thread::yield();
     relay->close(); // no event is handled in between
     worker.join();
-    QCoreApplication::processEvents();
+    QCoreApplication::processEvents(); // would hand over what is still on its way
     QVERIFY(!hasRun);
 }
 
@@ -97,7 +97,7 @@ void TestMainThreadRelay::nothingRunsAfterClosing()
     std::thread worker([&] { relay->perform([&] { hasRun = true; }); });
     worker.join();
     relay->close();
-    QCoreApplication::processEvents();
+    QCoreApplication::processEvents(); // would hand over what is still on its way
     QVERIFY(!hasRun);
 }
 
@@ -112,7 +112,7 @@ void TestMainThreadRelay::closedRelayDoesNotHoldAWorker()
         relay->performAndWait([&] { hasRun = true; });
     });
     worker.join();
-    QCoreApplication::processEvents();
+    QCoreApplication::processEvents(); // would hand over what is still on its way
     QVERIFY(!hasRun);
 }
 

@@ -1,0 +1,262 @@
+// SPDX-License-Identifier: MIT
+//
+// The menus of the window and of a row: what they offer, for which disk, and by which keys.
+#include "tests/support/TestController.h"
+
+#include "ui/ImageButton.h"
+#include "ui/OutlineView.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTest>
+
+namespace {
+
+// Asks for the menu of a row with the mouse, and returns it.
+QMenu *openMenuOfRow(TestController &test, int row)
+{
+    OutlineView *const view = test.controller().leftOutlineView;
+    const QPoint name = view->frameOfCellAtColumn(0, row).center();
+    QContextMenuEvent click(QContextMenuEvent::Mouse, name, view->viewport()->mapToGlobal(name));
+    QApplication::sendEvent(view->viewport(), &click);
+    return test.window().findChild<QMenu *>(QStringLiteral("rowMenu"));
+}
+
+QStringList titlesOf(const QMenu *menu)
+{
+    QStringList titles;
+    for (const QAction *action : menu->actions()) {
+        if (!action->isSeparator())
+            titles.append(action->text().remove(u'&') + u'|' + action->shortcut().toString());
+    }
+    return titles;
+}
+
+} // namespace
+
+class TestMenus : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void menuItemsFollowTheirButtons();
+    void menuItemIsCalledAsTheButton();
+    void formatItemNeedsItsPage();
+    void menuClosesWithItsDisk();
+    void menusShowTheirShortcuts();
+    void menuOfARowIsForItsDisk();
+    void menuOfARowOpensByKey();
+    void nameOfARowIsCopied();
+    void labelIsCopied();
+};
+
+void TestMenus::menuItemsFollowTheirButtons()
+{
+    TestController test;
+    writeWholeBundle(test.localDirectory(), QStringLiteral("NTFS"), QStringLiteral("NTFS"));
+    test.launch();
+    const MemoryDiskRef volume = makeMountedVolume();
+    test.add(volume);
+    const MemoryDiskRef readOnly = makePartition(QStringLiteral("disk2s2"), 2048);
+    readOnly->description->insert(DAKey::volumeKind, QStringLiteral("NTFS"));
+    readOnly->description->insert(DAKey::mediaWritable, false);
+    test.add(readOnly);
+    QAction *const mount = test.action(QStringLiteral("actionMountUnmount"));
+    QAction *const show = test.action(QStringLiteral("actionShowInFileManager"));
+    // Mount, format, check and repair.
+    const auto enabled = [&test, mount] {
+        QList<bool> states { mount->isEnabled() };
+        for (const char *name : { "actionFormat", "actionCheck", "actionRepair" })
+            states.append(test.action(QLatin1String(name))->isEnabled());
+        return states;
+    };
+    QCOMPARE(enabled(), (QList<bool> { false, false, false, false }));
+    QVERIFY(!show->isEnabled());
+    test.select(QStringLiteral("disk2s2"));
+    QCOMPARE(enabled(), (QList<bool> { true, false, true, false }));
+    QVERIFY(!show->isEnabled());
+    test.select(QStringLiteral("disk2s1"));
+    QCOMPARE(enabled(), (QList<bool> { true, true, true, true }));
+    QVERIFY(show->isEnabled());
+    test.recordOf(QStringLiteral("disk2s1"))->operationInProgress = true;
+    test.controller().outlineViewSelectionDidChange();
+    QCOMPARE(enabled(), (QList<bool> { false, false, false, false }));
+    test.recordOf(QStringLiteral("disk2s1"))->operationInProgress = false;
+    test.controller().outlineViewSelectionDidChange();
+    show->trigger();
+    QCOMPARE(test.workspace->folders, QStringList { QStringLiteral("/media/DATA") });
+    setMounted(volume, {});
+    test.service.changeDisk(volume);
+    QVERIFY(mount->isEnabled());
+    QVERIFY(!show->isEnabled());
+}
+
+void TestMenus::menuItemIsCalledAsTheButton()
+{
+    TestController test;
+    test.launch();
+    const MemoryDiskRef volume = makeMountedVolume();
+    test.add(volume);
+    const MemoryDiskRef disk = makeDisk(QStringLiteral("disk2"));
+    disk->description->insert(DAKey::mediaLeaf, false);
+    test.add(disk);
+    auto *menu = test.window().findChild<QMenu *>(QStringLiteral("diskMenu"));
+    const auto title = [&](const QString &bsdName) {
+        test.select(bsdName);
+        menu->popup({});
+        menu->close();
+        return test.action(QStringLiteral("actionMountUnmount"))->text();
+    };
+    QCOMPARE(title(QStringLiteral("disk2s1")), QStringLiteral("&Unmount"));
+    QCOMPARE(title(QStringLiteral("disk2")), QStringLiteral("E&ject"));
+    setMounted(volume, {});
+    test.service.changeDisk(volume);
+    QCOMPARE(title(QStringLiteral("disk2s1")), QStringLiteral("&Mount"));
+}
+
+void TestMenus::formatItemNeedsItsPage()
+{
+    TestController test;
+    test.launch();
+    QAction *const format = test.action(QStringLiteral("actionFormat"));
+    const MemoryDiskRef volume = makeMountedVolume();
+    test.add(volume);
+    test.select(QStringLiteral("disk2s1"));
+    QVERIFY(format->isEnabled());
+    format->trigger();
+    QCOMPARE(test.controller().rightTabView->currentWidget(), test.controller().formatTab);
+    // Without a volume there is no page to choose a file system on.
+    volume->description->insert(DAKey::volumeMountable, false);
+    test.service.changeDisk(volume);
+    QCOMPARE(test.controller().rightTabView->indexOf(test.controller().formatTab), -1);
+    QVERIFY(!format->isEnabled());
+}
+
+void TestMenus::menuClosesWithItsDisk()
+{
+    TestController test;
+    test.launch();
+    const MemoryDiskRef volume = makeMountedVolume();
+    test.add(volume);
+    test.add(makePartition(QStringLiteral("disk3s1"), 1024));
+    const QAction *const mount = test.action(QStringLiteral("actionMountUnmount"));
+    for (QMenu *menu :
+        { openMenuOfRow(test, 0), test.window().findChild<QMenu *>(QStringLiteral("diskMenu")) }) {
+        test.select(QStringLiteral("disk2s1"));
+        menu->popup({});
+        QVERIFY(menu->isVisible());
+        // The same disk in another state, and another disk that is not selected.
+        setMounted(volume, {});
+        test.service.changeDisk(volume);
+        QCOMPARE(mount->text(), QStringLiteral("&Mount"));
+        test.add(makePartition(QStringLiteral("disk4s1"), 1024));
+        QVERIFY(menu->isVisible());
+        test.service.removeDisk(volume);
+        QCOMPARE(test.controller().bsdNameLabel->text(), QStringLiteral("disk3s1"));
+        QVERIFY2(!menu->isVisible(), qPrintable(menu->objectName()));
+        setMounted(volume, QStringLiteral("/media/DATA"));
+        test.add(volume);
+    }
+}
+
+void TestMenus::menusShowTheirShortcuts()
+{
+    TestController test;
+    test.launch();
+    const QStringList operations { QStringLiteral("Mount|Ctrl+E"), QStringLiteral("Format…|Ctrl+Shift+F"),
+        QStringLiteral("Check|Ctrl+K"), QStringLiteral("Repair|Ctrl+R") };
+    const QString show = QStringLiteral("Show in File Manager|Ctrl+Return");
+    QCOMPARE(titlesOf(test.window().findChild<QMenu *>(QStringLiteral("diskMenu"))),
+        operations + QStringList { show });
+    QCOMPARE(titlesOf(test.window().findChild<QMenu *>(QStringLiteral("rowMenu"))),
+        operations + QStringList({ QStringLiteral("Copy|Ctrl+C"), show }));
+    QCOMPARE(test.window().menuBar()->actions().size(), 4);
+    QSet<QKeySequence> shortcuts;
+    for (const QAction *action : test.window().findChildren<QAction *>()) {
+        if (action->shortcut().isEmpty())
+            continue;
+        QVERIFY2(!shortcuts.contains(action->shortcut()), qPrintable(action->text()));
+        shortcuts.insert(action->shortcut());
+    }
+}
+
+void TestMenus::menuOfARowIsForItsDisk()
+{
+    for (const QString &language : { QStringLiteral("en"), QStringLiteral("ar") }) {
+        TestController test(language);
+        test.launch();
+        test.add(makeDisk(QStringLiteral("disk1")));
+        test.add(makeMountedVolume());
+        OutlineView *const view = test.controller().leftOutlineView;
+        QMenu *const menu = openMenuOfRow(test, 1);
+        QCOMPARE(view->selectedRow(), 1);
+        QVERIFY(menu->isVisible());
+        QCOMPARE(test.action(QStringLiteral("actionMountUnmount"))->isEnabled(),
+            test.controller().mountUnmountButton->isEnabled());
+        menu->close();
+        const QPoint nothing(5, view->viewport()->height() - 2);
+        QContextMenuEvent beside(QContextMenuEvent::Mouse, nothing, view->viewport()->mapToGlobal(nothing));
+        QApplication::sendEvent(view->viewport(), &beside);
+        QVERIFY(!menu->isVisible());
+    }
+}
+
+void TestMenus::menuOfARowOpensByKey()
+{
+    TestController test;
+    test.launch();
+    test.add(makeDisk(QStringLiteral("disk1")));
+    test.add(makeMountedVolume());
+    test.select(QStringLiteral("disk2s1"));
+    OutlineView *const view = test.controller().leftOutlineView;
+    view->setFocus();
+    QVERIFY(QTest::qWaitForWindowActive(&test.window()));
+    // What the key becomes on its way through the platform.
+    const QPoint cursor = view->inputMethodQuery(Qt::ImCursorRectangle).toRect().center();
+    QContextMenuEvent key(QContextMenuEvent::Keyboard, cursor, view->mapToGlobal(cursor));
+    QApplication::sendEvent(view, &key);
+    auto *menu = test.window().findChild<QMenu *>(QStringLiteral("rowMenu"));
+    QTRY_VERIFY(menu->isVisible());
+    QCOMPARE(view->selectedRow(), 1);
+    QVERIFY(view->rect().contains(view->mapFromGlobal(menu->pos())));
+    QTest::keyClick(menu, Qt::Key_U);
+    QCOMPARE(test.service.requests().size(), std::size_t { 1 });
+    QCOMPARE(test.service.requests().front().kind, MemoryDiskService::RequestKind::Unmount);
+}
+
+void TestMenus::nameOfARowIsCopied()
+{
+    TestController test;
+    test.launch();
+    test.add(makeMountedVolume());
+    test.select(QStringLiteral("disk2s1"));
+    test.window().activateWindow();
+    test.controller().leftOutlineView->setFocus();
+    QVERIFY(QTest::qWaitForWindowActive(&test.window()));
+    QGuiApplication::clipboard()->clear();
+    QTest::keyClick(test.window().windowHandle(), Qt::Key_C, Qt::ControlModifier);
+    QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("DATA"));
+}
+
+void TestMenus::labelIsCopied()
+{
+    TestController test;
+    test.launch();
+    test.add(makeMountedVolume());
+    test.select(QStringLiteral("disk2s1"));
+    test.window().activateWindow();
+    test.controller().bsdNameLabel->setFocus();
+    QTRY_COMPARE(QGuiApplication::focusObject(), test.controller().bsdNameLabel);
+    test.action(QStringLiteral("actionCopy"))->trigger();
+    QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("disk2s1"));
+}
+
+QTEST_MAIN(TestMenus)
+#include "tst_menus.moc"
