@@ -38,7 +38,7 @@ public:
 
 private:
     void answerLater(Completion completion, DAReturn status, const std::optional<QString> &statusString = {});
-    void readMountPoints(const QString &path, std::function<void()> done);
+    void readMountPoints(const QString &path, std::function<void(bool isKnown)> done);
     bool isMounted(const QString &path) const;
     void mountForThisProcess(const QString &path, Completion completion);
     void unmountNext(const QStringList &paths, Force force, int tries, Completion completion);

@@ -115,6 +115,9 @@ private Q_SLOTS:
     void errorOfAnUnknownNameIsAGeneralError();
     void unmountGoesOnUntilNothingIsMounted();
     void unmountOfWhatIsUnmountedMeanwhileIsDone();
+    void unmountOfWhatHasGoneIsDone_data();
+    void unmountOfWhatHasGoneIsDone();
+    void unmountThatAServiceLeavesUndoneIsRefused();
     void unmountOfAWholeDiskStopsAtTheFirstRefusal();
     void ejectOfALoopDiskWaitsUntilItIsDetached();
     void ejectOfADiskWithAMountedVolumeIsRefused();
@@ -349,6 +352,71 @@ void TestUDisksSession::unmountOfWhatIsUnmountedMeanwhileIsDone()
     QTRY_COMPARE(test.completions, 1);
     QVERIFY(!test.outcome);
     QCOMPARE(test.fake.calls.size(), 1);
+}
+
+void TestUDisksSession::unmountOfWhatHasGoneIsDone_data()
+{
+    QTest::addColumn<QString>("error");
+    QTest::addColumn<QStringList>("removed"); // interfaces of the volume
+    QTest::addColumn<bool>("isTold"); // by signals that come before the answer
+    const QString failed = QStringLiteral("org.freedesktop.UDisks2.Error.Failed");
+    const QString unknown = QDBusError::errorString(QDBusError::UnknownMethod);
+    const QStringList all { UDisks::block, UDisks::partition, UDisks::filesystem };
+    QTest::newRow("pulled before the call") << unknown << all << true;
+    QTest::newRow("pulled before the call, not told yet") << unknown << all << false;
+    QTest::newRow("pulled during the call") << failed << all << true;
+    QTest::newRow("pulled during the call, not told yet") << failed << all << false;
+    QTest::newRow("no file system any more, not told yet")
+        << failed << QStringList { UDisks::filesystem } << false;
+    QTest::newRow("unmounted by somebody else") << failed << QStringList() << true;
+    QTest::newRow("unmounted by somebody else, not told yet") << failed << QStringList() << false;
+}
+
+// What the service says of a volume that is not mounted any more is not that it is in use.
+void TestUDisksSession::unmountOfWhatHasGoneIsDone()
+{
+    QFETCH(const QString, error);
+    QFETCH(const QStringList, removed);
+    QFETCH(const bool, isTold);
+    const Tell tell = isTold ? Tell::Yes : Tell::No;
+    SessionTest test;
+    test.fake.changeProperties(
+        volumePath, UDisks::filesystem, mountPoints({ QStringLiteral("/media/A") }), Tell::No);
+    test.fake.addInterfaces(secondPath,
+        fakePartition(QStringLiteral("fake2p2"), 2, QStringLiteral("B"), { QStringLiteral("/media/B") }),
+        Tell::No);
+    test.start();
+    test.fake.answer = [&](const QDBusMessage &call) {
+        const QString &path = call.path();
+        if (removed.isEmpty())
+            test.fake.changeProperties(path, UDisks::filesystem, mountPoints({}), tell);
+        else
+            test.fake.removeInterfaces(path, removed, tell);
+        return call.createErrorReply(error, QStringLiteral("No enclosing object for interface"));
+    };
+    test.session->unmount(
+        test.disks.value(QStringLiteral("disk2")), kDADiskUnmountOptionWhole, test.completion());
+    QTRY_COMPARE(test.completions, 1);
+    QVERIFY(!test.outcome);
+    QCOMPARE(test.fake.calls.size(), 2);
+    QCOMPARE(test.events.contains(QStringLiteral("-disk2s1")), removed.contains(UDisks::block) && isTold);
+}
+
+// A service that ends takes its disks away, but not what is mounted.
+void TestUDisksSession::unmountThatAServiceLeavesUndoneIsRefused()
+{
+    SessionTest test;
+    test.fake.changeProperties(
+        volumePath, UDisks::filesystem, mountPoints({ QStringLiteral("/media/A") }), Tell::No);
+    test.start();
+    test.fake.answer = [&](const QDBusMessage &call) {
+        test.fake.stop();
+        return call.createErrorReply(QDBusError::NoReply, QStringLiteral("no answer"));
+    };
+    test.session->unmount(test.disks.value(QStringLiteral("disk2s1")), 0, test.completion());
+    QTRY_COMPARE(test.completions, 1);
+    QVERIFY(test.outcome);
+    QCOMPARE(test.outcome->statusString.value_or(QString()), QStringLiteral("no answer"));
 }
 
 void TestUDisksSession::unmountOfAWholeDiskStopsAtTheFirstRefusal()
