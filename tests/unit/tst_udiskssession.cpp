@@ -45,7 +45,8 @@ struct SessionTest
 
     void makeSession(UDisksListing when)
     {
-        session = createUDisksSession(FileSystemClaims({}), fake.client(), FakeUDisks::facts, when);
+        session = createUDisksSession(
+            FileSystemClaims({}), fake.client(), [this](const QString &node) { return facts(node); }, when);
         session->registerDiskAppearedCallback([this](const DADiskRef &disk) {
             events.append(u'+' + nameOf(disk));
             disks.insert(nameOf(disk), disk);
@@ -76,6 +77,7 @@ struct SessionTest
 
     LogCapture log;
     FakeUDisks fake;
+    std::function<std::optional<BlockDeviceFacts>(const QString &node)> facts = FakeUDisks::facts;
     QStringList events;
     QHash<QString, DADiskRef> disks;
     std::optional<bool> listing;
@@ -123,6 +125,7 @@ private Q_SLOTS:
     void ejectOfADiskWithAMountedVolumeIsRefused();
     void renameOfAMountedVolumeUnmountsItWhereItMust();
     void mediumThatHasGoneIsNotFound();
+    void mediumThatIsAnotherByNowIsLeftAlone();
     void sessionThatGoesLeavesRequestsUnanswered();
 };
 
@@ -504,6 +507,30 @@ void TestUDisksSession::mediumThatHasGoneIsNotFound()
     QTRY_COMPARE(test.completions, 1);
     QCOMPARE(test.outcome->status, 0xF8DA0006U);
     QCOMPARE(nameOf(volume), QStringLiteral("disk2s1")); // what was known of it stays
+}
+
+// Another disk has taken the place of the one that is meant, and the service does not know yet.
+void TestUDisksSession::mediumThatIsAnotherByNowIsLeftAlone()
+{
+    SessionTest test;
+    test.start();
+    test.facts = [](const QString &node) {
+        auto facts = FakeUDisks::facts(node);
+        if (facts) {
+            facts->diskSequence = 3;
+            facts->bsdName.replace(u'2', u'3');
+        }
+        return facts;
+    };
+    const DADiskRef disk = test.disks.value(QStringLiteral("disk2"));
+    test.session->eject(disk, 0, test.completion());
+    QCOMPARE(test.completions, 0);
+    QTRY_COMPARE(test.completions, 1);
+    QCOMPARE(test.outcome->status, 0xF8DA0006U);
+    QCOMPARE(test.fake.calls, QStringList());
+    QCOMPARE(test.events, list({ "-disk2s1", "-disk2", "+disk3", "+disk3s1" }));
+    test.session->eject(test.disks.value(QStringLiteral("disk3")), 0, test.completion());
+    QTRY_COMPARE(test.fake.calls, list({ "fake2 Delete" }));
 }
 
 void TestUDisksSession::sessionThatGoesLeavesRequestsUnanswered()
