@@ -37,6 +37,16 @@ QDBusMessage busCall(const QString &method, const QVariantList &arguments)
     return message;
 }
 
+// Whether this answer to the reading of a property says that the object has no such interface.
+bool isMissing(const QDBusMessage &answer)
+{
+    static const QStringList names { QDBusError::errorString(QDBusError::UnknownObject),
+        QDBusError::errorString(QDBusError::UnknownInterface),
+        QDBusError::errorString(QDBusError::UnknownMethod), // of an object that is not there
+        QDBusError::errorString(QDBusError::InvalidArgs) }; // of one without the interface
+    return names.contains(answer.errorName());
+}
+
 } // namespace
 
 UDisksBus::UDisksBus(const QDBusConnection &bus, std::function<QDBusConnection()> reconnect, QObject *parent)
@@ -284,18 +294,26 @@ void UDisksBus::call(const QString &path, const QString &interface, const QStrin
     });
 }
 
-void UDisksBus::readProperty(
-    const QString &path, const QString &interface, const QString &name, std::function<void()> done)
+void UDisksBus::readProperty(const QString &path, const QString &interface, const QString &name,
+    std::function<void(bool isKnown)> done)
 {
     call(path, propertiesInterface, QStringLiteral("Get"), { interface, name },
         [this, path, interface, name, done = std::move(done)](
             const QDBusMessage &reply, const DADissenterRef &dissenter) {
-            if (!dissenter && reply.signature() == QLatin1String("v") && reply.service() == m_owner) {
+            // Not an answer of another service than the one that the store is of.
+            const bool isOwners = reply.service() == m_owner;
+            bool isKnown = false;
+            if (isOwners && dissenter && isMissing(reply)) {
+                // The signal that tells of it can come after the answer.
+                m_store.removeInterfaces(path, { interface });
+                isKnown = true;
+            } else if (isOwners && !dissenter && reply.signature() == QLatin1String("v")) {
                 const QVariant value = reply.arguments().constFirst().value<QDBusVariant>().variant();
-                if (m_store.changeProperties(path, interface, { { name, value } }))
-                    m_changed.insert(path);
+                isKnown = m_store.changeProperties(path, interface, { { name, value } });
             }
+            if (isKnown)
+                m_changed.insert(path);
             flush();
-            done();
+            done(isKnown);
         });
 }

@@ -104,6 +104,14 @@ struct Scene
             limit);
     }
 
+    QStringList told() const
+    {
+        QStringList texts;
+        for (const AlertSheet *sheet : window.sheets())
+            texts.append(sheet->informativeText());
+        return texts;
+    }
+
     PatientFileSystem patient;
     LoopDisk disk;
     RealWindow window;
@@ -323,15 +331,12 @@ void TestServiceFaults::pulledDuring()
     if (usesTool(operation))
         scene.patient.release(scene.disk, "go on");
     kill(service, SIGCONT);
-    QTRY_VERIFY_WITH_TIMEOUT(!record->operationInProgress, limit);
+    QTRY_VERIFY2_WITH_TIMEOUT(!record->operationInProgress, qPrintable(scene.told().join(u'|')), limit);
     QTRY_VERIFY_WITH_TIMEOUT(!scene.window.recordOf(scene.disk.node(1)), limit);
     QTRY_COMPARE_WITH_TIMEOUT(scene.window.sheets().size(), expected.isEmpty() ? 0 : 1, limit);
-    QStringList told;
-    for (const AlertSheet *sheet : scene.window.sheets())
-        told.append(sheet->informativeText());
-    for (const QString &text : told)
+    for (const QString &text : scene.told())
         QVERIFY2(text.startsWith(expected), qPrintable(text));
-    QCOMPARE(scene.check.problem(told), QString());
+    QCOMPARE(scene.check.problem(scene.told()), QString());
 }
 
 void TestServiceFaults::busGoneAndBack()
