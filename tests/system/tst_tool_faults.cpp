@@ -31,6 +31,7 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 constexpr int limit = 120000; // milliseconds
+constexpr int longLimit = 280000; // QtTest's own is 300000
 
 QList<LoopDisk::Partition> oneVolume()
 {
@@ -253,7 +254,7 @@ void TestToolFaults::checkerThatPrintsWithoutMeasure()
         sinceBeat = WindowTime();
     });
     heart.start(20);
-    QVERIFY(scene.hasEnded(2 * limit));
+    QVERIFY(scene.hasEnded(longLimit));
     heart.stop();
     qInfo("the window did not answer for %lld ms at most", static_cast<long long>(longest));
     QVERIFY(longest < 1000);
