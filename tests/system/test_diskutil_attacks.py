@@ -20,13 +20,13 @@ from loop_disk import LIMIT, probe, run  # noqa: E402
 BUNDLE = "/Library/Filesystems/witness.fs"
 RESOURCES = f"{BUNDLE}/Contents/Resources"
 
-# Tells what it was started with. The shell reads its own signals and starts no program for that: it holds all of them
-# back while it starts one, and may still do so when that one runs already.
-WITNESS = """echo "arguments:$*"
+# Tells what it was started with. The shell reads its own signals, before it starts any program: to start one it holds all
+# of them back, for a moment longer than that takes, and none afterwards.
+WITNESS = """while read -r name signals; do case $name in Sig[IB]*) echo "$name $signals" ;; esac; done </proc/$$/status
+echo "arguments:$*"
 env | sort | sed 's/^/env:/'
 for fd in 0 1 2 3 4 5 6 7 8 9 11 12 13 14 15 16 17 18 19; do [ ! -e "/proc/$$/fd/$fd" ] || echo "fd:$fd"; done
 [ /proc/$$/fd/0 -ef /dev/null ] && echo "input:empty"
-while read -r name signals; do case $name in Sig[IB]*) echo "$name $signals" ;; esac; done </proc/$$/status
 echo "mask:$(umask)"
 echo "folder:$PWD"
 """
