@@ -12,8 +12,6 @@
 
 #include <QApplication>
 #include <QComboBox>
-#include <QDBusConnection>
-#include <QDBusConnectionInterface>
 #include <QLineEdit>
 #include <QProcess>
 #include <QPushButton>
@@ -27,19 +25,12 @@ namespace {
 
 constexpr int limit = 60000; // milliseconds
 
-const QString serviceName = u"org.freedesktop.UDisks2"_s;
 const QString noReply = u"Message recipient disconnected from message bus without replying"_s;
-
-pid_t servicePid()
-{
-    const QDBusReply<uint> pid = QDBusConnection::systemBus().interface()->servicePid(serviceName);
-    return pid.isValid() ? static_cast<pid_t>(pid.value()) : 0;
-}
 
 // Whether another service is there than that one.
 bool isStartedAnew(pid_t former)
 {
-    const pid_t service = servicePid();
+    const pid_t service = diskServicePid();
     return service != 0 && service != former;
 }
 
@@ -175,7 +166,7 @@ void TestServiceFaults::killedWhileNothingIsAsked()
     const QStringList rows = scene.window.nodesOfDisk(scene.disk.node());
     QCOMPARE(rows.size(), 2);
     for (int i = 0; i < 2; ++i) {
-        const pid_t first = servicePid();
+        const pid_t first = diskServicePid();
         kill(first, SIGKILL);
         // It is started again, and tells the same media once.
         QTRY_VERIFY_WITH_TIMEOUT(isStartedAnew(first), limit);
@@ -201,7 +192,7 @@ void TestServiceFaults::killedDuring()
     Scene scene(ownOrPlain(operation));
     const OutlineItem record = scene.target(operation);
     QVERIFY(record);
-    const pid_t service = servicePid();
+    const pid_t service = diskServicePid();
     if (usesTool(operation)) {
         scene.begin(operation);
         QVERIFY(scene.hasToolBegun());
@@ -239,7 +230,7 @@ void TestServiceFaults::hangsDuring()
     mountIfNeeded(scene, operation);
     const OutlineItem record = scene.target(operation);
     QVERIFY(record);
-    const pid_t service = servicePid();
+    const pid_t service = diskServicePid();
     if (!usesTool(operation))
         kill(service, SIGSTOP);
     scene.begin(operation);
@@ -285,7 +276,7 @@ void TestServiceFaults::killedWhileForceIsOffered()
     mountIfNeeded(scene, operation);
     const OutlineItem record = scene.target(operation);
     QVERIFY(record);
-    const pid_t service = servicePid();
+    const pid_t service = diskServicePid();
     kill(service, SIGSTOP);
     scene.begin(operation);
     QVERIFY(scene.check.windowAnswers());
@@ -321,7 +312,7 @@ void TestServiceFaults::pulledDuring()
     const OutlineItem record = scene.target(operation);
     QVERIFY(record);
     const QString expected = alert.contains(u'%') ? alert.arg(*record->bsdName) : alert;
-    const pid_t service = servicePid();
+    const pid_t service = diskServicePid();
     if (!usesTool(operation))
         kill(service, SIGSTOP);
     scene.begin(operation);
