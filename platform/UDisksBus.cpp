@@ -281,7 +281,13 @@ void UDisksBus::flush()
 void UDisksBus::call(const QString &path, const QString &interface, const QString &method,
     const QVariantList &arguments, Reply reply)
 {
-    auto message = QDBusMessage::createMethodCall(UDisks::service, path, interface, method);
+    callAt(UDisks::service, path, interface, method, arguments, std::move(reply));
+}
+
+void UDisksBus::callAt(const QString &destination, const QString &path, const QString &interface,
+    const QString &method, const QVariantList &arguments, Reply reply)
+{
+    auto message = QDBusMessage::createMethodCall(destination, path, interface, method);
     message.setArguments(arguments);
     auto *watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(message, noTimeLimit), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [watcher, reply = std::move(reply)] {
@@ -297,11 +303,14 @@ void UDisksBus::call(const QString &path, const QString &interface, const QStrin
 void UDisksBus::readProperty(const QString &path, const QString &interface, const QString &name,
     std::function<void(bool isKnown)> done)
 {
-    call(path, propertiesInterface, QStringLiteral("Get"), { interface, name },
-        [this, path, interface, name, done = std::move(done)](
+    // The service that the store is of is asked by its own name on the bus, and not another one that has
+    // taken its place; an answer that comes after it has gone is no news either. Not every Qt 6 tells of an
+    // answer who sent it.
+    const QString asked = m_owner.isEmpty() ? UDisks::service : m_owner;
+    callAt(asked, path, propertiesInterface, QStringLiteral("Get"), { interface, name },
+        [this, asked, path, interface, name, done = std::move(done)](
             const QDBusMessage &reply, const DADissenterRef &dissenter) {
-            // Not an answer of another service than the one that the store is of.
-            const bool isOwners = reply.service() == m_owner;
+            const bool isOwners = asked == m_owner;
             bool isKnown = false;
             if (isOwners && dissenter && isMissing(reply)) {
                 // The signal that tells of it can come after the answer.

@@ -66,6 +66,8 @@ private Q_SLOTS:
     void busLost();
 
 private:
+    void callAt(const QString &destination, const QString &path, const QString &interface,
+        const QString &method, const QVariantList &arguments, Reply reply);
     void watchOwner();
     void serviceLost();
     void tryReconnect();
