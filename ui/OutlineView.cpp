@@ -274,10 +274,14 @@ QModelIndex OutlineView::triangleAt(const QPoint &position) const
 void OutlineView::mousePressEvent(QMouseEvent *event)
 {
     const QModelIndex index = triangleAt(event->position().toPoint());
-    if (event->button() == Qt::LeftButton && index.isValid())
+    if (event->button() == Qt::LeftButton && index.isValid()) {
         setExpanded(index, !isExpanded(index));
-    else
-        QAbstractItemView::mousePressEvent(event);
+        return;
+    }
+    QAbstractItemView::mousePressEvent(event);
+    // Newer releases of Qt leave the selection as it is.
+    if (event->button() == Qt::LeftButton && !indexAt(event->position().toPoint()).isValid())
+        clearSelection();
 }
 
 void OutlineView::mouseReleaseEvent(QMouseEvent *event)
