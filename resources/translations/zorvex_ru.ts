@@ -206,7 +206,7 @@ Mounts, formats, checks and repairs disks and volumes.</source>
     <message id="BLOCK_SIZE_CAPTION">
         <source>Preferred block size:</source>
         <extracomment>Caption of a property: the block size of the device, such as 512 bytes.</extracomment>
-        <translation>Предпочтительный размер блока:</translation>
+        <translation>Размер блока:</translation>
     </message>
     <message id="MOUNTED_AT_CAPTION">
         <source>Mounted at:</source>
