@@ -108,7 +108,9 @@ bool isWhole(const QLabel &label)
     // Lines of several scripts differ in height: the label knows them.
     const int neededHeight = label.wordWrap() ? label.heightForWidth(label.width()) : needed.height();
     const int height = label.wordWrap() ? label.height() : room.height();
-    return height >= neededHeight && (room.width() >= needed.width() || holdsName(label));
+    // A line that was broken to fit can end in a fraction of a pixel, which is rounded up here.
+    const int width = label.wordWrap() ? room.width() + 1 : room.width();
+    return height >= neededHeight && (width >= needed.width() || holdsName(label));
 }
 
 QStringList cutLabels(const QWidget &window)
