@@ -5,6 +5,7 @@
 
 #include <QFile>
 #include <QProcess>
+#include <QVersionNumber>
 
 #include <cerrno>
 #include <fcntl.h>
@@ -16,7 +17,19 @@ namespace {
 
 const QString rootPath = u"/org/freedesktop/UDisks2/"_s;
 
+// The first to mount for another user. Earlier ones do not refuse the option: they mount for the caller.
+const QVersionNumber firstThatMountsForOthers(2, 10);
+
 } // namespace
+
+std::optional<QVariantMap> mountOptions(const std::optional<DesktopUser> &user, const QString &serviceVersion)
+{
+    if (!user)
+        return QVariantMap();
+    if (QVersionNumber::fromString(serviceVersion) < firstThatMountsForOthers)
+        return std::nullopt;
+    return QVariantMap { { u"as-user"_s, user->name } };
+}
 
 // The service goes by who is at the other end of the connection, so another process has to ask: its own
 // command-line client.

@@ -6,6 +6,7 @@
 #include "platform/strings_table_text.h"
 
 #include <QFile>
+#include <QTimeZone>
 
 #include <cstdlib>
 #include <fcntl.h>
@@ -72,7 +73,7 @@ PropertyValue dateOf(plist_t node)
     int32_t seconds = 0;
     int32_t microseconds = 0;
     plist_get_date_val(node, &seconds, &microseconds);
-    return QDateTime::fromSecsSinceEpoch(referenceDate + seconds, Qt::UTC);
+    return QDateTime::fromSecsSinceEpoch(referenceDate + seconds, QTimeZone::utc());
 }
 
 PropertyValue convert(plist_t node);
@@ -180,12 +181,17 @@ std::optional<PropertyValue> readPropertyList(const QByteArray &data)
         return std::nullopt;
     if (bytes.starts_with(utf8ByteOrderMark))
         bytes.remove_prefix(utf8ByteOrderMark.size());
-    const bool bounded = isBinary(bytes) ? isBoundedBinaryPropertyList(bytes)
-                                         : looksLikeXml(bytes) && isBoundedXmlPropertyList(bytes);
+    const bool binary = isBinary(bytes);
+    const bool bounded = binary ? isBoundedBinaryPropertyList(bytes)
+                                : looksLikeXml(bytes) && isBoundedXmlPropertyList(bytes);
     if (!bounded)
         return std::nullopt;
+    // The format is named, so that the guard and the reader never take the bytes for different things.
     plist_t root = nullptr;
-    plist_from_memory(bytes.data(), static_cast<quint32>(bytes.size()), &root);
+    if (binary)
+        plist_from_bin(bytes.data(), static_cast<quint32>(bytes.size()), &root);
+    else
+        plist_from_xml(bytes.data(), static_cast<quint32>(bytes.size()), &root);
     const PlistPointer owner(root);
     if (!root)
         return std::nullopt;

@@ -49,8 +49,10 @@ void UDisksRequests::mount(const QString &path, Completion completion)
         return;
     }
     const std::optional<DesktopUser> user = desktopUser();
-    if (!user) {
-        mountForThisProcess(path, std::move(completion));
+    const auto options
+        = mountOptions(user, m_bus.store().text(UDisks::managerPath, UDisks::manager, "Version"));
+    if (options) {
+        callMount(path, *options, std::move(completion));
         return;
     }
     mountForDesktopUser(
@@ -58,13 +60,13 @@ void UDisksRequests::mount(const QString &path, Completion completion)
             if (isMounted)
                 readMountPoints(path, [completion] { completion(nullptr); });
             else
-                mountForThisProcess(path, completion);
+                callMount(path, noOptions, completion);
         });
 }
 
-void UDisksRequests::mountForThisProcess(const QString &path, Completion completion)
+void UDisksRequests::callMount(const QString &path, const QVariantMap &options, Completion completion)
 {
-    m_bus.call(path, UDisks::filesystem, QStringLiteral("Mount"), { noOptions },
+    m_bus.call(path, UDisks::filesystem, QStringLiteral("Mount"), { options },
         [this, path, completion = std::move(completion)](
             const QDBusMessage &, const DADissenterRef &dissenter) {
             readMountPoints(path, [completion, dissenter] { completion(dissenter); });

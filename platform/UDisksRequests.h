@@ -21,8 +21,9 @@ public:
     {
     }
 
-    // Where this process runs as root at a user's wish, the volume is mounted for him if the disk service
-    // lets him have it without asking, and else for root.
+    // Where this process runs as root at a user's request, the volume is mounted for that user. A service
+    // that cannot mount for another user does so only where the user could have mounted the volume without a
+    // password; any other volume is mounted for root.
     void mount(const QString &path, Completion completion);
 
     // Unmounts the volume, or in order all volumes of its disk, up to the first refusal. What is not mounted
@@ -40,7 +41,7 @@ private:
     void answerLater(Completion completion, DAReturn status, const std::optional<QString> &statusString = {});
     void readMountPoints(const QString &path, std::function<void()> done);
     bool isMounted(const QString &path) const;
-    void mountForThisProcess(const QString &path, Completion completion);
+    void callMount(const QString &path, const QVariantMap &options, Completion completion);
     void unmountNext(const QStringList &paths, Force force, int tries, Completion completion);
     void setLabel(const QString &path, const QString &name, Completion completion);
     void detachLoop(const QString &path, Completion completion);

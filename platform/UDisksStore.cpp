@@ -21,7 +21,7 @@ QString decodedFileName(QByteArray bytes)
 bool isWanted(const QString &interface)
 {
     static const QStringList wanted { UDisks::block, UDisks::drive, UDisks::filesystem, UDisks::loop,
-        UDisks::partition, UDisks::partitionTable };
+        UDisks::manager, UDisks::partition, UDisks::partitionTable };
     return wanted.contains(interface);
 }
 

@@ -23,6 +23,8 @@ inline const QString block = QStringLiteral("org.freedesktop.UDisks2.Block");
 inline const QString drive = QStringLiteral("org.freedesktop.UDisks2.Drive");
 inline const QString filesystem = QStringLiteral("org.freedesktop.UDisks2.Filesystem");
 inline const QString loop = QStringLiteral("org.freedesktop.UDisks2.Loop");
+inline const QString managerPath = QStringLiteral("/org/freedesktop/UDisks2/Manager");
+inline const QString manager = QStringLiteral("org.freedesktop.UDisks2.Manager");
 inline const QString partition = QStringLiteral("org.freedesktop.UDisks2.Partition");
 inline const QString partitionTable = QStringLiteral("org.freedesktop.UDisks2.PartitionTable");
 } // namespace UDisks

@@ -8,7 +8,8 @@
 
 namespace {
 
-constexpr std::size_t headerSize = 8;
+// The one version whose layout is known here. Newer releases of libplist read others as well.
+constexpr std::string_view header = "bplist00";
 constexpr std::size_t trailerSize = 32;
 constexpr std::size_t longestInteger = 16;
 
@@ -47,7 +48,7 @@ public:
 
     bool check()
     {
-        if (!readTrailer())
+        if (!m_data.starts_with(header) || !readTrailer())
             return false;
         m_visits.resize(m_objects);
         m_extents.resize(m_objects);
@@ -71,7 +72,7 @@ private:
 
     bool readTrailer()
     {
-        if (m_data.size() < headerSize + trailerSize)
+        if (m_data.size() < header.size() + trailerSize)
             return false;
         const std::size_t trailer = m_data.size() - trailerSize;
         m_offsetSize = static_cast<std::uint8_t>(m_data[trailer + 6]);
@@ -110,7 +111,7 @@ private:
             return m_extents[object];
         m_visits[object] = Visit::Open;
         const auto offset = number(m_offsetTable + object * m_offsetSize, m_offsetSize);
-        if (!offset || *offset < headerSize || *offset >= m_offsetTable)
+        if (!offset || *offset < header.size() || *offset >= m_offsetTable)
             return std::nullopt;
         const auto extent = measureAt(*offset, depth);
         if (!extent || extent->values > PropertyListLimits::values

@@ -26,6 +26,43 @@ as_root()
     fi
 }
 
+# The Debian releases that the project is shown to work on, oldest first: the name of their archive, and what they call
+# themselves. Testing is followed as well; it moves, so that nothing that must pass depends on it.
+declare -A release_titles=([bookworm]='Debian 12 (bookworm)' [trixie]='Debian 13 (trixie)' [testing]='Debian testing')
+
+# The release that this is, by the name of its archive; nothing for one that the project is not made for.
+this_release()
+(
+    ID='' VERSION_ID=''
+    # shellcheck source=/dev/null
+    . /etc/os-release 2>/dev/null || true
+    case $ID:$VERSION_ID in
+    debian:12) echo bookworm ;;
+    debian:13) echo trixie ;;
+    debian:) echo testing ;; # it has no number yet
+    esac
+)
+
+# Ends the command, before it has touched anything, on a release that it is not made for.
+require_supported_release()
+{
+    [ -z "$(this_release)" ] || return 0
+    die "$(. /etc/os-release 2>/dev/null; echo "${PRETTY_NAME:-this system}") is not supported: this needs" \
+        "${release_titles[bookworm]}, ${release_titles[trixie]} or ${release_titles[testing]}"
+}
+
+# project_packages RELEASE GROUP...: the packages that scripts/packages.txt lists for these groups in this release.
+project_packages()
+{
+    awk -v release="$1" -v groups=" ${*:2} " '
+        /^#/ || !NF { next }
+        {
+            split($2, when, "@")
+            if (index(groups, " " when[1] " ") && (when[2] == "" || index("," when[2] ",", "," release ",")))
+                print $1
+        }' "$(dirname "${BASH_SOURCE[0]}")/packages.txt"
+}
+
 # continue_as_root REASON "$@": starts the running command anew as root, unless it is root's already.
 continue_as_root()
 {

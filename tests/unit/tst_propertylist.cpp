@@ -5,6 +5,7 @@
 
 #include <QElapsedTimer>
 #include <QTest>
+#include <QTimeZone>
 
 #include <limits>
 
@@ -101,7 +102,7 @@ void TestPropertyList::xmlValuesKeepTheirTypes()
         { u"i"_s, PropertyNumber(qint64 { 42 }) },
         { u"r"_s, PropertyNumber(1.5) },
         { u"d"_s, QByteArray("\x00\x01\x02", 3) },
-        { u"w"_s, QDateTime(QDate(2020, 1, 1), QTime(0, 0), Qt::UTC) },
+        { u"w"_s, QDateTime(QDate(2020, 1, 1), QTime(0, 0), QTimeZone::utc()) },
         { u"a"_s, PropertyArray { u"x"_s } },
         { u"e"_s, PropertyDictionary() },
     };

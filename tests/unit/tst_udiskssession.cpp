@@ -4,10 +4,14 @@
 #include "tests/support/FakeUDisks.h"
 #include "tests/support/TestController.h"
 
+#include "platform/DesktopUserMount.h"
 #include "platform/UDisksSession.h"
 
+#include <QDBusArgument>
 #include <QDBusMessage>
 #include <QTest>
+
+#include <unistd.h>
 
 namespace {
 
@@ -112,6 +116,9 @@ private Q_SLOTS:
     void mediumThatIsTakenOutTakesItsPartitionsAlong();
     void serviceThatRestartsReportsEverythingAnew();
     void mountReadsTheMountPointsBeforeItCompletes();
+    void mountOptionsGoByTheVersionOfTheService_data();
+    void mountOptionsGoByTheVersionOfTheService();
+    void serviceIsAskedToMountForTheUser();
     void errorOfAnUnknownNameIsAGeneralError();
     void unmountGoesOnUntilNothingIsMounted();
     void unmountOfWhatIsUnmountedMeanwhileIsDone();
@@ -301,6 +308,52 @@ void TestUDisksSession::mountReadsTheMountPointsBeforeItCompletes()
     QCOMPARE(test.fake.calls, list({ "fake2p1 Mount" }));
     QCOMPARE(volume->copyDescription()->value(DAKey::volumePath)->asUrl()->toLocalFile(),
         QStringLiteral("/media/A"));
+}
+
+void TestUDisksSession::mountOptionsGoByTheVersionOfTheService_data()
+{
+    QTest::addColumn<QString>("version");
+    QTest::addColumn<bool>("mountsForOthers");
+    QTest::newRow("Debian 12") << QStringLiteral("2.9.4") << false;
+    QTest::newRow("the last without it") << QStringLiteral("2.9.99") << false;
+    QTest::newRow("the first") << QStringLiteral("2.10.0") << true;
+    QTest::newRow("Debian 13") << QStringLiteral("2.10.1") << true;
+    QTest::newRow("a later one") << QStringLiteral("3.0") << true;
+    QTest::newRow("with a suffix") << QStringLiteral("2.11.0-rc1") << true;
+    QTest::newRow("unknown") << QString() << false;
+    QTest::newRow("no number") << QStringLiteral("newest") << false;
+}
+
+void TestUDisksSession::mountOptionsGoByTheVersionOfTheService()
+{
+    QFETCH(const QString, version);
+    QFETCH(const bool, mountsForOthers);
+    DesktopUser user;
+    user.name = QStringLiteral("ada");
+    QCOMPARE(mountOptions(std::nullopt, version), std::optional(QVariantMap()));
+    const QVariantMap forTheUser { { QStringLiteral("as-user"), QStringLiteral("ada") } };
+    QCOMPARE(mountOptions(user, version), mountsForOthers ? std::optional(forTheUser) : std::nullopt);
+}
+
+// As pkexec starts the program: root, at the request of a user. Whoever runs this without root's rights
+// mounts for themselves.
+void TestUDisksSession::serviceIsAskedToMountForTheUser()
+{
+    SessionTest test;
+    test.fake.addInterfaces(UDisks::managerPath,
+        { { UDisks::manager, { { QStringLiteral("Version"), QStringLiteral("2.10.1") } } } }, Tell::No);
+    test.start();
+    QVariantMap options { { QStringLiteral("nobody"), QStringLiteral("has asked") } };
+    test.fake.answer = [&](const QDBusMessage &call) {
+        options = qdbus_cast<QVariantMap>(call.arguments().constFirst());
+        return call.createReply(QStringLiteral("/media/nobody/A"));
+    };
+    qputenv("PKEXEC_UID", "65534");
+    test.session->mount(test.disks.value(QStringLiteral("disk2s1")), 0, test.completion());
+    qunsetenv("PKEXEC_UID");
+    QTRY_COMPARE(test.completions, 1);
+    const QVariantMap forTheUser { { QStringLiteral("as-user"), QStringLiteral("nobody") } };
+    QCOMPARE(options, geteuid() == 0 ? forTheUser : QVariantMap());
 }
 
 void TestUDisksSession::errorOfAnUnknownNameIsAGeneralError()
