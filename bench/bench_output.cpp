@@ -2,7 +2,8 @@
 //
 // The live output of a check: a tool that prints as fast as it can, through the real shell, the real
 // hand-over and into the real window. Prints lines a second, for the first and the last thousand as well, and
-// the longest time that the window was deaf; then the same for one long line without a terminator.
+// the longest time that the window was deaf; then the same for one long line without a terminator, and for
+// nothing but terminators, each of which is handed over by itself.
 #include "tests/support/TestController.h"
 
 #include "ui/OutputView.h"
@@ -23,20 +24,21 @@ namespace {
 constexpr int lineCount = 20000;
 constexpr int lineLength = 60; // bytes, with the line feed
 constexpr int longLineLength = 2'000'000; // bytes
+constexpr int returnCount = 100'000;
 constexpr int bundleCount = 12;
 
-// Notes when each thousandth line was read.
+// Runs a script in the tool's place and notes when each thousandth line was read.
 class TimingPipe : public PosixShellPipe
 {
 public:
-    TimingPipe(QString command, QElapsedTimer &clock, std::vector<qint64> &times)
-        : m_command(std::move(command))
+    TimingPipe(QString tool, QElapsedTimer &clock, std::vector<qint64> &times)
+        : m_tool(std::move(tool))
         , m_clock(clock)
         , m_times(times)
     {
     }
 
-    bool open(const QByteArray &) override { return PosixShellPipe::open(m_command.toUtf8()); }
+    bool open(const QByteArray &) override { return PosixShellPipe::open(QFile::encodeName(m_tool)); }
 
     ssize_t readByte(char *byte) override
     {
@@ -47,7 +49,7 @@ public:
     }
 
 private:
-    QString m_command;
+    QString m_tool;
     QElapsedTimer &m_clock;
     std::vector<qint64> &m_times;
     int m_lines = 0;
@@ -73,13 +75,15 @@ struct Run
     qsizetype shownBytes = 0;
 };
 
-Run measure(const QString &command)
+Run measure(const QByteArray &script)
 {
     Run run;
     TestController test;
     installBundles(test);
     QElapsedTimer clock;
-    test.platform().createShellPipe = [&] { return std::make_unique<TimingPipe>(command, clock, run.times); };
+    test.setDiskutilScript(script);
+    test.platform().createShellPipe
+        = [&] { return std::make_unique<TimingPipe>(test.diskutil, clock, run.times); };
     test.launch();
     const MemoryDiskRef volume = makePartition(QStringLiteral("disk2s1"), 1024, QStringLiteral("Bench"));
     volume->description->insert(DAKey::volumeKind, QStringLiteral("bench"));
@@ -111,8 +115,8 @@ Run measure(const QString &command)
 int main(int argc, char **argv)
 {
     QApplication application(argc, argv);
-    const QString text(lineLength - 1, u'x');
-    const Run lines = measure(QStringLiteral("yes %1 | head -n %2").arg(text).arg(lineCount));
+    const Run lines
+        = measure("yes " + QByteArray(lineLength - 1, 'x') + " | head -n " + QByteArray::number(lineCount));
     const auto thousand = [&lines](std::size_t i) {
         const qint64 start = i == 0 ? 0 : lines.times[i - 1];
         return 1000e9 / static_cast<double>(lines.times[i] - start);
@@ -124,9 +128,13 @@ int main(int argc, char **argv)
     std::printf("longest time without an event: %.1f ms; %lld characters shown\n", lines.longestDeafness,
         static_cast<long long>(lines.shownBytes));
 
-    const Run line = measure(QStringLiteral("head -c %1 /dev/zero | tr '\\\\0' .").arg(longLineLength));
+    const Run line = measure("head -c " + QByteArray::number(longLineLength) + " /dev/zero | tr '\\0' .");
     std::printf(
         "one line of %d bytes: %.2f s, longest time without an event: %.1f ms; %lld characters shown\n",
         longLineLength, line.seconds, line.longestDeafness, static_cast<long long>(line.shownBytes));
+
+    const Run returns = measure("head -c " + QByteArray::number(returnCount) + " /dev/zero | tr '\\0' '\\r'");
+    std::printf("%d carriage returns: %.2f s, longest time without an event: %.1f ms\n", returnCount,
+        returns.seconds, returns.longestDeafness);
     return 0;
 }

@@ -37,6 +37,16 @@ QDBusMessage busCall(const QString &method, const QVariantList &arguments)
     return message;
 }
 
+// Whether this answer to the reading of a property says that the object has no such interface.
+bool isMissing(const QDBusMessage &answer)
+{
+    static const QStringList names { QDBusError::errorString(QDBusError::UnknownObject),
+        QDBusError::errorString(QDBusError::UnknownInterface),
+        QDBusError::errorString(QDBusError::UnknownMethod), // of an object that is not there
+        QDBusError::errorString(QDBusError::InvalidArgs) }; // of one without the interface
+    return names.contains(answer.errorName());
+}
+
 } // namespace
 
 UDisksBus::UDisksBus(const QDBusConnection &bus, std::function<QDBusConnection()> reconnect, QObject *parent)
@@ -271,7 +281,13 @@ void UDisksBus::flush()
 void UDisksBus::call(const QString &path, const QString &interface, const QString &method,
     const QVariantList &arguments, Reply reply)
 {
-    auto message = QDBusMessage::createMethodCall(UDisks::service, path, interface, method);
+    callAt(UDisks::service, path, interface, method, arguments, std::move(reply));
+}
+
+void UDisksBus::callAt(const QString &destination, const QString &path, const QString &interface,
+    const QString &method, const QVariantList &arguments, Reply reply)
+{
+    auto message = QDBusMessage::createMethodCall(destination, path, interface, method);
     message.setArguments(arguments);
     auto *watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(message, noTimeLimit), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [watcher, reply = std::move(reply)] {
@@ -284,18 +300,29 @@ void UDisksBus::call(const QString &path, const QString &interface, const QStrin
     });
 }
 
-void UDisksBus::readProperty(
-    const QString &path, const QString &interface, const QString &name, std::function<void()> done)
+void UDisksBus::readProperty(const QString &path, const QString &interface, const QString &name,
+    std::function<void(bool isKnown)> done)
 {
-    call(path, propertiesInterface, QStringLiteral("Get"), { interface, name },
-        [this, path, interface, name, done = std::move(done)](
+    // The service that the store is of is asked by its own name on the bus, and not another one that has
+    // taken its place; an answer that comes after it has gone is no news either. Not every Qt 6 tells of an
+    // answer who sent it.
+    const QString asked = m_owner.isEmpty() ? UDisks::service : m_owner;
+    callAt(asked, path, propertiesInterface, QStringLiteral("Get"), { interface, name },
+        [this, asked, path, interface, name, done = std::move(done)](
             const QDBusMessage &reply, const DADissenterRef &dissenter) {
-            if (!dissenter && reply.signature() == QLatin1String("v") && reply.service() == m_owner) {
+            const bool isOwners = asked == m_owner;
+            bool isKnown = false;
+            if (isOwners && dissenter && isMissing(reply)) {
+                // The signal that tells of it can come after the answer.
+                m_store.removeInterfaces(path, { interface });
+                isKnown = true;
+            } else if (isOwners && !dissenter && reply.signature() == QLatin1String("v")) {
                 const QVariant value = reply.arguments().constFirst().value<QDBusVariant>().variant();
-                if (m_store.changeProperties(path, interface, { { name, value } }))
-                    m_changed.insert(path);
+                isKnown = m_store.changeProperties(path, interface, { { name, value } });
             }
+            if (isKnown)
+                m_changed.insert(path);
             flush();
-            done();
+            done(isKnown);
         });
 }

@@ -43,10 +43,10 @@ public:
     void call(const QString &path, const QString &interface, const QString &method,
         const QVariantList &arguments, Reply reply);
 
-    // Reads one property anew into the store, for a caller that cannot wait for its signal; then runs done,
-    // whether or not the property could be read.
-    void readProperty(
-        const QString &path, const QString &interface, const QString &name, std::function<void()> done);
+    // Reads one property anew into the store, for a caller that cannot wait for its signal; then runs done
+    // with whether the store holds by now what the service says: a value, or no such interface.
+    void readProperty(const QString &path, const QString &interface, const QString &name,
+        std::function<void(bool isKnown)> done);
 
     // Tells at once what has changed so far.
     void flush();
@@ -66,6 +66,8 @@ private Q_SLOTS:
     void busLost();
 
 private:
+    void callAt(const QString &destination, const QString &path, const QString &interface,
+        const QString &method, const QVariantList &arguments, Reply reply);
     void watchOwner();
     void serviceLost();
     void tryReconnect();

@@ -37,7 +37,7 @@ bool UDisksRequests::isMounted(const QString &path) const
 
 // The signal that tells of new mount points comes after the answer to the call that made them. Reading them
 // here lets whoever waits for the answer see the volume as it is.
-void UDisksRequests::readMountPoints(const QString &path, std::function<void()> done)
+void UDisksRequests::readMountPoints(const QString &path, std::function<void(bool isKnown)> done)
 {
     m_bus.readProperty(path, UDisks::filesystem, QStringLiteral("MountPoints"), std::move(done));
 }
@@ -58,7 +58,7 @@ void UDisksRequests::mount(const QString &path, Completion completion)
     mountForDesktopUser(
         *user, path, &m_bus, [this, path, completion = std::move(completion)](bool isMounted) {
             if (isMounted)
-                readMountPoints(path, [completion] { completion(nullptr); });
+                readMountPoints(path, [completion](bool) { completion(nullptr); });
             else
                 callMount(path, noOptions, completion);
         });
@@ -69,7 +69,7 @@ void UDisksRequests::callMount(const QString &path, const QVariantMap &options, 
     m_bus.call(path, UDisks::filesystem, QStringLiteral("Mount"), { options },
         [this, path, completion = std::move(completion)](
             const QDBusMessage &, const DADissenterRef &dissenter) {
-            readMountPoints(path, [completion, dissenter] { completion(dissenter); });
+            readMountPoints(path, [completion, dissenter](bool) { completion(dissenter); });
         });
 }
 
@@ -107,19 +107,23 @@ void UDisksRequests::unmountNext(const QStringList &paths, Force force, int trie
     m_bus.call(path, UDisks::filesystem, QStringLiteral("Unmount"), { options },
         [this, paths, force, tries, completion = std::move(completion)](
             const QDBusMessage &, const DADissenterRef &dissenter) {
-            readMountPoints(paths.constFirst(), [this, paths, force, tries, completion, dissenter] {
-                // Somebody else may have been quicker.
-                const bool isDone
-                    = !dissenter || dissenter->status == static_cast<quint32>(DAReturn::NotMounted);
+            const auto goOn = [this, paths, force, tries, completion, dissenter](bool isKnown) {
+                const bool isStillMounted = isMounted(paths.constFirst());
+                // Somebody else may have been quicker, or the disk has been pulled. For the latter the
+                // service has no error of its own.
+                const bool isDone = !dissenter
+                    || dissenter->status == static_cast<quint32>(DAReturn::NotMounted)
+                    || (isKnown && !isStillMounted);
                 if (!isDone)
                     completion(dissenter);
-                else if (isMounted(paths.constFirst()) && tries + 1 < mostMountPoints)
+                else if (isStillMounted && tries + 1 < mostMountPoints)
                     unmountNext(paths, force, tries + 1, completion);
-                else if (isMounted(paths.constFirst()))
+                else if (isStillMounted)
                     completion(makeDissenter(DAReturn::Busy));
                 else
                     unmountNext(paths.mid(1), force, 0, completion);
-            });
+            };
+            readMountPoints(paths.constFirst(), goOn);
         });
 }
 
@@ -160,7 +164,7 @@ void UDisksRequests::awaitDetachment(const QString &path, Completion completion)
     const auto isDetached
         = [this, path] { return m_bus.store().fileName(path, UDisks::loop, "BackingFile").isEmpty(); };
     m_bus.readProperty(path, UDisks::loop, QStringLiteral("BackingFile"),
-        [this, isDetached, completion = std::move(completion)] {
+        [this, isDetached, completion = std::move(completion)](bool) {
             if (isDetached()) {
                 completion(nullptr);
                 return;
@@ -221,7 +225,7 @@ void UDisksRequests::setLabel(const QString &path, const QString &name, Completi
         [this, path, completion = std::move(completion)](
             const QDBusMessage &, const DADissenterRef &dissenter) {
             m_bus.readProperty(path, UDisks::block, QStringLiteral("IdLabel"),
-                [completion, dissenter] { completion(dissenter); });
+                [completion, dissenter](bool) { completion(dissenter); });
         });
 }
 

@@ -39,7 +39,7 @@ public:
 
 private:
     void answerLater(Completion completion, DAReturn status, const std::optional<QString> &statusString = {});
-    void readMountPoints(const QString &path, std::function<void()> done);
+    void readMountPoints(const QString &path, std::function<void(bool isKnown)> done);
     bool isMounted(const QString &path) const;
     void callMount(const QString &path, const QVariantMap &options, Completion completion);
     void unmountNext(const QStringList &paths, Force force, int tries, Completion completion);

@@ -164,11 +164,23 @@ private:
     {
         const auto known = std::dynamic_pointer_cast<UDisksDisk>(disk);
         const UDisksDiskRef present = known ? m_disks.value(known->path()) : nullptr;
-        if (present && present->medium().facts.bsdName == known->medium().facts.bsdName)
+        if (present && present->medium().facts.bsdName == known->medium().facts.bsdName
+            && isInPlace(*present))
             return known->path();
-        QTimer::singleShot(
-            0, &m_bus, [disk, completion] { completion(disk, makeDissenter(DAReturn::NotFound)); });
+        QTimer::singleShot(0, &m_bus, [this, disk, known, completion] {
+            if (known)
+                followChange({ known->path() });
+            completion(disk, makeDissenter(DAReturn::NotFound));
+        });
         return {};
+    }
+
+    // Whether the kernel, too, has this medium in this place. It is ahead of the service, which would do to
+    // the next disk in the place of one that was pulled what was asked of that one.
+    bool isInPlace(const UDisksDisk &disk) const
+    {
+        const std::optional<BlockDeviceFacts> facts = m_readFacts(disk.medium().deviceNode);
+        return facts && facts->bsdName == disk.medium().facts.bsdName;
     }
 
     static UDisksRequests::Completion bound(const DADiskRef &disk, DADiskCompletion completion)

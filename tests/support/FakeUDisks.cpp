@@ -149,9 +149,12 @@ bool FakeUDisks::handleMessage(const QDBusMessage &message, const QDBusConnectio
         const QVariant value = m_objects.value(message.path())
                                    .value(message.arguments().at(0).toString())
                                    .value(message.arguments().at(1).toString());
+        // The errors are those of the library that the real service is made with.
+        const auto error
+            = m_objects.contains(message.path()) ? QDBusError::InvalidArgs : QDBusError::UnknownMethod;
         return connection.send(value.isValid()
                 ? message.createReply(QVariant::fromValue(QDBusVariant(value)))
-                : message.createErrorReply(QDBusError::InvalidArgs, QStringLiteral("no such property")));
+                : message.createErrorReply(error, QStringLiteral("no such property")));
     }
     calls.append(message.path().section(u'/', -1) + u' ' + message.member());
     const QDBusMessage reply = answer ? answer(message) : QDBusMessage();

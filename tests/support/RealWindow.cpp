@@ -8,6 +8,8 @@
 #include "ui/AlertSheet.h"
 #include "ui/OutlineView.h"
 
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
 #include <QFile>
 #include <QProcess>
 #include <QPushButton>
@@ -87,6 +89,13 @@ void RealWindow::endSheet(int returnCode)
     if (open.isEmpty())
         qFatal("there is no sheet to end");
     open.constFirst()->buttonForReturn(returnCode)->click();
+}
+
+pid_t diskServicePid()
+{
+    const QDBusReply<uint> pid
+        = QDBusConnection::systemBus().interface()->servicePid(QStringLiteral("org.freedesktop.UDisks2"));
+    return pid.isValid() ? static_cast<pid_t>(pid.value()) : 0;
 }
 
 QStringList mountPointsOf(const QString &deviceNode)

@@ -7,6 +7,8 @@
 
 #include <QMainWindow>
 
+#include <sys/types.h>
+
 class RealWindow
 {
 public:
@@ -34,6 +36,9 @@ private:
     std::unique_ptr<ZorvexDiskManagerAppDelegate> m_controller;
     std::unique_ptr<QMainWindow> m_window;
 };
+
+// The disk service on the bus that the window uses; 0 while there is none.
+pid_t diskServicePid();
 
 // Where the machine's own table says that the device is mounted.
 QStringList mountPointsOf(const QString &deviceNode);

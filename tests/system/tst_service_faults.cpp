@@ -12,8 +12,6 @@
 
 #include <QApplication>
 #include <QComboBox>
-#include <QDBusConnection>
-#include <QDBusConnectionInterface>
 #include <QLineEdit>
 #include <QProcess>
 #include <QPushButton>
@@ -27,19 +25,12 @@ namespace {
 
 constexpr int limit = 60000; // milliseconds
 
-const QString serviceName = u"org.freedesktop.UDisks2"_s;
 const QString noReply = u"Message recipient disconnected from message bus without replying"_s;
-
-pid_t servicePid()
-{
-    const QDBusReply<uint> pid = QDBusConnection::systemBus().interface()->servicePid(serviceName);
-    return pid.isValid() ? static_cast<pid_t>(pid.value()) : 0;
-}
 
 // Whether another service is there than that one.
 bool isStartedAnew(pid_t former)
 {
-    const pid_t service = servicePid();
+    const pid_t service = diskServicePid();
     return service != 0 && service != former;
 }
 
@@ -102,6 +93,14 @@ struct Scene
                     || window.controller().checkRepairOutputView->toPlainText().contains(u"looking at"_s);
             },
             limit);
+    }
+
+    QStringList told() const
+    {
+        QStringList texts;
+        for (const AlertSheet *sheet : window.sheets())
+            texts.append(sheet->informativeText());
+        return texts;
     }
 
     PatientFileSystem patient;
@@ -167,7 +166,7 @@ void TestServiceFaults::killedWhileNothingIsAsked()
     const QStringList rows = scene.window.nodesOfDisk(scene.disk.node());
     QCOMPARE(rows.size(), 2);
     for (int i = 0; i < 2; ++i) {
-        const pid_t first = servicePid();
+        const pid_t first = diskServicePid();
         kill(first, SIGKILL);
         // It is started again, and tells the same media once.
         QTRY_VERIFY_WITH_TIMEOUT(isStartedAnew(first), limit);
@@ -193,7 +192,7 @@ void TestServiceFaults::killedDuring()
     Scene scene(ownOrPlain(operation));
     const OutlineItem record = scene.target(operation);
     QVERIFY(record);
-    const pid_t service = servicePid();
+    const pid_t service = diskServicePid();
     if (usesTool(operation)) {
         scene.begin(operation);
         QVERIFY(scene.hasToolBegun());
@@ -231,7 +230,7 @@ void TestServiceFaults::hangsDuring()
     mountIfNeeded(scene, operation);
     const OutlineItem record = scene.target(operation);
     QVERIFY(record);
-    const pid_t service = servicePid();
+    const pid_t service = diskServicePid();
     if (!usesTool(operation))
         kill(service, SIGSTOP);
     scene.begin(operation);
@@ -277,7 +276,7 @@ void TestServiceFaults::killedWhileForceIsOffered()
     mountIfNeeded(scene, operation);
     const OutlineItem record = scene.target(operation);
     QVERIFY(record);
-    const pid_t service = servicePid();
+    const pid_t service = diskServicePid();
     kill(service, SIGSTOP);
     scene.begin(operation);
     QVERIFY(scene.check.windowAnswers());
@@ -313,7 +312,7 @@ void TestServiceFaults::pulledDuring()
     const OutlineItem record = scene.target(operation);
     QVERIFY(record);
     const QString expected = alert.contains(u'%') ? alert.arg(*record->bsdName) : alert;
-    const pid_t service = servicePid();
+    const pid_t service = diskServicePid();
     if (!usesTool(operation))
         kill(service, SIGSTOP);
     scene.begin(operation);
@@ -323,15 +322,12 @@ void TestServiceFaults::pulledDuring()
     if (usesTool(operation))
         scene.patient.release(scene.disk, "go on");
     kill(service, SIGCONT);
-    QTRY_VERIFY_WITH_TIMEOUT(!record->operationInProgress, limit);
+    QTRY_VERIFY2_WITH_TIMEOUT(!record->operationInProgress, qPrintable(scene.told().join(u'|')), limit);
     QTRY_VERIFY_WITH_TIMEOUT(!scene.window.recordOf(scene.disk.node(1)), limit);
     QTRY_COMPARE_WITH_TIMEOUT(scene.window.sheets().size(), expected.isEmpty() ? 0 : 1, limit);
-    QStringList told;
-    for (const AlertSheet *sheet : scene.window.sheets())
-        told.append(sheet->informativeText());
-    for (const QString &text : told)
+    for (const QString &text : scene.told())
         QVERIFY2(text.startsWith(expected), qPrintable(text));
-    QCOMPARE(scene.check.problem(told), QString());
+    QCOMPARE(scene.check.problem(scene.told()), QString());
 }
 
 void TestServiceFaults::busGoneAndBack()

@@ -16,6 +16,8 @@
 #include <QTabWidget>
 #include <QTest>
 
+#include <csignal>
+
 namespace {
 
 constexpr int limit = 20000; // milliseconds; what a machine under load still needs
@@ -199,7 +201,9 @@ void TestWindowDisks::serviceThatRestartsGivesTheSameTree()
     QTRY_VERIFY_WITH_TIMEOUT(window.recordOf(disk.node(3))->mountable, limit);
     const QStringList before = window.nodesOfDisk(disk.node());
 
-    QCOMPARE(runProgram(QStringLiteral("pkill"), { QStringLiteral("-x"), QStringLiteral("udisksd") }), 0);
+    const pid_t service = diskServicePid();
+    QVERIFY(service > 0); // any other number stands for more than one process
+    QCOMPARE(kill(service, SIGTERM), 0);
     QTRY_COMPARE_WITH_TIMEOUT(window.controller().leftOutlineView->numberOfRows(), 0, limit);
     QCOMPARE(runProgram(QStringLiteral("udisksctl"), { QStringLiteral("status") }), 0); // starts it again
     QTRY_COMPARE_WITH_TIMEOUT(window.nodesOfDisk(disk.node()), before, limit);

@@ -11,8 +11,6 @@
 
 #include <QApplication>
 #include <QComboBox>
-#include <QDBusConnection>
-#include <QDBusConnectionInterface>
 #include <QDir>
 #include <QLineEdit>
 #include <QProcess>
@@ -32,9 +30,7 @@ QList<LoopDisk::Partition> oneVolume()
 // Runs a program in the mount namespace of the disk service, which is the machine's own.
 int onTheMachine(const QString &program, const QStringList &arguments)
 {
-    const QDBusReply<uint> service
-        = QDBusConnection::systemBus().interface()->servicePid(QStringLiteral("org.freedesktop.UDisks2"));
-    const QStringList enter { QStringLiteral("--target"), QString::number(service.value()),
+    const QStringList enter { QStringLiteral("--target"), QString::number(diskServicePid()),
         QStringLiteral("--mount"), program };
     return runProgram(QStringLiteral("nsenter"), enter + arguments);
 }

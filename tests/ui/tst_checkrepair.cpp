@@ -12,6 +12,8 @@
 
 #include <QAccessible>
 #include <QAction>
+#include <QElapsedTimer>
+#include <QEventLoop>
 #include <QFile>
 #include <QProgressBar>
 #include <QPushButton>
@@ -93,6 +95,7 @@ private Q_SLOTS:
     void outputThatIsNotUtf8IsShown();
     void scrolledUpViewStays();
     void diskThatVanishesMeanwhile();
+    void panelIsRebuiltAtMostOnceAFrame();
     void endlessOutputLetsTheWindowGo();
 };
 
@@ -282,6 +285,28 @@ void TestCheckRepair::diskThatVanishesMeanwhile()
     QCOMPARE(test.record->checkRepairOutput->bytes(), QByteArray("begun\nended\n"));
     QCOMPARE(test.sheets().size(), 1);
     QCOMPARE(test.controller().leftOutlineView->numberOfRows(), 1);
+}
+
+void TestCheckRepair::panelIsRebuiltAtMostOnceAFrame()
+{
+    constexpr int pieces = 5000; // each is handed over by itself
+    constexpr qint64 frame = 15; // milliseconds; a timer may be early by one
+    CheckTest test("head -c " + QByteArray::number(pieces) + " /dev/zero | tr '\\0' '\\n'\n");
+    qint64 rebuilds = 0;
+    QEventLoop loop; // which, unlike that of QTRY_VERIFY, does not rest between two pieces
+    connect(&test.controller(), &ZorvexDiskManagerAppDelegate::panelDidChange, &loop, [&] {
+        ++rebuilds;
+        if (!test.record->operationInProgress)
+            loop.quit();
+    });
+    QElapsedTimer clock;
+    clock.start();
+    test.controller().checkButton->click();
+    loop.exec();
+    const qint64 frames = clock.elapsed() / frame;
+    QCOMPARE(test.shown(), QString(pieces, u'\n'));
+    // One more at the start and one at the end.
+    QVERIFY2(rebuilds <= frames + 2, qPrintable(QStringLiteral("%1 in %2").arg(rebuilds).arg(frames)));
 }
 
 void TestCheckRepair::endlessOutputLetsTheWindowGo()

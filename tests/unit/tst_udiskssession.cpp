@@ -49,7 +49,8 @@ struct SessionTest
 
     void makeSession(UDisksListing when)
     {
-        session = createUDisksSession(FileSystemClaims({}), fake.client(), FakeUDisks::facts, when);
+        session = createUDisksSession(
+            FileSystemClaims({}), fake.client(), [this](const QString &node) { return facts(node); }, when);
         session->registerDiskAppearedCallback([this](const DADiskRef &disk) {
             events.append(u'+' + nameOf(disk));
             disks.insert(nameOf(disk), disk);
@@ -80,6 +81,7 @@ struct SessionTest
 
     LogCapture log;
     FakeUDisks fake;
+    std::function<std::optional<BlockDeviceFacts>(const QString &node)> facts = FakeUDisks::facts;
     QStringList events;
     QHash<QString, DADiskRef> disks;
     std::optional<bool> listing;
@@ -122,11 +124,15 @@ private Q_SLOTS:
     void errorOfAnUnknownNameIsAGeneralError();
     void unmountGoesOnUntilNothingIsMounted();
     void unmountOfWhatIsUnmountedMeanwhileIsDone();
+    void unmountOfWhatHasGoneIsDone_data();
+    void unmountOfWhatHasGoneIsDone();
+    void unmountThatAServiceLeavesUndoneIsRefused();
     void unmountOfAWholeDiskStopsAtTheFirstRefusal();
     void ejectOfALoopDiskWaitsUntilItIsDetached();
     void ejectOfADiskWithAMountedVolumeIsRefused();
     void renameOfAMountedVolumeUnmountsItWhereItMust();
     void mediumThatHasGoneIsNotFound();
+    void mediumThatIsAnotherByNowIsLeftAlone();
     void sessionThatGoesLeavesRequestsUnanswered();
 };
 
@@ -404,6 +410,71 @@ void TestUDisksSession::unmountOfWhatIsUnmountedMeanwhileIsDone()
     QCOMPARE(test.fake.calls.size(), 1);
 }
 
+void TestUDisksSession::unmountOfWhatHasGoneIsDone_data()
+{
+    QTest::addColumn<QString>("error");
+    QTest::addColumn<QStringList>("removed"); // interfaces of the volume
+    QTest::addColumn<bool>("isTold"); // by signals that come before the answer
+    const QString failed = QStringLiteral("org.freedesktop.UDisks2.Error.Failed");
+    const QString unknown = QDBusError::errorString(QDBusError::UnknownMethod);
+    const QStringList all { UDisks::block, UDisks::partition, UDisks::filesystem };
+    QTest::newRow("pulled before the call") << unknown << all << true;
+    QTest::newRow("pulled before the call, not told yet") << unknown << all << false;
+    QTest::newRow("pulled during the call") << failed << all << true;
+    QTest::newRow("pulled during the call, not told yet") << failed << all << false;
+    QTest::newRow("no file system any more, not told yet")
+        << failed << QStringList { UDisks::filesystem } << false;
+    QTest::newRow("unmounted by somebody else") << failed << QStringList() << true;
+    QTest::newRow("unmounted by somebody else, not told yet") << failed << QStringList() << false;
+}
+
+// What the service says of a volume that is not mounted any more is not that it is in use.
+void TestUDisksSession::unmountOfWhatHasGoneIsDone()
+{
+    QFETCH(const QString, error);
+    QFETCH(const QStringList, removed);
+    QFETCH(const bool, isTold);
+    const Tell tell = isTold ? Tell::Yes : Tell::No;
+    SessionTest test;
+    test.fake.changeProperties(
+        volumePath, UDisks::filesystem, mountPoints({ QStringLiteral("/media/A") }), Tell::No);
+    test.fake.addInterfaces(secondPath,
+        fakePartition(QStringLiteral("fake2p2"), 2, QStringLiteral("B"), { QStringLiteral("/media/B") }),
+        Tell::No);
+    test.start();
+    test.fake.answer = [&](const QDBusMessage &call) {
+        const QString &path = call.path();
+        if (removed.isEmpty())
+            test.fake.changeProperties(path, UDisks::filesystem, mountPoints({}), tell);
+        else
+            test.fake.removeInterfaces(path, removed, tell);
+        return call.createErrorReply(error, QStringLiteral("No enclosing object for interface"));
+    };
+    test.session->unmount(
+        test.disks.value(QStringLiteral("disk2")), kDADiskUnmountOptionWhole, test.completion());
+    QTRY_COMPARE(test.completions, 1);
+    QVERIFY(!test.outcome);
+    QCOMPARE(test.fake.calls.size(), 2);
+    QCOMPARE(test.events.contains(QStringLiteral("-disk2s1")), removed.contains(UDisks::block) && isTold);
+}
+
+// A service that ends takes its disks away, but not what is mounted.
+void TestUDisksSession::unmountThatAServiceLeavesUndoneIsRefused()
+{
+    SessionTest test;
+    test.fake.changeProperties(
+        volumePath, UDisks::filesystem, mountPoints({ QStringLiteral("/media/A") }), Tell::No);
+    test.start();
+    test.fake.answer = [&](const QDBusMessage &call) {
+        test.fake.stop();
+        return call.createErrorReply(QDBusError::NoReply, QStringLiteral("no answer"));
+    };
+    test.session->unmount(test.disks.value(QStringLiteral("disk2s1")), 0, test.completion());
+    QTRY_COMPARE(test.completions, 1);
+    QVERIFY(test.outcome);
+    QCOMPARE(test.outcome->statusString.value_or(QString()), QStringLiteral("no answer"));
+}
+
 void TestUDisksSession::unmountOfAWholeDiskStopsAtTheFirstRefusal()
 {
     SessionTest test;
@@ -489,6 +560,30 @@ void TestUDisksSession::mediumThatHasGoneIsNotFound()
     QTRY_COMPARE(test.completions, 1);
     QCOMPARE(test.outcome->status, 0xF8DA0006U);
     QCOMPARE(nameOf(volume), QStringLiteral("disk2s1")); // what was known of it stays
+}
+
+// Another disk has taken the place of the one that is meant, and the service does not know yet.
+void TestUDisksSession::mediumThatIsAnotherByNowIsLeftAlone()
+{
+    SessionTest test;
+    test.start();
+    test.facts = [](const QString &node) {
+        auto facts = FakeUDisks::facts(node);
+        if (facts) {
+            facts->diskSequence = 3;
+            facts->bsdName.replace(u'2', u'3');
+        }
+        return facts;
+    };
+    const DADiskRef disk = test.disks.value(QStringLiteral("disk2"));
+    test.session->eject(disk, 0, test.completion());
+    QCOMPARE(test.completions, 0);
+    QTRY_COMPARE(test.completions, 1);
+    QCOMPARE(test.outcome->status, 0xF8DA0006U);
+    QCOMPARE(test.fake.calls, QStringList());
+    QCOMPARE(test.events, list({ "-disk2s1", "-disk2", "+disk3", "+disk3s1" }));
+    test.session->eject(test.disks.value(QStringLiteral("disk3")), 0, test.completion());
+    QTRY_COMPARE(test.fake.calls, list({ "fake2 Delete" }));
 }
 
 void TestUDisksSession::sessionThatGoesLeavesRequestsUnanswered()
