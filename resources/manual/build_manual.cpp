@@ -4,19 +4,24 @@
 //
 // Sets the user manual as pages. Pictures are named in the text relative to its folder. A heading whose
 // anchor is "x" is found in the contents by the text {page:x}, which becomes the number of its page;
-// {version} is the version.
+// {version} is the version. The same text makes the same bytes where SOURCE_DATE_EPOCH tells a time.
 #include <QAbstractTextDocumentLayout>
+#include <QBuffer>
+#include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
 #include <QGuiApplication>
+#include <QHashFunctions>
 #include <QPainter>
 #include <QPdfWriter>
 #include <QRegularExpression>
 #include <QTextBlock>
 #include <QTextDocument>
 #include <QUrl>
+#include <QUuid>
 
 #include <cmath>
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -86,10 +91,25 @@ void drawPages(const QTextDocument &document, QPdfWriter *writer)
     }
 }
 
+// Qt knows no time but the clock's, and notes it in as many characters whichever it is.
+void setTimes(QByteArray *pages, qint64 secondsSinceEpoch)
+{
+    const QDateTime time = QDateTime::fromSecsSinceEpoch(secondsSinceEpoch, Qt::UTC);
+    const std::pair<QByteArray, QByteArray> notes[]
+        = { { "Date (D:", time.toString(u"yyyyMMddHHmmss"_s).toLatin1() },
+              { "Date=\"", time.toString(u"yyyy-MM-ddTHH:mm:ss"_s).toLatin1() } };
+    for (const auto &[key, text] : notes)
+        for (qsizetype at = pages->indexOf(key); at >= 0; at = pages->indexOf(key, at + key.size()))
+            pages->replace(at + key.size(), text.size(), text);
+}
+
 } // namespace
 
 int main(int argc, char **argv)
 {
+    // The fonts are written in the order of a hash table, and the time with its zone.
+    QHashSeed::setDeterministicGlobalSeed();
+    qputenv("TZ", "UTC");
     const QGuiApplication application(argc, argv);
     if (argc != 4)
         qFatal("build_manual: which text, output and version?");
@@ -100,9 +120,14 @@ int main(int argc, char **argv)
     const QString text
         = QString::fromUtf8(file.readAll()).replace(u"{version}"_s, QString::fromLocal8Bit(argv[3]));
 
-    QPdfWriter writer(QFile::decodeName(argv[2]));
+    QBuffer pages;
+    pages.open(QIODevice::WriteOnly);
+    QPdfWriter writer(&pages);
     writer.setTitle(u"Zorvex Disk Manager: User Manual"_s);
     writer.setCreator(u"Zorvex Disk Manager"_s);
+#if QT_VERSION >= QT_VERSION_CHECK(6, 8, 0)
+    writer.setDocumentId(QUuid::createUuidV5(QUuid(), text));
+#endif
     writer.setResolution(resolution);
     writer.setPageSize(QPageSize(QPageSize::A4));
     writer.setPageMargins(QMarginsF(margin, margin, margin, margin), QPageLayout::Millimeter);
@@ -113,5 +138,13 @@ int main(int argc, char **argv)
     setText(&document, text, pageSize, &writer);
     setText(&document, withPageNumbers(text, pagesOfAnchors(document)), pageSize, &writer);
     drawPages(document, &writer);
+
+    bool hasTime = false;
+    const qint64 time = qEnvironmentVariable("SOURCE_DATE_EPOCH").toLongLong(&hasTime);
+    if (hasTime)
+        setTimes(&pages.buffer(), time);
+    QFile output(QFile::decodeName(argv[2]));
+    if (!output.open(QIODevice::WriteOnly) || output.write(pages.buffer()) != pages.size() || !output.flush())
+        qFatal("build_manual: %s cannot be written", argv[2]);
     return EXIT_SUCCESS;
 }

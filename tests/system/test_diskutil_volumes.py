@@ -232,7 +232,12 @@ class Volumes(DiskutilCase):
             result = diskutil("info", device)
             self.assert_exit(result, SUCCESS)
             self.assertRegex(result.stdout, rf"Identifier: +{bsd_name}\n")
-        self.assertRegex(diskutil("list").stdout, rf"(?m)^{bsd_name} +{node} +21.0 MB +ext4 +Names$")
+
+    def test_the_list_has_a_new_volume(self):
+        disk = self.make_disk(20)
+        node = disk.partitions[0]
+        self.erase(disk, node, "ext2", "Names")
+        self.assertRegex(diskutil("list").stdout, rf"(?m)^{disk.bsd_name(node)} +{node} +21.0 MB +ext4 +Names$")
 
     def test_progress_is_rewritten_in_its_line(self):
         disk = self.make_disk(100)
