@@ -4,6 +4,7 @@
 #include "tests/support/PatientFileSystem.h"
 #include "tests/support/RealWindow.h"
 
+#include "platform/BlockDevice.h"
 #include "ui/AlertSheet.h"
 #include "ui/ImageButton.h"
 #include "ui/OutlineView.h"
@@ -200,10 +201,13 @@ void TestWindowFaults::windowThatIsClosedDuringACheck()
     QVERIFY(child.waitForFinished(2 * limit));
     QCOMPARE(child.exitStatus(), QProcess::NormalExit);
     QCOMPARE(child.exitCode(), 0);
-    const QString tool = m_patient.verifyTool();
+    // Others on this machine may check disks of their own.
+    const QString diskutil = QStringLiteral("^/usr/sbin/diskutil .*%1$")
+                                 .arg(readBlockDeviceFacts(disk.node(1)).value().bsdName);
+    const QString tool = m_patient.verifyTool() + u' ' + disk.node(1);
     const auto isRunning = [&] {
         return runProgram(QStringLiteral("pgrep"), { QStringLiteral("-f"), tool }) == 0
-            || runProgram(QStringLiteral("pgrep"), { QStringLiteral("-x"), QStringLiteral("diskutil") }) == 0;
+            || runProgram(QStringLiteral("pgrep"), { QStringLiteral("-f"), diskutil }) == 0;
     };
     QTRY_VERIFY_WITH_TIMEOUT(!isRunning(), limit);
 }
