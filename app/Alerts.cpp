@@ -60,7 +60,7 @@ void ZorvexDiskManagerAppDelegate::messageWithTitle(
     if (alertInProgress) {
         systemLog(QStringLiteral("Warning: Silently dropping cascading alert with titleText=\"%1\" "
                                  "infoText=\"%2\" alertStyle=%3...")
-                      .arg(title, infoText, QString::number(alertStyle)));
+                .arg(title, infoText, QString::number(alertStyle)));
         return;
     }
     alertInProgress = true;

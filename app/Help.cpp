@@ -35,7 +35,7 @@ void ZorvexDiskManagerAppDelegate::clickAboutButton(QObject *sender)
     about->setMessageText(localizedString("WINDOW_TITLE"));
     about->setInformativeText(
         formatLocalized(localizedString("ABOUT_TEXT"), { QCoreApplication::applicationVersion() }));
-    about->beginSheetModalForWindow(window, [](int) {});
+    about->beginSheetModalForWindow(window, [](int) { });
 }
 
 void ZorvexDiskManagerAppDelegate::makeHyperlink(

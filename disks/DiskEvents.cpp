@@ -57,9 +57,9 @@ void ZorvexDiskManagerAppDelegate::diskArbitrationDiskAppeared(const DADiskRef &
     std::unique_ptr<ZorvexDiskManagerDiskListItem> item = m_platform.allocDiskListItem();
     if (!record || !item) {
         systemLog(QStringLiteral("Error while allocating new %1%2%3.")
-                      .arg(record ? QString() : QStringLiteral("ZorvexDiskManagerDisk"),
-                          record || item ? QString() : QStringLiteral(" and "),
-                          item ? QString() : QStringLiteral("ZorvexDiskManagerDiskListItem")));
+                .arg(record ? QString() : QStringLiteral("ZorvexDiskManagerDisk"),
+                    record || item ? QString() : QStringLiteral(" and "),
+                    item ? QString() : QStringLiteral("ZorvexDiskManagerDiskListItem")));
         return;
     }
     if (zorvex_disk_manager_update_disk_description(disk, *record))

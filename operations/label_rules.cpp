@@ -39,7 +39,7 @@ std::optional<QString> composed(const QString &label, const char *encoding)
     if (form.isEmpty() && !label.isEmpty()) {
         systemLog(QStringLiteral("Unexpected: Unable to get composed volume label from string which can be "
                                  "converted to %1 encoding.")
-                      .arg(QLatin1String(encoding)));
+                .arg(QLatin1String(encoding)));
         return std::nullopt;
     }
     return form;

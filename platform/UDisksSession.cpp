@@ -76,7 +76,7 @@ void logHarmfulName(const UDisksStore &store, const UDisksDisk &disk)
     const QString name = store.text(disk.path(), UDisks::partition, "Name");
     if (harmlessName(label) != label || harmlessName(name) != name)
         systemLog(QStringLiteral("Control characters in a name of %1 are shown as replacement characters.")
-                      .arg(disk.medium().facts.bsdName));
+                .arg(disk.medium().facts.bsdName));
 }
 
 // Qt keeps what it calls the system bus for ever, also when it is lost.

@@ -21,8 +21,7 @@ constexpr int fileManagerTimeLimit = 20000; // milliseconds
 
 void answerLater(const Workspace::Completion &completion, bool success)
 {
-    QMetaObject::invokeMethod(
-        qApp, [completion, success] { completion(success); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(qApp, [completion, success] { completion(success); }, Qt::QueuedConnection);
 }
 
 // The bus that the file manager is on. Without one Qt would have a bus started, on which nobody is.

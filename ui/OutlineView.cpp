@@ -200,8 +200,8 @@ QRect OutlineView::frameOfOutlineCellAtRow(int row) const
 QRect OutlineView::frameOfCellAtColumn(int column, int row) const
 {
     const OutlineItem item = itemAtRow(row);
-    return item ? QTreeView::visualRect(
-               m_model->index(m_model->indexOf(item).row(), column, m_model->parent(m_model->indexOf(item))))
+    return item ? QTreeView::visualRect(m_model->index(
+                      m_model->indexOf(item).row(), column, m_model->parent(m_model->indexOf(item))))
                 : QRect();
 }
 

@@ -63,7 +63,7 @@ bool ZorvexDiskManagerAppDelegate::getVolumeData(
         qint64 bytes = unknownFreeSpace;
         if (const int error = m_platform.mountTable->freeSpace(path, &bytes)) {
             systemLog(QStringLiteral("getattrlist returned error for \"%1\": %2 (%3)")
-                          .arg(QString::fromLocal8Bit(path), errnoText(error), QString::number(error)));
+                    .arg(QString::fromLocal8Bit(path), errnoText(error), QString::number(error)));
             bytes = unknownFreeSpace;
         }
         *freeSpace = bytes;

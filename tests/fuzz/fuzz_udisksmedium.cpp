@@ -90,9 +90,8 @@ void requireWellFormed(const UDisksMedium &medium)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t size)
 {
     static const FileSystemClaims claims { QStringList() };
-    const auto readFacts = [](const QString &) {
-        return BlockDeviceFacts { QStringLiteral("disk2s1"), 2, 1, 512 };
-    };
+    const auto readFacts
+        = [](const QString &) { return BlockDeviceFacts { QStringLiteral("disk2s1"), 2, 1, 512 }; };
     FuzzedDataProvider data(bytes, size);
     UDisksStore store;
     store.addInterfaces(QStringLiteral("/disk"), anyObject(data));

@@ -140,8 +140,8 @@ bool formatVolume(SoakWorld &world)
     const QString personality = openFormatSheet(world, volume, label);
     const bool goOn = !world.onceIn(5);
     world.note(QStringLiteral("%1 %2 as %3 named %4")
-                   .arg(goOn ? QStringLiteral("format") : QStringLiteral("do not format"), volume.node,
-                       personality, label));
+            .arg(goOn ? QStringLiteral("format") : QStringLiteral("do not format"), volume.node, personality,
+                label));
     const QString before = probed(volume.node, QStringLiteral("LABEL"));
     volume.window->endSheet(AlertSheet::firstButtonReturn + (goOn ? 0 : 1));
     const QStringList texts = waitForEnd(world, volume);

@@ -79,9 +79,9 @@ bool SoakRun::run()
         for (const QString &line : m_world.notes())
             print(line);
         print(QStringLiteral("failed in step %1 of the run with seed %2: %3")
-                  .arg(m_steps)
-                  .arg(m_options.seed)
-                  .arg(failure.message));
+                .arg(m_steps)
+                .arg(m_options.seed)
+                .arg(failure.message));
         summarize();
         return false;
     }
@@ -113,9 +113,9 @@ void SoakRun::step()
         tally.milliseconds += time.elapsed();
         if (m_options.isVerbose)
             print(QStringLiteral("%1 %2: %3 ms")
-                      .arg(m_steps)
-                      .arg(m_world.notes().constLast())
-                      .arg(time.elapsed()));
+                    .arg(m_steps)
+                    .arg(m_world.notes().constLast())
+                    .arg(time.elapsed()));
         return;
     }
 }
@@ -136,22 +136,22 @@ void SoakRun::weigh()
     if (!m_firstWeight)
         m_firstWeight = m_lastWeight;
     print(QStringLiteral("after %1 s and %2 steps: %3 kB live")
-              .arg(m_clock.elapsed() / 1000)
-              .arg(m_steps)
-              .arg(m_lastWeight / 1000));
+            .arg(m_clock.elapsed() / 1000)
+            .arg(m_steps)
+            .arg(m_lastWeight / 1000));
 }
 
 void SoakRun::summarize() const
 {
     print(QStringLiteral("%1 steps in %2 s, seed %3")
-              .arg(m_steps)
-              .arg(m_clock.elapsed() / 1000)
-              .arg(m_options.seed));
+            .arg(m_steps)
+            .arg(m_clock.elapsed() / 1000)
+            .arg(m_options.seed));
     for (const StepKind &kind : stepKinds()) {
         const Tally tally = m_tallies.value(QString::fromLatin1(kind.name));
         print(QStringLiteral("  %1 %2, %3 ms each")
-                  .arg(tally.count, 6)
-                  .arg(QString::fromLatin1(kind.name))
-                  .arg(tally.count ? tally.milliseconds / tally.count : 0));
+                .arg(tally.count, 6)
+                .arg(QString::fromLatin1(kind.name))
+                .arg(tally.count ? tally.milliseconds / tally.count : 0));
     }
 }

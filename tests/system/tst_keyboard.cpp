@@ -229,7 +229,7 @@ void TestKeyboard::selectVolume()
 {
     constexpr int mostStops = 20;
     for (int i = 0; i < mostStops && !isFocused(QStringLiteral("tree"), QStringLiteral("Disks and volumes"));
-         ++i)
+        ++i)
         QVERIFY(press(QStringLiteral("Tab")));
     QVERIFY(press(QStringLiteral("Home")));
     QCOMPARE(runProgram(QStringLiteral("xdotool"), { QStringLiteral("type"), volumeName }), 0);

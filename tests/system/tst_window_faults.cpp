@@ -202,8 +202,8 @@ void TestWindowFaults::windowThatIsClosedDuringACheck()
     QCOMPARE(child.exitStatus(), QProcess::NormalExit);
     QCOMPARE(child.exitCode(), 0);
     // Others on this machine may check disks of their own.
-    const QString diskutil = QStringLiteral("^/usr/sbin/diskutil .*%1$")
-                                 .arg(readBlockDeviceFacts(disk.node(1)).value().bsdName);
+    const QString diskutil
+        = QStringLiteral("^/usr/sbin/diskutil .*%1$").arg(readBlockDeviceFacts(disk.node(1)).value().bsdName);
     const QString tool = m_patient.verifyTool() + u' ' + disk.node(1);
     const auto isRunning = [&] {
         return runProgram(QStringLiteral("pgrep"), { QStringLiteral("-f"), tool }) == 0

@@ -175,7 +175,7 @@ void TestCells::textColors()
     QFETCH(QByteArray, release);
     QFETCH(bool, enabled);
     QFETCH(bool, highlighted);
-    const SystemLogRedirection log([](const QString &) {});
+    const SystemLogRedirection log([](const QString &) { });
     const SystemReleaseOverride system(release, release.isEmpty() ? EIO : 0);
     ImageAndTextCell cell;
     cell.enabled = enabled;

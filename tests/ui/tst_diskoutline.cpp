@@ -185,7 +185,7 @@ void TestDiskOutline::treeCannotBeChangedOrSaved()
     QCOMPARE(source.outlineView_validateDrop_proposedItem_proposedChildIndex(nullptr, nullptr, disk, 0),
         Qt::IgnoreAction);
     QVERIFY(source.outlineView_namesOfPromisedFilesDroppedAtDestination_forDraggedItems(nullptr, {}, { disk })
-                .isEmpty());
+            .isEmpty());
     QVERIFY(!source.outlineView_itemForPersistentObject(nullptr, 1));
     QVERIFY(!source.outlineView_persistentObjectForItem(nullptr, disk).isValid());
     QVERIFY(!source.outlineView_writeItems_toPasteboard(nullptr, { disk }, nullptr));

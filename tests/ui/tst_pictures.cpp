@@ -85,7 +85,7 @@ QString described(const QWidget *widget, const QString &text)
 bool isInsideOfAncestors(const QWidget *widget)
 {
     for (const QWidget *holder = widget->parentWidget(); holder && !widget->isWindow();
-         holder = holder->isWindow() ? nullptr : holder->parentWidget()) {
+        holder = holder->isWindow() ? nullptr : holder->parentWidget()) {
         if (!holder->rect().contains(QRect(widget->mapTo(holder, QPoint()), widget->size())))
             return false;
     }
@@ -362,8 +362,8 @@ void TestPictures::cutsNoText()
             // One look at the tightest case.
             if (size == smallest && percentage > 100 && state.operation == RunningOperation::None)
                 test.window().grab().save(folder.filePath(QStringLiteral("%1-smallest-%2-%3%.png")
-                                                              .arg(language, QLatin1String(state.name))
-                                                              .arg(percentage)));
+                        .arg(language, QLatin1String(state.name))
+                        .arg(percentage)));
         }
     }
 }
@@ -418,9 +418,9 @@ void TestPictures::menuFits()
         QVERIFY2(action->isSeparator() || place.width() > needed, qPrintable(text));
     }
     QVERIFY(menu->grab().save(QDir(QStringLiteral(ZORVEX_PICTURES))
-                                  .filePath(QStringLiteral("%1-menu@%2x.png")
-                                                .arg(QString::fromLatin1(QTest::currentDataTag()))
-                                                .arg(menu->devicePixelRatio()))));
+            .filePath(QStringLiteral("%1-menu@%2x.png")
+                    .arg(QString::fromLatin1(QTest::currentDataTag()))
+                    .arg(menu->devicePixelRatio()))));
     menu->close();
 }
 

@@ -112,10 +112,10 @@ void TestOutputBuffer::anyChunksGiveWhatThePlainRuleGives()
             applyCarriageReturns(plain);
             QVERIFY2(buffer.bytes() == plain,
                 qPrintable(QStringLiteral("seed %1: %2 and not %3 after %4")
-                               .arg(seed)
-                               .arg(QString::fromLatin1(buffer.bytes().toPercentEncoding()),
-                                   QString::fromLatin1(plain.toPercentEncoding()),
-                                   QString::fromLatin1(chunks.join('|').toPercentEncoding()))));
+                        .arg(seed)
+                        .arg(QString::fromLatin1(buffer.bytes().toPercentEncoding()),
+                            QString::fromLatin1(plain.toPercentEncoding()),
+                            QString::fromLatin1(chunks.join('|').toPercentEncoding()))));
         }
     }
 }
