@@ -17,6 +17,7 @@
 #include <QRegularExpression>
 #include <QTextBlock>
 #include <QTextDocument>
+#include <QTimeZone>
 #include <QUrl>
 #include <QUuid>
 
@@ -94,7 +95,7 @@ void drawPages(const QTextDocument &document, QPdfWriter *writer)
 // Qt knows no time but the clock's, and notes it in as many characters whichever it is.
 void setTimes(QByteArray *pages, qint64 secondsSinceEpoch)
 {
-    const QDateTime time = QDateTime::fromSecsSinceEpoch(secondsSinceEpoch, Qt::UTC);
+    const QDateTime time = QDateTime::fromSecsSinceEpoch(secondsSinceEpoch, QTimeZone::utc());
     const std::pair<QByteArray, QByteArray> notes[]
         = { { "Date (D:", time.toString(u"yyyyMMddHHmmss"_s).toLatin1() },
               { "Date=\"", time.toString(u"yyyy-MM-ddTHH:mm:ss"_s).toLatin1() } };
