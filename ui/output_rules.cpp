@@ -2,6 +2,7 @@
 #include "ui/output_rules.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "platform/no_widgets.h"
 
@@ -9,14 +10,35 @@ namespace OutputRules {
 
 namespace {
 
+// Where the first line feed of this range stands; -1 when there is none.
+qsizetype findFeed(const QByteArray &output, qsizetype start, qsizetype end)
+{
+    const char *const bytes = output.constData();
+    const void *const feed = std::memchr(bytes + start, '\n', static_cast<std::size_t>(end - start));
+    return feed ? static_cast<const char *>(feed) - bytes : -1;
+}
+
+// How long the two are the same. Output mostly grows: it is the same for megabytes, which the C library
+// compares many times faster than a loop does.
+qsizetype commonLength(const QByteArray &a, const QByteArray &b)
+{
+    constexpr qsizetype stretch = 4096;
+    const qsizetype shorter = std::min(a.size(), b.size());
+    qsizetype common = 0;
+    while (shorter - common >= stretch
+        && std::memcmp(a.constData() + common, b.constData() + common, stretch) == 0)
+        common += stretch;
+    return std::mismatch(a.begin() + common, a.begin() + shorter, b.begin() + common).first - a.begin();
+}
+
 // Where the line that starts here ends to be shown: behind its line feed, or where it gets too long. A
 // character of several bytes is not cut.
 qsizetype endOfShownLine(const QByteArray &output, qsizetype start)
 {
     const qsizetype limit = std::min(output.size(), start + longestShownLine);
-    const auto feed = std::find(output.begin() + start, output.begin() + limit, '\n');
-    if (feed != output.begin() + limit)
-        return feed - output.begin() + 1;
+    const qsizetype feed = findFeed(output, start, limit);
+    if (feed >= 0)
+        return feed + 1;
     qsizetype end = limit;
     const auto isContinuation
         = [&output](qsizetype i) { return (static_cast<unsigned char>(output.at(i)) & 0xC0U) == 0x80U; };
@@ -52,22 +74,21 @@ QByteArray shownPart(const QByteArray &output)
         return output;
     const qsizetype left = output.size() - longestShownOutput;
     const qsizetype start = left - left % longestShownOutput;
-    const auto feed = std::find(output.begin() + start, output.begin() + start + longestShownOutput, '\n');
-    const bool isLine = feed != output.begin() + start + longestShownOutput;
-    return "\xE2\x80\xA6\n" + output.mid(isLine ? feed - output.begin() + 1 : start);
+    const qsizetype feed = findFeed(output, start, start + longestShownOutput);
+    QByteArray part = output.sliced(feed >= 0 ? feed + 1 : start);
+    return part.prepend("\xE2\x80\xA6\n");
 }
 
 Change changeBetween(const QByteArray &shown, const QByteArray &output)
 {
-    const auto differ = std::mismatch(shown.begin(), shown.end(), output.begin(), output.end());
-    const qsizetype common = differ.first - shown.begin();
+    const qsizetype common = commonLength(shown, output);
     Change change;
     qsizetype start = 0;
     while (start < common) {
         const qsizetype end = endOfShownLine(shown, start);
-        // A line that ends where the common part ends may go on in the other output.
-        if (end > common || (end == common && shown.at(end - 1) != '\n')
-            || end != endOfShownLine(output, start))
+        // A line that was cut may be cut elsewhere in the other output, or go on there.
+        const bool endsInFeed = end <= common && shown.at(end - 1) == '\n';
+        if (!endsInFeed && (end >= common || end != endOfShownLine(output, start)))
             break;
         start = end;
         ++change.firstBlock;
