@@ -16,7 +16,6 @@
 #include <future>
 #include <pty.h>
 #include <sys/socket.h>
-#include <sys/syscall.h>
 #include <sys/un.h>
 #include <unistd.h>
 
@@ -88,7 +87,6 @@ private slots:
     void hungInstanceIsNotTakenForAnAnswer();
     void freedNameCanBeTakenAgain();
     void strangerHoldingTheNameIsNotObeyed();
-    void strangerWhoAsksIsNotObeyed();
     void waylandSocketIsTheUsersOwn();
     void logIsUtf8InEveryLocale();
     void errorTextsAreEnglish();
@@ -306,25 +304,6 @@ void StartupTest::strangerHoldingTheNameIsNotObeyed()
     QVERIFY(!raiseInstance(owner, "token"));
     QCOMPARE(heard.get(), QByteArray());
     ::close(listener);
-}
-
-void StartupTest::strangerWhoAsksIsNotObeyed()
-{
-    QCOMPARE(geteuid(), uid_t { 0 });
-    const InstanceOwner owner = testOwner();
-    SingleInstance instance(owner);
-    QVERIFY(instance.listen());
-    const QSignalSpy requests(&instance, &SingleInstance::activationRequested);
-    auto raised = std::async(std::launch::async, [owner] {
-        // The kernel keeps rights for each thread; only the C library's call changes them for all.
-        syscall(SYS_setresuid, -1, 65534, -1);
-        const bool isRaised = raiseInstance(owner, "token");
-        syscall(SYS_setresuid, -1, 0, -1);
-        return isRaised;
-    });
-    QTRY_VERIFY(raised.wait_for(std::chrono::seconds(0)) == std::future_status::ready);
-    QVERIFY(!raised.get());
-    QCOMPARE(requests.size(), 0);
 }
 
 void StartupTest::waylandSocketIsTheUsersOwn()
