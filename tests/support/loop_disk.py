@@ -100,7 +100,8 @@ class LoopDisk:
         for entry in os.listdir(f"/sys/block/{name}"):
             while entry.startswith(f"{name}p"):
                 run("udevadm", "settle", f"--timeout={LIMIT}")
-                result = subprocess.run(["delpart", self.node, entry.rpartition("p")[2]], capture_output=True, text=True)
+                result = subprocess.run(["partx", "--delete", "--nr", entry.rpartition("p")[2], self.node],
+                                        capture_output=True, text=True)
                 if result.returncode == 0:
                     break
                 assert time.monotonic() < deadline, f"{entry} stays: {result.stderr}"
