@@ -127,7 +127,7 @@ void TestCheckRepair::menuItemRunsTheTool()
     QFETCH(QString, action);
     QFETCH(int, key);
     QFETCH(QString, verb);
-    CheckTest test("printf '%s|' \"$@\"\n");
+    CheckTest test("read -r line <\"$pipe\"\nprintf '%s|' \"$@\"\n"); // not over before it was seen
     const ZorvexDiskManagerAppDelegate &controller = test.controller();
     QVERIFY(QTest::qWaitForWindowActive(&test.window()));
     const auto choose = [&] { test.action(action)->trigger(); };
@@ -140,6 +140,7 @@ void TestCheckRepair::menuItemRunsTheTool()
         controller.rightTabView->setCurrentWidget(controller.infoTab);
         start(); // the key's events may see the tool end already
         QCOMPARE(controller.rightTabView->currentWidget(), controller.maintenanceTab);
+        test.release();
         QTRY_VERIFY(!test.record->operationInProgress);
         QCOMPARE(test.shown(), QString(verb + QStringLiteral("|/dev/disk2s1|")));
         QVERIFY(test.sheets().isEmpty());
