@@ -42,6 +42,17 @@ void format(const QString &node, const QString &fileSystem, const QString &label
         run(QStringLiteral("mkfs.vfat"), { QStringLiteral("-n"), label, node });
 }
 
+// Waits until udev has looked at every device. Under load it has been seen to hang up on whoever asks.
+void settleUdev()
+{
+    const QDeadlineTimer limit(20000);
+    QByteArray output;
+    while (runProgram(QStringLiteral("udevadm"), { QStringLiteral("settle") }, &output) != 0) {
+        if (limit.hasExpired())
+            qFatal("udev does not come to rest: %s", output.constData());
+    }
+}
+
 bool hasPartitions(const QString &node)
 {
     const QString name = QFileInfo(node).fileName();
@@ -95,7 +106,7 @@ LoopDisk::LoopDisk(const QList<Partition> &partitions)
     }
     // udev looks again when a writer closes the device, but misses one that does so while it is still
     // looking.
-    run(QStringLiteral("udevadm"), { QStringLiteral("settle") });
+    settleUdev();
     for (int i = 0; i < partitions.size(); ++i)
         run(QStringLiteral("udevadm"),
             { QStringLiteral("trigger"), QStringLiteral("--settle"), node(i + 1) });

@@ -19,6 +19,16 @@ def run(*command, **options):
     return result.stdout
 
 
+def settle_udev():
+    """Waits until udev has looked at every device. Under load it has been seen to hang up on whoever asks."""
+    deadline = time.monotonic() + LIMIT
+    while True:
+        result = subprocess.run(["udevadm", "settle", f"--timeout={LIMIT}"], capture_output=True, text=True)
+        if result.returncode == 0:
+            return
+        assert time.monotonic() < deadline, f"udev does not come to rest: {result.stderr}"
+
+
 class DiskService:
     """Waits for what the disk service knows, by listening to its signals."""
 
@@ -99,7 +109,7 @@ class LoopDisk:
         deadline = time.monotonic() + LIMIT
         for entry in os.listdir(f"/sys/block/{name}"):
             while entry.startswith(f"{name}p"):
-                run("udevadm", "settle", f"--timeout={LIMIT}")
+                settle_udev()
                 result = subprocess.run(["partx", "--delete", "--nr", entry.rpartition("p")[2], self.node],
                                         capture_output=True, text=True)
                 if result.returncode == 0:
