@@ -30,6 +30,7 @@
 #include <QObject>
 #include <QPixmap>
 
+#include <chrono>
 #include <memory>
 #include <optional>
 #include <unordered_map>
@@ -307,6 +308,7 @@ private:
         m_diskListItems; // owns the nodes of the tree
     DiskListBuilder m_diskListBuilder;
     bool m_outputRefreshScheduled = false;
+    std::chrono::milliseconds m_outputInterval {}; // from output that comes to the refresh that shows it
 };
 
 // What the disk service is given. Each forwards to the controller that is its context.

@@ -8,17 +8,29 @@
 #include "platform/SystemLog.h"
 #include "ui/OutlineView.h"
 
+#include <QElapsedTimer>
 #include <QTabWidget>
 #include <QTimer>
 
-#include <chrono>
+#include <algorithm>
 
 namespace {
 
 // Output is shown at most this often. A chunk is taken in at once; what it changes on screen is shown with
 // that of the chunks that follow it within a frame, so that a tool that prints fast is not held up by the
 // drawing.
-constexpr std::chrono::milliseconds outputRefreshInterval { 16 };
+constexpr std::chrono::milliseconds shortestOutputInterval { 16 };
+
+// The tool waits while the window is brought up to date. Where that takes long, as on a machine that has
+// much else to do, it is done so seldom that most of the time is left for the output; yet the user sees that
+// the tool is at work.
+constexpr int outputIntervalFactor = 8;
+constexpr std::chrono::milliseconds longestOutputInterval { 500 };
+
+std::chrono::milliseconds outputIntervalAfter(std::chrono::milliseconds refresh)
+{
+    return std::clamp(outputIntervalFactor * refresh, shortestOutputInterval, longestOutputInterval);
+}
 
 QString verbFor(bool isRepair)
 {
@@ -65,6 +77,7 @@ void ZorvexDiskManagerAppDelegate::clickCheckRepairButton(QObject *sender, bool 
     disk->operationInProgressShowFormatTab = rightTabView->indexOf(formatTab) >= 0;
     disk->operationInProgressShowMaintenanceTab = true;
     disk->runningOperation = isRepair ? RunningOperation::Repair : RunningOperation::Check;
+    m_outputInterval = shortestOutputInterval;
     refreshAfterStateChange();
 
     const std::shared_ptr<ShellPipe> pipe = m_platform.createShellPipe();
@@ -118,9 +131,12 @@ void ZorvexDiskManagerAppDelegate::scheduleOutputRefresh()
     if (m_outputRefreshScheduled)
         return;
     m_outputRefreshScheduled = true;
-    QTimer::singleShot(outputRefreshInterval, this, [this] {
+    QTimer::singleShot(m_outputInterval, this, [this] {
         m_outputRefreshScheduled = false;
+        QElapsedTimer clock;
+        clock.start();
         refreshAfterStateChange();
+        m_outputInterval = outputIntervalAfter(std::chrono::milliseconds(clock.elapsed()));
     });
 }
 
