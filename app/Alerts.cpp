@@ -36,11 +36,11 @@ bool invokeFollowUp(const QMetaMethod &method, QObject *target, AlertSheet *aler
     for (std::size_t i = 0; i < arguments.size() && i < static_cast<std::size_t>(types.size()); ++i) {
         const QByteArray &type = types.at(static_cast<qsizetype>(i));
         if (i == 0 && type == "AlertSheet*") {
-            arguments[i] = QGenericArgument(type.constData(), &alert);
+            arguments[i] = QGenericArgument(type.constData(), static_cast<const void *>(&alert));
         } else if (i == 0 && type == "QObject*") {
-            arguments[i] = QGenericArgument(type.constData(), &object);
+            arguments[i] = QGenericArgument(type.constData(), static_cast<const void *>(&object));
         } else if (i == 1 && type == "int") {
-            arguments[i] = QGenericArgument(type.constData(), &returnCode);
+            arguments[i] = QGenericArgument(type.constData(), static_cast<const void *>(&returnCode));
         } else {
             empty[i] = QVariant(method.parameterMetaType(static_cast<int>(i)));
             if (!empty[i].isValid())

@@ -68,7 +68,8 @@ private:
         // limit, and one that repeats itself for ever must not take the memory that the operation's end
         // needs.
         const std::size_t room = diskutilOutputLimit - static_cast<std::size_t>(m_output.size());
-        m_output.append(chunk.data(), static_cast<qsizetype>(std::min(room, chunk.size())));
+        const std::string_view kept = chunk.substr(0, room);
+        m_output.append(kept.data(), static_cast<qsizetype>(kept.size()));
         if (m_handler)
             m_handler(m_context, chunk.size(), chunk.data());
     }

@@ -35,7 +35,7 @@ bool isRepresentable(const QString &label)
 // The precomposed form; nothing for a label that has none.
 std::optional<QString> composed(const QString &label, const char *encoding)
 {
-    const QString form = label.normalized(QString::NormalizationForm_C);
+    QString form = label.normalized(QString::NormalizationForm_C);
     if (form.isEmpty() && !label.isEmpty()) {
         systemLog(QStringLiteral("Unexpected: Unable to get composed volume label from string which can be "
                                  "converted to %1 encoding.")

@@ -105,8 +105,11 @@ Placeholder placeholderAt(QStringView format, qsizetype position)
     while (cursor < format.size() && format[cursor] >= u'0' && format[cursor] <= u'9' && number < 1000)
         number = number * 10 + (format[cursor++].unicode() - u'0');
     const bool numbered = cursor > position + 1;
-    if (numbered && (number == 0 || cursor >= format.size() || format[cursor++] != u'$'))
-        return {};
+    if (numbered) {
+        if (number == 0 || cursor >= format.size() || format[cursor] != u'$')
+            return {};
+        ++cursor;
+    }
     if (cursor >= format.size() || format[cursor] != u'@')
         return {};
     return { .length = cursor + 1 - position, .argument = number };
