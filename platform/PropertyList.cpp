@@ -32,9 +32,6 @@ template <typename T> using MallocPointer = std::unique_ptr<T, MallocDeleter>;
 constexpr std::string_view binaryMagic = "bplist";
 constexpr std::string_view utf8ByteOrderMark = "\xEF\xBB\xBF";
 
-// Dates count from the first moment of 2001.
-constexpr qint64 referenceDate = 978307200;
-
 std::string_view bytesOf(const QByteArray &data)
 {
     return { data.constData(), static_cast<std::size_t>(data.size()) };
@@ -68,12 +65,25 @@ PropertyNumber integerOf(plist_t node)
     return PropertyNumber(quint64 { bits });
 }
 
-PropertyValue dateOf(plist_t node)
+qint64 secondsSinceEpoch(plist_t node)
 {
+#ifdef ZORVEX_PLIST_HAS_UNIX_DATES
+    int64_t seconds = 0;
+    plist_get_unix_date_val(node, &seconds);
+    return seconds;
+#else
+    // Dates count from the first moment of 2001.
+    constexpr qint64 referenceDate = 978307200;
     int32_t seconds = 0;
     int32_t microseconds = 0;
     plist_get_date_val(node, &seconds, &microseconds);
-    return QDateTime::fromSecsSinceEpoch(referenceDate + seconds, QTimeZone::utc());
+    return referenceDate + seconds;
+#endif
+}
+
+PropertyValue dateOf(plist_t node)
+{
+    return QDateTime::fromSecsSinceEpoch(secondsSinceEpoch(node), QTimeZone::utc());
 }
 
 PropertyValue convert(plist_t node);

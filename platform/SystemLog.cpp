@@ -37,7 +37,7 @@ QString escapedForLog(const QString &text)
         else if (c == u'\t')
             result += QLatin1String("\\t");
         else if (disturbsLine(c))
-            result += QStringLiteral("\\u{%1}").arg(c.unicode(), 0, 16);
+            result += QStringLiteral("\\u{%1}").arg(uint { c.unicode() }, 0, 16);
         else
             result += c;
     }
