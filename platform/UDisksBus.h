@@ -43,7 +43,7 @@ public:
     void call(const QString &path, const QString &interface, const QString &method,
         const QVariantList &arguments, Reply reply);
 
-    // Reads one property anew into the store, for a caller that cannot wait for its signal; then runs done
+    // Reads one property again into the store, for a caller that cannot wait for its signal; then runs done
     // with whether the store holds by now what the service says: a value, or no such interface.
     void readProperty(const QString &path, const QString &interface, const QString &name,
         std::function<void(bool isKnown)> done);
