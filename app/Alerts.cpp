@@ -12,6 +12,8 @@
 
 #include <array>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 // An invokable of this name, with any arguments.
@@ -58,15 +60,14 @@ void ZorvexDiskManagerAppDelegate::messageWithTitle(
     const QString &title, const QString &infoText, unsigned alertStyle, const char *didEndSelector)
 {
     if (alertInProgress) {
-        systemLog(QStringLiteral("Warning: Silently dropping cascading alert with titleText=\"%1\" "
-                                 "infoText=\"%2\" alertStyle=%3...")
-                .arg(title, infoText, QString::number(alertStyle)));
+        systemLog(u"Warning: Silently dropping cascading alert with titleText=\"%1\" "
+                  "infoText=\"%2\" alertStyle=%3..."_s.arg(title, infoText, QString::number(alertStyle)));
         return;
     }
     alertInProgress = true;
 
     auto *alert = new AlertSheet(static_cast<AlertSheet::Style>(alertStyle));
-    alert->addButtonWithTitle(QStringLiteral("OK"));
+    alert->addButtonWithTitle(u"OK"_s);
     alert->setMessageText(title);
     alert->setInformativeText(infoText);
     alert->beginSheetModalForWindow(window,
@@ -80,7 +81,7 @@ void ZorvexDiskManagerAppDelegate::errorMessageWithTitle(const QString &title, c
 
 void ZorvexDiskManagerAppDelegate::errorMessage(const QString &text)
 {
-    errorMessageWithTitle(QStringLiteral("Error"), text);
+    errorMessageWithTitle(u"Error"_s, text);
 }
 
 void ZorvexDiskManagerAppDelegate::infoMessageWithTitle(const QString &title, const QString &infoText)
@@ -95,5 +96,5 @@ void ZorvexDiskManagerAppDelegate::alertDidEnd(AlertSheet *alert, int returnCode
         return;
     const QMetaMethod method = invokableNamed(*metaObject(), contextInfo);
     if (!method.isValid() || !invokeFollowUp(method, this, alert, returnCode))
-        systemLog(QStringLiteral("Unable to find selector passed to alertDidEnd."));
+        systemLog(u"Unable to find selector passed to alertDidEnd."_s);
 }

@@ -16,9 +16,10 @@
 #include <QMainWindow>
 #include <QPointer>
 
-void ZorvexDiskManagerAppDelegate::clickHelpMenuItem(QObject *sender)
+using namespace Qt::Literals::StringLiterals;
+
+void ZorvexDiskManagerAppDelegate::clickHelpMenuItem(QObject *)
 {
-    Q_UNUSED(sender)
     m_platform.workspace->openDocument(m_platform.userManualPath, [self = QPointer(this)](bool success) {
         if (self && !success)
             self->errorMessageWithTitle(localizedString("USER_MANUAL_NOT_FOUND_TITLE"),
@@ -26,11 +27,10 @@ void ZorvexDiskManagerAppDelegate::clickHelpMenuItem(QObject *sender)
     });
 }
 
-void ZorvexDiskManagerAppDelegate::clickAboutButton(QObject *sender)
+void ZorvexDiskManagerAppDelegate::clickAboutButton(QObject *)
 {
-    Q_UNUSED(sender)
     auto *about = new AlertSheet(AlertSheet::Style::Informational);
-    about->addButtonWithTitle(QStringLiteral("OK"));
+    about->addButtonWithTitle(u"OK"_s);
     about->setIconPixmap(window->windowIcon().pixmap(QSize(64, 64), window->devicePixelRatio()));
     about->setMessageText(localizedString("WINDOW_TITLE"));
     about->setInformativeText(
@@ -39,9 +39,8 @@ void ZorvexDiskManagerAppDelegate::clickAboutButton(QObject *sender)
 }
 
 void ZorvexDiskManagerAppDelegate::makeHyperlink(
-    LinkTextView *textView, const QString &fromString, const QUrl &withURL)
+    LinkTextView *textView, const QString &fromString, const QUrl &)
 {
-    Q_UNUSED(withURL)
     const QColor color = HelpRules::usesSystemLinkColor(systemMajorVersion())
         ? textView->palette().color(QPalette::Active, QPalette::Link)
         : QColor(Qt::blue);
@@ -65,6 +64,6 @@ void ZorvexDiskManagerAppDelegate::showInFileManager()
     const QString path = disk->volumePath->toLocalFile();
     m_platform.workspace->openInFileManager(path, [path](bool success) {
         if (!success)
-            systemLog(QStringLiteral("Unable to open \"%1\" in Finder.").arg(path));
+            systemLog(u"Unable to open \"%1\" in Finder."_s.arg(path));
     });
 }

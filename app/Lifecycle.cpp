@@ -17,6 +17,8 @@
 #include <QScreen>
 #include <QTabWidget>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr QSize initialContentSize { 800, 450 };
@@ -46,7 +48,7 @@ void ZorvexDiskManagerAppDelegate::swapPanes()
     if (count == 2)
         mainSplitView->insertWidget(0, mainSplitView->widget(1));
     else
-        systemLog(QStringLiteral("Unexpected subview count: %1").arg(count));
+        systemLog(u"Unexpected subview count: %1"_s.arg(count));
 }
 
 void ZorvexDiskManagerAppDelegate::colorOutput()
@@ -95,7 +97,7 @@ void ZorvexDiskManagerAppDelegate::applicationDidFinishLaunching()
 
     session = m_platform.createSession();
     if (!session) {
-        systemLog(QStringLiteral("Unable to create DASession."));
+        systemLog(u"Unable to create DASession."_s);
     } else {
         session->registerDiskPeekCallback(
             [this](const DADiskRef &disk) { zorvex_disk_manager_da_disk_peek(disk, this); }, 0);

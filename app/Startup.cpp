@@ -6,6 +6,8 @@
 
 #include <utility>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 int number(AuthorizationStatus status)
@@ -21,10 +23,9 @@ bool mayRunInterface(const QByteArrayList &arguments, const GroupLookup &lookUpG
         return true;
     const GroupList list = lookUpGroups(StartupRules::groupCapacity);
     if (StartupRules::hasFailed(list)) {
-        systemLog(
-            QStringLiteral("Error while getting the group list for the current user: %1 (%2) Too bad but "
-                           "let's try to elevate privileges by default.")
-                .arg(errnoText(list.error), QString::number(list.error)));
+        systemLog(u"Error while getting the group list for the current user: %1 (%2) Too bad but "
+                  "let's try to elevate privileges by default."_s.arg(
+                      errnoText(list.error), QString::number(list.error)));
         return false;
     }
     return StartupRules::isAdministrator(list);
@@ -38,15 +39,13 @@ void elevate(const QByteArray &program, Authorization &authorization, std::funct
     };
     authorization.create([program, &authorization, end](AuthorizationStatus created) {
         if (created != AuthorizationStatus::Success) {
-            systemLog(
-                QStringLiteral("Error while creating AuthorizationRef. Status: %1").arg(number(created)));
+            systemLog(u"Error while creating AuthorizationRef. Status: %1"_s.arg(number(created)));
             end();
             return;
         }
         authorization.copyRights(program, [program, &authorization, end](AuthorizationStatus granted) {
             if (granted != AuthorizationStatus::Success) {
-                systemLog(
-                    QStringLiteral("AuthorizationCopyRights failed with status: %1").arg(number(granted)));
+                systemLog(u"AuthorizationCopyRights failed with status: %1"_s.arg(number(granted)));
                 end();
                 return;
             }

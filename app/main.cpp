@@ -19,6 +19,8 @@
 
 #include <cstdlib>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 ApplicationPlatform realPlatform()
@@ -34,7 +36,7 @@ ApplicationPlatform realPlatform()
     platform.preferredLocalizations = preferredLocalizations(bundleLocalizations(), userLanguages());
     platform.localeIdentifier = currentLocaleIdentifier();
     platform.filesystemDirectories = filesystemDirectories();
-    platform.userManualPath = QStringLiteral("/Library/Application Support/Zorvex NTFS/User Manual.pdf");
+    platform.userManualPath = u"/Library/Application Support/Zorvex NTFS/User Manual.pdf"_s;
     return platform;
 }
 
@@ -44,7 +46,7 @@ QIcon applicationIcon()
 {
     QIcon icon;
     for (const int size : { 16, 32, 48, 64, 128 })
-        icon.addFile(QStringLiteral(":/images/application_%1.png").arg(size), QSize(size, size));
+        icon.addFile(u":/images/application_%1.png"_s.arg(size), QSize(size, size));
     return icon;
 }
 
@@ -70,9 +72,9 @@ int runInterface(int argc, char **argv)
     // other.
     if (!instance.listen() && raiseInstance(ownInstance(), activationToken()))
         return EXIT_SUCCESS;
-    QApplication::setApplicationName(QStringLiteral("zorvex-disk-manager"));
+    QApplication::setApplicationName(u"zorvex-disk-manager"_s);
     QApplication::setApplicationVersion(QStringLiteral(ZORVEX_VERSION));
-    QApplication::setDesktopFileName(QStringLiteral("org.zorvex.DiskManager"));
+    QApplication::setDesktopFileName(u"org.zorvex.DiskManager"_s);
     QApplication::setWindowIcon(applicationIcon());
 
     ApplicationPlatform platform = realPlatform();

@@ -16,6 +16,8 @@
 #include <random>
 #include <vector>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr int partitionsPerDisk = 4;
@@ -25,11 +27,10 @@ std::vector<MemoryDiskRef> makeMedia(int count)
 {
     std::vector<MemoryDiskRef> media;
     for (int disk = 0; static_cast<int>(media.size()) < count; ++disk) {
-        const QString name = QStringLiteral("disk%1").arg(disk);
+        const QString name = u"disk%1"_s.arg(disk);
         media.push_back(makeDisk(name));
         for (int i = 1; i <= partitionsPerDisk && static_cast<int>(media.size()) < count; ++i) {
-            media.push_back(makePartition(
-                name + QStringLiteral("s%1").arg(i), qint64 { i } << 20, QStringLiteral("Volume %1").arg(i)));
+            media.push_back(makePartition(name + u"s%1"_s.arg(i), qint64 { i } << 20, u"Volume %1"_s.arg(i)));
         }
     }
     return media;

@@ -19,6 +19,8 @@
 #include <cstdio>
 #include <vector>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr int lineCount = 20000;
@@ -58,7 +60,7 @@ private:
 void installBundles(const TestController &test)
 {
     for (int i = 0; i < bundleCount; ++i) {
-        const QString name = i == 0 ? QStringLiteral("bench") : QStringLiteral("bench%1").arg(i);
+        const QString name = i == 0 ? u"bench"_s : u"bench%1"_s.arg(i);
         writeBundle(test.systemDirectory(), name,
             "<key>CFBundleIdentifier</key><string>org.example.bench</string><key>FSPersonalities</key><dict>"
             "<key>Bench</key><dict><key>FSName</key><string>Bench</string>"
@@ -85,10 +87,10 @@ Run measure(const QByteArray &script)
     test.platform().createShellPipe
         = [&] { return std::make_unique<TimingPipe>(test.diskutil, clock, run.times); };
     test.launch();
-    const MemoryDiskRef volume = makePartition(QStringLiteral("disk2s1"), 1024, QStringLiteral("Bench"));
-    volume->description->insert(DAKey::volumeKind, QStringLiteral("bench"));
+    const MemoryDiskRef volume = makePartition(u"disk2s1"_s, 1024, u"Bench"_s);
+    volume->description->insert(DAKey::volumeKind, u"bench"_s);
     const OutlineItem disk = test.add(volume);
-    test.select(QStringLiteral("disk2s1"));
+    test.select(u"disk2s1"_s);
     test.controller().rightTabView->setCurrentWidget(test.controller().maintenanceTab);
 
     QElapsedTimer sinceEvent;

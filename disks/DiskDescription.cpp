@@ -8,6 +8,8 @@
 #include <memory>
 #include <new>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 template <typename T> std::optional<T> copied(const T *value)
@@ -42,7 +44,7 @@ bool zorvex_disk_manager_update_disk_description(const DADiskRef &disk, ZorvexDi
     // A record that was made when memory was short has no disk.
     const std::optional<PropertyDictionary> description = disk ? disk->copyDescription() : std::nullopt;
     if (!description) {
-        systemLog(QStringLiteral("Error while copying disk description dictionary."));
+        systemLog(u"Error while copying disk description dictionary."_s);
         return true;
     }
 

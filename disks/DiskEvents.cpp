@@ -6,6 +6,8 @@
 #include "platform/SystemLog.h"
 #include "ui/OutlineView.h"
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 std::optional<QString> bsdNameOf(const DADiskRef &disk)
@@ -46,9 +48,8 @@ void zorvex_disk_manager_da_disk_description_changed(
 }
 
 // No disk is held back or claimed.
-void ZorvexDiskManagerAppDelegate::diskArbitrationDiskPeek(const DADiskRef &disk)
+void ZorvexDiskManagerAppDelegate::diskArbitrationDiskPeek(const DADiskRef &)
 {
-    Q_UNUSED(disk)
 }
 
 void ZorvexDiskManagerAppDelegate::diskArbitrationDiskAppeared(const DADiskRef &disk)
@@ -56,10 +57,8 @@ void ZorvexDiskManagerAppDelegate::diskArbitrationDiskAppeared(const DADiskRef &
     const std::shared_ptr<ZorvexDiskManagerDisk> record = m_platform.allocDisk();
     std::unique_ptr<ZorvexDiskManagerDiskListItem> item = m_platform.allocDiskListItem();
     if (!record || !item) {
-        systemLog(QStringLiteral("Error while allocating new %1%2%3.")
-                .arg(record ? QString() : QStringLiteral("ZorvexDiskManagerDisk"),
-                    record || item ? QString() : QStringLiteral(" and "),
-                    item ? QString() : QStringLiteral("ZorvexDiskManagerDiskListItem")));
+        systemLog(u"Error while allocating new %1%2%3."_s.arg(record ? QString() : u"ZorvexDiskManagerDisk"_s,
+            record || item ? QString() : u" and "_s, item ? QString() : u"ZorvexDiskManagerDiskListItem"_s));
         return;
     }
     if (zorvex_disk_manager_update_disk_description(disk, *record))
@@ -103,9 +102,8 @@ void ZorvexDiskManagerAppDelegate::diskArbitrationDiskDisappeared(const DADiskRe
 }
 
 void ZorvexDiskManagerAppDelegate::diskArbitrationDiskDescriptionChanged(
-    const DADiskRef &disk, const QStringList &keys)
+    const DADiskRef &disk, const QStringList &)
 {
-    Q_UNUSED(keys)
     const std::optional<QString> bsdName = bsdNameOf(disk);
     if (!bsdName)
         return;
@@ -115,7 +113,7 @@ void ZorvexDiskManagerAppDelegate::diskArbitrationDiskDescriptionChanged(
         return;
     }
     if (zorvex_disk_manager_update_disk_description(disk, *position.item->disk)) {
-        systemLog(QStringLiteral("Error while updating disk description from DADisk..."));
+        systemLog(u"Error while updating disk description from DADisk..."_s);
         return;
     }
     leftOutlineView->reloadData();

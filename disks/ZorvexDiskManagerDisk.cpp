@@ -3,6 +3,8 @@
 
 #include <new>
 
+using namespace Qt::Literals::StringLiterals;
+
 std::shared_ptr<ZorvexDiskManagerDisk> ZorvexDiskManagerDisk::alloc() noexcept
 {
     try {
@@ -48,7 +50,7 @@ std::shared_ptr<ZorvexDiskManagerDisk> ZorvexDiskManagerDisk::copyWithZone() con
 
 QString ZorvexDiskManagerDisk::description() const
 {
-    return bsdName.value_or(QStringLiteral("(null)"));
+    return bsdName.value_or(u"(null)"_s);
 }
 
 QString ZorvexDiskManagerDisk::deviceNode() const

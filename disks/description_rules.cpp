@@ -7,6 +7,8 @@
 
 #include "platform/no_widgets.h"
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 // How one key is read: returns false when the value is of another type than the key's.
@@ -55,8 +57,8 @@ QString wrongTypeLine(const QString &key, PropertyType type)
 {
     const auto number = static_cast<qulonglong>(type);
     if (key == DAKey::mediaBSDName)
-        return QStringLiteral("Unexpected value class for %1: %2").arg(key).arg(number);
-    return QStringLiteral("Unexpected type for %1: %2").arg(key).arg(number);
+        return u"Unexpected value class for %1: %2"_s.arg(key).arg(number);
+    return u"Unexpected type for %1: %2"_s.arg(key).arg(number);
 }
 
 } // namespace
@@ -78,7 +80,7 @@ std::optional<QString> readDescriptionEntry(
         if (key == DAKey::mediaBlockSize) {
             fields.blockSize = value.asNumber()->toLongLong();
             if (!fields.blockSize)
-                return QStringLiteral("Unable to convert DAMediaBlockSize to 'long long'");
+                return u"Unable to convert DAMediaBlockSize to 'long long'"_s;
         }
         return std::nullopt;
     }
@@ -87,7 +89,7 @@ std::optional<QString> readDescriptionEntry(
 
 bool isHiddenContent(const QString &content)
 {
-    return content == QLatin1String("Apple_partition_map")
-        || content == QLatin1String("C12A7328-F81F-11D2-BA4B-00A0C93EC93B") // EFI system partition
-        || content == QLatin1String("426F6F74-0000-11AA-AA11-00306543ECAC"); // boot partition
+    return content == "Apple_partition_map"_L1
+        || content == "C12A7328-F81F-11D2-BA4B-00A0C93EC93B"_L1 // EFI system partition
+        || content == "426F6F74-0000-11AA-AA11-00306543ECAC"_L1; // boot partition
 }

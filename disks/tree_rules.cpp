@@ -5,6 +5,8 @@
 
 #include "platform/no_widgets.h"
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 bool isDecimalDigit(QChar c)
@@ -31,7 +33,7 @@ std::optional<QString> parentBsdName(const QString &bsdName)
 {
     constexpr qsizetype shortestParent = 5; // "disk" and one digit
     const qsizetype separator = bsdName.lastIndexOf(u's');
-    if (!bsdName.startsWith(QLatin1String("disk")) || separator < shortestParent)
+    if (!bsdName.startsWith("disk"_L1) || separator < shortestParent)
         return std::nullopt;
     if (!std::all_of(bsdName.cbegin() + separator + 1, bsdName.cend(), isDecimalDigit))
         return std::nullopt;

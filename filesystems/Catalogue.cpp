@@ -13,6 +13,8 @@
 #include <QIcon>
 #include <QStandardItemModel>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 // Whether the menu shows these titles and icons, in this order.
@@ -65,7 +67,7 @@ void ZorvexDiskManagerAppDelegate::refreshFormatFilesystemsPopupButton()
     // The same menu stays: the user may have it open.
     if (!showsItems(*popup, menu.items)) {
         popup->clear();
-        const QIcon ownIcon(getImageNamed(QStringLiteral("zorvex_ntfs_icon.png")).value_or(QPixmap()));
+        const QIcon ownIcon(getImageNamed(u"zorvex_ntfs_icon.png"_s).value_or(QPixmap()));
         for (const FormatMenuItem &item : menu.items)
             popup->addItem(item.hasOwnIcon ? ownIcon : QIcon(), item.title);
     }

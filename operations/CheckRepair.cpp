@@ -14,6 +14,8 @@
 
 #include <algorithm>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 // Output is shown at most this often. A chunk is taken in at once; what it changes on screen is shown with
@@ -34,7 +36,7 @@ std::chrono::milliseconds outputIntervalAfter(std::chrono::milliseconds refresh)
 
 QString verbFor(bool isRepair)
 {
-    return isRepair ? QStringLiteral("repairVolume") : QStringLiteral("verifyVolume");
+    return isRepair ? u"repairVolume"_s : u"verifyVolume"_s;
 }
 
 // What the output handler is given as context, for the time of one run.
@@ -65,9 +67,8 @@ void ZorvexDiskManagerAppDelegate::clickRepairButton(QObject *sender)
     clickCheckRepairButton(sender, true);
 }
 
-void ZorvexDiskManagerAppDelegate::clickCheckRepairButton(QObject *sender, bool isRepair)
+void ZorvexDiskManagerAppDelegate::clickCheckRepairButton(QObject *, bool isRepair)
 {
-    Q_UNUSED(sender)
     const OutlineItem disk = selectedDisk();
     if (!disk)
         return;
@@ -109,10 +110,10 @@ void ZorvexDiskManagerAppDelegate::doCheckRepair(const OutlineItem &disk, const 
 {
     CheckRepairContext context { disk, *relay };
     std::optional<QString> message;
-    const qint32 code = invokeDiskutilWithVerb(verbFor(isRepair), QStringLiteral("'/dev/%1'").arg(bsdName),
-        HandleCheckRepairOutput, &context, message, pipe);
+    const qint32 code = invokeDiskutilWithVerb(
+        verbFor(isRepair), u"'/dev/%1'"_s.arg(bsdName), HandleCheckRepairOutput, &context, message, pipe);
     if (code != 0)
-        systemLog(QStringLiteral("Error returned by invokeDiskutilWithVerb: %1").arg(code));
+        systemLog(u"Error returned by invokeDiskutilWithVerb: %1"_s.arg(code));
     if (message)
         relay->performAndWait([&] { disk->delegate->errorMessage(*message); });
     relay->perform([disk] { disk->delegate->checkRepairFinished(disk); });

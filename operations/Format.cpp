@@ -16,30 +16,29 @@
 #include <QMainWindow>
 #include <QTabWidget>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 using FormatParamsRef = std::shared_ptr<ZorvexDiskManagerFormatParams>;
 
-const QString eraseVerb = QStringLiteral("eraseVolume");
+const QString eraseVerb = u"eraseVolume"_s;
 
 void PostFormatRenameCallback(
-    const DADiskRef &disk, const DADissenterRef &dissenter, const FormatParamsRef &context)
+    const DADiskRef &, const DADissenterRef &dissenter, const FormatParamsRef &context)
 {
-    Q_UNUSED(disk)
     context->delegate->postFormatRenameFinished(context, dissenter);
 }
 
 void PostFormatRenameUnmountCallback(
-    const DADiskRef &disk, const DADissenterRef &dissenter, const FormatParamsRef &context)
+    const DADiskRef &, const DADissenterRef &dissenter, const FormatParamsRef &context)
 {
-    Q_UNUSED(disk)
     context->delegate->postFormatRenameUnmountFinished(context, dissenter);
 }
 
 void PostFormatRenameMountCallback(
-    const DADiskRef &disk, const DADissenterRef &dissenter, const FormatParamsRef &context)
+    const DADiskRef &, const DADissenterRef &dissenter, const FormatParamsRef &context)
 {
-    Q_UNUSED(disk)
     context->delegate->postFormatRenameMountFinished(context, dissenter);
 }
 
@@ -54,14 +53,13 @@ DADiskCompletion completionWithParams(
 // One line of what is about to be erased.
 QString targetLine(const char *captionKey, const QString &value)
 {
-    return localizedString(captionKey) + QLatin1Char(' ') + value + QLatin1Char('\n');
+    return localizedString(captionKey) + u' ' + value + u'\n';
 }
 
 } // namespace
 
-void ZorvexDiskManagerAppDelegate::clickFormatButton(QObject *sender)
+void ZorvexDiskManagerAppDelegate::clickFormatButton(QObject *)
 {
-    Q_UNUSED(sender)
     const auto filesystem = formatFilesystemsPopupButton->currentData().value<FilesystemBundleRef>();
     const OutlineItem disk = selectedDisk();
     if (!disk || !filesystem) {
@@ -110,9 +108,8 @@ QString ZorvexDiskManagerAppDelegate::formatTargetText(const ZorvexDiskManagerDi
 }
 
 void ZorvexDiskManagerAppDelegate::formatWarningAlertDidEnd(
-    AlertSheet *alert, int returnCode, const FormatParamsRef &contextInfo)
+    AlertSheet *, int returnCode, const FormatParamsRef &contextInfo)
 {
-    Q_UNUSED(alert)
     if (returnCode != AlertSheet::firstButtonReturn)
         return;
     ZorvexDiskManagerDisk &disk = *contextInfo->disk;
@@ -158,7 +155,7 @@ void ZorvexDiskManagerAppDelegate::formatFinished(const FormatParamsRef &params)
 void ZorvexDiskManagerAppDelegate::postFormatRenameFinished(
     const FormatParamsRef &params, const DADissenterRef &dissenter)
 {
-    reportOutcome(params->disk, QStringLiteral("Error while renaming %@: %@"), dissenter);
+    reportOutcome(params->disk, u"Error while renaming %@: %@"_s, dissenter);
     session->unmount(params->disk->daDisk, kDADiskUnmountOptionDefault,
         completionWithParams(PostFormatRenameUnmountCallback, params));
 }
@@ -166,7 +163,7 @@ void ZorvexDiskManagerAppDelegate::postFormatRenameFinished(
 void ZorvexDiskManagerAppDelegate::postFormatRenameUnmountFinished(
     const FormatParamsRef &params, const DADissenterRef &dissenter)
 {
-    reportOutcome(params->disk, QStringLiteral("Error while unmounting %@: %@"), dissenter);
+    reportOutcome(params->disk, u"Error while unmounting %@: %@"_s, dissenter);
     session->mount(params->disk->daDisk, kDADiskMountOptionDefault,
         completionWithParams(PostFormatRenameMountCallback, params));
 }
@@ -174,7 +171,7 @@ void ZorvexDiskManagerAppDelegate::postFormatRenameUnmountFinished(
 void ZorvexDiskManagerAppDelegate::postFormatRenameMountFinished(
     const FormatParamsRef &params, const DADissenterRef &dissenter)
 {
-    reportOutcome(params->disk, QStringLiteral("Error while mounting %@: %@"), dissenter);
+    reportOutcome(params->disk, u"Error while mounting %@: %@"_s, dissenter);
     params->disk->operationInProgressShowFormatTab = false;
     params->disk->operationInProgressShowMaintenanceTab = false;
     finishOperation(params->disk);

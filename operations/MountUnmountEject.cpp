@@ -12,6 +12,8 @@
 
 #include <QMainWindow>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 // Brings the record up to date after a request, reports, and lets go of the record.
@@ -20,7 +22,7 @@ void finishRequest(const DADiskRef &disk, const DADissenterRef &dissenter, const
     void (ZorvexDiskManagerAppDelegate::*report)(const OutlineItem &, const DADissenterRef &))
 {
     if (zorvex_disk_manager_update_disk_description(disk, *record))
-        systemLog(QStringLiteral("Error while updating disk description after %1.").arg(verb));
+        systemLog(u"Error while updating disk description after %1."_s.arg(verb));
     (record->delegate->*report)(record, dissenter);
 }
 
@@ -29,22 +31,22 @@ void finishRequest(const DADiskRef &disk, const DADissenterRef &dissenter, const
 void zorvex_disk_manager_da_disk_did_mount(
     const DADiskRef &disk, const DADissenterRef &dissenter, const OutlineItem &context)
 {
-    finishRequest(disk, dissenter, context, QStringLiteral("mount"),
-        &ZorvexDiskManagerAppDelegate::diskArbitrationDiskDidMount);
+    finishRequest(
+        disk, dissenter, context, u"mount"_s, &ZorvexDiskManagerAppDelegate::diskArbitrationDiskDidMount);
 }
 
 void zorvex_disk_manager_da_disk_did_unmount(
     const DADiskRef &disk, const DADissenterRef &dissenter, const OutlineItem &context)
 {
-    finishRequest(disk, dissenter, context, QStringLiteral("unmount"),
-        &ZorvexDiskManagerAppDelegate::diskArbitrationDiskDidUnmount);
+    finishRequest(
+        disk, dissenter, context, u"unmount"_s, &ZorvexDiskManagerAppDelegate::diskArbitrationDiskDidUnmount);
 }
 
 void zorvex_disk_manager_da_disk_did_eject(
     const DADiskRef &disk, const DADissenterRef &dissenter, const OutlineItem &context)
 {
-    finishRequest(disk, dissenter, context, QStringLiteral("eject"),
-        &ZorvexDiskManagerAppDelegate::diskArbitrationDiskDidEject);
+    finishRequest(
+        disk, dissenter, context, u"eject"_s, &ZorvexDiskManagerAppDelegate::diskArbitrationDiskDidEject);
 }
 
 void UnmountDidUnmountDisk(const DADiskRef &disk, const DADissenterRef &dissenter, const OutlineItem &context)
@@ -52,16 +54,13 @@ void UnmountDidUnmountDisk(const DADiskRef &disk, const DADissenterRef &dissente
     context->delegate->unmountDidUnmountDisk(disk, dissenter, context);
 }
 
-void EjectDidUnmountDisk(const DADiskRef &disk, const DADissenterRef &dissenter, const OutlineItem &context)
+void EjectDidUnmountDisk(const DADiskRef &, const DADissenterRef &dissenter, const OutlineItem &context)
 {
-    Q_UNUSED(disk)
     context->delegate->ejectDidUnmountDisk(context, dissenter);
 }
 
-void EjectDidForceUnmountDisk(
-    const DADiskRef &disk, const DADissenterRef &dissenter, const OutlineItem &context)
+void EjectDidForceUnmountDisk(const DADiskRef &, const DADissenterRef &dissenter, const OutlineItem &context)
 {
-    Q_UNUSED(disk)
     context->delegate->ejectDidForceUnmountDisk(context, dissenter);
 }
 
@@ -89,9 +88,8 @@ void ZorvexDiskManagerAppDelegate::finishOperation(const OutlineItem &disk)
     refreshAfterStateChange();
 }
 
-void ZorvexDiskManagerAppDelegate::clickMountUnmountButton(QObject *sender)
+void ZorvexDiskManagerAppDelegate::clickMountUnmountButton(QObject *)
 {
-    Q_UNUSED(sender)
     const OutlineItem disk = selectedDisk();
     if (!disk || disk->operationInProgress)
         return;
@@ -138,9 +136,8 @@ void ZorvexDiskManagerAppDelegate::unmountDidUnmountDisk(
 }
 
 void ZorvexDiskManagerAppDelegate::unmountForceUnmountDialogDidEnd(
-    AlertSheet *alert, int returnCode, const OutlineItem &contextInfo)
+    AlertSheet *, int returnCode, const OutlineItem &contextInfo)
 {
-    Q_UNUSED(alert)
     if (returnCode == AlertSheet::firstButtonReturn)
         session->unmount(contextInfo->daDisk, kDADiskUnmountOptionForce,
             completionWithContext(zorvex_disk_manager_da_disk_did_unmount, contextInfo));
@@ -163,9 +160,8 @@ void ZorvexDiskManagerAppDelegate::ejectDidUnmountDisk(
 }
 
 void ZorvexDiskManagerAppDelegate::ejectForceUnmountDialogDidEnd(
-    AlertSheet *alert, int returnCode, const OutlineItem &contextInfo)
+    AlertSheet *, int returnCode, const OutlineItem &contextInfo)
 {
-    Q_UNUSED(alert)
     if (returnCode == AlertSheet::firstButtonReturn)
         session->unmount(contextInfo->daDisk, kDADiskUnmountOptionWhole | kDADiskUnmountOptionForce,
             completionWithContext(EjectDidForceUnmountDisk, contextInfo));
@@ -173,11 +169,9 @@ void ZorvexDiskManagerAppDelegate::ejectForceUnmountDialogDidEnd(
         finishOperation(contextInfo);
 }
 
-void ZorvexDiskManagerAppDelegate::ejectDidForceUnmountDisk(
-    const OutlineItem &disk, const DADissenterRef &dissenter)
+void ZorvexDiskManagerAppDelegate::ejectDidForceUnmountDisk(const OutlineItem &disk, const DADissenterRef &)
 {
     // A refusal is not reported here: the eject that follows reports its own outcome.
-    Q_UNUSED(dissenter)
     session->eject(disk->daDisk, kDADiskEjectOptionDefault,
         completionWithContext(zorvex_disk_manager_da_disk_did_eject, disk));
 }
@@ -195,22 +189,22 @@ void ZorvexDiskManagerAppDelegate::diskArbitrationDiskDidMount(
 {
     std::optional<QString> reason;
     if (withDissenter && withDissenter->status == static_cast<quint32>(DAReturn::Unsupported))
-        reason = QStringLiteral("No supported file system found.");
-    reportOutcome(disk, QStringLiteral("Error while mounting %@: %@"), withDissenter, reason);
+        reason = u"No supported file system found."_s;
+    reportOutcome(disk, u"Error while mounting %@: %@"_s, withDissenter, reason);
     finishOperation(disk);
 }
 
 void ZorvexDiskManagerAppDelegate::diskArbitrationDiskDidUnmount(
     const OutlineItem &disk, const DADissenterRef &withDissenter)
 {
-    reportOutcome(disk, QStringLiteral("Error while unmounting %@: %@"), withDissenter);
+    reportOutcome(disk, u"Error while unmounting %@: %@"_s, withDissenter);
     finishOperation(disk);
 }
 
 void ZorvexDiskManagerAppDelegate::diskArbitrationDiskDidEject(
     const OutlineItem &disk, const DADissenterRef &withDissenter)
 {
-    reportOutcome(disk, QStringLiteral("Error while ejecting %@: %@"), withDissenter);
+    reportOutcome(disk, u"Error while ejecting %@: %@"_s, withDissenter);
     finishOperation(disk);
 }
 

@@ -6,6 +6,8 @@
 #include "operations/label_rules.h"
 #include "platform/Localization.h"
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 QString refusalText(LabelRules::RuleSet ruleSet)
@@ -20,7 +22,7 @@ QString refusalText(LabelRules::RuleSet ruleSet)
     case LabelRules::RuleSet::Other:
         break;
     }
-    return QStringLiteral("A KVLX volume name can be at most 255 bytes long.");
+    return u"A KVLX volume name can be at most 255 bytes long."_s;
 }
 
 } // namespace

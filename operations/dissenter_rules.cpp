@@ -7,6 +7,8 @@
 
 #include "platform/no_widgets.h"
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace DissenterRules {
 
 namespace {
@@ -19,19 +21,19 @@ constexpr quint32 systemErrorBits = 0xC000;
 QString textOf(const DADissenter &dissenter)
 {
     static const QHash<quint32, QString> names {
-        { static_cast<quint32>(DAReturn::Success), QStringLiteral("kDAReturnSuccess") },
-        { static_cast<quint32>(DAReturn::Error), QStringLiteral("kDAReturnError") },
-        { static_cast<quint32>(DAReturn::Busy), QStringLiteral("kDAReturnBusy") },
-        { static_cast<quint32>(DAReturn::BadArgument), QStringLiteral("kDAReturnBadArgument") },
-        { static_cast<quint32>(DAReturn::ExclusiveAccess), QStringLiteral("kDAReturnExclusiveAccess") },
-        { static_cast<quint32>(DAReturn::NoResources), QStringLiteral("kDAReturnNoResources") },
-        { static_cast<quint32>(DAReturn::NotFound), QStringLiteral("kDAReturnNotFound") },
-        { static_cast<quint32>(DAReturn::NotMounted), QStringLiteral("kDAReturnNotMounted") },
-        { static_cast<quint32>(DAReturn::NotPermitted), QStringLiteral("kDAReturnNotPermitted") },
-        { static_cast<quint32>(DAReturn::NotPrivileged), QStringLiteral("kDAReturnNotPrivileged") },
-        { static_cast<quint32>(DAReturn::NotReady), QStringLiteral("kDAReturnNotReady") },
-        { static_cast<quint32>(DAReturn::NotWritable), QStringLiteral("kDAReturnNotWritable") },
-        { static_cast<quint32>(DAReturn::Unsupported), QStringLiteral("kDAReturnUnsupported") },
+        { static_cast<quint32>(DAReturn::Success), u"kDAReturnSuccess"_s },
+        { static_cast<quint32>(DAReturn::Error), u"kDAReturnError"_s },
+        { static_cast<quint32>(DAReturn::Busy), u"kDAReturnBusy"_s },
+        { static_cast<quint32>(DAReturn::BadArgument), u"kDAReturnBadArgument"_s },
+        { static_cast<quint32>(DAReturn::ExclusiveAccess), u"kDAReturnExclusiveAccess"_s },
+        { static_cast<quint32>(DAReturn::NoResources), u"kDAReturnNoResources"_s },
+        { static_cast<quint32>(DAReturn::NotFound), u"kDAReturnNotFound"_s },
+        { static_cast<quint32>(DAReturn::NotMounted), u"kDAReturnNotMounted"_s },
+        { static_cast<quint32>(DAReturn::NotPermitted), u"kDAReturnNotPermitted"_s },
+        { static_cast<quint32>(DAReturn::NotPrivileged), u"kDAReturnNotPrivileged"_s },
+        { static_cast<quint32>(DAReturn::NotReady), u"kDAReturnNotReady"_s },
+        { static_cast<quint32>(DAReturn::NotWritable), u"kDAReturnNotWritable"_s },
+        { static_cast<quint32>(DAReturn::Unsupported), u"kDAReturnUnsupported"_s },
     };
     if (dissenter.statusString)
         return *dissenter.statusString;
@@ -40,8 +42,7 @@ QString textOf(const DADissenter &dissenter)
         return *name;
     if ((dissenter.status & systemErrorBits) == systemErrorBits)
         return errnoText(static_cast<int>(dissenter.status & ~systemErrorBits));
-    return QStringLiteral("<Unknown DAReturn value: %1>")
-        .arg(QString::number(dissenter.status, 16).toUpper());
+    return u"<Unknown DAReturn value: %1>"_s.arg(QString::number(dissenter.status, 16).toUpper());
 }
 
 } // namespace DissenterRules

@@ -5,12 +5,14 @@
 
 #include "platform/no_widgets.h"
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace FormatRules {
 
 QString defaultLabel(const QString &bundleName)
 {
-    const bool isFat = bundleName == QLatin1String("msdos") || bundleName == QLatin1String("zorvex_fatplus");
-    return isFat ? QStringLiteral("UNTITLED") : QStringLiteral("Untitled");
+    const bool isFat = bundleName == "msdos"_L1 || bundleName == "zorvex_fatplus"_L1;
+    return isFat ? u"UNTITLED"_s : u"Untitled"_s;
 }
 
 Labels labelsFor(const QString &typed, const QString &bundleName)
@@ -18,21 +20,19 @@ Labels labelsFor(const QString &typed, const QString &bundleName)
     if (typed.isEmpty())
         return { defaultLabel(bundleName), {} };
     if (isOwnFilesystem(bundleName))
-        return { QStringLiteral("UNTITLED"), typed };
+        return { u"UNTITLED"_s, typed };
     return { typed, {} };
 }
 
 QString nothingSelectedText(bool hasFilesystem, bool hasDisk)
 {
-    return QStringLiteral("No%1%2%3 selected.")
-        .arg(hasFilesystem ? QString() : QStringLiteral(" file system"),
-            hasFilesystem || hasDisk ? QString() : QStringLiteral(" and no"),
-            hasDisk ? QString() : QStringLiteral(" disk"));
+    return u"No%1%2%3 selected."_s.arg(hasFilesystem ? QString() : u" file system"_s,
+        hasFilesystem || hasDisk ? QString() : u" and no"_s, hasDisk ? QString() : u" disk"_s);
 }
 
 QString eraseArguments(const QString &personality, const QString &label, const QString &bsdName)
 {
-    return QStringLiteral("'%1' '%2' '/dev/%3'").arg(personality, label, bsdName);
+    return u"'%1' '%2' '/dev/%3'"_s.arg(personality, label, bsdName);
 }
 
 } // namespace FormatRules

@@ -10,6 +10,8 @@
 
 #include "platform/no_widgets.h"
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace LabelRules {
 
 namespace {
@@ -21,7 +23,7 @@ constexpr qsizetype longestOtherLabel = 255; // bytes of UTF-8
 
 bool isForbidden(char16_t unit)
 {
-    return unit < 0x20 || QStringLiteral("\"*/:<>?\\|").contains(QChar(unit));
+    return unit < 0x20 || u"\"*/:<>?\\|"_s.contains(QChar(unit));
 }
 
 bool isRepresentable(const QString &label)
@@ -37,9 +39,8 @@ std::optional<QString> composed(const QString &label, const char *encoding)
 {
     QString form = label.normalized(QString::NormalizationForm_C);
     if (form.isEmpty() && !label.isEmpty()) {
-        systemLog(QStringLiteral("Unexpected: Unable to get composed volume label from string which can be "
-                                 "converted to %1 encoding.")
-                .arg(QLatin1String(encoding)));
+        systemLog(u"Unexpected: Unable to get composed volume label from string which can be "
+                  "converted to %1 encoding."_s.arg(QLatin1String(encoding)));
         return std::nullopt;
     }
     return form;
@@ -83,11 +84,11 @@ bool isValidOtherLabel(const QString &label)
 
 RuleSet ruleSetOf(const QString &bundleName)
 {
-    if (bundleName == QLatin1String("fusefs_qvontfs") || bundleName == QLatin1String("zorvex_ntfs"))
+    if (bundleName == "fusefs_qvontfs"_L1 || bundleName == "zorvex_ntfs"_L1)
         return RuleSet::Ntfs;
-    if (bundleName == QLatin1String("msdos") || bundleName == QLatin1String("zorvex_fatplus"))
+    if (bundleName == "msdos"_L1 || bundleName == "zorvex_fatplus"_L1)
         return RuleSet::Fat;
-    if (bundleName == QLatin1String("exfat") || bundleName == QLatin1String("zorvex_exfat"))
+    if (bundleName == "exfat"_L1 || bundleName == "zorvex_exfat"_L1)
         return RuleSet::ExFat;
     return RuleSet::Other;
 }

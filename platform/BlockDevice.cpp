@@ -15,6 +15,8 @@
 #include <sys/sysmacros.h>
 #include <unistd.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 // What a small file of sysfs holds, without the line end; empty when it cannot be read. Plain system calls:
@@ -68,7 +70,7 @@ void addWithFoundations(QSet<QByteArray> &names, const QByteArray &folder)
         addWithFoundations(names, folderAbove(folder));
     const QDir slaves(QString::fromUtf8(folder + "/slaves"));
     for (const QString &slave : slaves.entryList(QDir::AllEntries | QDir::NoDotAndDotDot))
-        addWithFoundations(names, sysfsFolder(QStringLiteral("/dev/") + slave));
+        addWithFoundations(names, sysfsFolder(u"/dev/"_s + slave));
 }
 
 QSet<QByteArray> systemDeviceNames()
@@ -83,7 +85,7 @@ QSet<QByteArray> systemDeviceNames()
         addWithFoundations(names, sysfsFolder(QFile::decodeName(mount.source)));
         addWithFoundations(names, sysfsFolder(mount.deviceMajor, mount.deviceMinor));
     }
-    QFile swaps(QStringLiteral("/proc/swaps"));
+    QFile swaps(u"/proc/swaps"_s);
     if (swaps.open(QIODevice::ReadOnly)) {
         for (const QByteArray &line : swaps.readAll().split('\n')) {
             const QByteArray path = line.left(line.indexOf(' '));
@@ -113,9 +115,9 @@ std::optional<BlockDeviceFacts> readBlockDeviceFacts(const QString &deviceNode)
     if (!valid)
         return std::nullopt;
     facts.logicalBlockSize = sysfsText(wholeFolder + "/queue/logical_block_size").toLongLong();
-    facts.bsdName = QStringLiteral("disk%1").arg(facts.diskSequence);
+    facts.bsdName = u"disk%1"_s.arg(facts.diskSequence);
     if (facts.partitionNumber)
-        facts.bsdName += QStringLiteral("s%1").arg(facts.partitionNumber);
+        facts.bsdName += u"s%1"_s.arg(facts.partitionNumber);
     return facts;
 }
 

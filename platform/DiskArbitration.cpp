@@ -7,10 +7,9 @@ DADissenterRef makeDissenter(DAReturn status, std::optional<QString> statusStrin
         DADissenter { static_cast<quint32>(status), std::move(statusString) });
 }
 
-void DASession::registerDiskPeekCallback(DADiskPeekCallback callback, int order)
+void DASession::registerDiskPeekCallback(DADiskPeekCallback callback, int)
 {
     // The order ranks several clients of one session against each other; this session has one client.
-    Q_UNUSED(order)
     m_peek = std::move(callback);
 }
 

@@ -11,6 +11,8 @@
 #include <limits>
 #include <sys/stat.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 // A bundle that does not say where it stands comes after all that do.
@@ -58,7 +60,7 @@ std::optional<FileSystemClaims::Claim> FileSystemClaims::readClaim(
 {
     const auto bundle = Bundle::open(bundlePath);
     const auto info = bundle ? bundle->infoDictionary() : std::nullopt;
-    const PropertyArray *types = info ? arrayValue(*info, QStringLiteral("FSLinuxTypes")) : nullptr;
+    const PropertyArray *types = info ? arrayValue(*info, u"FSLinuxTypes"_s) : nullptr;
     if (!types)
         return std::nullopt;
 
@@ -67,16 +69,15 @@ std::optional<FileSystemClaims::Claim> FileSystemClaims::readClaim(
         if (const QString *name = type.asString())
             claim.types.append(*name);
     }
-    if (const PropertyNumber *order = numberValue(*info, QStringLiteral("FSProbeOrder")))
+    if (const PropertyNumber *order = numberValue(*info, u"FSProbeOrder"_s))
         claim.probeOrder = order->longLongValue();
-    if (const PropertyArray *subtypes = arrayValue(*info, QStringLiteral("FSLinuxSubtypes"))) {
+    if (const PropertyArray *subtypes = arrayValue(*info, u"FSLinuxSubtypes"_s)) {
         for (const PropertyValue &value : *subtypes) {
             const PropertyDictionary *entry = value.asDictionary();
-            const PropertyNumber *number = entry ? numberValue(*entry, QStringLiteral("FSSubType")) : nullptr;
+            const PropertyNumber *number = entry ? numberValue(*entry, u"FSSubType"_s) : nullptr;
             if (number)
-                claim.subtypes.push_back({ stringValue(*entry, QStringLiteral("IdType")),
-                    stringValue(*entry, QStringLiteral("IdVersion")),
-                    static_cast<qint16>(number->longLongValue()) });
+                claim.subtypes.push_back({ stringValue(*entry, u"IdType"_s),
+                    stringValue(*entry, u"IdVersion"_s), static_cast<qint16>(number->longLongValue()) });
         }
     }
     return claim;
@@ -93,7 +94,7 @@ void FileSystemClaims::refresh()
     m_claims.clear();
     QSet<QString> seen;
     for (const QString &directory : m_directories) {
-        for (const QString &entry : QDir(directory).entryList({ QStringLiteral("*.fs") }, QDir::Dirs)) {
+        for (const QString &entry : QDir(directory).entryList({ u"*.fs"_s }, QDir::Dirs)) {
             const QString bundleName = entry.chopped(3);
             if (seen.contains(bundleName))
                 continue;

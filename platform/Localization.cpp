@@ -52,10 +52,10 @@ QString chineseScript(const QString &territory)
 // de_DE.UTF-8.
 LanguageTag parsedTag(const QString &identifier)
 {
-    const qsizetype end = identifier.indexOf(QLatin1Char('.'));
-    QString plain = identifier.left(end).section(QLatin1Char('@'), 0, 0);
-    plain.replace(QLatin1Char('_'), QLatin1Char('-'));
-    const QStringList parts = plain.split(QLatin1Char('-'));
+    const qsizetype end = identifier.indexOf(u'.');
+    QString plain = identifier.left(end).section(u'@', 0, 0);
+    plain.replace(u'_', u'-');
+    const QStringList parts = plain.split(u'-');
     LanguageTag tag { .language = parts.first().toLower(), .script = {}, .territory = {} };
     if (tag.language == "c"_L1 || tag.language == "posix"_L1)
         tag.language = englishLocalization;

@@ -19,10 +19,12 @@
 #include <unistd.h>
 #include <vector>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
-const QString service = QStringLiteral("org.freedesktop.PolicyKit1");
-const QString action = QStringLiteral("org.zorvex.DiskManager.run");
+const QString service = u"org.freedesktop.PolicyKit1"_s;
+const QString action = u"org.zorvex.DiskManager.run"_s;
 
 constexpr uint allowUserInteraction = 1;
 constexpr int noTimeLimit = INT_MAX;
@@ -66,13 +68,13 @@ const QDBusArgument &operator>>(const QDBusArgument &argument, Result &result)
 
 AuthorizationStatus statusOfReply(const QDBusMessage &reply)
 {
-    if (reply.type() != QDBusMessage::ReplyMessage || reply.signature() != QLatin1String("(bba{ss})"))
+    if (reply.type() != QDBusMessage::ReplyMessage || reply.signature() != "(bba{ss})"_L1)
         return AuthorizationStatus::Internal;
     Result result;
     reply.arguments().constFirst().value<QDBusArgument>() >> result;
     if (result.isAuthorized)
         return AuthorizationStatus::Success;
-    if (result.details.contains(QStringLiteral("polkit.dismissed")))
+    if (result.details.contains(u"polkit.dismissed"_s))
         return AuthorizationStatus::Canceled;
     return result.isChallenge ? AuthorizationStatus::InteractionNotAllowed : AuthorizationStatus::Denied;
 }
@@ -142,9 +144,8 @@ void PolkitAuthorization::create(StatusHandler handler)
             Qt::QueuedConnection);
         return;
     }
-    auto message = QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"),
-        QStringLiteral("/org/freedesktop/DBus"), QStringLiteral("org.freedesktop.DBus"),
-        QStringLiteral("StartServiceByName"));
+    auto message = QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
+        u"org.freedesktop.DBus"_s, u"StartServiceByName"_s);
     message.setArguments({ service, 0U });
     QDBusPendingCallWatcher *const watcher = call(message);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [watcher, handler = std::move(handler)] {
@@ -153,15 +154,12 @@ void PolkitAuthorization::create(StatusHandler handler)
     });
 }
 
-void PolkitAuthorization::copyRights(const QByteArray &program, StatusHandler handler)
-{
-    Q_UNUSED(program) // only the owner of an action may tell polkit more than its name
-    auto message
-        = QDBusMessage::createMethodCall(service, QStringLiteral("/org/freedesktop/PolicyKit1/Authority"),
-            QStringLiteral("org.freedesktop.PolicyKit1.Authority"), QStringLiteral("CheckAuthorization"));
+void PolkitAuthorization::copyRights(const QByteArray &, StatusHandler handler)
+{ // only the owner of an action may tell polkit more than its name
+    auto message = QDBusMessage::createMethodCall(service, u"/org/freedesktop/PolicyKit1/Authority"_s,
+        u"org.freedesktop.PolicyKit1.Authority"_s, u"CheckAuthorization"_s);
     // A connection is told from others for ever, unlike a process number.
-    const Subject subject { QStringLiteral("system-bus-name"),
-        { { QStringLiteral("name"), m_bus.baseService() } } };
+    const Subject subject { u"system-bus-name"_s, { { u"name"_s, m_bus.baseService() } } };
     message.setArguments({ QVariant::fromValue(subject), action,
         QVariant::fromValue(QMap<QString, QString>()), allowUserInteraction, QString() });
     QDBusPendingCallWatcher *const watcher = call(message);

@@ -5,6 +5,8 @@
 #include <cmath>
 #include <limits>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr int longestLogText = 300;
@@ -155,13 +157,13 @@ QString PropertyValue::logText() const
     QString text;
     switch (type()) {
     case PropertyType::Null:
-        text = QStringLiteral("(null)");
+        text = u"(null)"_s;
         break;
     case PropertyType::String:
         text = *asString();
         break;
     case PropertyType::Boolean:
-        text = *asBoolean() ? QStringLiteral("1") : QStringLiteral("0");
+        text = *asBoolean() ? u"1"_s : u"0"_s;
         break;
     case PropertyType::Number:
         text = asNumber()->toString();
@@ -170,16 +172,16 @@ QString PropertyValue::logText() const
         text = asUrl()->toString();
         break;
     case PropertyType::Data:
-        text = QStringLiteral("<%1 bytes>").arg(asData()->size());
+        text = u"<%1 bytes>"_s.arg(asData()->size());
         break;
     case PropertyType::Date:
         text = std::get<QDateTime>(m_value).toString(Qt::ISODate);
         break;
     case PropertyType::Array:
-        text = QStringLiteral("(array of %1)").arg(asArray()->size());
+        text = u"(array of %1)"_s.arg(asArray()->size());
         break;
     case PropertyType::Dictionary:
-        text = QStringLiteral("{dictionary of %1}").arg(asDictionary()->size());
+        text = u"{dictionary of %1}"_s.arg(asDictionary()->size());
         break;
     }
     if (text.size() > longestLogText)

@@ -8,6 +8,8 @@
 #include <unistd.h>
 #include <utility>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 // Stands for itself outside of quotes, wherever it stands in a word.
@@ -47,9 +49,9 @@ bool PosixShellPipe::open(const QByteArray &command)
         errno = EBUSY;
         return false;
     }
-    systemLog(QStringLiteral("Running: %1").arg(QString::fromUtf8(command)));
+    systemLog(u"Running: %1"_s.arg(QString::fromUtf8(command)));
     if (!isSingleProgram(command)) {
-        systemLog(QStringLiteral("Not run: the shell would make more than one program of it."));
+        systemLog(u"Not run: the shell would make more than one program of it."_s);
         errno = EINVAL;
         return false;
     }

@@ -9,6 +9,8 @@
 #include <syslog.h>
 #include <unistd.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 struct LogTarget
@@ -31,13 +33,13 @@ QString escapedForLog(const QString &text)
     result.reserve(text.size());
     for (const QChar c : text) {
         if (c == u'\n')
-            result += QLatin1String("\\n");
+            result += "\\n"_L1;
         else if (c == u'\r')
-            result += QLatin1String("\\r");
+            result += "\\r"_L1;
         else if (c == u'\t')
-            result += QLatin1String("\\t");
+            result += "\\t"_L1;
         else if (disturbsLine(c))
-            result += QStringLiteral("\\u{%1}").arg(uint { c.unicode() }, 0, 16);
+            result += u"\\u{%1}"_s.arg(uint { c.unicode() }, 0, 16);
         else
             result += c;
     }
@@ -77,5 +79,5 @@ QString errnoText(int error)
 {
     // Not in the user's language nor in his locale's encoding: the log is in English.
     const char *const text = strerrordesc_np(error);
-    return text ? QString::fromLatin1(text) : QStringLiteral("Unknown error %1").arg(error);
+    return text ? QString::fromLatin1(text) : u"Unknown error %1"_s.arg(error);
 }

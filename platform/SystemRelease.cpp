@@ -5,6 +5,8 @@
 
 #include <cstdlib>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 const QByteArray currentRelease = QByteArrayLiteral("24.0.0");
@@ -39,7 +41,7 @@ std::optional<unsigned long> systemMajorVersion()
 {
     QByteArray release;
     if (const int error = systemRelease(&release)) {
-        systemLog(QStringLiteral("Error while issuing 'utsname': %1 (%2)").arg(errnoText(error)).arg(error));
+        systemLog(u"Error while issuing 'utsname': %1 (%2)"_s.arg(errnoText(error)).arg(error));
         return std::nullopt;
     }
     const qsizetype point = release.indexOf('.');

@@ -14,6 +14,8 @@
 #include <climits>
 #include <utility>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 // A question to the user for a password counts as time of the call, and so does an eject that flushes a slow
@@ -22,13 +24,13 @@ constexpr int noTimeLimit = INT_MAX;
 
 constexpr std::chrono::seconds reconnectInterval { 1 };
 
-const QString objectManager = QStringLiteral("org.freedesktop.DBus.ObjectManager");
-const QString busService = QStringLiteral("org.freedesktop.DBus");
-const QString busPath = QStringLiteral("/org/freedesktop/DBus");
+const QString objectManager = u"org.freedesktop.DBus.ObjectManager"_s;
+const QString busService = u"org.freedesktop.DBus"_s;
+const QString busPath = u"/org/freedesktop/DBus"_s;
 // For an answer of the bus itself, before there is a window: a bus that is slower has its answer taken later.
 constexpr int longestWait = 100; // milliseconds
 
-const QString propertiesInterface = QStringLiteral("org.freedesktop.DBus.Properties");
+const QString propertiesInterface = u"org.freedesktop.DBus.Properties"_s;
 
 QDBusMessage busCall(const QString &method, const QVariantList &arguments)
 {
@@ -69,7 +71,7 @@ void UDisksBus::startAtOnce()
 {
     watchOwner();
     const QDBusPendingReply<QString> reply
-        = m_bus.call(busCall(QStringLiteral("GetNameOwner"), { UDisks::service }), QDBus::Block, longestWait);
+        = m_bus.call(busCall(u"GetNameOwner"_s, { UDisks::service }), QDBus::Block, longestWait);
     if (reply.isValid())
         follow(reply.value());
     else
@@ -78,10 +80,10 @@ void UDisksBus::startAtOnce()
 
 void UDisksBus::watchOwner()
 {
-    m_bus.connect(busService, busPath, busService, QStringLiteral("NameOwnerChanged"), { UDisks::service },
-        {}, this, SLOT(nameOwnerChanged(QString, QString, QString)));
-    m_bus.connect({}, QStringLiteral("/org/freedesktop/DBus/Local"),
-        QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), this, SLOT(busLost()));
+    m_bus.connect(busService, busPath, busService, u"NameOwnerChanged"_s, { UDisks::service }, {}, this,
+        SLOT(nameOwnerChanged(QString, QString, QString)));
+    m_bus.connect({}, u"/org/freedesktop/DBus/Local"_s, u"org.freedesktop.DBus.Local"_s, u"Disconnected"_s,
+        this, SLOT(busLost()));
 }
 
 QDBusPendingCallWatcher *UDisksBus::callBus(const QString &method, const QVariantList &arguments)
@@ -93,7 +95,7 @@ QDBusPendingCallWatcher *UDisksBus::callBus(const QString &method, const QVarian
 // and wait for the answer.
 void UDisksBus::askOwner()
 {
-    auto *watcher = callBus(QStringLiteral("GetNameOwner"), { UDisks::service });
+    auto *watcher = callBus(u"GetNameOwner"_s, { UDisks::service });
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
         watcher->deleteLater();
         const QDBusPendingReply<QString> reply = *watcher;
@@ -108,14 +110,14 @@ void UDisksBus::startService()
 {
     if (!m_owner.isEmpty())
         return;
-    auto *watcher = callBus(QStringLiteral("StartServiceByName"), { UDisks::service, 0U });
+    auto *watcher = callBus(u"StartServiceByName"_s, { UDisks::service, 0U });
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
         watcher->deleteLater();
         // A service that has started is heard of by the change of the name's owner.
         const QDBusPendingReply<uint> reply = *watcher;
         if (!reply.isError() || !m_owner.isEmpty())
             return;
-        systemLog(QStringLiteral("Unable to start the disk service: %1").arg(reply.error().message()));
+        systemLog(u"Unable to start the disk service: %1"_s.arg(reply.error().message()));
         Q_EMIT listed(false);
     });
 }
@@ -136,12 +138,9 @@ void UDisksBus::connectSignals(bool connected)
         QString name;
         const char *slot;
     } signalSlots[] = {
-        { UDisks::rootPath, objectManager, QStringLiteral("InterfacesAdded"),
-            SLOT(interfacesAdded(QDBusMessage)) },
-        { UDisks::rootPath, objectManager, QStringLiteral("InterfacesRemoved"),
-            SLOT(interfacesRemoved(QDBusMessage)) },
-        { {}, propertiesInterface, QStringLiteral("PropertiesChanged"),
-            SLOT(propertiesChanged(QDBusMessage)) },
+        { UDisks::rootPath, objectManager, u"InterfacesAdded"_s, SLOT(interfacesAdded(QDBusMessage)) },
+        { UDisks::rootPath, objectManager, u"InterfacesRemoved"_s, SLOT(interfacesRemoved(QDBusMessage)) },
+        { {}, propertiesInterface, u"PropertiesChanged"_s, SLOT(propertiesChanged(QDBusMessage)) },
     };
     for (const auto &[path, interface, name, slot] : signalSlots) {
         if (connected)
@@ -154,8 +153,8 @@ void UDisksBus::connectSignals(bool connected)
 void UDisksBus::list()
 {
     const int listing = ++m_listing;
-    const auto message = QDBusMessage::createMethodCall(
-        m_owner, UDisks::rootPath, objectManager, QStringLiteral("GetManagedObjects"));
+    const auto message
+        = QDBusMessage::createMethodCall(m_owner, UDisks::rootPath, objectManager, u"GetManagedObjects"_s);
     auto *watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(message, noTimeLimit), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, listing, watcher] {
         watcher->deleteLater();
@@ -167,12 +166,12 @@ void UDisksBus::list()
 void UDisksBus::objectsListed(const QDBusMessage &reply)
 {
     if (reply.type() == QDBusMessage::ErrorMessage) {
-        systemLog(QStringLiteral("Unable to list disks: %1").arg(reply.errorMessage()));
+        systemLog(u"Unable to list disks: %1"_s.arg(reply.errorMessage()));
         Q_EMIT listed(false);
         return;
     }
-    if (reply.signature() != QLatin1String("a{oa{sa{sv}}}")) {
-        systemLog(QStringLiteral("Unexpected reply to the listing of disks: %1").arg(reply.signature()));
+    if (reply.signature() != "a{oa{sa{sv}}}"_L1) {
+        systemLog(u"Unexpected reply to the listing of disks: %1"_s.arg(reply.signature()));
         Q_EMIT listed(false);
         return;
     }
@@ -195,9 +194,8 @@ void UDisksBus::forget()
     m_changed.clear();
 }
 
-void UDisksBus::nameOwnerChanged(const QString &name, const QString &oldOwner, const QString &newOwner)
+void UDisksBus::nameOwnerChanged(const QString &name, const QString &, const QString &newOwner)
 {
-    Q_UNUSED(oldOwner)
     if (name != UDisks::service || newOwner == m_owner)
         return;
     if (!m_owner.isEmpty())
@@ -218,7 +216,7 @@ void UDisksBus::serviceLost()
 
 void UDisksBus::busLost()
 {
-    systemLog(QStringLiteral("The connection to the system bus is lost."));
+    systemLog(u"The connection to the system bus is lost."_s);
     serviceLost();
     if (m_reconnect)
         QTimer::singleShot(reconnectInterval, this, &UDisksBus::tryReconnect);
@@ -238,7 +236,7 @@ void UDisksBus::tryReconnect()
 
 void UDisksBus::interfacesAdded(const QDBusMessage &message)
 {
-    if (!m_isListed || message.service() != m_owner || message.signature() != QLatin1String("oa{sa{sv}}"))
+    if (!m_isListed || message.service() != m_owner || message.signature() != "oa{sa{sv}}"_L1)
         return;
     const QString path = message.arguments().at(0).value<QDBusObjectPath>().path();
     m_store.addInterfaces(path, qdbus_cast<UDisksInterfaces>(message.arguments().at(1)));
@@ -247,7 +245,7 @@ void UDisksBus::interfacesAdded(const QDBusMessage &message)
 
 void UDisksBus::interfacesRemoved(const QDBusMessage &message)
 {
-    if (!m_isListed || message.service() != m_owner || message.signature() != QLatin1String("oas"))
+    if (!m_isListed || message.service() != m_owner || message.signature() != "oas"_L1)
         return;
     const QString path = message.arguments().at(0).value<QDBusObjectPath>().path();
     m_store.removeInterfaces(path, message.arguments().at(1).toStringList());
@@ -256,7 +254,7 @@ void UDisksBus::interfacesRemoved(const QDBusMessage &message)
 
 void UDisksBus::propertiesChanged(const QDBusMessage &message)
 {
-    if (!m_isListed || message.service() != m_owner || message.signature() != QLatin1String("sa{sv}as"))
+    if (!m_isListed || message.service() != m_owner || message.signature() != "sa{sv}as"_L1)
         return;
     const QString interface = message.arguments().at(0).toString();
     if (m_store.changeProperties(
@@ -307,7 +305,7 @@ void UDisksBus::readProperty(const QString &path, const QString &interface, cons
     // taken its place; an answer that comes after it has gone is no news either. Not every Qt 6 tells of an
     // answer who sent it.
     const QString asked = m_owner.isEmpty() ? UDisks::service : m_owner;
-    callAt(asked, path, propertiesInterface, QStringLiteral("Get"), { interface, name },
+    callAt(asked, path, propertiesInterface, u"Get"_s, { interface, name },
         [this, asked, path, interface, name, done = std::move(done)](
             const QDBusMessage &reply, const DADissenterRef &dissenter) {
             const bool isOwners = asked == m_owner;
@@ -316,7 +314,7 @@ void UDisksBus::readProperty(const QString &path, const QString &interface, cons
                 // The signal that tells of it can come after the answer.
                 m_store.removeInterfaces(path, { interface });
                 isKnown = true;
-            } else if (isOwners && !dissenter && reply.signature() == QLatin1String("v")) {
+            } else if (isOwners && !dissenter && reply.signature() == "v"_L1) {
                 const QVariant value = reply.arguments().constFirst().value<QDBusVariant>().variant();
                 isKnown = m_store.changeProperties(path, interface, { { name, value } });
             }

@@ -4,26 +4,28 @@
 #include <QHash>
 #include <QRegularExpression>
 
+using namespace Qt::Literals::StringLiterals;
+
 DADissenterRef dissenterFromBusError(const QString &name, const QString &message)
 {
-    static const QString prefix = QStringLiteral("org.freedesktop.UDisks2.Error.");
+    static const QString prefix = u"org.freedesktop.UDisks2.Error."_s;
     static const QHash<QString, DAReturn> statuses {
-        { prefix + QStringLiteral("DeviceBusy"), DAReturn::Busy },
-        { prefix + QStringLiteral("AlreadyMounted"), DAReturn::Busy },
-        { prefix + QStringLiteral("AlreadyUnmounting"), DAReturn::Busy },
-        { prefix + QStringLiteral("MountedByOtherUser"), DAReturn::NotPrivileged },
-        { prefix + QStringLiteral("NotMounted"), DAReturn::NotMounted },
-        { prefix + QStringLiteral("NotAuthorized"), DAReturn::NotPrivileged },
-        { prefix + QStringLiteral("NotAuthorizedCanObtain"), DAReturn::NotPrivileged },
-        { prefix + QStringLiteral("NotAuthorizedDismissed"), DAReturn::NotPrivileged },
-        { prefix + QStringLiteral("NotSupported"), DAReturn::Unsupported },
-        { prefix + QStringLiteral("OptionNotPermitted"), DAReturn::NotPermitted },
+        { prefix + u"DeviceBusy"_s, DAReturn::Busy },
+        { prefix + u"AlreadyMounted"_s, DAReturn::Busy },
+        { prefix + u"AlreadyUnmounting"_s, DAReturn::Busy },
+        { prefix + u"MountedByOtherUser"_s, DAReturn::NotPrivileged },
+        { prefix + u"NotMounted"_s, DAReturn::NotMounted },
+        { prefix + u"NotAuthorized"_s, DAReturn::NotPrivileged },
+        { prefix + u"NotAuthorizedCanObtain"_s, DAReturn::NotPrivileged },
+        { prefix + u"NotAuthorizedDismissed"_s, DAReturn::NotPrivileged },
+        { prefix + u"NotSupported"_s, DAReturn::Unsupported },
+        { prefix + u"OptionNotPermitted"_s, DAReturn::NotPermitted },
     };
     // The service has no error of its own for a file system that the machine cannot mount, only the words of
     // the library that it mounts with.
     static const QRegularExpression cannotMount(
-        QStringLiteral("Filesystem type .* not configured in kernel|unknown filesystem type"));
-    static const QRegularExpression libraryPrefix(QStringLiteral("^GDBus\\.Error:[^ ]+: "));
+        u"Filesystem type .* not configured in kernel|unknown filesystem type"_s);
+    static const QRegularExpression libraryPrefix(u"^GDBus\\.Error:[^ ]+: "_s);
     QString text = message;
     text.remove(libraryPrefix);
     text = text.trimmed();

@@ -6,6 +6,8 @@
 #include <QFileInfo>
 #include <QHash>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 // One block device in the store, with short names for what is asked of it again and again.
@@ -34,7 +36,7 @@ public:
         if (m_store.number(m_whole, UDisks::block, "Size") == 0)
             return false;
         const QString node = deviceNode();
-        return !node.startsWith(QLatin1String("/dev/ram")) && !node.startsWith(QLatin1String("/dev/zram"));
+        return !node.startsWith("/dev/ram"_L1) && !node.startsWith("/dev/zram"_L1);
     }
 
     QString deviceNode() const { return m_store.fileName(m_path, UDisks::block, "Device"); }
@@ -60,8 +62,7 @@ public:
 
     bool isInternal() const
     {
-        static const QStringList removableBuses { QStringLiteral("usb"), QStringLiteral("ieee1394"),
-            QStringLiteral("sdio") };
+        static const QStringList removableBuses { u"usb"_s, u"ieee1394"_s, u"sdio"_s };
         return m_store.flag(m_path, UDisks::block, "HintSystem") && !isDetachableLoop()
             && !removableBuses.contains(m_store.text(m_drive, UDisks::drive, "ConnectionBus"));
     }
@@ -70,12 +71,12 @@ public:
     {
         if (isPartition()) {
             const QString type = m_store.text(m_path, UDisks::partition, "Type");
-            return type.startsWith(QLatin1String("0x")) ? mbrContent(type) : type.toUpper();
+            return type.startsWith("0x"_L1) ? mbrContent(type) : type.toUpper();
         }
         const QString table = m_store.text(m_path, UDisks::partitionTable, "Type");
-        if (table == QLatin1String("gpt"))
-            return QStringLiteral("GUID_partition_scheme");
-        return table == QLatin1String("dos") ? QStringLiteral("FDisk_partition_scheme") : QString();
+        if (table == "gpt"_L1)
+            return u"GUID_partition_scheme"_s;
+        return table == "dos"_L1 ? u"FDisk_partition_scheme"_s : QString();
     }
 
     QString mediaName() const
@@ -118,7 +119,7 @@ void describeVolume(UDisksMedium &medium, const BlockReader &block, const FileSy
     insertName(description, DAKey::volumeName, store.text(block.path(), UDisks::block, "IdLabel"));
 
     const QString type = store.text(block.path(), UDisks::block, "IdType");
-    if (type.isEmpty() || store.text(block.path(), UDisks::block, "IdUsage") != QLatin1String("filesystem"))
+    if (type.isEmpty() || store.text(block.path(), UDisks::block, "IdUsage") != "filesystem"_L1)
         return;
     const auto claimed = claims.find(type, store.text(block.path(), UDisks::block, "IdVersion"));
     description.insert(DAKey::volumeKind, claimed ? claimed->kind : type);
@@ -131,26 +132,26 @@ void describeVolume(UDisksMedium &medium, const BlockReader &block, const FileSy
 QString mbrContent(const QString &type)
 {
     static const QHash<uint, QString> names {
-        { 0x01, QStringLiteral("DOS_FAT_12") },
-        { 0x04, QStringLiteral("DOS_FAT_16_S") },
-        { 0x05, QStringLiteral("DOS_Extended") },
-        { 0x06, QStringLiteral("DOS_FAT_16") },
-        { 0x07, QStringLiteral("Windows_NTFS") },
-        { 0x0b, QStringLiteral("DOS_FAT_32") },
-        { 0x0c, QStringLiteral("DOS_FAT_32") },
-        { 0x0e, QStringLiteral("DOS_FAT_16") },
-        { 0x0f, QStringLiteral("Win95_Extended") },
-        { 0x82, QStringLiteral("Linux_Swap") },
-        { 0x83, QStringLiteral("Linux") },
-        { 0x8e, QStringLiteral("Linux_LVM") },
-        { 0xaf, QStringLiteral("Apple_HFS") },
+        { 0x01, u"DOS_FAT_12"_s },
+        { 0x04, u"DOS_FAT_16_S"_s },
+        { 0x05, u"DOS_Extended"_s },
+        { 0x06, u"DOS_FAT_16"_s },
+        { 0x07, u"Windows_NTFS"_s },
+        { 0x0b, u"DOS_FAT_32"_s },
+        { 0x0c, u"DOS_FAT_32"_s },
+        { 0x0e, u"DOS_FAT_16"_s },
+        { 0x0f, u"Win95_Extended"_s },
+        { 0x82, u"Linux_Swap"_s },
+        { 0x83, u"Linux"_s },
+        { 0x8e, u"Linux_LVM"_s },
+        { 0xaf, u"Apple_HFS"_s },
     };
     bool valid = false;
     const uint number = type.toUInt(&valid, 16);
     if (!valid)
         return type;
     const auto name = names.constFind(number);
-    return name == names.constEnd() ? QStringLiteral("0x%1").arg(number, 2, 16, QLatin1Char('0')) : *name;
+    return name == names.constEnd() ? u"0x%1"_s.arg(number, 2, 16, QLatin1Char('0')) : *name;
 }
 
 std::optional<UDisksMedium> readUDisksMedium(const UDisksStore &store, const QString &path,

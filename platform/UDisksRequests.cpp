@@ -8,6 +8,8 @@
 
 #include <chrono>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 // One call takes away one mount point. A volume that is mounted more often than this is being mounted again
@@ -39,7 +41,7 @@ bool UDisksRequests::isMounted(const QString &path) const
 // here lets whoever waits for the answer see the volume as it is.
 void UDisksRequests::readMountPoints(const QString &path, std::function<void(bool isKnown)> done)
 {
-    m_bus.readProperty(path, UDisks::filesystem, QStringLiteral("MountPoints"), std::move(done));
+    m_bus.readProperty(path, UDisks::filesystem, u"MountPoints"_s, std::move(done));
 }
 
 void UDisksRequests::mount(const QString &path, Completion completion)
@@ -66,7 +68,7 @@ void UDisksRequests::mount(const QString &path, Completion completion)
 
 void UDisksRequests::callMount(const QString &path, const QVariantMap &options, Completion completion)
 {
-    m_bus.call(path, UDisks::filesystem, QStringLiteral("Mount"), { options },
+    m_bus.call(path, UDisks::filesystem, u"Mount"_s, { options },
         [this, path, completion = std::move(completion)](
             const QDBusMessage &, const DADissenterRef &dissenter) {
             readMountPoints(path, [completion, dissenter](bool) { completion(dissenter); });
@@ -82,7 +84,7 @@ void UDisksRequests::unmount(const QString &path, Scope scope, Force force, Comp
         for (const QString &device : std::as_const(mounted)) {
             if (isSystemDevice(m_bus.store().fileName(device, UDisks::block, "Device"))) {
                 answerLater(std::move(completion), DAReturn::NotPermitted,
-                    QStringLiteral("The running system stands on this volume."));
+                    u"The running system stands on this volume."_s);
                 return;
             }
         }
@@ -103,8 +105,8 @@ void UDisksRequests::unmountNext(const QStringList &paths, Force force, int trie
     const QString &path = paths.constFirst();
     QVariantMap options;
     if (force == Force::Yes)
-        options.insert(QStringLiteral("force"), true);
-    m_bus.call(path, UDisks::filesystem, QStringLiteral("Unmount"), { options },
+        options.insert(u"force"_s, true);
+    m_bus.call(path, UDisks::filesystem, u"Unmount"_s, { options },
         [this, paths, force, tries, completion = std::move(completion)](
             const QDBusMessage &, const DADissenterRef &dissenter) {
             const auto goOn = [this, paths, force, tries, completion, dissenter](bool isKnown) {
@@ -132,8 +134,7 @@ void UDisksRequests::eject(const QString &path, Completion completion)
     // A loop disk would be detached with a volume still mounted, to vanish some time later.
     for (const QString &device : m_bus.store().blockDevicesOn(path)) {
         if (isMounted(device)) {
-            answerLater(std::move(completion), DAReturn::Busy,
-                QStringLiteral("A volume of the disk is still mounted."));
+            answerLater(std::move(completion), DAReturn::Busy, u"A volume of the disk is still mounted."_s);
             return;
         }
     }
@@ -148,7 +149,7 @@ void UDisksRequests::eject(const QString &path, Completion completion)
 
 void UDisksRequests::detachLoop(const QString &path, Completion completion)
 {
-    m_bus.call(path, UDisks::loop, QStringLiteral("Delete"), { noOptions },
+    m_bus.call(path, UDisks::loop, u"Delete"_s, { noOptions },
         [this, path, completion = std::move(completion)](
             const QDBusMessage &, const DADissenterRef &dissenter) {
             if (dissenter)
@@ -163,8 +164,8 @@ void UDisksRequests::awaitDetachment(const QString &path, Completion completion)
 {
     const auto isDetached
         = [this, path] { return m_bus.store().fileName(path, UDisks::loop, "BackingFile").isEmpty(); };
-    m_bus.readProperty(path, UDisks::loop, QStringLiteral("BackingFile"),
-        [this, isDetached, completion = std::move(completion)](bool) {
+    m_bus.readProperty(
+        path, UDisks::loop, u"BackingFile"_s, [this, isDetached, completion = std::move(completion)](bool) {
             if (isDetached()) {
                 completion(nullptr);
                 return;
@@ -175,9 +176,8 @@ void UDisksRequests::awaitDetachment(const QString &path, Completion completion)
                 wait->deleteLater();
                 completion(dissenter);
             };
-            QObject::connect(wait, &QTimer::timeout, wait, [finish] {
-                finish(makeDissenter(DAReturn::Busy, QStringLiteral("The disk is still in use.")));
-            });
+            QObject::connect(wait, &QTimer::timeout, wait,
+                [finish] { finish(makeDissenter(DAReturn::Busy, u"The disk is still in use."_s)); });
             const auto check = [wait, isDetached, finish] {
                 if (wait->isActive() && isDetached()) {
                     wait->stop();
@@ -199,7 +199,7 @@ void UDisksRequests::ejectDrive(const QString &drive, Completion completion)
         return;
     }
     const auto powerOff = [this, drive](const Completion &done, bool isRequired) {
-        m_bus.call(drive, UDisks::drive, QStringLiteral("PowerOff"), { noOptions },
+        m_bus.call(drive, UDisks::drive, u"PowerOff"_s, { noOptions },
             [done, isRequired](const QDBusMessage &, const DADissenterRef &dissenter) {
                 done(isRequired ? dissenter : nullptr);
             });
@@ -208,7 +208,7 @@ void UDisksRequests::ejectDrive(const QString &drive, Completion completion)
         powerOff(completion, true);
         return;
     }
-    m_bus.call(drive, UDisks::drive, QStringLiteral("Eject"), { noOptions },
+    m_bus.call(drive, UDisks::drive, u"Eject"_s, { noOptions },
         [canPowerOff, powerOff, completion = std::move(completion)](
             const QDBusMessage &, const DADissenterRef &dissenter) {
             // A disk that is ejected may be pulled; that it could not be powered off as well changes nothing.
@@ -221,11 +221,11 @@ void UDisksRequests::ejectDrive(const QString &drive, Completion completion)
 
 void UDisksRequests::setLabel(const QString &path, const QString &name, Completion completion)
 {
-    m_bus.call(path, UDisks::filesystem, QStringLiteral("SetLabel"), { name, noOptions },
+    m_bus.call(path, UDisks::filesystem, u"SetLabel"_s, { name, noOptions },
         [this, path, completion = std::move(completion)](
             const QDBusMessage &, const DADissenterRef &dissenter) {
-            m_bus.readProperty(path, UDisks::block, QStringLiteral("IdLabel"),
-                [completion, dissenter](bool) { completion(dissenter); });
+            m_bus.readProperty(
+                path, UDisks::block, u"IdLabel"_s, [completion, dissenter](bool) { completion(dissenter); });
         });
 }
 

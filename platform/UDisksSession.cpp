@@ -11,6 +11,8 @@
 
 #include <algorithm>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 class UDisksDisk : public DADisk
@@ -75,14 +77,14 @@ void logHarmfulName(const UDisksStore &store, const UDisksDisk &disk)
     const QString label = store.text(disk.path(), UDisks::block, "IdLabel");
     const QString name = store.text(disk.path(), UDisks::partition, "Name");
     if (harmlessName(label) != label || harmlessName(name) != name)
-        systemLog(QStringLiteral("Control characters in a name of %1 are shown as replacement characters.")
-                .arg(disk.medium().facts.bsdName));
+        systemLog(u"Control characters in a name of %1 are shown as replacement characters."_s.arg(
+            disk.medium().facts.bsdName));
 }
 
 // Qt keeps what it calls the system bus for ever, also when it is lost.
 QDBusConnection connectAgain()
 {
-    static const QString name = QStringLiteral("zorvex-system-bus");
+    static const QString name = u"zorvex-system-bus"_s;
     QDBusConnection::disconnectFromBus(name);
     return QDBusConnection::connectToBus(QDBusConnection::SystemBus, name);
 }
@@ -119,9 +121,8 @@ public:
     }
     void unscheduleFromRunLoop() override { m_scheduled = false; }
 
-    void mount(const DADiskRef &disk, quint32 options, DADiskCompletion completion) override
+    void mount(const DADiskRef &disk, quint32, DADiskCompletion completion) override
     {
-        Q_UNUSED(options)
         const QString path = presentPath(disk, completion);
         if (!path.isEmpty())
             m_requests.mount(path, bound(disk, std::move(completion)));
@@ -139,18 +140,15 @@ public:
         m_requests.unmount(path, scope, force, bound(disk, std::move(completion)));
     }
 
-    void eject(const DADiskRef &disk, quint32 options, DADiskCompletion completion) override
+    void eject(const DADiskRef &disk, quint32, DADiskCompletion completion) override
     {
-        Q_UNUSED(options)
         const QString path = presentPath(disk, completion);
         if (!path.isEmpty())
             m_requests.eject(m_bus.store().wholeDiskOf(path), bound(disk, std::move(completion)));
     }
 
-    void rename(
-        const DADiskRef &disk, const QString &name, quint32 options, DADiskCompletion completion) override
+    void rename(const DADiskRef &disk, const QString &name, quint32, DADiskCompletion completion) override
     {
-        Q_UNUSED(options)
         const QString path = presentPath(disk, completion);
         if (!path.isEmpty())
             m_requests.rename(path, name, bound(disk, std::move(completion)));

@@ -7,6 +7,8 @@
 
 #include <algorithm>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 // File names come as bytes with a zero at the end.
@@ -99,7 +101,7 @@ QString UDisksStore::objectPath(const QString &path, const QString &interface, c
     if (value.metaType() != QMetaType::fromType<QDBusObjectPath>())
         return {};
     const QString result = value.value<QDBusObjectPath>().path();
-    return result == QLatin1String("/") ? QString() : result;
+    return result == "/"_L1 ? QString() : result;
 }
 
 QString UDisksStore::fileName(const QString &path, const QString &interface, const char *name) const
@@ -114,7 +116,7 @@ QStringList UDisksStore::fileNames(const QString &path, const QString &interface
     QByteArrayList list;
     if (value.metaType() == QMetaType::fromType<QDBusArgument>()) {
         const auto argument = value.value<QDBusArgument>();
-        if (argument.currentSignature() == QLatin1String("aay"))
+        if (argument.currentSignature() == "aay"_L1)
             argument >> list;
     } else if (value.metaType() == QMetaType::fromType<QByteArrayList>()) {
         list = value.value<QByteArrayList>();

@@ -12,9 +12,11 @@
 #include <QProcess>
 #include <QUrl>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
-const QString fileManager = QStringLiteral("org.freedesktop.FileManager1");
+const QString fileManager = u"org.freedesktop.FileManager1"_s;
 
 // A file manager that is started for this needs time, but one that hangs must not leave the click unanswered.
 constexpr int fileManagerTimeLimit = 20000; // milliseconds
@@ -27,15 +29,15 @@ void answerLater(const Workspace::Completion &completion, bool success)
 // The bus that the file manager is on. Without one Qt would have a bus started, on which nobody is.
 QDBusConnection desktopBus()
 {
-    const QString none = QStringLiteral("none");
+    const QString none = u"none"_s;
     if (const std::optional<DesktopUser> user = desktopUser()) {
         const QString address = user->busAddress();
         return address.isEmpty() ? QDBusConnection(none)
-                                 : QDBusConnection::connectToBus(address, QStringLiteral("desktop-user"));
+                                 : QDBusConnection::connectToBus(address, u"desktop-user"_s);
     }
     const QString folder = qEnvironmentVariable("XDG_RUNTIME_DIR");
     const bool hasBus = qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS")
-        || (!folder.isEmpty() && QFileInfo::exists(folder + QStringLiteral("/bus")));
+        || (!folder.isEmpty() && QFileInfo::exists(folder + u"/bus"_s));
     return hasBus ? QDBusConnection::sessionBus() : QDBusConnection(none);
 }
 
@@ -61,7 +63,7 @@ void openWithDesktop(const QString &path, const Workspace::Completion &completio
     process->setStandardInputFile(QProcess::nullDevice());
     process->setStandardOutputFile(QProcess::nullDevice());
     process->setStandardErrorFile(QProcess::nullDevice());
-    process->start(QStringLiteral("xdg-open"), { path });
+    process->start(u"xdg-open"_s, { path });
 }
 
 } // namespace
@@ -73,8 +75,8 @@ void DesktopWorkspace::openInFileManager(const QString &path, Completion complet
         openWithDesktop(path, completion);
         return;
     }
-    auto message = QDBusMessage::createMethodCall(fileManager,
-        QStringLiteral("/org/freedesktop/FileManager1"), fileManager, QStringLiteral("ShowFolders"));
+    auto message = QDBusMessage::createMethodCall(
+        fileManager, u"/org/freedesktop/FileManager1"_s, fileManager, u"ShowFolders"_s);
     message.setArguments(
         { QStringList { QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded) }, QString() });
     auto *watcher = new QDBusPendingCallWatcher(bus.asyncCall(message, fileManagerTimeLimit), qApp);

@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 // More than this is no longer a message, and a label that is laid out for it would hold up the window.
@@ -51,7 +53,7 @@ QPushButton *AlertSheet::addButtonWithTitle(const QString &title)
 void AlertSheet::setMessageText(const QString &text)
 {
     setText(cut(text, longestMessage));
-    if (auto *label = findChild<QLabel *>(QStringLiteral("qt_msgbox_label"))) {
+    if (auto *label = findChild<QLabel *>(u"qt_msgbox_label"_s)) {
         QFont bold = label->font();
         bold.setBold(true);
         label->setFont(bold);
@@ -76,10 +78,10 @@ void AlertSheet::showTexts()
 {
     QString text = cut(m_informativeText, longestMessage);
     if (!m_accessoryText.isEmpty())
-        text += QStringLiteral("\n\n") + cut(m_accessoryText, longestMessage);
+        text += u"\n\n"_s + cut(m_accessoryText, longestMessage);
     QMessageBox::setInformativeText(text);
     // The message box looks for markup in this label whatever the text format of the box is.
-    if (auto *label = findChild<QLabel *>(QStringLiteral("qt_msgbox_informativelabel")))
+    if (auto *label = findChild<QLabel *>(u"qt_msgbox_informativelabel"_s))
         label->setTextFormat(Qt::PlainText);
 }
 

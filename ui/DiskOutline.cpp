@@ -23,10 +23,8 @@ const ZorvexDiskManagerDiskListItem *childrenOf(
 
 } // namespace
 
-int ZorvexDiskManagerAppDelegate::outlineView_numberOfChildrenOfItem(
-    OutlineView *view, const OutlineItem &item)
+int ZorvexDiskManagerAppDelegate::outlineView_numberOfChildrenOfItem(OutlineView *, const OutlineItem &item)
 {
-    Q_UNUSED(view)
     const ZorvexDiskManagerDiskListItem *const first = childrenOf(item, disk_list);
     int count = 0;
     for (const auto *node = first; node; node = node->next == first ? nullptr : node->next)
@@ -35,9 +33,8 @@ int ZorvexDiskManagerAppDelegate::outlineView_numberOfChildrenOfItem(
 }
 
 OutlineItem ZorvexDiskManagerAppDelegate::outlineView_child_ofItem(
-    OutlineView *view, int index, const OutlineItem &item)
+    OutlineView *, int index, const OutlineItem &item)
 {
-    Q_UNUSED(view)
     resizeOutlineView();
     const ZorvexDiskManagerDiskListItem *const first = childrenOf(item, disk_list);
     if (!first)
@@ -51,24 +48,19 @@ OutlineItem ZorvexDiskManagerAppDelegate::outlineView_child_ofItem(
     return node->disk;
 }
 
-bool ZorvexDiskManagerAppDelegate::outlineView_isItemExpandable(OutlineView *view, const OutlineItem &item)
+bool ZorvexDiskManagerAppDelegate::outlineView_isItemExpandable(OutlineView *, const OutlineItem &item)
 {
-    Q_UNUSED(view)
     return childrenOf(item, disk_list) != nullptr;
 }
 
 QString ZorvexDiskManagerAppDelegate::outlineView_objectValueForTableColumn_byItem(
-    OutlineView *view, int column, const OutlineItem &item)
+    OutlineView *, int, const OutlineItem &item)
 {
-    Q_UNUSED(view)
-    Q_UNUSED(column)
     return getDisplayNameForDisk(*item);
 }
 
-QString ZorvexDiskManagerAppDelegate::outlineView_accessibleTextByItem(
-    OutlineView *view, const OutlineItem &item)
+QString ZorvexDiskManagerAppDelegate::outlineView_accessibleTextByItem(OutlineView *, const OutlineItem &item)
 {
-    Q_UNUSED(view)
     QStringList parts { getDisplayNameForDisk(*item), filesystemTextOf(*item),
         localizedString(PanelRules::rowStateKey(*item)) };
     parts.removeAll(QString());
@@ -76,81 +68,52 @@ QString ZorvexDiskManagerAppDelegate::outlineView_accessibleTextByItem(
 }
 
 void ZorvexDiskManagerAppDelegate::outlineView_setObjectValue_forTableColumn_byItem(
-    OutlineView *view, const QVariant &value, int column, const OutlineItem &item)
+    OutlineView *, const QVariant &, int, const OutlineItem &)
 {
-    Q_UNUSED(view)
-    Q_UNUSED(value)
-    Q_UNUSED(column)
-    Q_UNUSED(item)
 }
 
 bool ZorvexDiskManagerAppDelegate::outlineView_acceptDrop_item_childIndex(
-    OutlineView *view, const QMimeData *drop, const OutlineItem &item, int index)
+    OutlineView *, const QMimeData *, const OutlineItem &, int)
 {
-    Q_UNUSED(view)
-    Q_UNUSED(drop)
-    Q_UNUSED(item)
-    Q_UNUSED(index)
     return false;
 }
 
 Qt::DropAction ZorvexDiskManagerAppDelegate::outlineView_validateDrop_proposedItem_proposedChildIndex(
-    OutlineView *view, const QMimeData *drop, const OutlineItem &item, int index)
+    OutlineView *, const QMimeData *, const OutlineItem &, int)
 {
-    Q_UNUSED(view)
-    Q_UNUSED(drop)
-    Q_UNUSED(item)
-    Q_UNUSED(index)
     return Qt::IgnoreAction;
 }
 
 QStringList
 ZorvexDiskManagerAppDelegate::outlineView_namesOfPromisedFilesDroppedAtDestination_forDraggedItems(
-    OutlineView *view, const QString &destination, const std::vector<OutlineItem> &items)
+    OutlineView *, const QString &, const std::vector<OutlineItem> &)
 {
-    Q_UNUSED(view)
-    Q_UNUSED(destination)
-    Q_UNUSED(items)
     return {};
 }
 
-OutlineItem ZorvexDiskManagerAppDelegate::outlineView_itemForPersistentObject(
-    OutlineView *view, const QVariant &object)
+OutlineItem ZorvexDiskManagerAppDelegate::outlineView_itemForPersistentObject(OutlineView *, const QVariant &)
 {
-    Q_UNUSED(view)
-    Q_UNUSED(object)
     return nullptr;
 }
 
-QVariant ZorvexDiskManagerAppDelegate::outlineView_persistentObjectForItem(
-    OutlineView *view, const OutlineItem &item)
+QVariant ZorvexDiskManagerAppDelegate::outlineView_persistentObjectForItem(OutlineView *, const OutlineItem &)
 {
-    Q_UNUSED(view)
-    Q_UNUSED(item)
     return {};
 }
 
 bool ZorvexDiskManagerAppDelegate::outlineView_writeItems_toPasteboard(
-    OutlineView *view, const std::vector<OutlineItem> &items, QMimeData *pasteboard)
+    OutlineView *, const std::vector<OutlineItem> &, QMimeData *)
 {
-    Q_UNUSED(view)
-    Q_UNUSED(items)
-    Q_UNUSED(pasteboard)
     return false;
 }
 
-void ZorvexDiskManagerAppDelegate::outlineView_sortDescriptorsDidChange(
-    OutlineView *view, const QStringList &oldDescriptors)
+void ZorvexDiskManagerAppDelegate::outlineView_sortDescriptorsDidChange(OutlineView *, const QStringList &)
 {
-    Q_UNUSED(view)
-    Q_UNUSED(oldDescriptors)
 }
 
 void ZorvexDiskManagerAppDelegate::outlineView_willDisplayCell_forTableColumn_item(
-    OutlineView *view, TextFieldCell *cell, int column, const OutlineItem &item)
+    OutlineView *, TextFieldCell *cell, int, const OutlineItem &item)
 {
-    Q_UNUSED(view)
-    Q_UNUSED(column)
     if (!item)
         return;
     cell->enabled = PanelRules::isUnmountable(*item);
@@ -159,18 +122,13 @@ void ZorvexDiskManagerAppDelegate::outlineView_willDisplayCell_forTableColumn_it
 }
 
 bool ZorvexDiskManagerAppDelegate::outlineView_shouldEditTableColumn_item(
-    OutlineView *view, int column, const OutlineItem &item)
+    OutlineView *, int, const OutlineItem &)
 {
-    Q_UNUSED(view)
-    Q_UNUSED(column)
-    Q_UNUSED(item)
     return false;
 }
 
-void ZorvexDiskManagerAppDelegate::outlineView_didClickTableColumn(OutlineView *view, int column)
+void ZorvexDiskManagerAppDelegate::outlineView_didClickTableColumn(OutlineView *, int)
 {
-    Q_UNUSED(view)
-    Q_UNUSED(column)
 }
 
 void ZorvexDiskManagerAppDelegate::outlineViewColumnDidResize()

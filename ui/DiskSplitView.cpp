@@ -5,20 +5,13 @@
 
 #include "ui/outline_rules.h"
 
-int ZorvexDiskManagerAppDelegate::splitView_constrainMinCoordinate_ofSubviewAt(
-    SplitView *view, int proposed, int index)
+int ZorvexDiskManagerAppDelegate::splitView_constrainMinCoordinate_ofSubviewAt(SplitView *, int, int)
 {
-    Q_UNUSED(view)
-    Q_UNUSED(proposed)
-    Q_UNUSED(index)
     return OutlineRules::minimumDividerPosition(isRightToLeftLocalization());
 }
 
-int ZorvexDiskManagerAppDelegate::splitView_constrainMaxCoordinate_ofSubviewAt(
-    SplitView *view, int proposed, int index)
+int ZorvexDiskManagerAppDelegate::splitView_constrainMaxCoordinate_ofSubviewAt(SplitView *view, int, int)
 {
-    Q_UNUSED(proposed)
-    Q_UNUSED(index)
     return OutlineRules::maximumDividerPosition(view ? view->width() : 0, isRightToLeftLocalization());
 }
 

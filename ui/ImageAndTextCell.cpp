@@ -7,6 +7,8 @@
 
 #include <QPainter>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 // The first system whose cells keep the text colour of a disabled cell, and whose mirrored views mirror.
@@ -68,10 +70,8 @@ QColor ImageAndTextCell::textColor() const
 }
 
 // The view paints the selection; the cell adds none of its own.
-QColor ImageAndTextCell::highlightColorWithFrame(const QRectF &frame, const QWidget *view) const
+QColor ImageAndTextCell::highlightColorWithFrame(const QRectF &, const QWidget *) const
 {
-    Q_UNUSED(frame)
-    Q_UNUSED(view)
     return {};
 }
 
@@ -104,10 +104,8 @@ void ImageAndTextCell::drawWithFrame(const QRectF &frame, const QWidget *view, Q
     TextFieldCell::drawWithFrame(division.text, view, painter);
 }
 
-void ImageAndTextCell::drawInteriorWithFrame(
-    const QRectF &frame, const QWidget *view, QPainter &painter) const
+void ImageAndTextCell::drawInteriorWithFrame(const QRectF &frame, const QWidget *, QPainter &painter) const
 {
-    Q_UNUSED(view)
     AttributedString string = attributedStringValue();
     if (highlighted)
         string.color = palette.color(QPalette::Active, QPalette::HighlightedText);
@@ -116,7 +114,7 @@ void ImageAndTextCell::drawInteriorWithFrame(
 
 void ImageAndTextCell::editWithFrame(const QRectF &frame, QWidget *view, QLineEdit *editor) const
 {
-    systemLog(QStringLiteral("editWithFrame"));
+    systemLog(u"editWithFrame"_s);
     TextFieldCell::editWithFrame(CellRules::divide(frame, imageSize().width()).text, view, editor);
 }
 

@@ -35,9 +35,8 @@ QSize ImageButton::sizeHint() const
     return QPushButton::sizeHint() + QSize(spacing + 2 * padding, 0);
 }
 
-void ImageButton::paintEvent(QPaintEvent *event)
+void ImageButton::paintEvent(QPaintEvent *)
 {
-    Q_UNUSED(event)
     QStylePainter painter(this);
     QStyleOptionButton option;
     initStyleOption(&option);

@@ -21,6 +21,8 @@
 #include <QPushButton>
 #include <QTabWidget>
 
+using namespace Qt::Literals::StringLiterals;
+
 struct ZorvexDiskManagerAppDelegate::PanelTexts
 {
     QString name;
@@ -145,7 +147,7 @@ ZorvexDiskManagerAppDelegate::PanelTexts ZorvexDiskManagerAppDelegate::textsOf(Z
     texts.wholeDevice = yesOrNo(disk.whole);
     texts.removable = yesOrNo(disk.removable);
     texts.ejectable = yesOrNo(disk.ejectable);
-    texts.contentHint = disk.content.value_or(QStringLiteral("(null)"));
+    texts.contentHint = disk.content.value_or(u"(null)"_s);
     texts.preferredBlockSize
         = QString::number(disk.preferred_block_size) + u' ' + localizedString("BYTES_TEXT");
     return texts;

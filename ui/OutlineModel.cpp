@@ -230,9 +230,8 @@ int OutlineModel::rowCount(const QModelIndex &parent) const
     return parent.column() > 0 ? 0 : static_cast<int>(nodeAt(parent)->children.size());
 }
 
-int OutlineModel::columnCount(const QModelIndex &parent) const
+int OutlineModel::columnCount(const QModelIndex &) const
 {
-    Q_UNUSED(parent)
     return 1;
 }
 

@@ -43,9 +43,8 @@ public:
             m_view->viewport(), *painter);
     }
 
-    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override
+    QSize sizeHint(const QStyleOptionViewItem &, const QModelIndex &index) const override
     {
-        Q_UNUSED(option)
         const ImageAndTextCell *const cell = m_view->preparedCell(m_view->m_model->itemAt(index));
         const QSizeF image = cell->image() ? cell->image()->deviceIndependentSize() : QSizeF();
         const QSizeF size = cell->cellSize();

@@ -14,6 +14,8 @@
 #include <QIcon>
 #include <QMainWindow>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 // Free space that the system cannot tell.
@@ -62,8 +64,8 @@ bool ZorvexDiskManagerAppDelegate::getVolumeData(
         const QByteArray path = VolumeRules::pathToVolume(*m_platform.mountTable, *volume);
         qint64 bytes = unknownFreeSpace;
         if (const int error = m_platform.mountTable->freeSpace(path, &bytes)) {
-            systemLog(QStringLiteral("getattrlist returned error for \"%1\": %2 (%3)")
-                    .arg(QString::fromLocal8Bit(path), errnoText(error), QString::number(error)));
+            systemLog(u"getattrlist returned error for \"%1\": %2 (%3)"_s.arg(
+                QString::fromLocal8Bit(path), errnoText(error), QString::number(error)));
             bytes = unknownFreeSpace;
         }
         *freeSpace = bytes;
@@ -97,7 +99,6 @@ std::optional<QPixmap> ZorvexDiskManagerAppDelegate::getImageNamed(const QString
 
 void ZorvexDiskManagerAppDelegate::setMountImageWithIsUnmountable(bool isUnmountable)
 {
-    const auto image = getImageNamed(
-        isUnmountable ? QStringLiteral("drive_unmount.png") : QStringLiteral("drive_mount.png"));
+    const auto image = getImageNamed(isUnmountable ? u"drive_unmount.png"_s : u"drive_mount.png"_s);
     mountUnmountButton->setIcon(image ? QIcon(*image) : QIcon());
 }

@@ -29,10 +29,8 @@ QColor TextFieldCell::textColor() const
     return palette.color(QPalette::Active, QPalette::Text);
 }
 
-QColor TextFieldCell::highlightColorWithFrame(const QRectF &frame, const QWidget *view) const
+QColor TextFieldCell::highlightColorWithFrame(const QRectF &, const QWidget *) const
 {
-    Q_UNUSED(frame)
-    Q_UNUSED(view)
     return palette.color(QPalette::Active, QPalette::Highlight);
 }
 
@@ -68,9 +66,8 @@ void TextFieldCell::drawWithFrame(const QRectF &frame, const QWidget *view, QPai
     drawInteriorWithFrame(frame, view, painter);
 }
 
-void TextFieldCell::drawInteriorWithFrame(const QRectF &frame, const QWidget *view, QPainter &painter) const
+void TextFieldCell::drawInteriorWithFrame(const QRectF &frame, const QWidget *, QPainter &painter) const
 {
-    Q_UNUSED(view)
     drawString(attributedStringValue(), titleRectForBounds(frame), painter);
 }
 

@@ -6,6 +6,8 @@
 
 #include "platform/no_widgets.h"
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace DirectionRules {
 
 namespace {
@@ -22,8 +24,8 @@ QString leftToRight(const QString &text)
 
 QString withGroupedNumbersKept(const QString &text)
 {
-    static const QRegularExpression groupedNumber(QStringLiteral("([0-9]{1,3}(?: [0-9]{3})+)"));
-    const QString isolated = leftToRightIsolate + QStringLiteral("\\1") + popDirectionalIsolate;
+    static const QRegularExpression groupedNumber(u"([0-9]{1,3}(?: [0-9]{3})+)"_s);
+    const QString isolated = leftToRightIsolate + u"\\1"_s + popDirectionalIsolate;
     return QString(text).replace(groupedNumber, isolated);
 }
 

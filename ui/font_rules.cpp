@@ -3,6 +3,8 @@
 
 #include "platform/no_widgets.h"
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace FontRules {
 
 std::optional<QFont> outputFont(const FontSource &source)
@@ -11,11 +13,11 @@ std::optional<QFont> outputFont(const FontSource &source)
     constexpr int monacoPointSize = 10; // it runs larger than the others
     if (auto font = source.monospacedSystemFont(pointSize))
         return font;
-    if (auto font = source.namedFont(QStringLiteral("SF Mono"), pointSize))
+    if (auto font = source.namedFont(u"SF Mono"_s, pointSize))
         return font;
-    if (auto font = source.namedFont(QStringLiteral("Menlo"), pointSize))
+    if (auto font = source.namedFont(u"Menlo"_s, pointSize))
         return font;
-    return source.namedFont(QStringLiteral("Monaco"), monacoPointSize);
+    return source.namedFont(u"Monaco"_s, monacoPointSize);
 }
 
 } // namespace FontRules

@@ -5,6 +5,8 @@
 
 #include "platform/no_widgets.h"
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace IconRules {
 
 namespace {
@@ -12,7 +14,7 @@ namespace {
 bool isMarked(const QString &volumeKind, bool needBigImage)
 {
     if (needBigImage)
-        return volumeKind == QLatin1String("fusefs_qvontfs") || volumeKind == QLatin1String("zorvex_ntfs");
+        return volumeKind == "fusefs_qvontfs"_L1 || volumeKind == "zorvex_ntfs"_L1;
     return isOwnFilesystem(volumeKind);
 }
 
@@ -20,12 +22,12 @@ bool isMarked(const QString &volumeKind, bool needBigImage)
 
 QString diskIconName(const std::optional<QString> &volumeKind, bool needBigImage)
 {
-    QString name = QStringLiteral("drive_icon");
+    QString name = u"drive_icon"_s;
     if (volumeKind && isMarked(*volumeKind, needBigImage))
-        name += QLatin1String("_zvx");
+        name += "_zvx"_L1;
     if (needBigImage)
-        name += QLatin1String("_big");
-    return name + QLatin1String(".png");
+        name += "_big"_L1;
+    return name + ".png"_L1;
 }
 
 } // namespace IconRules

@@ -4,6 +4,8 @@
 #include <QFile>
 #include <QPixmapCache>
 
+using namespace Qt::Literals::StringLiterals;
+
 std::optional<QPixmap> imageNamed(const QString &name, qreal devicePixelRatio)
 {
     const bool isSharp = devicePixelRatio > 1;
@@ -11,10 +13,10 @@ std::optional<QPixmap> imageNamed(const QString &name, qreal devicePixelRatio)
     QPixmap image;
     if (QPixmapCache::find(key, &image))
         return image;
-    QString path = QStringLiteral(":/images/") + name;
+    QString path = u":/images/"_s + name;
     const qsizetype suffix = path.lastIndexOf(u'.');
     // Qt itself looks for the larger picture only by the ratio of the first display.
-    const QString largePath = path.left(suffix) + QLatin1String("@2x") + path.mid(suffix);
+    const QString largePath = path.left(suffix) + "@2x"_L1 + path.mid(suffix);
     if (isSharp && QFile::exists(largePath))
         path = largePath;
     if (!image.load(path))

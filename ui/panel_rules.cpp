@@ -7,6 +7,8 @@
 
 #include "platform/no_widgets.h"
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace PanelRules {
 
 namespace {
@@ -105,7 +107,7 @@ TabChanges tabChangesFor(const ZorvexDiskManagerDisk &disk, bool canFormat)
 
 std::optional<int> percentageIn(const QByteArray &output)
 {
-    static const QRegularExpression number(QStringLiteral("(\\d{1,3})(?:[.,]\\d+)?\\s?%"));
+    static const QRegularExpression number(u"(\\d{1,3})(?:[.,]\\d+)?\\s?%"_s);
     QByteArray line = output.right(longestProgressLine);
     line = line.mid(std::max(line.lastIndexOf('\n'), line.lastIndexOf('\r')) + 1);
     std::optional<int> percentage;

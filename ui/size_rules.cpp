@@ -3,6 +3,8 @@
 
 #include "platform/no_widgets.h"
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace SizeRules {
 
 namespace {
@@ -31,7 +33,7 @@ QString roundedNumber(quint64 bytes, quint64 divisor)
         return QString::number(whole + 1);
     if (hundredths == 0)
         return QString::number(whole);
-    return QStringLiteral("%1.%2").arg(whole).arg(hundredths, 2, 10, QLatin1Char('0'));
+    return u"%1.%2"_s.arg(whole).arg(hundredths, 2, 10, QLatin1Char('0'));
 }
 
 } // namespace

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "ui/tool_tips.h"
 
+using namespace Qt::Literals::StringLiterals;
+
 QString plainToolTip(const QString &text)
 {
     if (text.isEmpty())
         return {};
-    return QLatin1String("<span style=\"white-space: pre-wrap\">") + text.toHtmlEscaped()
-        + QLatin1String("</span>");
+    return "<span style=\"white-space: pre-wrap\">"_L1 + text.toHtmlEscaped() + "</span>"_L1;
 }

@@ -10,6 +10,8 @@
 #include <cstdint>
 #include <cstdlib>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 void require(bool condition)
@@ -21,7 +23,7 @@ void require(bool condition)
 void tryLabel(const QString &label)
 {
     using namespace LabelRules;
-    static const QRegularExpression forbidden(QStringLiteral("[\\x{0}-\\x{1f}\"*/:<>?\\\\|]"));
+    static const QRegularExpression forbidden(u"[\\x{0}-\\x{1f}\"*/:<>?\\\\|]"_s);
     if (isValidLabel(label, RuleSet::Fat))
         require(label.size() <= 11 && label == label.toUpper() && !label.contains(forbidden));
     if (isValidLabel(label, RuleSet::ExFat))
@@ -32,7 +34,7 @@ void tryLabel(const QString &label)
 
     using Unit = LabelRule::Unit;
     for (const Unit unit : { Unit::Ascii, Unit::Bytes, Unit::Utf16, Unit::Osta }) {
-        const LabelRule rule { unit, 11, QStringLiteral("*?"), QStringLiteral("-") };
+        const LabelRule rule { unit, 11, u"*?"_s, u"-"_s };
         const auto reason = reasonAgainstLabel(rule, label);
         require(!reason || !reason->isEmpty());
         if (!reason)
@@ -44,7 +46,7 @@ void tryLabel(const QString &label)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
-    static const QRegularExpression bsdName(QStringLiteral("\\Adisk[0-9]+(s[0-9]+)?\\z"));
+    static const QRegularExpression bsdName(u"\\Adisk[0-9]+(s[0-9]+)?\\z"_s);
     const QString text
         = QString::fromUtf8(reinterpret_cast<const char *>(data), static_cast<qsizetype>(size));
     const QStringList arguments = text.split(u'\n');

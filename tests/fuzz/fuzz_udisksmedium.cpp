@@ -10,6 +10,8 @@
 #include <cstdint>
 #include <cstdlib>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 QVariant anyValue(FuzzedDataProvider &data)
@@ -22,7 +24,7 @@ QVariant anyValue(FuzzedDataProvider &data)
     case 1:
         return QVariant::fromValue(QByteArrayList { bytes, bytes });
     case 2:
-        return QVariant::fromValue(QDBusObjectPath(QStringLiteral("/disk")));
+        return QVariant::fromValue(QDBusObjectPath(u"/disk"_s));
     case 3:
         return data.ConsumeBool();
     case 4:
@@ -49,19 +51,14 @@ UDisksInterfaces anyObject(FuzzedDataProvider &data)
 {
     static const QMap<QString, QStringList> properties {
         { UDisks::block,
-            { QStringLiteral("Device"), QStringLiteral("Drive"), QStringLiteral("Size"),
-                QStringLiteral("HintIgnore"), QStringLiteral("HintSystem"), QStringLiteral("ReadOnly"),
-                QStringLiteral("IdLabel"), QStringLiteral("IdType"), QStringLiteral("IdUsage"),
-                QStringLiteral("IdVersion"), QStringLiteral("CryptoBackingDevice") } },
-        { UDisks::partition,
-            { QStringLiteral("Table"), QStringLiteral("Type"), QStringLiteral("Name"),
-                QStringLiteral("Number"), QStringLiteral("Offset") } },
-        { UDisks::partitionTable, { QStringLiteral("Type") } },
-        { UDisks::filesystem, { QStringLiteral("MountPoints") } },
-        { UDisks::loop, { QStringLiteral("BackingFile") } },
+            { u"Device"_s, u"Drive"_s, u"Size"_s, u"HintIgnore"_s, u"HintSystem"_s, u"ReadOnly"_s,
+                u"IdLabel"_s, u"IdType"_s, u"IdUsage"_s, u"IdVersion"_s, u"CryptoBackingDevice"_s } },
+        { UDisks::partition, { u"Table"_s, u"Type"_s, u"Name"_s, u"Number"_s, u"Offset"_s } },
+        { UDisks::partitionTable, { u"Type"_s } },
+        { UDisks::filesystem, { u"MountPoints"_s } },
+        { UDisks::loop, { u"BackingFile"_s } },
         { UDisks::drive,
-            { QStringLiteral("Vendor"), QStringLiteral("Model"), QStringLiteral("MediaRemovable"),
-                QStringLiteral("Ejectable"), QStringLiteral("ConnectionBus") } },
+            { u"Vendor"_s, u"Model"_s, u"MediaRemovable"_s, u"Ejectable"_s, u"ConnectionBus"_s } },
     };
     UDisksInterfaces object;
     for (auto interface = properties.cbegin(); interface != properties.cend(); ++interface) {
@@ -90,15 +87,14 @@ void requireWellFormed(const UDisksMedium &medium)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t size)
 {
     static const FileSystemClaims claims { QStringList() };
-    const auto readFacts
-        = [](const QString &) { return BlockDeviceFacts { QStringLiteral("disk2s1"), 2, 1, 512 }; };
+    const auto readFacts = [](const QString &) { return BlockDeviceFacts { u"disk2s1"_s, 2, 1, 512 }; };
     FuzzedDataProvider data(bytes, size);
     UDisksStore store;
-    store.addInterfaces(QStringLiteral("/disk"), anyObject(data));
-    store.addInterfaces(QStringLiteral("/part"), anyObject(data));
-    store.changeProperties(QStringLiteral("/part"), UDisks::block,
-        anyInterface(data, { QStringLiteral("Size"), QStringLiteral("IdLabel"), QStringLiteral("Drive") }));
-    for (const QString &path : { QStringLiteral("/disk"), QStringLiteral("/part") }) {
+    store.addInterfaces(u"/disk"_s, anyObject(data));
+    store.addInterfaces(u"/part"_s, anyObject(data));
+    store.changeProperties(
+        u"/part"_s, UDisks::block, anyInterface(data, { u"Size"_s, u"IdLabel"_s, u"Drive"_s }));
+    for (const QString &path : { u"/disk"_s, u"/part"_s }) {
         if (const auto medium = readUDisksMedium(store, path, claims, readFacts))
             requireWellFormed(*medium);
         if (!store.blockDevicesOn(path).contains(path))

@@ -11,6 +11,8 @@
 
 #include <csignal>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 std::vector<SoakVolume> idleVolumes(SoakWorld &world)
@@ -22,15 +24,15 @@ std::vector<SoakVolume> idleVolumes(SoakWorld &world)
 void startAnything(SoakWorld &world, const SoakVolume &volume)
 {
     if (canBeChecked(volume) && world.onceIn(2)) {
-        world.note(QStringLiteral("  check ") + volume.node);
+        world.note(u"  check "_s + volume.node);
         startCheck(volume);
     } else if (world.onceIn(2)) {
-        const QString label = QStringLiteral("SOAK%1").arg(++world.labelsGiven);
+        const QString label = u"SOAK%1"_s.arg(++world.labelsGiven);
         const QString personality = openFormatSheet(world, volume, label);
-        world.note(QStringLiteral("  format %1 as %2 named %3").arg(volume.node, personality, label));
+        world.note(u"  format %1 as %2 named %3"_s.arg(volume.node, personality, label));
         volume.window->endSheet(AlertSheet::firstButtonReturn);
     } else {
-        world.note(QStringLiteral("  mount or unmount ") + volume.node);
+        world.note(u"  mount or unmount "_s + volume.node);
         startMountOrUnmount(volume);
     }
 }
@@ -38,12 +40,12 @@ void startAnything(SoakWorld &world, const SoakVolume &volume)
 void endService(SoakWorld &world)
 {
     const auto process = static_cast<pid_t>(world.service.serviceProcess());
-    SoakWorld::require(process > 0, QStringLiteral("the disk service does not run"));
+    SoakWorld::require(process > 0, u"the disk service does not run"_s);
     const bool isKilled = world.onceIn(2);
-    world.note(isKilled ? QStringLiteral("  kill the service") : QStringLiteral("  end the service"));
+    world.note(isKilled ? u"  kill the service"_s : u"  end the service"_s);
     kill(process, isKilled ? SIGKILL : SIGTERM);
     world.waitFor([&] { return static_cast<pid_t>(world.service.serviceProcess()) != process; },
-        QStringLiteral("the disk service does not end"));
+        u"the disk service does not end"_s);
 }
 
 } // namespace
@@ -58,7 +60,7 @@ bool twoOperations(SoakWorld &world)
     const SoakVolume &two = world.oneOf(second);
     if (one.node == two.node)
         return false;
-    world.note(QStringLiteral("two operations at a time"));
+    world.note(u"two operations at a time"_s);
     startAnything(world, one);
     startAnything(world, two);
     waitForEnd(world, one);
@@ -70,14 +72,14 @@ bool twoOperations(SoakWorld &world)
 
 bool restartService(SoakWorld &world)
 {
-    world.note(QStringLiteral("restart the service"));
+    world.note(u"restart the service"_s);
     endService(world);
     world.waitFor(
         [&] {
             return world.standing->controller().leftOutlineView->numberOfRows() == 0
                 && world.changing->controller().leftOutlineView->numberOfRows() == 0;
         },
-        QStringLiteral("disks are shown without a service"));
+        u"disks are shown without a service"_s);
     return true; // it is started again by the question for its disks
 }
 
@@ -87,7 +89,7 @@ bool restartServiceDuringOperation(SoakWorld &world)
     if (volumes.empty())
         return false;
     const SoakVolume &volume = world.oneOf(volumes);
-    world.note(QStringLiteral("restart the service under an operation"));
+    world.note(u"restart the service under an operation"_s);
     startAnything(world, volume);
     endService(world);
     world.service.lines(); // starts it again
@@ -103,7 +105,7 @@ bool closeWindowDuringCheck(SoakWorld &world)
     if (volumes.empty())
         return false;
     const SoakVolume &volume = world.oneOf(volumes);
-    world.note(QStringLiteral("close the window while it checks ") + volume.node);
+    world.note(u"close the window while it checks "_s + volume.node);
     startCheck(volume);
     world.changing.reset();
     world.changing = std::make_unique<RealWindow>(world.oneOf(bundleLocalizations()));

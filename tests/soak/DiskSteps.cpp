@@ -5,6 +5,8 @@
 
 #include "ui/ImageButton.h"
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr std::size_t mostDisks = 3;
@@ -28,7 +30,7 @@ LoopDisk::Partition anyPartition(SoakWorld &world)
     // Some file systems need more room than others.
     const int size = world.onceIn(3) ? 330 : 20 + world.below(40);
     return { size, QString::fromLatin1(kind.type), QString::fromLatin1(kind.fileSystem),
-        QStringLiteral("SOAK%1").arg(++world.labelsGiven) };
+        u"SOAK%1"_s.arg(++world.labelsGiven) };
 }
 
 // The disk service tells of a disk before it knows its volumes.
@@ -56,13 +58,13 @@ bool attachDisk(SoakWorld &world)
         disk.partitions.append(anyPartition(world));
     QString contents;
     for (const LoopDisk::Partition &partition : std::as_const(disk.partitions))
-        contents += u' ' + (partition.fileSystem.isEmpty() ? QStringLiteral("empty") : partition.fileSystem);
-    world.note(QStringLiteral("attach a disk with") + contents);
+        contents += u' ' + (partition.fileSystem.isEmpty() ? u"empty"_s : partition.fileSystem);
+    world.note(u"attach a disk with"_s + contents);
     disk.loop = std::make_unique<LoopDisk>(disk.partitions);
-    world.note(QStringLiteral("it is ") + disk.loop->node());
+    world.note(u"it is "_s + disk.loop->node());
     world.disks.push_back(std::move(disk));
     world.waitFor([&] { return isShownWhole(*world.standing, world.disks.back()); },
-        QStringLiteral("the disk is not shown with all its volumes"));
+        u"the disk is not shown with all its volumes"_s);
     return true;
 }
 
@@ -71,7 +73,7 @@ bool detachDisk(SoakWorld &world)
     if (world.disks.empty())
         return false;
     const auto disk = world.disks.begin() + world.below(static_cast<int>(world.disks.size()));
-    world.note(QStringLiteral("detach ") + disk->loop->node());
+    world.note(u"detach "_s + disk->loop->node());
     disk->loop->detach();
     world.disks.erase(disk);
     return true;
@@ -87,24 +89,22 @@ bool ejectDisk(SoakWorld &world)
     SoakWorld::require(whole != nullptr, disk->loop->node() + u" has no row");
     if (whole->leaf)
         return false;
-    world.note(QStringLiteral("eject ") + disk->loop->node());
+    world.note(u"eject "_s + disk->loop->node());
     window.select(whole);
-    SoakWorld::require(window.controller().mountUnmountButton->isEnabled(),
-        QStringLiteral("the button that ejects is disabled"));
+    SoakWorld::require(
+        window.controller().mountUnmountButton->isEnabled(), u"the button that ejects is disabled"_s);
     window.controller().mountUnmountButton->click();
     world.waitFor([&] { return !whole->operationInProgress || !window.sheets().isEmpty(); },
-        QStringLiteral("the eject does not end"));
+        u"the eject does not end"_s);
     const QStringList texts = SoakWorld::dismissSheets(window);
     // Another program, such as udev's, may have the disk open for a while: the kernel takes it off after
     // that.
-    const bool isTold
-        = texts.size() == 1 && texts.constFirst().endsWith(QStringLiteral("The disk is still in use."));
+    const bool isTold = texts.size() == 1 && texts.constFirst().endsWith(u"The disk is still in use."_s);
     if (isTold)
-        world.note(QStringLiteral("the disk was in use"));
-    SoakWorld::require(
-        texts.isEmpty() || isTold, QStringLiteral("the eject is reported as failed: ") + texts.join(u' '));
-    SoakWorld::require(isTold || !disk->loop->isAttached(), QStringLiteral("the disk is still attached"));
-    world.waitFor([&] { return !disk->loop->isAttached(); }, QStringLiteral("the disk is not taken off"));
+        world.note(u"the disk was in use"_s);
+    SoakWorld::require(texts.isEmpty() || isTold, u"the eject is reported as failed: "_s + texts.join(u' '));
+    SoakWorld::require(isTold || !disk->loop->isAttached(), u"the disk is still attached"_s);
+    world.waitFor([&] { return !disk->loop->isAttached(); }, u"the disk is not taken off"_s);
     world.disks.erase(disk);
     return true;
 }
@@ -112,27 +112,23 @@ bool ejectDisk(SoakWorld &world)
 bool changeFromOutside(SoakWorld &world)
 {
     const auto volumes = world.volumes([](const SoakVolume &volume) {
-        return isIdleUnmounted(volume)
-            && probed(volume.node, QStringLiteral("TYPE")) == QLatin1String("ext4");
+        return isIdleUnmounted(volume) && probed(volume.node, u"TYPE"_s) == "ext4"_L1;
     });
     if (volumes.empty())
         return false;
     const SoakVolume &volume = world.oneOf(volumes);
-    const QString label = QStringLiteral("OUT%1").arg(++world.labelsGiven);
-    world.note(QStringLiteral("name %1 %2 from outside").arg(volume.node, label));
-    SoakWorld::require(runProgram(QStringLiteral("e2label"), { volume.node, label }) == 0,
-        QStringLiteral("e2label cannot write"));
-    runProgram(QStringLiteral("udevadm"), { QStringLiteral("settle") });
-    runProgram(
-        QStringLiteral("udevadm"), { QStringLiteral("trigger"), QStringLiteral("--settle"), volume.node });
-    world.waitFor(
-        [&] { return volume.record->volumeName == label; }, QStringLiteral("the new name is not shown"));
+    const QString label = u"OUT%1"_s.arg(++world.labelsGiven);
+    world.note(u"name %1 %2 from outside"_s.arg(volume.node, label));
+    SoakWorld::require(runProgram(u"e2label"_s, { volume.node, label }) == 0, u"e2label cannot write"_s);
+    runProgram(u"udevadm"_s, { u"settle"_s });
+    runProgram(u"udevadm"_s, { u"trigger"_s, u"--settle"_s, volume.node });
+    world.waitFor([&] { return volume.record->volumeName == label; }, u"the new name is not shown"_s);
     return true;
 }
 
 void detachAllDisks(SoakWorld &world)
 {
-    world.note(QStringLiteral("detach all disks"));
+    world.note(u"detach all disks"_s);
     for (const SoakDisk &disk : world.disks)
         disk.loop->detach();
     world.disks.clear();

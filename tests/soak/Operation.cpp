@@ -9,11 +9,13 @@
 #include <QLineEdit>
 #include <QPushButton>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 void press(QAbstractButton *button, const SoakVolume &volume)
 {
-    SoakWorld::require(button->isEnabled(), QStringLiteral("a button is disabled for ") + volume.node);
+    SoakWorld::require(button->isEnabled(), u"a button is disabled for "_s + volume.node);
     button->click();
 }
 
@@ -56,11 +58,11 @@ QString openFormatSheet(SoakWorld &world, const SoakVolume &volume, const QStrin
         if (menu->model()->index(i, 0).flags().testFlag(Qt::ItemIsEnabled))
             fitting.push_back(i);
     }
-    SoakWorld::require(!fitting.empty(), QStringLiteral("no file system fits ") + volume.node);
+    SoakWorld::require(!fitting.empty(), u"no file system fits "_s + volume.node);
     menu->setCurrentIndex(world.oneOf(fitting));
     controller.formatVolumeLabelField->setText(label);
     press(controller.formatButton, volume);
-    SoakWorld::require(volume.window->sheets().size() == 1, QStringLiteral("nobody asks before the format"));
+    SoakWorld::require(volume.window->sheets().size() == 1, u"nobody asks before the format"_s);
     return menu->currentText();
 }
 
@@ -71,7 +73,7 @@ QStringList waitForEnd(SoakWorld &world, const SoakVolume &volume)
     const auto hasEnded = [&] { return !volume.record->operationInProgress; };
     while (!hasEnded()) {
         world.waitFor([&] { return hasEnded() || !volume.window->sheets().isEmpty(); },
-            QStringLiteral("the operation on %1 does not end").arg(volume.node));
+            u"the operation on %1 does not end"_s.arg(volume.node));
         texts += SoakWorld::dismissSheets(*volume.window);
     }
     return texts + SoakWorld::dismissSheets(*volume.window);
@@ -87,10 +89,10 @@ bool canBeChecked(const SoakVolume &volume)
 
 bool mayBeUnmountable(const SoakVolume &volume, const QString &text)
 {
-    static const QStringList mountedEverywhere { QStringLiteral("ext2"), QStringLiteral("ext3"),
-        QStringLiteral("ext4"), QStringLiteral("xfs"), QStringLiteral("btrfs"), QStringLiteral("ntfs") };
-    return text.startsWith(QStringLiteral("Error while mounting"))
-        && (text.endsWith(QStringLiteral("not configured in kernel."))
-            || text.endsWith(QStringLiteral("No supported file system found.")))
-        && !mountedEverywhere.contains(probed(volume.node, QStringLiteral("TYPE")));
+    static const QStringList mountedEverywhere { u"ext2"_s, u"ext3"_s, u"ext4"_s, u"xfs"_s, u"btrfs"_s,
+        u"ntfs"_s };
+    return text.startsWith(u"Error while mounting"_s)
+        && (text.endsWith(u"not configured in kernel."_s)
+            || text.endsWith(u"No supported file system found."_s))
+        && !mountedEverywhere.contains(probed(volume.node, u"TYPE"_s));
 }

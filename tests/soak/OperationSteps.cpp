@@ -9,6 +9,8 @@
 #include <QProcess>
 #include <QPushButton>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 // A program that keeps the volume busy while it lives.
@@ -18,8 +20,8 @@ public:
     explicit Holder(const QString &folder)
     {
         m_process.setWorkingDirectory(folder);
-        m_process.start(QStringLiteral("cat"), QStringList());
-        SoakWorld::require(m_process.waitForStarted(), QStringLiteral("cat does not start"));
+        m_process.start(u"cat"_s, QStringList());
+        SoakWorld::require(m_process.waitForStarted(), u"cat does not start"_s);
     }
     ~Holder()
     {
@@ -41,16 +43,15 @@ bool mountVolume(SoakWorld &world)
     if (volumes.empty())
         return false;
     const SoakVolume &volume = world.oneOf(volumes);
-    world.note(QStringLiteral("mount ") + volume.node);
+    world.note(u"mount "_s + volume.node);
     startMountOrUnmount(volume);
     const QStringList texts = waitForEnd(world, volume);
-    SoakWorld::require(texts.size() <= 1, QStringLiteral("told more than once: ") + texts.join(u' '));
+    SoakWorld::require(texts.size() <= 1, u"told more than once: "_s + texts.join(u' '));
     const bool isMounted = !mountPointsOf(volume.node).isEmpty();
     SoakWorld::require(isMounted == texts.isEmpty(),
-        QStringLiteral("mounted at '%1', told '%2'")
-            .arg(mountPointsOf(volume.node).join(u' '), texts.join(u' ')));
+        u"mounted at '%1', told '%2'"_s.arg(mountPointsOf(volume.node).join(u' '), texts.join(u' ')));
     SoakWorld::require(texts.isEmpty() || mayBeUnmountable(volume, texts.constFirst()),
-        QStringLiteral("refused to mount: ") + texts.join(u' '));
+        u"refused to mount: "_s + texts.join(u' '));
     return true;
 }
 
@@ -60,11 +61,10 @@ bool unmountVolume(SoakWorld &world)
     if (volumes.empty())
         return false;
     const SoakVolume &volume = world.oneOf(volumes);
-    world.note(QStringLiteral("unmount ") + volume.node);
+    world.note(u"unmount "_s + volume.node);
     startMountOrUnmount(volume);
     const QStringList texts = waitForEnd(world, volume);
-    SoakWorld::require(
-        texts.isEmpty(), QStringLiteral("the unmount is reported as failed: ") + texts.join(u' '));
+    SoakWorld::require(texts.isEmpty(), u"the unmount is reported as failed: "_s + texts.join(u' '));
     SoakWorld::require(mountPointsOf(volume.node).isEmpty(), volume.node + u" is still mounted");
     return true;
 }
@@ -76,15 +76,13 @@ bool unmountBusyVolume(SoakWorld &world)
         return false;
     const SoakVolume &volume = world.oneOf(volumes);
     const bool useForce = world.onceIn(2);
-    world.note(
-        (useForce ? QStringLiteral("force the busy ") : QStringLiteral("leave the busy ")) + volume.node);
+    world.note((useForce ? u"force the busy "_s : u"leave the busy "_s) + volume.node);
     const Holder holder(volume.record->volumePath->toLocalFile());
     startMountOrUnmount(volume);
-    world.waitFor([&] { return volume.window->sheets().size() == 1; },
-        QStringLiteral("nobody asks whether to use force"));
+    world.waitFor([&] { return volume.window->sheets().size() == 1; }, u"nobody asks whether to use force"_s);
     volume.window->endSheet(AlertSheet::firstButtonReturn + (useForce ? 0 : 1));
     const QStringList texts = waitForEnd(world, volume);
-    SoakWorld::require(texts.isEmpty(), QStringLiteral("force is reported as failed: ") + texts.join(u' '));
+    SoakWorld::require(texts.isEmpty(), u"force is reported as failed: "_s + texts.join(u' '));
     SoakWorld::require(mountPointsOf(volume.node).isEmpty() == useForce,
         volume.node + (useForce ? u" is still mounted" : u" is no longer mounted"));
     return true;
@@ -96,36 +94,34 @@ bool checkVolume(SoakWorld &world)
     if (volumes.empty())
         return false;
     const SoakVolume &volume = world.oneOf(volumes);
-    world.note(QStringLiteral("check ") + volume.node);
+    world.note(u"check "_s + volume.node);
     startCheck(volume);
     const QStringList texts = waitForEnd(world, volume);
-    SoakWorld::require(texts.isEmpty(), QStringLiteral("the check finds errors: ") + texts.join(u' '));
+    SoakWorld::require(texts.isEmpty(), u"the check finds errors: "_s + texts.join(u' '));
     return true;
 }
 
 bool repairDamagedVolume(SoakWorld &world)
 {
     const auto volumes = world.volumes([](const SoakVolume &volume) {
-        return isIdleUnmounted(volume) && canBeChecked(volume)
-            && probed(volume.node, QStringLiteral("TYPE")) == QLatin1String("ext4");
+        return isIdleUnmounted(volume) && canBeChecked(volume) && probed(volume.node, u"TYPE"_s) == "ext4"_L1;
     });
     if (volumes.empty())
         return false;
     const SoakVolume &volume = world.oneOf(volumes);
-    world.note(QStringLiteral("damage and repair ") + volume.node);
-    SoakWorld::require(runProgram(QStringLiteral("debugfs"),
-                           { QStringLiteral("-w"), QStringLiteral("-R"),
-                               QStringLiteral("set_inode_field <11> links_count 9"), volume.node })
+    world.note(u"damage and repair "_s + volume.node);
+    SoakWorld::require(
+        runProgram(u"debugfs"_s, { u"-w"_s, u"-R"_s, u"set_inode_field <11> links_count 9"_s, volume.node })
             == 0,
-        QStringLiteral("debugfs cannot write"));
+        u"debugfs cannot write"_s);
     startCheck(volume);
-    SoakWorld::require(waitForEnd(world, volume).size() == 1, QStringLiteral("the damage is not found"));
+    SoakWorld::require(waitForEnd(world, volume).size() == 1, u"the damage is not found"_s);
     volume.window->select(volume.record);
-    SoakWorld::require(volume.window->controller().repairButton->isEnabled(),
-        QStringLiteral("the repair button is disabled"));
+    SoakWorld::require(
+        volume.window->controller().repairButton->isEnabled(), u"the repair button is disabled"_s);
     volume.window->controller().repairButton->click();
     const QStringList texts = waitForEnd(world, volume);
-    SoakWorld::require(texts.isEmpty(), QStringLiteral("the repair fails: ") + texts.join(u' '));
+    SoakWorld::require(texts.isEmpty(), u"the repair fails: "_s + texts.join(u' '));
     return true;
 }
 
@@ -136,19 +132,18 @@ bool formatVolume(SoakWorld &world)
     if (volumes.empty())
         return false;
     const SoakVolume &volume = world.oneOf(volumes);
-    const QString label = QStringLiteral("SOAK%1").arg(++world.labelsGiven);
+    const QString label = u"SOAK%1"_s.arg(++world.labelsGiven);
     const QString personality = openFormatSheet(world, volume, label);
     const bool goOn = !world.onceIn(5);
-    world.note(QStringLiteral("%1 %2 as %3 named %4")
-            .arg(goOn ? QStringLiteral("format") : QStringLiteral("do not format"), volume.node, personality,
-                label));
-    const QString before = probed(volume.node, QStringLiteral("LABEL"));
+    world.note(u"%1 %2 as %3 named %4"_s.arg(
+        goOn ? u"format"_s : u"do not format"_s, volume.node, personality, label));
+    const QString before = probed(volume.node, u"LABEL"_s);
     volume.window->endSheet(AlertSheet::firstButtonReturn + (goOn ? 0 : 1));
     const QStringList texts = waitForEnd(world, volume);
     SoakWorld::require(texts.isEmpty() || (texts.size() == 1 && mayBeUnmountable(volume, texts.constFirst())),
-        QStringLiteral("the format fails: ") + texts.join(u' '));
+        u"the format fails: "_s + texts.join(u' '));
     const QString expected = goOn ? label : before;
-    SoakWorld::require(probed(volume.node, QStringLiteral("LABEL")) == expected,
-        QStringLiteral("the volume is named '%1'").arg(probed(volume.node, QStringLiteral("LABEL"))));
+    SoakWorld::require(probed(volume.node, u"LABEL"_s) == expected,
+        u"the volume is named '%1'"_s.arg(probed(volume.node, u"LABEL"_s)));
     return true;
 }

@@ -15,13 +15,15 @@
 #include <algorithm>
 #include <utility>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 using Interfaces = QMap<QString, QVariantMap>;
 using Objects = QMap<QDBusObjectPath, Interfaces>;
 
-const QString connectionName = QStringLiteral("soak");
-const QString prefix = QStringLiteral("org.freedesktop.UDisks2.");
+const QString connectionName = u"soak"_s;
+const QString prefix = u"org.freedesktop.UDisks2."_s;
 
 // One object of the service; what it does not have reads as empty.
 class Object
@@ -66,10 +68,9 @@ bool isKeptFromTheList(const Object &object)
 {
     const QString node = object.path("Device");
     const QString type = object.value("Partition", "Type").toString().toLower();
-    return object.value("Block", "HintIgnore").toBool() || node.startsWith(QLatin1String("/dev/ram"))
-        || node.startsWith(QLatin1String("/dev/zram"))
-        || type == QLatin1String("c12a7328-f81f-11d2-ba4b-00a0c93ec93b")
-        || type == QLatin1String("426f6f74-0000-11aa-aa11-00306543ecac");
+    return object.value("Block", "HintIgnore").toBool() || node.startsWith("/dev/ram"_L1)
+        || node.startsWith("/dev/zram"_L1) || type == "c12a7328-f81f-11d2-ba4b-00a0c93ec93b"_L1
+        || type == "426f6f74-0000-11aa-aa11-00306543ecac"_L1;
 }
 
 bool hasPartitions(const Objects &all, const QDBusObjectPath &disk)
@@ -83,11 +84,10 @@ bool hasPartitions(const Objects &all, const QDBusObjectPath &disk)
 
 QString ListedMedium::line() const
 {
-    return QStringLiteral("%1 %2 %3 bytes%4%5%6%7 '%8' at '%9'")
-        .arg(name, node, QString::number(size), isWhole ? QStringLiteral(" whole") : QString(),
-            isLeaf ? QStringLiteral(" leaf") : QString(),
-            isMountable ? QStringLiteral(" mountable") : QString(),
-            isWritable ? QStringLiteral(" writable") : QString(), volumeName, mountPoint);
+    return u"%1 %2 %3 bytes%4%5%6%7 '%8' at '%9'"_s.arg(name, node, QString::number(size),
+        isWhole ? u" whole"_s : QString(), isLeaf ? u" leaf"_s : QString(),
+        isMountable ? u" mountable"_s : QString(), isWritable ? u" writable"_s : QString(), volumeName,
+        mountPoint);
 }
 
 ServiceListing::ServiceListing()
@@ -102,9 +102,8 @@ ServiceListing::~ServiceListing()
 
 std::optional<QStringList> ServiceListing::lines() const
 {
-    const QDBusMessage reply = m_bus.call(QDBusMessage::createMethodCall(
-        QStringLiteral("org.freedesktop.UDisks2"), QStringLiteral("/org/freedesktop/UDisks2"),
-        QStringLiteral("org.freedesktop.DBus.ObjectManager"), QStringLiteral("GetManagedObjects")));
+    const QDBusMessage reply = m_bus.call(QDBusMessage::createMethodCall(u"org.freedesktop.UDisks2"_s,
+        u"/org/freedesktop/UDisks2"_s, u"org.freedesktop.DBus.ObjectManager"_s, u"GetManagedObjects"_s));
     if (reply.type() != QDBusMessage::ReplyMessage)
         return std::nullopt;
     const auto objects = qdbus_cast<Objects>(reply.arguments().value(0));
@@ -118,16 +117,16 @@ std::optional<QStringList> ServiceListing::lines() const
         if (medium.size() == 0 || disk.size() == 0 || isKeptFromTheList(medium))
             continue;
         const QString node = medium.path("Device");
-        const QString kernel = QStringLiteral("/sys/class/block/") + QFileInfo(node).fileName();
+        const QString kernel = u"/sys/class/block/"_s + QFileInfo(node).fileName();
         const quint64 sequence
             = numberIn(QFileInfo(isPartition ? kernel + u"/.." : kernel).canonicalFilePath() + u"/diskseq");
         const quint64 partition = numberIn(kernel + u"/partition");
         if (sequence == 0 || isPartition != (partition != 0))
             continue; // it has just gone
         ListedMedium listed;
-        listed.name = QStringLiteral("disk%1").arg(sequence);
+        listed.name = u"disk%1"_s.arg(sequence);
         if (isPartition)
-            listed.name += QStringLiteral("s%1").arg(partition);
+            listed.name += u"s%1"_s.arg(partition);
         listed.node = node;
         listed.size = medium.size();
         listed.isWhole = !isPartition;
@@ -148,10 +147,9 @@ std::optional<QStringList> ServiceListing::lines() const
 
 uint ServiceListing::serviceProcess() const
 {
-    QDBusMessage question = QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"),
-        QStringLiteral("/org/freedesktop/DBus"), QStringLiteral("org.freedesktop.DBus"),
-        QStringLiteral("GetConnectionUnixProcessID"));
-    question.setArguments({ QStringLiteral("org.freedesktop.UDisks2") });
+    QDBusMessage question = QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s,
+        u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s, u"GetConnectionUnixProcessID"_s);
+    question.setArguments({ u"org.freedesktop.UDisks2"_s });
     const QDBusReply<uint> reply = m_bus.call(question);
     return reply.isValid() ? reply.value() : 0;
 }

@@ -9,6 +9,8 @@
 
 #include <cstdio>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr int weighings = 10;
@@ -74,12 +76,11 @@ bool SoakRun::run()
         }
         weigh();
         if (static_cast<double>(m_lastWeight) > allowedGrowth * static_cast<double>(*m_firstWeight))
-            throw SoakFailure { QStringLiteral("memory has grown by more than a tenth") };
+            throw SoakFailure { u"memory has grown by more than a tenth"_s };
     } catch (const SoakFailure &failure) {
         for (const QString &line : m_world.notes())
             print(line);
-        print(QStringLiteral("failed in step %1 of the run with seed %2: %3")
-                .arg(m_steps)
+        print(u"failed in step %1 of the run with seed %2: %3"_s.arg(m_steps)
                 .arg(m_options.seed)
                 .arg(failure.message));
         summarize();
@@ -112,10 +113,7 @@ void SoakRun::step()
         ++tally.count;
         tally.milliseconds += time.elapsed();
         if (m_options.isVerbose)
-            print(QStringLiteral("%1 %2: %3 ms")
-                    .arg(m_steps)
-                    .arg(m_world.notes().constLast())
-                    .arg(time.elapsed()));
+            print(u"%1 %2: %3 ms"_s.arg(m_steps).arg(m_world.notes().constLast()).arg(time.elapsed()));
         return;
     }
 }
@@ -135,22 +133,17 @@ void SoakRun::weigh()
     m_lastWeight = liveHeap();
     if (!m_firstWeight)
         m_firstWeight = m_lastWeight;
-    print(QStringLiteral("after %1 s and %2 steps: %3 kB live")
-            .arg(m_clock.elapsed() / 1000)
+    print(u"after %1 s and %2 steps: %3 kB live"_s.arg(m_clock.elapsed() / 1000)
             .arg(m_steps)
             .arg(m_lastWeight / 1000));
 }
 
 void SoakRun::summarize() const
 {
-    print(QStringLiteral("%1 steps in %2 s, seed %3")
-            .arg(m_steps)
-            .arg(m_clock.elapsed() / 1000)
-            .arg(m_options.seed));
+    print(u"%1 steps in %2 s, seed %3"_s.arg(m_steps).arg(m_clock.elapsed() / 1000).arg(m_options.seed));
     for (const StepKind &kind : stepKinds()) {
         const Tally tally = m_tallies.value(QString::fromLatin1(kind.name));
-        print(QStringLiteral("  %1 %2, %3 ms each")
-                .arg(tally.count, 6)
+        print(u"  %1 %2, %3 ms each"_s.arg(tally.count, 6)
                 .arg(QString::fromLatin1(kind.name))
                 .arg(tally.count ? tally.milliseconds / tally.count : 0));
     }

@@ -11,6 +11,8 @@
 
 #include <unistd.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr int limit = 60000; // milliseconds; what the slowest tool on a machine under load still needs
@@ -58,8 +60,8 @@ QStringList childProcesses()
 {
     const QByteArray self = QByteArray::number(getpid());
     QStringList found;
-    for (const QString &number : QDir(QStringLiteral("/proc")).entryList({ QStringLiteral("[0-9]*") })) {
-        QFile stat(QStringLiteral("/proc/%1/stat").arg(number));
+    for (const QString &number : QDir(u"/proc"_s).entryList({ u"[0-9]*"_s })) {
+        QFile stat(u"/proc/%1/stat"_s.arg(number));
         if (!stat.open(QIODevice::ReadOnly))
             continue; // it has just ended
         const QByteArray text = stat.readAll();
@@ -76,14 +78,13 @@ QString difference(const QStringList &shown, const QStringList &expected)
     QString text;
     for (const QString &line : expected) {
         if (!shown.contains(line))
-            text += QStringLiteral("\n  is not shown:     ") + line;
+            text += u"\n  is not shown:     "_s + line;
     }
     for (const QString &line : shown) {
         if (!expected.contains(line))
-            text += QStringLiteral("\n  is shown instead: ") + line;
+            text += u"\n  is shown instead: "_s + line;
     }
-    return text.isEmpty() ? QStringLiteral("\n  the order differs: ") + shown.join(QStringLiteral("\n    "))
-                          : text;
+    return text.isEmpty() ? u"\n  the order differs: "_s + shown.join(u"\n    "_s) : text;
 }
 
 } // namespace
@@ -114,7 +115,7 @@ void SoakWorld::waitFor(const std::function<bool()> &condition, const QString &w
 {
     if (!QTest::qWaitFor(condition, limit))
         throw SoakFailure { what + u'\n' + unsettled() + u"\nthe disk service lists\n  "
-            + service.lines().value_or(QStringList()).join(QStringLiteral("\n  ")) };
+            + service.lines().value_or(QStringList()).join(u"\n  "_s) };
 }
 
 void SoakWorld::require(bool condition, const QString &what)
@@ -127,10 +128,10 @@ QString SoakWorld::unsettled() const
 {
     const std::optional<QStringList> expected = service.lines();
     if (!expected)
-        return QStringLiteral("the disk service does not answer");
+        return u"the disk service does not answer"_s;
     for (RealWindow *window : { standing.get(), changing.get() }) {
-        const QString name = window == standing.get() ? QStringLiteral("the standing window: ")
-                                                      : QStringLiteral("the changing window: ");
+        const QString name
+            = window == standing.get() ? u"the standing window: "_s : u"the changing window: "_s;
         if (!window->sheets().isEmpty())
             return name + u"a sheet is open: " + window->sheets().constFirst()->informativeText();
         const QStringList flagged = flaggedRowsOf(*window);
@@ -142,13 +143,13 @@ QString SoakWorld::unsettled() const
     }
     const QStringList children = childProcesses();
     if (!children.isEmpty())
-        return QStringLiteral("processes are left: ") + children.join(u", ");
+        return u"processes are left: "_s + children.join(u", ");
     return {};
 }
 
 void SoakWorld::settle() const
 {
-    waitFor([this] { return unsettled().isEmpty(); }, QStringLiteral("the windows do not settle"));
+    waitFor([this] { return unsettled().isEmpty(); }, u"the windows do not settle"_s);
 }
 
 QStringList SoakWorld::dismissSheets(RealWindow &window)

@@ -12,6 +12,8 @@
 
 #include <sys/prctl.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 [[noreturn]] void refuse(const QString &message)
@@ -25,24 +27,24 @@ qint64 numberOf(const QCommandLineParser &parser, const QString &option)
     bool isNumber = false;
     const qint64 number = parser.value(option).toLongLong(&isNumber);
     if (!isNumber || number < 0)
-        refuse(QStringLiteral("--%1 takes a number").arg(option));
+        refuse(u"--%1 takes a number"_s.arg(option));
     return number;
 }
 
 SoakRun::Options readOptions(const QCoreApplication &application)
 {
-    const QString seed = QStringLiteral("seed");
-    const QString seconds = QStringLiteral("seconds");
-    const QString steps = QStringLiteral("steps");
-    const QString without = QStringLiteral("without");
-    const QString verbose = QStringLiteral("verbose");
+    const QString seed = u"seed"_s;
+    const QString seconds = u"seconds"_s;
+    const QString steps = u"steps"_s;
+    const QString without = u"without"_s;
+    const QString verbose = u"verbose"_s;
     QCommandLineParser parser;
     parser.addHelpOption();
-    parser.addOption({ seed, QStringLiteral("repeats the run with this seed"), seed });
-    parser.addOption({ seconds, QStringLiteral("how long to run"), seconds, QStringLiteral("300") });
-    parser.addOption({ steps, QStringLiteral("ends after so many steps"), steps });
-    parser.addOption({ without, QStringLiteral("leaves out a kind of step; may be given again"), without });
-    parser.addOption({ verbose, QStringLiteral("prints every step") });
+    parser.addOption({ seed, u"repeats the run with this seed"_s, seed });
+    parser.addOption({ seconds, u"how long to run"_s, seconds, u"300"_s });
+    parser.addOption({ steps, u"ends after so many steps"_s, steps });
+    parser.addOption({ without, u"leaves out a kind of step; may be given again"_s, without });
+    parser.addOption({ verbose, u"prints every step"_s });
     parser.process(application);
 
     SoakRun::Options options;
@@ -56,7 +58,7 @@ SoakRun::Options readOptions(const QCoreApplication &application)
         kinds.insert(QString::fromLatin1(kind.name));
     for (const QString &kind : parser.values(without)) {
         if (!kinds.contains(kind))
-            refuse(QStringLiteral("there is no kind of step named ") + kind);
+            refuse(u"there is no kind of step named "_s + kind);
         options.without.insert(kind);
     }
     options.isVerbose = parser.isSet(verbose);

@@ -7,18 +7,19 @@
 #include <QDBusReply>
 #include <QStringList>
 
+using namespace Qt::Literals::StringLiterals;
+
 Q_DECLARE_METATYPE(AccessibilityTree::Reference)
 
 namespace {
 
-const QString connectionName = QStringLiteral("accessibility");
-const QString accessible = QStringLiteral("org.a11y.atspi.Accessible");
+const QString connectionName = u"accessibility"_s;
+const QString accessible = u"org.a11y.atspi.Accessible"_s;
 
 QString busAddress()
 {
-    const QDBusReply<QString> reply
-        = QDBusConnection::sessionBus().call(QDBusMessage::createMethodCall(QStringLiteral("org.a11y.Bus"),
-            QStringLiteral("/org/a11y/bus"), QStringLiteral("org.a11y.Bus"), QStringLiteral("GetAddress")));
+    const QDBusReply<QString> reply = QDBusConnection::sessionBus().call(QDBusMessage::createMethodCall(
+        u"org.a11y.Bus"_s, u"/org/a11y/bus"_s, u"org.a11y.Bus"_s, u"GetAddress"_s));
     return reply.value();
 }
 
@@ -64,8 +65,8 @@ AccessibilityTree::~AccessibilityTree()
 QVariant AccessibilityTree::property(
     const Reference &reference, const QString &interface, const QString &name) const
 {
-    const QDBusReply<QDBusVariant> reply = ask(m_bus, reference,
-        QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"), { interface, name });
+    const QDBusReply<QDBusVariant> reply
+        = ask(m_bus, reference, u"org.freedesktop.DBus.Properties"_s, u"Get"_s, { interface, name });
     return reply.value().variant();
 }
 
@@ -73,11 +74,10 @@ AccessibilityTree::Element AccessibilityTree::read(const Reference &reference) c
 {
     Element element;
     element.reference = reference;
-    element.name = property(reference, accessible, QStringLiteral("Name")).toString();
-    element.role
-        = QDBusReply<QString>(ask(m_bus, reference, accessible, QStringLiteral("GetRoleName"))).value();
+    element.name = property(reference, accessible, u"Name"_s).toString();
+    element.role = QDBusReply<QString>(ask(m_bus, reference, accessible, u"GetRoleName"_s)).value();
     const QList<uint> states
-        = QDBusReply<QList<uint>>(ask(m_bus, reference, accessible, QStringLiteral("GetState"))).value();
+        = QDBusReply<QList<uint>>(ask(m_bus, reference, accessible, u"GetState"_s)).value();
     element.states = static_cast<quint64>(states.value(1)) << 32 | states.value(0);
     return element;
 }
@@ -88,8 +88,7 @@ void AccessibilityTree::append(QList<Element> &all, const Reference &reference, 
     all.append(read(reference));
     if (depth >= deepest)
         return;
-    const QDBusReply<QList<Reference>> children
-        = ask(m_bus, reference, accessible, QStringLiteral("GetChildren"));
+    const QDBusReply<QList<Reference>> children = ask(m_bus, reference, accessible, u"GetChildren"_s);
     for (const Reference &child : children.value())
         append(all, child, depth + 1);
 }
@@ -97,10 +96,7 @@ void AccessibilityTree::append(QList<Element> &all, const Reference &reference, 
 QList<AccessibilityTree::Element> AccessibilityTree::elements() const
 {
     QList<Element> all;
-    append(all,
-        { QStringLiteral("org.a11y.atspi.Registry"),
-            QDBusObjectPath(QStringLiteral("/org/a11y/atspi/accessible/root")) },
-        0);
+    append(all, { u"org.a11y.atspi.Registry"_s, QDBusObjectPath(u"/org/a11y/atspi/accessible/root"_s) }, 0);
     return all;
 }
 
@@ -122,13 +118,13 @@ std::optional<AccessibilityTree::Element> AccessibilityTree::find(
 
 QString AccessibilityTree::descriptionOf(const Element &element) const
 {
-    return property(element.reference, accessible, QStringLiteral("Description")).toString();
+    return property(element.reference, accessible, u"Description"_s).toString();
 }
 
 std::optional<AccessibilityTree::Element> AccessibilityTree::labelledBy(const Element &caption) const
 {
     constexpr uint labelFor = 1; // of AT-SPI's relation types
-    const QDBusMessage reply = ask(m_bus, caption.reference, accessible, QStringLiteral("GetRelationSet"));
+    const QDBusMessage reply = ask(m_bus, caption.reference, accessible, u"GetRelationSet"_s);
     const auto relations = reply.arguments().value(0).value<QDBusArgument>();
     std::optional<Element> labelled;
     relations.beginArray();
@@ -147,8 +143,8 @@ std::optional<AccessibilityTree::Element> AccessibilityTree::labelledBy(const El
 
 QString AccessibilityTree::textOf(const Element &element) const
 {
-    const QDBusReply<QString> reply = ask(m_bus, element.reference, QStringLiteral("org.a11y.atspi.Text"),
-        QStringLiteral("GetText"), { 0, -1 });
+    const QDBusReply<QString> reply
+        = ask(m_bus, element.reference, u"org.a11y.atspi.Text"_s, u"GetText"_s, { 0, -1 });
     return reply.value();
 }
 
@@ -156,7 +152,6 @@ QString AccessibilityTree::listed(const QList<Element> &elements)
 {
     QStringList lines;
     for (const Element &element : elements)
-        lines.append(
-            QStringLiteral("%1 \"%2\" %3").arg(element.role, element.name).arg(element.states, 0, 16));
+        lines.append(u"%1 \"%2\" %3"_s.arg(element.role, element.name).arg(element.states, 0, 16));
     return lines.join(u'\n');
 }

@@ -6,10 +6,12 @@
 #include <QDBusVariant>
 #include <QRegularExpression>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
-const QString objectManager = QStringLiteral("org.freedesktop.DBus.ObjectManager");
-const QString properties = QStringLiteral("org.freedesktop.DBus.Properties");
+const QString objectManager = u"org.freedesktop.DBus.ObjectManager"_s;
+const QString properties = u"org.freedesktop.DBus.Properties"_s;
 
 QByteArray bytes(const QString &text)
 {
@@ -26,11 +28,10 @@ QVariant mountPointsValue(const QStringList &points)
 
 QVariantMap blockProperties(const QString &name)
 {
-    return { { QStringLiteral("Device"), bytes(QStringLiteral("/dev/") + name) },
-        { QStringLiteral("Size"), QVariant::fromValue(qulonglong { 1000000 }) },
-        { QStringLiteral("ReadOnly"), false }, { QStringLiteral("HintSystem"), true },
-        { QStringLiteral("HintIgnore"), false },
-        { QStringLiteral("Drive"), QVariant::fromValue(QDBusObjectPath(QStringLiteral("/"))) } };
+    return { { u"Device"_s, bytes(u"/dev/"_s + name) },
+        { u"Size"_s, QVariant::fromValue(qulonglong { 1000000 }) }, { u"ReadOnly"_s, false },
+        { u"HintSystem"_s, true }, { u"HintIgnore"_s, false },
+        { u"Drive"_s, QVariant::fromValue(QDBusObjectPath(u"/"_s)) } };
 }
 
 } // namespace
@@ -40,21 +41,20 @@ FakeUDisks::FakeUDisks()
     , m_client(QString())
 {
     registerUDisksTypes();
-    m_daemon.start(QStringLiteral("dbus-daemon"),
-        { QStringLiteral("--session"), QStringLiteral("--nofork"), QStringLiteral("--print-address") });
+    m_daemon.start(u"dbus-daemon"_s, { u"--session"_s, u"--nofork"_s, u"--print-address"_s });
     if (!m_daemon.waitForStarted() || !m_daemon.waitForReadyRead())
         qFatal("there is no dbus-daemon");
     const QString address = QString::fromUtf8(m_daemon.readLine()).trimmed();
-    m_server = QDBusConnection::connectToBus(address, QStringLiteral("server"));
-    m_client = QDBusConnection::connectToBus(address, QStringLiteral("client"));
+    m_server = QDBusConnection::connectToBus(address, u"server"_s);
+    m_client = QDBusConnection::connectToBus(address, u"client"_s);
     m_server.registerVirtualObject(UDisks::rootPath, this, QDBusConnection::SubPath);
 }
 
 FakeUDisks::~FakeUDisks()
 {
     m_server.unregisterObject(UDisks::rootPath);
-    QDBusConnection::disconnectFromBus(QStringLiteral("client"));
-    QDBusConnection::disconnectFromBus(QStringLiteral("server"));
+    QDBusConnection::disconnectFromBus(u"client"_s);
+    QDBusConnection::disconnectFromBus(u"server"_s);
     m_daemon.kill();
     m_daemon.waitForFinished();
 }
@@ -72,12 +72,12 @@ void FakeUDisks::stop()
 
 QString FakeUDisks::blockPath(const QString &name)
 {
-    return UDisks::rootPath + QStringLiteral("/block_devices/") + name;
+    return UDisks::rootPath + u"/block_devices/"_s + name;
 }
 
 std::optional<BlockDeviceFacts> FakeUDisks::facts(const QString &deviceNode)
 {
-    static const QRegularExpression name(QStringLiteral("^/dev/fake(\\d+)(?:p(\\d+))?$"));
+    static const QRegularExpression name(u"^/dev/fake(\\d+)(?:p(\\d+))?$"_s);
     const auto match = name.match(deviceNode);
     if (!match.hasMatch())
         return std::nullopt;
@@ -85,9 +85,9 @@ std::optional<BlockDeviceFacts> FakeUDisks::facts(const QString &deviceNode)
     facts.diskSequence = match.capturedView(1).toULongLong();
     facts.partitionNumber = match.capturedView(2).toUInt();
     facts.logicalBlockSize = 512;
-    facts.bsdName = QStringLiteral("disk%1").arg(facts.diskSequence);
+    facts.bsdName = u"disk%1"_s.arg(facts.diskSequence);
     if (facts.partitionNumber)
-        facts.bsdName += QStringLiteral("s%1").arg(facts.partitionNumber);
+        facts.bsdName += u"s%1"_s.arg(facts.partitionNumber);
     return facts;
 }
 
@@ -97,8 +97,7 @@ void FakeUDisks::addInterfaces(const QString &path, const UDisksInterfaces &inte
         m_objects[path].insert(interface.key(), interface.value());
     if (tell == Tell::No)
         return;
-    auto signal
-        = QDBusMessage::createSignal(UDisks::rootPath, objectManager, QStringLiteral("InterfacesAdded"));
+    auto signal = QDBusMessage::createSignal(UDisks::rootPath, objectManager, u"InterfacesAdded"_s);
     signal << QVariant::fromValue(QDBusObjectPath(path)) << QVariant::fromValue(interfaces);
     m_server.send(signal);
 }
@@ -111,8 +110,7 @@ void FakeUDisks::removeInterfaces(const QString &path, const QStringList &interf
         m_objects.remove(path);
     if (tell == Tell::No)
         return;
-    auto signal
-        = QDBusMessage::createSignal(UDisks::rootPath, objectManager, QStringLiteral("InterfacesRemoved"));
+    auto signal = QDBusMessage::createSignal(UDisks::rootPath, objectManager, u"InterfacesRemoved"_s);
     signal << QVariant::fromValue(QDBusObjectPath(path)) << interfaces;
     m_server.send(signal);
 }
@@ -124,25 +122,24 @@ void FakeUDisks::changeProperties(
         m_objects[path][interface].insert(property.key(), property.value());
     if (tell == Tell::No)
         return;
-    auto signal = QDBusMessage::createSignal(path, properties, QStringLiteral("PropertiesChanged"));
+    auto signal = QDBusMessage::createSignal(path, properties, u"PropertiesChanged"_s);
     signal << interface << changed << QStringList();
     m_server.send(signal);
 }
 
-QString FakeUDisks::introspect(const QString &path) const
+QString FakeUDisks::introspect(const QString &) const
 {
-    Q_UNUSED(path)
     return {};
 }
 
 bool FakeUDisks::handleMessage(const QDBusMessage &message, const QDBusConnection &connection)
 {
-    if (message.member() == QLatin1String("GetManagedObjects")) {
+    if (message.member() == "GetManagedObjects"_L1) {
         ++listings;
         UDisksObjects objects;
         for (auto object = m_objects.cbegin(); object != m_objects.cend(); ++object)
             objects.insert(QDBusObjectPath(object.key()), object.value());
-        return connection.send(listsNonsense ? message.createReply(QStringLiteral("nonsense"))
+        return connection.send(listsNonsense ? message.createReply(u"nonsense"_s)
                                              : message.createReply(QVariant::fromValue(objects)));
     }
     if (message.interface() == properties) {
@@ -152,9 +149,8 @@ bool FakeUDisks::handleMessage(const QDBusMessage &message, const QDBusConnectio
         // The errors are those of the library that the real service is made with.
         const auto error
             = m_objects.contains(message.path()) ? QDBusError::InvalidArgs : QDBusError::UnknownMethod;
-        return connection.send(value.isValid()
-                ? message.createReply(QVariant::fromValue(QDBusVariant(value)))
-                : message.createErrorReply(error, QStringLiteral("no such property")));
+        return connection.send(value.isValid() ? message.createReply(QVariant::fromValue(QDBusVariant(value)))
+                                               : message.createErrorReply(error, u"no such property"_s));
     }
     calls.append(message.path().section(u'/', -1) + u' ' + message.member());
     const QDBusMessage reply = answer ? answer(message) : QDBusMessage();
@@ -164,10 +160,9 @@ bool FakeUDisks::handleMessage(const QDBusMessage &message, const QDBusConnectio
 UDisksInterfaces fakeWholeDisk(const QString &name, bool isLoop)
 {
     UDisksInterfaces interfaces { { UDisks::block, blockProperties(name) },
-        { UDisks::partitionTable, { { QStringLiteral("Type"), QStringLiteral("gpt") } } } };
+        { UDisks::partitionTable, { { u"Type"_s, u"gpt"_s } } } };
     if (isLoop)
-        interfaces.insert(UDisks::loop,
-            { { QStringLiteral("BackingFile"), bytes(QStringLiteral("/var/tmp/practice.img")) } });
+        interfaces.insert(UDisks::loop, { { u"BackingFile"_s, bytes(u"/var/tmp/practice.img"_s) } });
     return interfaces;
 }
 
@@ -175,16 +170,14 @@ UDisksInterfaces fakePartition(
     const QString &name, uint number, const QString &label, const QStringList &mountPoints)
 {
     QVariantMap block = blockProperties(name);
-    block.insert(QStringLiteral("IdLabel"), label);
-    block.insert(QStringLiteral("IdUsage"), QStringLiteral("filesystem"));
-    block.insert(QStringLiteral("IdType"), QStringLiteral("ext4"));
+    block.insert(u"IdLabel"_s, label);
+    block.insert(u"IdUsage"_s, u"filesystem"_s);
+    block.insert(u"IdType"_s, u"ext4"_s);
     const QString whole = FakeUDisks::blockPath(name.section(u'p', 0, 0));
     return { { UDisks::block, block },
         { UDisks::partition,
-            { { QStringLiteral("Number"), number },
-                { QStringLiteral("Offset"), QVariant::fromValue(qulonglong { number } * 1000) },
-                { QStringLiteral("Type"), QStringLiteral("0fc63daf-8483-4772-8e79-3d69d8477de4") },
-                { QStringLiteral("Name"), QStringLiteral("Part") },
-                { QStringLiteral("Table"), QVariant::fromValue(QDBusObjectPath(whole)) } } },
-        { UDisks::filesystem, { { QStringLiteral("MountPoints"), mountPointsValue(mountPoints) } } } };
+            { { u"Number"_s, number }, { u"Offset"_s, QVariant::fromValue(qulonglong { number } * 1000) },
+                { u"Type"_s, u"0fc63daf-8483-4772-8e79-3d69d8477de4"_s }, { u"Name"_s, u"Part"_s },
+                { u"Table"_s, QVariant::fromValue(QDBusObjectPath(whole)) } } },
+        { UDisks::filesystem, { { u"MountPoints"_s, mountPointsValue(mountPoints) } } } };
 }

@@ -11,6 +11,8 @@
 
 #include <unistd.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr int limit = 30000; // milliseconds
@@ -19,9 +21,9 @@ constexpr int answerLimit = 1000; // milliseconds
 QList<qint64> childProcesses()
 {
     QList<qint64> children;
-    const QDir threads(QStringLiteral("/proc/self/task"));
+    const QDir threads(u"/proc/self/task"_s);
     for (const QString &thread : threads.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
-        QFile file(threads.filePath(thread + QStringLiteral("/children")));
+        QFile file(threads.filePath(thread + u"/children"_s));
         if (!file.open(QIODevice::ReadOnly))
             continue;
         for (const QByteArray &pid : file.readAll().simplified().split(' ')) {
@@ -34,7 +36,7 @@ QList<qint64> childProcesses()
 
 QString nameOfProcess(qint64 pid)
 {
-    QFile file(QStringLiteral("/proc/%1/cmdline").arg(pid));
+    QFile file(u"/proc/%1/cmdline"_s.arg(pid));
     return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll().replace('\0', ' ')) : QString();
 }
 
@@ -42,8 +44,7 @@ QString nameOfProcess(qint64 pid)
 
 FaultCheck::FaultCheck(RealWindow &window)
     : m_window(window)
-    , m_bystander({ { 8, QString::fromLatin1(LoopDisk::linuxType), QStringLiteral("ext4"),
-          QStringLiteral("Bystander") } })
+    , m_bystander({ { 8, QString::fromLatin1(LoopDisk::linuxType), u"ext4"_s, u"Bystander"_s } })
     , m_hash(m_bystander.imageHash())
     , m_children(childProcesses())
 {
@@ -90,16 +91,15 @@ QString FaultCheck::problem(const QStringList &alerts)
     const bool isQuiet = QTest::qWaitFor(
         [&] { return busyRows().isEmpty() && leftChildren().isEmpty() && told() == alerts; }, limit);
     if (!isQuiet)
-        return QStringLiteral(
-            "marked as busy: \"%1\", processes that are left: \"%2\", told: \"%3\", not \"%4\"")
-            .arg(busyRows().join(u' '), leftChildren().join(u'|'), told().join(u'|'), alerts.join(u'|'));
+        return u"marked as busy: \"%1\", processes that are left: \"%2\", told: \"%3\", not \"%4\""_s.arg(
+            busyRows().join(u' '), leftChildren().join(u'|'), told().join(u'|'), alerts.join(u'|'));
     if (!windowAnswers())
-        return QStringLiteral("the window does not answer");
+        return u"the window does not answer"_s;
     for (qsizetype i = 0; i < alerts.size(); ++i)
         m_window.endSheet(AlertSheet::firstButtonReturn);
     if (m_window.controller().alertInProgress)
-        return QStringLiteral("an alert counts as open");
+        return u"an alert counts as open"_s;
     if (m_bystander.imageHash() != m_hash)
-        return QStringLiteral("another disk has changed");
+        return u"another disk has changed"_s;
     return {};
 }

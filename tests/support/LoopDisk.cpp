@@ -11,6 +11,8 @@
 #include <QFileInfo>
 #include <QProcess>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr int mebibyte = 1024 * 1024;
@@ -30,16 +32,14 @@ void run(const QString &program, const QStringList &arguments, const QByteArray 
 
 void format(const QString &node, const QString &fileSystem, const QString &label)
 {
-    if (fileSystem == QLatin1String("ext4"))
-        run(QStringLiteral("mkfs.ext4"),
-            { QStringLiteral("-q"), QStringLiteral("-F"), QStringLiteral("-L"), label, node });
-    else if (fileSystem == QLatin1String("ntfs"))
-        run(QStringLiteral("mkntfs"),
-            { QStringLiteral("-Q"), QStringLiteral("-F"), QStringLiteral("-L"), label, node });
-    else if (fileSystem == QLatin1String("exfat"))
-        run(QStringLiteral("mkfs.exfat"), { QStringLiteral("-L"), label, node });
-    else if (fileSystem == QLatin1String("vfat"))
-        run(QStringLiteral("mkfs.vfat"), { QStringLiteral("-n"), label, node });
+    if (fileSystem == "ext4"_L1)
+        run(u"mkfs.ext4"_s, { u"-q"_s, u"-F"_s, u"-L"_s, label, node });
+    else if (fileSystem == "ntfs"_L1)
+        run(u"mkntfs"_s, { u"-Q"_s, u"-F"_s, u"-L"_s, label, node });
+    else if (fileSystem == "exfat"_L1)
+        run(u"mkfs.exfat"_s, { u"-L"_s, label, node });
+    else if (fileSystem == "vfat"_L1)
+        run(u"mkfs.vfat"_s, { u"-n"_s, label, node });
 }
 
 // Waits until udev has looked at every device. Under load it has been seen to hang up on whoever asks.
@@ -47,7 +47,7 @@ void settleUdev()
 {
     const QDeadlineTimer limit(20000);
     QByteArray output;
-    while (runProgram(QStringLiteral("udevadm"), { QStringLiteral("settle") }, &output) != 0) {
+    while (runProgram(u"udevadm"_s, { u"settle"_s }, &output) != 0) {
         if (limit.hasExpired())
             qFatal("udev does not come to rest: %s", output.constData());
     }
@@ -56,7 +56,7 @@ void settleUdev()
 bool hasPartitions(const QString &node)
 {
     const QString name = QFileInfo(node).fileName();
-    return !QDir(QStringLiteral("/sys/block/") + name).entryList({ name + u"p*" }, QDir::Dirs).isEmpty();
+    return !QDir(u"/sys/block/"_s + name).entryList({ name + u"p*" }, QDir::Dirs).isEmpty();
 }
 
 // Partitions that were added by hand outlive the disk unless they are deleted. The kernel refuses while
@@ -66,7 +66,7 @@ void deletePartitions(const QString &node)
     const QDeadlineTimer limit(20000);
     while (hasPartitions(node)) {
         QByteArray output;
-        runProgram(QStringLiteral("partx"), { QStringLiteral("--delete"), node }, &output);
+        runProgram(u"partx"_s, { u"--delete"_s, node }, &output);
         if (limit.hasExpired() && hasPartitions(node))
             qFatal("the partitions of %s stay: %s", qPrintable(node), output.constData());
     }
@@ -75,7 +75,7 @@ void deletePartitions(const QString &node)
 } // namespace
 
 LoopDisk::LoopDisk(const QList<Partition> &partitions)
-    : m_image(m_folder.filePath(QStringLiteral("disk.img")))
+    : m_image(m_folder.filePath(u"disk.img"_s))
     , m_partitionCount(static_cast<int>(partitions.size()))
 {
     QByteArray table = "label: gpt\n";
@@ -89,17 +89,16 @@ LoopDisk::LoopDisk(const QList<Partition> &partitions)
     if (!image.open(QIODevice::ReadWrite) || !image.resize(size * mebibyte))
         qFatal("cannot make a disk image");
     image.close();
-    run(QStringLiteral("sfdisk"), { QStringLiteral("--quiet"), m_image }, table);
+    run(u"sfdisk"_s, { u"--quiet"_s, m_image }, table);
 
     QByteArray output;
     // Without a partition scan: where the kernel cannot read the table, the next writer would take away the
     // partitions that are added here.
-    runProgram(
-        QStringLiteral("losetup"), { QStringLiteral("--find"), QStringLiteral("--show"), m_image }, &output);
+    runProgram(u"losetup"_s, { u"--find"_s, u"--show"_s, m_image }, &output);
     m_node = QString::fromUtf8(output).trimmed();
     requireOurs();
     deletePartitions(m_node); // of a disk that was detached under them
-    run(QStringLiteral("partx"), { QStringLiteral("--add"), m_node });
+    run(u"partx"_s, { u"--add"_s, m_node });
     for (int i = 0; i < partitions.size(); ++i) {
         requireOurs();
         format(node(i + 1), partitions.at(i).fileSystem, partitions.at(i).label);
@@ -108,8 +107,7 @@ LoopDisk::LoopDisk(const QList<Partition> &partitions)
     // looking.
     settleUdev();
     for (int i = 0; i < partitions.size(); ++i)
-        run(QStringLiteral("udevadm"),
-            { QStringLiteral("trigger"), QStringLiteral("--settle"), node(i + 1) });
+        run(u"udevadm"_s, { u"trigger"_s, u"--settle"_s, node(i + 1) });
 }
 
 LoopDisk::~LoopDisk()
@@ -120,7 +118,7 @@ LoopDisk::~LoopDisk()
 
 bool LoopDisk::isAttached() const
 {
-    QFile file(QStringLiteral("/sys/block/%1/loop/backing_file").arg(QFileInfo(m_node).fileName()));
+    QFile file(u"/sys/block/%1/loop/backing_file"_s.arg(QFileInfo(m_node).fileName()));
     return file.open(QIODevice::ReadOnly) && QFile::decodeName(file.readAll().trimmed()) == m_image;
 }
 
@@ -135,9 +133,7 @@ void LoopDisk::detach()
     requireOurs();
     for (int i = 1; i <= m_partitionCount; ++i) {
         // What the disk service has mounted is in its mount namespace, which need not be this one.
-        runProgram(QStringLiteral("udisksctl"),
-            { QStringLiteral("unmount"), QStringLiteral("--force"), QStringLiteral("--block-device"),
-                node(i) });
+        runProgram(u"udisksctl"_s, { u"unmount"_s, u"--force"_s, u"--block-device"_s, node(i) });
     }
     pull();
 }
@@ -147,10 +143,10 @@ void LoopDisk::pull()
     requireOurs();
     for (int i = 1; i <= m_partitionCount; ++i) {
         for (const QString &point : mountPointsOf(node(i)))
-            run(QStringLiteral("umount"), { QStringLiteral("--lazy"), point });
+            run(u"umount"_s, { u"--lazy"_s, point });
     }
     deletePartitions(m_node);
-    run(QStringLiteral("losetup"), { QStringLiteral("--detach"), m_node });
+    run(u"losetup"_s, { u"--detach"_s, m_node });
 }
 
 void LoopDisk::overwrite(int partition, qint64 offset, const QByteArray &bytes)
@@ -161,12 +157,12 @@ void LoopDisk::overwrite(int partition, qint64 offset, const QByteArray &bytes)
         || device.write(bytes) != bytes.size())
         qFatal("cannot write to %s", qPrintable(node(partition)));
     device.close();
-    run(QStringLiteral("blockdev"), { QStringLiteral("--flushbufs"), node(partition) });
+    run(u"blockdev"_s, { u"--flushbufs"_s, node(partition) });
 }
 
 QByteArray LoopDisk::imageHash() const
 {
-    runProgram(QStringLiteral("sync"), {});
+    runProgram(u"sync"_s, {});
     QFile image(m_image);
     QCryptographicHash hash(QCryptographicHash::Sha256);
     if (!image.open(QIODevice::ReadOnly) || !hash.addData(&image))

@@ -7,6 +7,8 @@
 
 #include <sys/stat.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 const QByteArray information = R"(<?xml version="1.0" encoding="UTF-8"?>
@@ -48,7 +50,7 @@ void writeFile(const QString &path, const QByteArray &content, mode_t mode)
 
 PatientFileSystem::PatientFileSystem(const QString &name)
     : m_name(name)
-    , m_bundle(QStringLiteral("/Library/Filesystems/%1.fs").arg(name))
+    , m_bundle(u"/Library/Filesystems/%1.fs"_s.arg(name))
 {
     install();
 }
@@ -61,9 +63,9 @@ PatientFileSystem::~PatientFileSystem()
 void PatientFileSystem::install()
 {
     setVerifyTool(patientVerifyTool);
-    writeFile(m_bundle + QStringLiteral("/Contents/Resources/format"),
+    writeFile(m_bundle + u"/Contents/Resources/format"_s,
         QByteArray(formatTool).replace("PIPES", m_pipes.path().toUtf8()), 0755);
-    writeFile(m_bundle + QStringLiteral("/Contents/Info.plist"), information, 0644);
+    writeFile(m_bundle + u"/Contents/Info.plist"_s, information, 0644);
 }
 
 void PatientFileSystem::remove()
@@ -80,7 +82,7 @@ void PatientFileSystem::makePipe(const LoopDisk &disk)
 {
     const QString path = m_pipes.filePath(QFileInfo(disk.node(1)).fileName());
     QFile::remove(path);
-    QFile::remove(m_pipes.filePath(QStringLiteral("begun")));
+    QFile::remove(m_pipes.filePath(u"begun"_s));
     if (mkfifo(QFile::encodeName(path).constData(), 0600) != 0)
         qFatal("cannot make %s", qPrintable(path));
 }
@@ -94,10 +96,10 @@ void PatientFileSystem::release(const LoopDisk &disk, const QByteArray &answer)
 
 bool PatientFileSystem::hasFormatBegun() const
 {
-    return QFile::exists(m_pipes.filePath(QStringLiteral("begun")));
+    return QFile::exists(m_pipes.filePath(u"begun"_s));
 }
 
 QString PatientFileSystem::verifyTool() const
 {
-    return m_bundle + QStringLiteral("/Contents/Resources/verify");
+    return m_bundle + u"/Contents/Resources/verify"_s;
 }

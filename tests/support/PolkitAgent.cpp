@@ -72,9 +72,8 @@ bool PolkitAgent::registerFor(qint64 process)
     return reply.type() == QDBusMessage::ReplyMessage;
 }
 
-QString PolkitAgent::introspect(const QString &path) const
+QString PolkitAgent::introspect(const QString &) const
 {
-    Q_UNUSED(path)
     return {};
 }
 

@@ -14,6 +14,8 @@
 #include <QProcess>
 #include <QPushButton>
 
+using namespace Qt::Literals::StringLiterals;
+
 RealWindow::RealWindow(const QString &localization)
 {
     loadLocalization(localization);
@@ -94,7 +96,7 @@ void RealWindow::endSheet(int returnCode)
 pid_t diskServicePid()
 {
     const QDBusReply<uint> pid
-        = QDBusConnection::systemBus().interface()->servicePid(QStringLiteral("org.freedesktop.UDisks2"));
+        = QDBusConnection::systemBus().interface()->servicePid(u"org.freedesktop.UDisks2"_s);
     return pid.isValid() ? static_cast<pid_t>(pid.value()) : 0;
 }
 
@@ -111,10 +113,7 @@ QStringList mountPointsOf(const QString &deviceNode)
 QString probed(const QString &deviceNode, const QString &tag)
 {
     QByteArray output;
-    runProgram(QStringLiteral("blkid"),
-        { QStringLiteral("-p"), QStringLiteral("-o"), QStringLiteral("value"), QStringLiteral("-s"), tag,
-            deviceNode },
-        &output);
+    runProgram(u"blkid"_s, { u"-p"_s, u"-o"_s, u"value"_s, u"-s"_s, tag, deviceNode }, &output);
     return QString::fromUtf8(output).trimmed();
 }
 

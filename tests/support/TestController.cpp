@@ -14,6 +14,8 @@
 
 #include <sys/stat.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 // Runs the line in the real shell, with another program in the tool's place.
@@ -74,7 +76,7 @@ void LogCapture::clear()
 MemoryDiskRef makeDisk(const QString &bsdName)
 {
     auto disk = std::make_shared<MemoryDisk>();
-    disk->node = QStringLiteral("/dev/") + bsdName;
+    disk->node = u"/dev/"_s + bsdName;
     disk->description = PropertyDictionary {
         { DAKey::mediaBSDName, bsdName },
         { DAKey::mediaWhole, true },
@@ -108,10 +110,10 @@ MemoryDiskRef makePartition(const QString &bsdName, qint64 offset, const QString
 
 MemoryDiskRef makeMountedVolume()
 {
-    const MemoryDiskRef volume = makePartition(QStringLiteral("disk2s1"), 1024, QStringLiteral("DATA"));
-    volume->node = QStringLiteral("/dev/sdb1");
-    volume->description->insert(DAKey::volumeKind, QStringLiteral("NTFS"));
-    setMounted(volume, QStringLiteral("/media/DATA"));
+    const MemoryDiskRef volume = makePartition(u"disk2s1"_s, 1024, u"DATA"_s);
+    volume->node = u"/dev/sdb1"_s;
+    volume->description->insert(DAKey::volumeKind, u"NTFS"_s);
+    setMounted(volume, u"/media/DATA"_s);
     return volume;
 }
 
@@ -125,9 +127,9 @@ void setMounted(const MemoryDiskRef &disk, const QString &path)
 
 void writeBundle(const QString &directory, const QString &name, const QByteArray &dictionaryXml)
 {
-    const QString contents = directory + u'/' + name + QLatin1String(".fs/Contents");
+    const QString contents = directory + u'/' + name + ".fs/Contents"_L1;
     QDir().mkpath(contents);
-    QFile file(contents + QLatin1String("/Info.plist"));
+    QFile file(contents + "/Info.plist"_L1);
     if (!file.open(QIODevice::WriteOnly))
         qFatal("cannot write a bundle");
     file.write("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\"><dict>" + dictionaryXml
@@ -165,7 +167,7 @@ TestController::TestController(const QString &localization)
     m_platform.preferredLocalizations = QStringList { localization };
     m_platform.localeIdentifier = localization;
     m_platform.filesystemDirectories = { systemDirectory(), localDirectory() };
-    m_platform.userManualPath = QStringLiteral("/Library/Application Support/Zorvex NTFS/User Manual.pdf");
+    m_platform.userManualPath = u"/Library/Application Support/Zorvex NTFS/User Manual.pdf"_s;
 }
 
 TestController::~TestController()
@@ -244,9 +246,9 @@ QList<AlertSheet *> TestController::sheets() const
 
 void TestController::setDiskutilScript(const QByteArray &script)
 {
-    diskutil = m_scriptFolder.filePath(QStringLiteral("diskutil"));
+    diskutil = m_scriptFolder.filePath(u"diskutil"_s);
     if (!m_scriptGate.isOpen()) {
-        m_scriptGate.setFileName(m_scriptFolder.filePath(QStringLiteral("go")));
+        m_scriptGate.setFileName(m_scriptFolder.filePath(u"go"_s));
         if (mkfifo(QFile::encodeName(m_scriptGate.fileName()).constData(), 0600) != 0
             || !m_scriptGate.open(QIODevice::ReadWrite | QIODevice::Unbuffered))
             qFatal("cannot make a named pipe");

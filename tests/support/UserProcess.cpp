@@ -10,6 +10,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 void append(const QString &path, const QByteArray &line)
@@ -21,23 +23,23 @@ void append(const QString &path, const QByteArray &line)
 
 // Takes the user's and the group's number and a command. The kernel's note of who has logged in is root's to
 // write, and a container may not have it.
-const QString becomeUser = QStringLiteral(R"(
+const QString becomeUser = uR"(
 user=$1 group=$2
 shift 2
 { echo "$user" >/proc/self/loginuid; } 2>/dev/null
 exec setpriv --reuid="$user" --regid="$group" --groups="$group" sh -c 'kill -STOP $$; exec "$@"' sh "$@"
-)");
+)"_s;
 
 } // namespace
 
 void addUser(const TestUser &user, const std::vector<gid_t> &groups)
 {
-    append(QStringLiteral("/etc/passwd"),
+    append(u"/etc/passwd"_s,
         user.name + ":x:" + QByteArray::number(user.user) + ':' + QByteArray::number(user.group)
             + "::/nonexistent:/bin/sh");
     for (const gid_t group : groups) {
         const QByteArray number = QByteArray::number(group);
-        append(QStringLiteral("/etc/group"), user.name + '-' + number + ":x:" + number + ':' + user.name);
+        append(u"/etc/group"_s, user.name + '-' + number + ":x:" + number + ':' + user.name);
     }
 }
 
@@ -67,9 +69,9 @@ UserProcess::~UserProcess()
 // a sanitizer's versions of the calls would overrun.
 void UserProcess::startHeld(const QString &program, const QStringList &arguments)
 {
-    start(QStringLiteral("setsid"),
-        QStringList { QStringLiteral("--ctty"), QStringLiteral("sh"), QStringLiteral("-c"), becomeUser,
-            QStringLiteral("sh"), QString::number(m_user.user), QString::number(m_user.group), program }
+    start(u"setsid"_s,
+        QStringList { u"--ctty"_s, u"sh"_s, u"-c"_s, becomeUser, u"sh"_s, QString::number(m_user.user),
+            QString::number(m_user.group), program }
             + arguments);
     // It stops itself before it becomes the program.
     siginfo_t info = {};

@@ -3,12 +3,14 @@
 
 #include <QFile>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 // How long the calling thread has waited for a processor so far. A kernel that does not tell says 0.
 qint64 waitedNanoseconds()
 {
-    QFile file(QStringLiteral("/proc/thread-self/schedstat"));
+    QFile file(u"/proc/thread-self/schedstat"_s);
     return file.open(QIODevice::ReadOnly) ? file.readAll().split(' ').value(1).toLongLong() : 0;
 }
 

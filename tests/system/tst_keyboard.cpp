@@ -15,6 +15,8 @@
 
 #include <unistd.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 using Element = AccessibilityTree::Element;
 using State = AccessibilityTree::State;
 
@@ -23,10 +25,10 @@ namespace {
 constexpr int limit = 8000; // milliseconds, to which the time of reading the tree is added
 
 // Another volume of the machine begins with other letters.
-const QString volumeName = QStringLiteral("Key") + QString::number(getpid());
+const QString volumeName = u"Key"_s + QString::number(getpid());
 // Name, file system and state, as a row says them.
-const QString mountedRow = volumeName + QStringLiteral(", ext4, mounted");
-const QString unmountedRow = volumeName + QStringLiteral(", ext4, not mounted");
+const QString mountedRow = volumeName + u", ext4, mounted"_s;
+const QString unmountedRow = volumeName + u", ext4, not mounted"_s;
 
 // What a page must hold: the role and the name of each control, and whether it can be used.
 struct Control
@@ -38,23 +40,19 @@ struct Control
 
 bool press(const QString &key)
 {
-    return runProgram(
-               QStringLiteral("xdotool"), { QStringLiteral("key"), QStringLiteral("--clearmodifiers"), key })
-        == 0;
+    return runProgram(u"xdotool"_s, { u"key"_s, u"--clearmodifiers"_s, key }) == 0;
 }
 
 // Whether the program's window has the keyboard; asks the window manager for it, which may not be up yet.
 bool hasKeyboard()
 {
-    const QString title = QStringLiteral("Zorvex Disk Manager");
+    const QString title = u"Zorvex Disk Manager"_s;
     QByteArray name;
-    runProgram(QStringLiteral("xdotool"),
-        { QStringLiteral("getactivewindow"), QStringLiteral("getwindowname") }, &name);
+    runProgram(u"xdotool"_s, { u"getactivewindow"_s, u"getwindowname"_s }, &name);
     if (QString::fromUtf8(name).trimmed() == title)
         return true;
-    runProgram(QStringLiteral("xdotool"),
-        { QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"),
-            QString(u'^' + title + u'$'), QStringLiteral("windowactivate") });
+    runProgram(u"xdotool"_s,
+        { u"search"_s, u"--onlyvisible"_s, u"--name"_s, QString(u'^' + title + u'$'), u"windowactivate"_s });
     return false;
 }
 
@@ -62,10 +60,8 @@ bool hasKeyboard()
 bool isMenuOpen()
 {
     QByteArray windows;
-    runProgram(QStringLiteral("xdotool"),
-        { QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--class"),
-            QStringLiteral("zorvex-disk-manager") },
-        &windows);
+    runProgram(
+        u"xdotool"_s, { u"search"_s, u"--onlyvisible"_s, u"--class"_s, u"zorvex-disk-manager"_s }, &windows);
     return windows.count('\n') > 1;
 }
 
@@ -89,10 +85,7 @@ private Q_SLOTS:
 private:
     bool is(const QString &role, const QString &name, State state) const;
     bool isFocused(const QString &role, const QString &name) const { return is(role, name, State::Focused); }
-    bool isSheetOpen(const QString &button) const
-    {
-        return is(QStringLiteral("push button"), button, State::Showing);
-    }
+    bool isSheetOpen(const QString &button) const { return is(u"push button"_s, button, State::Showing); }
     QString faultsOf(const QList<Control> &controls) const;
     std::optional<Element> valueOf(const QString &caption) const;
     QString unnamed() const;
@@ -109,26 +102,21 @@ private:
 void TestKeyboard::initTestCase()
 {
     m_disk = std::make_unique<LoopDisk>(QList<LoopDisk::Partition> {
-        { 40, QString::fromLatin1(LoopDisk::linuxType), QStringLiteral("ext4"), volumeName } });
-    QCOMPARE(runProgram(QStringLiteral("udisksctl"),
-                 { QStringLiteral("mount"), QStringLiteral("-b"), m_disk->node(1) }),
-        0);
+        { 40, QString::fromLatin1(LoopDisk::linuxType), u"ext4"_s, volumeName } });
+    QCOMPARE(runProgram(u"udisksctl"_s, { u"mount"_s, u"-b"_s, m_disk->node(1) }), 0);
     // It says so when it manages windows: one that is opened meanwhile could stay hidden.
-    m_windowManager.start(
-        QStringLiteral("openbox"), { QStringLiteral("--startup"), QStringLiteral("echo started") });
+    m_windowManager.start(u"openbox"_s, { u"--startup"_s, u"echo started"_s });
     QVERIFY(m_windowManager.waitForReadyRead(limit));
     m_tree = std::make_unique<AccessibilityTree>();
     m_program.setProcessChannelMode(QProcess::ForwardedChannels);
     // The socket by which a second start finds the first is in the network namespace: in one of its own, the
     // program is alone. The test stays outside, where it hears of its disk's events.
-    m_program.start(QStringLiteral("unshare"),
-        { QStringLiteral("--net"), QStringLiteral("--"), QStringLiteral("/usr/bin/zorvex-disk-manager"),
-            QStringLiteral("-elevated") });
+    m_program.start(u"unshare"_s, { u"--net"_s, u"--"_s, u"/usr/bin/zorvex-disk-manager"_s, u"-elevated"_s });
     QVERIFY(m_program.waitForStarted());
     QTRY_VERIFY2_WITH_TIMEOUT(hasKeyboard(), m_windowManager.readAllStandardError().constData(), limit);
     QTRY_VERIFY2_WITH_TIMEOUT(m_tree->find([](const Element &element) {
-        return element.role == QLatin1String("tree item") && element.name.startsWith(volumeName)
-            && element.name.endsWith(QStringLiteral(", mounted"));
+        return element.role == "tree item"_L1 && element.name.startsWith(volumeName)
+            && element.name.endsWith(u", mounted"_s);
     }),
         qPrintable(described()), limit);
 }
@@ -154,7 +142,7 @@ QString TestKeyboard::described() const
 {
     QList<Element> shown;
     for (const Element &element : m_tree->elements()) {
-        if (element.has(State::Showing) && element.role != QLatin1String("filler"))
+        if (element.has(State::Showing) && element.role != "filler"_L1)
             shown.append(element);
     }
     return AccessibilityTree::listed(shown).left(900); // a message is cut soon after
@@ -181,8 +169,7 @@ QString TestKeyboard::faultsOf(const QList<Control> &controls) const
 std::optional<Element> TestKeyboard::valueOf(const QString &caption) const
 {
     const auto label = m_tree->find([&](const Element &element) {
-        return element.role == QLatin1String("label") && element.name == caption
-            && element.has(State::Showing);
+        return element.role == "label"_L1 && element.name == caption && element.has(State::Showing);
     });
     return label ? m_tree->labelledBy(*label) : std::nullopt;
 }
@@ -193,7 +180,7 @@ QString TestKeyboard::unnamed() const
     QStringList found;
     for (const Element &element : m_tree->elements()) {
         if (element.has(State::Focusable) && element.has(State::Showing) && element.name.isEmpty()
-            && element.role != QLatin1String("filler"))
+            && element.role != "filler"_L1)
             found.append(element.role);
     }
     return found.join(u'\n');
@@ -202,39 +189,37 @@ QString TestKeyboard::unnamed() const
 void TestKeyboard::nothingSelected()
 {
     const QString faults = faultsOf({
-        { "frame", QStringLiteral("Zorvex Disk Manager") },
-        { "menu item", QStringLiteral("File") },
-        { "menu item", QStringLiteral("Edit") },
-        { "menu item", QStringLiteral("Disk") },
-        { "menu item", QStringLiteral("Help") },
-        { "tree", QStringLiteral("Disks and volumes") },
-        { "page tab", QStringLiteral("Info") },
-        { "label", QStringLiteral("Disk icon") },
-        { "label", QStringLiteral("Select a disk or volume") },
-        { "text", QStringLiteral("Mount point") },
-        { "push button", QStringLiteral("Mount"), false },
+        { "frame", u"Zorvex Disk Manager"_s },
+        { "menu item", u"File"_s },
+        { "menu item", u"Edit"_s },
+        { "menu item", u"Disk"_s },
+        { "menu item", u"Help"_s },
+        { "tree", u"Disks and volumes"_s },
+        { "page tab", u"Info"_s },
+        { "label", u"Disk icon"_s },
+        { "label", u"Select a disk or volume"_s },
+        { "text", u"Mount point"_s },
+        { "push button", u"Mount"_s, false },
     });
     QVERIFY2(faults.isEmpty(), qPrintable(faults));
     QCOMPARE(unnamed(), QString());
-    QVERIFY(!m_tree->find(QStringLiteral("page tab"), QStringLiteral("Format")));
-    QVERIFY(!m_tree->find(QStringLiteral("page tab"), QStringLiteral("Maintenance")));
-    const auto divider
-        = m_tree->find([](const Element &element) { return element.name == QStringLiteral("Divider"); });
+    QVERIFY(!m_tree->find(u"page tab"_s, u"Format"_s));
+    QVERIFY(!m_tree->find(u"page tab"_s, u"Maintenance"_s));
+    const auto divider = m_tree->find([](const Element &element) { return element.name == u"Divider"_s; });
     QVERIFY(divider && divider->has(State::Focusable));
-    QVERIFY(m_tree->descriptionOf(*divider).contains(QStringLiteral("arrow keys")));
+    QVERIFY(m_tree->descriptionOf(*divider).contains(u"arrow keys"_s));
 }
 
 // The tree has the keyboard from the start, and Tab comes back to it; a row is found by its name.
 void TestKeyboard::selectVolume()
 {
     constexpr int mostStops = 20;
-    for (int i = 0; i < mostStops && !isFocused(QStringLiteral("tree"), QStringLiteral("Disks and volumes"));
-        ++i)
-        QVERIFY(press(QStringLiteral("Tab")));
-    QVERIFY(press(QStringLiteral("Home")));
-    QCOMPARE(runProgram(QStringLiteral("xdotool"), { QStringLiteral("type"), volumeName }), 0);
+    for (int i = 0; i < mostStops && !isFocused(u"tree"_s, u"Disks and volumes"_s); ++i)
+        QVERIFY(press(u"Tab"_s));
+    QVERIFY(press(u"Home"_s));
+    QCOMPARE(runProgram(u"xdotool"_s, { u"type"_s, volumeName }), 0);
     QTRY_VERIFY2_WITH_TIMEOUT(m_tree->find([](const Element &element) {
-        return element.role == QLatin1String("tree item") && element.name.startsWith(volumeName + u',')
+        return element.role == "tree item"_L1 && element.name.startsWith(volumeName + u',')
             && element.has(State::Selected);
     }),
         qPrintable(described()), limit);
@@ -246,22 +231,22 @@ void TestKeyboard::everyValueOfAVolume()
     const QString mountPoint = mountPointsOf(m_disk->node(1)).value(0);
     QVERIFY(!mountPoint.isEmpty());
     const QList<std::pair<QString, QString>> values {
-        { QStringLiteral("Mounted at:"), QRegularExpression::escape(mountPoint) },
-        { QStringLiteral("File system:"), QStringLiteral("^ext4$") },
-        { QStringLiteral("Device:"), QStringLiteral("^disk[0-9]+s1$") },
-        { QStringLiteral("Whole device:"), QStringLiteral("^No$") },
-        { QStringLiteral("Removable:"), QStringLiteral("^Yes$") },
-        { QStringLiteral("Ejectable:"), QStringLiteral("^Yes$") },
-        { QStringLiteral("Content:"), u'^' + QLatin1String(LoopDisk::linuxType) + u'$' },
-        { QStringLiteral("Preferred block size:"), QStringLiteral("^512 bytes$") },
+        { u"Mounted at:"_s, QRegularExpression::escape(mountPoint) },
+        { u"File system:"_s, u"^ext4$"_s },
+        { u"Device:"_s, u"^disk[0-9]+s1$"_s },
+        { u"Whole device:"_s, u"^No$"_s },
+        { u"Removable:"_s, u"^Yes$"_s },
+        { u"Ejectable:"_s, u"^Yes$"_s },
+        { u"Content:"_s, u'^' + QLatin1String(LoopDisk::linuxType) + u'$' },
+        { u"Preferred block size:"_s, u"^512 bytes$"_s },
     };
     QSet<QString> places;
     for (const auto &[caption, pattern] : values) {
         const std::optional<Element> value = valueOf(caption);
         QVERIFY2(value && value->has(State::Showing), qPrintable(caption));
-        const QString text = value->role == QLatin1String("text") ? m_tree->textOf(*value) : value->name;
+        const QString text = value->role == "text"_L1 ? m_tree->textOf(*value) : value->name;
         QVERIFY2(QRegularExpression(pattern).match(text).hasMatch(),
-            qPrintable(caption + u' ' + text + QStringLiteral(" is not ") + pattern));
+            qPrintable(caption + u' ' + text + u" is not "_s + pattern));
         places.insert(value->reference.path.path());
     }
     QCOMPARE(places.size(), values.size()); // each caption has a value of its own
@@ -270,59 +255,56 @@ void TestKeyboard::everyValueOfAVolume()
 void TestKeyboard::everyOutletOfAVolume()
 {
     selectVolume();
-    QVERIFY2(is(QStringLiteral("tree item"), mountedRow, State::Selected), qPrintable(described()));
+    QVERIFY2(is(u"tree item"_s, mountedRow, State::Selected), qPrintable(described()));
     QString faults = faultsOf({
-        { "page tab", QStringLiteral("Info") },
-        { "page tab", QStringLiteral("Format") },
-        { "page tab", QStringLiteral("Maintenance") },
-        { "graphic", QStringLiteral("Disk icon") },
+        { "page tab", u"Info"_s },
+        { "page tab", u"Format"_s },
+        { "page tab", u"Maintenance"_s },
+        { "graphic", u"Disk icon"_s },
         { "label", volumeName },
-        { "label", QString(QStringLiteral("Device node: ") + m_disk->node(1)) },
-        { "push button", QStringLiteral("Unmount") },
+        { "label", QString(u"Device node: "_s + m_disk->node(1)) },
+        { "push button", u"Unmount"_s },
     });
     QVERIFY2(faults.isEmpty(), qPrintable(faults));
-    const auto icon = m_tree->find(QStringLiteral("graphic"), QStringLiteral("Disk icon"));
+    const auto icon = m_tree->find(u"graphic"_s, u"Disk icon"_s);
     QCOMPARE(m_tree->descriptionOf(*icon), mountedRow);
-    const QRegularExpression space(QStringLiteral("^[0-9.]+ MB free of [0-9.]+ MB$"));
+    const QRegularExpression space(u"^[0-9.]+ MB free of [0-9.]+ MB$"_s);
     QVERIFY2(m_tree->find([&](const Element &element) {
-        return element.role == QLatin1String("label") && space.match(element.name).hasMatch();
+        return element.role == "label"_L1 && space.match(element.name).hasMatch();
     }),
         qPrintable(described()));
-    const auto link = m_tree->find(QStringLiteral("text"), QStringLiteral("Mount point"));
+    const auto link = m_tree->find(u"text"_s, u"Mount point"_s);
     QVERIFY(link);
-    QCOMPARE(m_tree->descriptionOf(*link), QStringLiteral("Link: opens the file manager"));
+    QCOMPARE(m_tree->descriptionOf(*link), u"Link: opens the file manager"_s);
     QCOMPARE(unnamed(), QString());
 
     // From the tree to the tabs and along them.
-    QVERIFY(press(QStringLiteral("Tab")));
-    QVERIFY(press(QStringLiteral("Right")));
-    QTRY_VERIFY_WITH_TIMEOUT(
-        is(QStringLiteral("combo box"), QStringLiteral("File system:"), State::Showing), limit);
+    QVERIFY(press(u"Tab"_s));
+    QVERIFY(press(u"Right"_s));
+    QTRY_VERIFY_WITH_TIMEOUT(is(u"combo box"_s, u"File system:"_s, State::Showing), limit);
     faults = faultsOf({
-        { "combo box", QStringLiteral("File system:") },
-        { "text", QStringLiteral("Volume label:") },
-        { "push button", QStringLiteral("Format…") },
+        { "combo box", u"File system:"_s },
+        { "text", u"Volume label:"_s },
+        { "push button", u"Format…"_s },
     });
     QVERIFY2(faults.isEmpty(), qPrintable(faults));
-    QCOMPARE(
-        m_tree->textOf(*m_tree->find(QStringLiteral("text"), QStringLiteral("Volume label:"))), volumeName);
+    QCOMPARE(m_tree->textOf(*m_tree->find(u"text"_s, u"Volume label:"_s)), volumeName);
     QCOMPARE(unnamed(), QString());
 
-    QVERIFY(press(QStringLiteral("Right")));
-    QTRY_VERIFY_WITH_TIMEOUT(
-        is(QStringLiteral("text"), QStringLiteral("Output of check and repair"), State::Showing), limit);
+    QVERIFY(press(u"Right"_s));
+    QTRY_VERIFY_WITH_TIMEOUT(is(u"text"_s, u"Output of check and repair"_s, State::Showing), limit);
     faults = faultsOf({
-        { "push button", QStringLiteral("Check") },
-        { "push button", QStringLiteral("Repair") },
-        { "text", QStringLiteral("Output of check and repair") },
+        { "push button", u"Check"_s },
+        { "push button", u"Repair"_s },
+        { "text", u"Output of check and repair"_s },
     });
     QVERIFY2(faults.isEmpty(), qPrintable(faults));
     QCOMPARE(unnamed(), QString());
     // No operation runs: both pages have a bar for one, and neither shows it.
     int bars = 0;
     for (const Element &element : m_tree->elements()) {
-        bars += element.role == QLatin1String("progress bar");
-        QVERIFY(element.role != QLatin1String("progress bar") || !element.has(State::Showing));
+        bars += element.role == "progress bar"_L1;
+        QVERIFY(element.role != "progress bar"_L1 || !element.has(State::Showing));
     }
     QCOMPARE(bars, 2);
 }
@@ -331,56 +313,48 @@ void TestKeyboard::everyOutletOfAVolume()
 void TestKeyboard::menuOfARow()
 {
     selectVolume();
-    QVERIFY(press(QStringLiteral("Menu")));
+    QVERIFY(press(u"Menu"_s));
     QTRY_VERIFY_WITH_TIMEOUT(isMenuOpen(), limit);
-    QVERIFY(press(QStringLiteral("u")));
+    QVERIFY(press(u"u"_s));
     QTRY_VERIFY_WITH_TIMEOUT(mountPointsOf(m_disk->node(1)).isEmpty(), limit);
-    QTRY_VERIFY_WITH_TIMEOUT(
-        is(QStringLiteral("push button"), QStringLiteral("Mount"), State::Enabled), limit);
-    QVERIFY(press(QStringLiteral("Menu")));
+    QTRY_VERIFY_WITH_TIMEOUT(is(u"push button"_s, u"Mount"_s, State::Enabled), limit);
+    QVERIFY(press(u"Menu"_s));
     QTRY_VERIFY_WITH_TIMEOUT(isMenuOpen(), limit);
-    QVERIFY(press(QStringLiteral("m")));
+    QVERIFY(press(u"m"_s));
     QTRY_VERIFY_WITH_TIMEOUT(!mountPointsOf(m_disk->node(1)).isEmpty(), limit);
-    QTRY_VERIFY_WITH_TIMEOUT(
-        is(QStringLiteral("push button"), QStringLiteral("Unmount"), State::Enabled), limit);
+    QTRY_VERIFY_WITH_TIMEOUT(is(u"push button"_s, u"Unmount"_s, State::Enabled), limit);
 }
 
 void TestKeyboard::volumeIsUnmountedMountedAndCheckedByKeyboard()
 {
     selectVolume();
-    QVERIFY(press(QStringLiteral("alt+u")));
+    QVERIFY(press(u"alt+u"_s));
     QTRY_VERIFY_WITH_TIMEOUT(mountPointsOf(m_disk->node(1)).isEmpty(), limit);
-    QTRY_VERIFY_WITH_TIMEOUT(is(QStringLiteral("tree item"), unmountedRow, State::Selected), limit);
-    QTRY_VERIFY_WITH_TIMEOUT(
-        is(QStringLiteral("push button"), QStringLiteral("Mount"), State::Enabled), limit);
-    QVERIFY(press(QStringLiteral("alt+m")));
+    QTRY_VERIFY_WITH_TIMEOUT(is(u"tree item"_s, unmountedRow, State::Selected), limit);
+    QTRY_VERIFY_WITH_TIMEOUT(is(u"push button"_s, u"Mount"_s, State::Enabled), limit);
+    QVERIFY(press(u"alt+m"_s));
     QTRY_VERIFY_WITH_TIMEOUT(!mountPointsOf(m_disk->node(1)).isEmpty(), limit);
-    QTRY_VERIFY_WITH_TIMEOUT(is(QStringLiteral("tree item"), mountedRow, State::Selected), limit);
-    QTRY_VERIFY_WITH_TIMEOUT(
-        is(QStringLiteral("push button"), QStringLiteral("Unmount"), State::Enabled), limit);
+    QTRY_VERIFY_WITH_TIMEOUT(is(u"tree item"_s, mountedRow, State::Selected), limit);
+    QTRY_VERIFY_WITH_TIMEOUT(is(u"push button"_s, u"Unmount"_s, State::Enabled), limit);
 
-    QVERIFY(press(QStringLiteral("ctrl+k")));
+    QVERIFY(press(u"ctrl+k"_s));
     const auto output = [this] {
-        const auto view = m_tree->find(QStringLiteral("text"), QStringLiteral("Output of check and repair"));
+        const auto view = m_tree->find(u"text"_s, u"Output of check and repair"_s);
         return view && view->has(State::Showing) ? m_tree->textOf(*view) : QString();
     };
-    QTRY_VERIFY2_WITH_TIMEOUT(output().contains(QStringLiteral("Finished file system verification on disk")),
+    QTRY_VERIFY2_WITH_TIMEOUT(output().contains(u"Finished file system verification on disk"_s),
         qPrintable(output() + described()), limit);
-    QVERIFY2(
-        output().contains(QStringLiteral("Started file system verification on disk")), qPrintable(output()));
-    QVERIFY2(
-        output().contains(QRegularExpression(QStringLiteral("The volume on disk[0-9]+s1 appears to be OK"))),
+    QVERIFY2(output().contains(u"Started file system verification on disk"_s), qPrintable(output()));
+    QVERIFY2(output().contains(QRegularExpression(u"The volume on disk[0-9]+s1 appears to be OK"_s)),
         qPrintable(output()));
-    QTRY_VERIFY_WITH_TIMEOUT(
-        is(QStringLiteral("push button"), QStringLiteral("Check"), State::Enabled), limit);
+    QTRY_VERIFY_WITH_TIMEOUT(is(u"push button"_s, u"Check"_s, State::Enabled), limit);
 }
 
 // Presses the key while the sheet with this button is open, and waits until it has gone.
 void TestKeyboard::pressOnSheet(const QString &key, const QString &button)
 {
     QTRY_VERIFY2_WITH_TIMEOUT(isSheetOpen(button), qPrintable(described()), limit);
-    QTRY_VERIFY2_WITH_TIMEOUT(
-        isFocused(QStringLiteral("push button"), QStringLiteral("Cancel")), qPrintable(described()), limit);
+    QTRY_VERIFY2_WITH_TIMEOUT(isFocused(u"push button"_s, u"Cancel"_s), qPrintable(described()), limit);
     QVERIFY(press(key));
     QTRY_VERIFY_WITH_TIMEOUT(!isSheetOpen(button), limit);
 }
@@ -389,32 +363,30 @@ void TestKeyboard::volumeInUseIsNotForcedByReturnOrEscape()
 {
     const QStringList mountPoints = mountPointsOf(m_disk->node(1));
     QCOMPARE(mountPoints.size(), 1);
-    QFile inUse(mountPoints.constFirst() + QStringLiteral("/in-use"));
+    QFile inUse(mountPoints.constFirst() + u"/in-use"_s);
     QVERIFY(inUse.open(QIODevice::WriteOnly));
-    for (const QString &key : { QStringLiteral("Escape"), QStringLiteral("Return") }) {
-        QTRY_VERIFY_WITH_TIMEOUT(
-            is(QStringLiteral("push button"), QStringLiteral("Check"), State::Enabled), limit);
-        QVERIFY(press(QStringLiteral("ctrl+e")));
-        pressOnSheet(key, QStringLiteral("Force Unmount"));
+    for (const QString &key : { u"Escape"_s, u"Return"_s }) {
+        QTRY_VERIFY_WITH_TIMEOUT(is(u"push button"_s, u"Check"_s, State::Enabled), limit);
+        QVERIFY(press(u"ctrl+e"_s));
+        pressOnSheet(key, u"Force Unmount"_s);
         QCOMPARE(mountPointsOf(m_disk->node(1)), mountPoints);
     }
 }
 
 void TestKeyboard::volumeIsNotErasedByReturnOrEscape()
 {
-    const QString uuid = probed(m_disk->node(1), QStringLiteral("UUID"));
+    const QString uuid = probed(m_disk->node(1), u"UUID"_s);
     QVERIFY(!uuid.isEmpty());
-    QTRY_VERIFY_WITH_TIMEOUT(
-        is(QStringLiteral("push button"), QStringLiteral("Check"), State::Enabled), limit);
+    QTRY_VERIFY_WITH_TIMEOUT(is(u"push button"_s, u"Check"_s, State::Enabled), limit);
     // The menu item leads to the choice of a file system.
-    QVERIFY(press(QStringLiteral("ctrl+shift+f")));
-    QTRY_VERIFY_WITH_TIMEOUT(isFocused(QStringLiteral("combo box"), QStringLiteral("File system:")), limit);
-    QVERIFY(press(QStringLiteral("Down")));
-    for (const QString &key : { QStringLiteral("Escape"), QStringLiteral("Return") }) {
-        QVERIFY(press(QStringLiteral("alt+r")));
-        pressOnSheet(key, QStringLiteral("Erase and Format"));
-        QVERIFY(is(QStringLiteral("push button"), QStringLiteral("Format…"), State::Enabled));
-        QCOMPARE(probed(m_disk->node(1), QStringLiteral("UUID")), uuid);
+    QVERIFY(press(u"ctrl+shift+f"_s));
+    QTRY_VERIFY_WITH_TIMEOUT(isFocused(u"combo box"_s, u"File system:"_s), limit);
+    QVERIFY(press(u"Down"_s));
+    for (const QString &key : { u"Escape"_s, u"Return"_s }) {
+        QVERIFY(press(u"alt+r"_s));
+        pressOnSheet(key, u"Erase and Format"_s);
+        QVERIFY(is(u"push button"_s, u"Format…"_s, State::Enabled));
+        QCOMPARE(probed(m_disk->node(1), u"UUID"_s), uuid);
     }
 }
 

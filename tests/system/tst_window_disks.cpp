@@ -18,14 +18,16 @@
 
 #include <csignal>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr int limit = 20000; // milliseconds; what a machine under load still needs
 
 const QList<LoopDisk::Partition> practiceDisk {
-    { 40, QString::fromLatin1(LoopDisk::efiType), QStringLiteral("vfat"), QStringLiteral("EFI") },
-    { 40, QString::fromLatin1(LoopDisk::dataType), QStringLiteral("ntfs"), QStringLiteral("DATA") },
-    { 40, QString::fromLatin1(LoopDisk::linuxType), QStringLiteral("ext4"), QStringLiteral("Backup") },
+    { 40, QString::fromLatin1(LoopDisk::efiType), u"vfat"_s, u"EFI"_s },
+    { 40, QString::fromLatin1(LoopDisk::dataType), u"ntfs"_s, u"DATA"_s },
+    { 40, QString::fromLatin1(LoopDisk::linuxType), u"ext4"_s, u"Backup"_s },
 };
 
 bool isDrawnEnabled(RealWindow &window, const OutlineItem &disk)
@@ -59,13 +61,13 @@ void TestWindowDisks::listsTheDiskWithoutItsEfiPartition()
     QTRY_COMPARE_WITH_TIMEOUT(
         window.nodesOfDisk(disk.node()), (QStringList { disk.node(), disk.node(2), disk.node(3) }), limit);
     const OutlineItem data = window.recordOf(disk.node(2));
-    QTRY_COMPARE_WITH_TIMEOUT(data->volumeName.value_or(QString()), QStringLiteral("DATA"), limit);
+    QTRY_COMPARE_WITH_TIMEOUT(data->volumeName.value_or(QString()), u"DATA"_s, limit);
     QCOMPARE(data->mediaSize->longLongValue(), 40LL * 1024 * 1024);
     QVERIFY(!data->whole);
     QVERIFY(!data->internal);
     const OutlineItem whole = window.recordOf(disk.node());
     QVERIFY(whole->whole && !whole->leaf && whole->ejectable && whole->removable);
-    QCOMPARE(*whole->content, QStringLiteral("GUID_partition_scheme"));
+    QCOMPARE(*whole->content, u"GUID_partition_scheme"_s);
     QVERIFY(data->bsdName->startsWith(*whole->bsdName + u's'));
     QVERIFY(isDrawnEnabled(window, whole));
     QVERIFY(!isDrawnEnabled(window, data));
@@ -80,12 +82,12 @@ void TestWindowDisks::fillsTheInfoTab()
     QTRY_VERIFY_WITH_TIMEOUT(volume->volumeKind, limit);
     window.select(volume);
     const ZorvexDiskManagerAppDelegate &controller = window.controller();
-    QCOMPARE(controller.infoNameLabel->text(), QStringLiteral("Backup"));
-    QCOMPARE(controller.infoDiskSpaceLabel->text(), QStringLiteral("41.94 MB"));
+    QCOMPARE(controller.infoNameLabel->text(), u"Backup"_s);
+    QCOMPARE(controller.infoDiskSpaceLabel->text(), u"41.94 MB"_s);
     QCOMPARE(controller.bsdNameLabel->text(), *volume->bsdName);
-    QCOMPARE(controller.bsdNameLabel->toolTip(), QStringLiteral("Device node: ") + disk.node(3));
+    QCOMPARE(controller.bsdNameLabel->toolTip(), u"Device node: "_s + disk.node(3));
     QCOMPARE(controller.contentHintLabel->text(), QString::fromLatin1(LoopDisk::linuxType));
-    QCOMPARE(controller.preferredBlockSizeLabel->text(), QStringLiteral("512 bytes"));
+    QCOMPARE(controller.preferredBlockSizeLabel->text(), u"512 bytes"_s);
     QVERIFY(!controller.infoBigImageField->pixmap().isNull());
     QVERIFY(controller.rightTabView->indexOf(controller.formatTab) >= 0);
     QVERIFY(controller.mountUnmountButton->isEnabled());
@@ -112,7 +114,7 @@ void TestWindowDisks::mountsAndUnmounts()
     QCOMPARE(volume->volumePath->toLocalFile(), mountPointsOf(disk.node(3)).constFirst());
     QVERIFY(isDrawnEnabled(window, volume));
     QVERIFY(controller.infoMountedPathView->toPlainText().contains(volume->volumePath->toLocalFile()));
-    QVERIFY(controller.infoDiskSpaceLabel->text().contains(QStringLiteral(" free of 41.94 MB")));
+    QVERIFY(controller.infoDiskSpaceLabel->text().contains(u" free of 41.94 MB"_s));
 
     controller.mountUnmountButton->click();
     QTRY_VERIFY_WITH_TIMEOUT(!volume->operationInProgress, limit);
@@ -135,7 +137,7 @@ void TestWindowDisks::busyVolumeOpensTheForceDialog()
 
     QProcess holder;
     holder.setWorkingDirectory(volume->volumePath->toLocalFile());
-    holder.start(QStringLiteral("cat"), QStringList());
+    holder.start(u"cat"_s, QStringList());
     QVERIFY(holder.waitForStarted());
 
     window.controller().mountUnmountButton->click();
@@ -205,7 +207,7 @@ void TestWindowDisks::serviceThatRestartsGivesTheSameTree()
     QVERIFY(service > 0); // any other number stands for more than one process
     QCOMPARE(kill(service, SIGTERM), 0);
     QTRY_COMPARE_WITH_TIMEOUT(window.controller().leftOutlineView->numberOfRows(), 0, limit);
-    QCOMPARE(runProgram(QStringLiteral("udisksctl"), { QStringLiteral("status") }), 0); // starts it again
+    QCOMPARE(runProgram(u"udisksctl"_s, { u"status"_s }), 0); // starts it again
     QTRY_COMPARE_WITH_TIMEOUT(window.nodesOfDisk(disk.node()), before, limit);
     const QStringList names = window.rowNames();
     QCOMPARE(QSet<QString>(names.begin(), names.end()).size(), names.size());
@@ -213,16 +215,16 @@ void TestWindowDisks::serviceThatRestartsGivesTheSameTree()
 
 void TestWindowDisks::mountThatIsRefusedIsReported()
 {
-    LoopDisk disk({ { 20, QString::fromLatin1(LoopDisk::linuxType), QString(), QStringLiteral("Empty") } });
+    LoopDisk disk({ { 20, QString::fromLatin1(LoopDisk::linuxType), QString(), u"Empty"_s } });
     RealWindow window;
     QTRY_VERIFY_WITH_TIMEOUT(window.recordOf(disk.node(1)), limit);
     const OutlineItem empty = window.recordOf(disk.node(1));
     window.select(empty);
     window.controller().mountUnmountButton->click();
     QTRY_COMPARE_WITH_TIMEOUT(window.sheets().size(), 1, limit);
-    QCOMPARE(window.sheets().constFirst()->text(), QStringLiteral("Error"));
+    QCOMPARE(window.sheets().constFirst()->text(), u"Error"_s);
     QCOMPARE(window.sheets().constFirst()->informativeText(),
-        QStringLiteral("Error while mounting %1: No supported file system found.").arg(*empty->bsdName));
+        u"Error while mounting %1: No supported file system found."_s.arg(*empty->bsdName));
     QVERIFY(!empty->operationInProgress);
     window.endSheet(AlertSheet::firstButtonReturn);
 }
@@ -233,7 +235,7 @@ void TestWindowDisks::toolAndWindowAgreeOnEveryName()
     RealWindow window;
     QTRY_COMPARE_WITH_TIMEOUT(window.nodesOfDisk(disk.node()).size(), 3, limit);
     QByteArray output;
-    QCOMPARE(runProgram(QStringLiteral("/usr/sbin/diskutil"), { QStringLiteral("list") }, &output), 0);
+    QCOMPARE(runProgram(u"/usr/sbin/diskutil"_s, { u"list"_s }, &output), 0);
     QStringList listed; // BSD name and device node of each line
     for (const QString &line : QString::fromUtf8(output).split(u'\n'))
         listed.append(line.simplified().section(u' ', 0, 1));

@@ -18,22 +18,22 @@
 #include <QPushButton>
 #include <QTest>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr int limit = 30000; // milliseconds
 
 QList<LoopDisk::Partition> oneVolume()
 {
-    return { { 20, QString::fromLatin1(LoopDisk::linuxType), QStringLiteral("ext4"),
-        QStringLiteral("Backup") } };
+    return { { 20, QString::fromLatin1(LoopDisk::linuxType), u"ext4"_s, u"Backup"_s } };
 }
 
 // Runs a program in the mount namespace of the disk service, which is the machine's own.
 int onTheMachine(const QString &program, const QStringList &arguments)
 {
-    const QStringList enter { QStringLiteral("--target"), QString::number(diskServicePid()),
-        QStringLiteral("--mount"), program };
-    return runProgram(QStringLiteral("nsenter"), enter + arguments);
+    const QStringList enter { u"--target"_s, QString::number(diskServicePid()), u"--mount"_s, program };
+    return runProgram(u"nsenter"_s, enter + arguments);
 }
 
 OutlineItem volumeOf(RealWindow &window, const LoopDisk &disk)
@@ -41,7 +41,7 @@ OutlineItem volumeOf(RealWindow &window, const LoopDisk &disk)
     const bool isThere = QTest::qWaitFor(
         [&] {
             const OutlineItem volume = window.recordOf(disk.node(1));
-            return volume && volume->volumeKind == QStringLiteral("patient");
+            return volume && volume->volumeKind == u"patient"_s;
         },
         limit);
     return isThere ? window.recordOf(disk.node(1)) : nullptr;
@@ -76,25 +76,25 @@ void TestWindowFaults::droppedFileSystemAppearsAtTheNextActivation()
     m_patient.remove();
     RealWindow window;
     const QComboBox *menu = window.controller().formatFilesystemsPopupButton;
-    QCOMPARE(menu->findText(QStringLiteral("Patient")), -1);
+    QCOMPARE(menu->findText(u"Patient"_s), -1);
     m_patient.install();
-    QCOMPARE(menu->findText(QStringLiteral("Patient")), -1);
+    QCOMPARE(menu->findText(u"Patient"_s), -1);
     QEvent activation(QEvent::WindowActivate);
     QApplication::sendEvent(&window.window(), &activation);
-    QVERIFY(menu->findText(QStringLiteral("Patient")) >= 0);
+    QVERIFY(menu->findText(u"Patient"_s) >= 0);
 
     QTRY_VERIFY_WITH_TIMEOUT(window.recordOf(disk.node(1)), limit);
     const OutlineItem volume = window.recordOf(disk.node(1));
     window.select(volume);
-    window.controller().formatFilesystemsPopupButton->setCurrentText(QStringLiteral("Patient"));
-    window.controller().formatVolumeLabelField->setText(QStringLiteral("Renewed"));
+    window.controller().formatFilesystemsPopupButton->setCurrentText(u"Patient"_s);
+    window.controller().formatVolumeLabelField->setText(u"Renewed"_s);
     window.controller().formatButton->click();
     window.endSheet(AlertSheet::firstButtonReturn);
     QVERIFY(volume->operationInProgress);
     m_patient.release(disk, "go on");
     QTRY_VERIFY_WITH_TIMEOUT(!volume->operationInProgress, limit);
     QVERIFY(window.sheets().isEmpty());
-    QCOMPARE(probed(disk.node(1), QStringLiteral("LABEL")), QStringLiteral("Renewed"));
+    QCOMPARE(probed(disk.node(1), u"LABEL"_s), u"Renewed"_s);
 }
 
 void TestWindowFaults::eachOutputGoesToItsOwnRecord()
@@ -112,7 +112,7 @@ void TestWindowFaults::eachOutputGoesToItsOwnRecord()
     for (const OutlineItem &volume : { volumes[0], volumes[1] }) {
         window.select(volume);
         window.controller().checkButton->click();
-        QTRY_VERIFY_WITH_TIMEOUT(view->toPlainText().contains(QStringLiteral("looking at")), limit);
+        QTRY_VERIFY_WITH_TIMEOUT(view->toPlainText().contains(u"looking at"_s), limit);
     }
     window.select(volumes[2]);
     QCOMPARE(view->toPlainText(), QString());
@@ -121,10 +121,10 @@ void TestWindowFaults::eachOutputGoesToItsOwnRecord()
     QTRY_VERIFY_WITH_TIMEOUT(!volumes[0]->operationInProgress && !volumes[1]->operationInProgress, limit);
     QCOMPARE(view->toPlainText(), QString());
     window.select(volumes[0]);
-    QVERIFY(view->toPlainText().contains(QStringLiteral("answer for the first")));
-    QVERIFY(!view->toPlainText().contains(QStringLiteral("answer for the second")));
+    QVERIFY(view->toPlainText().contains(u"answer for the first"_s));
+    QVERIFY(!view->toPlainText().contains(u"answer for the second"_s));
     window.select(volumes[1]);
-    QVERIFY(view->toPlainText().contains(QStringLiteral("answer for the second")));
+    QVERIFY(view->toPlainText().contains(u"answer for the second"_s));
     QVERIFY(window.sheets().isEmpty());
 }
 
@@ -138,8 +138,7 @@ void TestWindowFaults::diskThatGoesDuringACheck()
     window.select(volume);
     window.controller().checkButton->click();
     QTRY_VERIFY_WITH_TIMEOUT(
-        window.controller().checkRepairOutputView->toPlainText().contains(QStringLiteral("looking at")),
-        limit);
+        window.controller().checkRepairOutputView->toPlainText().contains(u"looking at"_s), limit);
     disk.detach();
     QTRY_VERIFY_WITH_TIMEOUT(!window.recordOf(disk.node(1)), limit);
     m_patient.release(disk, "the disk has gone");
@@ -155,7 +154,7 @@ void TestWindowFaults::diskThatGoesDuringAFormat()
     const OutlineItem volume = volumeOf(window, disk);
     QVERIFY(volume);
     window.select(volume);
-    window.controller().formatFilesystemsPopupButton->setCurrentText(QStringLiteral("Patient"));
+    window.controller().formatFilesystemsPopupButton->setCurrentText(u"Patient"_s);
     window.controller().formatButton->click();
     window.endSheet(AlertSheet::firstButtonReturn);
     QVERIFY(volume->operationInProgress);
@@ -165,8 +164,7 @@ void TestWindowFaults::diskThatGoesDuringAFormat()
     m_patient.release(disk, "go on");
     QTRY_VERIFY_WITH_TIMEOUT(!volume->operationInProgress, limit);
     QCOMPARE(window.sheets().size(), 1);
-    QVERIFY(window.sheets().constFirst()->informativeText().startsWith(
-        QStringLiteral("diskutil returned error code: ")));
+    QVERIFY(window.sheets().constFirst()->informativeText().startsWith(u"diskutil returned error code: "_s));
     window.endSheet(AlertSheet::firstButtonReturn);
 }
 
@@ -179,10 +177,8 @@ int TestWindowFaults::checkAndClose(const QString &node)
         return 2;
     window.select(window.recordOf(node));
     window.controller().checkButton->click();
-    const auto hasBegun = [&] {
-        return window.controller().checkRepairOutputView->toPlainText().contains(
-            QStringLiteral("looking at"));
-    };
+    const auto hasBegun
+        = [&] { return window.controller().checkRepairOutputView->toPlainText().contains(u"looking at"_s); };
     if (!QTest::qWaitFor(hasBegun, limit))
         return 3;
     QMetaObject::invokeMethod(&window.window(), &QWidget::close, Qt::QueuedConnection);
@@ -196,18 +192,17 @@ void TestWindowFaults::windowThatIsClosedDuringACheck()
     m_patient.makePipe(disk);
     QProcess child;
     child.setProcessChannelMode(QProcess::ForwardedChannels);
-    child.start(
-        QCoreApplication::applicationFilePath(), { QStringLiteral("--check-and-close"), disk.node(1) });
+    child.start(QCoreApplication::applicationFilePath(), { u"--check-and-close"_s, disk.node(1) });
     QVERIFY(child.waitForFinished(2 * limit));
     QCOMPARE(child.exitStatus(), QProcess::NormalExit);
     QCOMPARE(child.exitCode(), 0);
     // Others on this machine may check disks of their own.
     const QString diskutil
-        = QStringLiteral("^/usr/sbin/diskutil .*%1$").arg(readBlockDeviceFacts(disk.node(1)).value().bsdName);
+        = u"^/usr/sbin/diskutil .*%1$"_s.arg(readBlockDeviceFacts(disk.node(1)).value().bsdName);
     const QString tool = m_patient.verifyTool() + u' ' + disk.node(1);
     const auto isRunning = [&] {
-        return runProgram(QStringLiteral("pgrep"), { QStringLiteral("-f"), tool }) == 0
-            || runProgram(QStringLiteral("pgrep"), { QStringLiteral("-f"), diskutil }) == 0;
+        return runProgram(u"pgrep"_s, { u"-f"_s, tool }) == 0
+            || runProgram(u"pgrep"_s, { u"-f"_s, diskutil }) == 0;
     };
     QTRY_VERIFY_WITH_TIMEOUT(!isRunning(), limit);
 }
@@ -219,12 +214,12 @@ void TestWindowFaults::volumeOfTheSystemIsNotForced()
     const OutlineItem volume = volumeOf(window, disk);
     QVERIFY(volume);
     // A volume that holds /boot is the system's, whichever disk it lies on.
-    QVERIFY(QDir().mkpath(QStringLiteral("/boot")));
-    QCOMPARE(onTheMachine(QStringLiteral("mount"), { disk.node(1), QStringLiteral("/boot") }), 0);
+    QVERIFY(QDir().mkpath(u"/boot"_s));
+    QCOMPARE(onTheMachine(u"mount"_s, { disk.node(1), u"/boot"_s }), 0);
     QTRY_VERIFY_WITH_TIMEOUT(volume->volumePath, limit);
     QProcess holder;
-    holder.setWorkingDirectory(QStringLiteral("/boot"));
-    holder.start(QStringLiteral("cat"), QStringList());
+    holder.setWorkingDirectory(u"/boot"_s);
+    holder.start(u"cat"_s, QStringList());
     QVERIFY(holder.waitForStarted());
 
     window.select(volume);
@@ -232,22 +227,21 @@ void TestWindowFaults::volumeOfTheSystemIsNotForced()
     QTRY_COMPARE_WITH_TIMEOUT(window.sheets().size(), 1, limit);
     window.endSheet(AlertSheet::firstButtonReturn);
     QTRY_VERIFY_WITH_TIMEOUT(!volume->operationInProgress, limit);
-    QCOMPARE(mountPointsOf(disk.node(1)), QStringList { QStringLiteral("/boot") });
+    QCOMPARE(mountPointsOf(disk.node(1)), QStringList { u"/boot"_s });
     QTRY_COMPARE(window.sheets().size(), 1);
     QCOMPARE(window.sheets().constFirst()->informativeText(),
-        QStringLiteral("Error while unmounting %1: The running system stands on this volume.")
-            .arg(*volume->bsdName));
+        u"Error while unmounting %1: The running system stands on this volume."_s.arg(*volume->bsdName));
     window.endSheet(AlertSheet::firstButtonReturn);
     holder.kill();
     holder.waitForFinished();
-    QCOMPARE(onTheMachine(QStringLiteral("umount"), { QStringLiteral("/boot") }), 0);
+    QCOMPARE(onTheMachine(u"umount"_s, { u"/boot"_s }), 0);
 }
 
 int main(int argc, char **argv)
 {
     QApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.value(1) == QLatin1String("--check-and-close"))
+    if (arguments.value(1) == "--check-and-close"_L1)
         std::_Exit(TestWindowFaults::checkAndClose(arguments.value(2)));
     TestWindowFaults test;
     return QTest::qExec(&test, argc, argv);

@@ -13,13 +13,15 @@
 #include <QTabWidget>
 #include <QTest>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr int limit = 60000; // milliseconds; what a tool on a machine under load still needs
 
 QList<LoopDisk::Partition> oneVolume(int sizeMiB, const QString &fileSystem)
 {
-    return { { sizeMiB, QString::fromLatin1(LoopDisk::linuxType), fileSystem, QStringLiteral("Backup") } };
+    return { { sizeMiB, QString::fromLatin1(LoopDisk::linuxType), fileSystem, u"Backup"_s } };
 }
 
 // The record of the disk's first volume, selected, once the service has told all of it.
@@ -42,13 +44,13 @@ OutlineItem selectedVolume(RealWindow &window, const LoopDisk &disk)
 QString probedType(const ZorvexDiskManagerFSBundle &bundle)
 {
     static const QHash<QString, QString> types {
-        { QStringLiteral("msdos"), QStringLiteral("vfat") },
-        { QStringLiteral("zorvex_fatplus"), QStringLiteral("vfat") },
-        { QStringLiteral("zorvex_exfat"), QStringLiteral("exfat") },
-        { QStringLiteral("zorvex_ntfs"), QStringLiteral("ntfs") },
-        { QStringLiteral("fusefs_qvontfs"), QStringLiteral("ntfs") },
+        { u"msdos"_s, u"vfat"_s },
+        { u"zorvex_fatplus"_s, u"vfat"_s },
+        { u"zorvex_exfat"_s, u"exfat"_s },
+        { u"zorvex_ntfs"_s, u"ntfs"_s },
+        { u"fusefs_qvontfs"_s, u"ntfs"_s },
     };
-    if (bundle.bundleName == QLatin1String("ext4"))
+    if (bundle.bundleName == "ext4"_L1)
         return bundle.fsPersonality;
     return types.value(bundle.bundleName, bundle.bundleName);
 }
@@ -56,8 +58,8 @@ QString probedType(const ZorvexDiskManagerFSBundle &bundle)
 // A format whose volume this machine has no driver to mount says so at its end.
 bool isMountFailure(const AlertSheet *sheet)
 {
-    return sheet->informativeText().startsWith(QStringLiteral("Error while mounting"))
-        && sheet->informativeText().endsWith(QStringLiteral("not configured in kernel."));
+    return sheet->informativeText().startsWith(u"Error while mounting"_s)
+        && sheet->informativeText().endsWith(u"not configured in kernel."_s);
 }
 
 } // namespace
@@ -89,7 +91,7 @@ void TestWindowOperations::runToItsEnd(RealWindow &window, const OutlineItem &vo
 
 void TestWindowOperations::checkRepairAndCheckAgain()
 {
-    const LoopDisk disk(oneVolume(40, QStringLiteral("ext4")));
+    const LoopDisk disk(oneVolume(40, u"ext4"_s));
     RealWindow window;
     const OutlineItem volume = selectedVolume(window, disk);
     QVERIFY(volume);
@@ -100,16 +102,15 @@ void TestWindowOperations::checkRepairAndCheckAgain()
     QVERIFY(controller.checkRepairOutputView->toPlainText().contains(*volume->bsdName));
 
     // A count of links that is wrong: found by a check, mended by a repair.
-    QCOMPARE(runProgram(QStringLiteral("debugfs"),
-                 { QStringLiteral("-w"), QStringLiteral("-R"),
-                     QStringLiteral("set_inode_field <11> links_count 9"), disk.node(1) }),
+    QCOMPARE(
+        runProgram(u"debugfs"_s, { u"-w"_s, u"-R"_s, u"set_inode_field <11> links_count 9"_s, disk.node(1) }),
         0);
     const QByteArray damaged = disk.imageHash();
     runToItsEnd(window, volume, controller.checkButton);
     QCOMPARE(window.sheets().size(), 1);
-    QCOMPARE(window.sheets().constFirst()->text(), QStringLiteral("Error"));
+    QCOMPARE(window.sheets().constFirst()->text(), u"Error"_s);
     QCOMPARE(window.sheets().constFirst()->informativeText(),
-        QStringLiteral("Encountered errors when checking the volume.\nFilesystem needs to be repaired."));
+        u"Encountered errors when checking the volume.\nFilesystem needs to be repaired."_s);
     window.endSheet(AlertSheet::firstButtonReturn);
     QTRY_VERIFY(window.sheets().isEmpty());
     QCOMPARE(disk.imageHash(), damaged);
@@ -124,13 +125,13 @@ void TestWindowOperations::formatsAsEveryFileSystem_data()
 {
     QTest::addColumn<QString>("label");
     QTest::newRow("empty label") << QString();
-    QTest::newRow("typed label") << QStringLiteral("MUSIC 1");
+    QTest::newRow("typed label") << u"MUSIC 1"_s;
 }
 
 void TestWindowOperations::formatsAsEveryFileSystem()
 {
     QFETCH(const QString, label);
-    const LoopDisk disk(oneVolume(400, QStringLiteral("ext4")));
+    const LoopDisk disk(oneVolume(400, u"ext4"_s));
     RealWindow window;
     const OutlineItem volume = selectedVolume(window, disk);
     QVERIFY(volume);
@@ -153,12 +154,11 @@ void TestWindowOperations::formatsAsEveryFileSystem()
             window.endSheet(AlertSheet::firstButtonReturn);
         }
         QTRY_VERIFY(window.sheets().isEmpty());
-        const bool isFat = probedType(*bundle) == QLatin1String("vfat");
-        const QString expected
-            = !label.isEmpty() ? label : (isFat ? QStringLiteral("UNTITLED") : QStringLiteral("Untitled"));
-        QCOMPARE(QString(bundle->bundleName + u' ' + probed(disk.node(1), QStringLiteral("TYPE"))),
+        const bool isFat = probedType(*bundle) == "vfat"_L1;
+        const QString expected = !label.isEmpty() ? label : (isFat ? u"UNTITLED"_s : u"Untitled"_s);
+        QCOMPARE(QString(bundle->bundleName + u' ' + probed(disk.node(1), u"TYPE"_s)),
             QString(bundle->bundleName + u' ' + probedType(*bundle)));
-        QCOMPARE(probed(disk.node(1), QStringLiteral("LABEL")), expected);
+        QCOMPARE(probed(disk.node(1), u"LABEL"_s), expected);
         QTRY_COMPARE_WITH_TIMEOUT(volume->volumeName.value_or(QString()), expected, limit);
         QVERIFY(!volume->operationInProgressShowFormatTab && !volume->operationInProgressShowMaintenanceTab);
         ++formatted;

@@ -23,6 +23,8 @@
 
 #include <sys/stat.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 // Two volumes of a file system that can be checked and repaired. The tool runs a script.
@@ -30,14 +32,14 @@ struct CheckTest : TestController
 {
     explicit CheckTest(const QByteArray &script)
     {
-        writeBundle(systemDirectory(), QStringLiteral("probe"),
+        writeBundle(systemDirectory(), u"probe"_s,
             "<key>CFBundleIdentifier</key><string>org.example</string><key>FSPersonalities</"
             "key><dict><key>P</key>"
             "<dict><key>FSName</key><string>Probe</string><key>FSFormatExecutable</key><string>x</string>"
             "<key>FSVerificationExecutable</key>"
             "<string>x</string><key>FSRepairExecutable</key><string>x</string></dict></dict>");
-        diskutil = filesystems.filePath(QStringLiteral("tool"));
-        pipe = filesystems.filePath(QStringLiteral("pipe"));
+        diskutil = filesystems.filePath(u"tool"_s);
+        pipe = filesystems.filePath(u"pipe"_s);
         mkfifo(QFile::encodeName(pipe).constData(), 0600);
         QFile tool(diskutil);
         if (!tool.open(QIODevice::WriteOnly))
@@ -47,11 +49,11 @@ struct CheckTest : TestController
         tool.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         launch();
         for (const MemoryDiskRef &volume : { first, second }) {
-            volume->description->insert(DAKey::volumeKind, QStringLiteral("probe"));
+            volume->description->insert(DAKey::volumeKind, u"probe"_s);
             add(volume);
         }
-        record = recordOf(QStringLiteral("disk2s1"));
-        select(QStringLiteral("disk2s1"));
+        record = recordOf(u"disk2s1"_s);
+        select(u"disk2s1"_s);
     }
 
     QString shown() { return controller().checkRepairOutputView->toPlainText(); }
@@ -69,8 +71,8 @@ struct CheckTest : TestController
     }
 
     QString pipe;
-    MemoryDiskRef first = makePartition(QStringLiteral("disk2s1"), 1000);
-    MemoryDiskRef second = makePartition(QStringLiteral("disk2s2"), 2000);
+    MemoryDiskRef first = makePartition(u"disk2s1"_s, 1000);
+    MemoryDiskRef second = makePartition(u"disk2s2"_s, 2000);
     OutlineItem record;
 };
 
@@ -102,7 +104,7 @@ struct OutputRun
             qFatal("output is missing");
     }
 
-    QString figures() const { return QStringLiteral("%1 times in %2 ms").arg(rebuilds).arg(milliseconds); }
+    QString figures() const { return u"%1 times in %2 ms"_s.arg(rebuilds).arg(milliseconds); }
 
     qint64 rebuilds = 0; // while output came
     qint64 milliseconds = 0;
@@ -139,7 +141,7 @@ void TestCheckRepair::cleanCheckLeavesItsOutput()
     CheckTest test("printf '%s|' \"$@\"\necho all is well\n");
     test.controller().checkButton->click();
     QTRY_VERIFY(!test.record->operationInProgress);
-    QCOMPARE(test.shown(), QStringLiteral("verifyVolume|/dev/disk2s1|all is well\n"));
+    QCOMPARE(test.shown(), u"verifyVolume|/dev/disk2s1|all is well\n"_s);
     QVERIFY(test.sheets().isEmpty());
     QVERIFY(test.controller().checkButton->isEnabled() && test.controller().repairButton->isEnabled());
     QVERIFY(!test.record->operationInProgressShowFormatTab
@@ -151,10 +153,8 @@ void TestCheckRepair::menuItemRunsTheTool_data()
     QTest::addColumn<QString>("action");
     QTest::addColumn<int>("key");
     QTest::addColumn<QString>("verb");
-    QTest::newRow("check") << QStringLiteral("actionCheck") << static_cast<int>(Qt::Key_K)
-                           << QStringLiteral("verifyVolume");
-    QTest::newRow("repair") << QStringLiteral("actionRepair") << static_cast<int>(Qt::Key_R)
-                            << QStringLiteral("repairVolume");
+    QTest::newRow("check") << u"actionCheck"_s << static_cast<int>(Qt::Key_K) << u"verifyVolume"_s;
+    QTest::newRow("repair") << u"actionRepair"_s << static_cast<int>(Qt::Key_R) << u"repairVolume"_s;
 }
 
 void TestCheckRepair::menuItemRunsTheTool()
@@ -177,7 +177,7 @@ void TestCheckRepair::menuItemRunsTheTool()
         QCOMPARE(controller.rightTabView->currentWidget(), controller.maintenanceTab);
         test.release();
         QTRY_VERIFY(!test.record->operationInProgress);
-        QCOMPARE(test.shown(), QString(verb + QStringLiteral("|/dev/disk2s1|")));
+        QCOMPARE(test.shown(), QString(verb + u"|/dev/disk2s1|"_s));
         QVERIFY(test.sheets().isEmpty());
     }
 }
@@ -190,11 +190,11 @@ void TestCheckRepair::verdictOfACheck()
     QTRY_VERIFY(!test.record->operationInProgress);
     QCOMPARE(test.sheets().size(), 1);
     QCOMPARE(test.alertText(),
-        QStringLiteral("Encountered errors when checking the volume.\nFilesystem needs to be repaired."));
+        u"Encountered errors when checking the volume.\nFilesystem needs to be repaired."_s);
     QCOMPARE(test.log.lines().size(), 2); // what was run, and what came of it
-    QVERIFY(test.log.lines().constFirst().endsWith(QStringLiteral("' 'verifyVolume' '/dev/disk2s1' 2>&1")));
-    QCOMPARE(test.log.lines().constLast(), QStringLiteral("Error returned by invokeDiskutilWithVerb: 5"));
-    QCOMPARE(test.shown(), QStringLiteral("broken\n"));
+    QVERIFY(test.log.lines().constFirst().endsWith(u"' 'verifyVolume' '/dev/disk2s1' 2>&1"_s));
+    QCOMPARE(test.log.lines().constLast(), u"Error returned by invokeDiskutilWithVerb: 5"_s);
+    QCOMPARE(test.shown(), u"broken\n"_s);
 }
 
 void TestCheckRepair::verdictOfARepair()
@@ -202,8 +202,8 @@ void TestCheckRepair::verdictOfARepair()
     CheckTest test("printf '%s|' \"$@\"\nexit 1\n");
     test.controller().repairButton->click();
     QTRY_VERIFY(!test.record->operationInProgress);
-    QCOMPARE(test.alertText(), QStringLiteral("Encountered errors when repairing the volume."));
-    QCOMPARE(test.shown(), QStringLiteral("repairVolume|/dev/disk2s1|"));
+    QCOMPARE(test.alertText(), u"Encountered errors when repairing the volume."_s);
+    QCOMPARE(test.shown(), u"repairVolume|/dev/disk2s1|"_s);
 }
 
 void TestCheckRepair::otherFailureCarriesNoOutput()
@@ -211,8 +211,8 @@ void TestCheckRepair::otherFailureCarriesNoOutput()
     CheckTest test("echo words\nexit 2\n");
     test.controller().checkButton->click();
     QTRY_VERIFY(!test.record->operationInProgress);
-    QCOMPARE(test.alertText(), QStringLiteral("diskutil returned error code: 2"));
-    QVERIFY(test.log.lines().contains(QStringLiteral("Error returned by invokeDiskutilWithVerb: 22")));
+    QCOMPARE(test.alertText(), u"diskutil returned error code: 2"_s);
+    QVERIFY(test.log.lines().contains(u"Error returned by invokeDiskutilWithVerb: 22"_s));
 }
 
 void TestCheckRepair::stateWhileItRuns()
@@ -220,7 +220,7 @@ void TestCheckRepair::stateWhileItRuns()
     CheckTest test("echo begun\nread -r line <\"$pipe\"\n");
     const ZorvexDiskManagerAppDelegate &controller = test.controller();
     controller.checkButton->click();
-    QTRY_COMPARE(test.shown(), QStringLiteral("begun"));
+    QTRY_COMPARE(test.shown(), u"begun"_s);
     QVERIFY(test.record->operationInProgress);
     QVERIFY(
         test.record->operationInProgressShowFormatTab && test.record->operationInProgressShowMaintenanceTab);
@@ -232,7 +232,7 @@ void TestCheckRepair::stateWhileItRuns()
     test.release();
     QTRY_VERIFY(!test.record->operationInProgress);
     QVERIFY(controller.maintenanceOperationBar->isHidden());
-    QCOMPARE(test.shown(), QStringLiteral("begun\n"));
+    QCOMPARE(test.shown(), u"begun\n"_s);
 }
 
 void TestCheckRepair::progressIsShownInTheBar()
@@ -244,7 +244,7 @@ void TestCheckRepair::progressIsShownInTheBar()
     QCOMPARE(bar->maximum(), 100);
     QAccessibleInterface *const told = QAccessible::queryAccessibleInterface(const_cast<QProgressBar *>(bar));
     QCOMPARE(told->role(), QAccessible::ProgressBar);
-    QCOMPARE(told->text(QAccessible::Name), QStringLiteral("Checking disk2s1…"));
+    QCOMPARE(told->text(QAccessible::Name), u"Checking disk2s1…"_s);
     QCOMPARE(told->valueInterface()->currentValue().toInt(), 42);
     test.release();
     QTRY_VERIFY(!test.record->operationInProgress);
@@ -255,7 +255,7 @@ void TestCheckRepair::rewrittenLineShowsItsLastState()
     CheckTest test("printf 'Checking 10%%\\rChecking 20%%'\n");
     test.controller().checkButton->click();
     QTRY_VERIFY(!test.record->operationInProgress);
-    QCOMPARE(test.shown(), QStringLiteral("Checking 20%"));
+    QCOMPARE(test.shown(), u"Checking 20%"_s);
     QCOMPARE(test.record->checkRepairOutput->bytes(), QByteArray("Checking 20%"));
 }
 
@@ -265,7 +265,7 @@ void TestCheckRepair::newRunEmptiesTheOldOutput()
     test.record->checkRepairOutput.emplace();
     test.record->checkRepairOutput->append("old", 3);
     test.controller().checkButton->click();
-    QTRY_COMPARE(test.shown(), QStringLiteral("once more"));
+    QTRY_COMPARE(test.shown(), u"once more"_s);
     test.release();
     QTRY_VERIFY(!test.record->operationInProgress);
 }
@@ -274,14 +274,14 @@ void TestCheckRepair::outputOfAnotherDiskIsKeptForIt()
 {
     CheckTest test("echo begun\nread -r line <\"$pipe\"\necho ended\n");
     test.controller().checkButton->click();
-    QTRY_COMPARE(test.shown(), QStringLiteral("begun"));
-    test.select(QStringLiteral("disk2s2"));
+    QTRY_COMPARE(test.shown(), u"begun"_s);
+    test.select(u"disk2s2"_s);
     QCOMPARE(test.shown(), QString());
     test.release();
     QTRY_VERIFY(!test.record->operationInProgress);
     QCOMPARE(test.shown(), QString());
-    test.select(QStringLiteral("disk2s1"));
-    QCOMPARE(test.shown(), QStringLiteral("begun\nended\n"));
+    test.select(u"disk2s1"_s);
+    QCOMPARE(test.shown(), u"begun\nended\n"_s);
 }
 
 void TestCheckRepair::outputThatIsNotUtf8IsShown()
@@ -290,8 +290,7 @@ void TestCheckRepair::outputThatIsNotUtf8IsShown()
     test.controller().checkButton->click();
     QTRY_VERIFY(!test.record->operationInProgress);
     QCOMPARE(test.record->checkRepairOutput->bytes(), QByteArray("a\377b\n"));
-    QCOMPARE(test.shown(),
-        QString(QStringLiteral("a") + QChar(QChar::ReplacementCharacter) + QStringLiteral("b\n")));
+    QCOMPARE(test.shown(), QString(u"a"_s + QChar(QChar::ReplacementCharacter) + u"b\n"_s));
 }
 
 void TestCheckRepair::scrolledUpViewStays()
@@ -300,7 +299,7 @@ void TestCheckRepair::scrolledUpViewStays()
     test.controller().rightTabView->setCurrentWidget(test.controller().maintenanceTab);
     test.controller().checkButton->click();
     QScrollBar *const bar = test.controller().checkRepairOutputView->verticalScrollBar();
-    QTRY_VERIFY(test.shown().endsWith(QStringLiteral("\n200")));
+    QTRY_VERIFY(test.shown().endsWith(u"\n200"_s));
     QTRY_COMPARE(bar->value(), bar->maximum());
     bar->setValue(3);
     test.release();
@@ -313,7 +312,7 @@ void TestCheckRepair::diskThatVanishesMeanwhile()
 {
     CheckTest test("echo begun\nread -r line <\"$pipe\"\necho ended\nexit 1\n");
     test.controller().checkButton->click();
-    QTRY_COMPARE(test.shown(), QStringLiteral("begun"));
+    QTRY_COMPARE(test.shown(), u"begun"_s);
     test.service.removeDisk(test.first);
     test.release();
     QTRY_VERIFY(!test.record->operationInProgress);

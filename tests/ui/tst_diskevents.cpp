@@ -11,6 +11,8 @@
 
 #include <vector>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 QStringList names(std::initializer_list<const char *> list)
@@ -23,8 +25,7 @@ QStringList names(std::initializer_list<const char *> list)
 
 bool isNotFoundLine(const QString &line)
 {
-    return line.startsWith(
-        QStringLiteral("Could not find a matching ZorvexDiskManagerDisk for DADiskRef 0x"));
+    return line.startsWith(u"Could not find a matching ZorvexDiskManagerDisk for DADiskRef 0x"_s);
 }
 
 // All names of a ring and below it, from the top.
@@ -74,12 +75,10 @@ void TestDiskEvents::shortMemoryIsLogged_data()
     QTest::addColumn<bool>("node");
     QTest::addColumn<QString>("line");
     QTest::newRow("both") << false << false
-                          << QStringLiteral("Error while allocating new ZorvexDiskManagerDisk and "
-                                            "ZorvexDiskManagerDiskListItem.");
-    QTest::newRow("node") << true << false
-                          << QStringLiteral("Error while allocating new ZorvexDiskManagerDiskListItem.");
-    QTest::newRow("record") << false << true
-                            << QStringLiteral("Error while allocating new ZorvexDiskManagerDisk.");
+                          << u"Error while allocating new ZorvexDiskManagerDisk and "
+                             "ZorvexDiskManagerDiskListItem."_s;
+    QTest::newRow("node") << true << false << u"Error while allocating new ZorvexDiskManagerDiskListItem."_s;
+    QTest::newRow("record") << false << true << u"Error while allocating new ZorvexDiskManagerDisk."_s;
 }
 
 void TestDiskEvents::shortMemoryIsLogged()
@@ -94,7 +93,7 @@ void TestDiskEvents::shortMemoryIsLogged()
         test.platform().allocDiskListItem = [] { return std::unique_ptr<ZorvexDiskManagerDiskListItem>(); };
     test.launch();
     test.log.clear();
-    QVERIFY(!test.add(makeDisk(QStringLiteral("disk2"))));
+    QVERIFY(!test.add(makeDisk(u"disk2"_s)));
     QCOMPARE(test.log.lines(), QStringList { line });
     QCOMPARE(test.controller().disk_list, nullptr);
 }
@@ -103,9 +102,9 @@ void TestDiskEvents::efiPartitionIsNeverInTheTree()
 {
     TestController test;
     test.launch();
-    test.add(makeDisk(QStringLiteral("disk2")));
-    const MemoryDiskRef efi = makePartition(QStringLiteral("disk2s1"), 1000);
-    efi->description->insert(DAKey::mediaContent, QStringLiteral("C12A7328-F81F-11D2-BA4B-00A0C93EC93B"));
+    test.add(makeDisk(u"disk2"_s));
+    const MemoryDiskRef efi = makePartition(u"disk2s1"_s, 1000);
+    efi->description->insert(DAKey::mediaContent, u"C12A7328-F81F-11D2-BA4B-00A0C93EC93B"_s);
     test.log.clear();
     QVERIFY(!test.add(efi));
     QCOMPARE(test.rowNames(), names({ "disk2" }));
@@ -121,10 +120,10 @@ void TestDiskEvents::selectionAfterARemoval_data()
     QTest::addColumn<int>("removed");
     QTest::addColumn<int>("selectedAfter");
     QTest::addColumn<QString>("shown");
-    QTest::newRow("the last, selected") << 4 << 4 << 3 << QStringLiteral("disk3");
-    QTest::newRow("above the selection") << 4 << 1 << 3 << QStringLiteral("disk4");
-    QTest::newRow("below the selection") << 2 << 4 << 2 << QStringLiteral("disk2");
-    QTest::newRow("the selected, not last") << 1 << 1 << 1 << QStringLiteral("disk2");
+    QTest::newRow("the last, selected") << 4 << 4 << 3 << u"disk3"_s;
+    QTest::newRow("above the selection") << 4 << 1 << 3 << u"disk4"_s;
+    QTest::newRow("below the selection") << 2 << 4 << 2 << u"disk2"_s;
+    QTest::newRow("the selected, not last") << 1 << 1 << 1 << u"disk2"_s;
 }
 
 void TestDiskEvents::selectionAfterARemoval()
@@ -137,7 +136,7 @@ void TestDiskEvents::selectionAfterARemoval()
     test.launch();
     std::vector<MemoryDiskRef> disks;
     for (int i = 0; i < 5; ++i) {
-        disks.push_back(makeDisk(QStringLiteral("disk%1").arg(i)));
+        disks.push_back(makeDisk(u"disk%1"_s.arg(i)));
         test.add(disks.back());
     }
     test.controller().leftOutlineView->selectRow(selected);
@@ -150,22 +149,22 @@ void TestDiskEvents::removalBelowTheSelectionDoesNotCallTheHandler()
 {
     TestController test;
     test.launch();
-    test.add(makeDisk(QStringLiteral("disk1")));
-    const MemoryDiskRef last = makeDisk(QStringLiteral("disk2"));
+    test.add(makeDisk(u"disk1"_s));
+    const MemoryDiskRef last = makeDisk(u"disk2"_s);
     test.add(last);
-    test.select(QStringLiteral("disk1"));
-    test.controller().infoNameLabel->setText(QStringLiteral("untouched"));
+    test.select(u"disk1"_s);
+    test.controller().infoNameLabel->setText(u"untouched"_s);
     test.service.removeDisk(last);
-    QCOMPARE(test.controller().infoNameLabel->text(), QStringLiteral("untouched"));
+    QCOMPARE(test.controller().infoNameLabel->text(), u"untouched"_s);
 }
 
 void TestDiskEvents::lastDiskThatGoesLeavesNoSelection()
 {
     TestController test;
     test.launch();
-    const MemoryDiskRef only = makeDisk(QStringLiteral("disk1"));
+    const MemoryDiskRef only = makeDisk(u"disk1"_s);
     test.add(only);
-    test.select(QStringLiteral("disk1"));
+    test.select(u"disk1"_s);
     test.service.removeDisk(only);
     QCOMPARE(test.controller().leftOutlineView->selectedRow(), -1);
     QCOMPARE(test.controller().disk_list, nullptr);
@@ -176,8 +175,8 @@ void TestDiskEvents::unmountedVolumeLosesItsPath()
 {
     TestController test;
     test.launch();
-    const MemoryDiskRef volume = makePartition(QStringLiteral("disk2s1"), 1000);
-    setMounted(volume, QStringLiteral("/media/A"));
+    const MemoryDiskRef volume = makePartition(u"disk2s1"_s, 1000);
+    setMounted(volume, u"/media/A"_s);
     const OutlineItem record = test.add(volume);
     QVERIFY(record->volumePath);
     setMounted(volume, {});
@@ -189,29 +188,28 @@ void TestDiskEvents::changeThatIsRefusedKeepsWhatWas()
 {
     TestController test;
     test.launch();
-    const MemoryDiskRef volume = makePartition(QStringLiteral("disk2s1"), 1000, QStringLiteral("Old"));
+    const MemoryDiskRef volume = makePartition(u"disk2s1"_s, 1000, u"Old"_s);
     const OutlineItem record = test.add(volume);
     test.log.clear();
-    volume->description->insert(DAKey::mediaContent, QStringLiteral("Apple_partition_map"));
-    volume->description->insert(DAKey::volumeName, QStringLiteral("New"));
+    volume->description->insert(DAKey::mediaContent, u"Apple_partition_map"_s);
+    volume->description->insert(DAKey::volumeName, u"New"_s);
     test.service.changeDisk(volume);
-    QCOMPARE(*record->volumeName, QStringLiteral("Old"));
+    QCOMPARE(*record->volumeName, u"Old"_s);
     QCOMPARE(test.rowNames(), names({ "disk2s1" }));
-    QCOMPARE(test.log.lines(),
-        QStringList { QStringLiteral("Error while updating disk description from DADisk...") });
+    QCOMPARE(test.log.lines(), QStringList { u"Error while updating disk description from DADisk..."_s });
 }
 
 void TestDiskEvents::diskThatGoesBeforeItsPartitionsTakesThemAlong()
 {
     TestController test;
     test.launch();
-    const MemoryDiskRef disk = makeDisk(QStringLiteral("disk2"));
-    const MemoryDiskRef partition = makePartition(QStringLiteral("disk2s1"), 1000);
+    const MemoryDiskRef disk = makeDisk(u"disk2"_s);
+    const MemoryDiskRef partition = makePartition(u"disk2s1"_s, 1000);
     test.add(disk);
     const OutlineItem record = test.add(partition);
     test.service.removeDisk(disk);
     QCOMPARE(test.rowNames(), QStringList());
-    QCOMPARE(record->description(), QStringLiteral("disk2s1")); // the record stays valid
+    QCOMPARE(record->description(), u"disk2s1"_s); // the record stays valid
     test.log.clear();
     test.service.removeDisk(partition);
     QCOMPARE(test.log.lines().size(), 1);
@@ -229,7 +227,7 @@ void TestDiskEvents::eventsWithoutADescriptionAreSilent()
     nameless->description = PropertyDictionary { { DAKey::mediaBSDName, true } };
     test.service.removeDisk(nameless);
     QCOMPARE(test.log.lines(), QStringList());
-    const MemoryDiskRef unknown = makeDisk(QStringLiteral("disk7"));
+    const MemoryDiskRef unknown = makeDisk(u"disk7"_s);
     test.service.changeDisk(unknown);
     QCOMPARE(test.log.lines().size(), 1);
     QVERIFY(isNotFoundLine(test.log.lines().constFirst()));
@@ -239,10 +237,10 @@ void TestDiskEvents::placeIsNotRevisedOnAChange()
 {
     TestController test;
     test.launch();
-    test.add(makeDisk(QStringLiteral("disk2")));
-    const MemoryDiskRef first = makePartition(QStringLiteral("disk2s1"), 1000);
+    test.add(makeDisk(u"disk2"_s));
+    const MemoryDiskRef first = makePartition(u"disk2s1"_s, 1000);
     test.add(first);
-    test.add(makePartition(QStringLiteral("disk2s2"), 2000));
+    test.add(makePartition(u"disk2s2"_s, 2000));
     first->mediaProperties->insert(IOMediaKey::base, PropertyNumber(qint64 { 3000 }));
     test.service.changeDisk(first);
     QCOMPARE(test.rowNames(), names({ "disk2", "disk2s1", "disk2s2" }));
@@ -259,10 +257,10 @@ void TestDiskEvents::rowsFollowTheTree()
     OutlineView *const view = test.controller().leftOutlineView;
     std::vector<MemoryDiskRef> absent;
     for (int disk = 0; disk < 12; ++disk) {
-        const QString name = QStringLiteral("disk%1").arg(disk);
+        const QString name = u"disk%1"_s.arg(disk);
         absent.push_back(makeDisk(name));
         for (int i = 1; i <= 4; ++i)
-            absent.push_back(makePartition(name + QStringLiteral("s%1").arg(i), i));
+            absent.push_back(makePartition(name + u"s%1"_s.arg(i), i));
     }
     std::vector<MemoryDiskRef> present;
     bool isCollapsed = false;

@@ -15,6 +15,8 @@
 #include <QTabWidget>
 #include <QTest>
 
+using namespace Qt::Literals::StringLiterals;
+
 class TestDiskOutline : public QObject
 {
     Q_OBJECT
@@ -60,10 +62,10 @@ public:
 
 void addDiskWithVolume(TestController &test)
 {
-    const MemoryDiskRef disk = makeDisk(QStringLiteral("disk2"));
+    const MemoryDiskRef disk = makeDisk(u"disk2"_s);
     disk->description->insert(DAKey::mediaLeaf, false);
     test.add(disk);
-    test.add(makePartition(QStringLiteral("disk2s1"), 1024));
+    test.add(makePartition(u"disk2s1"_s, 1024));
 }
 
 } // namespace
@@ -73,10 +75,10 @@ void TestDiskOutline::partitionMovesUnderItsDisk()
     TestController test;
     test.launch();
     const QAbstractItemModelTester tester(test.controller().leftOutlineView->model());
-    test.add(makePartition(QStringLiteral("disk2s1"), 1024));
-    QCOMPARE(test.rowNames(), QStringList { QStringLiteral("disk2s1") });
-    test.add(makeDisk(QStringLiteral("disk2")));
-    QCOMPARE(test.rowNames(), (QStringList { QStringLiteral("disk2"), QStringLiteral("disk2s1") }));
+    test.add(makePartition(u"disk2s1"_s, 1024));
+    QCOMPARE(test.rowNames(), QStringList { u"disk2s1"_s });
+    test.add(makeDisk(u"disk2"_s));
+    QCOMPARE(test.rowNames(), (QStringList { u"disk2"_s, u"disk2s1"_s }));
     const OutlineView *view = test.controller().leftOutlineView;
     QCOMPARE(view->model()->rowCount(), 1);
     QCOMPARE(view->model()->rowCount(view->model()->index(0, 0)), 1);
@@ -87,13 +89,13 @@ void TestDiskOutline::selectionStaysOnTheMedium()
     TestController test;
     test.launch();
     for (const int number : { 1, 3, 4, 5 })
-        test.add(makeDisk(QStringLiteral("disk%1").arg(number)));
-    test.select(QStringLiteral("disk5"));
+        test.add(makeDisk(u"disk%1"_s.arg(number)));
+    test.select(u"disk5"_s);
     QCOMPARE(test.controller().leftOutlineView->selectedRow(), 3);
-    test.add(makeDisk(QStringLiteral("disk2")));
+    test.add(makeDisk(u"disk2"_s));
     QCOMPARE(test.controller().leftOutlineView->selectedRow(), 4);
-    QCOMPARE(test.controller().bsdNameLabel->text(), QStringLiteral("disk5"));
-    test.add(makeDisk(QStringLiteral("disk9")));
+    QCOMPARE(test.controller().bsdNameLabel->text(), u"disk5"_s);
+    test.add(makeDisk(u"disk9"_s));
     QCOMPARE(test.controller().leftOutlineView->selectedRow(), 4);
 }
 
@@ -102,9 +104,9 @@ void TestDiskOutline::selectionStaysWhenAnArrivalMovesOthers()
     TestController test;
     test.launch();
     addDiskWithVolume(test);
-    test.add(makeDisk(QStringLiteral("disk3")));
-    test.add(makePartition(QStringLiteral("disk5s1"), 1024));
-    test.add(makePartition(QStringLiteral("disk7s1"), 1024));
+    test.add(makeDisk(u"disk3"_s));
+    test.add(makePartition(u"disk5s1"_s, 1024));
+    test.add(makePartition(u"disk7s1"_s, 1024));
     OutlineView *const view = test.controller().leftOutlineView;
     const auto isSelected = [&](const QString &name) {
         return view->itemAtRow(view->selectedRow()) == test.recordOf(name)
@@ -112,26 +114,26 @@ void TestDiskOutline::selectionStaysWhenAnArrivalMovesOthers()
     };
     // One that stands alone, while another disk is collapsed.
     view->collapse(view->model()->index(0, 0));
-    test.select(QStringLiteral("disk3"));
-    test.add(makeDisk(QStringLiteral("disk1")));
-    QVERIFY(test.recordOf(QStringLiteral("disk2s1")));
-    QVERIFY(isSelected(QStringLiteral("disk3")));
+    test.select(u"disk3"_s);
+    test.add(makeDisk(u"disk1"_s));
+    QVERIFY(test.recordOf(u"disk2s1"_s));
+    QVERIFY(isSelected(u"disk3"_s));
     // One that takes a partition from above the selection to below it.
-    test.add(makeDisk(QStringLiteral("disk5")));
-    QVERIFY(isSelected(QStringLiteral("disk3")));
+    test.add(makeDisk(u"disk5"_s));
+    QVERIFY(isSelected(u"disk3"_s));
     // One that takes the selected partition.
-    test.select(QStringLiteral("disk7s1"));
-    test.add(makeDisk(QStringLiteral("disk7")));
-    QVERIFY(isSelected(QStringLiteral("disk7s1")));
+    test.select(u"disk7s1"_s);
+    test.add(makeDisk(u"disk7"_s));
+    QVERIFY(isSelected(u"disk7s1"_s));
 }
 
 void TestDiskOutline::unmountedVolumeIsDrawnDisabled()
 {
     TestController test;
     test.launch();
-    test.add(makeDisk(QStringLiteral("disk2")));
-    const MemoryDiskRef volume = makePartition(QStringLiteral("disk2s1"), 1024);
-    setMounted(volume, QStringLiteral("/media/A"));
+    test.add(makeDisk(u"disk2"_s));
+    const MemoryDiskRef volume = makePartition(u"disk2s1"_s, 1024);
+    setMounted(volume, u"/media/A"_s);
     test.add(volume);
     const OutlineView *view = test.controller().leftOutlineView;
     const QModelIndex index = view->model()->index(0, 0, view->model()->index(0, 0));
@@ -153,8 +155,8 @@ void TestDiskOutline::emptyTreeHasNoRowsAndNoExpandableRoot()
     QVERIFY(!source.outlineView_child_ofItem(nullptr, 0, nullptr));
     addDiskWithVolume(test);
     QVERIFY(source.outlineView_isItemExpandable(nullptr, nullptr));
-    QVERIFY(source.outlineView_isItemExpandable(nullptr, test.recordOf(QStringLiteral("disk2"))));
-    QVERIFY(!source.outlineView_isItemExpandable(nullptr, test.recordOf(QStringLiteral("disk2s1"))));
+    QVERIFY(source.outlineView_isItemExpandable(nullptr, test.recordOf(u"disk2"_s)));
+    QVERIFY(!source.outlineView_isItemExpandable(nullptr, test.recordOf(u"disk2s1"_s)));
 }
 
 void TestDiskOutline::childBeyondTheLastIsTheFirst()
@@ -162,14 +164,14 @@ void TestDiskOutline::childBeyondTheLastIsTheFirst()
     TestController test;
     test.launch();
     for (const int number : { 1, 2, 3 })
-        test.add(makeDisk(QStringLiteral("disk%1").arg(number)));
+        test.add(makeDisk(u"disk%1"_s.arg(number)));
     auto &source = test.controller();
     const auto nameAt = [&source](int index) {
         return source.outlineView_child_ofItem(nullptr, index, nullptr)->description();
     };
-    QCOMPARE(nameAt(2), QStringLiteral("disk3"));
-    QCOMPARE(nameAt(3), QStringLiteral("disk1"));
-    QCOMPARE(nameAt(100), QStringLiteral("disk1"));
+    QCOMPARE(nameAt(2), u"disk3"_s);
+    QCOMPARE(nameAt(3), u"disk1"_s);
+    QCOMPARE(nameAt(100), u"disk1"_s);
 }
 
 void TestDiskOutline::treeCannotBeChangedOrSaved()
@@ -178,9 +180,9 @@ void TestDiskOutline::treeCannotBeChangedOrSaved()
     test.launch();
     addDiskWithVolume(test);
     auto &source = test.controller();
-    const OutlineItem disk = test.recordOf(QStringLiteral("disk2"));
-    source.outlineView_setObjectValue_forTableColumn_byItem(nullptr, QStringLiteral("x"), 0, disk);
-    QCOMPARE(source.outlineView_objectValueForTableColumn_byItem(nullptr, 7, disk), QStringLiteral("disk2"));
+    const OutlineItem disk = test.recordOf(u"disk2"_s);
+    source.outlineView_setObjectValue_forTableColumn_byItem(nullptr, u"x"_s, 0, disk);
+    QCOMPARE(source.outlineView_objectValueForTableColumn_byItem(nullptr, 7, disk), u"disk2"_s);
     QVERIFY(!source.outlineView_acceptDrop_item_childIndex(nullptr, nullptr, disk, 0));
     QCOMPARE(source.outlineView_validateDrop_proposedItem_proposedChildIndex(nullptr, nullptr, disk, 0),
         Qt::IgnoreAction);
@@ -205,9 +207,9 @@ void TestDiskOutline::collapsedDiskStaysCollapsedThroughAReload()
     addDiskWithVolume(test);
     OutlineView *const view = test.controller().leftOutlineView;
     view->collapse(view->model()->index(0, 0));
-    QCOMPARE(test.rowNames(), QStringList { QStringLiteral("disk2") });
+    QCOMPARE(test.rowNames(), QStringList { u"disk2"_s });
     view->reloadData();
-    QCOMPARE(test.rowNames(), QStringList { QStringLiteral("disk2") });
+    QCOMPARE(test.rowNames(), QStringList { u"disk2"_s });
     QVERIFY(!view->isExpanded(view->model()->index(0, 0)));
 }
 
@@ -217,18 +219,18 @@ void TestDiskOutline::whatACollapseHidesIsNotSelected()
     test.launch();
     addDiskWithVolume(test);
     QVERIFY(QTest::qWaitForWindowExposed(&test.window()));
-    test.select(QStringLiteral("disk2s1"));
+    test.select(u"disk2s1"_s);
     const auto &controller = test.controller();
     QVERIFY(controller.mountUnmountButton->isEnabled());
     QTest::mouseClick(controller.leftOutlineView->viewport(), Qt::LeftButton, {},
         controller.leftOutlineView->frameOfOutlineCellAtRow(0).center());
-    QCOMPARE(test.rowNames(), QStringList { QStringLiteral("disk2") });
+    QCOMPARE(test.rowNames(), QStringList { u"disk2"_s });
     QCOMPARE(controller.bsdNameLabel->text(), QString());
     QVERIFY(!controller.mountUnmountButton->isEnabled());
     QCOMPARE(controller.rightTabView->count(), 1);
     // It is not selected either when it is shown again.
     controller.leftOutlineView->expandAllItems();
-    QCOMPARE(test.rowNames(), (QStringList { QStringLiteral("disk2"), QStringLiteral("disk2s1") }));
+    QCOMPARE(test.rowNames(), (QStringList { u"disk2"_s, u"disk2s1"_s }));
     QCOMPARE(controller.leftOutlineView->selectedRow(), -1);
 }
 
@@ -237,9 +239,9 @@ void TestDiskOutline::collapseKeepsTheSelectionElsewhere()
     TestController test;
     test.launch();
     addDiskWithVolume(test);
-    test.add(makeDisk(QStringLiteral("disk3")));
+    test.add(makeDisk(u"disk3"_s));
     OutlineView *const view = test.controller().leftOutlineView;
-    for (const QString &name : { QStringLiteral("disk2"), QStringLiteral("disk3") }) {
+    for (const QString &name : { u"disk2"_s, u"disk3"_s }) {
         view->expandAllItems();
         test.select(name);
         view->collapse(view->model()->index(0, 0));
@@ -253,8 +255,8 @@ void TestDiskOutline::reloadDoesNotScroll()
     TestController test;
     test.launch();
     for (int number = 100; number < 150; ++number)
-        test.add(makeDisk(QStringLiteral("disk%1").arg(number)));
-    test.select(QStringLiteral("disk100"));
+        test.add(makeDisk(u"disk%1"_s.arg(number)));
+    test.select(u"disk100"_s);
     QScrollBar *const bar = test.controller().leftOutlineView->verticalScrollBar();
     QTRY_VERIFY(bar->maximum() > 0);
     bar->setValue(bar->maximum());
@@ -288,8 +290,8 @@ void TestDiskOutline::selectionIsToldOnce()
 void TestDiskOutline::clickOnTheTriangleTogglesOnce_data()
 {
     QTest::addColumn<QString>("localization");
-    QTest::newRow("left to right") << QStringLiteral("en");
-    QTest::newRow("right to left") << QStringLiteral("ar");
+    QTest::newRow("left to right") << u"en"_s;
+    QTest::newRow("right to left") << u"ar"_s;
 }
 
 void TestDiskOutline::clickOnTheTriangleTogglesOnce()
@@ -334,7 +336,7 @@ void TestDiskOutline::doubleClickOnlyShowsAndHidesWhatIsBelow()
 
 void TestDiskOutline::clickAtTheLeftEdgeOfTheMirroredViewSelects()
 {
-    TestController test(QStringLiteral("ar"));
+    TestController test(u"ar"_s);
     test.launch();
     addDiskWithVolume(test);
     QVERIFY(QTest::qWaitForWindowExposed(&test.window()));
@@ -359,7 +361,7 @@ void TestDiskOutline::mirroredFrames()
     QFETCH(QByteArray, release);
     QFETCH(bool, moves);
     const SystemReleaseOverride system(release);
-    TestController test(QStringLiteral("ar"));
+    TestController test(u"ar"_s);
     test.launch();
     addDiskWithVolume(test);
     QVERIFY(QTest::qWaitForWindowExposed(&test.window()));
@@ -377,9 +379,9 @@ void TestDiskOutline::closedTriangleLeadsToItsRow_data()
     QTest::addColumn<QString>("localization");
     QTest::addColumn<QByteArray>("release");
     QTest::addColumn<bool>("pointsLeft");
-    QTest::newRow("left to right") << QStringLiteral("en") << QByteArray("10.8.0") << false;
-    QTest::newRow("right to left") << QStringLiteral("ar") << QByteArray("10.8.0") << true;
-    QTest::newRow("right to left, not mirrored") << QStringLiteral("ar") << QByteArray("8.11.1") << false;
+    QTest::newRow("left to right") << u"en"_s << QByteArray("10.8.0") << false;
+    QTest::newRow("right to left") << u"ar"_s << QByteArray("10.8.0") << true;
+    QTest::newRow("right to left, not mirrored") << u"ar"_s << QByteArray("8.11.1") << false;
 }
 
 void TestDiskOutline::closedTriangleLeadsToItsRow()
@@ -412,7 +414,7 @@ void TestDiskOutline::closedTriangleLeadsToItsRow()
 
 void TestDiskOutline::mirroredViewFillsItsContainer()
 {
-    TestController test(QStringLiteral("ar"));
+    TestController test(u"ar"_s);
     test.launch();
     QVERIFY(QTest::qWaitForWindowExposed(&test.window()));
     OutlineView *const view = test.controller().leftOutlineView;

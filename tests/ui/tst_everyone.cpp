@@ -21,6 +21,8 @@
 #include <QTextDocument>
 #include <QToolTip>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 // What the tool tip says when the pointer rests on the widget; empty when there is none.
@@ -28,7 +30,7 @@ QString toolTipAt(QWidget *widget, const QPoint &position)
 {
     QToolTip::hideText();
     if (!QTest::qWaitFor([] { return !QToolTip::isVisible(); }))
-        return QStringLiteral("a tool tip that does not go away");
+        return u"a tool tip that does not go away"_s;
     QHelpEvent help(QEvent::ToolTip, position, widget->mapToGlobal(position));
     QApplication::sendEvent(widget, &help);
     if (!QToolTip::isVisible())
@@ -83,16 +85,16 @@ void TestEveryone::rowSaysWhatItIs()
     test.add(volume);
     const OutlineView *view = test.controller().leftOutlineView;
     const QModelIndex row = view->model()->index(0, 0);
-    QCOMPARE(row.data(Qt::DisplayRole).toString(), QStringLiteral("DATA"));
-    QCOMPARE(row.data(Qt::AccessibleTextRole).toString(), QStringLiteral("DATA, NTFS, mounted"));
+    QCOMPARE(row.data(Qt::DisplayRole).toString(), u"DATA"_s);
+    QCOMPARE(row.data(Qt::AccessibleTextRole).toString(), u"DATA, NTFS, mounted"_s);
     setMounted(volume, {});
     test.service.changeDisk(volume);
-    QCOMPARE(row.data(Qt::AccessibleTextRole).toString(), QStringLiteral("DATA, NTFS, not mounted"));
+    QCOMPARE(row.data(Qt::AccessibleTextRole).toString(), u"DATA, NTFS, not mounted"_s);
 }
 
 void TestEveryone::rowHasItsWholeNameAndStateAsToolTip()
 {
-    const QString name = QStringLiteral("<b>a name that is far longer than the tree is wide</b>");
+    const QString name = u"<b>a name that is far longer than the tree is wide</b>"_s;
     TestController test;
     test.launch();
     const MemoryDiskRef volume = makeMountedVolume();
@@ -100,10 +102,10 @@ void TestEveryone::rowHasItsWholeNameAndStateAsToolTip()
     test.add(volume);
     QWidget *const viewport = test.controller().leftOutlineView->viewport();
     const QPoint row = test.controller().leftOutlineView->frameOfCellAtColumn(0, 0).center();
-    QCOMPARE(toolTipAt(viewport, row), QString(name + QStringLiteral(", NTFS, mounted")));
+    QCOMPARE(toolTipAt(viewport, row), QString(name + u", NTFS, mounted"_s));
     setMounted(volume, {});
     test.service.changeDisk(volume);
-    QCOMPARE(toolTipAt(viewport, row), QString(name + QStringLiteral(", NTFS, not mounted")));
+    QCOMPARE(toolTipAt(viewport, row), QString(name + u", NTFS, not mounted"_s));
     QCOMPARE(toolTipAt(viewport, QPoint(5, viewport->height() - 2)), QString());
 }
 
@@ -114,7 +116,7 @@ void TestEveryone::cutValueIsItsToolTip()
     test.launch();
     const MemoryDiskRef volume = makeMountedVolume();
     test.add(volume);
-    test.select(QStringLiteral("disk2s1"));
+    test.select(u"disk2s1"_s);
     QLabel *const label = test.controller().infoNameLabel;
     QCOMPARE(toolTipAt(label, label->rect().center()), QString());
     volume->description->insert(DAKey::volumeName, longName);
@@ -137,13 +139,13 @@ void TestEveryone::cutValueIsItsToolTip()
 
 void TestEveryone::cutValueShowsFocusAndSelection()
 {
-    QApplication::setStyle(QStringLiteral("Fusion"));
+    QApplication::setStyle(u"Fusion"_s);
     TestController test;
     test.launch();
     const MemoryDiskRef volume = makeMountedVolume();
     volume->description->insert(DAKey::volumeName, QString(300, u'x'));
     test.add(volume);
-    test.select(QStringLiteral("disk2s1"));
+    test.select(u"disk2s1"_s);
     test.window().activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(&test.window()));
     auto *const name = qobject_cast<ElidingLabel *>(test.controller().infoNameLabel);
@@ -154,7 +156,7 @@ void TestEveryone::cutValueShowsFocusAndSelection()
     QCOMPARE(QApplication::focusWidget(), name);
     const QImage focused = name->grab().toImage();
     QVERIFY(focused != plain);
-    test.action(QStringLiteral("actionSelectAll"))->trigger();
+    test.action(u"actionSelectAll"_s)->trigger();
     QVERIFY(name->hasSelectedText());
     QVERIFY(name->grab().toImage() != focused);
 }
@@ -164,9 +166,9 @@ void TestEveryone::dividerSaysWhatItIs()
     TestController test;
     test.launch();
     QWidget *const divider = test.controller().mainSplitView->handle(1);
-    QCOMPARE(divider->accessibleName(), QStringLiteral("Divider"));
+    QCOMPARE(divider->accessibleName(), u"Divider"_s);
     const QString tip = toolTipAt(divider, divider->rect().center());
-    QVERIFY(tip.contains(QStringLiteral("arrow keys")));
+    QVERIFY(tip.contains(u"arrow keys"_s));
     QCOMPARE(divider->accessibleDescription(), tip);
 }
 
@@ -175,10 +177,9 @@ void TestEveryone::iconIsDescribed()
     TestController test;
     test.launch();
     test.add(makeMountedVolume());
-    test.select(QStringLiteral("disk2s1"));
-    QCOMPARE(test.controller().infoBigImageField->accessibleName(), QStringLiteral("Disk icon"));
-    QCOMPARE(
-        test.controller().infoBigImageField->accessibleDescription(), QStringLiteral("DATA, NTFS, mounted"));
+    test.select(u"disk2s1"_s);
+    QCOMPARE(test.controller().infoBigImageField->accessibleName(), u"Disk icon"_s);
+    QCOMPARE(test.controller().infoBigImageField->accessibleDescription(), u"DATA, NTFS, mounted"_s);
     test.controller().leftOutlineView->selectRow(-1);
     QCOMPARE(test.controller().infoBigImageField->accessibleDescription(), QString());
 }
@@ -188,9 +189,9 @@ void TestEveryone::deviceNodeStandsBesideTheName()
     TestController test;
     test.launch();
     test.add(makeMountedVolume());
-    test.select(QStringLiteral("disk2s1"));
+    test.select(u"disk2s1"_s);
     const QLabel *node = test.controller().deviceNodeLabel;
-    QCOMPARE(node->text(), QStringLiteral("/dev/sdb1"));
+    QCOMPARE(node->text(), u"/dev/sdb1"_s);
     QVERIFY(node->textInteractionFlags().testFlag(Qt::TextSelectableByKeyboard));
     const QLabel *name = test.controller().bsdNameLabel;
     QVERIFY(name->isVisible() && node->isVisible());
@@ -209,17 +210,17 @@ void TestEveryone::emptyValuesAreNoTabStops()
     test.add(volume);
     QVERIFY(QTest::qWaitForWindowActive(&test.window()));
     for (const QString &stop : tabStops(test))
-        QVERIFY2(!stop.endsWith(QStringLiteral("Label")), qPrintable(stop));
+        QVERIFY2(!stop.endsWith(u"Label"_s), qPrintable(stop));
 
-    test.select(QStringLiteral("disk2s1"));
-    QVERIFY(!tabStops(test).contains(QStringLiteral("filesystemLabel")));
+    test.select(u"disk2s1"_s);
+    QVERIFY(!tabStops(test).contains(u"filesystemLabel"_s));
 }
 
 void TestEveryone::tabStopsStandInOrder_data()
 {
     QTest::addColumn<QString>("localization");
-    QTest::newRow("left to right") << QStringLiteral("en");
-    QTest::newRow("right to left") << QStringLiteral("ar");
+    QTest::newRow("left to right") << u"en"_s;
+    QTest::newRow("right to left") << u"ar"_s;
 }
 
 void TestEveryone::tabStopsStandInOrder()
@@ -230,11 +231,11 @@ void TestEveryone::tabStopsStandInOrder()
     test.add(makeMountedVolume());
     QVERIFY(QTest::qWaitForWindowActive(&test.window()));
     QCOMPARE(QApplication::focusWidget(), test.controller().leftOutlineView);
-    test.select(QStringLiteral("disk2s1"));
-    const QString expected = QStringLiteral(
-        "leftOutlineView qt_tabwidget_tabbar infoNameLabel infoDiskSpaceLabel infoMountedPathView "
-        "filesystemLabel bsdNameLabel deviceNodeLabel wholeDeviceLabel removableLabel ejectableLabel "
-        "preferredBlockSizeLabel mountUnmountButton qt_splithandle_");
+    test.select(u"disk2s1"_s);
+    const QString expected
+        = u"leftOutlineView qt_tabwidget_tabbar infoNameLabel infoDiskSpaceLabel infoMountedPathView "
+          "filesystemLabel bsdNameLabel deviceNodeLabel wholeDeviceLabel removableLabel ejectableLabel "
+          "preferredBlockSizeLabel mountUnmountButton qt_splithandle_"_s;
     QCOMPARE(tabStops(test), expected.split(u' '));
 }
 
@@ -244,7 +245,7 @@ void TestEveryone::focusGoesOnWhenTheLinkGoes()
     test.launch();
     const MemoryDiskRef volume = makeMountedVolume();
     test.add(volume);
-    test.select(QStringLiteral("disk2s1"));
+    test.select(u"disk2s1"_s);
     QVERIFY(QTest::qWaitForWindowActive(&test.window()));
     LinkTextView *const path = test.controller().infoMountedPathView;
     path->setFocus();
@@ -280,20 +281,19 @@ void TestEveryone::pathTakesAsManyLinesAsItNeeds()
     test.launch();
     const MemoryDiskRef volume = makeMountedVolume();
     test.add(volume);
-    test.select(QStringLiteral("disk2s1"));
+    test.select(u"disk2s1"_s);
     const LinkTextView *path = test.controller().infoMountedPathView;
     const int line = path->fontMetrics().lineSpacing();
     QTRY_VERIFY(path->height() >= line && path->height() < 2 * line);
-    setMounted(volume, QString(QStringLiteral("/media/") + QString(120, u'x')));
+    setMounted(volume, QString(u"/media/"_s + QString(120, u'x')));
     test.service.changeDisk(volume);
     QTRY_VERIFY(path->height() >= 2 * line && path->height() < 3 * line);
 }
 
 void TestEveryone::lettersStayJoinedInArabic()
 {
-    QVERIFY(DirectionRules::joinsLetters(QStringLiteral("ar")));
-    for (const QString &language : { QStringLiteral("en"), QStringLiteral("de"), QStringLiteral("ja"),
-             QStringLiteral("pt_BR"), QStringLiteral("ru"), QStringLiteral("zh_TW") })
+    QVERIFY(DirectionRules::joinsLetters(u"ar"_s));
+    for (const QString &language : { u"en"_s, u"de"_s, u"ja"_s, u"pt_BR"_s, u"ru"_s, u"zh_TW"_s })
         QVERIFY2(!DirectionRules::joinsLetters(language), qPrintable(language));
     const auto picture = [](TestController &test, const QString &text) {
         ImageButton button(&test.window());
@@ -305,33 +305,32 @@ void TestEveryone::lettersStayJoinedInArabic()
         return button.grab().toImage();
     };
     {
-        TestController test(QStringLiteral("ar"));
+        TestController test(u"ar"_s);
         test.launch();
         test.add(makeMountedVolume());
-        test.select(QStringLiteral("disk2s1"));
+        test.select(u"disk2s1"_s);
         // The marked letter is drawn as if it were not marked, and works.
-        QCOMPARE(picture(test, QStringLiteral("ف&صل")), picture(test, QStringLiteral("فصل")));
+        QCOMPARE(picture(test, u"ف&صل"_s), picture(test, u"فصل"_s));
         QVERIFY(QTest::qWaitForWindowActive(&test.window()));
         QTest::sendKeyEvent(QTest::Click, test.window().windowHandle(),
-            static_cast<Qt::Key>(QChar(u'ص').unicode()), QStringLiteral("ص"), Qt::AltModifier);
+            static_cast<Qt::Key>(QChar(u'ص').unicode()), u"ص"_s, Qt::AltModifier);
         QTRY_COMPARE(test.service.requests().size(), std::size_t { 1 });
     }
     TestController test;
     test.launch();
-    QVERIFY(picture(test, QStringLiteral("&Mount")) != picture(test, QStringLiteral("Mount")));
+    QVERIFY(picture(test, u"&Mount"_s) != picture(test, u"Mount"_s));
 }
 
 void TestEveryone::groupsOfDigitsKeepTheirOrderInArabic()
 {
-    QCOMPARE(DirectionRules::withGroupedNumbersKept(QStringLiteral("512 b, 500 107 862 016 b")),
-        QStringLiteral("512 b, \u2066500 107 862 016\u2069 b"));
-    TestController test(QStringLiteral("ar"));
+    QCOMPARE(DirectionRules::withGroupedNumbersKept(u"512 b, 500 107 862 016 b"_s),
+        u"512 b, \u2066500 107 862 016\u2069 b"_s);
+    TestController test(u"ar"_s);
     test.launch();
     test.add(makeMountedVolume());
-    test.select(QStringLiteral("disk2s1"));
-    QVERIFY(
-        test.controller().infoDiskSpaceLabel->toolTip().contains(QStringLiteral("\u2066100 000 000\u2069")));
-    QVERIFY(test.controller().bsdNameLabel->toolTip().endsWith(QStringLiteral("\u2066/dev/sdb1\u2069")));
+    test.select(u"disk2s1"_s);
+    QVERIFY(test.controller().infoDiskSpaceLabel->toolTip().contains(u"\u2066100 000 000\u2069"_s));
+    QVERIFY(test.controller().bsdNameLabel->toolTip().endsWith(u"\u2066/dev/sdb1\u2069"_s));
 }
 
 QTEST_MAIN(TestEveryone)

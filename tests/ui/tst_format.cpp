@@ -14,11 +14,13 @@
 #include <QTabWidget>
 #include <QTest>
 
+using namespace Qt::Literals::StringLiterals;
+
 using Kind = MemoryDiskService::RequestKind;
 
 namespace {
 
-const QString volumeName = QStringLiteral("disk2s1");
+const QString volumeName = u"disk2s1"_s;
 constexpr int goOn = AlertSheet::firstButtonReturn;
 constexpr int cancel = AlertSheet::firstButtonReturn + 1;
 
@@ -35,7 +37,7 @@ struct FormatTest : TestController
                     + name + "</key><dict><key>FSName</key><string>" + name
                     + "</string><key>FSFormatExecutable</key><string>x</string></dict></dict>");
         }
-        diskutil = filesystems.filePath(QStringLiteral("tool"));
+        diskutil = filesystems.filePath(u"tool"_s);
         QFile tool(diskutil);
         if (!tool.open(QIODevice::WriteOnly))
             qFatal("cannot write the tool");
@@ -48,7 +50,7 @@ struct FormatTest : TestController
         select(volumeName);
     }
 
-    QString argumentsPath() const { return filesystems.filePath(QStringLiteral("arguments")); }
+    QString argumentsPath() const { return filesystems.filePath(u"arguments"_s); }
     QString toolArguments() const
     {
         QFile file(argumentsPath());
@@ -73,7 +75,7 @@ struct FormatTest : TestController
     }
     bool isBusy() const { return record->operationInProgress; }
 
-    MemoryDiskRef volume = makePartition(volumeName, 1000, QStringLiteral("Old"));
+    MemoryDiskRef volume = makePartition(volumeName, 1000, u"Old"_s);
     OutlineItem record;
 };
 
@@ -109,13 +111,11 @@ void TestFormat::labelsOfTheFormatter_data()
     QTest::addColumn<QString>("fileSystem");
     QTest::addColumn<QString>("typed");
     QTest::addColumn<QString>("label");
-    QTest::newRow("FAT, empty") << QStringLiteral("msdos") << QString() << QStringLiteral("UNTITLED");
-    QTest::newRow("other, empty") << QStringLiteral("exfat") << QString() << QStringLiteral("Untitled");
-    QTest::newRow("other, typed") << QStringLiteral("exfat") << QStringLiteral("My Data")
-                                  << QStringLiteral("My Data");
-    QTest::newRow("own FAT, empty") << QStringLiteral("zorvex_fatplus") << QString()
-                                    << QStringLiteral("UNTITLED");
-    QTest::newRow("own, empty") << QStringLiteral("zorvex_ntfs") << QString() << QStringLiteral("Untitled");
+    QTest::newRow("FAT, empty") << u"msdos"_s << QString() << u"UNTITLED"_s;
+    QTest::newRow("other, empty") << u"exfat"_s << QString() << u"Untitled"_s;
+    QTest::newRow("other, typed") << u"exfat"_s << u"My Data"_s << u"My Data"_s;
+    QTest::newRow("own FAT, empty") << u"zorvex_fatplus"_s << QString() << u"UNTITLED"_s;
+    QTest::newRow("own, empty") << u"zorvex_ntfs"_s << QString() << u"Untitled"_s;
 }
 
 void TestFormat::labelsOfTheFormatter()
@@ -126,8 +126,7 @@ void TestFormat::labelsOfTheFormatter()
     FormatTest test;
     test.run(fileSystem, typed);
     QTRY_VERIFY(!test.isBusy());
-    QCOMPARE(
-        test.toolArguments(), QStringLiteral("eraseVolume|P %1|%2|/dev/disk2s1|").arg(fileSystem, label));
+    QCOMPARE(test.toolArguments(), u"eraseVolume|P %1|%2|/dev/disk2s1|"_s.arg(fileSystem, label));
     QVERIFY(test.service.requests().empty());
     QVERIFY(test.sheets().isEmpty());
 }
@@ -135,11 +134,11 @@ void TestFormat::labelsOfTheFormatter()
 void TestFormat::ownFileSystemIsRenamedUnmountedAndMounted()
 {
     FormatTest test;
-    test.run(QStringLiteral("zorvex_ntfs"), QStringLiteral("Data"));
+    test.run(u"zorvex_ntfs"_s, u"Data"_s);
     QTRY_COMPARE(test.service.requests().size(), std::size_t { 1 });
-    QCOMPARE(test.toolArguments(), QStringLiteral("eraseVolume|P zorvex_ntfs|UNTITLED|/dev/disk2s1|"));
+    QCOMPARE(test.toolArguments(), u"eraseVolume|P zorvex_ntfs|UNTITLED|/dev/disk2s1|"_s);
     QCOMPARE(test.service.requests().front().kind, Kind::Rename);
-    QCOMPARE(test.service.requests().front().name, QStringLiteral("Data"));
+    QCOMPARE(test.service.requests().front().name, u"Data"_s);
     test.service.completeRequest();
     QCOMPARE(test.service.requests().front().kind, Kind::Unmount);
     QCOMPARE(test.service.requests().front().options, 0U);
@@ -154,7 +153,7 @@ void TestFormat::ownFileSystemIsRenamedUnmountedAndMounted()
 void TestFormat::confirmationNamesTheMedium()
 {
     FormatTest test;
-    test.press(QStringLiteral("exfat"), QString());
+    test.press(u"exfat"_s, QString());
     AlertSheet *const sheet = test.sheets().constFirst();
     QCOMPARE(sheet->icon(), QMessageBox::Warning);
     for (const char *text : { "Old", "100 MB", "disk2s1", "/dev/disk2s1" })
@@ -171,7 +170,7 @@ void TestFormat::confirmationNamesTheMedium()
 void TestFormat::cancelSetsNoFlag()
 {
     FormatTest test;
-    test.press(QStringLiteral("exfat"), QString());
+    test.press(u"exfat"_s, QString());
     test.endSheet(cancel);
     QVERIFY(!test.isBusy() && !test.record->operationInProgressShowFormatTab);
     QVERIFY(test.controller().formatButton->isEnabled());
@@ -197,7 +196,7 @@ void TestFormat::keysOnTheConfirmation()
     QFETCH(const Qt::KeyboardModifier, modifier);
     QFETCH(const bool, formats);
     FormatTest test;
-    test.press(QStringLiteral("exfat"), QString());
+    test.press(u"exfat"_s, QString());
     AlertSheet *const sheet = test.sheets().constFirst();
     QVERIFY(QTest::qWaitForWindowActive(sheet));
     QTest::keyClick(sheet->windowHandle(), key, modifier);
@@ -218,7 +217,7 @@ void TestFormat::openMenuIsNotDisturbed()
     QVERIFY(!chosen.isEmpty() && chosen != menu->currentText());
     // What a check prints, a disk that comes and one that goes each rebuild the panel.
     test.controller().outlineViewSelectionDidChange();
-    const MemoryDiskRef other = makeDisk(QStringLiteral("disk7"));
+    const MemoryDiskRef other = makeDisk(u"disk7"_s);
     test.add(other);
     test.service.removeDisk(other);
     QVERIFY(menu->view()->isVisible());
@@ -234,66 +233,65 @@ void TestFormat::openMenuFollowsTheBundles()
     const int count = menu->count();
     test.controller().rightTabView->setCurrentWidget(test.controller().formatTab);
     menu->showPopup();
-    writeWholeBundle(test.localDirectory(), QStringLiteral("added"), QStringLiteral("Added"));
+    writeWholeBundle(test.localDirectory(), u"added"_s, u"Added"_s);
     test.controller().refreshFilesystems();
     QCOMPARE(menu->count(), count + 1);
-    QVERIFY(menu->findText(QStringLiteral("Added")) >= 0);
+    QVERIFY(menu->findText(u"Added"_s) >= 0);
     QCOMPARE(menu->view()->model()->rowCount(), count + 1);
 }
 
 void TestFormat::tabsAndControlsWhileItRuns()
 {
     FormatTest test;
-    test.run(QStringLiteral("zorvex_ntfs"), QStringLiteral("Data"));
+    test.run(u"zorvex_ntfs"_s, u"Data"_s);
     QVERIFY(test.isBusy() && test.record->operationInProgressShowFormatTab);
     QVERIFY(test.record->operationInProgressShowMaintenanceTab);
     const ZorvexDiskManagerAppDelegate &controller = test.controller();
     QVERIFY(!controller.formatButton->isEnabled() && !controller.formatVolumeLabelField->isEnabled());
     QVERIFY(controller.rightTabView->indexOf(controller.formatTab) == 1);
-    QCOMPARE(controller.formatVolumeLabelField->text(), QStringLiteral("Data"));
+    QCOMPARE(controller.formatVolumeLabelField->text(), u"Data"_s);
     QTRY_COMPARE(test.service.requests().size(), std::size_t { 1 });
     for (int i = 0; i < 3; ++i)
         test.service.completeRequest();
     QVERIFY(controller.formatButton->isEnabled());
-    QCOMPARE(controller.formatVolumeLabelField->text(), QStringLiteral("Old"));
+    QCOMPARE(controller.formatVolumeLabelField->text(), u"Old"_s);
 }
 
 void TestFormat::nothingSelected()
 {
     FormatTest test;
     test.controller().clickFormatButton(nullptr);
-    QCOMPARE(test.alertText(), QStringLiteral("No file system selected."));
+    QCOMPARE(test.alertText(), u"No file system selected."_s);
     test.endSheet(goOn);
     QTRY_VERIFY(test.sheets().isEmpty());
     test.controller().leftOutlineView->selectRow(-1);
     test.controller().clickFormatButton(nullptr);
-    QCOMPARE(test.alertText(), QStringLiteral("No file system and no disk selected."));
+    QCOMPARE(test.alertText(), u"No file system and no disk selected."_s);
     test.endSheet(goOn);
     QTRY_VERIFY(test.sheets().isEmpty());
-    test.controller().formatFilesystemsPopupButton->setCurrentText(QStringLiteral("exfat"));
+    test.controller().formatFilesystemsPopupButton->setCurrentText(u"exfat"_s);
     test.controller().clickFormatButton(nullptr);
-    QCOMPARE(test.alertText(), QStringLiteral("No disk selected."));
+    QCOMPARE(test.alertText(), u"No disk selected."_s);
 }
 
 void TestFormat::refusedLabelStopsBeforeTheConfirmation()
 {
     FormatTest test;
-    test.press(QStringLiteral("msdos"), QStringLiteral("lower case"));
+    test.press(u"msdos"_s, u"lower case"_s);
     QCOMPARE(test.sheets().size(), 1);
     QVERIFY(test.controller().alertInProgress);
     test.endSheet(goOn);
     QTRY_VERIFY(test.sheets().isEmpty());
     QVERIFY(!test.isBusy());
-    QCOMPARE(test.controller().formatVolumeLabelField->text(), QStringLiteral("lower case"));
+    QCOMPARE(test.controller().formatVolumeLabelField->text(), u"lower case"_s);
 }
 
 void TestFormat::eraseThatFailsIsReportedAndTheChainGoesOn()
 {
     FormatTest test(1);
-    test.run(QStringLiteral("zorvex_ntfs"), QStringLiteral("Data"));
+    test.run(u"zorvex_ntfs"_s, u"Data"_s);
     QTRY_COMPARE(test.sheets().size(), 1);
-    QCOMPARE(
-        test.alertText(), QStringLiteral("diskutil returned error code: 1\nOutput:\nwords of the tool\n"));
+    QCOMPARE(test.alertText(), u"diskutil returned error code: 1\nOutput:\nwords of the tool\n"_s);
     QTRY_COMPARE(test.service.requests().size(), std::size_t { 1 });
     QCOMPARE(test.service.requests().front().kind, Kind::Rename);
     for (int i = 0; i < 3; ++i)
@@ -305,9 +303,9 @@ void TestFormat::eachRefusalOfTheChainIsReported_data()
 {
     QTest::addColumn<int>("step");
     QTest::addColumn<QString>("text");
-    QTest::newRow("rename") << 0 << QStringLiteral("Error while renaming disk2s1: kDAReturnBusy");
-    QTest::newRow("unmount") << 1 << QStringLiteral("Error while unmounting disk2s1: kDAReturnBusy");
-    QTest::newRow("mount") << 2 << QStringLiteral("Error while mounting disk2s1: kDAReturnBusy");
+    QTest::newRow("rename") << 0 << u"Error while renaming disk2s1: kDAReturnBusy"_s;
+    QTest::newRow("unmount") << 1 << u"Error while unmounting disk2s1: kDAReturnBusy"_s;
+    QTest::newRow("mount") << 2 << u"Error while mounting disk2s1: kDAReturnBusy"_s;
 }
 
 void TestFormat::eachRefusalOfTheChainIsReported()
@@ -315,7 +313,7 @@ void TestFormat::eachRefusalOfTheChainIsReported()
     QFETCH(const int, step);
     QFETCH(const QString, text);
     FormatTest test;
-    test.run(QStringLiteral("zorvex_ntfs"), QStringLiteral("Data"));
+    test.run(u"zorvex_ntfs"_s, u"Data"_s);
     QTRY_COMPARE(test.service.requests().size(), std::size_t { 1 });
     for (int i = 0; i < 3; ++i)
         test.service.completeRequest(i == step ? makeDissenter(DAReturn::Busy) : nullptr);
@@ -326,16 +324,15 @@ void TestFormat::eachRefusalOfTheChainIsReported()
 void TestFormat::severalFailuresShowTheFirst()
 {
     FormatTest test;
-    test.run(QStringLiteral("zorvex_ntfs"), QStringLiteral("Data"));
+    test.run(u"zorvex_ntfs"_s, u"Data"_s);
     QTRY_COMPARE(test.service.requests().size(), std::size_t { 1 });
     test.log.clear();
     for (int i = 0; i < 3; ++i)
         test.service.completeRequest(makeDissenter(DAReturn::Busy));
     QCOMPARE(test.sheets().size(), 1);
-    QCOMPARE(test.alertText(), QStringLiteral("Error while renaming disk2s1: kDAReturnBusy"));
+    QCOMPARE(test.alertText(), u"Error while renaming disk2s1: kDAReturnBusy"_s);
     QCOMPARE(test.log.lines().size(), 2);
-    QVERIFY(test.log.lines().constLast().startsWith(
-        QStringLiteral("Warning: Silently dropping cascading alert")));
+    QVERIFY(test.log.lines().constLast().startsWith(u"Warning: Silently dropping cascading alert"_s));
     QVERIFY(!test.isBusy());
 }
 
@@ -343,22 +340,22 @@ void TestFormat::quoteInALabelReachesTheShellAsItStands()
 {
     FormatTest test;
     // Two quotes end the argument and begin it again: the tool sees the label without them.
-    test.run(QStringLiteral("exfat"), QStringLiteral("a''b"));
+    test.run(u"exfat"_s, u"a''b"_s);
     QTRY_VERIFY(!test.isBusy());
-    QCOMPARE(test.toolArguments(), QStringLiteral("eraseVolume|P exfat|ab|/dev/disk2s1|"));
+    QCOMPARE(test.toolArguments(), u"eraseVolume|P exfat|ab|/dev/disk2s1|"_s);
     QVERIFY(test.sheets().isEmpty());
 }
 
 void TestFormat::mediumThatVanishesMeanwhile()
 {
     FormatTest test;
-    test.run(QStringLiteral("zorvex_ntfs"), QStringLiteral("Data"));
+    test.run(u"zorvex_ntfs"_s, u"Data"_s);
     test.service.removeDisk(test.volume);
     QTRY_COMPARE(test.service.requests().size(), std::size_t { 1 });
     for (int i = 0; i < 3; ++i)
         test.service.completeRequest(makeDissenter(DAReturn::NotFound));
     QVERIFY(!test.isBusy());
-    QCOMPARE(test.alertText(), QStringLiteral("Error while renaming disk2s1: kDAReturnNotFound"));
+    QCOMPARE(test.alertText(), u"Error while renaming disk2s1: kDAReturnNotFound"_s);
     QVERIFY(test.rowNames().isEmpty());
 }
 

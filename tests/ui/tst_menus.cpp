@@ -17,6 +17,8 @@
 #include <QTabWidget>
 #include <QTest>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 // Asks for the menu of a row with the mouse, and returns it.
@@ -26,7 +28,7 @@ QMenu *openMenuOfRow(TestController &test, int row)
     const QPoint name = view->frameOfCellAtColumn(0, row).center();
     QContextMenuEvent click(QContextMenuEvent::Mouse, name, view->viewport()->mapToGlobal(name));
     QApplication::sendEvent(view->viewport(), &click);
-    return test.window().findChild<QMenu *>(QStringLiteral("rowMenu"));
+    return test.window().findChild<QMenu *>(u"rowMenu"_s);
 }
 
 QStringList titlesOf(const QMenu *menu)
@@ -60,16 +62,16 @@ private Q_SLOTS:
 void TestMenus::menuItemsFollowTheirButtons()
 {
     TestController test;
-    writeWholeBundle(test.localDirectory(), QStringLiteral("NTFS"), QStringLiteral("NTFS"));
+    writeWholeBundle(test.localDirectory(), u"NTFS"_s, u"NTFS"_s);
     test.launch();
     const MemoryDiskRef volume = makeMountedVolume();
     test.add(volume);
-    const MemoryDiskRef readOnly = makePartition(QStringLiteral("disk2s2"), 2048);
-    readOnly->description->insert(DAKey::volumeKind, QStringLiteral("NTFS"));
+    const MemoryDiskRef readOnly = makePartition(u"disk2s2"_s, 2048);
+    readOnly->description->insert(DAKey::volumeKind, u"NTFS"_s);
     readOnly->description->insert(DAKey::mediaWritable, false);
     test.add(readOnly);
-    QAction *const mount = test.action(QStringLiteral("actionMountUnmount"));
-    QAction *const show = test.action(QStringLiteral("actionShowInFileManager"));
+    QAction *const mount = test.action(u"actionMountUnmount"_s);
+    QAction *const show = test.action(u"actionShowInFileManager"_s);
     // Mount, format, check and repair.
     const auto enabled = [&test, mount] {
         QList<bool> states { mount->isEnabled() };
@@ -79,19 +81,19 @@ void TestMenus::menuItemsFollowTheirButtons()
     };
     QCOMPARE(enabled(), (QList<bool> { false, false, false, false }));
     QVERIFY(!show->isEnabled());
-    test.select(QStringLiteral("disk2s2"));
+    test.select(u"disk2s2"_s);
     QCOMPARE(enabled(), (QList<bool> { true, false, true, false }));
     QVERIFY(!show->isEnabled());
-    test.select(QStringLiteral("disk2s1"));
+    test.select(u"disk2s1"_s);
     QCOMPARE(enabled(), (QList<bool> { true, true, true, true }));
     QVERIFY(show->isEnabled());
-    test.recordOf(QStringLiteral("disk2s1"))->operationInProgress = true;
+    test.recordOf(u"disk2s1"_s)->operationInProgress = true;
     test.controller().outlineViewSelectionDidChange();
     QCOMPARE(enabled(), (QList<bool> { false, false, false, false }));
-    test.recordOf(QStringLiteral("disk2s1"))->operationInProgress = false;
+    test.recordOf(u"disk2s1"_s)->operationInProgress = false;
     test.controller().outlineViewSelectionDidChange();
     show->trigger();
-    QCOMPARE(test.workspace->folders, QStringList { QStringLiteral("/media/DATA") });
+    QCOMPARE(test.workspace->folders, QStringList { u"/media/DATA"_s });
     setMounted(volume, {});
     test.service.changeDisk(volume);
     QVERIFY(mount->isEnabled());
@@ -104,31 +106,31 @@ void TestMenus::menuItemIsCalledAsTheButton()
     test.launch();
     const MemoryDiskRef volume = makeMountedVolume();
     test.add(volume);
-    const MemoryDiskRef disk = makeDisk(QStringLiteral("disk2"));
+    const MemoryDiskRef disk = makeDisk(u"disk2"_s);
     disk->description->insert(DAKey::mediaLeaf, false);
     test.add(disk);
-    auto *menu = test.window().findChild<QMenu *>(QStringLiteral("diskMenu"));
+    auto *menu = test.window().findChild<QMenu *>(u"diskMenu"_s);
     const auto title = [&](const QString &bsdName) {
         test.select(bsdName);
         menu->popup({});
         menu->close();
-        return test.action(QStringLiteral("actionMountUnmount"))->text();
+        return test.action(u"actionMountUnmount"_s)->text();
     };
-    QCOMPARE(title(QStringLiteral("disk2s1")), QStringLiteral("&Unmount"));
-    QCOMPARE(title(QStringLiteral("disk2")), QStringLiteral("E&ject"));
+    QCOMPARE(title(u"disk2s1"_s), u"&Unmount"_s);
+    QCOMPARE(title(u"disk2"_s), u"E&ject"_s);
     setMounted(volume, {});
     test.service.changeDisk(volume);
-    QCOMPARE(title(QStringLiteral("disk2s1")), QStringLiteral("&Mount"));
+    QCOMPARE(title(u"disk2s1"_s), u"&Mount"_s);
 }
 
 void TestMenus::formatItemNeedsItsPage()
 {
     TestController test;
     test.launch();
-    QAction *const format = test.action(QStringLiteral("actionFormat"));
+    QAction *const format = test.action(u"actionFormat"_s);
     const MemoryDiskRef volume = makeMountedVolume();
     test.add(volume);
-    test.select(QStringLiteral("disk2s1"));
+    test.select(u"disk2s1"_s);
     QVERIFY(format->isEnabled());
     format->trigger();
     QCOMPARE(test.controller().rightTabView->currentWidget(), test.controller().formatTab);
@@ -145,23 +147,22 @@ void TestMenus::menuClosesWithItsDisk()
     test.launch();
     const MemoryDiskRef volume = makeMountedVolume();
     test.add(volume);
-    test.add(makePartition(QStringLiteral("disk3s1"), 1024));
-    const QAction *const mount = test.action(QStringLiteral("actionMountUnmount"));
-    for (QMenu *menu :
-        { openMenuOfRow(test, 0), test.window().findChild<QMenu *>(QStringLiteral("diskMenu")) }) {
-        test.select(QStringLiteral("disk2s1"));
+    test.add(makePartition(u"disk3s1"_s, 1024));
+    const QAction *const mount = test.action(u"actionMountUnmount"_s);
+    for (QMenu *menu : { openMenuOfRow(test, 0), test.window().findChild<QMenu *>(u"diskMenu"_s) }) {
+        test.select(u"disk2s1"_s);
         menu->popup({});
         QVERIFY(menu->isVisible());
         // The same disk in another state, and another disk that is not selected.
         setMounted(volume, {});
         test.service.changeDisk(volume);
-        QCOMPARE(mount->text(), QStringLiteral("&Mount"));
-        test.add(makePartition(QStringLiteral("disk4s1"), 1024));
+        QCOMPARE(mount->text(), u"&Mount"_s);
+        test.add(makePartition(u"disk4s1"_s, 1024));
         QVERIFY(menu->isVisible());
         test.service.removeDisk(volume);
-        QCOMPARE(test.controller().bsdNameLabel->text(), QStringLiteral("disk3s1"));
+        QCOMPARE(test.controller().bsdNameLabel->text(), u"disk3s1"_s);
         QVERIFY2(!menu->isVisible(), qPrintable(menu->objectName()));
-        setMounted(volume, QStringLiteral("/media/DATA"));
+        setMounted(volume, u"/media/DATA"_s);
         test.add(volume);
     }
 }
@@ -170,13 +171,12 @@ void TestMenus::menusShowTheirShortcuts()
 {
     TestController test;
     test.launch();
-    const QStringList operations { QStringLiteral("Mount|Ctrl+E"), QStringLiteral("Format…|Ctrl+Shift+F"),
-        QStringLiteral("Check|Ctrl+K"), QStringLiteral("Repair|Ctrl+R") };
-    const QString show = QStringLiteral("Show in File Manager|Ctrl+Return");
-    QCOMPARE(titlesOf(test.window().findChild<QMenu *>(QStringLiteral("diskMenu"))),
-        operations + QStringList { show });
-    QCOMPARE(titlesOf(test.window().findChild<QMenu *>(QStringLiteral("rowMenu"))),
-        operations + QStringList({ QStringLiteral("Copy|Ctrl+C"), show }));
+    const QStringList operations { u"Mount|Ctrl+E"_s, u"Format…|Ctrl+Shift+F"_s, u"Check|Ctrl+K"_s,
+        u"Repair|Ctrl+R"_s };
+    const QString show = u"Show in File Manager|Ctrl+Return"_s;
+    QCOMPARE(titlesOf(test.window().findChild<QMenu *>(u"diskMenu"_s)), operations + QStringList { show });
+    QCOMPARE(titlesOf(test.window().findChild<QMenu *>(u"rowMenu"_s)),
+        operations + QStringList({ u"Copy|Ctrl+C"_s, show }));
     QCOMPARE(test.window().menuBar()->actions().size(), 4);
     QSet<QKeySequence> shortcuts;
     for (const QAction *action : test.window().findChildren<QAction *>()) {
@@ -189,16 +189,16 @@ void TestMenus::menusShowTheirShortcuts()
 
 void TestMenus::menuOfARowIsForItsDisk()
 {
-    for (const QString &language : { QStringLiteral("en"), QStringLiteral("ar") }) {
+    for (const QString &language : { u"en"_s, u"ar"_s }) {
         TestController test(language);
         test.launch();
-        test.add(makeDisk(QStringLiteral("disk1")));
+        test.add(makeDisk(u"disk1"_s));
         test.add(makeMountedVolume());
         OutlineView *const view = test.controller().leftOutlineView;
         QMenu *const menu = openMenuOfRow(test, 1);
         QCOMPARE(view->selectedRow(), 1);
         QVERIFY(menu->isVisible());
-        QCOMPARE(test.action(QStringLiteral("actionMountUnmount"))->isEnabled(),
+        QCOMPARE(test.action(u"actionMountUnmount"_s)->isEnabled(),
             test.controller().mountUnmountButton->isEnabled());
         menu->close();
         const QPoint nothing(5, view->viewport()->height() - 2);
@@ -212,9 +212,9 @@ void TestMenus::menuOfARowOpensByKey()
 {
     TestController test;
     test.launch();
-    test.add(makeDisk(QStringLiteral("disk1")));
+    test.add(makeDisk(u"disk1"_s));
     test.add(makeMountedVolume());
-    test.select(QStringLiteral("disk2s1"));
+    test.select(u"disk2s1"_s);
     OutlineView *const view = test.controller().leftOutlineView;
     view->setFocus();
     QVERIFY(QTest::qWaitForWindowActive(&test.window()));
@@ -222,7 +222,7 @@ void TestMenus::menuOfARowOpensByKey()
     const QPoint cursor = view->inputMethodQuery(Qt::ImCursorRectangle).toRect().center();
     QContextMenuEvent key(QContextMenuEvent::Keyboard, cursor, view->mapToGlobal(cursor));
     QApplication::sendEvent(view, &key);
-    auto *menu = test.window().findChild<QMenu *>(QStringLiteral("rowMenu"));
+    auto *menu = test.window().findChild<QMenu *>(u"rowMenu"_s);
     QTRY_VERIFY(menu->isVisible());
     QCOMPARE(view->selectedRow(), 1);
     QVERIFY(view->rect().contains(view->mapFromGlobal(menu->pos())));
@@ -236,13 +236,13 @@ void TestMenus::nameOfARowIsCopied()
     TestController test;
     test.launch();
     test.add(makeMountedVolume());
-    test.select(QStringLiteral("disk2s1"));
+    test.select(u"disk2s1"_s);
     test.window().activateWindow();
     test.controller().leftOutlineView->setFocus();
     QVERIFY(QTest::qWaitForWindowActive(&test.window()));
     QGuiApplication::clipboard()->clear();
     QTest::keyClick(test.window().windowHandle(), Qt::Key_C, Qt::ControlModifier);
-    QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("DATA"));
+    QCOMPARE(QGuiApplication::clipboard()->text(), u"DATA"_s);
 }
 
 void TestMenus::labelIsCopied()
@@ -250,12 +250,12 @@ void TestMenus::labelIsCopied()
     TestController test;
     test.launch();
     test.add(makeMountedVolume());
-    test.select(QStringLiteral("disk2s1"));
+    test.select(u"disk2s1"_s);
     test.window().activateWindow();
     test.controller().bsdNameLabel->setFocus();
     QTRY_COMPARE(QGuiApplication::focusObject(), test.controller().bsdNameLabel);
-    test.action(QStringLiteral("actionCopy"))->trigger();
-    QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("disk2s1"));
+    test.action(u"actionCopy"_s)->trigger();
+    QCOMPARE(QGuiApplication::clipboard()->text(), u"disk2s1"_s);
 }
 
 QTEST_MAIN(TestMenus)

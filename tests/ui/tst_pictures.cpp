@@ -25,6 +25,8 @@
 
 #include <algorithm>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 QPalette darkPalette()
@@ -48,17 +50,17 @@ void showDisks(TestController &test)
     test.platform().filesystemDirectories
         = { QStringLiteral(ZORVEX_FILESYSTEMS "/System"), QStringLiteral(ZORVEX_FILESYSTEMS "/Local") };
     test.launch();
-    const MemoryDiskRef whole = makeDisk(QStringLiteral("disk2"));
-    whole->description->insert(DAKey::mediaName, QStringLiteral("Samsung SSD 980 PRO"));
+    const MemoryDiskRef whole = makeDisk(u"disk2"_s);
+    whole->description->insert(DAKey::mediaName, u"Samsung SSD 980 PRO"_s);
     whole->description->insert(DAKey::mediaLeaf, false);
     test.add(whole);
-    const MemoryDiskRef system = makePartition(QStringLiteral("disk2s1"), 1048576, QStringLiteral("System"));
+    const MemoryDiskRef system = makePartition(u"disk2s1"_s, 1048576, u"System"_s);
     test.add(system);
-    const MemoryDiskRef data = makePartition(QStringLiteral("disk2s2"), 2097152, QStringLiteral("DATA"));
-    data->node = QStringLiteral("/dev/nvme0n1p2");
-    data->description->insert(DAKey::volumeKind, QStringLiteral("msdos"));
-    data->description->insert(DAKey::mediaContent, QStringLiteral("DOS_FAT_32"));
-    setMounted(data, QStringLiteral("/media/anna/DATA"));
+    const MemoryDiskRef data = makePartition(u"disk2s2"_s, 2097152, u"DATA"_s);
+    data->node = u"/dev/nvme0n1p2"_s;
+    data->description->insert(DAKey::volumeKind, u"msdos"_s);
+    data->description->insert(DAKey::mediaContent, u"DOS_FAT_32"_s);
+    setMounted(data, u"/media/anna/DATA"_s);
     MountedFileSystem mounted;
     mounted.mountedFrom = QByteArrayLiteral("/dev/disk2s2");
     mounted.mountPoint = QByteArrayLiteral("/media/anna/DATA");
@@ -66,15 +68,14 @@ void showDisks(TestController &test)
     test.mountTable->ids[mounted.mountPoint] = mounted.id;
     test.mountTable->freeSpaces[mounted.mountPoint] = 98304000;
     test.add(data);
-    test.add(makeDisk(QStringLiteral("disk3")));
-    test.select(QStringLiteral("disk2s2"));
+    test.add(makeDisk(u"disk3"_s));
+    test.select(u"disk2s2"_s);
 }
 
 QString described(const QWidget *widget, const QString &text)
 {
     const QSize hint = widget->sizeHint();
-    return QStringLiteral("%1 \"%2\" has %3x%4, would like %5x%6")
-        .arg(widget->objectName(), text)
+    return u"%1 \"%2\" has %3x%4, would like %5x%6"_s.arg(widget->objectName(), text)
         .arg(widget->width())
         .arg(widget->height())
         .arg(hint.width())
@@ -96,7 +97,7 @@ bool isInsideOfAncestors(const QWidget *widget)
 // name is short enough here.
 bool holdsName(const QLabel &label)
 {
-    return label.objectName() == QLatin1String("deviceNodeLabel");
+    return label.objectName() == "deviceNodeLabel"_L1;
 }
 
 bool isWhole(const QLabel &label)
@@ -146,7 +147,7 @@ QStringList cutBars(const QMainWindow &window, const QTabWidget &tabs)
     QStringList cut;
     for (const QToolButton *scroller : tabs.tabBar()->findChildren<QToolButton *>()) {
         if (scroller->isVisible())
-            cut.append(QStringLiteral("the tabs need scrolling"));
+            cut.append(u"the tabs need scrolling"_s);
     }
     for (int i = 0; i < tabs.count(); ++i) {
         const QSize needed = tabs.tabBar()->fontMetrics().size(Qt::TextShowMnemonic, tabs.tabText(i));
@@ -175,7 +176,7 @@ QStringList cutMenu(const QComboBox &menu)
     const auto check = [&](const QString &text, int iconWidth) {
         const int needed = menu.fontMetrics().horizontalAdvance(text) + iconWidth + 2;
         if (text.isEmpty() || room < needed)
-            cut.append(QStringLiteral("\"%1\" has %2, needs %3").arg(text).arg(room).arg(needed));
+            cut.append(u"\"%1\" has %2, needs %3"_s.arg(text).arg(room).arg(needed));
     };
     check(menu.placeholderText(), 0);
     for (int i = 0; i < menu.count(); ++i)
@@ -235,7 +236,7 @@ constexpr State states[] = {
 
 void show(TestController &test, const State &state)
 {
-    const OutlineItem busy = test.recordOf(QStringLiteral("disk2s2"));
+    const OutlineItem busy = test.recordOf(u"disk2s2"_s);
     const bool isBusy = state.operation != RunningOperation::None;
     busy->runningOperation = state.operation;
     busy->operationInProgress = isBusy;
@@ -275,7 +276,7 @@ private:
 
 void TestPictures::initTestCase()
 {
-    QApplication::setStyle(QStringLiteral("Fusion"));
+    QApplication::setStyle(u"Fusion"_s);
     m_lightPalette = QApplication::style()->standardPalette();
     m_font = QApplication::font();
     QCOMPARE(bundleLocalizations().size(), 12);
@@ -315,7 +316,7 @@ void TestPictures::takesPictures()
     QTabWidget *const tabs = test.controller().rightTabView;
     QCOMPARE(tabs->count(), 3);
     const QDir folder(QStringLiteral(ZORVEX_PICTURES));
-    QVERIFY(folder.mkpath(QStringLiteral(".")));
+    QVERIFY(folder.mkpath(u"."_s));
     for (int i = 0; i < tabs->count(); ++i) {
         tabs->setCurrentIndex(i);
         TestController::handlePostedEvents();
@@ -325,7 +326,7 @@ void TestPictures::takesPictures()
             = picture.toImage().pixelColor(picture.width() - 3, picture.height() - 3).lightness() < 128;
         QCOMPARE(isDarkBackground, isDark);
         const QString name
-            = QStringLiteral("%1-%2@%3x.png")
+            = u"%1-%2@%3x.png"_s
                   .arg(QString::fromLatin1(QTest::currentDataTag()), tabs->currentWidget()->objectName())
                   .arg(test.window().devicePixelRatio());
         QVERIFY(picture.save(folder.filePath(name)));
@@ -351,7 +352,7 @@ void TestPictures::cutsNoText()
     showDisks(test);
     const QSize smallest(720, 420);
     const QDir folder(QStringLiteral(ZORVEX_PICTURES));
-    QVERIFY(folder.mkpath(QStringLiteral(".")));
+    QVERIFY(folder.mkpath(u"."_s));
     for (const QSize &size : { QSize(800, 450), smallest }) {
         test.window().resize(size);
         QCOMPARE(test.window().size(), size);
@@ -361,9 +362,8 @@ void TestPictures::cutsNoText()
             QVERIFY2(cut.isEmpty(), qPrintable(cut.join(u'\n')));
             // One look at the tightest case.
             if (size == smallest && percentage > 100 && state.operation == RunningOperation::None)
-                test.window().grab().save(folder.filePath(QStringLiteral("%1-smallest-%2-%3%.png")
-                        .arg(language, QLatin1String(state.name))
-                        .arg(percentage)));
+                test.window().grab().save(folder.filePath(
+                    u"%1-smallest-%2-%3%.png"_s.arg(language, QLatin1String(state.name)).arg(percentage)));
         }
     }
 }
@@ -392,7 +392,7 @@ void TestPictures::rowsLieAtTheSameDistance()
             - rows[i - 1]->mapTo(&test.window(), rows[i - 1]->rect().center()).y());
     }
     const auto [least, most] = std::minmax_element(distances.begin(), distances.end());
-    QVERIFY2(*most - *least <= 1, qPrintable(QStringLiteral("%1 to %2").arg(*least).arg(*most)));
+    QVERIFY2(*most - *least <= 1, qPrintable(u"%1 to %2"_s.arg(*least).arg(*most)));
 }
 
 void TestPictures::menuFits_data()
@@ -407,7 +407,7 @@ void TestPictures::menuFits()
     QApplication::setPalette(isDark ? darkPalette() : m_lightPalette);
     TestController test(language);
     showDisks(test);
-    auto *menu = test.window().findChild<QMenu *>(QStringLiteral("rowMenu"));
+    auto *menu = test.window().findChild<QMenu *>(u"rowMenu"_s);
     menu->popup(test.window().geometry().center());
     QVERIFY(menu->isVisible());
     for (QAction *action : menu->actions()) {
@@ -418,8 +418,7 @@ void TestPictures::menuFits()
         QVERIFY2(action->isSeparator() || place.width() > needed, qPrintable(text));
     }
     QVERIFY(menu->grab().save(QDir(QStringLiteral(ZORVEX_PICTURES))
-            .filePath(QStringLiteral("%1-menu@%2x.png")
-                    .arg(QString::fromLatin1(QTest::currentDataTag()))
+            .filePath(u"%1-menu@%2x.png"_s.arg(QString::fromLatin1(QTest::currentDataTag()))
                     .arg(menu->devicePixelRatio()))));
     menu->close();
 }
@@ -440,8 +439,7 @@ void TestPictures::sheetsFit()
     ZorvexDiskManagerAppDelegate &controller = test.controller();
     const auto look = [&](const char *name) {
         const QStringList cut = cutTextsOfSheet(test);
-        const QString file = QStringLiteral("%1-%2-%3%@%4x.png")
-                                 .arg(language, QLatin1String(name))
+        const QString file = u"%1-%2-%3%@%4x.png"_s.arg(language, QLatin1String(name))
                                  .arg(percentage)
                                  .arg(test.window().devicePixelRatio());
         test.sheets().constFirst()->grab().save(QDir(QStringLiteral(ZORVEX_PICTURES)).filePath(file));
@@ -450,14 +448,14 @@ void TestPictures::sheetsFit()
     QVERIFY(QDir().mkpath(QStringLiteral(ZORVEX_PICTURES)));
 
     QComboBox *const fileSystems = controller.formatFilesystemsPopupButton;
-    fileSystems->setCurrentIndex(fileSystems->findText(QStringLiteral("MS-DOS"), Qt::MatchStartsWith));
+    fileSystems->setCurrentIndex(fileSystems->findText(u"MS-DOS"_s, Qt::MatchStartsWith));
     controller.formatButton->click();
     QCOMPARE(test.sheets().size(), 1);
-    QVERIFY(test.sheets().constFirst()->informativeText().contains(QStringLiteral("/dev/nvme0n1p2")));
+    QVERIFY(test.sheets().constFirst()->informativeText().contains(u"/dev/nvme0n1p2"_s));
     QCOMPARE(look("format-question").join(u'\n'), QString());
     QTest::keyClick(test.sheets().constFirst(), Qt::Key_Escape);
     QTRY_VERIFY(test.sheets().isEmpty());
-    QVERIFY(!test.recordOf(QStringLiteral("disk2s2"))->operationInProgress);
+    QVERIFY(!test.recordOf(u"disk2s2"_s)->operationInProgress);
 
     for (const char *disk : { "disk2s2", "disk2" }) {
         test.recordOf(QLatin1String(disk))->internal = 0;

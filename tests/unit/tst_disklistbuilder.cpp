@@ -10,6 +10,8 @@
 #include <QRandomGenerator>
 #include <QTest>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 using KeyReader = int (*)(const ZorvexDiskManagerDisk &record, qint64 *out);
@@ -137,7 +139,7 @@ public:
     {
         std::vector<MemoryDiskRef> media;
         for (int disk = 0; disk < disks; ++disk) {
-            const QString name = QStringLiteral("disk%1").arg(below(3) ? disk : disk * 7);
+            const QString name = u"disk%1"_s.arg(below(3) ? disk : disk * 7);
             media.push_back(makeDisk(happens(m_oddity.strangeName) ? name + strangeEnd() : name));
             const int partitions = below(6);
             for (int i = 1; i <= partitions; ++i)
@@ -145,9 +147,9 @@ public:
             if (happens(m_oddity.secondName))
                 media.push_back(makeDisk(name));
             if (happens(m_oddity.secondName)) {
-                const QString again = name + QStringLiteral("s1");
+                const QString again = name + u"s1"_s;
                 media.push_back(partitionWith(again, below(100), 1));
-                media.push_back(partitionWith(again + QStringLiteral("s1"), 1, 1)); // of which of the two?
+                media.push_back(partitionWith(again + u"s1"_s, 1, 1)); // of which of the two?
             }
         }
         if (m_oddity.isShuffled)
@@ -175,7 +177,7 @@ private:
 
     QString nameIn(const QString &whole, int number)
     {
-        return whole + (happens(m_oddity.strangeName) ? strangeEnd() : QStringLiteral("s%1").arg(number));
+        return whole + (happens(m_oddity.strangeName) ? strangeEnd() : u"s%1"_s.arg(number));
     }
 
     QRandomGenerator m_random;
@@ -257,27 +259,27 @@ void TestDiskListBuilder::placeOfAnAdditionIsTold()
 {
     Forest forest;
     DiskListBuilder builder;
-    Item *const disk = forest.make(makeDisk(QStringLiteral("disk2")));
+    Item *const disk = forest.make(makeDisk(u"disk2"_s));
     const auto add = [&](Item *item) { return builder.add(&forest.head, item); };
     add(disk);
-    add(forest.make(makePartition(QStringLiteral("disk2s1"), 2000)));
-    const DiskListAddition first = add(forest.make(makePartition(QStringLiteral("disk2s2"), 1000)));
+    add(forest.make(makePartition(u"disk2s1"_s, 2000)));
+    const DiskListAddition first = add(forest.make(makePartition(u"disk2s2"_s, 1000)));
     QVERIFY(!first.movedOthers);
     QCOMPARE(first.parent, disk);
     QCOMPARE(first.index, 0);
-    const DiskListAddition above = add(forest.make(makeDisk(QStringLiteral("disk1"))));
+    const DiskListAddition above = add(forest.make(makeDisk(u"disk1"_s)));
     QVERIFY(!above.movedOthers);
     QCOMPARE(above.parent, nullptr);
     QCOMPARE(above.index, 0);
-    QCOMPARE(forest.head->disk->description(), QStringLiteral("disk1"));
+    QCOMPARE(forest.head->disk->description(), u"disk1"_s);
 }
 
 void TestDiskListBuilder::adoptionIsTold()
 {
     Forest forest;
     DiskListBuilder builder;
-    builder.add(&forest.head, forest.make(makePartition(QStringLiteral("disk2s1"), 1000)));
-    const DiskListAddition disk = builder.add(&forest.head, forest.make(makeDisk(QStringLiteral("disk2"))));
+    builder.add(&forest.head, forest.make(makePartition(u"disk2s1"_s, 1000)));
+    const DiskListAddition disk = builder.add(&forest.head, forest.make(makeDisk(u"disk2"_s)));
     QVERIFY(disk.movedOthers);
 }
 

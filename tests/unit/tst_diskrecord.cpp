@@ -8,6 +8,8 @@
 #include <cstdlib>
 #include <new>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 // Which of the next allocations that may fail does; none when it is negative.
@@ -34,11 +36,11 @@ PropertyValue wrongValue()
 
 MemoryDiskRef fullDisk()
 {
-    const MemoryDiskRef disk = makePartition(QStringLiteral("disk2s1"), 1024, QStringLiteral("Name"));
+    const MemoryDiskRef disk = makePartition(u"disk2s1"_s, 1024, u"Name"_s);
     disk->description->insert(DAKey::deviceInternal, true);
-    disk->description->insert(DAKey::volumePath, QUrl::fromLocalFile(QStringLiteral("/media/Name")));
-    disk->description->insert(DAKey::mediaName, QStringLiteral("Media"));
-    disk->description->insert(DAKey::volumeKind, QStringLiteral("ntfs"));
+    disk->description->insert(DAKey::volumePath, QUrl::fromLocalFile(u"/media/Name"_s));
+    disk->description->insert(DAKey::mediaName, u"Media"_s);
+    disk->description->insert(DAKey::volumeKind, u"ntfs"_s);
     return disk;
 }
 
@@ -100,15 +102,15 @@ void TestDiskRecord::fillsEveryField()
     ZorvexDiskManagerDisk record;
     QCOMPARE(zorvex_disk_manager_update_disk_description(disk, record), false);
     QCOMPARE(record.daDisk, DADiskRef(disk));
-    QCOMPARE(*record.bsdName, QStringLiteral("disk2s1"));
+    QCOMPARE(*record.bsdName, u"disk2s1"_s);
     QCOMPARE(record.whole, 0);
     QCOMPARE(record.leaf, 1);
     QCOMPARE(record.preferred_block_size, 512);
     QVERIFY(record.mountable && record.writable && record.internal);
-    QCOMPARE(record.volumePath->toLocalFile(), QStringLiteral("/media/Name"));
-    QCOMPARE(*record.mediaName, QStringLiteral("Media"));
-    QCOMPARE(*record.volumeName, QStringLiteral("Name"));
-    QCOMPARE(*record.volumeKind, QStringLiteral("ntfs"));
+    QCOMPARE(record.volumePath->toLocalFile(), u"/media/Name"_s);
+    QCOMPARE(*record.mediaName, u"Media"_s);
+    QCOMPARE(*record.volumeName, u"Name"_s);
+    QCOMPARE(*record.volumeKind, u"ntfs"_s);
     QCOMPARE(record.mediaSize->longLongValue(), 100000000);
     QCOMPARE(log.lines(), QStringList());
 }
@@ -147,24 +149,24 @@ void TestDiskRecord::wrongTypeIsLoggedAndReported()
     disk->description->insert(key, wrongValue());
     ZorvexDiskManagerDisk record;
     QCOMPARE(zorvex_disk_manager_update_disk_description(disk, record), true);
-    const QString what = key == DAKey::mediaBSDName ? QStringLiteral("value class") : QStringLiteral("type");
-    QCOMPARE(log.lines(), QStringList { QStringLiteral("Unexpected %1 for %2: 19").arg(what, key) });
+    const QString what = key == DAKey::mediaBSDName ? u"value class"_s : u"type"_s;
+    QCOMPARE(log.lines(), QStringList { u"Unexpected %1 for %2: 19"_s.arg(what, key) });
     QVERIFY(!requiredKeys().contains(key) || !record.bsdName);
 }
 
 void TestDiskRecord::wrongOptionalTypeKeepsWhatCameBefore()
 {
     const LogCapture log;
-    const MemoryDiskRef disk = makeDisk(QStringLiteral("disk2"));
+    const MemoryDiskRef disk = makeDisk(u"disk2"_s);
     disk->description->remove(DAKey::mediaSize);
-    disk->description->insert(DAKey::mediaName, QStringLiteral("before"));
+    disk->description->insert(DAKey::mediaName, u"before"_s);
     disk->description->insert(DAKey::volumeKind, wrongValue());
-    disk->description->insert(DAKey::volumeName, QStringLiteral("after"));
+    disk->description->insert(DAKey::volumeName, u"after"_s);
     ZorvexDiskManagerDisk record;
-    record.volumeName = QStringLiteral("held");
+    record.volumeName = u"held"_s;
     QCOMPARE(zorvex_disk_manager_update_disk_description(disk, record), true);
-    QCOMPARE(*record.bsdName, QStringLiteral("disk2"));
-    QCOMPARE(*record.mediaName, QStringLiteral("before"));
+    QCOMPARE(*record.bsdName, u"disk2"_s);
+    QCOMPARE(*record.mediaName, u"before"_s);
     QVERIFY(!record.volumeKind && !record.volumeName);
     QCOMPARE(log.lines().size(), 1);
 }
@@ -193,7 +195,7 @@ void TestDiskRecord::absentDescriptionIsLogged()
     const LogCapture log;
     ZorvexDiskManagerDisk record;
     QCOMPARE(zorvex_disk_manager_update_disk_description(disk, record), true);
-    QCOMPARE(log.lines(), QStringList { QStringLiteral("Error while copying disk description dictionary.") });
+    QCOMPARE(log.lines(), QStringList { u"Error while copying disk description dictionary."_s });
 }
 
 void TestDiskRecord::blockSizeThatDoesNotConvertIsRefused()
@@ -204,8 +206,7 @@ void TestDiskRecord::blockSizeThatDoesNotConvertIsRefused()
     ZorvexDiskManagerDisk record;
     QCOMPARE(zorvex_disk_manager_update_disk_description(disk, record), true);
     QVERIFY(!record.bsdName);
-    QCOMPARE(
-        log.lines(), QStringList { QStringLiteral("Unable to convert DAMediaBlockSize to 'long long'") });
+    QCOMPARE(log.lines(), QStringList { u"Unable to convert DAMediaBlockSize to 'long long'"_s });
 }
 
 void TestDiskRecord::shortMemoryIsReportedAsSuccess_data()
@@ -233,11 +234,11 @@ void TestDiskRecord::hiddenMediaAreRefused_data()
 {
     QTest::addColumn<QString>("content");
     QTest::addColumn<bool>("refused");
-    QTest::newRow("partition map") << QStringLiteral("Apple_partition_map") << true;
-    QTest::newRow("EFI") << QStringLiteral("C12A7328-F81F-11D2-BA4B-00A0C93EC93B") << true;
-    QTest::newRow("boot") << QStringLiteral("426F6F74-0000-11AA-AA11-00306543ECAC") << true;
-    QTest::newRow("EFI in lower case") << QStringLiteral("c12a7328-f81f-11d2-ba4b-00a0c93ec93b") << false;
-    QTest::newRow("Linux") << QStringLiteral("0FC63DAF-8483-4772-8E79-3D69D8477DE4") << false;
+    QTest::newRow("partition map") << u"Apple_partition_map"_s << true;
+    QTest::newRow("EFI") << u"C12A7328-F81F-11D2-BA4B-00A0C93EC93B"_s << true;
+    QTest::newRow("boot") << u"426F6F74-0000-11AA-AA11-00306543ECAC"_s << true;
+    QTest::newRow("EFI in lower case") << u"c12a7328-f81f-11d2-ba4b-00a0c93ec93b"_s << false;
+    QTest::newRow("Linux") << u"0FC63DAF-8483-4772-8E79-3D69D8477DE4"_s << false;
 }
 
 void TestDiskRecord::hiddenMediaAreRefused()
@@ -281,9 +282,9 @@ void TestDiskRecord::operationFieldsAreNeverTouched()
 void TestDiskRecord::descriptionIsTheBsdName()
 {
     ZorvexDiskManagerDisk record;
-    QCOMPARE(record.description(), QStringLiteral("(null)"));
+    QCOMPARE(record.description(), u"(null)"_s);
     QVERIFY(!zorvex_disk_manager_update_disk_description(fullDisk(), record));
-    QCOMPARE(record.description(), QStringLiteral("disk2s1"));
+    QCOMPARE(record.description(), u"disk2s1"_s);
 }
 
 void TestDiskRecord::copyIsPartial()

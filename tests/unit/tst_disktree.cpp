@@ -9,6 +9,8 @@
 
 #include <algorithm>
 
+using namespace Qt::Literals::StringLiterals;
+
 class TestDiskTree : public QObject
 {
     Q_OBJECT
@@ -36,15 +38,15 @@ void TestDiskTree::numberAtTheEndOfAName_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<int>("number");
-    QTest::newRow("partition") << QStringLiteral("disk2s11") << 11;
-    QTest::newRow("disk") << QStringLiteral("disk3") << 3;
-    QTest::newRow("zero") << QStringLiteral("disk0") << 0;
-    QTest::newRow("leading zeros") << QStringLiteral("disk007") << 7;
-    QTest::newRow("no digit") << QStringLiteral("disks") << -1;
+    QTest::newRow("partition") << u"disk2s11"_s << 11;
+    QTest::newRow("disk") << u"disk3"_s << 3;
+    QTest::newRow("zero") << u"disk0"_s << 0;
+    QTest::newRow("leading zeros") << u"disk007"_s << 7;
+    QTest::newRow("no digit") << u"disks"_s << -1;
     QTest::newRow("empty") << QString() << -1;
-    QTest::newRow("nine digits") << QStringLiteral("disk999999999") << 999999999;
-    QTest::newRow("wraps") << QStringLiteral("disk4294967297") << 1;
-    QTest::newRow("another script's digit") << QString(QStringLiteral("disk") + QChar(0x0663)) << -1;
+    QTest::newRow("nine digits") << u"disk999999999"_s << 999999999;
+    QTest::newRow("wraps") << u"disk4294967297"_s << 1;
+    QTest::newRow("another script's digit") << QString(u"disk"_s + QChar(0x0663)) << -1;
 }
 
 void TestDiskTree::numberAtTheEndOfAName()
@@ -58,13 +60,13 @@ void TestDiskTree::parentOfAName_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("parent");
-    QTest::newRow("partition") << QStringLiteral("disk2s1") << QStringLiteral("disk2");
-    QTest::newRow("nested") << QStringLiteral("disk1s2s3") << QStringLiteral("disk1s2");
-    QTest::newRow("no digits at all") << QStringLiteral("disk2s") << QStringLiteral("disk2");
-    QTest::newRow("whole") << QStringLiteral("disk2") << QString();
-    QTest::newRow("s at position 4") << QStringLiteral("disks1") << QString();
-    QTest::newRow("letter behind") << QStringLiteral("disk2sx") << QString();
-    QTest::newRow("disk later in the name") << QStringLiteral("xdisk2s1") << QString();
+    QTest::newRow("partition") << u"disk2s1"_s << u"disk2"_s;
+    QTest::newRow("nested") << u"disk1s2s3"_s << u"disk1s2"_s;
+    QTest::newRow("no digits at all") << u"disk2s"_s << u"disk2"_s;
+    QTest::newRow("whole") << u"disk2"_s << QString();
+    QTest::newRow("s at position 4") << u"disks1"_s << QString();
+    QTest::newRow("letter behind") << u"disk2sx"_s << QString();
+    QTest::newRow("disk later in the name") << u"xdisk2s1"_s << QString();
 }
 
 void TestDiskTree::parentOfAName()
@@ -77,7 +79,7 @@ void TestDiskTree::parentOfAName()
 void TestDiskTree::firstNodeIsARingOfOne()
 {
     Forest forest;
-    Item *const item = forest.make(makeDisk(QStringLiteral("disk0")));
+    Item *const item = forest.make(makeDisk(u"disk0"_s));
     disk_list_rebuild(&forest.head, item);
     QCOMPARE(forest.head, item);
     QCOMPARE(item->next, item);
@@ -88,73 +90,67 @@ void TestDiskTree::wholeDisksByUnitNumber()
 {
     Forest forest;
     for (const int number : { 10, 9, 1, 0 })
-        disk_list_rebuild(&forest.head, forest.make(makeDisk(QStringLiteral("disk%1").arg(number))));
-    QCOMPARE(namesOf(forest.head),
-        (QStringList { QStringLiteral("disk0"), QStringLiteral("disk1"), QStringLiteral("disk9"),
-            QStringLiteral("disk10") }));
+        disk_list_rebuild(&forest.head, forest.make(makeDisk(u"disk%1"_s.arg(number))));
+    QCOMPARE(namesOf(forest.head), (QStringList { u"disk0"_s, u"disk1"_s, u"disk9"_s, u"disk10"_s }));
 }
 
 void TestDiskTree::partitionsByOffset()
 {
     Forest forest;
-    disk_list_add(&forest.head, forest.make(makePartition(QStringLiteral("disk2s1"), 3000)));
-    disk_list_add(&forest.head, forest.make(makePartition(QStringLiteral("disk2s2"), 1000)));
-    disk_list_add(&forest.head, forest.make(makePartition(QStringLiteral("disk2s3"), 2000)));
-    QCOMPARE(namesOf(forest.head),
-        (QStringList { QStringLiteral("disk2s2"), QStringLiteral("disk2s3"), QStringLiteral("disk2s1") }));
+    disk_list_add(&forest.head, forest.make(makePartition(u"disk2s1"_s, 3000)));
+    disk_list_add(&forest.head, forest.make(makePartition(u"disk2s2"_s, 1000)));
+    disk_list_add(&forest.head, forest.make(makePartition(u"disk2s3"_s, 2000)));
+    QCOMPARE(namesOf(forest.head), (QStringList { u"disk2s2"_s, u"disk2s3"_s, u"disk2s1"_s }));
 }
 
 void TestDiskTree::unreadableOffsetsFallBackToNumbers()
 {
     Forest forest;
-    disk_list_add(&forest.head, forest.make(partitionWith(QStringLiteral("disk2s1"), {}, 3)));
-    disk_list_add(&forest.head, forest.make(partitionWith(QStringLiteral("disk2s2"), 0, 1)));
-    disk_list_add(&forest.head, forest.make(partitionWith(QStringLiteral("disk2s3"), {}, 2)));
-    QCOMPARE(namesOf(forest.head),
-        (QStringList { QStringLiteral("disk2s2"), QStringLiteral("disk2s3"), QStringLiteral("disk2s1") }));
+    disk_list_add(&forest.head, forest.make(partitionWith(u"disk2s1"_s, {}, 3)));
+    disk_list_add(&forest.head, forest.make(partitionWith(u"disk2s2"_s, 0, 1)));
+    disk_list_add(&forest.head, forest.make(partitionWith(u"disk2s3"_s, {}, 2)));
+    QCOMPARE(namesOf(forest.head), (QStringList { u"disk2s2"_s, u"disk2s3"_s, u"disk2s1"_s }));
 }
 
 void TestDiskTree::unreadableNumbersFallBackToNames()
 {
     Forest forest;
     for (const int number : { 11, 2, 1 })
-        disk_list_add(
-            &forest.head, forest.make(partitionWith(QStringLiteral("disk2s%1").arg(number), {}, {})));
-    QCOMPARE(namesOf(forest.head),
-        (QStringList { QStringLiteral("disk2s1"), QStringLiteral("disk2s2"), QStringLiteral("disk2s11") }));
+        disk_list_add(&forest.head, forest.make(partitionWith(u"disk2s%1"_s.arg(number), {}, {})));
+    QCOMPARE(namesOf(forest.head), (QStringList { u"disk2s1"_s, u"disk2s2"_s, u"disk2s11"_s }));
 }
 
 void TestDiskTree::equalOffsetsFallBackToNumbers()
 {
     Forest forest;
-    disk_list_add(&forest.head, forest.make(partitionWith(QStringLiteral("disk2s1"), 1000, 2)));
-    disk_list_add(&forest.head, forest.make(partitionWith(QStringLiteral("disk2s2"), 1000, 1)));
-    QCOMPARE(namesOf(forest.head), (QStringList { QStringLiteral("disk2s2"), QStringLiteral("disk2s1") }));
+    disk_list_add(&forest.head, forest.make(partitionWith(u"disk2s1"_s, 1000, 2)));
+    disk_list_add(&forest.head, forest.make(partitionWith(u"disk2s2"_s, 1000, 1)));
+    QCOMPARE(namesOf(forest.head), (QStringList { u"disk2s2"_s, u"disk2s1"_s }));
 }
 
 void TestDiskTree::largeOffsetsCompareUnsigned()
 {
     Forest forest;
     const qint64 large = std::numeric_limits<qint64>::max();
-    disk_list_add(&forest.head, forest.make(partitionWith(QStringLiteral("disk2s1"), large, 1)));
-    disk_list_add(&forest.head, forest.make(partitionWith(QStringLiteral("disk2s2"), 0, 2)));
-    QCOMPARE(namesOf(forest.head), (QStringList { QStringLiteral("disk2s2"), QStringLiteral("disk2s1") }));
+    disk_list_add(&forest.head, forest.make(partitionWith(u"disk2s1"_s, large, 1)));
+    disk_list_add(&forest.head, forest.make(partitionWith(u"disk2s2"_s, 0, 2)));
+    QCOMPARE(namesOf(forest.head), (QStringList { u"disk2s2"_s, u"disk2s1"_s }));
 }
 
 void TestDiskTree::registryFailuresLeaveTheResultAlone()
 {
     Forest forest;
     qint64 value = 42;
-    const Item *whole = forest.make(makeDisk(QStringLiteral("disk2")));
+    const Item *whole = forest.make(makeDisk(u"disk2"_s));
     QCOMPARE(get_partition_offset(*whole->disk, &value), 0);
     QCOMPARE(value, 0);
     value = 42;
     QCOMPARE(get_partition_number(*whole->disk, &value), 5);
-    const Item *negative = forest.make(partitionWith(QStringLiteral("disk2s1"), -1, -1));
+    const Item *negative = forest.make(partitionWith(u"disk2s1"_s, -1, -1));
     QCOMPARE(get_partition_offset(*negative->disk, &value), 5);
     QCOMPARE(get_partition_number(*negative->disk, &value), 5);
-    const MemoryDiskRef wrong = partitionWith(QStringLiteral("disk2s2"), {}, {});
-    wrong->mediaProperties->insert(IOMediaKey::base, QStringLiteral("1000"));
+    const MemoryDiskRef wrong = partitionWith(u"disk2s2"_s, {}, {});
+    wrong->mediaProperties->insert(IOMediaKey::base, u"1000"_s);
     QCOMPARE(get_partition_offset(*forest.make(wrong)->disk, &value), 5);
     QCOMPARE(value, 42);
 }
@@ -162,8 +158,8 @@ void TestDiskTree::registryFailuresLeaveTheResultAlone()
 void TestDiskTree::removalMovesTheHead()
 {
     Forest forest;
-    Item *const first = forest.make(makeDisk(QStringLiteral("disk0")));
-    Item *const second = forest.make(makeDisk(QStringLiteral("disk1")));
+    Item *const first = forest.make(makeDisk(u"disk0"_s));
+    Item *const second = forest.make(makeDisk(u"disk1"_s));
     disk_list_add(&forest.head, first);
     disk_list_add(&forest.head, second);
     disk_list_remove(&forest.head, first);
@@ -177,10 +173,10 @@ void TestDiskTree::removalMovesTheHead()
 void TestDiskTree::partitionMovesUnderItsDisk()
 {
     Forest forest;
-    disk_list_rebuild(&forest.head, forest.make(makePartition(QStringLiteral("disk2s1"), 1000)));
-    QCOMPARE(outline(forest.head), QStringList { QStringLiteral("disk2s1") });
-    disk_list_rebuild(&forest.head, forest.make(makeDisk(QStringLiteral("disk2"))));
-    QCOMPARE(outline(forest.head), (QStringList { QStringLiteral("disk2"), QStringLiteral(" disk2s1") }));
+    disk_list_rebuild(&forest.head, forest.make(makePartition(u"disk2s1"_s, 1000)));
+    QCOMPARE(outline(forest.head), QStringList { u"disk2s1"_s });
+    disk_list_rebuild(&forest.head, forest.make(makeDisk(u"disk2"_s)));
+    QCOMPARE(outline(forest.head), (QStringList { u"disk2"_s, u" disk2s1"_s }));
 }
 
 void TestDiskTree::namesThatAreNoPartitionsStayOnTop()
@@ -189,9 +185,8 @@ void TestDiskTree::namesThatAreNoPartitionsStayOnTop()
     for (const char *name : { "disk2", "disks1", "disk2sx", "disk2s1" })
         disk_list_rebuild(&forest.head, forest.make(makePartition(QLatin1String(name), 0)));
     QCOMPARE(namesOf(forest.head).size(), 3);
-    QCOMPARE(disk_list_find(&forest.head, QStringLiteral("disk2s1")).item->disk->description(),
-        QStringLiteral("disk2s1"));
-    QCOMPARE(disk_list_find(&forest.head, QStringLiteral("disk3")).item, nullptr);
+    QCOMPARE(disk_list_find(&forest.head, u"disk2s1"_s).item->disk->description(), u"disk2s1"_s);
+    QCOMPARE(disk_list_find(&forest.head, u"disk3"_s).item, nullptr);
 }
 
 void TestDiskTree::arrivalInAnyOrderGivesTheSameTree()
@@ -204,7 +199,7 @@ void TestDiskTree::arrivalInAnyOrderGivesTheSameTree()
     std::vector<MemoryDiskRef> media;
     QStringList expected; // whole disks by number, their partitions by offset
     for (int disk = 0; disk < disks; ++disk) {
-        const QString name = QStringLiteral("disk%1").arg(disk);
+        const QString name = u"disk%1"_s.arg(disk);
         media.push_back(makeDisk(name));
         expected.append(name);
         std::vector<int> order(partitions);
@@ -212,8 +207,7 @@ void TestDiskTree::arrivalInAnyOrderGivesTheSameTree()
             order[static_cast<std::size_t>(i)] = i + 1;
         std::shuffle(order.begin(), order.end(), random);
         for (int place = 0; place < partitions; ++place) {
-            const QString partition
-                = name + QStringLiteral("s%1").arg(order[static_cast<std::size_t>(place)]);
+            const QString partition = name + u"s%1"_s.arg(order[static_cast<std::size_t>(place)]);
             media.push_back(makePartition(partition, 1000 * (place + 1)));
             expected.append(u' ' + partition);
         }

@@ -37,13 +37,13 @@ void TestFontRules::firstFontThatThereIsIsTaken()
     QFETCH(QStringList, installed);
     QStringList asked;
     const auto fontNamed = [&](const QString &name, int pointSize) -> std::optional<QFont> {
-        asked += name + QLatin1Char(' ') + QString::number(pointSize);
+        asked += name + u' ' + QString::number(pointSize);
         return installed.contains(name) ? std::optional<QFont>(QFont(name, pointSize)) : std::nullopt;
     };
     const auto font = FontRules::outputFont(
-        { [&](int pointSize) { return fontNamed(QStringLiteral("system"), pointSize); }, fontNamed });
+        { [&](int pointSize) { return fontNamed(u"system"_s, pointSize); }, fontNamed });
     QTEST(font ? QString(font->family() + u' ' + QString::number(font->pointSize())) : QString(), "font");
-    QTEST(asked.join(QStringLiteral(", ")), "asked");
+    QTEST(asked.join(u", "_s), "asked");
 }
 
 QTEST_GUILESS_MAIN(TestFontRules)

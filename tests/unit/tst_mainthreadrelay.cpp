@@ -11,6 +11,8 @@
 #include <thread>
 #include <vector>
 
+using namespace Qt::Literals::StringLiterals;
+
 class TestMainThreadRelay : public QObject
 {
     Q_OBJECT
@@ -64,13 +66,13 @@ void TestMainThreadRelay::taskHandedOverLastComesLast()
     const auto relay = MainThreadRelay::create();
     QStringList ran;
     std::thread worker([&] {
-        relay->performAndWait([&] { ran.append(QStringLiteral("output")); });
-        relay->performAndWait([&] { ran.append(QStringLiteral("message")); });
-        relay->perform([&] { ran.append(QStringLiteral("end")); });
+        relay->performAndWait([&] { ran.append(u"output"_s); });
+        relay->performAndWait([&] { ran.append(u"message"_s); });
+        relay->perform([&] { ran.append(u"end"_s); });
     });
     QTRY_COMPARE(ran.size(), 3);
     worker.join();
-    QCOMPARE(ran.join(u' '), QStringLiteral("output message end"));
+    QCOMPARE(ran.join(u' '), u"output message end"_s);
 }
 
 void TestMainThreadRelay::closingLetsAWaitingWorkerGo()

@@ -7,6 +7,8 @@
 #include <QRandomGenerator>
 #include <QTest>
 
+using namespace Qt::Literals::StringLiterals;
+
 class TestOutputBuffer : public QObject
 {
     Q_OBJECT
@@ -111,11 +113,10 @@ void TestOutputBuffer::anyChunksGiveWhatThePlainRuleGives()
             plain += chunks.last();
             applyCarriageReturns(plain);
             QVERIFY2(buffer.bytes() == plain,
-                qPrintable(QStringLiteral("seed %1: %2 and not %3 after %4")
-                        .arg(seed)
-                        .arg(QString::fromLatin1(buffer.bytes().toPercentEncoding()),
-                            QString::fromLatin1(plain.toPercentEncoding()),
-                            QString::fromLatin1(chunks.join('|').toPercentEncoding()))));
+                qPrintable(u"seed %1: %2 and not %3 after %4"_s.arg(seed).arg(
+                    QString::fromLatin1(buffer.bytes().toPercentEncoding()),
+                    QString::fromLatin1(plain.toPercentEncoding()),
+                    QString::fromLatin1(chunks.join('|').toPercentEncoding()))));
         }
     }
 }

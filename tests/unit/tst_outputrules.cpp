@@ -129,7 +129,7 @@ void TestOutputRules::anyChangeGivesTheWholeText()
         const QByteArray output = common + randomOutput(random);
         const QString text
             = changed(OutputRules::shownText(shown), OutputRules::changeBetween(shown, output));
-        QVERIFY2(text == OutputRules::shownText(output), qPrintable(QStringLiteral("seed %1").arg(seed)));
+        QVERIFY2(text == OutputRules::shownText(output), qPrintable(u"seed %1"_s.arg(seed)));
     }
 }
 
@@ -145,7 +145,7 @@ void TestOutputRules::growingOutputGivesTheWholeText()
             buffer.append(chunk.constData(), chunk.size());
             text = changed(text, OutputRules::changeBetween(shown, buffer.bytes()));
             shown = buffer.bytes();
-            QVERIFY2(text == OutputRules::shownText(shown), qPrintable(QStringLiteral("seed %1").arg(seed)));
+            QVERIFY2(text == OutputRules::shownText(shown), qPrintable(u"seed %1"_s.arg(seed)));
         }
     }
 }

@@ -12,6 +12,8 @@
 #include <thread>
 #include <vector>
 
+using namespace Qt::Literals::StringLiterals;
+
 class TestSystemLog : public QObject
 {
     Q_OBJECT
@@ -30,7 +32,7 @@ void TestSystemLog::linesOfManyWorkersAllArrive()
         for (int i = 0; i < 8; ++i) {
             workers.emplace_back([] {
                 for (int j = 0; j < 100; ++j)
-                    systemLog(QStringLiteral("line"));
+                    systemLog(u"line"_s);
             });
         }
         for (std::thread &worker : workers)
@@ -50,7 +52,7 @@ void TestSystemLog::redirectionStaysUntilALateWorkerHasLeft()
         mayLeave.get_future().wait();
         isInside = false;
     });
-    std::thread worker([] { systemLog(QStringLiteral("late")); });
+    std::thread worker([] { systemLog(u"late"_s); });
     entered.get_future().wait();
     std::thread releaser([&] { mayLeave.set_value(); });
     redirection.reset();

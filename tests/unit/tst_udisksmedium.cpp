@@ -10,19 +10,21 @@
 
 #include <QTest>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
-const QString wholePath = FakeUDisks::blockPath(QStringLiteral("fake2"));
-const QString volumePath = FakeUDisks::blockPath(QStringLiteral("fake2p1"));
-const QString drivePath = QStringLiteral("/org/freedesktop/UDisks2/drives/stick");
+const QString wholePath = FakeUDisks::blockPath(u"fake2"_s);
+const QString volumePath = FakeUDisks::blockPath(u"fake2p1"_s);
+const QString drivePath = u"/org/freedesktop/UDisks2/drives/stick"_s;
 
 // A disk with a partition, to be changed by the test.
 struct StoreTest
 {
     StoreTest()
     {
-        whole = fakeWholeDisk(QStringLiteral("fake2"));
-        volume = fakePartition(QStringLiteral("fake2p1"), 1, QStringLiteral("A"));
+        whole = fakeWholeDisk(u"fake2"_s);
+        volume = fakePartition(u"fake2p1"_s, 1, u"A"_s);
     }
 
     std::optional<UDisksMedium> read(const QString &path)
@@ -37,8 +39,8 @@ struct StoreTest
     void useDrive()
     {
         const QVariant path = QVariant::fromValue(QDBusObjectPath(drivePath));
-        whole[UDisks::block].insert(QStringLiteral("Drive"), path);
-        volume[UDisks::block].insert(QStringLiteral("Drive"), path);
+        whole[UDisks::block].insert(u"Drive"_s, path);
+        volume[UDisks::block].insert(u"Drive"_s, path);
     }
 
     UDisksInterfaces whole;
@@ -76,20 +78,20 @@ void TestUDisksMedium::harmfulCharactersOfNamesAreReplaced_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<bool>("isHarmful");
-    QTest::newRow("plain") << QStringLiteral("My Disk \u00e9 \u65e5") << false;
-    QTest::newRow("Arabic") << QStringLiteral("\u0642\u0631\u0635") << false;
+    QTest::newRow("plain") << u"My Disk \u00e9 \u65e5"_s << false;
+    QTest::newRow("Arabic") << u"\u0642\u0631\u0635"_s << false;
     for (const char16_t c : { u'\n', u'\x1b', u'\u202e', u'\u2066', u'\u200f', u'\u2028', u'\u061c' })
-        QTest::addRow("U+%04X", c) << QString(QStringLiteral("a") + QChar(c) + u'b') << true;
+        QTest::addRow("U+%04X", c) << QString(u"a"_s + QChar(c) + u'b') << true;
 }
 
 void TestUDisksMedium::harmfulCharactersOfNamesAreReplaced()
 {
     QFETCH(const QString, name);
     QFETCH(const bool, isHarmful);
-    const QString harmless = isHarmful ? QStringLiteral("a\ufffdb") : name;
+    const QString harmless = isHarmful ? u"a\ufffdb"_s : name;
     QCOMPARE(harmlessName(name), harmless);
     StoreTest test;
-    test.volume[UDisks::block].insert(QStringLiteral("IdLabel"), name);
+    test.volume[UDisks::block].insert(u"IdLabel"_s, name);
     QCOMPARE(*test.read(volumePath)->description.value(DAKey::volumeName)->asString(), harmless);
 }
 
@@ -97,12 +99,12 @@ void TestUDisksMedium::partitionTypesOfMbr_data()
 {
     QTest::addColumn<QString>("type");
     QTest::addColumn<QString>("content");
-    QTest::newRow("NTFS") << QStringLiteral("0x07") << QStringLiteral("Windows_NTFS");
-    QTest::newRow("FAT32") << QStringLiteral("0x0c") << QStringLiteral("DOS_FAT_32");
-    QTest::newRow("Linux") << QStringLiteral("0x83") << QStringLiteral("Linux");
-    QTest::newRow("swap") << QStringLiteral("0x82") << QStringLiteral("Linux_Swap");
-    QTest::newRow("unknown") << QStringLiteral("0x7f") << QStringLiteral("0x7f");
-    QTest::newRow("no number") << QStringLiteral("0xzz") << QStringLiteral("0xzz");
+    QTest::newRow("NTFS") << u"0x07"_s << u"Windows_NTFS"_s;
+    QTest::newRow("FAT32") << u"0x0c"_s << u"DOS_FAT_32"_s;
+    QTest::newRow("Linux") << u"0x83"_s << u"Linux"_s;
+    QTest::newRow("swap") << u"0x82"_s << u"Linux_Swap"_s;
+    QTest::newRow("unknown") << u"0x7f"_s << u"0x7f"_s;
+    QTest::newRow("no number") << u"0xzz"_s << u"0xzz"_s;
 }
 
 void TestUDisksMedium::partitionTypesOfMbr()
@@ -110,7 +112,7 @@ void TestUDisksMedium::partitionTypesOfMbr()
     QFETCH(const QString, type);
     QFETCH(const QString, content);
     StoreTest test;
-    test.volume[UDisks::partition].insert(QStringLiteral("Type"), type);
+    test.volume[UDisks::partition].insert(u"Type"_s, type);
     QCOMPARE(*test.read(volumePath)->description.value(DAKey::mediaContent)->asString(), content);
 }
 
@@ -118,14 +120,14 @@ void TestUDisksMedium::mediaThatAreNotListed()
 {
     StoreTest test;
     QVERIFY(test.read(wholePath) && test.read(volumePath));
-    test.volume[UDisks::block].insert(QStringLiteral("HintIgnore"), true);
+    test.volume[UDisks::block].insert(u"HintIgnore"_s, true);
     QVERIFY(!test.read(volumePath));
     test = StoreTest();
-    test.whole[UDisks::block].insert(QStringLiteral("Size"), QVariant::fromValue(qulonglong { 0 }));
+    test.whole[UDisks::block].insert(u"Size"_s, QVariant::fromValue(qulonglong { 0 }));
     QVERIFY(!test.read(wholePath) && !test.read(volumePath));
     test = StoreTest();
     for (const char *node : { "/dev/ram0", "/dev/zram0", "/dev/gone1" }) {
-        test.volume[UDisks::block].insert(QStringLiteral("Device"), QByteArray(node).append('\0'));
+        test.volume[UDisks::block].insert(u"Device"_s, QByteArray(node).append('\0'));
         QVERIFY(!test.read(volumePath));
     }
     QVERIFY(!test.read(drivePath));
@@ -135,14 +137,12 @@ void TestUDisksMedium::diskOnARemovableBusIsExternal()
 {
     StoreTest test;
     test.useDrive();
-    test.drive = { { QStringLiteral("ConnectionBus"), QStringLiteral("usb") },
-        { QStringLiteral("MediaRemovable"), true }, { QStringLiteral("Ejectable"), true },
-        { QStringLiteral("Vendor"), QStringLiteral("Maker ") },
-        { QStringLiteral("Model"), QStringLiteral("Stick") } };
+    test.drive = { { u"ConnectionBus"_s, u"usb"_s }, { u"MediaRemovable"_s, true }, { u"Ejectable"_s, true },
+        { u"Vendor"_s, u"Maker "_s }, { u"Model"_s, u"Stick"_s } };
     const UDisksMedium whole = *test.read(wholePath);
     QVERIFY(!flagOf(whole, DAKey::deviceInternal));
     QVERIFY(flagOf(whole, DAKey::mediaRemovable) && flagOf(whole, DAKey::mediaEjectable));
-    QCOMPARE(*whole.description.value(DAKey::mediaName)->asString(), QStringLiteral("Maker Stick"));
+    QCOMPARE(*whole.description.value(DAKey::mediaName)->asString(), u"Maker Stick"_s);
     QVERIFY(flagOf(whole, DAKey::mediaWhole) && !flagOf(whole, DAKey::mediaLeaf));
 }
 
@@ -150,7 +150,7 @@ void TestUDisksMedium::internalDisk()
 {
     StoreTest test;
     test.useDrive();
-    test.drive = { { QStringLiteral("ConnectionBus"), QString() }, { QStringLiteral("Ejectable"), false } };
+    test.drive = { { u"ConnectionBus"_s, QString() }, { u"Ejectable"_s, false } };
     const UDisksMedium volume = *test.read(volumePath);
     QVERIFY(flagOf(volume, DAKey::deviceInternal));
     QVERIFY(!flagOf(volume, DAKey::mediaRemovable) && !flagOf(volume, DAKey::mediaEjectable));
@@ -160,8 +160,8 @@ void TestUDisksMedium::internalDisk()
 void TestUDisksMedium::emptyLabelIsAbsent()
 {
     StoreTest test;
-    test.volume[UDisks::block].insert(QStringLiteral("IdLabel"), QString());
-    test.volume[UDisks::partition].insert(QStringLiteral("Name"), QString());
+    test.volume[UDisks::block].insert(u"IdLabel"_s, QString());
+    test.volume[UDisks::partition].insert(u"Name"_s, QString());
     const UDisksMedium volume = *test.read(volumePath);
     QVERIFY(!volume.description.value(DAKey::volumeName) && !volume.description.value(DAKey::mediaName));
 }
@@ -169,19 +169,18 @@ void TestUDisksMedium::emptyLabelIsAbsent()
 void TestUDisksMedium::unclaimedFileSystemBearsItsOwnName()
 {
     StoreTest test;
-    QCOMPARE(
-        *test.read(volumePath)->description.value(DAKey::volumeKind)->asString(), QStringLiteral("ext4"));
+    QCOMPARE(*test.read(volumePath)->description.value(DAKey::volumeKind)->asString(), u"ext4"_s);
     QVERIFY(!test.read(volumePath)->subtype);
-    test.volume[UDisks::block].insert(QStringLiteral("IdUsage"), QStringLiteral("crypto"));
+    test.volume[UDisks::block].insert(u"IdUsage"_s, u"crypto"_s);
     QVERIFY(!test.read(volumePath)->description.value(DAKey::volumeKind));
 }
 
 void TestUDisksMedium::propertiesOfUnexpectedTypesReadAsEmpty()
 {
     StoreTest test;
-    test.volume[UDisks::block].insert(QStringLiteral("IdLabel"), 7);
-    test.volume[UDisks::block].insert(QStringLiteral("ReadOnly"), QStringLiteral("yes"));
-    test.volume[UDisks::filesystem].insert(QStringLiteral("MountPoints"), QStringLiteral("/media/A"));
+    test.volume[UDisks::block].insert(u"IdLabel"_s, 7);
+    test.volume[UDisks::block].insert(u"ReadOnly"_s, u"yes"_s);
+    test.volume[UDisks::filesystem].insert(u"MountPoints"_s, u"/media/A"_s);
     const UDisksMedium volume = *test.read(volumePath);
     QVERIFY(!volume.description.value(DAKey::volumeName) && !volume.description.value(DAKey::volumePath));
     QVERIFY(flagOf(volume, DAKey::mediaWritable));
@@ -192,19 +191,17 @@ void TestUDisksMedium::errorsBecomeDissenters_data()
     QTest::addColumn<QString>("error");
     QTest::addColumn<QString>("message");
     QTest::addColumn<quint32>("status");
-    const QString prefix = QStringLiteral("org.freedesktop.UDisks2.Error.");
+    const QString prefix = u"org.freedesktop.UDisks2.Error."_s;
     const std::pair<const char *, quint32> known[] = { { "DeviceBusy", 0xF8DA0002 },
         { "AlreadyMounted", 0xF8DA0002 }, { "NotMounted", 0xF8DA0007 }, { "NotAuthorized", 0xF8DA0009 },
         { "NotAuthorizedCanObtain", 0xF8DA0009 }, { "NotAuthorizedDismissed", 0xF8DA0009 },
         { "NotSupported", 0xF8DA000C }, { "OptionNotPermitted", 0xF8DA0008 }, { "Failed", 0xF8DA0001 },
         { "Cancelled", 0xF8DA0001 }, { "Timedout", 0xF8DA0001 } };
     for (const auto &[name, status] : known)
-        QTest::newRow(name) << QString(prefix + QLatin1String(name)) << QStringLiteral("words") << status;
-    QTest::newRow("unknown") << QStringLiteral("org.gtk.GDBus.UnmappedGError.Quark._g.Code6")
-                             << QStringLiteral("words") << 0xF8DA0001U;
+        QTest::newRow(name) << QString(prefix + QLatin1String(name)) << u"words"_s << status;
+    QTest::newRow("unknown") << u"org.gtk.GDBus.UnmappedGError.Quark._g.Code6"_s << u"words"_s << 0xF8DA0001U;
     QTest::newRow("no driver") << QString(prefix + u"Failed")
-                               << QStringLiteral("Filesystem type exfat not configured in kernel.")
-                               << 0xF8DA000CU;
+                               << u"Filesystem type exfat not configured in kernel."_s << 0xF8DA000CU;
 }
 
 void TestUDisksMedium::errorsBecomeDissenters()
@@ -213,7 +210,7 @@ void TestUDisksMedium::errorsBecomeDissenters()
     QFETCH(const QString, message);
     QFETCH(const quint32, status);
     const DADissenterRef dissenter
-        = dissenterFromBusError(error, QStringLiteral("GDBus.Error:%1: %2").arg(error, message));
+        = dissenterFromBusError(error, u"GDBus.Error:%1: %2"_s.arg(error, message));
     QCOMPARE(dissenter->status, status);
     QCOMPARE(dissenter->statusString.value_or(QString()), message);
     QVERIFY(!dissenterFromBusError(error, QString())->statusString);

@@ -13,20 +13,22 @@
 
 #include <unistd.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 using Tell = FakeUDisks::Tell;
 
-const QString diskPath = FakeUDisks::blockPath(QStringLiteral("fake2"));
-const QString volumePath = FakeUDisks::blockPath(QStringLiteral("fake2p1"));
-const QString secondPath = FakeUDisks::blockPath(QStringLiteral("fake2p2"));
+const QString diskPath = FakeUDisks::blockPath(u"fake2"_s);
+const QString volumePath = FakeUDisks::blockPath(u"fake2p1"_s);
+const QString secondPath = FakeUDisks::blockPath(u"fake2p2"_s);
 
 QVariantMap mountPoints(const QStringList &points)
 {
     QByteArrayList list;
     for (const QString &point : points)
         list.append(point.toUtf8() + '\0');
-    return { { QStringLiteral("MountPoints"), QVariant::fromValue(list) } };
+    return { { u"MountPoints"_s, QVariant::fromValue(list) } };
 }
 
 QString nameOf(const DADiskRef &disk)
@@ -40,9 +42,8 @@ struct SessionTest
     explicit SessionTest(bool hasDisk = true)
     {
         if (hasDisk) {
-            fake.addInterfaces(diskPath, fakeWholeDisk(QStringLiteral("fake2"), true), Tell::No);
-            fake.addInterfaces(
-                volumePath, fakePartition(QStringLiteral("fake2p1"), 1, QStringLiteral("A")), Tell::No);
+            fake.addInterfaces(diskPath, fakeWholeDisk(u"fake2"_s, true), Tell::No);
+            fake.addInterfaces(volumePath, fakePartition(u"fake2p1"_s, 1, u"A"_s), Tell::No);
         }
         makeSession(UDisksListing::WhenScheduled);
     }
@@ -139,21 +140,19 @@ private Q_SLOTS:
 void TestUDisksSession::listsADiskBeforeItsPartitions()
 {
     SessionTest test;
-    test.fake.addInterfaces(
-        secondPath, fakePartition(QStringLiteral("fake2p2"), 2, QStringLiteral("B")), Tell::No);
+    test.fake.addInterfaces(secondPath, fakePartition(u"fake2p2"_s, 2, u"B"_s), Tell::No);
     test.fake.start();
     test.session->scheduleWithRunLoop();
     QTRY_COMPARE(test.events, list({ "+disk2", "+disk2s1", "+disk2s2" }));
     QCOMPARE(test.listing, std::optional<bool>(true));
-    const PropertyDictionary disk = *test.disks.value(QStringLiteral("disk2"))->copyDescription();
+    const PropertyDictionary disk = *test.disks.value(u"disk2"_s)->copyDescription();
     QCOMPARE(*disk.value(DAKey::mediaLeaf)->asBoolean(), false);
-    QCOMPARE(*disk.value(DAKey::mediaName)->asString(), QStringLiteral("practice.img"));
+    QCOMPARE(*disk.value(DAKey::mediaName)->asString(), u"practice.img"_s);
     QCOMPARE(*disk.value(DAKey::deviceInternal)->asBoolean(), false);
-    const DADiskRef volume = test.disks.value(QStringLiteral("disk2s1"));
+    const DADiskRef volume = test.disks.value(u"disk2s1"_s);
     const PropertyDictionary description = *volume->copyDescription();
-    QCOMPARE(*description.value(DAKey::volumeName)->asString(), QStringLiteral("A"));
-    QCOMPARE(*description.value(DAKey::mediaContent)->asString(),
-        QStringLiteral("0FC63DAF-8483-4772-8E79-3D69D8477DE4"));
+    QCOMPARE(*description.value(DAKey::volumeName)->asString(), u"A"_s);
+    QCOMPARE(*description.value(DAKey::mediaContent)->asString(), u"0FC63DAF-8483-4772-8E79-3D69D8477DE4"_s);
     QVERIFY(!description.value(DAKey::volumePath));
     QCOMPARE(volume->copyIOMediaProperties()->value(IOMediaKey::base)->asNumber()->longLongValue(), 1000);
 }
@@ -164,8 +163,7 @@ void TestUDisksSession::listingAheadIsReportedOnceScheduled()
     test.fake.start();
     test.makeSession(UDisksListing::Ahead);
     QTRY_COMPARE(test.fake.listings, 1);
-    test.fake.addInterfaces(
-        secondPath, fakePartition(QStringLiteral("fake2p2"), 2, QStringLiteral("B")), Tell::Yes);
+    test.fake.addInterfaces(secondPath, fakePartition(u"fake2p2"_s, 2, u"B"_s), Tell::Yes);
     QCOMPARE(test.events, QStringList());
     test.session->scheduleWithRunLoop();
     QCOMPARE(test.events, QStringList()); // from the run loop, as ever
@@ -173,7 +171,7 @@ void TestUDisksSession::listingAheadIsReportedOnceScheduled()
     QTRY_COMPARE(test.events, list({ "+disk2", "+disk2s1", "+disk2s2" }));
     QCOMPARE(test.fake.listings, 1);
     test.events.clear();
-    test.fake.removeInterfaces(secondPath, { QStringLiteral("org.freedesktop.UDisks2.Block") }, Tell::Yes);
+    test.fake.removeInterfaces(secondPath, { u"org.freedesktop.UDisks2.Block"_s }, Tell::Yes);
     QTRY_COMPARE(test.events, list({ "-disk2s2" }));
 }
 
@@ -181,7 +179,7 @@ void TestUDisksSession::listingAheadWithoutAService()
 {
     SessionTest test;
     test.makeSession(UDisksListing::Ahead);
-    QTRY_VERIFY(test.log.lines().join(u' ').contains(QStringLiteral("Unable to start the disk service")));
+    QTRY_VERIFY(test.log.lines().join(u' ').contains(u"Unable to start the disk service"_s));
     QVERIFY(!test.listing);
     test.session->scheduleWithRunLoop();
     QTRY_COMPARE(test.listing, std::optional<bool>(false));
@@ -194,7 +192,7 @@ void TestUDisksSession::withoutAServiceTheListingFails()
     SessionTest test;
     test.session->scheduleWithRunLoop();
     QTRY_COMPARE(test.listing, std::optional<bool>(false));
-    QVERIFY(test.log.lines().join(u' ').contains(QStringLiteral("Unable to start the disk service")));
+    QVERIFY(test.log.lines().join(u' ').contains(u"Unable to start the disk service"_s));
     test.fake.start(); // one that comes later is followed all the same
     QTRY_COMPARE(test.events, list({ "+disk2", "+disk2s1" }));
 }
@@ -214,26 +212,25 @@ void TestUDisksSession::interfacesThatArriveInStagesAreOneMedium()
 {
     SessionTest test(false);
     test.start();
-    UDisksInterfaces stages = fakePartition(QStringLiteral("fake2p1"), 1, QStringLiteral("A"));
+    UDisksInterfaces stages = fakePartition(u"fake2p1"_s, 1, u"A"_s);
     const QVariantMap fileSystem = stages.take(UDisks::filesystem);
-    test.fake.addInterfaces(diskPath, fakeWholeDisk(QStringLiteral("fake2")), Tell::Yes);
+    test.fake.addInterfaces(diskPath, fakeWholeDisk(u"fake2"_s), Tell::Yes);
     test.fake.addInterfaces(volumePath, stages, Tell::Yes);
-    QTRY_VERIFY(test.events.contains(QStringLiteral("+disk2s1")));
-    const DADiskRef volume = test.disks.value(QStringLiteral("disk2s1"));
+    QTRY_VERIFY(test.events.contains(u"+disk2s1"_s));
+    const DADiskRef volume = test.disks.value(u"disk2s1"_s);
     QCOMPARE(*volume->copyDescription()->value(DAKey::volumeMountable)->asBoolean(), false);
     test.fake.addInterfaces(volumePath, { { UDisks::filesystem, fileSystem } }, Tell::Yes);
-    QTRY_COMPARE(test.events.last(), QStringLiteral("~disk2s1"));
+    QTRY_COMPARE(test.events.last(), u"~disk2s1"_s);
     QCOMPARE(*volume->copyDescription()->value(DAKey::volumeMountable)->asBoolean(), true);
-    QCOMPARE(test.events.count(QStringLiteral("+disk2s1")), 1);
+    QCOMPARE(test.events.count(u"+disk2s1"_s), 1);
 }
 
 void TestUDisksSession::partitionBeforeItsDiskWaitsForIt()
 {
     SessionTest test(false);
     test.start();
-    test.fake.addInterfaces(
-        volumePath, fakePartition(QStringLiteral("fake2p1"), 1, QStringLiteral("A")), Tell::Yes);
-    test.fake.addInterfaces(diskPath, fakeWholeDisk(QStringLiteral("fake2")), Tell::Yes);
+    test.fake.addInterfaces(volumePath, fakePartition(u"fake2p1"_s, 1, u"A"_s), Tell::Yes);
+    test.fake.addInterfaces(diskPath, fakeWholeDisk(u"fake2"_s), Tell::Yes);
     QTRY_COMPARE(test.events, list({ "+disk2", "+disk2s1" }));
 }
 
@@ -252,14 +249,11 @@ void TestUDisksSession::signalsThatAreRepeatedChangeNothing()
     SessionTest test;
     test.start();
     for (int i = 0; i < 2; ++i) {
-        test.fake.addInterfaces(
-            volumePath, fakePartition(QStringLiteral("fake2p1"), 1, QStringLiteral("A")), Tell::Yes);
+        test.fake.addInterfaces(volumePath, fakePartition(u"fake2p1"_s, 1, u"A"_s), Tell::Yes);
         test.fake.removeInterfaces(secondPath, { UDisks::block }, Tell::Yes);
-        test.fake.changeProperties(
-            secondPath, UDisks::filesystem, mountPoints({ QStringLiteral("/media/B") }), Tell::Yes);
+        test.fake.changeProperties(secondPath, UDisks::filesystem, mountPoints({ u"/media/B"_s }), Tell::Yes);
     }
-    test.fake.changeProperties(
-        volumePath, UDisks::filesystem, mountPoints({ QStringLiteral("/media/A") }), Tell::Yes);
+    test.fake.changeProperties(volumePath, UDisks::filesystem, mountPoints({ u"/media/A"_s }), Tell::Yes);
     QTRY_COMPARE(test.events, list({ "~disk2s1" }));
 }
 
@@ -267,12 +261,11 @@ void TestUDisksSession::signalsOfOthersAreNotHeard()
 {
     SessionTest test;
     test.start();
-    auto forged = QDBusMessage::createSignal(UDisks::rootPath,
-        QStringLiteral("org.freedesktop.DBus.ObjectManager"), QStringLiteral("InterfacesRemoved"));
+    auto forged = QDBusMessage::createSignal(
+        UDisks::rootPath, u"org.freedesktop.DBus.ObjectManager"_s, u"InterfacesRemoved"_s);
     forged << QVariant::fromValue(QDBusObjectPath(diskPath)) << QStringList { UDisks::block };
     test.fake.client().send(forged);
-    test.fake.changeProperties(
-        volumePath, UDisks::filesystem, mountPoints({ QStringLiteral("/media/A") }), Tell::Yes);
+    test.fake.changeProperties(volumePath, UDisks::filesystem, mountPoints({ u"/media/A"_s }), Tell::Yes);
     QTRY_COMPARE(test.events, list({ "~disk2s1" }));
 }
 
@@ -280,8 +273,8 @@ void TestUDisksSession::mediumThatIsTakenOutTakesItsPartitionsAlong()
 {
     SessionTest test;
     test.start();
-    test.fake.changeProperties(diskPath, UDisks::block,
-        { { QStringLiteral("Size"), QVariant::fromValue(qulonglong { 0 }) } }, Tell::Yes);
+    test.fake.changeProperties(
+        diskPath, UDisks::block, { { u"Size"_s, QVariant::fromValue(qulonglong { 0 }) } }, Tell::Yes);
     QTRY_COMPARE(test.events, list({ "-disk2s1", "-disk2" }));
 }
 
@@ -302,32 +295,30 @@ void TestUDisksSession::mountReadsTheMountPointsBeforeItCompletes()
     test.start();
     // The service tells of the mount point only by the property.
     test.fake.answer = [&](const QDBusMessage &call) {
-        test.fake.changeProperties(
-            volumePath, UDisks::filesystem, mountPoints({ QStringLiteral("/media/A") }), Tell::No);
-        return call.createReply(QStringLiteral("/media/A"));
+        test.fake.changeProperties(volumePath, UDisks::filesystem, mountPoints({ u"/media/A"_s }), Tell::No);
+        return call.createReply(u"/media/A"_s);
     };
-    const DADiskRef volume = test.disks.value(QStringLiteral("disk2s1"));
+    const DADiskRef volume = test.disks.value(u"disk2s1"_s);
     test.session->mount(volume, 0, test.completion());
     QCOMPARE(test.completions, 0);
     QTRY_COMPARE(test.completions, 1);
     QVERIFY(!test.outcome);
     QCOMPARE(test.fake.calls, list({ "fake2p1 Mount" }));
-    QCOMPARE(volume->copyDescription()->value(DAKey::volumePath)->asUrl()->toLocalFile(),
-        QStringLiteral("/media/A"));
+    QCOMPARE(volume->copyDescription()->value(DAKey::volumePath)->asUrl()->toLocalFile(), u"/media/A"_s);
 }
 
 void TestUDisksSession::mountOptionsGoByTheVersionOfTheService_data()
 {
     QTest::addColumn<QString>("version");
     QTest::addColumn<bool>("mountsForOthers");
-    QTest::newRow("Debian 12") << QStringLiteral("2.9.4") << false;
-    QTest::newRow("the last without it") << QStringLiteral("2.9.99") << false;
-    QTest::newRow("the first") << QStringLiteral("2.10.0") << true;
-    QTest::newRow("Debian 13") << QStringLiteral("2.10.1") << true;
-    QTest::newRow("a later one") << QStringLiteral("3.0") << true;
-    QTest::newRow("with a suffix") << QStringLiteral("2.11.0-rc1") << true;
+    QTest::newRow("Debian 12") << u"2.9.4"_s << false;
+    QTest::newRow("the last without it") << u"2.9.99"_s << false;
+    QTest::newRow("the first") << u"2.10.0"_s << true;
+    QTest::newRow("Debian 13") << u"2.10.1"_s << true;
+    QTest::newRow("a later one") << u"3.0"_s << true;
+    QTest::newRow("with a suffix") << u"2.11.0-rc1"_s << true;
     QTest::newRow("unknown") << QString() << false;
-    QTest::newRow("no number") << QStringLiteral("newest") << false;
+    QTest::newRow("no number") << u"newest"_s << false;
 }
 
 void TestUDisksSession::mountOptionsGoByTheVersionOfTheService()
@@ -335,9 +326,9 @@ void TestUDisksSession::mountOptionsGoByTheVersionOfTheService()
     QFETCH(const QString, version);
     QFETCH(const bool, mountsForOthers);
     DesktopUser user;
-    user.name = QStringLiteral("ada");
+    user.name = u"ada"_s;
     QCOMPARE(mountOptions(std::nullopt, version), std::optional(QVariantMap()));
-    const QVariantMap forTheUser { { QStringLiteral("as-user"), QStringLiteral("ada") } };
+    const QVariantMap forTheUser { { u"as-user"_s, u"ada"_s } };
     QCOMPARE(mountOptions(user, version), mountsForOthers ? std::optional(forTheUser) : std::nullopt);
 }
 
@@ -346,19 +337,19 @@ void TestUDisksSession::mountOptionsGoByTheVersionOfTheService()
 void TestUDisksSession::serviceIsAskedToMountForTheUser()
 {
     SessionTest test;
-    test.fake.addInterfaces(UDisks::managerPath,
-        { { UDisks::manager, { { QStringLiteral("Version"), QStringLiteral("2.10.1") } } } }, Tell::No);
+    test.fake.addInterfaces(
+        UDisks::managerPath, { { UDisks::manager, { { u"Version"_s, u"2.10.1"_s } } } }, Tell::No);
     test.start();
-    QVariantMap options { { QStringLiteral("nobody"), QStringLiteral("has asked") } };
+    QVariantMap options { { u"nobody"_s, u"has asked"_s } };
     test.fake.answer = [&](const QDBusMessage &call) {
         options = qdbus_cast<QVariantMap>(call.arguments().constFirst());
-        return call.createReply(QStringLiteral("/media/nobody/A"));
+        return call.createReply(u"/media/nobody/A"_s);
     };
     qputenv("PKEXEC_UID", "65534");
-    test.session->mount(test.disks.value(QStringLiteral("disk2s1")), 0, test.completion());
+    test.session->mount(test.disks.value(u"disk2s1"_s), 0, test.completion());
     qunsetenv("PKEXEC_UID");
     QTRY_COMPARE(test.completions, 1);
-    const QVariantMap forTheUser { { QStringLiteral("as-user"), QStringLiteral("nobody") } };
+    const QVariantMap forTheUser { { u"as-user"_s, u"nobody"_s } };
     QCOMPARE(options, geteuid() == 0 ? forTheUser : QVariantMap());
 }
 
@@ -367,19 +358,19 @@ void TestUDisksSession::errorOfAnUnknownNameIsAGeneralError()
     SessionTest test;
     test.start();
     test.fake.answer = [](const QDBusMessage &call) {
-        return call.createErrorReply(QStringLiteral("org.example.Unheard.Of"),
-            QStringLiteral("GDBus.Error:org.example.Unheard.Of: something is wrong"));
+        return call.createErrorReply(
+            u"org.example.Unheard.Of"_s, u"GDBus.Error:org.example.Unheard.Of: something is wrong"_s);
     };
-    test.session->mount(test.disks.value(QStringLiteral("disk2s1")), 0, test.completion());
+    test.session->mount(test.disks.value(u"disk2s1"_s), 0, test.completion());
     QTRY_COMPARE(test.completions, 1);
     QCOMPARE(test.outcome->status, 0xF8DA0001U);
-    QCOMPARE(test.outcome->statusString.value_or(QString()), QStringLiteral("something is wrong"));
+    QCOMPARE(test.outcome->statusString.value_or(QString()), u"something is wrong"_s);
 }
 
 void TestUDisksSession::unmountGoesOnUntilNothingIsMounted()
 {
     SessionTest test;
-    QStringList points { QStringLiteral("/media/A"), QStringLiteral("/mnt"), QStringLiteral("/srv") };
+    QStringList points { u"/media/A"_s, u"/mnt"_s, u"/srv"_s };
     test.fake.changeProperties(volumePath, UDisks::filesystem, mountPoints(points), Tell::No);
     test.start();
     test.fake.answer = [&](const QDBusMessage &call) {
@@ -387,7 +378,7 @@ void TestUDisksSession::unmountGoesOnUntilNothingIsMounted()
         test.fake.changeProperties(volumePath, UDisks::filesystem, mountPoints(points), Tell::No);
         return call.createReply();
     };
-    test.session->unmount(test.disks.value(QStringLiteral("disk2s1")), 0, test.completion());
+    test.session->unmount(test.disks.value(u"disk2s1"_s), 0, test.completion());
     QTRY_COMPARE(test.completions, 1);
     QVERIFY(!test.outcome);
     QCOMPARE(test.fake.calls.size(), 3);
@@ -396,15 +387,13 @@ void TestUDisksSession::unmountGoesOnUntilNothingIsMounted()
 void TestUDisksSession::unmountOfWhatIsUnmountedMeanwhileIsDone()
 {
     SessionTest test;
-    test.fake.changeProperties(
-        volumePath, UDisks::filesystem, mountPoints({ QStringLiteral("/media/A") }), Tell::No);
+    test.fake.changeProperties(volumePath, UDisks::filesystem, mountPoints({ u"/media/A"_s }), Tell::No);
     test.start();
     test.fake.answer = [&](const QDBusMessage &call) {
         test.fake.changeProperties(volumePath, UDisks::filesystem, mountPoints({}), Tell::No);
-        return call.createErrorReply(
-            QStringLiteral("org.freedesktop.UDisks2.Error.NotMounted"), QStringLiteral("not mounted"));
+        return call.createErrorReply(u"org.freedesktop.UDisks2.Error.NotMounted"_s, u"not mounted"_s);
     };
-    test.session->unmount(test.disks.value(QStringLiteral("disk2s1")), 0, test.completion());
+    test.session->unmount(test.disks.value(u"disk2s1"_s), 0, test.completion());
     QTRY_COMPARE(test.completions, 1);
     QVERIFY(!test.outcome);
     QCOMPARE(test.fake.calls.size(), 1);
@@ -415,7 +404,7 @@ void TestUDisksSession::unmountOfWhatHasGoneIsDone_data()
     QTest::addColumn<QString>("error");
     QTest::addColumn<QStringList>("removed"); // interfaces of the volume
     QTest::addColumn<bool>("isTold"); // by signals that come before the answer
-    const QString failed = QStringLiteral("org.freedesktop.UDisks2.Error.Failed");
+    const QString failed = u"org.freedesktop.UDisks2.Error.Failed"_s;
     const QString unknown = QDBusError::errorString(QDBusError::UnknownMethod);
     const QStringList all { UDisks::block, UDisks::partition, UDisks::filesystem };
     QTest::newRow("pulled before the call") << unknown << all << true;
@@ -436,11 +425,8 @@ void TestUDisksSession::unmountOfWhatHasGoneIsDone()
     QFETCH(const bool, isTold);
     const Tell tell = isTold ? Tell::Yes : Tell::No;
     SessionTest test;
-    test.fake.changeProperties(
-        volumePath, UDisks::filesystem, mountPoints({ QStringLiteral("/media/A") }), Tell::No);
-    test.fake.addInterfaces(secondPath,
-        fakePartition(QStringLiteral("fake2p2"), 2, QStringLiteral("B"), { QStringLiteral("/media/B") }),
-        Tell::No);
+    test.fake.changeProperties(volumePath, UDisks::filesystem, mountPoints({ u"/media/A"_s }), Tell::No);
+    test.fake.addInterfaces(secondPath, fakePartition(u"fake2p2"_s, 2, u"B"_s, { u"/media/B"_s }), Tell::No);
     test.start();
     test.fake.answer = [&](const QDBusMessage &call) {
         const QString &path = call.path();
@@ -448,48 +434,41 @@ void TestUDisksSession::unmountOfWhatHasGoneIsDone()
             test.fake.changeProperties(path, UDisks::filesystem, mountPoints({}), tell);
         else
             test.fake.removeInterfaces(path, removed, tell);
-        return call.createErrorReply(error, QStringLiteral("No enclosing object for interface"));
+        return call.createErrorReply(error, u"No enclosing object for interface"_s);
     };
-    test.session->unmount(
-        test.disks.value(QStringLiteral("disk2")), kDADiskUnmountOptionWhole, test.completion());
+    test.session->unmount(test.disks.value(u"disk2"_s), kDADiskUnmountOptionWhole, test.completion());
     QTRY_COMPARE(test.completions, 1);
     QVERIFY(!test.outcome);
     QCOMPARE(test.fake.calls.size(), 2);
-    QCOMPARE(test.events.contains(QStringLiteral("-disk2s1")), removed.contains(UDisks::block) && isTold);
+    QCOMPARE(test.events.contains(u"-disk2s1"_s), removed.contains(UDisks::block) && isTold);
 }
 
 // A service that ends takes its disks away, but not what is mounted.
 void TestUDisksSession::unmountThatAServiceLeavesUndoneIsRefused()
 {
     SessionTest test;
-    test.fake.changeProperties(
-        volumePath, UDisks::filesystem, mountPoints({ QStringLiteral("/media/A") }), Tell::No);
+    test.fake.changeProperties(volumePath, UDisks::filesystem, mountPoints({ u"/media/A"_s }), Tell::No);
     test.start();
     test.fake.answer = [&](const QDBusMessage &call) {
         test.fake.stop();
-        return call.createErrorReply(QDBusError::NoReply, QStringLiteral("no answer"));
+        return call.createErrorReply(QDBusError::NoReply, u"no answer"_s);
     };
-    test.session->unmount(test.disks.value(QStringLiteral("disk2s1")), 0, test.completion());
+    test.session->unmount(test.disks.value(u"disk2s1"_s), 0, test.completion());
     QTRY_COMPARE(test.completions, 1);
     QVERIFY(test.outcome);
-    QCOMPARE(test.outcome->statusString.value_or(QString()), QStringLiteral("no answer"));
+    QCOMPARE(test.outcome->statusString.value_or(QString()), u"no answer"_s);
 }
 
 void TestUDisksSession::unmountOfAWholeDiskStopsAtTheFirstRefusal()
 {
     SessionTest test;
-    test.fake.changeProperties(
-        volumePath, UDisks::filesystem, mountPoints({ QStringLiteral("/media/A") }), Tell::No);
-    test.fake.addInterfaces(secondPath,
-        fakePartition(QStringLiteral("fake2p2"), 2, QStringLiteral("B"), { QStringLiteral("/media/B") }),
-        Tell::No);
+    test.fake.changeProperties(volumePath, UDisks::filesystem, mountPoints({ u"/media/A"_s }), Tell::No);
+    test.fake.addInterfaces(secondPath, fakePartition(u"fake2p2"_s, 2, u"B"_s, { u"/media/B"_s }), Tell::No);
     test.start();
     test.fake.answer = [](const QDBusMessage &call) {
-        return call.createErrorReply(
-            QStringLiteral("org.freedesktop.UDisks2.Error.DeviceBusy"), QStringLiteral("target is busy"));
+        return call.createErrorReply(u"org.freedesktop.UDisks2.Error.DeviceBusy"_s, u"target is busy"_s);
     };
-    test.session->unmount(
-        test.disks.value(QStringLiteral("disk2")), kDADiskUnmountOptionWhole, test.completion());
+    test.session->unmount(test.disks.value(u"disk2"_s), kDADiskUnmountOptionWhole, test.completion());
     QTRY_COMPARE(test.completions, 1);
     QCOMPARE(test.outcome->status, 0xF8DA0002U);
     QCOMPARE(test.fake.calls.size(), 1);
@@ -499,11 +478,11 @@ void TestUDisksSession::ejectOfALoopDiskWaitsUntilItIsDetached()
 {
     SessionTest test;
     test.start();
-    test.session->eject(test.disks.value(QStringLiteral("disk2")), 0, test.completion());
+    test.session->eject(test.disks.value(u"disk2"_s), 0, test.completion());
     QTRY_COMPARE(test.fake.calls, list({ "fake2 Delete" }));
     QCOMPARE(test.completions, 0);
     test.fake.changeProperties(
-        diskPath, UDisks::loop, { { QStringLiteral("BackingFile"), QByteArray(1, '\0') } }, Tell::Yes);
+        diskPath, UDisks::loop, { { u"BackingFile"_s, QByteArray(1, '\0') } }, Tell::Yes);
     QTRY_COMPARE(test.completions, 1);
     QVERIFY(!test.outcome);
 }
@@ -511,10 +490,9 @@ void TestUDisksSession::ejectOfALoopDiskWaitsUntilItIsDetached()
 void TestUDisksSession::ejectOfADiskWithAMountedVolumeIsRefused()
 {
     SessionTest test;
-    test.fake.changeProperties(
-        volumePath, UDisks::filesystem, mountPoints({ QStringLiteral("/media/A") }), Tell::No);
+    test.fake.changeProperties(volumePath, UDisks::filesystem, mountPoints({ u"/media/A"_s }), Tell::No);
     test.start();
-    test.session->eject(test.disks.value(QStringLiteral("disk2")), 0, test.completion());
+    test.session->eject(test.disks.value(u"disk2"_s), 0, test.completion());
     QTRY_COMPARE(test.completions, 1);
     QCOMPARE(test.outcome->status, 0xF8DA0002U);
     QCOMPARE(test.fake.calls, QStringList());
@@ -523,24 +501,20 @@ void TestUDisksSession::ejectOfADiskWithAMountedVolumeIsRefused()
 void TestUDisksSession::renameOfAMountedVolumeUnmountsItWhereItMust()
 {
     SessionTest test;
-    test.fake.changeProperties(
-        volumePath, UDisks::filesystem, mountPoints({ QStringLiteral("/media/A") }), Tell::No);
+    test.fake.changeProperties(volumePath, UDisks::filesystem, mountPoints({ u"/media/A"_s }), Tell::No);
     test.start();
     bool isMounted = true;
     test.fake.answer = [&](const QDBusMessage &call) {
-        if (call.member() == QLatin1String("SetLabel") && isMounted)
-            return call.createErrorReply(QStringLiteral("org.freedesktop.UDisks2.Error.NotSupported"),
-                QStringLiteral("it is mounted"));
-        if (call.member() != QLatin1String("SetLabel")) {
-            isMounted = call.member() == QLatin1String("Mount");
+        if (call.member() == "SetLabel"_L1 && isMounted)
+            return call.createErrorReply(u"org.freedesktop.UDisks2.Error.NotSupported"_s, u"it is mounted"_s);
+        if (call.member() != "SetLabel"_L1) {
+            isMounted = call.member() == "Mount"_L1;
             test.fake.changeProperties(volumePath, UDisks::filesystem,
-                mountPoints(isMounted ? QStringList { QStringLiteral("/media/B") } : QStringList()),
-                Tell::No);
+                mountPoints(isMounted ? QStringList { u"/media/B"_s } : QStringList()), Tell::No);
         }
         return call.createReply();
     };
-    test.session->rename(
-        test.disks.value(QStringLiteral("disk2s1")), QStringLiteral("B"), 0, test.completion());
+    test.session->rename(test.disks.value(u"disk2s1"_s), u"B"_s, 0, test.completion());
     QTRY_COMPARE(test.completions, 1);
     QVERIFY(!test.outcome);
     QCOMPARE(test.fake.calls,
@@ -551,15 +525,15 @@ void TestUDisksSession::mediumThatHasGoneIsNotFound()
 {
     SessionTest test;
     test.start();
-    const DADiskRef volume = test.disks.value(QStringLiteral("disk2s1"));
+    const DADiskRef volume = test.disks.value(u"disk2s1"_s);
     test.fake.removeInterfaces(
         volumePath, { UDisks::block, UDisks::partition, UDisks::filesystem }, Tell::Yes);
-    QTRY_VERIFY(test.events.contains(QStringLiteral("-disk2s1")));
+    QTRY_VERIFY(test.events.contains(u"-disk2s1"_s));
     test.session->mount(volume, 0, test.completion());
     QCOMPARE(test.completions, 0);
     QTRY_COMPARE(test.completions, 1);
     QCOMPARE(test.outcome->status, 0xF8DA0006U);
-    QCOMPARE(nameOf(volume), QStringLiteral("disk2s1")); // what was known of it stays
+    QCOMPARE(nameOf(volume), u"disk2s1"_s); // what was known of it stays
 }
 
 // Another disk has taken the place of the one that is meant, and the service does not know yet.
@@ -575,14 +549,14 @@ void TestUDisksSession::mediumThatIsAnotherByNowIsLeftAlone()
         }
         return facts;
     };
-    const DADiskRef disk = test.disks.value(QStringLiteral("disk2"));
+    const DADiskRef disk = test.disks.value(u"disk2"_s);
     test.session->eject(disk, 0, test.completion());
     QCOMPARE(test.completions, 0);
     QTRY_COMPARE(test.completions, 1);
     QCOMPARE(test.outcome->status, 0xF8DA0006U);
     QCOMPARE(test.fake.calls, QStringList());
     QCOMPARE(test.events, list({ "-disk2s1", "-disk2", "+disk3", "+disk3s1" }));
-    test.session->eject(test.disks.value(QStringLiteral("disk3")), 0, test.completion());
+    test.session->eject(test.disks.value(u"disk3"_s), 0, test.completion());
     QTRY_COMPARE(test.fake.calls, list({ "fake2 Delete" }));
 }
 
@@ -595,7 +569,7 @@ void TestUDisksSession::sessionThatGoesLeavesRequestsUnanswered()
         wasAsked = true;
         return QDBusMessage();
     };
-    test.session->mount(test.disks.value(QStringLiteral("disk2s1")), 0, test.completion());
+    test.session->mount(test.disks.value(u"disk2s1"_s), 0, test.completion());
     test.session.reset();
     QTRY_VERIFY(wasAsked);
     QCOMPARE(test.completions, 0);
