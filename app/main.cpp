@@ -7,7 +7,7 @@
 #include "app/startup_rules.h"
 #include "app/ZorvexDiskManagerAppDelegate.h"
 #include "platform/DesktopUser.h"
-#include "platform/FileSystemClaims.h"
+#include "platform/FilesystemClaims.h"
 #include "platform/Localization.h"
 #include "platform/PolkitAuthorization.h"
 #include "platform/SingleInstance.h"
@@ -28,7 +28,7 @@ ApplicationPlatform realPlatform()
     ApplicationPlatform platform;
     // The disk service lists its media while the window is made.
     auto session = std::make_shared<std::unique_ptr<DASession>>(
-        createUDisksSession(FileSystemClaims(filesystemDirectories()), UDisksListing::Ahead));
+        createUDisksSession(FilesystemClaims(filesystemDirectories()), UDisksListing::Ahead));
     platform.createSession = [session] { return std::move(*session); };
     platform.mountTable = std::make_shared<KernelMountTable>();
     platform.workspace = std::make_shared<DesktopWorkspace>();

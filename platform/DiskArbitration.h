@@ -66,7 +66,7 @@ public:
 
     // The number by which file system bundles tell the variants of one file system apart (FSSubType), as the
     // medium's own data has it; nothing when it is unknown.
-    virtual std::optional<qint16> fileSystemSubtype() const = 0;
+    virtual std::optional<qint16> filesystemSubtype() const = 0;
 };
 
 using DADiskRef = std::shared_ptr<DADisk>;

@@ -19,7 +19,7 @@ public:
         return PropertyDictionary::areCopies(properties, mediaProperties);
     }
     QString deviceNode() const override { return node; }
-    std::optional<qint16> fileSystemSubtype() const override { return subtype; }
+    std::optional<qint16> filesystemSubtype() const override { return subtype; }
 
     std::optional<PropertyDictionary> description;
     std::optional<PropertyDictionary> mediaProperties;

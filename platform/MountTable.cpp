@@ -16,7 +16,7 @@
 namespace {
 
 // The kernel numbers a mounted file system by its device; the two halves of the number serve as identity.
-FileSystemID identityOf(quint32 deviceMajor, quint32 deviceMinor)
+FilesystemID identityOf(quint32 deviceMajor, quint32 deviceMinor)
 {
     return { static_cast<qint32>(deviceMajor), static_cast<qint32>(deviceMinor) };
 }
@@ -52,9 +52,9 @@ std::vector<KernelMount> readKernelMounts()
     return mounts;
 }
 
-std::vector<MountedFileSystem> KernelMountTable::mountedFileSystems() const
+std::vector<MountedFilesystem> KernelMountTable::mountedFilesystems() const
 {
-    std::vector<MountedFileSystem> result;
+    std::vector<MountedFilesystem> result;
     for (const KernelMount &mount : readKernelMounts()) {
         if (!mount.source.startsWith("/dev/"))
             continue;
@@ -67,7 +67,7 @@ std::vector<MountedFileSystem> KernelMountTable::mountedFileSystems() const
     return result;
 }
 
-std::optional<FileSystemID> KernelMountTable::fileSystemID(const QByteArray &path) const
+std::optional<FilesystemID> KernelMountTable::filesystemID(const QByteArray &path) const
 {
     struct stat status = {};
     if (stat(path.constData(), &status) != 0)

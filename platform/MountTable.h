@@ -23,19 +23,19 @@ struct KernelMount
 std::vector<KernelMount> readKernelMounts();
 
 // Tells two mounted file systems apart.
-struct FileSystemID
+struct FilesystemID
 {
     qint32 first = 0;
     qint32 second = 0;
-    friend bool operator==(const FileSystemID &, const FileSystemID &) = default;
+    friend bool operator==(const FilesystemID &, const FilesystemID &) = default;
 };
 
 // One mounted file system as the application is told of it.
-struct MountedFileSystem
+struct MountedFilesystem
 {
     QByteArray mountedFrom; // /dev/ and the BSD name
     QByteArray mountPoint;
-    FileSystemID id;
+    FilesystemID id;
     // As FSSubType counts; absent where the table does not tell, and then the medium's own data does.
     std::optional<quint32> subtype;
 };
@@ -46,10 +46,10 @@ public:
     virtual ~MountTable() = default;
 
     // getmntinfo: all mounted file systems of disks.
-    virtual std::vector<MountedFileSystem> mountedFileSystems() const = 0;
+    virtual std::vector<MountedFilesystem> mountedFilesystems() const = 0;
 
     // statfs: the identity of the file system that the path leads to, or nothing.
-    virtual std::optional<FileSystemID> fileSystemID(const QByteArray &path) const = 0;
+    virtual std::optional<FilesystemID> filesystemID(const QByteArray &path) const = 0;
 
     // Names in a folder, in the folder's own order; nothing when it cannot be read.
     virtual std::optional<std::vector<QByteArray>> folderEntries(const QByteArray &path) const = 0;
@@ -63,8 +63,8 @@ public:
 class KernelMountTable : public MountTable
 {
 public:
-    std::vector<MountedFileSystem> mountedFileSystems() const override;
-    std::optional<FileSystemID> fileSystemID(const QByteArray &path) const override;
+    std::vector<MountedFilesystem> mountedFilesystems() const override;
+    std::optional<FilesystemID> filesystemID(const QByteArray &path) const override;
     std::optional<std::vector<QByteArray>> folderEntries(const QByteArray &path) const override;
     int freeSpace(const QByteArray &path, qint64 *bytes) const override;
 };

@@ -108,7 +108,7 @@ void insertName(PropertyDictionary &description, const QString &key, const QStri
         description.insert(key, harmless);
 }
 
-void describeVolume(UDisksMedium &medium, const BlockReader &block, const FileSystemClaims &claims)
+void describeVolume(UDisksMedium &medium, const BlockReader &block, const FilesystemClaims &claims)
 {
     const UDisksStore &store = block.store();
     PropertyDictionary &description = medium.description;
@@ -155,7 +155,7 @@ QString mbrContent(const QString &type)
 }
 
 std::optional<UDisksMedium> readUDisksMedium(const UDisksStore &store, const QString &path,
-    const FileSystemClaims &claims, const BlockDeviceFactsReader &readFacts)
+    const FilesystemClaims &claims, const BlockDeviceFactsReader &readFacts)
 {
     const BlockReader block(store, path);
     if (!block.isListed())

@@ -34,7 +34,7 @@ public:
         return properties && properties->isCopyOf(m_medium.mediaProperties);
     }
     QString deviceNode() const override { return m_medium.deviceNode; }
-    std::optional<qint16> fileSystemSubtype() const override { return m_medium.subtype; }
+    std::optional<qint16> filesystemSubtype() const override { return m_medium.subtype; }
 
     const QString &path() const { return m_path; }
     const UDisksMedium &medium() const { return m_medium; }
@@ -92,7 +92,7 @@ QDBusConnection connectAgain()
 class UDisksSession : public DASession
 {
 public:
-    UDisksSession(FileSystemClaims claims, const QDBusConnection &bus,
+    UDisksSession(FilesystemClaims claims, const QDBusConnection &bus,
         std::function<QDBusConnection()> reconnect, BlockDeviceFactsReader readFacts)
         : m_claims(std::move(claims))
         , m_readFacts(std::move(readFacts))
@@ -265,7 +265,7 @@ private:
         }
     }
 
-    FileSystemClaims m_claims;
+    FilesystemClaims m_claims;
     BlockDeviceFactsReader m_readFacts;
     bool m_scheduled = false; // before that, what the bus tells stays in its store
     bool m_isStarted = false;
@@ -275,7 +275,7 @@ private:
     UDisksRequests m_requests;
 };
 
-std::unique_ptr<DASession> makeSession(FileSystemClaims claims, const QDBusConnection &bus,
+std::unique_ptr<DASession> makeSession(FilesystemClaims claims, const QDBusConnection &bus,
     std::function<QDBusConnection()> reconnect, BlockDeviceFactsReader readFacts, UDisksListing listing)
 {
     if (!bus.isConnected())
@@ -289,14 +289,14 @@ std::unique_ptr<DASession> makeSession(FileSystemClaims claims, const QDBusConne
 
 } // namespace
 
-std::unique_ptr<DASession> createUDisksSession(FileSystemClaims claims, UDisksListing listing)
+std::unique_ptr<DASession> createUDisksSession(FilesystemClaims claims, UDisksListing listing)
 {
     return makeSession(
         std::move(claims), QDBusConnection::systemBus(), connectAgain, readBlockDeviceFacts, listing);
 }
 
 // A bus of the caller's is the caller's to make anew.
-std::unique_ptr<DASession> createUDisksSession(FileSystemClaims claims, const QDBusConnection &bus,
+std::unique_ptr<DASession> createUDisksSession(FilesystemClaims claims, const QDBusConnection &bus,
     BlockDeviceFactsReader readFacts, UDisksListing listing)
 {
     return makeSession(std::move(claims), bus, nullptr, std::move(readFacts), listing);

@@ -6,7 +6,7 @@
 #pragma once
 
 #include "platform/DiskArbitration.h"
-#include "platform/FileSystemClaims.h"
+#include "platform/FilesystemClaims.h"
 #include "platform/UDisksMedium.h"
 
 #include <QDBusConnection>
@@ -20,8 +20,8 @@ enum class UDisksListing { WhenScheduled, Ahead };
 // Makes the session over the system bus; null when there is no system bus. The claims say which bundle serves
 // which file system.
 std::unique_ptr<DASession> createUDisksSession(
-    FileSystemClaims claims, UDisksListing listing = UDisksListing::WhenScheduled);
+    FilesystemClaims claims, UDisksListing listing = UDisksListing::WhenScheduled);
 
 // The same over a connection, and with facts about devices, of the caller's choice.
-std::unique_ptr<DASession> createUDisksSession(FileSystemClaims claims, const QDBusConnection &bus,
+std::unique_ptr<DASession> createUDisksSession(FilesystemClaims claims, const QDBusConnection &bus,
     BlockDeviceFactsReader readFacts, UDisksListing listing = UDisksListing::WhenScheduled);

@@ -56,8 +56,8 @@ QString ZorvexDiskManagerAppDelegate::getAlternateDiskSpaceStringWithDiskSize(
 bool ZorvexDiskManagerAppDelegate::getVolumeData(
     const ZorvexDiskManagerDisk &disk, qint64 *freeSpace, qint16 *subType) const
 {
-    const std::vector<MountedFileSystem> mounted = m_platform.mountTable->mountedFileSystems();
-    const MountedFileSystem *volume = VolumeRules::findVolume(mounted, disk.bsdName.value_or(QString()));
+    const std::vector<MountedFilesystem> mounted = m_platform.mountTable->mountedFilesystems();
+    const MountedFilesystem *volume = VolumeRules::findVolume(mounted, disk.bsdName.value_or(QString()));
     if (!volume)
         return false;
     if (freeSpace) {
@@ -71,7 +71,7 @@ bool ZorvexDiskManagerAppDelegate::getVolumeData(
         *freeSpace = bytes;
     }
     if (subType) {
-        const auto known = disk.daDisk ? disk.daDisk->fileSystemSubtype() : std::nullopt;
+        const auto known = disk.daDisk ? disk.daDisk->filesystemSubtype() : std::nullopt;
         *subType = volume->subtype ? static_cast<qint16>(*volume->subtype) : known.value_or(0);
     }
     return true;

@@ -18,19 +18,19 @@ bool isVolumeOf(const QByteArray &mountedFrom, const QByteArray &bsdName)
 
 } // namespace
 
-const MountedFileSystem *findVolume(const std::vector<MountedFileSystem> &mounted, const QString &bsdName)
+const MountedFilesystem *findVolume(const std::vector<MountedFilesystem> &mounted, const QString &bsdName)
 {
     const QByteArray name = bsdName.toUtf8();
-    for (const MountedFileSystem &fileSystem : mounted) {
-        if (isVolumeOf(fileSystem.mountedFrom, name))
-            return &fileSystem;
+    for (const MountedFilesystem &filesystem : mounted) {
+        if (isVolumeOf(filesystem.mountedFrom, name))
+            return &filesystem;
     }
     return nullptr;
 }
 
-QByteArray pathToVolume(const MountTable &table, const MountedFileSystem &volume)
+QByteArray pathToVolume(const MountTable &table, const MountedFilesystem &volume)
 {
-    if (table.fileSystemID(volume.mountPoint) == volume.id)
+    if (table.filesystemID(volume.mountPoint) == volume.id)
         return volume.mountPoint;
     const qsizetype separator = volume.mountPoint.lastIndexOf('/');
     if (separator < 0)
@@ -42,7 +42,7 @@ QByteArray pathToVolume(const MountTable &table, const MountedFileSystem &volume
         return volume.mountPoint;
     for (const QByteArray &entry : *entries) {
         QByteArray path = folder + '/' + entry;
-        if (entry.startsWith(baseName) && table.fileSystemID(path) == volume.id)
+        if (entry.startsWith(baseName) && table.filesystemID(path) == volume.id)
             return path;
     }
     return volume.mountPoint;

@@ -86,7 +86,7 @@ void requireWellFormed(const UDisksMedium &medium)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t size)
 {
-    static const FileSystemClaims claims { QStringList() };
+    static const FilesystemClaims claims { QStringList() };
     const auto readFacts = [](const QString &) { return BlockDeviceFacts { u"disk2s1"_s, 2, 1, 512 }; };
     FuzzedDataProvider data(bytes, size);
     UDisksStore store;

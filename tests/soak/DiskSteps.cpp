@@ -16,7 +16,7 @@ LoopDisk::Partition anyPartition(SoakWorld &world)
     static const struct
     {
         const char *type;
-        const char *fileSystem;
+        const char *filesystem;
     } kinds[] = {
         { LoopDisk::linuxType, "ext4" },
         { LoopDisk::linuxType, "ext4" },
@@ -29,7 +29,7 @@ LoopDisk::Partition anyPartition(SoakWorld &world)
     const auto &kind = kinds[world.below(std::size(kinds))];
     // Some file systems need more room than others.
     const int size = world.onceIn(3) ? 330 : 20 + world.below(40);
-    return { size, QString::fromLatin1(kind.type), QString::fromLatin1(kind.fileSystem),
+    return { size, QString::fromLatin1(kind.type), QString::fromLatin1(kind.filesystem),
         u"SOAK%1"_s.arg(++world.labelsGiven) };
 }
 
@@ -38,7 +38,7 @@ bool isShownWhole(const RealWindow &window, const SoakDisk &disk)
 {
     for (int i = 1; i <= disk.partitions.size(); ++i) {
         const LoopDisk::Partition &partition = disk.partitions.at(i - 1);
-        if (partition.fileSystem.isEmpty() || partition.typeGuid == QLatin1String(LoopDisk::efiType))
+        if (partition.filesystem.isEmpty() || partition.typeGuid == QLatin1String(LoopDisk::efiType))
             continue;
         const OutlineItem record = window.recordOf(disk.loop->node(i));
         if (!record || !record->mountable || record->volumeName != partition.label)
@@ -58,7 +58,7 @@ bool attachDisk(SoakWorld &world)
         disk.partitions.append(anyPartition(world));
     QString contents;
     for (const LoopDisk::Partition &partition : std::as_const(disk.partitions))
-        contents += u' ' + (partition.fileSystem.isEmpty() ? u"empty"_s : partition.fileSystem);
+        contents += u' ' + (partition.filesystem.isEmpty() ? u"empty"_s : partition.filesystem);
     world.note(u"attach a disk with"_s + contents);
     disk.loop = std::make_unique<LoopDisk>(disk.partitions);
     world.note(u"it is "_s + disk.loop->node());

@@ -30,15 +30,15 @@ void run(const QString &program, const QStringList &arguments, const QByteArray 
             process.readAll().constData());
 }
 
-void format(const QString &node, const QString &fileSystem, const QString &label)
+void format(const QString &node, const QString &filesystem, const QString &label)
 {
-    if (fileSystem == "ext4"_L1)
+    if (filesystem == "ext4"_L1)
         run(u"mkfs.ext4"_s, { u"-q"_s, u"-F"_s, u"-L"_s, label, node });
-    else if (fileSystem == "ntfs"_L1)
+    else if (filesystem == "ntfs"_L1)
         run(u"mkntfs"_s, { u"-Q"_s, u"-F"_s, u"-L"_s, label, node });
-    else if (fileSystem == "exfat"_L1)
+    else if (filesystem == "exfat"_L1)
         run(u"mkfs.exfat"_s, { u"-L"_s, label, node });
-    else if (fileSystem == "vfat"_L1)
+    else if (filesystem == "vfat"_L1)
         run(u"mkfs.vfat"_s, { u"-n"_s, label, node });
 }
 
@@ -101,7 +101,7 @@ LoopDisk::LoopDisk(const QList<Partition> &partitions)
     run(u"partx"_s, { u"--add"_s, m_node });
     for (int i = 0; i < partitions.size(); ++i) {
         requireOurs();
-        format(node(i + 1), partitions.at(i).fileSystem, partitions.at(i).label);
+        format(node(i + 1), partitions.at(i).filesystem, partitions.at(i).label);
     }
     // udev looks again when a writer closes the device, but misses one that does so while it is still
     // looking.

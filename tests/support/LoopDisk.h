@@ -21,7 +21,7 @@ public:
     {
         int sizeMiB = 0;
         QString typeGuid;
-        QString fileSystem; // ext4, ntfs, exfat, vfat or empty
+        QString filesystem; // ext4, ntfs, exfat, vfat or empty
         QString label;
     };
 

@@ -2,7 +2,7 @@
 #include "tests/support/RealWindow.h"
 
 #include "app/MainWindow.h"
-#include "platform/FileSystemClaims.h"
+#include "platform/FilesystemClaims.h"
 #include "platform/Localization.h"
 #include "platform/UDisksSession.h"
 #include "ui/AlertSheet.h"
@@ -20,7 +20,7 @@ RealWindow::RealWindow(const QString &localization)
 {
     loadLocalization(localization);
     ApplicationPlatform platform;
-    platform.createSession = [] { return createUDisksSession(FileSystemClaims(filesystemDirectories())); };
+    platform.createSession = [] { return createUDisksSession(FilesystemClaims(filesystemDirectories())); };
     platform.mountTable = std::make_shared<KernelMountTable>();
     platform.workspace = std::make_shared<DesktopWorkspace>();
     platform.createShellPipe = [] { return std::make_unique<PosixShellPipe>(); };

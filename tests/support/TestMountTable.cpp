@@ -3,10 +3,10 @@
 
 #include <cerrno>
 
-std::optional<FileSystemID> TestMountTable::fileSystemID(const QByteArray &path) const
+std::optional<FilesystemID> TestMountTable::filesystemID(const QByteArray &path) const
 {
     const auto found = ids.find(path);
-    return found == ids.end() ? std::nullopt : std::optional<FileSystemID>(found->second);
+    return found == ids.end() ? std::nullopt : std::optional<FilesystemID>(found->second);
 }
 
 std::optional<std::vector<QByteArray>> TestMountTable::folderEntries(const QByteArray &path) const

@@ -63,7 +63,7 @@ MemoryDiskRef wholeDisk(const QString &bsdName, const QString &name, qint64 size
 void mount(TestController &test, const MemoryDiskRef &disk, const QString &path, qint64 freeSpace)
 {
     setMounted(disk, path);
-    MountedFileSystem mounted;
+    MountedFilesystem mounted;
     mounted.mountPoint = path.toUtf8();
     mounted.mountedFrom = disk->node.toUtf8();
     test.mountTable->mounted.push_back(mounted);

@@ -3,7 +3,7 @@
 // The disk service and the bus fail at every step of an operation: killed, hanging, gone and back. The
 // service is a real one on a bus of the test's own, because it is killed; it works on real loop disks.
 #include "tests/support/FaultCheck.h"
-#include "tests/support/PatientFileSystem.h"
+#include "tests/support/PatientFilesystem.h"
 
 #include "ui/AlertSheet.h"
 #include "ui/ImageButton.h"
@@ -42,8 +42,8 @@ QList<LoopDisk::Partition> oneVolume()
 // A window, a disk with a volume of the patient file system, and one that stands by.
 struct Scene
 {
-    explicit Scene(const QString &fileSystem = QString::fromLatin1(PatientFileSystem::plainName))
-        : patient(fileSystem)
+    explicit Scene(const QString &filesystem = QString::fromLatin1(PatientFilesystem::plainName))
+        : patient(filesystem)
         , disk(oneVolume())
         , check(window)
     {
@@ -103,7 +103,7 @@ struct Scene
         return texts;
     }
 
-    PatientFileSystem patient;
+    PatientFilesystem patient;
     LoopDisk disk;
     RealWindow window;
     FaultCheck check;
@@ -117,7 +117,7 @@ bool usesTool(const QString &operation)
 QString ownOrPlain(const QString &operation)
 {
     return QString::fromLatin1(
-        operation == u"rename"_s ? PatientFileSystem::ownName : PatientFileSystem::plainName);
+        operation == u"rename"_s ? PatientFilesystem::ownName : PatientFilesystem::plainName);
 }
 
 } // namespace

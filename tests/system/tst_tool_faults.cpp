@@ -4,7 +4,7 @@
 // stopped, without end, with too much or with hostile output, missing; and the disk or the log is full. On
 // real loop disks.
 #include "tests/support/FaultCheck.h"
-#include "tests/support/PatientFileSystem.h"
+#include "tests/support/PatientFilesystem.h"
 #include "tests/support/WindowTime.h"
 
 #include "ui/AlertSheet.h"
@@ -80,7 +80,7 @@ struct Scene
 
     QString shown() { return window.controller().checkRepairOutputView->toPlainText(); }
 
-    PatientFileSystem patient;
+    PatientFilesystem patient;
     LoopDisk disk;
     RealWindow window;
     FaultCheck check;
@@ -305,7 +305,7 @@ void TestToolFaults::fullDiskUnderTheVolume()
         runProgram(u"mount"_s, { u"-t"_s, u"tmpfs"_s, u"-o"_s, u"size=2m"_s, u"small"_s, folder.path() }), 0);
     const QByteArray temporary = qgetenv("TMPDIR");
     {
-        const PatientFileSystem patient;
+        const PatientFilesystem patient;
         qputenv("TMPDIR", folder.path().toUtf8());
         const LoopDisk disk({ { 200, QString::fromLatin1(LoopDisk::linuxType), QString(), QString() } });
         qputenv("TMPDIR", temporary);

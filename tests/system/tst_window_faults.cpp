@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
 // What happens while a check or a format runs: another disk is selected, the disk goes, the window is closed.
-#include "tests/support/PatientFileSystem.h"
+#include "tests/support/PatientFilesystem.h"
 #include "tests/support/RealWindow.h"
 
 #include "platform/BlockDevice.h"
@@ -58,7 +58,7 @@ public:
     static int checkAndClose(const QString &node);
 
 private Q_SLOTS:
-    void droppedFileSystemAppearsAtTheNextActivation();
+    void droppedFilesystemAppearsAtTheNextActivation();
     void eachOutputGoesToItsOwnRecord();
     void diskThatGoesDuringACheck();
     void diskThatGoesDuringAFormat();
@@ -66,10 +66,10 @@ private Q_SLOTS:
     void volumeOfTheSystemIsNotForced();
 
 private:
-    PatientFileSystem m_patient;
+    PatientFilesystem m_patient;
 };
 
-void TestWindowFaults::droppedFileSystemAppearsAtTheNextActivation()
+void TestWindowFaults::droppedFilesystemAppearsAtTheNextActivation()
 {
     const LoopDisk disk(oneVolume());
     m_patient.makePipe(disk);

@@ -19,9 +19,9 @@ namespace {
 
 constexpr int limit = 60000; // milliseconds; what a tool on a machine under load still needs
 
-QList<LoopDisk::Partition> oneVolume(int sizeMiB, const QString &fileSystem)
+QList<LoopDisk::Partition> oneVolume(int sizeMiB, const QString &filesystem)
 {
-    return { { sizeMiB, QString::fromLatin1(LoopDisk::linuxType), fileSystem, u"Backup"_s } };
+    return { { sizeMiB, QString::fromLatin1(LoopDisk::linuxType), filesystem, u"Backup"_s } };
 }
 
 // The record of the disk's first volume, selected, once the service has told all of it.
@@ -70,8 +70,8 @@ class TestWindowOperations : public QObject
 
 private Q_SLOTS:
     void checkRepairAndCheckAgain();
-    void formatsAsEveryFileSystem_data();
-    void formatsAsEveryFileSystem();
+    void formatsAsEveryFilesystem_data();
+    void formatsAsEveryFilesystem();
 
 private:
     void runToItsEnd(RealWindow &window, const OutlineItem &volume, QPushButton *button);
@@ -121,14 +121,14 @@ void TestWindowOperations::checkRepairAndCheckAgain()
     QVERIFY(window.sheets().isEmpty());
 }
 
-void TestWindowOperations::formatsAsEveryFileSystem_data()
+void TestWindowOperations::formatsAsEveryFilesystem_data()
 {
     QTest::addColumn<QString>("label");
     QTest::newRow("empty label") << QString();
     QTest::newRow("typed label") << u"MUSIC 1"_s;
 }
 
-void TestWindowOperations::formatsAsEveryFileSystem()
+void TestWindowOperations::formatsAsEveryFilesystem()
 {
     QFETCH(const QString, label);
     const LoopDisk disk(oneVolume(400, u"ext4"_s));

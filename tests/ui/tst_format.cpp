@@ -57,16 +57,16 @@ struct FormatTest : TestController
         return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
     }
 
-    void press(const QString &fileSystem, const QString &label)
+    void press(const QString &filesystem, const QString &label)
     {
-        controller().formatFilesystemsPopupButton->setCurrentText(fileSystem);
+        controller().formatFilesystemsPopupButton->setCurrentText(filesystem);
         controller().formatVolumeLabelField->setText(label);
         controller().formatButton->click();
     }
     void endSheet(int returnCode) { sheets().constFirst()->buttonForReturn(returnCode)->click(); }
-    void run(const QString &fileSystem, const QString &label)
+    void run(const QString &filesystem, const QString &label)
     {
-        press(fileSystem, label);
+        press(filesystem, label);
         endSheet(goOn);
     }
     QString alertText() const
@@ -88,7 +88,7 @@ class TestFormat : public QObject
 private Q_SLOTS:
     void labelsOfTheFormatter_data();
     void labelsOfTheFormatter();
-    void ownFileSystemIsRenamedUnmountedAndMounted();
+    void ownFilesystemIsRenamedUnmountedAndMounted();
     void confirmationNamesTheMedium();
     void cancelSetsNoFlag();
     void keysOnTheConfirmation_data();
@@ -108,7 +108,7 @@ private Q_SLOTS:
 
 void TestFormat::labelsOfTheFormatter_data()
 {
-    QTest::addColumn<QString>("fileSystem");
+    QTest::addColumn<QString>("filesystem");
     QTest::addColumn<QString>("typed");
     QTest::addColumn<QString>("label");
     QTest::newRow("FAT, empty") << u"msdos"_s << QString() << u"UNTITLED"_s;
@@ -120,18 +120,18 @@ void TestFormat::labelsOfTheFormatter_data()
 
 void TestFormat::labelsOfTheFormatter()
 {
-    QFETCH(const QString, fileSystem);
+    QFETCH(const QString, filesystem);
     QFETCH(const QString, typed);
     QFETCH(const QString, label);
     FormatTest test;
-    test.run(fileSystem, typed);
+    test.run(filesystem, typed);
     QTRY_VERIFY(!test.isBusy());
-    QCOMPARE(test.toolArguments(), u"eraseVolume|P %1|%2|/dev/disk2s1|"_s.arg(fileSystem, label));
+    QCOMPARE(test.toolArguments(), u"eraseVolume|P %1|%2|/dev/disk2s1|"_s.arg(filesystem, label));
     QVERIFY(test.service.requests().empty());
     QVERIFY(test.sheets().isEmpty());
 }
 
-void TestFormat::ownFileSystemIsRenamedUnmountedAndMounted()
+void TestFormat::ownFilesystemIsRenamedUnmountedAndMounted()
 {
     FormatTest test;
     test.run(u"zorvex_ntfs"_s, u"Data"_s);

@@ -61,7 +61,7 @@ void showDisks(TestController &test)
     data->description->insert(DAKey::volumeKind, u"msdos"_s);
     data->description->insert(DAKey::mediaContent, u"DOS_FAT_32"_s);
     setMounted(data, u"/media/anna/DATA"_s);
-    MountedFileSystem mounted;
+    MountedFilesystem mounted;
     mounted.mountedFrom = QByteArrayLiteral("/dev/disk2s2");
     mounted.mountPoint = QByteArrayLiteral("/media/anna/DATA");
     test.mountTable->mounted = { mounted };
@@ -447,8 +447,8 @@ void TestPictures::sheetsFit()
     };
     QVERIFY(QDir().mkpath(QStringLiteral(ZORVEX_PICTURES)));
 
-    QComboBox *const fileSystems = controller.formatFilesystemsPopupButton;
-    fileSystems->setCurrentIndex(fileSystems->findText(u"MS-DOS"_s, Qt::MatchStartsWith));
+    QComboBox *const filesystems = controller.formatFilesystemsPopupButton;
+    filesystems->setCurrentIndex(filesystems->findText(u"MS-DOS"_s, Qt::MatchStartsWith));
     controller.formatButton->click();
     QCOMPARE(test.sheets().size(), 1);
     QVERIFY(test.sheets().constFirst()->informativeText().contains(u"/dev/nvme0n1p2"_s));

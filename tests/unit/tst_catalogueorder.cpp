@@ -50,8 +50,8 @@ class TestCatalogueOrder : public QObject
     Q_OBJECT
 
 private slots:
-    void ownFileSystemsAreToldByTheirPrefix();
-    void ownFileSystemsComeFirstThenTheNames();
+    void ownFilesystemsAreToldByTheirPrefix();
+    void ownFilesystemsComeFirstThenTheNames();
     void namesAreOrderedByCharacterValue();
     void subtypesOrderThePersonalitiesOfABundle();
     void subtypesOfAnyTypeKeepTheOrderConsistent();
@@ -65,7 +65,7 @@ private slots:
     void directoriesAreTheTwoOfTheSystem();
 };
 
-void TestCatalogueOrder::ownFileSystemsAreToldByTheirPrefix()
+void TestCatalogueOrder::ownFilesystemsAreToldByTheirPrefix()
 {
     QVERIFY(isOwnFilesystem(u"zorvex_ntfs"_s));
     QVERIFY(isOwnFilesystem(u"zorvex_"_s));
@@ -76,7 +76,7 @@ void TestCatalogueOrder::ownFileSystemsAreToldByTheirPrefix()
     QVERIFY(!isOwnFilesystem(QString()));
 }
 
-void TestCatalogueOrder::ownFileSystemsComeFirstThenTheNames()
+void TestCatalogueOrder::ownFilesystemsComeFirstThenTheNames()
 {
     std::optional<FilesystemBundleList> list;
     mergeFilesystemList(list,

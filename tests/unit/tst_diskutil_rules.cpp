@@ -33,10 +33,10 @@ PropertyDictionary fatInformation()
         { u"FSLinuxTypes"_s, PropertyArray { PropertyValue(u"vfat"_s) } } };
 }
 
-std::vector<FileSystemBundle> bundles()
+std::vector<FilesystemBundle> bundles()
 {
-    return { readFileSystemBundle(u"/own/zorvex_fat.fs"_s, u"zorvex_fat"_s, fatInformation()),
-        readFileSystemBundle(u"/system/msdos.fs"_s, u"msdos"_s, fatInformation()) };
+    return { readFilesystemBundle(u"/own/zorvex_fat.fs"_s, u"zorvex_fat"_s, fatInformation()),
+        readFilesystemBundle(u"/system/msdos.fs"_s, u"msdos"_s, fatInformation()) };
 }
 
 Medium volume()
@@ -213,7 +213,7 @@ void TestDiskutilRules::labelUnits()
 
 void TestDiskutilRules::bundleWithOddValues()
 {
-    const FileSystemBundle bundle = readFileSystemBundle(u"/x.fs"_s, u"x"_s, fatInformation());
+    const FilesystemBundle bundle = readFilesystemBundle(u"/x.fs"_s, u"x"_s, fatInformation());
     QCOMPARE(bundle.personalities.size(), std::size_t { 3 }); // the one that is a text is left out
     QCOMPARE(bundle.personalities.at(1).key, u"FAT16"_s);
     QCOMPARE(bundle.personalities.at(1).minimumSize, std::optional<qint64>(1000));
@@ -223,7 +223,7 @@ void TestDiskutilRules::bundleWithOddValues()
 
     const PropertyDictionary odd { { u"FSPersonalities"_s, u"text"_s }, { u"FSLabelLimit"_s, u"11"_s },
         { u"FSLabelUnit"_s, PropertyNumber(qint64 { 1 }) }, { u"FSLinuxTools"_s, u"mkfs.fat"_s } };
-    const FileSystemBundle oddBundle = readFileSystemBundle(u"/x.fs"_s, u"x"_s, odd);
+    const FilesystemBundle oddBundle = readFilesystemBundle(u"/x.fs"_s, u"x"_s, odd);
     QVERIFY(oddBundle.personalities.empty());
     QVERIFY(oddBundle.requiredTools.isEmpty());
     QVERIFY(oddBundle.labelRule.unit == LabelRule::Unit::Unlimited);
@@ -235,7 +235,7 @@ void TestDiskutilRules::executablesOutsideTheBundleAreNotTaken()
         const PropertyDictionary personality { { u"FSVerificationExecutable"_s, name } };
         const PropertyDictionary information { { u"FSPersonalities"_s,
             PropertyDictionary { { u"X"_s, personality } } } };
-        const auto bundle = readFileSystemBundle(u"/x.fs"_s, u"x"_s, information);
+        const auto bundle = readFilesystemBundle(u"/x.fs"_s, u"x"_s, information);
         QVERIFY2(!bundle.personalities.front().verification, qPrintable(name));
     }
 }

@@ -53,7 +53,7 @@ void addBundleRows()
 
 } // namespace
 
-class TestFileSystemBundles : public QObject
+class TestFilesystemBundles : public QObject
 {
     Q_OBJECT
 
@@ -70,19 +70,19 @@ private Q_SLOTS:
     void everyBundleIsInstalled();
 };
 
-void TestFileSystemBundles::thereAreBundles()
+void TestFilesystemBundles::thereAreBundles()
 {
     QVERIFY(bundlePaths().size() >= 11);
 }
 
-void TestFileSystemBundles::personalitiesAreWhole()
+void TestFilesystemBundles::personalitiesAreWhole()
 {
     QFETCH(QString, path);
     const auto information = Bundle::open(path)->infoDictionary();
     QVERIFY(information);
     QVERIFY(textOf(*information, u"CFBundleIdentifier"_s).startsWith(u"org.zorvex."_s));
     QVERIFY(information->value(u"FSProbeOrder"_s)->asNumber());
-    const FileSystemBundle bundle = readFileSystemBundle(path, u"x"_s, *information);
+    const FilesystemBundle bundle = readFilesystemBundle(path, u"x"_s, *information);
     QVERIFY(!bundle.personalities.empty());
     QVERIFY(!bundle.linuxTypes.isEmpty() && !bundle.requiredTools.isEmpty() && !bundle.packages.isEmpty());
     QVERIFY(bundle.labelRule.unit != LabelRule::Unit::Unlimited);
@@ -96,7 +96,7 @@ void TestFileSystemBundles::personalitiesAreWhole()
     }
 }
 
-void TestFileSystemBundles::namesInEveryLanguage()
+void TestFilesystemBundles::namesInEveryLanguage()
 {
     QFETCH(QString, path);
     const auto bundle = Bundle::open(path);
@@ -119,31 +119,31 @@ void TestFileSystemBundles::namesInEveryLanguage()
     }
 }
 
-void TestFileSystemBundles::theDefaultNamesAreAllowed()
+void TestFilesystemBundles::theDefaultNamesAreAllowed()
 {
     QFETCH(QString, path);
     const auto information = Bundle::open(path)->infoDictionary();
     QVERIFY(information);
-    const FileSystemBundle bundle = readFileSystemBundle(path, u"x"_s, *information);
+    const FilesystemBundle bundle = readFilesystemBundle(path, u"x"_s, *information);
     for (const QString &name : { u"UNTITLED"_s, u"Untitled"_s, u""_s })
         QVERIFY(!reasonAgainstLabel(bundle.labelRule, name));
 }
 
-void TestFileSystemBundles::noNameOfAPersonalityIsGivenTwice()
+void TestFilesystemBundles::noNameOfAPersonalityIsGivenTwice()
 {
     QSet<QString> keys;
     for (const QString &path : bundlePaths()) {
         const auto information = Bundle::open(path)->infoDictionary();
         QVERIFY(information);
         for (const Personality &personality :
-            readFileSystemBundle(path, u"x"_s, *information).personalities) {
+            readFilesystemBundle(path, u"x"_s, *information).personalities) {
             QVERIFY2(!keys.contains(personality.key), qPrintable(personality.key));
             keys.insert(personality.key);
         }
     }
 }
 
-void TestFileSystemBundles::exfatIsNamedAsTheProgramExpects()
+void TestFilesystemBundles::exfatIsNamedAsTheProgramExpects()
 {
     const auto localized = Bundle::open(root() + u"/System/exfat.fs"_s)->localizedInfoDictionary({ u"de"_s });
     QVERIFY(localized);
@@ -152,7 +152,7 @@ void TestFileSystemBundles::exfatIsNamedAsTheProgramExpects()
     QCOMPARE(textOf(*dictionaryOf(*names, u"ExFAT"_s), u"FSName"_s), u"ExFAT"_s);
 }
 
-void TestFileSystemBundles::everyBundleIsInstalled()
+void TestFilesystemBundles::everyBundleIsInstalled()
 {
     QFile rules(root() + u"/CMakeLists.txt"_s);
     QVERIFY(rules.open(QIODevice::ReadOnly));
@@ -164,5 +164,5 @@ void TestFileSystemBundles::everyBundleIsInstalled()
     }
 }
 
-QTEST_APPLESS_MAIN(TestFileSystemBundles)
+QTEST_APPLESS_MAIN(TestFilesystemBundles)
 #include "tst_filesystembundles.moc"

@@ -50,7 +50,7 @@ class TestFormatMenu : public QObject
 private slots:
     void emptyListGivesAnEmptyMenuWithoutSelection();
     void itemsFollowTheListWithTitleAndRecord();
-    void onlyOwnFileSystemsHaveTheIcon();
+    void onlyOwnFilesystemsHaveTheIcon();
     void itemTooLargeForTheDiskIsDisabled();
     void boundsAreInclusive();
     void withoutADiskEveryItemIsEnabled();
@@ -86,7 +86,7 @@ void TestFormatMenu::itemsFollowTheListWithTitleAndRecord()
     }
 }
 
-void TestFormatMenu::onlyOwnFileSystemsHaveTheIcon()
+void TestFormatMenu::onlyOwnFilesystemsHaveTheIcon()
 {
     const FormatMenu menu = menuOf({ makeRecord(u"fusefs_qvontfs"_s), makeRecord(u"zorvex_exfat"_s),
         makeRecord(u"exfat"_s), makeRecord(u"Zorvex_exfat"_s), makeRecord(u"fusefs"_s) });

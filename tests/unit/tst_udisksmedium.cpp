@@ -33,7 +33,7 @@ struct StoreTest
         store.addInterfaces(wholePath, whole);
         store.addInterfaces(volumePath, volume);
         store.addInterfaces(drivePath, { { UDisks::drive, drive } });
-        return readUDisksMedium(store, path, FileSystemClaims({}), FakeUDisks::facts);
+        return readUDisksMedium(store, path, FilesystemClaims({}), FakeUDisks::facts);
     }
 
     void useDrive()
@@ -68,7 +68,7 @@ private Q_SLOTS:
     void diskOnARemovableBusIsExternal();
     void internalDisk();
     void emptyLabelIsAbsent();
-    void unclaimedFileSystemBearsItsOwnName();
+    void unclaimedFilesystemBearsItsOwnName();
     void propertiesOfUnexpectedTypesReadAsEmpty();
     void errorsBecomeDissenters_data();
     void errorsBecomeDissenters();
@@ -166,7 +166,7 @@ void TestUDisksMedium::emptyLabelIsAbsent()
     QVERIFY(!volume.description.value(DAKey::volumeName) && !volume.description.value(DAKey::mediaName));
 }
 
-void TestUDisksMedium::unclaimedFileSystemBearsItsOwnName()
+void TestUDisksMedium::unclaimedFilesystemBearsItsOwnName()
 {
     StoreTest test;
     QCOMPARE(*test.read(volumePath)->description.value(DAKey::volumeKind)->asString(), u"ext4"_s);

@@ -51,7 +51,7 @@ struct SessionTest
     void makeSession(UDisksListing when)
     {
         session = createUDisksSession(
-            FileSystemClaims({}), fake.client(), [this](const QString &node) { return facts(node); }, when);
+            FilesystemClaims({}), fake.client(), [this](const QString &node) { return facts(node); }, when);
         session->registerDiskAppearedCallback([this](const DADiskRef &disk) {
             events.append(u'+' + nameOf(disk));
             disks.insert(nameOf(disk), disk);
@@ -213,13 +213,13 @@ void TestUDisksSession::interfacesThatArriveInStagesAreOneMedium()
     SessionTest test(false);
     test.start();
     UDisksInterfaces stages = fakePartition(u"fake2p1"_s, 1, u"A"_s);
-    const QVariantMap fileSystem = stages.take(UDisks::filesystem);
+    const QVariantMap filesystem = stages.take(UDisks::filesystem);
     test.fake.addInterfaces(diskPath, fakeWholeDisk(u"fake2"_s), Tell::Yes);
     test.fake.addInterfaces(volumePath, stages, Tell::Yes);
     QTRY_VERIFY(test.events.contains(u"+disk2s1"_s));
     const DADiskRef volume = test.disks.value(u"disk2s1"_s);
     QCOMPARE(*volume->copyDescription()->value(DAKey::volumeMountable)->asBoolean(), false);
-    test.fake.addInterfaces(volumePath, { { UDisks::filesystem, fileSystem } }, Tell::Yes);
+    test.fake.addInterfaces(volumePath, { { UDisks::filesystem, filesystem } }, Tell::Yes);
     QTRY_COMPARE(test.events.last(), u"~disk2s1"_s);
     QCOMPARE(*volume->copyDescription()->value(DAKey::volumeMountable)->asBoolean(), true);
     QCOMPARE(test.events.count(u"+disk2s1"_s), 1);

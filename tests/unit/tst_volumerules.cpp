@@ -17,7 +17,7 @@ private Q_SLOTS:
     void volumeIsFoundByItsDevice();
     void firstOfTwoMountsIsTaken();
     void nothingIsMounted();
-    void mountPointOfTheSameFileSystemIsUsed();
+    void mountPointOfTheSameFilesystemIsUsed();
     void neighbourOfTheSameNameLeadsToTheVolume();
     void neighbourIsSearchedWhenTheMountPointIsGone();
     void neighbourOfAnotherNameIsNotAsked();
@@ -30,10 +30,10 @@ private Q_SLOTS:
 
 namespace {
 
-constexpr FileSystemID volumeID { 7, 9 };
-constexpr FileSystemID otherID { 1, 2 };
+constexpr FilesystemID volumeID { 7, 9 };
+constexpr FilesystemID otherID { 1, 2 };
 
-MountedFileSystem volumeAt(const QByteArray &mountPoint)
+MountedFilesystem volumeAt(const QByteArray &mountPoint)
 {
     return { "/dev/disk2s1", mountPoint, volumeID, std::nullopt };
 }
@@ -58,18 +58,18 @@ void TestVolumeRules::volumeIsFoundByItsDevice_data()
 void TestVolumeRules::volumeIsFoundByItsDevice()
 {
     QFETCH(QByteArray, mountedFrom);
-    const std::vector<MountedFileSystem> mounted {
+    const std::vector<MountedFilesystem> mounted {
         { "/dev/disk1s1", "/media/A", otherID, std::nullopt },
         { mountedFrom, "/media/B", volumeID, std::nullopt },
     };
     QFETCH(bool, isFound);
-    const MountedFileSystem *const found = VolumeRules::findVolume(mounted, u"disk3s2"_s);
+    const MountedFilesystem *const found = VolumeRules::findVolume(mounted, u"disk3s2"_s);
     QCOMPARE(found, isFound ? &mounted[1] : nullptr);
 }
 
 void TestVolumeRules::firstOfTwoMountsIsTaken()
 {
-    const std::vector<MountedFileSystem> mounted { volumeAt("/media/A"), volumeAt("/media/B") };
+    const std::vector<MountedFilesystem> mounted { volumeAt("/media/A"), volumeAt("/media/B") };
     QCOMPARE(VolumeRules::findVolume(mounted, u"disk2s1"_s), &mounted[0]);
 }
 
@@ -78,7 +78,7 @@ void TestVolumeRules::nothingIsMounted()
     QCOMPARE(VolumeRules::findVolume({}, u"disk2s1"_s), nullptr);
 }
 
-void TestVolumeRules::mountPointOfTheSameFileSystemIsUsed()
+void TestVolumeRules::mountPointOfTheSameFilesystemIsUsed()
 {
     TestMountTable table;
     table.ids = { { "/media/A", volumeID }, { "/media/A1", volumeID } };
@@ -114,8 +114,8 @@ void TestVolumeRules::neighbourOfAnotherNameIsNotAsked()
 void TestVolumeRules::halfAnIdentifierDoesNotMatch()
 {
     TestMountTable table;
-    table.ids = { { "/media/A", FileSystemID { volumeID.first, otherID.second } },
-        { "/media/A1", FileSystemID { otherID.first, volumeID.second } }, { "/media/A2", volumeID } };
+    table.ids = { { "/media/A", FilesystemID { volumeID.first, otherID.second } },
+        { "/media/A1", FilesystemID { otherID.first, volumeID.second } }, { "/media/A2", volumeID } };
     table.folders["/media"] = { "A1", "A2" };
     QCOMPARE(VolumeRules::pathToVolume(table, volumeAt("/media/A")), QByteArray("/media/A2"));
 }

@@ -72,14 +72,14 @@ private:
     QTimer m_newVolumeLimit;
     QTimer m_serviceLimit; // runs when the run is to end
 
-    std::vector<FileSystemBundle> m_bundles;
+    std::vector<FilesystemBundle> m_bundles;
     Medium m_medium;
     DADiskRef m_disk;
     std::optional<DeviceIdentity> m_identity; // of the medium that was looked at
     std::optional<OpenDevice> m_device; // the medium, from the last look to the start of a command
     int m_claimTries = 0;
     BundleTool m_tool; // and its bundle
-    FileSystemBundle m_bundle;
+    FilesystemBundle m_bundle;
     std::deque<ToolCommand> m_commands; // that are still to be run
     ExitCode m_outcome = ExitCode::Success;
     bool m_isRunning = false; // a command

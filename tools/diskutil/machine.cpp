@@ -56,9 +56,9 @@ QStringList usesOfPartition(const QString &partition, const std::vector<Medium> 
 
 } // namespace
 
-std::vector<FileSystemBundle> readInstalledBundles()
+std::vector<FilesystemBundle> readInstalledBundles()
 {
-    std::vector<FileSystemBundle> bundles;
+    std::vector<FilesystemBundle> bundles;
     auto lists = scanFilesystemDirectories(filesystemDirectories());
     if (!lists)
         return bundles;
@@ -69,7 +69,7 @@ std::vector<FileSystemBundle> readInstalledBundles()
             continue;
         const auto bundle = Bundle::open(record->path());
         if (const auto information = bundle ? bundle->infoDictionary() : std::nullopt)
-            bundles.push_back(readFileSystemBundle(record->path(), record->bundleName, *information));
+            bundles.push_back(readFilesystemBundle(record->path(), record->bundleName, *information));
     }
     return bundles;
 }
@@ -88,7 +88,7 @@ DeviceSituation readDeviceSituation(const Medium &medium, const std::vector<Medi
     return situation;
 }
 
-QString executablePath(const FileSystemBundle &bundle, const BundleTool &tool)
+QString executablePath(const FilesystemBundle &bundle, const BundleTool &tool)
 {
     return bundle.path + u"/Contents/Resources/"_s + tool.executable;
 }
@@ -98,7 +98,7 @@ QString findTool(const QString &name)
     return QStandardPaths::findExecutable(name, toolFolders());
 }
 
-ToolSituation readToolSituation(const FileSystemBundle &bundle, const BundleTool &tool)
+ToolSituation readToolSituation(const FilesystemBundle &bundle, const BundleTool &tool)
 {
     ToolSituation situation;
     for (const QString &name : bundle.requiredTools) {

@@ -8,16 +8,16 @@
 #include <vector>
 
 // Which file system bundles are installed, the program's own first.
-std::vector<FileSystemBundle> readInstalledBundles();
+std::vector<FilesystemBundle> readInstalledBundles();
 
 // The situation of a medium. The other media tell what is mounted where this process does not see it.
 DeviceSituation readDeviceSituation(const Medium &medium, const std::vector<Medium> &media);
 
 // The situation of one of the bundle's executables.
-ToolSituation readToolSituation(const FileSystemBundle &bundle, const BundleTool &tool);
+ToolSituation readToolSituation(const FilesystemBundle &bundle, const BundleTool &tool);
 
 // The path of an executable of a bundle.
-QString executablePath(const FileSystemBundle &bundle, const BundleTool &tool);
+QString executablePath(const FilesystemBundle &bundle, const BundleTool &tool);
 
 // The program of this name in the system's folders; empty when there is none.
 QString findTool(const QString &name);

@@ -51,7 +51,7 @@ public:
     Session(CommandLine line, Console &console)
         : m_line(std::move(line))
         , m_console(console)
-        , m_session(createUDisksSession(FileSystemClaims(filesystemDirectories())))
+        , m_session(createUDisksSession(FilesystemClaims(filesystemDirectories())))
     {
     }
 

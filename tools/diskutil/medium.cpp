@@ -49,7 +49,7 @@ Medium readMedium(const DADisk &disk)
 {
     Medium medium;
     medium.deviceNode = disk.deviceNode();
-    if (const auto subtype = disk.fileSystemSubtype())
+    if (const auto subtype = disk.filesystemSubtype())
         medium.subtype = *subtype;
     const auto description = disk.copyDescription();
     if (!description)

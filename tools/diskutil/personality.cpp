@@ -75,7 +75,7 @@ LabelRule readLabelRule(const PropertyDictionary &information)
 }
 
 const Personality *findPersonality(
-    const FileSystemBundle &bundle, std::optional<qint64> subtype, Operation operation)
+    const FilesystemBundle &bundle, std::optional<qint64> subtype, Operation operation)
 {
     const auto found = std::find_if(
         bundle.personalities.begin(), bundle.personalities.end(), [&](const Personality &candidate) {
@@ -84,10 +84,10 @@ const Personality *findPersonality(
     return found == bundle.personalities.end() ? nullptr : &*found;
 }
 
-const FileSystemBundle *bundleNamed(const std::vector<FileSystemBundle> &bundles, const QString &name)
+const FilesystemBundle *bundleNamed(const std::vector<FilesystemBundle> &bundles, const QString &name)
 {
     const auto found = std::find_if(bundles.begin(), bundles.end(),
-        [&name](const FileSystemBundle &candidate) { return candidate.name == name; });
+        [&name](const FilesystemBundle &candidate) { return candidate.name == name; });
     return found == bundles.end() ? nullptr : &*found;
 }
 
@@ -106,10 +106,10 @@ const std::optional<BundleTool> &Personality::tool(Operation operation) const
     return format;
 }
 
-FileSystemBundle readFileSystemBundle(
+FilesystemBundle readFilesystemBundle(
     const QString &path, const QString &name, const PropertyDictionary &information)
 {
-    FileSystemBundle bundle { path, name, {}, readLabelRule(information),
+    FilesystemBundle bundle { path, name, {}, readLabelRule(information),
         textsOf(information, u"FSLinuxTools"_s), textsOf(information, u"FSLinuxPackages"_s),
         textsOf(information, u"FSLinuxTypes"_s) };
     const PropertyValue *value = information.value(u"FSPersonalities"_s);
@@ -122,9 +122,9 @@ FileSystemBundle readFileSystemBundle(
     return bundle;
 }
 
-PersonalityChoice personalityNamed(const std::vector<FileSystemBundle> &bundles, const QString &key)
+PersonalityChoice personalityNamed(const std::vector<FilesystemBundle> &bundles, const QString &key)
 {
-    for (const FileSystemBundle &bundle : bundles) {
+    for (const FilesystemBundle &bundle : bundles) {
         for (const Personality &personality : bundle.personalities) {
             if (personality.key == key)
                 return { &bundle, &personality };
@@ -133,10 +133,10 @@ PersonalityChoice personalityNamed(const std::vector<FileSystemBundle> &bundles,
     return {};
 }
 
-PersonalityChoice personalityForVolume(const std::vector<FileSystemBundle> &bundles, const QString &kind,
+PersonalityChoice personalityForVolume(const std::vector<FilesystemBundle> &bundles, const QString &kind,
     std::optional<qint64> subtype, Operation operation)
 {
-    const FileSystemBundle *bundle = bundleNamed(bundles, kind);
+    const FilesystemBundle *bundle = bundleNamed(bundles, kind);
     if (!bundle)
         return {};
     const Personality *personality = findPersonality(*bundle, subtype, operation);
@@ -146,10 +146,10 @@ PersonalityChoice personalityForVolume(const std::vector<FileSystemBundle> &bund
 }
 
 bool servesSameVolumes(
-    const std::vector<FileSystemBundle> &bundles, const QString &oneName, const QString &otherName)
+    const std::vector<FilesystemBundle> &bundles, const QString &oneName, const QString &otherName)
 {
-    const FileSystemBundle *one = bundleNamed(bundles, oneName);
-    const FileSystemBundle *other = bundleNamed(bundles, otherName);
+    const FilesystemBundle *one = bundleNamed(bundles, oneName);
+    const FilesystemBundle *other = bundleNamed(bundles, otherName);
     return one && other
         && std::any_of(one->linuxTypes.begin(), one->linuxTypes.end(),
             [other](const QString &type) { return other->linuxTypes.contains(type); });

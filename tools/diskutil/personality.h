@@ -32,7 +32,7 @@ struct Personality
     const std::optional<BundleTool> &tool(Operation operation) const;
 };
 
-struct FileSystemBundle
+struct FilesystemBundle
 {
     QString path;
     QString name; // without ".fs"
@@ -44,23 +44,23 @@ struct FileSystemBundle
 };
 
 // What a bundle's information dictionary says; nothing where a value has another type than it should have.
-FileSystemBundle readFileSystemBundle(
+FilesystemBundle readFilesystemBundle(
     const QString &path, const QString &name, const PropertyDictionary &information);
 
 struct PersonalityChoice
 {
-    const FileSystemBundle *bundle = nullptr;
+    const FilesystemBundle *bundle = nullptr;
     const Personality *personality = nullptr; // null when there is none
 };
 
 // The first personality of this name, the bundles in the given order.
-PersonalityChoice personalityNamed(const std::vector<FileSystemBundle> &bundles, const QString &key);
+PersonalityChoice personalityNamed(const std::vector<FilesystemBundle> &bundles, const QString &key);
 
 // The personality of the bundle of this name that does the operation for a volume of this subtype: the one of
 // just this subtype, else one that stands for all of them.
-PersonalityChoice personalityForVolume(const std::vector<FileSystemBundle> &bundles, const QString &kind,
+PersonalityChoice personalityForVolume(const std::vector<FilesystemBundle> &bundles, const QString &kind,
     std::optional<qint64> subtype, Operation operation);
 
 // Whether volumes made with one of these bundles are served by the other, and so may be reported as its.
 bool servesSameVolumes(
-    const std::vector<FileSystemBundle> &bundles, const QString &oneName, const QString &otherName);
+    const std::vector<FilesystemBundle> &bundles, const QString &oneName, const QString &otherName);

@@ -77,7 +77,7 @@ std::optional<Refusal> refusalOfErase(
     return std::nullopt;
 }
 
-std::optional<Refusal> refusalOfTool(const FileSystemBundle &bundle, const ToolSituation &situation)
+std::optional<Refusal> refusalOfTool(const FilesystemBundle &bundle, const ToolSituation &situation)
 {
     if (!situation.missingTools.isEmpty())
         return Refusal { ExitCode::ToolMissing,

@@ -42,4 +42,4 @@ std::optional<Refusal> refusalOfChoice(
 std::optional<Refusal> refusalOfErase(
     const CommandLine &line, const Medium &medium, const PersonalityChoice &choice);
 
-std::optional<Refusal> refusalOfTool(const FileSystemBundle &bundle, const ToolSituation &situation);
+std::optional<Refusal> refusalOfTool(const FilesystemBundle &bundle, const ToolSituation &situation);

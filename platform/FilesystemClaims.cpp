@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/FileSystemClaims.h"
+#include "platform/FilesystemClaims.h"
 
 #include "platform/Bundle.h"
 
@@ -50,12 +50,12 @@ QByteArray directoryStamp(const QString &directory)
 
 } // namespace
 
-FileSystemClaims::FileSystemClaims(QStringList directories)
+FilesystemClaims::FilesystemClaims(QStringList directories)
     : m_directories(std::move(directories))
 {
 }
 
-std::optional<FileSystemClaims::Claim> FileSystemClaims::readClaim(
+std::optional<FilesystemClaims::Claim> FilesystemClaims::readClaim(
     const QString &bundlePath, const QString &bundleName)
 {
     const auto bundle = Bundle::open(bundlePath);
@@ -83,7 +83,7 @@ std::optional<FileSystemClaims::Claim> FileSystemClaims::readClaim(
     return claim;
 }
 
-void FileSystemClaims::refresh()
+void FilesystemClaims::refresh()
 {
     QByteArray stamp;
     for (const QString &directory : m_directories)
@@ -107,7 +107,7 @@ void FileSystemClaims::refresh()
         [](const Claim &a, const Claim &b) { return a.probeOrder < b.probeOrder; });
 }
 
-std::optional<FileSystemClaims::Volume> FileSystemClaims::find(
+std::optional<FilesystemClaims::Volume> FilesystemClaims::find(
     const QString &type, const QString &version) const
 {
     const auto claim = std::find_if(m_claims.begin(), m_claims.end(),

@@ -12,7 +12,7 @@
 #include <optional>
 #include <vector>
 
-class FileSystemClaims
+class FilesystemClaims
 {
 public:
     struct Volume
@@ -22,7 +22,7 @@ public:
     };
 
     // Looks into these directories; a bundle of one hides a bundle of the same name in a later one.
-    explicit FileSystemClaims(QStringList directories);
+    explicit FilesystemClaims(QStringList directories);
 
     // Reads the bundles again where a directory has changed since. Cheap when none has.
     void refresh();

@@ -7,17 +7,17 @@
 
 #include "tests/support/LoopDisk.h"
 
-class PatientFileSystem
+class PatientFilesystem
 {
 public:
     // The one of the maker's own has its label set after a format.
     static constexpr const char *plainName = "patient";
     static constexpr const char *ownName = "zorvex_patient";
 
-    explicit PatientFileSystem(const QString &name = QString::fromLatin1(plainName));
-    ~PatientFileSystem();
-    PatientFileSystem(const PatientFileSystem &) = delete;
-    PatientFileSystem &operator=(const PatientFileSystem &) = delete;
+    explicit PatientFilesystem(const QString &name = QString::fromLatin1(plainName));
+    ~PatientFilesystem();
+    PatientFilesystem(const PatientFilesystem &) = delete;
+    PatientFilesystem &operator=(const PatientFilesystem &) = delete;
 
     void install();
     void remove();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "tests/support/PatientFileSystem.h"
+#include "tests/support/PatientFilesystem.h"
 
 #include <QDir>
 #include <QFile>
@@ -48,19 +48,19 @@ void writeFile(const QString &path, const QByteArray &content, mode_t mode)
 
 } // namespace
 
-PatientFileSystem::PatientFileSystem(const QString &name)
+PatientFilesystem::PatientFilesystem(const QString &name)
     : m_name(name)
     , m_bundle(u"/Library/Filesystems/%1.fs"_s.arg(name))
 {
     install();
 }
 
-PatientFileSystem::~PatientFileSystem()
+PatientFilesystem::~PatientFilesystem()
 {
     remove();
 }
 
-void PatientFileSystem::install()
+void PatientFilesystem::install()
 {
     setVerifyTool(patientVerifyTool);
     writeFile(m_bundle + u"/Contents/Resources/format"_s,
@@ -68,17 +68,17 @@ void PatientFileSystem::install()
     writeFile(m_bundle + u"/Contents/Info.plist"_s, information, 0644);
 }
 
-void PatientFileSystem::remove()
+void PatientFilesystem::remove()
 {
     QDir(m_bundle).removeRecursively();
 }
 
-void PatientFileSystem::setVerifyTool(const QByteArray &script)
+void PatientFilesystem::setVerifyTool(const QByteArray &script)
 {
     writeFile(verifyTool(), QByteArray(script).replace("PIPES", m_pipes.path().toUtf8()), 0755);
 }
 
-void PatientFileSystem::makePipe(const LoopDisk &disk)
+void PatientFilesystem::makePipe(const LoopDisk &disk)
 {
     const QString path = m_pipes.filePath(QFileInfo(disk.node(1)).fileName());
     QFile::remove(path);
@@ -87,19 +87,19 @@ void PatientFileSystem::makePipe(const LoopDisk &disk)
         qFatal("cannot make %s", qPrintable(path));
 }
 
-void PatientFileSystem::release(const LoopDisk &disk, const QByteArray &answer)
+void PatientFilesystem::release(const LoopDisk &disk, const QByteArray &answer)
 {
     QFile pipe(m_pipes.filePath(QFileInfo(disk.node(1)).fileName()));
     if (!pipe.open(QIODevice::WriteOnly | QIODevice::Unbuffered) || pipe.write(answer + '\n') < 0)
         qFatal("cannot write to a pipe");
 }
 
-bool PatientFileSystem::hasFormatBegun() const
+bool PatientFilesystem::hasFormatBegun() const
 {
     return QFile::exists(m_pipes.filePath(u"begun"_s));
 }
 
-QString PatientFileSystem::verifyTool() const
+QString PatientFilesystem::verifyTool() const
 {
     return m_bundle + u"/Contents/Resources/verify"_s;
 }
