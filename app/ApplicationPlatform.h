@@ -35,7 +35,7 @@ struct ApplicationPlatform
 
     // Where records take their memory from; null when there is none.
     CatalogueMemory catalogueMemory;
-    std::function<std::shared_ptr<ZorvexDiskManagerDisk>()> allocDisk = &ZorvexDiskManagerDisk::alloc;
+    std::function<DiskRecord()> allocDisk = &ZorvexDiskManagerDisk::alloc;
     std::function<std::unique_ptr<ZorvexDiskManagerDiskListItem>()> allocDiskListItem
         = &ZorvexDiskManagerDiskListItem::alloc;
 };

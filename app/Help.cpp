@@ -58,7 +58,7 @@ void ZorvexDiskManagerAppDelegate::textViewDidChangeSelection()
 
 void ZorvexDiskManagerAppDelegate::showInFileManager()
 {
-    const OutlineItem disk = selectedDisk();
+    const DiskRecord disk = selectedDisk();
     if (!disk || !disk->volumePath)
         return;
     const QString path = disk->volumePath->toLocalFile();

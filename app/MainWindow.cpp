@@ -123,7 +123,7 @@ void followPanel(const Ui::MainWindow &ui)
 void connectToPanel(const ZorvexDiskManagerAppDelegate &controller, const Ui::MainWindow &ui)
 {
     QObject::connect(&controller, &ZorvexDiskManagerAppDelegate::panelDidChange, ui.rightTabView,
-        [ui, shown = OutlineItem()](const OutlineItem &disk) mutable {
+        [ui, shown = DiskRecord()](const DiskRecord &disk) mutable {
             followPanel(ui);
             // A menu that was opened for one disk does nothing to another.
             if (disk != std::exchange(shown, disk)) {

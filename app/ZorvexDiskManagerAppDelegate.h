@@ -161,14 +161,14 @@ public:
 
     Q_INVOKABLE void clickMountUnmountButton(QObject *sender);
     void unmountDidUnmountDisk(
-        const DADiskRef &disk, const DADissenterRef &dissenter, const OutlineItem &daDisk);
-    void unmountForceUnmountDialogDidEnd(AlertSheet *alert, int returnCode, const OutlineItem &contextInfo);
-    void ejectDidUnmountDisk(const OutlineItem &disk, const DADissenterRef &dissenter);
-    void ejectForceUnmountDialogDidEnd(AlertSheet *alert, int returnCode, const OutlineItem &contextInfo);
-    void ejectDidForceUnmountDisk(const OutlineItem &disk, const DADissenterRef &dissenter);
-    void diskArbitrationDiskDidMount(const OutlineItem &disk, const DADissenterRef &withDissenter);
-    void diskArbitrationDiskDidUnmount(const OutlineItem &disk, const DADissenterRef &withDissenter);
-    void diskArbitrationDiskDidEject(const OutlineItem &disk, const DADissenterRef &withDissenter);
+        const DADiskRef &disk, const DADissenterRef &dissenter, const DiskRecord &daDisk);
+    void unmountForceUnmountDialogDidEnd(AlertSheet *alert, int returnCode, const DiskRecord &contextInfo);
+    void ejectDidUnmountDisk(const DiskRecord &disk, const DADissenterRef &dissenter);
+    void ejectForceUnmountDialogDidEnd(AlertSheet *alert, int returnCode, const DiskRecord &contextInfo);
+    void ejectDidForceUnmountDisk(const DiskRecord &disk, const DADissenterRef &dissenter);
+    void diskArbitrationDiskDidMount(const DiskRecord &disk, const DADissenterRef &withDissenter);
+    void diskArbitrationDiskDidUnmount(const DiskRecord &disk, const DADissenterRef &withDissenter);
+    void diskArbitrationDiskDidEject(const DiskRecord &disk, const DADissenterRef &withDissenter);
     static QString dissenterStatusToString(const DADissenter &dissenter);
 
     // --- Volume labels. Implemented in operations/VolumeLabel.cpp ---
@@ -195,7 +195,7 @@ public:
     Q_INVOKABLE void clickRepairButton(QObject *sender);
     void clickCheckRepairButton(QObject *sender, bool isRepair);
     void updateCheckRepairOutput(const CheckRepairOutputChunk &chunk);
-    void checkRepairFinished(const OutlineItem &disk);
+    void checkRepairFinished(const DiskRecord &disk);
 
     // --- Information panel. Implemented in ui/InformationPanel.cpp ---
 
@@ -256,7 +256,7 @@ public:
 
 Q_SIGNALS:
     // The information panel has been rebuilt and shows this disk; null for none.
-    void panelDidChange(const OutlineItem &disk);
+    void panelDidChange(const DiskRecord &disk);
 
 private:
     friend struct ControllerTest; // a test that looks at what no outlet shows
@@ -269,23 +269,23 @@ private:
     void releaseDiskListItem(ZorvexDiskManagerDiskListItem *item);
 
     // operations/MountUnmountEject.cpp
-    OutlineItem selectedDisk() const;
+    DiskRecord selectedDisk() const;
     void refreshAfterStateChange();
-    void finishOperation(const OutlineItem &disk);
-    void showForceDialog(const OutlineItem &disk, const char *titleKey, const char *bodyKey,
+    void finishOperation(const DiskRecord &disk);
+    void showForceDialog(const DiskRecord &disk, const char *titleKey, const char *bodyKey,
         std::function<void(AlertSheet *, int)> didEnd);
-    void reportOutcome(const OutlineItem &disk, const QString &format, const DADissenterRef &dissenter,
+    void reportOutcome(const DiskRecord &disk, const QString &format, const DADissenterRef &dissenter,
         const std::optional<QString> &reason = {});
 
     // operations/Format.cpp, operations/CheckRepair.cpp: bodies of worker threads
     QString formatTargetText(const ZorvexDiskManagerDisk &disk) const;
     static void doFormat(const std::shared_ptr<ZorvexDiskManagerFormatParams> &params, const QString &bsdName,
         const std::shared_ptr<MainThreadRelay> &relay, ShellPipe &pipe);
-    static void doCheck(const OutlineItem &disk, const QString &bsdName,
+    static void doCheck(const DiskRecord &disk, const QString &bsdName,
         const std::shared_ptr<MainThreadRelay> &relay, ShellPipe &pipe);
-    static void doRepair(const OutlineItem &disk, const QString &bsdName,
+    static void doRepair(const DiskRecord &disk, const QString &bsdName,
         const std::shared_ptr<MainThreadRelay> &relay, ShellPipe &pipe);
-    static void doCheckRepair(const OutlineItem &disk, const QString &bsdName,
+    static void doCheckRepair(const DiskRecord &disk, const QString &bsdName,
         const std::shared_ptr<MainThreadRelay> &relay, ShellPipe &pipe, bool isRepair);
     void scheduleOutputRefresh();
 

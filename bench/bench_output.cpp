@@ -89,7 +89,7 @@ Run measure(const QByteArray &script)
     test.launch();
     const MemoryDiskRef volume = makePartition(u"disk2s1"_s, 1024, u"Bench"_s);
     volume->description->insert(DAKey::volumeKind, u"bench"_s);
-    const OutlineItem disk = test.add(volume);
+    const DiskRecord disk = test.add(volume);
     test.select(u"disk2s1"_s);
     test.controller().rightTabView->setCurrentWidget(test.controller().maintenanceTab);
 

@@ -54,7 +54,7 @@ void ZorvexDiskManagerAppDelegate::diskArbitrationDiskPeek(const DADiskRef &)
 
 void ZorvexDiskManagerAppDelegate::diskArbitrationDiskAppeared(const DADiskRef &disk)
 {
-    const std::shared_ptr<ZorvexDiskManagerDisk> record = m_platform.allocDisk();
+    const DiskRecord record = m_platform.allocDisk();
     std::unique_ptr<ZorvexDiskManagerDiskListItem> item = m_platform.allocDiskListItem();
     if (!record || !item) {
         systemLog(u"Error while allocating new %1%2%3."_s.arg(record ? QString() : u"ZorvexDiskManagerDisk"_s,
@@ -81,7 +81,7 @@ void ZorvexDiskManagerAppDelegate::diskArbitrationDiskDisappeared(const DADiskRe
         return;
     }
 
-    const OutlineItem record = position.item->disk;
+    const DiskRecord record = position.item->disk;
     const int selectedRow = leftOutlineView->selectedRow();
     const int removedRow = leftOutlineView->rowForItem(record);
     if (removedRow < 0) {

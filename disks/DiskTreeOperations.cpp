@@ -12,7 +12,7 @@ void ZorvexDiskManagerAppDelegate::addDiskListItem(std::unique_ptr<ZorvexDiskMan
     m_diskListItems.emplace(added, std::move(item));
     const DiskListAddition addition = m_diskListBuilder.add(&disk_list, added);
 
-    const OutlineItem selected = selectedDisk();
+    const DiskRecord selected = selectedDisk();
     if (addition.movedOthers)
         leftOutlineView->reloadData();
     else

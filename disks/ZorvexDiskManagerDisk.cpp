@@ -5,7 +5,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-std::shared_ptr<ZorvexDiskManagerDisk> ZorvexDiskManagerDisk::alloc() noexcept
+DiskRecord ZorvexDiskManagerDisk::alloc() noexcept
 {
     try {
         return std::make_shared<ZorvexDiskManagerDisk>();
@@ -31,7 +31,7 @@ void ZorvexDiskManagerDisk::cleanupZorvexDiskManagerDisk()
     content.reset();
 }
 
-std::shared_ptr<ZorvexDiskManagerDisk> ZorvexDiskManagerDisk::copyWithZone() const
+DiskRecord ZorvexDiskManagerDisk::copyWithZone() const
 {
     auto copy = alloc();
     if (!copy)

@@ -19,11 +19,16 @@ class ZorvexDiskManagerDiskListItem;
 // What runs on a medium while its operationInProgress is set.
 enum class RunningOperation { None, MountUnmountEject, Format, Check, Repair };
 
+class ZorvexDiskManagerDisk;
+
+// A record, shared by the tree, the outline view and the operation that runs on it; null for none.
+using DiskRecord = std::shared_ptr<ZorvexDiskManagerDisk>;
+
 class ZorvexDiskManagerDisk
 {
 public:
     // A new record with every field zero, false or absent; null when memory is short.
-    static std::shared_ptr<ZorvexDiskManagerDisk> alloc() noexcept;
+    static DiskRecord alloc() noexcept;
 
     ZorvexDiskManagerDisk() = default;
     ZorvexDiskManagerDisk(const ZorvexDiskManagerDisk &) = delete;
@@ -35,7 +40,7 @@ public:
 
     // A partial copy: enough to name and place the medium, nothing that drives an operation. Null when memory
     // is short.
-    std::shared_ptr<ZorvexDiskManagerDisk> copyWithZone() const;
+    DiskRecord copyWithZone() const;
 
     // The BSD name, "(null)" when there is none.
     QString description() const;

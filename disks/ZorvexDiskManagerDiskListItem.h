@@ -16,7 +16,7 @@ public:
     // A new node that is in no ring; null when memory is short.
     static std::unique_ptr<ZorvexDiskManagerDiskListItem> alloc() noexcept;
 
-    std::shared_ptr<ZorvexDiskManagerDisk> disk;
+    DiskRecord disk;
     ZorvexDiskManagerDiskListItem *children = nullptr; // first node of the ring of children
     ZorvexDiskManagerDiskListItem *next = nullptr;
     ZorvexDiskManagerDiskListItem *prev = nullptr;

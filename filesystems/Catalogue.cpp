@@ -55,7 +55,7 @@ void ZorvexDiskManagerAppDelegate::refreshFormatFilesystemsPopupButton()
     QComboBox *const popup = formatFilesystemsPopupButton;
     const auto remembered = popup->currentData().value<FilesystemBundleRef>();
     std::optional<qint64> mediaSize;
-    if (const OutlineItem disk = selectedDisk())
+    if (const DiskRecord disk = selectedDisk())
         mediaSize = disk->mediaSize ? disk->mediaSize->longLongValue() : 0;
 
     const FormatMenu menu = formatMenuItems(formatFilesystemBundlesList.value_or(FilesystemBundleList()),

@@ -42,7 +42,7 @@ QString verbFor(bool isRepair)
 // What the output handler is given as context, for the time of one run.
 struct CheckRepairContext
 {
-    const OutlineItem &disk;
+    const DiskRecord &disk;
     MainThreadRelay &relay;
 };
 
@@ -69,7 +69,7 @@ void ZorvexDiskManagerAppDelegate::clickRepairButton(QObject *sender)
 
 void ZorvexDiskManagerAppDelegate::clickCheckRepairButton(QObject *, bool isRepair)
 {
-    const OutlineItem disk = selectedDisk();
+    const DiskRecord disk = selectedDisk();
     if (!disk)
         return;
     if (disk->checkRepairOutput)
@@ -93,19 +93,19 @@ void ZorvexDiskManagerAppDelegate::clickCheckRepairButton(QObject *, bool isRepa
     }
 }
 
-void ZorvexDiskManagerAppDelegate::doCheck(const OutlineItem &disk, const QString &bsdName,
+void ZorvexDiskManagerAppDelegate::doCheck(const DiskRecord &disk, const QString &bsdName,
     const std::shared_ptr<MainThreadRelay> &relay, ShellPipe &pipe)
 {
     doCheckRepair(disk, bsdName, relay, pipe, false);
 }
 
-void ZorvexDiskManagerAppDelegate::doRepair(const OutlineItem &disk, const QString &bsdName,
+void ZorvexDiskManagerAppDelegate::doRepair(const DiskRecord &disk, const QString &bsdName,
     const std::shared_ptr<MainThreadRelay> &relay, ShellPipe &pipe)
 {
     doCheckRepair(disk, bsdName, relay, pipe, true);
 }
 
-void ZorvexDiskManagerAppDelegate::doCheckRepair(const OutlineItem &disk, const QString &bsdName,
+void ZorvexDiskManagerAppDelegate::doCheckRepair(const DiskRecord &disk, const QString &bsdName,
     const std::shared_ptr<MainThreadRelay> &relay, ShellPipe &pipe, bool isRepair)
 {
     CheckRepairContext context { disk, *relay };
@@ -141,7 +141,7 @@ void ZorvexDiskManagerAppDelegate::scheduleOutputRefresh()
     });
 }
 
-void ZorvexDiskManagerAppDelegate::checkRepairFinished(const OutlineItem &disk)
+void ZorvexDiskManagerAppDelegate::checkRepairFinished(const DiskRecord &disk)
 {
     disk->operationInProgressShowFormatTab = false;
     disk->operationInProgressShowMaintenanceTab = false;

@@ -9,7 +9,7 @@
 // One chunk of output on its way from a worker to the main thread; valid while the worker waits.
 struct CheckRepairOutputChunk
 {
-    std::shared_ptr<ZorvexDiskManagerDisk> disk;
+    DiskRecord disk;
     const char *bytes = nullptr;
     std::size_t length = 0;
 };

@@ -61,7 +61,7 @@ QString targetLine(const char *captionKey, const QString &value)
 void ZorvexDiskManagerAppDelegate::clickFormatButton(QObject *)
 {
     const auto filesystem = formatFilesystemsPopupButton->currentData().value<FilesystemBundleRef>();
-    const OutlineItem disk = selectedDisk();
+    const DiskRecord disk = selectedDisk();
     if (!disk || !filesystem) {
         errorMessage(FormatRules::nothingSelectedText(filesystem != nullptr, disk != nullptr));
         return;

@@ -17,9 +17,9 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 // Brings the record up to date after a request, reports, and lets go of the record.
-void finishRequest(const DADiskRef &disk, const DADissenterRef &dissenter, const OutlineItem &record,
+void finishRequest(const DADiskRef &disk, const DADissenterRef &dissenter, const DiskRecord &record,
     const QString &verb,
-    void (ZorvexDiskManagerAppDelegate::*report)(const OutlineItem &, const DADissenterRef &))
+    void (ZorvexDiskManagerAppDelegate::*report)(const DiskRecord &, const DADissenterRef &))
 {
     if (zorvex_disk_manager_update_disk_description(disk, *record))
         systemLog(u"Error while updating disk description after %1."_s.arg(verb));
@@ -29,48 +29,48 @@ void finishRequest(const DADiskRef &disk, const DADissenterRef &dissenter, const
 } // namespace
 
 void zorvex_disk_manager_da_disk_did_mount(
-    const DADiskRef &disk, const DADissenterRef &dissenter, const OutlineItem &context)
+    const DADiskRef &disk, const DADissenterRef &dissenter, const DiskRecord &context)
 {
     finishRequest(
         disk, dissenter, context, u"mount"_s, &ZorvexDiskManagerAppDelegate::diskArbitrationDiskDidMount);
 }
 
 void zorvex_disk_manager_da_disk_did_unmount(
-    const DADiskRef &disk, const DADissenterRef &dissenter, const OutlineItem &context)
+    const DADiskRef &disk, const DADissenterRef &dissenter, const DiskRecord &context)
 {
     finishRequest(
         disk, dissenter, context, u"unmount"_s, &ZorvexDiskManagerAppDelegate::diskArbitrationDiskDidUnmount);
 }
 
 void zorvex_disk_manager_da_disk_did_eject(
-    const DADiskRef &disk, const DADissenterRef &dissenter, const OutlineItem &context)
+    const DADiskRef &disk, const DADissenterRef &dissenter, const DiskRecord &context)
 {
     finishRequest(
         disk, dissenter, context, u"eject"_s, &ZorvexDiskManagerAppDelegate::diskArbitrationDiskDidEject);
 }
 
-void UnmountDidUnmountDisk(const DADiskRef &disk, const DADissenterRef &dissenter, const OutlineItem &context)
+void UnmountDidUnmountDisk(const DADiskRef &disk, const DADissenterRef &dissenter, const DiskRecord &context)
 {
     context->delegate->unmountDidUnmountDisk(disk, dissenter, context);
 }
 
-void EjectDidUnmountDisk(const DADiskRef &, const DADissenterRef &dissenter, const OutlineItem &context)
+void EjectDidUnmountDisk(const DADiskRef &, const DADissenterRef &dissenter, const DiskRecord &context)
 {
     context->delegate->ejectDidUnmountDisk(context, dissenter);
 }
 
-void EjectDidForceUnmountDisk(const DADiskRef &, const DADissenterRef &dissenter, const OutlineItem &context)
+void EjectDidForceUnmountDisk(const DADiskRef &, const DADissenterRef &dissenter, const DiskRecord &context)
 {
     context->delegate->ejectDidForceUnmountDisk(context, dissenter);
 }
 
-DADiskCompletion completionWithContext(DiskRequestCallback callback, const OutlineItem &record)
+DADiskCompletion completionWithContext(DiskRequestCallback callback, const DiskRecord &record)
 {
     return [callback, record](
                const DADiskRef &disk, const DADissenterRef &dissenter) { callback(disk, dissenter, record); };
 }
 
-OutlineItem ZorvexDiskManagerAppDelegate::selectedDisk() const
+DiskRecord ZorvexDiskManagerAppDelegate::selectedDisk() const
 {
     return leftOutlineView->itemAtRow(leftOutlineView->selectedRow());
 }
@@ -81,7 +81,7 @@ void ZorvexDiskManagerAppDelegate::refreshAfterStateChange()
     outlineViewSelectionDidChange();
 }
 
-void ZorvexDiskManagerAppDelegate::finishOperation(const OutlineItem &disk)
+void ZorvexDiskManagerAppDelegate::finishOperation(const DiskRecord &disk)
 {
     disk->operationInProgress = false;
     disk->runningOperation = RunningOperation::None;
@@ -90,7 +90,7 @@ void ZorvexDiskManagerAppDelegate::finishOperation(const OutlineItem &disk)
 
 void ZorvexDiskManagerAppDelegate::clickMountUnmountButton(QObject *)
 {
-    const OutlineItem disk = selectedDisk();
+    const DiskRecord disk = selectedDisk();
     if (!disk || disk->operationInProgress)
         return;
     disk->operationInProgress = true;
@@ -108,7 +108,7 @@ void ZorvexDiskManagerAppDelegate::clickMountUnmountButton(QObject *)
 }
 
 // Shown directly and not as an alert: a force dialog neither waits for an alert nor keeps one away.
-void ZorvexDiskManagerAppDelegate::showForceDialog(const OutlineItem &disk, const char *titleKey,
+void ZorvexDiskManagerAppDelegate::showForceDialog(const DiskRecord &disk, const char *titleKey,
     const char *bodyKey, std::function<void(AlertSheet *, int)> didEnd)
 {
     auto *alert = new AlertSheet(AlertSheet::Style::Informational);
@@ -123,7 +123,7 @@ void ZorvexDiskManagerAppDelegate::showForceDialog(const OutlineItem &disk, cons
 }
 
 void ZorvexDiskManagerAppDelegate::unmountDidUnmountDisk(
-    const DADiskRef &disk, const DADissenterRef &dissenter, const OutlineItem &daDisk)
+    const DADiskRef &disk, const DADissenterRef &dissenter, const DiskRecord &daDisk)
 {
     if (!dissenter) {
         zorvex_disk_manager_da_disk_did_unmount(disk, nullptr, daDisk);
@@ -136,7 +136,7 @@ void ZorvexDiskManagerAppDelegate::unmountDidUnmountDisk(
 }
 
 void ZorvexDiskManagerAppDelegate::unmountForceUnmountDialogDidEnd(
-    AlertSheet *, int returnCode, const OutlineItem &contextInfo)
+    AlertSheet *, int returnCode, const DiskRecord &contextInfo)
 {
     if (returnCode == AlertSheet::firstButtonReturn)
         session->unmount(contextInfo->daDisk, kDADiskUnmountOptionForce,
@@ -146,7 +146,7 @@ void ZorvexDiskManagerAppDelegate::unmountForceUnmountDialogDidEnd(
 }
 
 void ZorvexDiskManagerAppDelegate::ejectDidUnmountDisk(
-    const OutlineItem &disk, const DADissenterRef &dissenter)
+    const DiskRecord &disk, const DADissenterRef &dissenter)
 {
     if (!dissenter) {
         session->eject(disk->daDisk, kDADiskEjectOptionDefault,
@@ -160,7 +160,7 @@ void ZorvexDiskManagerAppDelegate::ejectDidUnmountDisk(
 }
 
 void ZorvexDiskManagerAppDelegate::ejectForceUnmountDialogDidEnd(
-    AlertSheet *, int returnCode, const OutlineItem &contextInfo)
+    AlertSheet *, int returnCode, const DiskRecord &contextInfo)
 {
     if (returnCode == AlertSheet::firstButtonReturn)
         session->unmount(contextInfo->daDisk, kDADiskUnmountOptionWhole | kDADiskUnmountOptionForce,
@@ -169,14 +169,14 @@ void ZorvexDiskManagerAppDelegate::ejectForceUnmountDialogDidEnd(
         finishOperation(contextInfo);
 }
 
-void ZorvexDiskManagerAppDelegate::ejectDidForceUnmountDisk(const OutlineItem &disk, const DADissenterRef &)
+void ZorvexDiskManagerAppDelegate::ejectDidForceUnmountDisk(const DiskRecord &disk, const DADissenterRef &)
 {
     // A refusal is not reported here: the eject that follows reports its own outcome.
     session->eject(disk->daDisk, kDADiskEjectOptionDefault,
         completionWithContext(zorvex_disk_manager_da_disk_did_eject, disk));
 }
 
-void ZorvexDiskManagerAppDelegate::reportOutcome(const OutlineItem &disk, const QString &format,
+void ZorvexDiskManagerAppDelegate::reportOutcome(const DiskRecord &disk, const QString &format,
     const DADissenterRef &dissenter, const std::optional<QString> &reason)
 {
     if (dissenter)
@@ -185,7 +185,7 @@ void ZorvexDiskManagerAppDelegate::reportOutcome(const OutlineItem &disk, const 
 }
 
 void ZorvexDiskManagerAppDelegate::diskArbitrationDiskDidMount(
-    const OutlineItem &disk, const DADissenterRef &withDissenter)
+    const DiskRecord &disk, const DADissenterRef &withDissenter)
 {
     std::optional<QString> reason;
     if (withDissenter && withDissenter->status == static_cast<quint32>(DAReturn::Unsupported))
@@ -195,14 +195,14 @@ void ZorvexDiskManagerAppDelegate::diskArbitrationDiskDidMount(
 }
 
 void ZorvexDiskManagerAppDelegate::diskArbitrationDiskDidUnmount(
-    const OutlineItem &disk, const DADissenterRef &withDissenter)
+    const DiskRecord &disk, const DADissenterRef &withDissenter)
 {
     reportOutcome(disk, u"Error while unmounting %@: %@"_s, withDissenter);
     finishOperation(disk);
 }
 
 void ZorvexDiskManagerAppDelegate::diskArbitrationDiskDidEject(
-    const OutlineItem &disk, const DADissenterRef &withDissenter)
+    const DiskRecord &disk, const DADissenterRef &withDissenter)
 {
     reportOutcome(disk, u"Error while ejecting %@: %@"_s, withDissenter);
     finishOperation(disk);

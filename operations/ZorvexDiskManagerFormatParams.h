@@ -18,7 +18,7 @@ class ZorvexDiskManagerFormatParams
 {
 public:
     ZorvexDiskManagerAppDelegate *delegate = nullptr; // not owned
-    std::shared_ptr<ZorvexDiskManagerDisk> disk;
+    DiskRecord disk;
     FilesystemBundleRef filesystem;
     QString volumeLabel; // for the formatter
     std::shared_ptr<MainThreadRelay> callerRunLoop;

@@ -7,25 +7,22 @@
 
 #include "disks/ZorvexDiskManagerDisk.h"
 
-using DiskRequestCallback = void (*)(const DADiskRef &disk, const DADissenterRef &dissenter,
-    const std::shared_ptr<ZorvexDiskManagerDisk> &context);
+using DiskRequestCallback
+    = void (*)(const DADiskRef &disk, const DADissenterRef &dissenter, const DiskRecord &context);
 
 // First steps.
-void UnmountDidUnmountDisk(const DADiskRef &disk, const DADissenterRef &dissenter,
-    const std::shared_ptr<ZorvexDiskManagerDisk> &context);
-void EjectDidUnmountDisk(const DADiskRef &disk, const DADissenterRef &dissenter,
-    const std::shared_ptr<ZorvexDiskManagerDisk> &context);
-void EjectDidForceUnmountDisk(const DADiskRef &disk, const DADissenterRef &dissenter,
-    const std::shared_ptr<ZorvexDiskManagerDisk> &context);
+void UnmountDidUnmountDisk(const DADiskRef &disk, const DADissenterRef &dissenter, const DiskRecord &context);
+void EjectDidUnmountDisk(const DADiskRef &disk, const DADissenterRef &dissenter, const DiskRecord &context);
+void EjectDidForceUnmountDisk(
+    const DADiskRef &disk, const DADissenterRef &dissenter, const DiskRecord &context);
 
 // Final steps: the record is brought up to date and the outcome reported.
-void zorvex_disk_manager_da_disk_did_mount(const DADiskRef &disk, const DADissenterRef &dissenter,
-    const std::shared_ptr<ZorvexDiskManagerDisk> &context);
-void zorvex_disk_manager_da_disk_did_unmount(const DADiskRef &disk, const DADissenterRef &dissenter,
-    const std::shared_ptr<ZorvexDiskManagerDisk> &context);
-void zorvex_disk_manager_da_disk_did_eject(const DADiskRef &disk, const DADissenterRef &dissenter,
-    const std::shared_ptr<ZorvexDiskManagerDisk> &context);
+void zorvex_disk_manager_da_disk_did_mount(
+    const DADiskRef &disk, const DADissenterRef &dissenter, const DiskRecord &context);
+void zorvex_disk_manager_da_disk_did_unmount(
+    const DADiskRef &disk, const DADissenterRef &dissenter, const DiskRecord &context);
+void zorvex_disk_manager_da_disk_did_eject(
+    const DADiskRef &disk, const DADissenterRef &dissenter, const DiskRecord &context);
 
 // The callback and its context as one completion.
-DADiskCompletion completionWithContext(
-    DiskRequestCallback callback, const std::shared_ptr<ZorvexDiskManagerDisk> &record);
+DADiskCompletion completionWithContext(DiskRequestCallback callback, const DiskRecord &record);

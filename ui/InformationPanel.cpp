@@ -234,7 +234,7 @@ void ZorvexDiskManagerAppDelegate::updateOperationBars(const ZorvexDiskManagerDi
 
 void ZorvexDiskManagerAppDelegate::outlineViewSelectionDidChange()
 {
-    const OutlineItem disk = selectedDisk();
+    const DiskRecord disk = selectedDisk();
     PanelTexts texts;
     bool canFormat = false;
     setSelectable(infoNameLabel, disk != nullptr);

@@ -4,20 +4,20 @@
 // root.
 #pragma once
 
+#include "disks/ZorvexDiskManagerDisk.h"
+
 #include <QDropEvent>
 #include <QModelIndex>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
 
-#include <memory>
 #include <vector>
 
 class OutlineView;
 class TextFieldCell;
-class ZorvexDiskManagerDisk;
 
-using OutlineItem = std::shared_ptr<ZorvexDiskManagerDisk>;
+using OutlineItem = DiskRecord;
 
 class OutlineDataSource
 {

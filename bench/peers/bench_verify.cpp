@@ -42,7 +42,7 @@ double bareCheck(const LoopDisk &disk)
     return static_cast<double>(clock.nsecsElapsed()) / 1e9;
 }
 
-double checkFromTheWindow(RealWindow &window, const OutlineItem &volume)
+double checkFromTheWindow(RealWindow &window, const DiskRecord &volume)
 {
     QElapsedTimer clock;
     clock.start();

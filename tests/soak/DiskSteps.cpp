@@ -40,7 +40,7 @@ bool isShownWhole(const RealWindow &window, const SoakDisk &disk)
         const LoopDisk::Partition &partition = disk.partitions.at(i - 1);
         if (partition.filesystem.isEmpty() || partition.typeGuid == QLatin1String(LoopDisk::efiType))
             continue;
-        const OutlineItem record = window.recordOf(disk.loop->node(i));
+        const DiskRecord record = window.recordOf(disk.loop->node(i));
         if (!record || !record->mountable || record->volumeName != partition.label)
             return false;
     }
@@ -85,7 +85,7 @@ bool ejectDisk(SoakWorld &world)
         return false;
     const auto disk = world.disks.begin() + world.below(static_cast<int>(world.disks.size()));
     RealWindow &window = world.anyWindow();
-    const OutlineItem whole = window.recordOf(disk->loop->node());
+    const DiskRecord whole = window.recordOf(disk->loop->node());
     SoakWorld::require(whole != nullptr, disk->loop->node() + u" has no row");
     if (whole->leaf)
         return false;

@@ -23,7 +23,7 @@ QStringList rowsOf(RealWindow &window)
     QStringList rows;
     const OutlineView *view = window.controller().leftOutlineView;
     for (int row = 0; row < view->numberOfRows(); ++row) {
-        const OutlineItem record = view->itemAtRow(row);
+        const DiskRecord record = view->itemAtRow(row);
         ListedMedium listed;
         listed.name = record->bsdName.value_or(QString());
         listed.node = record->daDisk->deviceNode();
@@ -45,7 +45,7 @@ QStringList flaggedRowsOf(RealWindow &window)
     QStringList flagged;
     const OutlineView *view = window.controller().leftOutlineView;
     for (int row = 0; row < view->numberOfRows(); ++row) {
-        const OutlineItem record = view->itemAtRow(row);
+        const DiskRecord record = view->itemAtRow(row);
         if (record->operationInProgress || record->operationInProgressShowFormatTab
             || record->operationInProgressShowMaintenanceTab
             || record->runningOperation != RunningOperation::None)

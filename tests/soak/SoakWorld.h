@@ -30,7 +30,7 @@ struct SoakDisk
 struct SoakVolume
 {
     RealWindow *window = nullptr;
-    OutlineItem record;
+    DiskRecord record;
     QString node;
 };
 

@@ -20,7 +20,7 @@ bool selectRow(SoakWorld &world)
     const int row = world.below(view->numberOfRows() + 1) - 1;
     world.note(u"select row %1"_s.arg(row));
     view->selectRow(row);
-    const OutlineItem record = view->itemAtRow(row);
+    const DiskRecord record = view->itemAtRow(row);
     SoakWorld::require(
         window.controller().bsdNameLabel->text() == (record ? record->description() : QString()),
         u"row %1 is selected and '%2' described"_s.arg(row).arg(window.controller().bsdNameLabel->text()));

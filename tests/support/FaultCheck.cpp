@@ -64,7 +64,7 @@ QStringList FaultCheck::busyRows() const
     QStringList rows;
     const OutlineView *view = m_window.controller().leftOutlineView;
     for (int row = 0; row < view->numberOfRows(); ++row) {
-        const OutlineItem item = view->itemAtRow(row);
+        const DiskRecord item = view->itemAtRow(row);
         if (item->operationInProgress || item->operationInProgressShowFormatTab
             || item->operationInProgressShowMaintenanceTab)
             rows.append(item->description());

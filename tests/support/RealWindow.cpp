@@ -38,11 +38,11 @@ RealWindow::~RealWindow()
     m_controller->applicationWillTerminate();
 }
 
-OutlineItem RealWindow::recordOf(const QString &deviceNode) const
+DiskRecord RealWindow::recordOf(const QString &deviceNode) const
 {
     const OutlineView *view = m_controller->leftOutlineView;
     for (int row = 0; row < view->numberOfRows(); ++row) {
-        const OutlineItem item = view->itemAtRow(row);
+        const DiskRecord item = view->itemAtRow(row);
         if (item->daDisk->deviceNode() == deviceNode)
             return item;
     }
@@ -70,7 +70,7 @@ QStringList RealWindow::nodesOfDisk(const QString &wholeNode) const
     return nodes;
 }
 
-void RealWindow::select(const OutlineItem &disk)
+void RealWindow::select(const DiskRecord &disk)
 {
     m_controller->leftOutlineView->selectRow(m_controller->leftOutlineView->rowForItem(disk));
 }

@@ -20,13 +20,13 @@ public:
     QMainWindow &window() { return *m_window; }
 
     // The record of the device node, null while it has no row.
-    OutlineItem recordOf(const QString &deviceNode) const;
+    DiskRecord recordOf(const QString &deviceNode) const;
 
     // The BSD names of all rows, from the top; and the device nodes of the rows of one disk.
     QStringList rowNames() const;
     QStringList nodesOfDisk(const QString &wholeNode) const;
 
-    void select(const OutlineItem &disk);
+    void select(const DiskRecord &disk);
 
     // The open sheets, oldest first; and presses the button with this return code on the oldest.
     QList<AlertSheet *> sheets() const;

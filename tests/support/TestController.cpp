@@ -192,18 +192,18 @@ void TestController::launch()
     m_controller->applicationDidFinishLaunching();
 }
 
-OutlineItem TestController::add(const MemoryDiskRef &disk)
+DiskRecord TestController::add(const MemoryDiskRef &disk)
 {
     service.addDisk(disk);
     const PropertyValue *name = disk->description ? disk->description->value(DAKey::mediaBSDName) : nullptr;
     return name && name->asString() ? recordOf(*name->asString()) : nullptr;
 }
 
-OutlineItem TestController::recordOf(const QString &bsdName) const
+DiskRecord TestController::recordOf(const QString &bsdName) const
 {
     const OutlineView *view = m_controller->leftOutlineView;
     for (int row = 0; row < view->numberOfRows(); ++row) {
-        const OutlineItem item = view->itemAtRow(row);
+        const DiskRecord item = view->itemAtRow(row);
         if (item->bsdName == bsdName)
             return item;
     }

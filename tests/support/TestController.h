@@ -68,8 +68,8 @@ public:
     void launch();
 
     // Adds the disk and returns its record as the outline view has it, null when it was refused.
-    OutlineItem add(const MemoryDiskRef &disk);
-    OutlineItem recordOf(const QString &bsdName) const;
+    DiskRecord add(const MemoryDiskRef &disk);
+    DiskRecord recordOf(const QString &bsdName) const;
     QStringList rowNames() const; // BSD names, from the top
     void select(const QString &bsdName);
 

@@ -50,11 +50,11 @@ struct Scene
         patient.makePipe(disk);
     }
 
-    OutlineItem volume()
+    DiskRecord volume()
     {
         const bool isThere = QTest::qWaitFor(
             [&] {
-                const OutlineItem record = window.recordOf(disk.node(1));
+                const DiskRecord record = window.recordOf(disk.node(1));
                 return record && record->mountable && record->volumeKind
                     && record->volumeKind->endsWith(u"patient"_s);
             },
@@ -63,9 +63,9 @@ struct Scene
     }
 
     // The record of what the operation is asked of: the volume, or the whole disk for an eject.
-    OutlineItem target(const QString &operation)
+    DiskRecord target(const QString &operation)
     {
-        const OutlineItem record = volume();
+        const DiskRecord record = volume();
         return operation == u"eject"_s && record ? window.recordOf(disk.node()) : record;
     }
 
@@ -190,7 +190,7 @@ void TestServiceFaults::killedDuring()
     QFETCH(const QString, operation);
     QFETCH(const QString, alert);
     Scene scene(ownOrPlain(operation));
-    const OutlineItem record = scene.target(operation);
+    const DiskRecord record = scene.target(operation);
     QVERIFY(record);
     const pid_t service = diskServicePid();
     if (usesTool(operation)) {
@@ -228,7 +228,7 @@ void TestServiceFaults::hangsDuring()
     QFETCH(const QString, operation);
     Scene scene(ownOrPlain(operation));
     mountIfNeeded(scene, operation);
-    const OutlineItem record = scene.target(operation);
+    const DiskRecord record = scene.target(operation);
     QVERIFY(record);
     const pid_t service = diskServicePid();
     if (!usesTool(operation))
@@ -274,7 +274,7 @@ void TestServiceFaults::killedWhileForceIsOffered()
     QFETCH(const bool, force);
     Scene scene;
     mountIfNeeded(scene, operation);
-    const OutlineItem record = scene.target(operation);
+    const DiskRecord record = scene.target(operation);
     QVERIFY(record);
     const pid_t service = diskServicePid();
     kill(service, SIGSTOP);
@@ -309,7 +309,7 @@ void TestServiceFaults::pulledDuring()
     QFETCH(const QString, alert);
     Scene scene(ownOrPlain(operation));
     mountIfNeeded(scene, operation);
-    const OutlineItem record = scene.target(operation);
+    const DiskRecord record = scene.target(operation);
     QVERIFY(record);
     const QString expected = alert.contains(u'%') ? alert.arg(*record->bsdName) : alert;
     const pid_t service = diskServicePid();

@@ -84,7 +84,7 @@ struct Scene
     LoopDisk disk;
     RealWindow window;
     FaultCheck check;
-    OutlineItem volume;
+    DiskRecord volume;
 };
 
 // The run of diskutil that the window has started: the shell gives way to it.
@@ -312,7 +312,7 @@ void TestToolFaults::fullDiskUnderTheVolume()
         RealWindow window;
         FaultCheck check(window);
         QTRY_VERIFY_WITH_TIMEOUT(window.recordOf(disk.node(1)), limit);
-        const OutlineItem volume = window.recordOf(disk.node(1));
+        const DiskRecord volume = window.recordOf(disk.node(1));
         window.select(volume);
         QComboBox *const menu = window.controller().formatFilesystemsPopupButton;
         menu->setCurrentText(u"ext4"_s);

@@ -30,7 +30,7 @@ const QList<LoopDisk::Partition> practiceDisk {
     { 40, QString::fromLatin1(LoopDisk::linuxType), u"ext4"_s, u"Backup"_s },
 };
 
-bool isDrawnEnabled(RealWindow &window, const OutlineItem &disk)
+bool isDrawnEnabled(RealWindow &window, const DiskRecord &disk)
 {
     OutlineView *view = window.controller().leftOutlineView;
     return view->preparedCell(disk)->enabled;
@@ -60,12 +60,12 @@ void TestWindowDisks::listsTheDiskWithoutItsEfiPartition()
     RealWindow window;
     QTRY_COMPARE_WITH_TIMEOUT(
         window.nodesOfDisk(disk.node()), (QStringList { disk.node(), disk.node(2), disk.node(3) }), limit);
-    const OutlineItem data = window.recordOf(disk.node(2));
+    const DiskRecord data = window.recordOf(disk.node(2));
     QTRY_COMPARE_WITH_TIMEOUT(data->volumeName.value_or(QString()), u"DATA"_s, limit);
     QCOMPARE(data->mediaSize->longLongValue(), 40LL * 1024 * 1024);
     QVERIFY(!data->whole);
     QVERIFY(!data->internal);
-    const OutlineItem whole = window.recordOf(disk.node());
+    const DiskRecord whole = window.recordOf(disk.node());
     QVERIFY(whole->whole && !whole->leaf && whole->ejectable && whole->removable);
     QCOMPARE(*whole->content, u"GUID_partition_scheme"_s);
     QVERIFY(data->bsdName->startsWith(*whole->bsdName + u's'));
@@ -78,7 +78,7 @@ void TestWindowDisks::fillsTheInfoTab()
     const LoopDisk disk(practiceDisk);
     RealWindow window;
     QTRY_VERIFY_WITH_TIMEOUT(window.recordOf(disk.node(3)), limit);
-    const OutlineItem volume = window.recordOf(disk.node(3));
+    const DiskRecord volume = window.recordOf(disk.node(3));
     QTRY_VERIFY_WITH_TIMEOUT(volume->volumeKind, limit);
     window.select(volume);
     const ZorvexDiskManagerAppDelegate &controller = window.controller();
@@ -102,7 +102,7 @@ void TestWindowDisks::mountsAndUnmounts()
     RealWindow window;
     QTRY_VERIFY_WITH_TIMEOUT(
         window.recordOf(disk.node(3)) && window.recordOf(disk.node(3))->mountable, limit);
-    const OutlineItem volume = window.recordOf(disk.node(3));
+    const DiskRecord volume = window.recordOf(disk.node(3));
     window.select(volume);
     const ZorvexDiskManagerAppDelegate &controller = window.controller();
 
@@ -130,7 +130,7 @@ void TestWindowDisks::busyVolumeOpensTheForceDialog()
     RealWindow window;
     QTRY_VERIFY_WITH_TIMEOUT(
         window.recordOf(disk.node(3)) && window.recordOf(disk.node(3))->mountable, limit);
-    const OutlineItem volume = window.recordOf(disk.node(3));
+    const DiskRecord volume = window.recordOf(disk.node(3));
     window.select(volume);
     window.controller().mountUnmountButton->click();
     QTRY_VERIFY_WITH_TIMEOUT(!volume->operationInProgress && volume->volumePath, limit);
@@ -164,7 +164,7 @@ void TestWindowDisks::ejectTakesTheDiskOffTheMachine()
     RealWindow window;
     QTRY_VERIFY_WITH_TIMEOUT(
         window.recordOf(disk.node(3)) && window.recordOf(disk.node(3))->mountable, limit);
-    const OutlineItem volume = window.recordOf(disk.node(3));
+    const DiskRecord volume = window.recordOf(disk.node(3));
     window.select(volume);
     window.controller().mountUnmountButton->click();
     QTRY_VERIFY_WITH_TIMEOUT(!volume->operationInProgress && volume->volumePath, limit);
@@ -181,7 +181,7 @@ void TestWindowDisks::followsDisksThatComeAndGo()
     const LoopDisk first(practiceDisk);
     RealWindow window;
     QTRY_COMPARE_WITH_TIMEOUT(window.nodesOfDisk(first.node()).size(), 3, limit);
-    const OutlineItem selected = window.recordOf(first.node(3));
+    const DiskRecord selected = window.recordOf(first.node(3));
     window.select(selected);
     {
         LoopDisk second(practiceDisk);
@@ -218,7 +218,7 @@ void TestWindowDisks::mountThatIsRefusedIsReported()
     LoopDisk disk({ { 20, QString::fromLatin1(LoopDisk::linuxType), QString(), u"Empty"_s } });
     RealWindow window;
     QTRY_VERIFY_WITH_TIMEOUT(window.recordOf(disk.node(1)), limit);
-    const OutlineItem empty = window.recordOf(disk.node(1));
+    const DiskRecord empty = window.recordOf(disk.node(1));
     window.select(empty);
     window.controller().mountUnmountButton->click();
     QTRY_COMPARE_WITH_TIMEOUT(window.sheets().size(), 1, limit);

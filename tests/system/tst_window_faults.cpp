@@ -36,11 +36,11 @@ int onTheMachine(const QString &program, const QStringList &arguments)
     return runProgram(u"nsenter"_s, enter + arguments);
 }
 
-OutlineItem volumeOf(RealWindow &window, const LoopDisk &disk)
+DiskRecord volumeOf(RealWindow &window, const LoopDisk &disk)
 {
     const bool isThere = QTest::qWaitFor(
         [&] {
-            const OutlineItem volume = window.recordOf(disk.node(1));
+            const DiskRecord volume = window.recordOf(disk.node(1));
             return volume && volume->volumeKind == u"patient"_s;
         },
         limit);
@@ -84,7 +84,7 @@ void TestWindowFaults::droppedFilesystemAppearsAtTheNextActivation()
     QVERIFY(menu->findText(u"Patient"_s) >= 0);
 
     QTRY_VERIFY_WITH_TIMEOUT(window.recordOf(disk.node(1)), limit);
-    const OutlineItem volume = window.recordOf(disk.node(1));
+    const DiskRecord volume = window.recordOf(disk.node(1));
     window.select(volume);
     window.controller().formatFilesystemsPopupButton->setCurrentText(u"Patient"_s);
     window.controller().formatVolumeLabelField->setText(u"Renewed"_s);
@@ -105,11 +105,11 @@ void TestWindowFaults::eachOutputGoesToItsOwnRecord()
     m_patient.makePipe(first);
     m_patient.makePipe(second);
     RealWindow window;
-    const OutlineItem volumes[]
+    const DiskRecord volumes[]
         = { volumeOf(window, first), volumeOf(window, second), volumeOf(window, third) };
     QVERIFY(volumes[0] && volumes[1] && volumes[2]);
     OutputView *const view = window.controller().checkRepairOutputView;
-    for (const OutlineItem &volume : { volumes[0], volumes[1] }) {
+    for (const DiskRecord &volume : { volumes[0], volumes[1] }) {
         window.select(volume);
         window.controller().checkButton->click();
         QTRY_VERIFY_WITH_TIMEOUT(view->toPlainText().contains(u"looking at"_s), limit);
@@ -133,7 +133,7 @@ void TestWindowFaults::diskThatGoesDuringACheck()
     LoopDisk disk(oneVolume());
     m_patient.makePipe(disk);
     RealWindow window;
-    const OutlineItem volume = volumeOf(window, disk);
+    const DiskRecord volume = volumeOf(window, disk);
     QVERIFY(volume);
     window.select(volume);
     window.controller().checkButton->click();
@@ -151,7 +151,7 @@ void TestWindowFaults::diskThatGoesDuringAFormat()
     LoopDisk disk(oneVolume());
     m_patient.makePipe(disk);
     RealWindow window;
-    const OutlineItem volume = volumeOf(window, disk);
+    const DiskRecord volume = volumeOf(window, disk);
     QVERIFY(volume);
     window.select(volume);
     window.controller().formatFilesystemsPopupButton->setCurrentText(u"Patient"_s);
@@ -211,7 +211,7 @@ void TestWindowFaults::volumeOfTheSystemIsNotForced()
 {
     const LoopDisk disk(oneVolume());
     RealWindow window;
-    const OutlineItem volume = volumeOf(window, disk);
+    const DiskRecord volume = volumeOf(window, disk);
     QVERIFY(volume);
     // A volume that holds /boot is the system's, whichever disk it lies on.
     QVERIFY(QDir().mkpath(u"/boot"_s));

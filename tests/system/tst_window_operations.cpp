@@ -25,17 +25,17 @@ QList<LoopDisk::Partition> oneVolume(int sizeMiB, const QString &filesystem)
 }
 
 // The record of the disk's first volume, selected, once the service has told all of it.
-OutlineItem selectedVolume(RealWindow &window, const LoopDisk &disk)
+DiskRecord selectedVolume(RealWindow &window, const LoopDisk &disk)
 {
     const bool isThere = QTest::qWaitFor(
         [&] {
-            const OutlineItem volume = window.recordOf(disk.node(1));
+            const DiskRecord volume = window.recordOf(disk.node(1));
             return volume && volume->volumeKind && volume->mountable;
         },
         limit);
     if (!isThere)
         return nullptr;
-    const OutlineItem volume = window.recordOf(disk.node(1));
+    const DiskRecord volume = window.recordOf(disk.node(1));
     window.select(volume);
     return volume;
 }
@@ -74,10 +74,10 @@ private Q_SLOTS:
     void formatsAsEveryFilesystem();
 
 private:
-    void runToItsEnd(RealWindow &window, const OutlineItem &volume, QPushButton *button);
+    void runToItsEnd(RealWindow &window, const DiskRecord &volume, QPushButton *button);
 };
 
-void TestWindowOperations::runToItsEnd(RealWindow &window, const OutlineItem &volume, QPushButton *button)
+void TestWindowOperations::runToItsEnd(RealWindow &window, const DiskRecord &volume, QPushButton *button)
 {
     QVERIFY(button->isEnabled());
     button->click();
@@ -93,7 +93,7 @@ void TestWindowOperations::checkRepairAndCheckAgain()
 {
     const LoopDisk disk(oneVolume(40, u"ext4"_s));
     RealWindow window;
-    const OutlineItem volume = selectedVolume(window, disk);
+    const DiskRecord volume = selectedVolume(window, disk);
     QVERIFY(volume);
     const ZorvexDiskManagerAppDelegate &controller = window.controller();
 
@@ -133,7 +133,7 @@ void TestWindowOperations::formatsAsEveryFilesystem()
     QFETCH(const QString, label);
     const LoopDisk disk(oneVolume(400, u"ext4"_s));
     RealWindow window;
-    const OutlineItem volume = selectedVolume(window, disk);
+    const DiskRecord volume = selectedVolume(window, disk);
     QVERIFY(volume);
     QComboBox *const menu = window.controller().formatFilesystemsPopupButton;
     int formatted = 0;

@@ -73,7 +73,7 @@ struct CheckTest : TestController
     QString pipe;
     MemoryDiskRef first = makePartition(u"disk2s1"_s, 1000);
     MemoryDiskRef second = makePartition(u"disk2s2"_s, 2000);
-    OutlineItem record;
+    DiskRecord record;
 };
 
 // A check whose output comes in many pieces, each of which is handed over by itself, with a panel that takes

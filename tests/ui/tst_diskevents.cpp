@@ -88,7 +88,7 @@ void TestDiskEvents::shortMemoryIsLogged()
     QFETCH(const QString, line);
     TestController test;
     if (!record)
-        test.platform().allocDisk = [] { return std::shared_ptr<ZorvexDiskManagerDisk>(); };
+        test.platform().allocDisk = [] { return DiskRecord(); };
     if (!node)
         test.platform().allocDiskListItem = [] { return std::unique_ptr<ZorvexDiskManagerDiskListItem>(); };
     test.launch();
@@ -177,7 +177,7 @@ void TestDiskEvents::unmountedVolumeLosesItsPath()
     test.launch();
     const MemoryDiskRef volume = makePartition(u"disk2s1"_s, 1000);
     setMounted(volume, u"/media/A"_s);
-    const OutlineItem record = test.add(volume);
+    const DiskRecord record = test.add(volume);
     QVERIFY(record->volumePath);
     setMounted(volume, {});
     test.service.changeDisk(volume, { DAKey::volumePath });
@@ -189,7 +189,7 @@ void TestDiskEvents::changeThatIsRefusedKeepsWhatWas()
     TestController test;
     test.launch();
     const MemoryDiskRef volume = makePartition(u"disk2s1"_s, 1000, u"Old"_s);
-    const OutlineItem record = test.add(volume);
+    const DiskRecord record = test.add(volume);
     test.log.clear();
     volume->description->insert(DAKey::mediaContent, u"Apple_partition_map"_s);
     volume->description->insert(DAKey::volumeName, u"New"_s);
@@ -206,7 +206,7 @@ void TestDiskEvents::diskThatGoesBeforeItsPartitionsTakesThemAlong()
     const MemoryDiskRef disk = makeDisk(u"disk2"_s);
     const MemoryDiskRef partition = makePartition(u"disk2s1"_s, 1000);
     test.add(disk);
-    const OutlineItem record = test.add(partition);
+    const DiskRecord record = test.add(partition);
     test.service.removeDisk(disk);
     QCOMPARE(test.rowNames(), QStringList());
     QCOMPARE(record->description(), u"disk2s1"_s); // the record stays valid

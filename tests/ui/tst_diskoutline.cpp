@@ -180,7 +180,7 @@ void TestDiskOutline::treeCannotBeChangedOrSaved()
     test.launch();
     addDiskWithVolume(test);
     auto &source = test.controller();
-    const OutlineItem disk = test.recordOf(u"disk2"_s);
+    const DiskRecord disk = test.recordOf(u"disk2"_s);
     source.outlineView_setObjectValue_forTableColumn_byItem(nullptr, u"x"_s, 0, disk);
     QCOMPARE(source.outlineView_objectValueForTableColumn_byItem(nullptr, 7, disk), u"disk2"_s);
     QVERIFY(!source.outlineView_acceptDrop_item_childIndex(nullptr, nullptr, disk, 0));

@@ -76,7 +76,7 @@ struct FormatTest : TestController
     bool isBusy() const { return record->operationInProgress; }
 
     MemoryDiskRef volume = makePartition(volumeName, 1000, u"Old"_s);
-    OutlineItem record;
+    DiskRecord record;
 };
 
 } // namespace

@@ -102,7 +102,7 @@ void TestHostile::textsAreShownAsTheyAre()
     volume->description->insert(DAKey::volumeKind, text);
     volume->description->insert(DAKey::mediaContent, text);
     setMounted(volume, u"/media/"_s + text);
-    const OutlineItem record = test.add(volume);
+    const DiskRecord record = test.add(volume);
     test.select(u"disk2s1"_s);
     ZorvexDiskManagerAppDelegate &controller = test.controller();
     QVERIFY(controller.infoNameLabel->text().contains(text));

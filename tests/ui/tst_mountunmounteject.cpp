@@ -368,7 +368,7 @@ void TestMountUnmountEject::mediumThatVanishesMeanwhile()
 {
     const auto f = launched(u"/media/A"_s);
     click(*f, u"disk2s1"_s);
-    const OutlineItem record = f->test.recordOf(u"disk2s1"_s);
+    const DiskRecord record = f->test.recordOf(u"disk2s1"_s);
     f->test.service.removeDisk(f->volume);
     QCOMPARE(f->test.rowNames(), QStringList { u"disk2"_s });
     f->test.service.completeRequest(makeDissenter(DAReturn::NotFound));
@@ -381,7 +381,7 @@ void TestMountUnmountEject::mediumThatVanishesBehindTheForceDialog()
     const auto f = launched(u"/media/A"_s);
     click(*f, u"disk2s1"_s);
     f->test.service.completeRequest(makeDissenter(DAReturn::Busy));
-    const OutlineItem record = f->test.recordOf(u"disk2s1"_s);
+    const DiskRecord record = f->test.recordOf(u"disk2s1"_s);
     f->test.service.removeDisk(f->volume);
     press(f->test.sheets().constFirst(), firstButton);
     f->test.service.completeRequest(makeDissenter(DAReturn::NotFound));
@@ -402,7 +402,7 @@ void TestMountUnmountEject::diskThatVanishesDuringAnEject()
     QFETCH(const int, answered);
     const auto f = launched(u"/media/A"_s);
     click(*f, u"disk2"_s);
-    const OutlineItem record = f->test.recordOf(u"disk2"_s);
+    const DiskRecord record = f->test.recordOf(u"disk2"_s);
     for (int i = 0; i < answered; ++i)
         f->test.service.completeRequest();
     f->test.service.removeDisk(f->volume);

@@ -113,7 +113,7 @@ void TestPanel::missingValues()
     const MemoryDiskRef volume = makePartition(u"disk2s1"_s, 1024);
     volume->description->remove(DAKey::mediaSize);
     test.add(volume);
-    const OutlineItem record = test.recordOf(u"disk2s1"_s);
+    const DiskRecord record = test.recordOf(u"disk2s1"_s);
     QVERIFY(record);
     record->content.reset();
     test.select(u"disk2s1"_s);

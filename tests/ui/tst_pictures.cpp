@@ -236,7 +236,7 @@ constexpr State states[] = {
 
 void show(TestController &test, const State &state)
 {
-    const OutlineItem busy = test.recordOf(u"disk2s2"_s);
+    const DiskRecord busy = test.recordOf(u"disk2s2"_s);
     const bool isBusy = state.operation != RunningOperation::None;
     busy->runningOperation = state.operation;
     busy->operationInProgress = isBusy;

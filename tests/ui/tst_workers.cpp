@@ -43,7 +43,7 @@ namespace {
 
 const QByteArray waitForGo = QByteArrayLiteral("read go < \"$dir/go\"\n");
 
-OutlineItem volumeOf(TestController &test)
+DiskRecord volumeOf(TestController &test)
 {
     return test.recordOf(u"disk2s1"_s);
 }
@@ -158,8 +158,8 @@ void TestWorkers::twoVolumesWhileAnotherIsSelected()
     test->select(u"disk2s2"_s);
     test->controller().clickRepairButton(nullptr);
     test->select(u"disk2s3"_s);
-    const OutlineItem first = volumeOf(*test);
-    const OutlineItem second = test->recordOf(u"disk2s2"_s);
+    const DiskRecord first = volumeOf(*test);
+    const DiskRecord second = test->recordOf(u"disk2s2"_s);
     QTRY_VERIFY(first->checkRepairOutput && second->checkRepairOutput);
     QCOMPARE(shownOutput(*test), QString());
     QVERIFY(test->controller().checkButton->isEnabled());
@@ -211,8 +211,8 @@ void TestWorkers::twoFormatsSideBySide()
         press(test->sheets().constFirst(), AlertSheet::firstButtonReturn);
         return test->recordOf(bsdName);
     };
-    const OutlineItem first = start(u"disk2s1"_s);
-    const OutlineItem second = start(u"disk2s2"_s);
+    const DiskRecord first = start(u"disk2s1"_s);
+    const DiskRecord second = start(u"disk2s2"_s);
     QVERIFY(first->operationInProgress && second->operationInProgress);
     test->letScriptsGoOn();
     QTRY_VERIFY(first->operationInProgress != second->operationInProgress);
@@ -243,7 +243,7 @@ void TestWorkers::noThreadLeft()
     test.launch();
     const MemoryDiskRef volume = makePartition(u"disk2s1"_s, 1024, u"Before"_s);
     volume->description->insert(DAKey::volumeKind, u"zorvex_ntfs"_s);
-    const OutlineItem record = test.add(volume);
+    const DiskRecord record = test.add(volume);
     test.select(u"disk2s1"_s);
     const auto click = [&] {
         // A label that is typed would be given to the volume after the format.

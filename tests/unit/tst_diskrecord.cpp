@@ -292,7 +292,7 @@ void TestDiskRecord::copyIsPartial()
     ZorvexDiskManagerDisk record;
     QVERIFY(!zorvex_disk_manager_update_disk_description(fullDisk(), record));
     record.operationInProgress = true;
-    const std::shared_ptr<ZorvexDiskManagerDisk> copy = record.copyWithZone();
+    const DiskRecord copy = record.copyWithZone();
     QCOMPARE(copy->bsdName, record.bsdName);
     QCOMPARE(copy->content, record.content);
     QCOMPARE(copy->volumeKind, record.volumeKind);
