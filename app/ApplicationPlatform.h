@@ -4,7 +4,7 @@
 #pragma once
 
 #include "disks/ZorvexDiskManagerDiskListItem.h"
-#include "filesystems/catalogue_rules.h"
+#include "filesystems/FilesystemCatalogue.h"
 #include "platform/DetachedThread.h"
 #include "platform/DiskArbitration.h"
 #include "platform/MountTable.h"

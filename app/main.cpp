@@ -6,12 +6,12 @@
 #include "app/Startup.h"
 #include "app/startup_rules.h"
 #include "app/ZorvexDiskManagerAppDelegate.h"
+#include "filesystems/BundleScan.h"
+#include "filesystems/VolumeClaims.h"
+#include "platform/Authorization.h"
 #include "platform/DesktopUser.h"
-#include "platform/FilesystemClaims.h"
 #include "platform/Localization.h"
-#include "platform/PolkitAuthorization.h"
 #include "platform/SingleInstance.h"
-#include "platform/UDisksSession.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -28,7 +28,7 @@ ApplicationPlatform realPlatform()
     ApplicationPlatform platform;
     // The disk service lists its media while the window is made.
     auto session = std::make_shared<std::unique_ptr<DASession>>(
-        createUDisksSession(FilesystemClaims(filesystemDirectories()), UDisksListing::Ahead));
+        createDiskArbitrationSession(volumeClaimReader(filesystemDirectories()), MediaListing::Ahead));
     platform.createSession = [session] { return std::move(*session); };
     platform.mountTable = std::make_shared<KernelMountTable>();
     platform.workspace = std::make_shared<DesktopWorkspace>();
@@ -96,9 +96,9 @@ void runElevated(int argc, char **argv)
     if (raiseInstance(elevatedInstance(), activationToken()))
         return;
     QCoreApplication application(argc, argv);
-    PolkitAuthorization authorization;
+    const std::unique_ptr<Authorization> authorization = createAuthorization();
     QMetaObject::invokeMethod(
-        &application, [&] { elevate(argv[0], authorization, &QCoreApplication::quit); },
+        &application, [&] { elevate(argv[0], *authorization, &QCoreApplication::quit); },
         Qt::QueuedConnection);
     QCoreApplication::exec();
 }

@@ -7,15 +7,6 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
-
-int sign(int value)
-{
-    return value < 0 ? -1 : (value > 0 ? 1 : 0);
-}
-
-} // namespace
-
 const PropertyNumber *numberOf(const std::optional<PropertyValue> &field)
 {
     return field ? field->asNumber() : nullptr;
@@ -37,10 +28,7 @@ ZorvexDiskManagerFSBundle::~ZorvexDiskManagerFSBundle()
 
 int ZorvexDiskManagerFSBundle::compare(const ZorvexDiskManagerFSBundle &other) const
 {
-    const bool isOwn = isOwnFilesystem(bundleName);
-    if (isOwn != isOwnFilesystem(other.bundleName))
-        return isOwn ? -1 : 1;
-    if (const int order = sign(bundleName.compare(other.bundleName)))
+    if (const int order = compareBundleNames(bundleName, other.bundleName))
         return order;
     const PropertyNumber *subtype = numberOf(fsSubtype);
     const PropertyNumber *otherSubtype = numberOf(other.fsSubtype);

@@ -8,6 +8,7 @@
 #include <QByteArrayList>
 
 #include <functional>
+#include <memory>
 
 // Answers of the service, with the numbers by which they are known in the system log.
 enum class AuthorizationStatus : int {
@@ -40,3 +41,10 @@ public:
     // Ends the session.
     virtual void free() = 0;
 };
+
+// The machine's authorisation service.
+std::unique_ptr<Authorization> createAuthorization();
+
+// Of the program that was started by executeWithPrivileges(), before anything else: makes it independent of
+// the process that has started it, and lets that one end.
+void completeExecutionWithPrivileges();

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "platform/Bundle.h"
 
-#include "platform/DictionaryBuilder.h"
-#include "platform/PropertyList.h"
-#include "platform/PropertyListMemory.h"
+#include "platform/propertylists/DictionaryBuilder.h"
+#include "platform/propertylists/PropertyList.h"
+#include "platform/propertylists/PropertyListMemory.h"
 
 #include <QFile>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
 // Disk arbitration: a session reports the machine's media through four callbacks and carries out mount,
-// unmount, eject and rename requests. One implementation talks to UDisks2 (UDisksSession.h), one keeps its
-// media in memory (MemoryDiskSession.h).
+// unmount, eject and rename requests. On Linux it talks to UDisks2; tests have one that keeps its media in
+// memory.
 //
 // Main thread only. No call waits: every request answers later, from the main run loop, through its
 // completion.
@@ -178,3 +178,27 @@ private:
 
 // Makes a session, or returns null when the service cannot be reached at all.
 using DASessionFactory = std::function<std::unique_ptr<DASession>()>;
+
+// Which file system bundle serves a volume.
+struct VolumeClaim
+{
+    QString kind; // the bundle's name
+    std::optional<qint16> subtype; // the FSSubType of the volume's variant
+};
+
+// Finds the claim to a volume by what the system's probe says of it: its type (ext4, vfat, ...) and the
+// version of that type. Returns std::nullopt when no bundle serves it.
+using VolumeClaimLookup
+    = std::function<std::optional<VolumeClaim>(const QString &type, const QString &version)>;
+
+// Reads the claims of the bundles that are installed at this moment. Called on the main thread for each batch
+// of media that is read.
+using VolumeClaimReader = std::function<VolumeClaimLookup()>;
+
+// When the service is asked for its media, which are reported from scheduling on. Asked ahead, it answers
+// while the caller is busy with other things.
+enum class MediaListing { WhenScheduled, Ahead };
+
+// Makes the session with the machine's disk service; null when there is no system bus.
+std::unique_ptr<DASession> createDiskArbitrationSession(
+    VolumeClaimReader readClaims, MediaListing listing = MediaListing::WhenScheduled);

@@ -235,6 +235,48 @@ const PropertyValue *PropertyDictionary::value(const QString &key) const
     return found == end() ? nullptr : &found->second;
 }
 
+const QString *PropertyDictionary::string(const QString &key) const
+{
+    const PropertyValue *found = value(key);
+    return found ? found->asString() : nullptr;
+}
+
+const PropertyNumber *PropertyDictionary::number(const QString &key) const
+{
+    const PropertyValue *found = value(key);
+    return found ? found->asNumber() : nullptr;
+}
+
+const PropertyArray *PropertyDictionary::array(const QString &key) const
+{
+    const PropertyValue *found = value(key);
+    return found ? found->asArray() : nullptr;
+}
+
+const PropertyDictionary *PropertyDictionary::dictionary(const QString &key) const
+{
+    const PropertyValue *found = value(key);
+    return found ? found->asDictionary() : nullptr;
+}
+
+QString PropertyDictionary::text(const QString &key) const
+{
+    const QString *found = string(key);
+    return found ? *found : QString();
+}
+
+QStringList PropertyDictionary::texts(const QString &key) const
+{
+    QStringList found;
+    if (const PropertyArray *values = array(key)) {
+        for (const PropertyValue &value : *values) {
+            if (const QString *element = value.asString())
+                found.append(*element);
+        }
+    }
+    return found;
+}
+
 void PropertyDictionary::insert(const QString &key, PropertyValue value)
 {
     std::vector<Entry> &own = ownEntries();

@@ -7,6 +7,7 @@
 #include <QByteArray>
 #include <QDateTime>
 #include <QString>
+#include <QStringList>
 #include <QUrl>
 
 #include <memory>
@@ -141,6 +142,16 @@ public:
 
     // The value of the key, or null when there is none.
     const PropertyValue *value(const QString &key) const;
+
+    // The value of the key when it is of this type; null when it is of another, or there is none.
+    const QString *string(const QString &key) const;
+    const PropertyNumber *number(const QString &key) const;
+    const PropertyArray *array(const QString &key) const;
+    const PropertyDictionary *dictionary(const QString &key) const;
+
+    // The text of the key; empty when there is none. The texts of an array, without what else is in it.
+    QString text(const QString &key) const;
+    QStringList texts(const QString &key) const;
 
     // Replaces the value of a key that is there in its place, appends one that is not.
     void insert(const QString &key, PropertyValue value);

@@ -8,8 +8,8 @@
 #include "ui/icon_rules.h"
 #include "ui/image_resources.h"
 #include "ui/ImageButton.h"
+#include "ui/mounted_volume.h"
 #include "ui/size_rules.h"
-#include "ui/volume_rules.h"
 
 #include <QIcon>
 #include <QMainWindow>

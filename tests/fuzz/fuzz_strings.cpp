@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/PropertyList.h"
+#include "platform/propertylists/PropertyList.h"
 #include "PropertyBounds.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)

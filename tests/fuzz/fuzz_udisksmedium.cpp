@@ -3,7 +3,7 @@
 // What the disk service says of a disk and a partition on it, with values of any type and text.
 #include "disks/description_rules.h"
 #include "platform/disturbing_characters.h"
-#include "platform/UDisksMedium.h"
+#include "platform/udisks/UDisksMedium.h"
 
 #include <fuzzer/FuzzedDataProvider.h>
 
@@ -86,7 +86,7 @@ void requireWellFormed(const UDisksMedium &medium)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t size)
 {
-    static const FilesystemClaims claims { QStringList() };
+    static const VolumeClaimLookup claims = [](const QString &, const QString &) { return std::nullopt; };
     const auto readFacts = [](const QString &) { return BlockDeviceFacts { u"disk2s1"_s, 2, 1, 512 }; };
     FuzzedDataProvider data(bytes, size);
     UDisksStore store;

@@ -2,7 +2,7 @@
 #include "tests/soak/ServiceListing.h"
 
 #include "platform/disturbing_characters.h"
-#include "platform/UDisksMedium.h"
+#include "platform/udisks/UDisksMedium.h"
 
 #include <QDBusArgument>
 #include <QDBusMessage>

@@ -181,3 +181,8 @@ UDisksInterfaces fakePartition(
                 { u"Table"_s, QVariant::fromValue(QDBusObjectPath(whole)) } } },
         { UDisks::filesystem, { { u"MountPoints"_s, mountPointsValue(mountPoints) } } } };
 }
+
+VolumeClaimLookup noClaims()
+{
+    return [](const QString &, const QString &) { return std::nullopt; };
+}

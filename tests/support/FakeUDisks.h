@@ -5,13 +5,17 @@
 #pragma once
 
 #include "platform/BlockDevice.h"
-#include "platform/UDisksStore.h"
+#include "platform/DiskArbitration.h"
+#include "platform/udisks/UDisksStore.h"
 
 #include <QDBusConnection>
 #include <QDBusVirtualObject>
 #include <QProcess>
 
 #include <functional>
+
+// What no bundle serves.
+VolumeClaimLookup noClaims();
 
 class FakeUDisks : public QDBusVirtualObject
 {

@@ -2,9 +2,9 @@
 #include "tests/support/RealWindow.h"
 
 #include "app/MainWindow.h"
-#include "platform/FilesystemClaims.h"
+#include "filesystems/BundleScan.h"
+#include "filesystems/VolumeClaims.h"
 #include "platform/Localization.h"
-#include "platform/UDisksSession.h"
 #include "ui/AlertSheet.h"
 #include "ui/OutlineView.h"
 
@@ -20,7 +20,8 @@ RealWindow::RealWindow(const QString &localization)
 {
     loadLocalization(localization);
     ApplicationPlatform platform;
-    platform.createSession = [] { return createUDisksSession(FilesystemClaims(filesystemDirectories())); };
+    platform.createSession
+        = [] { return createDiskArbitrationSession(volumeClaimReader(filesystemDirectories())); };
     platform.mountTable = std::make_shared<KernelMountTable>();
     platform.workspace = std::make_shared<DesktopWorkspace>();
     platform.createShellPipe = [] { return std::make_unique<PosixShellPipe>(); };

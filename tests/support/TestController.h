@@ -5,8 +5,8 @@
 #pragma once
 
 #include "app/ZorvexDiskManagerAppDelegate.h"
-#include "platform/MemoryDiskSession.h"
 #include "platform/SystemLog.h"
+#include "tests/support/MemoryDiskSession.h"
 #include "tests/support/TestMountTable.h"
 
 #include <QAction>

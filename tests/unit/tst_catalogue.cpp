@@ -3,7 +3,7 @@
 // The catalogue: what the scan takes from the bundles, how later scans are merged, and the order of the
 // lists.
 #include "BundleFolder.h"
-#include "filesystems/catalogue_rules.h"
+#include "filesystems/FilesystemCatalogue.h"
 #include "platform/SystemLog.h"
 
 #include <QTest>

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 //
 // A new record, the order of the catalogue's lists, and how the records of a scan are merged into them.
-#include "filesystems/catalogue_rules.h"
+#include "filesystems/BundleScan.h"
 #include "filesystems/filesystem_names.h"
+#include "filesystems/FilesystemCatalogue.h"
 
 #include <QTest>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/MemoryDiskSession.h"
+#include "tests/support/MemoryDiskSession.h"
 #include "tools/diskutil/medium.h"
 
 #include <QTest>

@@ -33,10 +33,16 @@ PropertyDictionary fatInformation()
         { u"FSLinuxTypes"_s, PropertyArray { PropertyValue(u"vfat"_s) } } };
 }
 
+FilesystemBundle bundleOf(const QString &directory, const QString &name, PropertyDictionary information)
+{
+    information.insert(u"CFBundleIdentifier"_s, QString(u"test."_s + name));
+    return readFilesystemBundle(*describeBundle(directory, name, information, [](const QString &) { }));
+}
+
 std::vector<FilesystemBundle> bundles()
 {
-    return { readFilesystemBundle(u"/own/zorvex_fat.fs"_s, u"zorvex_fat"_s, fatInformation()),
-        readFilesystemBundle(u"/system/msdos.fs"_s, u"msdos"_s, fatInformation()) };
+    return { bundleOf(u"/own"_s, u"zorvex_fat"_s, fatInformation()),
+        bundleOf(u"/system"_s, u"msdos"_s, fatInformation()) };
 }
 
 Medium volume()
@@ -213,7 +219,7 @@ void TestDiskutilRules::labelUnits()
 
 void TestDiskutilRules::bundleWithOddValues()
 {
-    const FilesystemBundle bundle = readFilesystemBundle(u"/x.fs"_s, u"x"_s, fatInformation());
+    const FilesystemBundle bundle = bundleOf({}, u"x"_s, fatInformation());
     QCOMPARE(bundle.personalities.size(), std::size_t { 3 }); // the one that is a text is left out
     QCOMPARE(bundle.personalities.at(1).key, u"FAT16"_s);
     QCOMPARE(bundle.personalities.at(1).minimumSize, std::optional<qint64>(1000));
@@ -221,10 +227,11 @@ void TestDiskutilRules::bundleWithOddValues()
     QCOMPARE(bundle.labelRule.limit, 11);
     QCOMPARE(bundle.requiredTools, QStringList { u"mkfs.fat"_s });
 
-    const PropertyDictionary odd { { u"FSPersonalities"_s, u"text"_s }, { u"FSLabelLimit"_s, u"11"_s },
-        { u"FSLabelUnit"_s, PropertyNumber(qint64 { 1 }) }, { u"FSLinuxTools"_s, u"mkfs.fat"_s } };
-    const FilesystemBundle oddBundle = readFilesystemBundle(u"/x.fs"_s, u"x"_s, odd);
-    QVERIFY(oddBundle.personalities.empty());
+    const PropertyDictionary odd { { u"FSPersonalities"_s,
+                                       PropertyDictionary { { u"X"_s, PropertyDictionary() } } },
+        { u"FSLabelLimit"_s, u"11"_s }, { u"FSLabelUnit"_s, PropertyNumber(qint64 { 1 }) },
+        { u"FSLinuxTools"_s, u"mkfs.fat"_s } };
+    const FilesystemBundle oddBundle = bundleOf({}, u"x"_s, odd);
     QVERIFY(oddBundle.requiredTools.isEmpty());
     QVERIFY(oddBundle.labelRule.unit == LabelRule::Unit::Unlimited);
 }
@@ -235,7 +242,7 @@ void TestDiskutilRules::executablesOutsideTheBundleAreNotTaken()
         const PropertyDictionary personality { { u"FSVerificationExecutable"_s, name } };
         const PropertyDictionary information { { u"FSPersonalities"_s,
             PropertyDictionary { { u"X"_s, personality } } } };
-        const auto bundle = readFilesystemBundle(u"/x.fs"_s, u"x"_s, information);
+        const auto bundle = bundleOf({}, u"x"_s, information);
         QVERIFY2(!bundle.personalities.front().verification, qPrintable(name));
     }
 }

@@ -5,6 +5,7 @@
 #include "tools/diskutil/personality.h"
 
 #include <QDirIterator>
+#include <QFileInfo>
 #include <QSet>
 #include <QTest>
 
@@ -20,19 +21,6 @@ QString root()
     return QStringLiteral(ZORVEX_FILESYSTEMS);
 }
 
-QString textOf(const PropertyDictionary &dictionary, const QString &key)
-{
-    const PropertyValue *value = dictionary.value(key);
-    const QString *text = value ? value->asString() : nullptr;
-    return text ? *text : QString();
-}
-
-const PropertyDictionary *dictionaryOf(const PropertyDictionary &dictionary, const QString &key)
-{
-    const PropertyValue *value = dictionary.value(key);
-    return value ? value->asDictionary() : nullptr;
-}
-
 QStringList bundlePaths()
 {
     QStringList paths;
@@ -42,6 +30,20 @@ QStringList bundlePaths()
             paths.append(entries.next());
     }
     return paths;
+}
+
+// The bundle as diskutil sees it.
+std::optional<FilesystemBundle> readBundle(const QString &path)
+{
+    std::optional<FilesystemBundle> found;
+    scanBundles(
+        { QFileInfo(path).path() }, [](const QString &line) { qWarning() << line; },
+        [&](const BundleDescription &description) {
+            if (description.path() == path)
+                found = readFilesystemBundle(description);
+            return true;
+        });
+    return found;
 }
 
 void addBundleRows()
@@ -80,13 +82,13 @@ void TestFilesystemBundles::personalitiesAreWhole()
     QFETCH(QString, path);
     const auto information = Bundle::open(path)->infoDictionary();
     QVERIFY(information);
-    QVERIFY(textOf(*information, u"CFBundleIdentifier"_s).startsWith(u"org.zorvex."_s));
+    QVERIFY(information->text(u"CFBundleIdentifier"_s).startsWith(u"org.zorvex."_s));
     QVERIFY(information->value(u"FSProbeOrder"_s)->asNumber());
-    const FilesystemBundle bundle = readFilesystemBundle(path, u"x"_s, *information);
-    QVERIFY(!bundle.personalities.empty());
-    QVERIFY(!bundle.linuxTypes.isEmpty() && !bundle.requiredTools.isEmpty() && !bundle.packages.isEmpty());
-    QVERIFY(bundle.labelRule.unit != LabelRule::Unit::Unlimited);
-    for (const Personality &personality : bundle.personalities) {
+    const auto bundle = readBundle(path);
+    QVERIFY(bundle);
+    QVERIFY(!bundle->linuxTypes.isEmpty() && !bundle->requiredTools.isEmpty() && !bundle->packages.isEmpty());
+    QVERIFY(bundle->labelRule.unit != LabelRule::Unit::Unlimited);
+    for (const Personality &personality : bundle->personalities) {
         // A personality that cannot be made only names volumes, for a check and a repair.
         QCOMPARE(personality.format.has_value(), personality.minimumSize.has_value());
         QVERIFY(personality.format || personality.verification);
@@ -102,18 +104,17 @@ void TestFilesystemBundles::namesInEveryLanguage()
     const auto bundle = Bundle::open(path);
     const auto information = bundle->infoDictionary();
     QVERIFY(information);
-    const PropertyDictionary *personalities = dictionaryOf(*information, u"FSPersonalities"_s);
+    const PropertyDictionary *personalities = information->dictionary(u"FSPersonalities"_s);
     QVERIFY(personalities);
     for (const QString &language : languages) {
         QVERIFY(QFile::exists(bundle->resourcePath(language + u".lproj/InfoPlist.strings"_s)));
         const auto localized = bundle->localizedInfoDictionary({ language });
-        const PropertyDictionary *names
-            = localized ? dictionaryOf(*localized, u"FSPersonalities"_s) : nullptr;
+        const PropertyDictionary *names = localized ? localized->dictionary(u"FSPersonalities"_s) : nullptr;
         QVERIFY2(names, qPrintable(language));
         QCOMPARE(names->size(), personalities->size());
         for (const auto &entry : *personalities) {
-            const PropertyDictionary *personality = dictionaryOf(*names, entry.first);
-            QVERIFY2(personality && !textOf(*personality, u"FSName"_s).isEmpty(), qPrintable(entry.first));
+            const PropertyDictionary *personality = names->dictionary(entry.first);
+            QVERIFY2(personality && !personality->text(u"FSName"_s).isEmpty(), qPrintable(entry.first));
             QVERIFY2(!personality->value(u"FSFormatExecutable"_s), "the table of names was not read");
         }
     }
@@ -122,21 +123,19 @@ void TestFilesystemBundles::namesInEveryLanguage()
 void TestFilesystemBundles::theDefaultNamesAreAllowed()
 {
     QFETCH(QString, path);
-    const auto information = Bundle::open(path)->infoDictionary();
-    QVERIFY(information);
-    const FilesystemBundle bundle = readFilesystemBundle(path, u"x"_s, *information);
+    const auto bundle = readBundle(path);
+    QVERIFY(bundle);
     for (const QString &name : { u"UNTITLED"_s, u"Untitled"_s, u""_s })
-        QVERIFY(!reasonAgainstLabel(bundle.labelRule, name));
+        QVERIFY(!reasonAgainstLabel(bundle->labelRule, name));
 }
 
 void TestFilesystemBundles::noNameOfAPersonalityIsGivenTwice()
 {
     QSet<QString> keys;
     for (const QString &path : bundlePaths()) {
-        const auto information = Bundle::open(path)->infoDictionary();
-        QVERIFY(information);
-        for (const Personality &personality :
-            readFilesystemBundle(path, u"x"_s, *information).personalities) {
+        const auto bundle = readBundle(path);
+        QVERIFY(bundle);
+        for (const Personality &personality : bundle->personalities) {
             QVERIFY2(!keys.contains(personality.key), qPrintable(personality.key));
             keys.insert(personality.key);
         }
@@ -147,9 +146,9 @@ void TestFilesystemBundles::exfatIsNamedAsTheProgramExpects()
 {
     const auto localized = Bundle::open(root() + u"/System/exfat.fs"_s)->localizedInfoDictionary({ u"de"_s });
     QVERIFY(localized);
-    const PropertyDictionary *names = dictionaryOf(*localized, u"FSPersonalities"_s);
+    const PropertyDictionary *names = localized->dictionary(u"FSPersonalities"_s);
     QVERIFY(names);
-    QCOMPARE(textOf(*dictionaryOf(*names, u"ExFAT"_s), u"FSName"_s), u"ExFAT"_s);
+    QCOMPARE(names->dictionary(u"ExFAT"_s)->text(u"FSName"_s), u"ExFAT"_s);
 }
 
 void TestFilesystemBundles::everyBundleIsInstalled()

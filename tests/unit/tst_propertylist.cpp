@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
 // Reading XML and binary property lists: every kind of value, and everything that files should not hold.
-#include "platform/PropertyList.h"
+#include "platform/propertylists/PropertyList.h"
 
 #include <QElapsedTimer>
 #include <QTest>

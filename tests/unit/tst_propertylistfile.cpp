@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
 // Reading the bytes of a property list's file, and everything else that may stand in its place.
-#include "platform/PropertyList.h"
+#include "platform/propertylists/PropertyList.h"
 
 #include <QFile>
 #include <QTemporaryDir>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
 // Reading strings tables, above all their old text form.
-#include "platform/PropertyList.h"
+#include "platform/propertylists/PropertyList.h"
 
 #include <QElapsedTimer>
 #include <QStringEncoder>

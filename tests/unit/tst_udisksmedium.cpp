@@ -5,8 +5,8 @@
 
 #include "platform/DiskArbitration.h"
 #include "platform/disturbing_characters.h"
-#include "platform/UDisksError.h"
-#include "platform/UDisksMedium.h"
+#include "platform/udisks/UDisksError.h"
+#include "platform/udisks/UDisksMedium.h"
 
 #include <QTest>
 
@@ -33,7 +33,7 @@ struct StoreTest
         store.addInterfaces(wholePath, whole);
         store.addInterfaces(volumePath, volume);
         store.addInterfaces(drivePath, { { UDisks::drive, drive } });
-        return readUDisksMedium(store, path, FilesystemClaims({}), FakeUDisks::facts);
+        return readUDisksMedium(store, path, noClaims(), FakeUDisks::facts);
     }
 
     void useDrive()

@@ -5,7 +5,7 @@
 #include "tests/support/TestController.h"
 
 #include "platform/DesktopUserMount.h"
-#include "platform/UDisksSession.h"
+#include "platform/udisks/UDisksSession.h"
 
 #include <QDBusArgument>
 #include <QDBusMessage>
@@ -45,13 +45,13 @@ struct SessionTest
             fake.addInterfaces(diskPath, fakeWholeDisk(u"fake2"_s, true), Tell::No);
             fake.addInterfaces(volumePath, fakePartition(u"fake2p1"_s, 1, u"A"_s), Tell::No);
         }
-        makeSession(UDisksListing::WhenScheduled);
+        makeSession(MediaListing::WhenScheduled);
     }
 
-    void makeSession(UDisksListing when)
+    void makeSession(MediaListing when)
     {
         session = createUDisksSession(
-            FilesystemClaims({}), fake.client(), [this](const QString &node) { return facts(node); }, when);
+            noClaims, fake.client(), [this](const QString &node) { return facts(node); }, when);
         session->registerDiskAppearedCallback([this](const DADiskRef &disk) {
             events.append(u'+' + nameOf(disk));
             disks.insert(nameOf(disk), disk);
@@ -161,7 +161,7 @@ void TestUDisksSession::listingAheadIsReportedOnceScheduled()
 {
     SessionTest test;
     test.fake.start();
-    test.makeSession(UDisksListing::Ahead);
+    test.makeSession(MediaListing::Ahead);
     QTRY_COMPARE(test.fake.listings, 1);
     test.fake.addInterfaces(secondPath, fakePartition(u"fake2p2"_s, 2, u"B"_s), Tell::Yes);
     QCOMPARE(test.events, QStringList());
@@ -178,7 +178,7 @@ void TestUDisksSession::listingAheadIsReportedOnceScheduled()
 void TestUDisksSession::listingAheadWithoutAService()
 {
     SessionTest test;
-    test.makeSession(UDisksListing::Ahead);
+    test.makeSession(MediaListing::Ahead);
     QTRY_VERIFY(test.log.lines().join(u' ').contains(u"Unable to start the disk service"_s));
     QVERIFY(!test.listing);
     test.session->scheduleWithRunLoop();

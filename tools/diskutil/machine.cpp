@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "tools/diskutil/machine.h"
 
-#include "filesystems/catalogue_rules.h"
+#include "filesystems/BundleScan.h"
+#include "filesystems/filesystem_names.h"
 #include "platform/BlockDevice.h"
-#include "platform/Bundle.h"
 #include "platform/DeviceUse.h"
+#include "platform/SystemLog.h"
 #include "platform/TrustedFile.h"
 #include "tools/diskutil/ToolProcess.h"
 
@@ -59,18 +60,15 @@ QStringList usesOfPartition(const QString &partition, const std::vector<Medium> 
 std::vector<FilesystemBundle> readInstalledBundles()
 {
     std::vector<FilesystemBundle> bundles;
-    auto lists = scanFilesystemDirectories(filesystemDirectories());
-    if (!lists)
-        return bundles;
-    std::stable_sort(lists->all.begin(), lists->all.end(),
-        [](const FilesystemBundleRef &a, const FilesystemBundleRef &b) { return a->compare(*b) < 0; });
-    for (const FilesystemBundleRef &record : lists->all) {
-        if (!bundles.empty() && bundles.back().name == record->bundleName)
-            continue;
-        const auto bundle = Bundle::open(record->path());
-        if (const auto information = bundle ? bundle->infoDictionary() : std::nullopt)
-            bundles.push_back(readFilesystemBundle(record->path(), record->bundleName, *information));
-    }
+    scanBundles(
+        filesystemDirectories(), [](const QString &line) { systemLog(line); },
+        [&bundles](const BundleDescription &description) {
+            bundles.push_back(readFilesystemBundle(description));
+            return true;
+        });
+    std::sort(bundles.begin(), bundles.end(), [](const FilesystemBundle &a, const FilesystemBundle &b) {
+        return compareBundleNames(a.name, b.name) < 0;
+    });
     return bundles;
 }
 

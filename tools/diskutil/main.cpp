@@ -2,8 +2,9 @@
 //
 // diskutil: lists disks, makes, verifies and repairs volumes. It knows no file system itself; see
 // diskutil(8).
-#include "filesystems/catalogue_rules.h"
-#include "platform/UDisksSession.h"
+#include "filesystems/BundleScan.h"
+#include "filesystems/VolumeClaims.h"
+#include "platform/DiskArbitration.h"
 #include "tools/diskutil/Console.h"
 #include "tools/diskutil/machine.h"
 #include "tools/diskutil/Privilege.h"
@@ -51,7 +52,7 @@ public:
     Session(CommandLine line, Console &console)
         : m_line(std::move(line))
         , m_console(console)
-        , m_session(createUDisksSession(FilesystemClaims(filesystemDirectories())))
+        , m_session(createDiskArbitrationSession(volumeClaimReader(filesystemDirectories())))
     {
     }
 

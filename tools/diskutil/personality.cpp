@@ -9,42 +9,20 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-QString textOf(const PropertyDictionary &dictionary, const QString &key)
-{
-    const PropertyValue *value = dictionary.value(key);
-    const QString *text = value ? value->asString() : nullptr;
-    return text ? *text : QString();
-}
-
 std::optional<qint64> numberOf(const PropertyDictionary &dictionary, const QString &key)
 {
-    const PropertyValue *value = dictionary.value(key);
-    const PropertyNumber *number = value ? value->asNumber() : nullptr;
+    const PropertyNumber *number = dictionary.number(key);
     return number ? number->toLongLong() : std::nullopt;
-}
-
-QStringList textsOf(const PropertyDictionary &dictionary, const QString &key)
-{
-    QStringList texts;
-    const PropertyValue *value = dictionary.value(key);
-    const PropertyArray *array = value ? value->asArray() : nullptr;
-    if (!array)
-        return texts;
-    for (const PropertyValue &element : *array) {
-        if (const QString *text = element.asString())
-            texts.append(*text);
-    }
-    return texts;
 }
 
 // An executable is a name in the bundle, never a path out of it.
 std::optional<BundleTool> toolOf(
     const PropertyDictionary &dictionary, const QString &executableKey, const QString &argumentsKey)
 {
-    const QString executable = textOf(dictionary, executableKey);
+    const QString executable = dictionary.text(executableKey);
     if (executable.isEmpty() || executable.contains(u'/') || executable.startsWith(u'.'))
         return std::nullopt;
-    return BundleTool { executable, textsOf(dictionary, argumentsKey) };
+    return BundleTool { executable, dictionary.texts(argumentsKey) };
 }
 
 Personality readPersonality(const QString &key, const PropertyDictionary &dictionary)
@@ -64,13 +42,13 @@ LabelRule readLabelRule(const PropertyDictionary &information)
 {
     LabelRule rule;
     const auto limit = numberOf(information, u"FSLabelLimit"_s);
-    const auto unit = labelUnitNamed(textOf(information, u"FSLabelUnit"_s));
+    const auto unit = labelUnitNamed(information.text(u"FSLabelUnit"_s));
     if (limit && unit) {
         rule.limit = *limit;
         rule.unit = *unit;
     }
-    rule.forbidden = textOf(information, u"FSLabelForbiddenCharacters"_s);
-    rule.forbiddenFirst = textOf(information, u"FSLabelForbiddenFirstCharacters"_s);
+    rule.forbidden = information.text(u"FSLabelForbiddenCharacters"_s);
+    rule.forbiddenFirst = information.text(u"FSLabelForbiddenFirstCharacters"_s);
     return rule;
 }
 
@@ -106,19 +84,14 @@ const std::optional<BundleTool> &Personality::tool(Operation operation) const
     return format;
 }
 
-FilesystemBundle readFilesystemBundle(
-    const QString &path, const QString &name, const PropertyDictionary &information)
+FilesystemBundle readFilesystemBundle(const BundleDescription &description)
 {
-    FilesystemBundle bundle { path, name, {}, readLabelRule(information),
-        textsOf(information, u"FSLinuxTools"_s), textsOf(information, u"FSLinuxPackages"_s),
-        textsOf(information, u"FSLinuxTypes"_s) };
-    const PropertyValue *value = information.value(u"FSPersonalities"_s);
-    if (const PropertyDictionary *personalities = value ? value->asDictionary() : nullptr) {
-        for (const auto &[key, personality] : *personalities) {
-            if (const PropertyDictionary *dictionary = personality.asDictionary())
-                bundle.personalities.push_back(readPersonality(key, *dictionary));
-        }
-    }
+    const PropertyDictionary &information = description.information;
+    FilesystemBundle bundle { description.path(), description.name, {}, readLabelRule(information),
+        information.texts(u"FSLinuxTools"_s), information.texts(u"FSLinuxPackages"_s),
+        information.texts(u"FSLinuxTypes"_s) };
+    for (const BundlePersonality &personality : description.personalities)
+        bundle.personalities.push_back(readPersonality(personality.key, personality.properties));
     return bundle;
 }
 

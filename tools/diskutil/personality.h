@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/Property.h"
+#include "filesystems/BundleScan.h"
 #include "tools/diskutil/label_rule.h"
 
 #include <QStringList>
@@ -43,9 +43,9 @@ struct FilesystemBundle
     QStringList linuxTypes; // what the system's probe calls the volumes that the bundle serves
 };
 
-// What a bundle's information dictionary says; nothing where a value has another type than it should have.
-FilesystemBundle readFilesystemBundle(
-    const QString &path, const QString &name, const PropertyDictionary &information);
+// What a bundle says of itself that diskutil needs. A value of another type than it should have counts as
+// absent.
+FilesystemBundle readFilesystemBundle(const BundleDescription &description);
 
 struct PersonalityChoice
 {

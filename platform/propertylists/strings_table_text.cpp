@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "platform/strings_table_text.h"
+#include "platform/propertylists/strings_table_text.h"
 
-#include "platform/DictionaryBuilder.h"
-#include "platform/property_list_guard.h"
+#include "platform/propertylists/DictionaryBuilder.h"
+#include "platform/propertylists/property_list_guard.h"
 
 #include <QStringDecoder>
 

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "platform/UDisksSession.h"
+#include "platform/udisks/UDisksSession.h"
 
 #include "platform/disturbing_characters.h"
 #include "platform/SystemLog.h"
-#include "platform/UDisksBus.h"
-#include "platform/UDisksMedium.h"
-#include "platform/UDisksRequests.h"
+#include "platform/udisks/UDisksBus.h"
+#include "platform/udisks/UDisksMedium.h"
+#include "platform/udisks/UDisksRequests.h"
 
 #include <QTimer>
 
@@ -92,9 +92,9 @@ QDBusConnection connectAgain()
 class UDisksSession : public DASession
 {
 public:
-    UDisksSession(FilesystemClaims claims, const QDBusConnection &bus,
+    UDisksSession(VolumeClaimReader readClaims, const QDBusConnection &bus,
         std::function<QDBusConnection()> reconnect, BlockDeviceFactsReader readFacts)
-        : m_claims(std::move(claims))
+        : m_readClaims(std::move(readClaims))
         , m_readFacts(std::move(readFacts))
         , m_bus(bus, std::move(reconnect))
         , m_requests(m_bus)
@@ -194,7 +194,6 @@ private:
             return;
         const QStringList listed = m_bus.store().paths();
         const QStringList known = m_disks.keys();
-        m_claims.refresh();
         follow(QSet<QString>(listed.begin(), listed.end()) + QSet<QString>(known.begin(), known.end()));
         deliverInitialListing(available);
     }
@@ -224,7 +223,6 @@ private:
                     affected.insert(other->path());
             }
         }
-        m_claims.refresh();
         follow(affected);
     }
 
@@ -233,8 +231,9 @@ private:
         std::vector<UDisksDiskRef> gone;
         std::vector<UDisksDiskRef> come;
         std::vector<std::pair<UDisksDiskRef, QStringList>> changed;
+        const VolumeClaimLookup findClaim = m_readClaims();
         for (const QString &path : paths) {
-            auto medium = readUDisksMedium(m_bus.store(), path, m_claims, m_readFacts);
+            auto medium = readUDisksMedium(m_bus.store(), path, findClaim, m_readFacts);
             const UDisksDiskRef known = m_disks.value(path);
             if (known && medium && known->medium().facts.bsdName == medium->facts.bsdName) {
                 const QStringList keys = known->update(std::move(*medium));
@@ -265,7 +264,7 @@ private:
         }
     }
 
-    FilesystemClaims m_claims;
+    VolumeClaimReader m_readClaims;
     BlockDeviceFactsReader m_readFacts;
     bool m_scheduled = false; // before that, what the bus tells stays in its store
     bool m_isStarted = false;
@@ -275,29 +274,29 @@ private:
     UDisksRequests m_requests;
 };
 
-std::unique_ptr<DASession> makeSession(FilesystemClaims claims, const QDBusConnection &bus,
-    std::function<QDBusConnection()> reconnect, BlockDeviceFactsReader readFacts, UDisksListing listing)
+std::unique_ptr<DASession> makeSession(VolumeClaimReader readClaims, const QDBusConnection &bus,
+    std::function<QDBusConnection()> reconnect, BlockDeviceFactsReader readFacts, MediaListing listing)
 {
     if (!bus.isConnected())
         return nullptr;
-    auto session
-        = std::make_unique<UDisksSession>(std::move(claims), bus, std::move(reconnect), std::move(readFacts));
-    if (listing == UDisksListing::Ahead)
+    auto session = std::make_unique<UDisksSession>(
+        std::move(readClaims), bus, std::move(reconnect), std::move(readFacts));
+    if (listing == MediaListing::Ahead)
         session->listAhead();
     return session;
 }
 
 } // namespace
 
-std::unique_ptr<DASession> createUDisksSession(FilesystemClaims claims, UDisksListing listing)
+std::unique_ptr<DASession> createDiskArbitrationSession(VolumeClaimReader readClaims, MediaListing listing)
 {
     return makeSession(
-        std::move(claims), QDBusConnection::systemBus(), connectAgain, readBlockDeviceFacts, listing);
+        std::move(readClaims), QDBusConnection::systemBus(), connectAgain, readBlockDeviceFacts, listing);
 }
 
-// A bus of the caller's is the caller's to make anew.
-std::unique_ptr<DASession> createUDisksSession(FilesystemClaims claims, const QDBusConnection &bus,
-    BlockDeviceFactsReader readFacts, UDisksListing listing)
+// The caller's bus is the caller's to connect again.
+std::unique_ptr<DASession> createUDisksSession(VolumeClaimReader readClaims, const QDBusConnection &bus,
+    BlockDeviceFactsReader readFacts, MediaListing listing)
 {
-    return makeSession(std::move(claims), bus, nullptr, std::move(readFacts), listing);
+    return makeSession(std::move(readClaims), bus, nullptr, std::move(readFacts), listing);
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/UDisksStore.h"
+#include "platform/udisks/UDisksStore.h"
 
 #include <QDBusArgument>
 #include <QDBusMetaType>

@@ -2,13 +2,13 @@
 //
 // Finding a volume among the mounted file systems, without a window.
 #include "tests/support/TestMountTable.h"
-#include "ui/volume_rules.h"
+#include "ui/mounted_volume.h"
 
 #include <QTest>
 
 using namespace Qt::Literals::StringLiterals;
 
-class TestVolumeRules : public QObject
+class TestMountedVolume : public QObject
 {
     Q_OBJECT
 
@@ -40,7 +40,7 @@ MountedFilesystem volumeAt(const QByteArray &mountPoint)
 
 } // namespace
 
-void TestVolumeRules::volumeIsFoundByItsDevice_data()
+void TestMountedVolume::volumeIsFoundByItsDevice_data()
 {
     QTest::addColumn<QByteArray>("mountedFrom");
     QTest::addColumn<bool>("isFound");
@@ -55,7 +55,7 @@ void TestVolumeRules::volumeIsFoundByItsDevice_data()
     QTest::newRow("empty") << QByteArray() << false;
 }
 
-void TestVolumeRules::volumeIsFoundByItsDevice()
+void TestMountedVolume::volumeIsFoundByItsDevice()
 {
     QFETCH(QByteArray, mountedFrom);
     const std::vector<MountedFilesystem> mounted {
@@ -67,18 +67,18 @@ void TestVolumeRules::volumeIsFoundByItsDevice()
     QCOMPARE(found, isFound ? &mounted[1] : nullptr);
 }
 
-void TestVolumeRules::firstOfTwoMountsIsTaken()
+void TestMountedVolume::firstOfTwoMountsIsTaken()
 {
     const std::vector<MountedFilesystem> mounted { volumeAt("/media/A"), volumeAt("/media/B") };
     QCOMPARE(VolumeRules::findVolume(mounted, u"disk2s1"_s), &mounted[0]);
 }
 
-void TestVolumeRules::nothingIsMounted()
+void TestMountedVolume::nothingIsMounted()
 {
     QCOMPARE(VolumeRules::findVolume({}, u"disk2s1"_s), nullptr);
 }
 
-void TestVolumeRules::mountPointOfTheSameFilesystemIsUsed()
+void TestMountedVolume::mountPointOfTheSameFilesystemIsUsed()
 {
     TestMountTable table;
     table.ids = { { "/media/A", volumeID }, { "/media/A1", volumeID } };
@@ -86,7 +86,7 @@ void TestVolumeRules::mountPointOfTheSameFilesystemIsUsed()
     QCOMPARE(VolumeRules::pathToVolume(table, volumeAt("/media/A")), QByteArray("/media/A"));
 }
 
-void TestVolumeRules::neighbourOfTheSameNameLeadsToTheVolume()
+void TestMountedVolume::neighbourOfTheSameNameLeadsToTheVolume()
 {
     TestMountTable table;
     table.ids = { { "/media/A", otherID }, { "/media/A 1", otherID }, { "/media/A 2", volumeID },
@@ -95,7 +95,7 @@ void TestVolumeRules::neighbourOfTheSameNameLeadsToTheVolume()
     QCOMPARE(VolumeRules::pathToVolume(table, volumeAt("/media/A")), QByteArray("/media/A 2"));
 }
 
-void TestVolumeRules::neighbourIsSearchedWhenTheMountPointIsGone()
+void TestMountedVolume::neighbourIsSearchedWhenTheMountPointIsGone()
 {
     TestMountTable table;
     table.ids = { { "/media/A-moved", volumeID } };
@@ -103,7 +103,7 @@ void TestVolumeRules::neighbourIsSearchedWhenTheMountPointIsGone()
     QCOMPARE(VolumeRules::pathToVolume(table, volumeAt("/media/A")), QByteArray("/media/A-moved"));
 }
 
-void TestVolumeRules::neighbourOfAnotherNameIsNotAsked()
+void TestMountedVolume::neighbourOfAnotherNameIsNotAsked()
 {
     TestMountTable table;
     table.ids = { { "/media/A", otherID }, { "/media/BA", volumeID } };
@@ -111,7 +111,7 @@ void TestVolumeRules::neighbourOfAnotherNameIsNotAsked()
     QCOMPARE(VolumeRules::pathToVolume(table, volumeAt("/media/A")), QByteArray("/media/A"));
 }
 
-void TestVolumeRules::halfAnIdentifierDoesNotMatch()
+void TestMountedVolume::halfAnIdentifierDoesNotMatch()
 {
     TestMountTable table;
     table.ids = { { "/media/A", FilesystemID { volumeID.first, otherID.second } },
@@ -120,7 +120,7 @@ void TestVolumeRules::halfAnIdentifierDoesNotMatch()
     QCOMPARE(VolumeRules::pathToVolume(table, volumeAt("/media/A")), QByteArray("/media/A2"));
 }
 
-void TestVolumeRules::volumeBelowTheRootFolder()
+void TestMountedVolume::volumeBelowTheRootFolder()
 {
     TestMountTable table;
     table.ids = { { "/A", otherID }, { "//A1", volumeID } };
@@ -128,7 +128,7 @@ void TestVolumeRules::volumeBelowTheRootFolder()
     QCOMPARE(VolumeRules::pathToVolume(table, volumeAt("/A")), QByteArray("//A1"));
 }
 
-void TestVolumeRules::mountPointWithoutSlashIsUsed()
+void TestMountedVolume::mountPointWithoutSlashIsUsed()
 {
     TestMountTable table;
     table.ids = { { "/A", volumeID } };
@@ -137,14 +137,14 @@ void TestVolumeRules::mountPointWithoutSlashIsUsed()
     QCOMPARE(VolumeRules::pathToVolume(table, volumeAt("A")), QByteArray("A"));
 }
 
-void TestVolumeRules::unreadableFolderFallsBackToTheMountPoint()
+void TestMountedVolume::unreadableFolderFallsBackToTheMountPoint()
 {
     TestMountTable table;
     table.ids = { { "/media/A", otherID }, { "/media/A1", volumeID } };
     QCOMPARE(VolumeRules::pathToVolume(table, volumeAt("/media/A")), QByteArray("/media/A"));
 }
 
-void TestVolumeRules::noNeighbourFallsBackToTheMountPoint()
+void TestMountedVolume::noNeighbourFallsBackToTheMountPoint()
 {
     TestMountTable table;
     table.ids = { { "/media/A", otherID }, { "/media/A1", otherID } };
@@ -152,5 +152,5 @@ void TestVolumeRules::noNeighbourFallsBackToTheMountPoint()
     QCOMPARE(VolumeRules::pathToVolume(table, volumeAt("/media/A")), QByteArray("/media/A"));
 }
 
-QTEST_APPLESS_MAIN(TestVolumeRules)
-#include "tst_volumerules.moc"
+QTEST_APPLESS_MAIN(TestMountedVolume)
+#include "tst_mountedvolume.moc"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/UDisksMedium.h"
+#include "platform/udisks/UDisksMedium.h"
 
 #include "platform/disturbing_characters.h"
 
@@ -108,7 +108,7 @@ void insertName(PropertyDictionary &description, const QString &key, const QStri
         description.insert(key, harmless);
 }
 
-void describeVolume(UDisksMedium &medium, const BlockReader &block, const FilesystemClaims &claims)
+void describeVolume(UDisksMedium &medium, const BlockReader &block, const VolumeClaimLookup &findClaim)
 {
     const UDisksStore &store = block.store();
     PropertyDictionary &description = medium.description;
@@ -121,7 +121,7 @@ void describeVolume(UDisksMedium &medium, const BlockReader &block, const Filesy
     const QString type = store.text(block.path(), UDisks::block, "IdType");
     if (type.isEmpty() || store.text(block.path(), UDisks::block, "IdUsage") != "filesystem"_L1)
         return;
-    const auto claimed = claims.find(type, store.text(block.path(), UDisks::block, "IdVersion"));
+    const auto claimed = findClaim(type, store.text(block.path(), UDisks::block, "IdVersion"));
     description.insert(DAKey::volumeKind, claimed ? claimed->kind : type);
     if (claimed)
         medium.subtype = claimed->subtype;
@@ -155,7 +155,7 @@ QString mbrContent(const QString &type)
 }
 
 std::optional<UDisksMedium> readUDisksMedium(const UDisksStore &store, const QString &path,
-    const FilesystemClaims &claims, const BlockDeviceFactsReader &readFacts)
+    const VolumeClaimLookup &findClaim, const BlockDeviceFactsReader &readFacts)
 {
     const BlockReader block(store, path);
     if (!block.isListed())
@@ -178,7 +178,7 @@ std::optional<UDisksMedium> readUDisksMedium(const UDisksStore &store, const QSt
     description.insert(DAKey::mediaBlockSize, PropertyNumber(facts->logicalBlockSize));
     description.insert(DAKey::mediaSize, PropertyNumber(store.number(path, UDisks::block, "Size")));
     insertName(description, DAKey::mediaName, block.mediaName());
-    describeVolume(medium, block, claims);
+    describeVolume(medium, block, findClaim);
 
     if (block.isPartition()) {
         medium.mediaProperties.insert(

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "platform/UDisksBus.h"
+#include "platform/udisks/UDisksBus.h"
 
 #include "platform/SystemLog.h"
-#include "platform/UDisksError.h"
+#include "platform/udisks/UDisksError.h"
 
 #include <QDBusArgument>
 #include <QDBusPendingCallWatcher>

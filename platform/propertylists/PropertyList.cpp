@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "platform/PropertyList.h"
+#include "platform/propertylists/PropertyList.h"
 
-#include "platform/DictionaryBuilder.h"
-#include "platform/property_list_guard.h"
-#include "platform/strings_table_text.h"
+#include "platform/propertylists/DictionaryBuilder.h"
+#include "platform/propertylists/property_list_guard.h"
+#include "platform/propertylists/strings_table_text.h"
 
 #include <QFile>
 #include <QTimeZone>

@@ -1,11 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "filesystems/catalogue_rules.h"
+#include "filesystems/FilesystemCatalogue.h"
 
-#include "platform/Bundle.h"
-#include "platform/DirectoryReader.h"
+#include "filesystems/BundleScan.h"
 #include "platform/SystemLog.h"
-
-#include <QStringDecoder>
 
 #include <algorithm>
 #include <new>
@@ -17,7 +14,6 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 constexpr std::size_t initialListCapacity = 32;
-constexpr QByteArrayView bundleSuffix = ".fs";
 
 struct Capabilities
 {
@@ -42,17 +38,6 @@ std::optional<PropertyValue> fieldOf(const PropertyDictionary &personality, cons
     return value ? std::optional(*value) : std::nullopt;
 }
 
-// The text of a name on disk, or nothing when its bytes are not UTF-8.
-std::optional<QString> decodeName(QByteArrayView bytes)
-{
-    // A byte order mark is part of the name, without which the file would not be found; and nothing follows
-    // that could complete a character at the end.
-    QStringDecoder decoder(QStringConverter::Utf8,
-        QStringConverter::Flag::ConvertInitialBom | QStringConverter::Flag::Stateless);
-    QString name = decoder.decode(bytes);
-    return decoder.hasError() ? std::nullopt : std::optional(std::move(name));
-}
-
 class CatalogueScan
 {
 public:
@@ -67,8 +52,9 @@ public:
             systemLog(u"Error while creating filesystem bundle lists."_s);
             return std::nullopt;
         }
-        for (const QString &directory : directories)
-            scanDirectory(directory);
+        scanBundles(
+            directories, [](const QString &line) { systemLog(line); },
+            [this](const BundleDescription &bundle) { return addBundle(bundle); });
         return std::move(m_lists);
     }
 
@@ -85,66 +71,24 @@ private:
         return true;
     }
 
-    void scanDirectory(const QString &baseDir)
+    // Returns whether a record was made of the bundle: only such a bundle hides others of its name.
+    bool addBundle(const BundleDescription &bundle)
     {
-        DirectoryReader reader(baseDir);
-        if (const int error = reader.openingError()) {
-            systemLog("Error while opening directory \""_L1 + baseDir + "\": "_L1 + errnoText(error) + " ("_L1
-                + QString::number(error) + u')');
-            return;
-        }
-        while (const auto entry = reader.next()) {
-            if (entry->type == DirectoryReader::EntryType::Directory && entry->name.endsWith(bundleSuffix))
-                scanEntry(baseDir, QByteArrayView(entry->name).chopped(bundleSuffix.size()));
-        }
-    }
-
-    void scanEntry(const QString &baseDir, QByteArrayView nameBytes)
-    {
-        const std::optional<QString> bundleName = decodeName(nameBytes);
-        if (!bundleName) {
-            systemLog(u"Error while allocating temporary string for fs bundle name."_s);
-            return;
-        }
-        const bool isHidden = std::any_of(m_lists.all.begin(), m_lists.all.end(),
-            [&](const FilesystemBundleRef &record) { return record->bundleName == *bundleName; });
-        if (isHidden)
-            return;
-        const auto bundle = Bundle::open(baseDir + u'/' + *bundleName + ".fs"_L1);
-        const auto info = bundle ? bundle->infoDictionary() : std::nullopt;
-        if (info)
-            addPersonalities(baseDir, *bundleName, *info);
-    }
-
-    void addPersonalities(const QString &baseDir, const QString &bundleName, const PropertyDictionary &info)
-    {
-        const PropertyValue *identifierValue = info.value(u"CFBundleIdentifier"_s);
-        const PropertyValue *personalitiesValue = info.value(u"FSPersonalities"_s);
-        const QString *identifier = identifierValue ? identifierValue->asString() : nullptr;
-        const PropertyDictionary *personalities
-            = personalitiesValue ? personalitiesValue->asDictionary() : nullptr;
-        if (!identifier || identifier->isEmpty() || !personalities)
-            return;
-        qint32 index = -1;
-        for (const auto &[key, value] : *personalities) {
-            ++index;
-            const PropertyDictionary *personality = value.asDictionary();
-            if (!personality) {
-                systemLog("Unexpected value in FSPersonalities dictionary: "_L1 + value.logText());
-                continue;
-            }
+        const std::size_t count = m_lists.all.size();
+        for (const BundlePersonality &personality : bundle.personalities) {
             const FilesystemBundleRef record = m_memory.allocRecord();
             if (!record) {
                 systemLog(u"Error while allocating memory for fs bundle container."_s);
                 continue;
             }
-            record->identifier = *identifier;
-            record->baseDir = baseDir;
-            record->bundleName = bundleName;
-            record->fsPersonalityIndex = index;
-            record->fsPersonality = key;
-            addPersonality(record, *personality);
+            record->identifier = bundle.identifier;
+            record->baseDir = bundle.baseDir;
+            record->bundleName = bundle.name;
+            record->fsPersonalityIndex = personality.index;
+            record->fsPersonality = personality.key;
+            addPersonality(record, personality.properties);
         }
+        return m_lists.all.size() > count;
     }
 
     void addPersonality(const FilesystemBundleRef &record, const PropertyDictionary &personality)
@@ -185,12 +129,6 @@ std::optional<FilesystemBundleList> CatalogueMemory::createFilesystemBundleList(
     } catch (const std::bad_alloc &) {
         return std::nullopt;
     }
-}
-
-const QStringList &filesystemDirectories()
-{
-    static const QStringList directories { u"/System/Library/Filesystems"_s, u"/Library/Filesystems"_s };
-    return directories;
 }
 
 std::optional<FilesystemLists> scanFilesystemDirectories(

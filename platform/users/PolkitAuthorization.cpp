@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/PolkitAuthorization.h"
+#include "platform/users/PolkitAuthorization.h"
 
 #include <QDBusArgument>
 #include <QDBusMessage>
@@ -209,4 +209,9 @@ void completeExecutionWithPrivileges()
     dup2(nothing, STDIN_FILENO);
     if (nothing != STDIN_FILENO)
         close(nothing);
+}
+
+std::unique_ptr<Authorization> createAuthorization()
+{
+    return std::make_unique<PolkitAuthorization>();
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/MemoryDiskSession.h"
+#include "tests/support/MemoryDiskSession.h"
 
 class MemoryDiskSession : public DASession
 {

@@ -37,7 +37,3 @@ private:
     std::unique_ptr<QSocketNotifier> m_handover;
     int m_handoverSocket = -1;
 };
-
-// Of the program that was started by executeWithPrivileges(), before anything else: makes it independent of
-// the process that has started it, and lets that one end.
-void completeExecutionWithPrivileges();

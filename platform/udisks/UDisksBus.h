@@ -5,7 +5,7 @@
 #pragma once
 
 #include "platform/DiskArbitration.h"
-#include "platform/UDisksStore.h"
+#include "platform/udisks/UDisksStore.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/property_list_guard.h"
+#include "platform/propertylists/property_list_guard.h"
 
 #include <algorithm>
 #include <cstdint>

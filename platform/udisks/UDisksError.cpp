@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/UDisksError.h"
+#include "platform/udisks/UDisksError.h"
 
 #include <QHash>
 #include <QRegularExpression>

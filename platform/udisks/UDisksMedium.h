@@ -5,9 +5,8 @@
 
 #include "platform/BlockDevice.h"
 #include "platform/DiskArbitration.h"
-#include "platform/FilesystemClaims.h"
 #include "platform/Property.h"
-#include "platform/UDisksStore.h"
+#include "platform/udisks/UDisksStore.h"
 
 #include <functional>
 #include <optional>
@@ -26,7 +25,7 @@ using BlockDeviceFactsReader = std::function<std::optional<BlockDeviceFacts>(con
 // The medium of this block device; nothing when there is none in it, when it is not to be shown, or when the
 // device has just gone.
 std::optional<UDisksMedium> readUDisksMedium(const UDisksStore &store, const QString &path,
-    const FilesystemClaims &claims, const BlockDeviceFactsReader &readFacts);
+    const VolumeClaimLookup &findClaim, const BlockDeviceFactsReader &readFacts);
 
 // The content hint of a partition of an MBR disk, from its type as UDisks2 writes it ("0x83").
 QString mbrContent(const QString &type);

@@ -5,7 +5,7 @@
 #pragma once
 
 #include "platform/DiskArbitration.h"
-#include "platform/UDisksBus.h"
+#include "platform/udisks/UDisksBus.h"
 
 #include <QObject>
 

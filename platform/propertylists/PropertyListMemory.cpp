@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "platform/PropertyListMemory.h"
+#include "platform/propertylists/PropertyListMemory.h"
 
-#include "platform/PropertyList.h"
+#include "platform/propertylists/PropertyList.h"
 
 #include <QHash>
 #include <QMutex>

@@ -19,7 +19,7 @@ struct FilesystemLists
     FilesystemBundleList repair;
 };
 
-// Where the scan takes memory from. Either may fail: null, or nothing.
+// Where the scan takes memory from. Either may fail: null, or std::nullopt.
 struct CatalogueMemory
 {
     std::function<FilesystemBundleRef()> allocRecord = &ZorvexDiskManagerFSBundle::alloc;
@@ -29,12 +29,9 @@ struct CatalogueMemory
     static std::optional<FilesystemBundleList> createFilesystemBundleList(std::size_t capacity) noexcept;
 };
 
-// "/System/Library/Filesystems" and "/Library/Filesystems". A bundle in the first hides one of the same name
-// in the second.
-const QStringList &filesystemDirectories();
-
-// Reads the bundles of the directories anew, in order, unsorted. Whatever cannot be read is left out, with a
-// line in the system log where it is worth one; nothing when memory is short for the lists themselves.
+// Reads the bundles of the directories, in order, unsorted. Whatever cannot be read is left out, with a line
+// in the system log where it is worth one. Returns std::nullopt when memory is short for the lists
+// themselves.
 std::optional<FilesystemLists> scanFilesystemDirectories(
     const QStringList &directories, const CatalogueMemory &memory = {});
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/UDisksRequests.h"
+#include "platform/udisks/UDisksRequests.h"
 
 #include "platform/BlockDevice.h"
 #include "platform/DesktopUserMount.h"

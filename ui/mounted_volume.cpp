@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ui/volume_rules.h"
+#include "ui/mounted_volume.h"
 
 #include "platform/no_widgets.h"
 

@@ -1,0 +1,118 @@
+// SPDX-License-Identifier: MIT
+#include "filesystems/BundleScan.h"
+
+#include "platform/Bundle.h"
+#include "platform/DirectoryReader.h"
+#include "platform/SystemLog.h"
+
+#include <QSet>
+#include <QStringDecoder>
+
+#include "platform/no_widgets.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr QByteArrayView bundleSuffix = ".fs";
+
+// The text of a name on disk. Returns std::nullopt when its bytes are not UTF-8.
+std::optional<QString> decodeName(QByteArrayView bytes)
+{
+    // A byte order mark is part of the name, without which the file would not be found; and nothing follows
+    // that could complete a character at the end.
+    QStringDecoder decoder(QStringConverter::Utf8,
+        QStringConverter::Flag::ConvertInitialBom | QStringConverter::Flag::Stateless);
+    QString name = decoder.decode(bytes);
+    return decoder.hasError() ? std::nullopt : std::optional(std::move(name));
+}
+
+QString bundlePath(const QString &baseDir, const QString &name)
+{
+    return baseDir + u'/' + name + ".fs"_L1;
+}
+
+class BundleScan
+{
+public:
+    BundleScan(const BundleScanLog &log, const BundleVisitor &visit)
+        : m_log(log)
+        , m_visit(visit)
+    {
+    }
+
+    void scanDirectory(const QString &baseDir)
+    {
+        DirectoryReader reader(baseDir);
+        if (const int error = reader.openingError()) {
+            m_log("Error while opening directory \""_L1 + baseDir + "\": "_L1 + errnoText(error) + " ("_L1
+                + QString::number(error) + u')');
+            return;
+        }
+        while (const auto entry = reader.next()) {
+            if (entry->type == DirectoryReader::EntryType::Directory && entry->name.endsWith(bundleSuffix))
+                scanEntry(baseDir, QByteArrayView(entry->name).chopped(bundleSuffix.size()));
+        }
+    }
+
+private:
+    void scanEntry(const QString &baseDir, QByteArrayView nameBytes)
+    {
+        const std::optional<QString> name = decodeName(nameBytes);
+        if (!name) {
+            m_log(u"Error while allocating temporary string for fs bundle name."_s);
+            return;
+        }
+        if (m_hidden.contains(*name))
+            return;
+        const auto bundle = Bundle::open(bundlePath(baseDir, *name));
+        const auto information = bundle ? bundle->infoDictionary() : std::nullopt;
+        const auto description
+            = information ? describeBundle(baseDir, *name, *information, m_log) : std::nullopt;
+        if (description && m_visit(*description))
+            m_hidden.insert(*name);
+    }
+
+    const BundleScanLog &m_log;
+    const BundleVisitor &m_visit;
+    QSet<QString> m_hidden; // names
+};
+
+} // namespace
+
+QString BundleDescription::path() const
+{
+    return bundlePath(baseDir, name);
+}
+
+std::optional<BundleDescription> describeBundle(const QString &baseDir, const QString &name,
+    const PropertyDictionary &information, const BundleScanLog &log)
+{
+    const PropertyDictionary *personalities = information.dictionary(u"FSPersonalities"_s);
+    BundleDescription description { baseDir, name, information.text(u"CFBundleIdentifier"_s), information,
+        {} };
+    if (description.identifier.isEmpty() || !personalities)
+        return std::nullopt;
+    qint32 index = 0;
+    for (const auto &[key, value] : *personalities) {
+        if (const PropertyDictionary *properties = value.asDictionary())
+            description.personalities.push_back({ index, key, *properties });
+        else
+            log("Unexpected value in FSPersonalities dictionary: "_L1 + value.logText());
+        ++index;
+    }
+    return description.personalities.empty() ? std::nullopt : std::optional(std::move(description));
+}
+
+void scanBundles(const QStringList &directories, const BundleScanLog &log, const BundleVisitor &visit)
+{
+    BundleScan scan(log, visit);
+    for (const QString &directory : directories)
+        scan.scanDirectory(directory);
+}
+
+const QStringList &filesystemDirectories()
+{
+    static const QStringList directories { u"/System/Library/Filesystems"_s, u"/Library/Filesystems"_s };
+    return directories;
+}

@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+//
+// Reads the file system bundles that are installed. The catalogue, the claims to volumes and diskutil are
+// views of what this one scan finds, so that they never disagree about a bundle. Any thread.
+#pragma once
+
+#include "platform/Property.h"
+
+#include <QStringList>
+
+#include <functional>
+#include <optional>
+#include <vector>
+
+// One personality as its bundle describes it.
+struct BundlePersonality
+{
+    qint32 index = 0; // its place in FSPersonalities; values that are no dictionary have one as well
+    QString key;
+    PropertyDictionary properties;
+};
+
+// What a bundle says of itself in Contents/Info.plist.
+struct BundleDescription
+{
+    QString baseDir; // the directory as it was scanned
+    QString name; // of the folder, without ".fs"
+    QString identifier; // never empty
+    PropertyDictionary information;
+    std::vector<BundlePersonality> personalities; // never empty
+
+    // The folder of the bundle.
+    QString path() const;
+};
+
+// Takes a bundle. Returns whether it hides the bundles of the same name that come later.
+using BundleVisitor = std::function<bool(const BundleDescription &bundle)>;
+
+// Takes a line about something that could not be read.
+using BundleScanLog = std::function<void(const QString &line)>;
+
+// Takes the identifier and the personalities out of an information dictionary. Returns std::nullopt when it
+// has no identifier, or no personality.
+std::optional<BundleDescription> describeBundle(const QString &baseDir, const QString &name,
+    const PropertyDictionary &information, const BundleScanLog &log);
+
+// Reads the bundles of the directories in the order of the directory entries, and hands on each that has an
+// identifier and at least one personality. Links are not followed.
+void scanBundles(const QStringList &directories, const BundleScanLog &log, const BundleVisitor &visit);
+
+// "/System/Library/Filesystems" and "/Library/Filesystems". A bundle in the first hides one of the same name
+// in the second.
+const QStringList &filesystemDirectories();

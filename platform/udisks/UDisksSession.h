@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+//
+// The disk arbitration session of a Linux machine: UDisks2 on the system bus. Its objects are listed once,
+// with one asynchronous call, and followed by their signals from then on; a service that restarts takes all
+// its media back and reports them anew. Main thread only; nothing waits for the service.
+#pragma once
+
+#include "platform/DiskArbitration.h"
+#include "platform/udisks/UDisksMedium.h"
+
+#include <QDBusConnection>
+
+#include <memory>
+
+// Makes the session over this connection, with facts about devices from this reader; null when the connection
+// is down. createDiskArbitrationSession() makes it over the system bus.
+std::unique_ptr<DASession> createUDisksSession(VolumeClaimReader readClaims, const QDBusConnection &bus,
+    BlockDeviceFactsReader readFacts, MediaListing listing = MediaListing::WhenScheduled);
