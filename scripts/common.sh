@@ -3,7 +3,7 @@
 # What the project's commands share. Sourced by bash, with set -euo pipefail in force.
 
 program=${0##*/}
-# Where the commands note what they have started, until the next boot.
+# Where the commands note what they have started. Empty after a boot.
 state=/run/zorvex-dev
 
 say() { printf '%s: %s\n' "$program" "$*" >&2; }
@@ -14,7 +14,7 @@ die()
     exit 1
 }
 
-# Runs a command as root; the caller has said what for.
+# Runs a command as root. The caller has already said why.
 as_root()
 {
     if [ "$(id -u)" = 0 ]; then
@@ -27,10 +27,10 @@ as_root()
 }
 
 # The Debian releases that the project is shown to work on, oldest first: the name of their archive, and what they call
-# themselves. Testing is followed as well; it moves, so that nothing that must pass depends on it.
+# themselves. Testing is supported as well, but it changes all the time, so nothing that must pass depends on it.
 declare -A release_titles=([bookworm]='Debian 12 (bookworm)' [trixie]='Debian 13 (trixie)' [testing]='Debian testing')
 
-# The release that this is, by the name of its archive; nothing for one that the project is not made for.
+# The release of this machine, by the name of its archive; empty when the project does not support it.
 this_release()
 (
     ID='' VERSION_ID=''
@@ -43,7 +43,7 @@ this_release()
     esac
 )
 
-# Ends the command, before it has touched anything, on a release that it is not made for.
+# Ends the command on a release that is not supported. Called before anything is touched.
 require_supported_release()
 {
     [ -z "$(this_release)" ] || return 0
@@ -63,7 +63,7 @@ project_packages()
         }' "$(dirname "${BASH_SOURCE[0]}")/packages.txt"
 }
 
-# continue_as_root REASON "$@": starts the running command anew as root, unless it is root's already.
+# continue_as_root REASON "$@": starts the running command again as root, unless it already runs as root.
 continue_as_root()
 {
     local reason=$1
@@ -74,8 +74,8 @@ continue_as_root()
     exec sudo -- "$0" "$@"
 }
 
-# lock NAME: one command of a name at a time; held until the command ends. Daemons are started with 9>&-, lest they
-# hold the lock as long as they live.
+# lock NAME: lets one command at a time use the name; held until the command ends. Daemons are started with 9>&-, so
+# that they do not hold the lock for as long as they live.
 lock()
 {
     mkdir -p "$state"
@@ -83,19 +83,19 @@ lock()
     flock 9
 }
 
-# What tells a process from a later one with the same number: the moment it began. Empty when it has ended.
+# The time at which a process began, which tells it from a later one with the same number. Empty when it has ended.
 start_time()
 {
     local stat
     stat=$(cat "/proc/$1/stat" 2>/dev/null) || return 0
-    # The name, in brackets, may hold anything; the fields after it are numbers.
+    # The name, in brackets, may contain anything; the fields after it are numbers.
     # shellcheck disable=SC2086
     set -- ${stat##*) }
     printf '%s' "${20}"
 }
 
-# Who uses something (KIND), so that the last one to leave puts the light out. A holder is a process, which loses its
-# hold when it ends, or "manual", which someone took by hand and gives back by hand.
+# hold KIND HOLDER: notes that the holder uses something, so that it is kept until nobody does. A holder is a process,
+# whose hold ends with it, or "manual", for a hold that is taken and given back by hand.
 hold()
 {
     local kind=$1 holder=$2 began=manual
@@ -107,7 +107,7 @@ hold()
     printf '%s\n' "$began" >"$state/$kind.holders/$holder"
 }
 
-# release KIND HOLDER: gives the hold back, and succeeds when nobody holds it any more.
+# release KIND HOLDER: gives the hold back. Succeeds when there is no other holder.
 release()
 {
     local kind=$1 holder=$2 file
@@ -133,8 +133,8 @@ parse_holder()
     esac
 }
 
-# our_files PATTERN...: the project's files whose names match, relative to its root, where the caller is. What git
-# ignores is not ours; without git (an unpacked archive), that is the build folder.
+# our_files PATTERN...: the project's files whose names match, relative to its root, which is the current folder. Leaves
+# out what git ignores, or without git (in an unpacked archive) the build folder.
 our_files()
 {
     if git rev-parse --is-inside-work-tree >/dev/null 2>&1; then
@@ -151,7 +151,7 @@ our_files()
     fi
 }
 
-# fail_on OUTPUT SENTENCE: a check fails when it has found something, and says what is wrong with it.
+# fail_on OUTPUT SENTENCE: fails a check that has found something, and says what is wrong with it.
 fail_on()
 {
     [ -n "$1" ] || exit 0

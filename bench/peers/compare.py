@@ -1,6 +1,6 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: MIT
-"""Measures this program, its peers and the floor by turns on the same loop disks, and prints a table.
+"""Measures this program, its peers and the floor in turn on the same loop disks, and prints a table.
 
 Run by bench/run, as root, with the disk service, a display with a window manager and a session bus."""
 
@@ -31,12 +31,12 @@ SYSTEM = {
 FLOOR = "smallest window"
 FOLLOWS_HOTPLUG = ("Zorvex Disk Manager", "GNOME Disks")
 SHOWS_PARTITIONS = ("Zorvex Disk Manager",)  # of a disk that is not selected
-SCANS = ("GParted", "KDE Partition Manager")  # and show nothing for seconds in between
+SCANS = ("GParted", "KDE Partition Manager")  # and show nothing for seconds while they do
 LONGEST_START = 60  # seconds
 PARTITION_SIZE = 8  # MiB
 NETLINK_KOBJECT_UEVENT = 15
 IDLE_SECONDS = 60
-POOL_EXPIRY = 35  # seconds; idle threads of the toolkit's pool have gone by then
+POOL_EXPIRY = 35  # seconds, after which idle threads of the toolkit's pool have ended
 
 
 def milliseconds(nanoseconds):
@@ -48,11 +48,11 @@ def service_processes():
 
 
 class NothingDrawn(Exception):
-    """A program's window does not come, or does not come to rest."""
+    """A program's window does not appear, or does not stop changing."""
 
 
 class Program:
-    """A program on the display, and what it has drawn when."""
+    """A program on the display, and the times at which it has drawn."""
 
     def __init__(self, tools, command, quiet=1.5):
         self.quiet = quiet
@@ -74,7 +74,7 @@ class Program:
         self.watcher.wait()
 
     def settle(self):
-        """Takes in what is drawn until nothing is for the quiet time, and something was."""
+        """Records what is drawn, until something has been drawn and then nothing for the quiet time."""
         known = len(self.frames)
         output = self.watcher.stdout
         deadline = time.monotonic() + LONGEST_START
@@ -103,7 +103,7 @@ class Program:
         self.settle()
 
     def filled(self):
-        """Time, and processor time with the services', to the window with all its rows; in milliseconds."""
+        """Returns the milliseconds to the window with all its rows: of time, and of processor time with the services'."""
         when, own, services = self.frames[-1]
         return milliseconds(when - self.start), milliseconds(own + services - self.frames[0][2])
 
@@ -115,7 +115,7 @@ class Program:
         return members
 
     def memory(self):
-        """Memory, shared pages counted in parts, in MiB."""
+        """Returns the memory in MiB, with a part of each shared page."""
         total = 0
         for process in self.processes():
             for line in pathlib.Path(f"/proc/{process}/smaps_rollup").read_text().splitlines():
@@ -124,7 +124,7 @@ class Program:
         return total / 1024
 
     def activity(self):
-        """How often a thread was woken up, and nanoseconds of processor time, so far."""
+        """Returns how often a thread was woken up, and the nanoseconds of processor time, so far."""
         wakes, ran = 0, 0
         for process in self.processes():
             for thread in pathlib.Path(f"/proc/{process}/task").iterdir():
@@ -149,7 +149,7 @@ class Listener:
         self.process.wait()
 
     def heard(self):
-        """Signals that have come since the last time: time and object."""
+        """Returns the signals since the last call: time and object."""
         lines = b""
         while select.select([self.process.stdout], [], [], 0)[0]:
             lines += os.read(self.process.stdout.fileno(), 65536)
@@ -157,7 +157,7 @@ class Listener:
 
 
 class KernelEvents(threading.Thread):
-    """What the kernel tells of block devices, noted as it comes."""
+    """The kernel's events of block devices, recorded as they come."""
 
     def __init__(self):
         super().__init__(daemon=True)
@@ -171,12 +171,12 @@ class KernelEvents(threading.Thread):
             self.events.put((time.monotonic_ns(), event.split(b"\0", 1)[0].decode()))
 
     def forget(self):
-        """What has come so far."""
+        """Drops the events so far."""
         while not self.events.empty():
             self.events.get()
 
     def wait_for(self, action, name):
-        """When the next such event came."""
+        """Returns the time of the next such event."""
         while True:
             when, header = self.events.get()
             if header.startswith(action + "@") and header.endswith("/" + name):
@@ -184,7 +184,7 @@ class KernelEvents(threading.Thread):
 
 
 def start_figures(tools, programs, runs):
-    """Medians of time, processor time and memory of each program. One that draws nothing is left out, and said to be."""
+    """Medians of time, processor time and memory of each program. Leaves out one that draws nothing, with a message."""
     taken = {name: [] for name in programs}
     for _ in range(runs):
         for name in list(taken):
@@ -192,7 +192,7 @@ def start_figures(tools, programs, runs):
                 with Program(tools, programs[name], 6 if name in SCANS else 1.5) as program:
                     taken[name].append((*program.filled(), program.memory()))
             except NothingDrawn:
-                print(f"{name} draws nothing, or without end, and is left out", file=sys.stderr)
+                print(f"{name} draws nothing, or does not stop, and is left out", file=sys.stderr)
                 del taken[name]
     return {name: [statistics.median(figure) for figure in zip(*values)] for name, values in taken.items()}
 
