@@ -98,6 +98,8 @@ void TestFilesystemBundles::personalitiesAreWhole()
     }
 }
 
+// A bundle whose names are the same in all languages has no tables of names. One that has a table has one for
+// each language, and says something of its own in it.
 void TestFilesystemBundles::namesInEveryLanguage()
 {
     QFETCH(QString, path);
@@ -106,17 +108,22 @@ void TestFilesystemBundles::namesInEveryLanguage()
     QVERIFY(information);
     const PropertyDictionary *personalities = information->dictionary(u"FSPersonalities"_s);
     QVERIFY(personalities);
+    const bool hasTables = QFile::exists(bundle->resourcePath(u"en.lproj"_s));
     for (const QString &language : languages) {
-        QVERIFY(QFile::exists(bundle->resourcePath(language + u".lproj/InfoPlist.strings"_s)));
+        const QString table = language + u".lproj/InfoPlist.strings"_s;
+        QVERIFY2(QFile::exists(bundle->resourcePath(table)) == hasTables, qPrintable(language));
         const auto localized = bundle->localizedInfoDictionary({ language });
         const PropertyDictionary *names = localized ? localized->dictionary(u"FSPersonalities"_s) : nullptr;
         QVERIFY2(names, qPrintable(language));
         QCOMPARE(names->size(), personalities->size());
-        for (const auto &entry : *personalities) {
-            const PropertyDictionary *personality = names->dictionary(entry.first);
-            QVERIFY2(personality && !personality->text(u"FSName"_s).isEmpty(), qPrintable(entry.first));
-            QVERIFY2(!personality->value(u"FSFormatExecutable"_s), "the table of names was not read");
+        bool hasOwnName = false;
+        for (const auto &[key, value] : *personalities) {
+            const PropertyDictionary *personality = names->dictionary(key);
+            QVERIFY2(personality && !personality->text(u"FSName"_s).isEmpty(), qPrintable(key));
+            QVERIFY2(!hasTables || !personality->value(u"FSFormatExecutable"_s), "the table was not read");
+            hasOwnName |= personality->text(u"FSName"_s) != value.asDictionary()->text(u"FSName"_s);
         }
+        QCOMPARE(hasOwnName, hasTables);
     }
 }
 
