@@ -17,6 +17,8 @@
 #include <QScreen>
 #include <QTabWidget>
 
+#include <limits>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {

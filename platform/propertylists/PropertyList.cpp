@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QTimeZone>
 
+#include <cerrno>
 #include <cstdlib>
 #include <fcntl.h>
 #include <limits>

@@ -6,6 +6,8 @@
 
 #include <QStringDecoder>
 
+#include <algorithm>
+
 namespace {
 
 bool startsWithBytes(const QByteArray &data, std::initializer_list<unsigned char> bytes)

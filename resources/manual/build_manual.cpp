@@ -22,6 +22,7 @@
 #include <QUuid>
 
 #include <cmath>
+#include <cstdlib>
 #include <utility>
 
 using namespace Qt::Literals::StringLiterals;

@@ -20,6 +20,8 @@
 #include <QTabWidget>
 #include <QTest>
 
+#include <cstdlib>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {

@@ -13,6 +13,7 @@
 #include <QSet>
 #include <QTest>
 
+#include <algorithm>
 #include <unistd.h>
 
 using namespace Qt::Literals::StringLiterals;

@@ -18,6 +18,8 @@
 #include <QPushButton>
 #include <QTest>
 
+#include <cstdlib>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {

@@ -8,6 +8,7 @@
 #include <QTest>
 
 #include <algorithm>
+#include <limits>
 
 using namespace Qt::Literals::StringLiterals;
 

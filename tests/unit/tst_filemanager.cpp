@@ -11,6 +11,9 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <cstdlib>
+#include <optional>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {

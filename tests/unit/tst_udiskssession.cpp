@@ -11,6 +11,7 @@
 #include <QDBusMessage>
 #include <QTest>
 
+#include <cstdlib>
 #include <unistd.h>
 
 using namespace Qt::Literals::StringLiterals;

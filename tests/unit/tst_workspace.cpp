@@ -8,6 +8,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <cstdlib>
+#include <memory>
 #include <unistd.h>
 
 using namespace Qt::Literals::StringLiterals;
