@@ -2,6 +2,7 @@
 #include "tools/diskutil/ToolProcess.h"
 
 #include "platform/SystemLog.h"
+#include "tools/diskutil/machine.h"
 
 #include <QSocketNotifier>
 #include <QTimer>
@@ -69,13 +70,8 @@ private:
     int m_fd;
 };
 
-QStringList toolFolders()
-{
-    return { u"/usr/sbin"_s, u"/usr/bin"_s, u"/sbin"_s, u"/bin"_s };
-}
-
 ToolProcess::ToolProcess(OutputHandler handler, QObject *parent)
-    : QObject(parent)
+    : ToolRunner(parent)
     , m_handler(std::move(handler))
 {
     prepareProcess();

@@ -1,12 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tools/diskutil/VolumeJob.h"
 
-#include "platform/DesktopUserMount.h"
 #include "platform/SystemLog.h"
-#include "tools/diskutil/machine.h"
-
-#include <algorithm>
-#include <chrono>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -14,16 +9,6 @@ namespace {
 
 // What an executable of a bundle answers when it has found, or left, errors.
 constexpr int errorsExitStatus = 8;
-
-// The disk service hears of a new volume within some hundredths of a second.
-constexpr std::chrono::seconds newVolumeLimit { 5 };
-
-// What an unmount, or the end of a command, leaves behind lets go of the device within this time.
-constexpr std::chrono::milliseconds claimStep { 50 };
-constexpr int mostClaimTries = 100;
-
-// A run that is to end waits this long for the disk service, which has no time limit otherwise.
-constexpr std::chrono::seconds interruptedServiceLimit { 5 };
 
 QString dissenterText(const DADissenterRef &dissenter)
 {
@@ -59,40 +44,20 @@ QString endText(const ToolEnd &end)
 
 } // namespace
 
-std::vector<Medium> MediaList::media() const
-{
-    std::vector<Medium> media;
-    media.reserve(m_disks.size());
-    for (const DADiskRef &disk : m_disks)
-        media.push_back(readMedium(*disk));
-    return media;
-}
-
-DADiskRef MediaList::disk(const QString &bsdName) const
-{
-    const auto found = std::find_if(m_disks.begin(), m_disks.end(),
-        [&bsdName](const DADiskRef &disk) { return readMedium(*disk).bsdName == bsdName; });
-    return found == m_disks.end() ? nullptr : *found;
-}
-
-VolumeJob::VolumeJob(CommandLine line, DASession &session, const MediaList &media, Console &console)
+VolumeJob::VolumeJob(CommandLine line, JobEnvironment environment)
     : m_line(std::move(line))
     , m_operation(operationOfVerb(m_line.verb))
-    , m_session(session)
-    , m_media(media)
-    , m_console(console)
-    , m_process([&console](const QByteArray &bytes) { console.pass(bytes); })
+    , m_environment(std::move(environment))
 {
     m_newVolumeLimit.setSingleShot(true);
-    m_newVolumeLimit.setInterval(newVolumeLimit);
+    m_newVolumeLimit.setInterval(m_environment.limits.newVolume);
     connect(&m_newVolumeLimit, &QTimer::timeout, this, &VolumeJob::mount);
     // From here the tool holds it. A partition that is held twice could not go when its disk is pulled.
-    connect(&m_process, &ToolProcess::started, this, [this] { m_device.reset(); });
+    connect(&m_environment.tools, &ToolRunner::started, this, [this] { m_device.reset(); });
     m_serviceLimit.setSingleShot(true);
-    m_serviceLimit.setInterval(interruptedServiceLimit);
+    m_serviceLimit.setInterval(m_environment.limits.interruptedService);
     connect(&m_serviceLimit, &QTimer::timeout, this, &VolumeJob::giveServiceUp);
-    connect(&m_process, &ToolProcess::ended, this, &VolumeJob::commandEnded);
-    connect(&m_console, &Console::interrupted, this, &VolumeJob::interrupt);
+    connect(&m_environment.tools, &ToolRunner::ended, this, &VolumeJob::commandEnded);
 }
 
 QString VolumeJob::verbNoun() const
@@ -111,29 +76,30 @@ QString VolumeJob::verbNoun() const
 void VolumeJob::start()
 {
     if (const auto refusal = prepare()) {
-        m_console.complain(refusal->message);
+        Q_EMIT complained(refusal->message);
         Q_EMIT finished(refusal->code);
         return;
     }
-    m_console.say(u"Started %1 on %2"_s.arg(verbNoun(), m_medium.bsdName));
+    Q_EMIT said(u"Started %1 on %2"_s.arg(verbNoun(), m_medium.bsdName));
     unmount();
 }
 
 std::optional<Refusal> VolumeJob::prepare()
 {
-    const std::vector<Medium> media = m_media.media();
+    const std::vector<Medium> media = m_environment.media.media();
     const auto medium = findMedium(media, m_line.device);
     if (!medium)
         return isOtherFile(m_line.device)
             ? Refusal { ExitCode::NoBlockDevice, u"%1 is no block device"_s.arg(m_line.device) }
             : Refusal { ExitCode::NoSuchDisk, u"there is no disk %1"_s.arg(m_line.device) };
     m_medium = *medium;
-    m_disk = m_media.disk(m_medium.bsdName);
-    m_identity = readDeviceIdentity(m_medium.deviceNode);
+    m_disk = m_environment.media.disk(m_medium.bsdName);
+    m_identity = m_environment.machine.readDeviceIdentity(m_medium.deviceNode);
 
-    if (auto refusal = refusalOfDevice(m_operation, m_medium, readDeviceSituation(m_medium, media)))
+    if (auto refusal
+        = refusalOfDevice(m_operation, m_medium, m_environment.machine.readDeviceSituation(m_medium, media)))
         return refusal;
-    m_bundles = readInstalledBundles();
+    m_bundles = m_environment.machine.readInstalledBundles();
     const PersonalityChoice choice = m_operation == Operation::Erase
         ? personalityNamed(m_bundles, m_line.format)
         : personalityForVolume(m_bundles, m_medium.kind, m_medium.subtype, m_operation);
@@ -152,13 +118,13 @@ std::optional<Refusal> VolumeJob::prepareTool(const PersonalityChoice &choice)
 {
     m_bundle = *choice.bundle;
     m_tool = *choice.personality->tool(m_operation);
-    if (auto refusal = refusalOfTool(m_bundle, readToolSituation(m_bundle, m_tool)))
+    if (auto refusal = refusalOfTool(m_bundle, m_environment.machine.readToolSituation(m_bundle, m_tool)))
         return refusal;
 
     ToolCommand command { executablePath(m_bundle, m_tool), m_tool.arguments, ToolCommand::Output::Terminal };
     if (m_operation == Operation::Erase) {
         // What a former file system has left anywhere on the medium could be taken for the volume later.
-        const QString wipe = findTool(u"wipefs"_s);
+        const QString wipe = m_environment.machine.findTool(u"wipefs"_s);
         if (wipe.isEmpty())
             return Refusal { ExitCode::ToolMissing,
                 u"wipefs is not installed; install the package util-linux"_s };
@@ -177,14 +143,14 @@ void VolumeJob::unmount()
         runNextCommand();
         return;
     }
-    m_console.say(u"Unmounting %1"_s.arg(m_medium.bsdName));
-    m_session.unmount(
+    Q_EMIT said(u"Unmounting %1"_s.arg(m_medium.bsdName));
+    m_environment.session.unmount(
         m_disk, kDADiskUnmountOptionDefault, [this](const DADiskRef &, const DADissenterRef &dissenter) {
             if (!dissenter) {
                 runNextCommand();
                 return;
             }
-            m_console.complain(
+            Q_EMIT complained(
                 u"%1 could not be unmounted: %2"_s.arg(m_medium.bsdName, dissenterText(dissenter)));
             Q_EMIT finished(ExitCode::UnmountRefused);
         });
@@ -207,18 +173,20 @@ std::optional<Refusal> VolumeJob::refusalOfHandOver() const
     if (!m_identity || m_device->identity() != m_identity)
         return Refusal { ExitCode::MediumChanged,
             u"%1 is not the medium any more that it was"_s.arg(m_medium.deviceNode) };
-    if (auto refusal = refusalOfDevice(m_operation, m_medium, readDeviceSituation(m_medium, m_media.media())))
+    if (auto refusal = refusalOfDevice(m_operation, m_medium,
+            m_environment.machine.readDeviceSituation(m_medium, m_environment.media.media())))
         return refusal;
-    return refusalOfTool(m_bundle, readToolSituation(m_bundle, m_tool));
+    return refusalOfTool(m_bundle, m_environment.machine.readToolSituation(m_bundle, m_tool));
 }
 
 void VolumeJob::handOver()
 {
-    m_device.emplace(m_medium.deviceNode);
+    m_device = m_environment.machine.holdDevice(m_medium.deviceNode);
     auto refusal = refusalOfHandOver();
     if (!refusal && m_device->isClaimed()) {
-        if (!m_isInterrupted && ++m_claimTries < mostClaimTries) {
-            QTimer::singleShot(claimStep, this, &VolumeJob::handOver);
+        if (!m_isInterrupted
+            && ++m_claimTries < m_environment.limits.claim / m_environment.limits.claimStep) {
+            QTimer::singleShot(m_environment.limits.claimStep, this, &VolumeJob::handOver);
             return;
         }
         refusal = Refusal { ExitCode::InUse, u"%1 is in use"_s.arg(m_medium.bsdName) };
@@ -228,7 +196,7 @@ void VolumeJob::handOver()
         return;
     }
     if (refusal) {
-        m_console.complain(refusal->message + lossText());
+        Q_EMIT complained(refusal->message + lossText());
         m_outcome = m_isUntouched ? refusal->code : ExitCode::ToolFailed;
         conclude();
         return;
@@ -238,7 +206,7 @@ void VolumeJob::handOver()
     m_isRunning = true;
     m_isUntouched = false;
     systemLog(u"diskutil runs: %1"_s.arg(commandText(command)));
-    m_process.start(command);
+    m_environment.tools.start(command);
 }
 
 void VolumeJob::commandEnded(const ToolEnd &end)
@@ -251,7 +219,7 @@ void VolumeJob::commandEnded(const ToolEnd &end)
         return;
     }
     if (m_operation != Operation::Verify)
-        announceChange(m_medium.deviceNode);
+        m_environment.machine.announceChange(m_medium.deviceNode);
     if (!m_isInterrupted)
         judge(end);
     conclude();
@@ -262,15 +230,15 @@ void VolumeJob::judge(const ToolEnd &end)
     const bool hasExited = end.kind == ToolEnd::Kind::Exited;
     if (hasExited && end.code == 0) {
         if (m_operation != Operation::Erase)
-            m_console.say(u"The volume on %1 appears to be OK"_s.arg(m_medium.bsdName));
+            Q_EMIT said(u"The volume on %1 appears to be OK"_s.arg(m_medium.bsdName));
     } else if (hasExited && end.code == errorsExitStatus && m_operation != Operation::Erase) {
         m_outcome = ExitCode::ErrorsFound;
-        m_console.say(m_operation == Operation::Verify
+        Q_EMIT said(m_operation == Operation::Verify
                 ? u"The volume on %1 has errors and needs to be repaired"_s.arg(m_medium.bsdName)
                 : u"The volume on %1 still has errors"_s.arg(m_medium.bsdName));
     } else {
         m_outcome = ExitCode::ToolFailed;
-        m_console.complain(u"the %1 on %2 failed: %3"_s.arg(verbNoun(), m_medium.bsdName, endText(end)));
+        Q_EMIT complained(u"the %1 on %2 failed: %3"_s.arg(verbNoun(), m_medium.bsdName, endText(end)));
     }
 }
 
@@ -278,9 +246,9 @@ void VolumeJob::interrupt(const QString &reason)
 {
     m_isInterrupted = true;
     m_outcome = ExitCode::Interrupted;
-    m_console.complain(u"interrupted (%1)"_s.arg(reason));
+    Q_EMIT complained(u"interrupted (%1)"_s.arg(reason));
     if (m_isRunning) {
-        m_process.stop();
+        m_environment.tools.stop();
         return;
     }
     m_serviceLimit.start();
@@ -290,7 +258,7 @@ void VolumeJob::interrupt(const QString &reason)
 
 void VolumeJob::giveServiceUp()
 {
-    m_console.complain(u"the disk service has not answered"_s);
+    Q_EMIT complained(u"the disk service has not answered"_s);
     Q_EMIT finished(ExitCode::Interrupted);
 }
 
@@ -303,7 +271,7 @@ QString VolumeJob::lossText() const
 void VolumeJob::conclude()
 {
     if (m_isInterrupted) {
-        m_console.complain(u"the %1 on %2 was stopped"_s.arg(verbNoun(), m_medium.bsdName) + lossText());
+        Q_EMIT complained(u"the %1 on %2 was stopped"_s.arg(verbNoun(), m_medium.bsdName) + lossText());
         m_serviceLimit.start();
     }
     const bool wasMounted = !m_medium.mountPoint.isEmpty();
@@ -318,7 +286,7 @@ void VolumeJob::conclude()
 void VolumeJob::finish()
 {
     if (m_outcome == ExitCode::Success || m_outcome == ExitCode::ErrorsFound)
-        m_console.say(u"Finished %1 on %2"_s.arg(verbNoun(), m_medium.bsdName));
+        Q_EMIT said(u"Finished %1 on %2"_s.arg(verbNoun(), m_medium.bsdName));
     Q_EMIT finished(m_outcome);
 }
 
@@ -350,8 +318,8 @@ void VolumeJob::mount()
     if (m_isMounting)
         return;
     m_isMounting = true;
-    m_console.say(u"Mounting %1"_s.arg(m_medium.bsdName));
-    m_session.mount(
+    Q_EMIT said(u"Mounting %1"_s.arg(m_medium.bsdName));
+    m_environment.session.mount(
         m_disk, kDADiskMountOptionDefault, [this](const DADiskRef &disk, const DADissenterRef &dissenter) {
             m_isMounting = false;
             const QString mountPoint = readMedium(*disk).mountPoint;
@@ -361,10 +329,9 @@ void VolumeJob::mount()
                 return;
             m_newVolumeLimit.stop();
             if (isMounted && m_operation == Operation::Erase && m_outcome == ExitCode::Success)
-                giveMountedVolume(mountPoint, desktopUser());
+                m_environment.machine.giveToDesktopUser(mountPoint);
             if (dissenter && !isMounted)
-                m_console.say(
-                    u"%1 could not be mounted: %2"_s.arg(m_medium.bsdName, dissenterText(dissenter)));
+                Q_EMIT said(u"%1 could not be mounted: %2"_s.arg(m_medium.bsdName, dissenterText(dissenter)));
             finish();
         });
 }

@@ -4,28 +4,37 @@
 // system's own tools, mount. Main thread only.
 #pragma once
 
-#include "platform/DeviceUse.h"
 #include "platform/DiskArbitration.h"
-#include "tools/diskutil/Console.h"
+#include "tools/diskutil/machine.h"
+#include "tools/diskutil/MediaList.h"
 #include "tools/diskutil/preflight.h"
-#include "tools/diskutil/ToolProcess.h"
+#include "tools/diskutil/ToolRunner.h"
 
 #include <QObject>
 #include <QTimer>
 
+#include <chrono>
 #include <deque>
 
-// The media of a session as they are reported.
-class MediaList
+// How long a job waits. A test waits less.
+struct JobLimits
 {
-public:
-    void add(const DADiskRef &disk) { m_disks.push_back(disk); }
-    void remove(const DADiskRef &disk) { std::erase(m_disks, disk); }
-    std::vector<Medium> media() const;
-    DADiskRef disk(const QString &bsdName) const;
+    std::chrono::milliseconds newVolume {
+        5000
+    }; // the disk service notices one within some hundredths of a second
+    std::chrono::milliseconds claimStep { 50 };
+    std::chrono::milliseconds claim { 5000 }; // what an unmount or a command leaves behind has let go by then
+    std::chrono::milliseconds interruptedService { 5000 }; // for the disk service, once the run is to end
+};
 
-private:
-    std::vector<DADiskRef> m_disks;
+// What a job works with. All of it outlives the job.
+struct JobEnvironment
+{
+    DASession &session;
+    const MediaList &media;
+    ToolRunner &tools;
+    Machine machine = {};
+    JobLimits limits = {};
 };
 
 class VolumeJob : public QObject
@@ -33,15 +42,21 @@ class VolumeJob : public QObject
     Q_OBJECT
 
 public:
-    VolumeJob(CommandLine line, DASession &session, const MediaList &media, Console &console);
+    VolumeJob(CommandLine line, JobEnvironment environment);
 
-    // Begins; finished() comes later.
+    // Begins. finished() may come before this returns.
     void start();
 
     // A medium's description has changed.
     void mediumChanged(const DADiskRef &disk);
 
+    // Ends the job as soon as the medium can be left alone. The reason is a few words.
+    void interrupt(const QString &reason);
+
 Q_SIGNALS:
+    void said(const QString &line);
+    void complained(const QString &line); // why something was not done
+
     void finished(ExitCode code);
 
 private:
@@ -53,7 +68,6 @@ private:
     void handOver();
     void commandEnded(const ToolEnd &end);
     void judge(const ToolEnd &end);
-    void interrupt(const QString &reason);
     void giveServiceUp();
     QString lossText() const; // to be added to why an erase did not come to its end
     void awaitNewVolume();
@@ -65,10 +79,7 @@ private:
 
     const CommandLine m_line;
     const Operation m_operation;
-    DASession &m_session;
-    const MediaList &m_media;
-    Console &m_console;
-    ToolProcess m_process;
+    const JobEnvironment m_environment;
     QTimer m_newVolumeLimit;
     QTimer m_serviceLimit; // runs when the run is to end
 
@@ -76,7 +87,7 @@ private:
     Medium m_medium;
     DADiskRef m_disk;
     std::optional<DeviceIdentity> m_identity; // of the medium that was looked at
-    std::optional<OpenDevice> m_device; // the medium, from the last look to the start of a command
+    std::optional<HeldDevice> m_device; // the medium, from the last look to the start of a command
     int m_claimTries = 0;
     BundleTool m_tool; // and its bundle
     FileSystemBundle m_bundle;

@@ -4,9 +4,8 @@
 #include "filesystems/catalogue_rules.h"
 #include "platform/BlockDevice.h"
 #include "platform/Bundle.h"
-#include "platform/DeviceUse.h"
+#include "platform/DesktopUserMount.h"
 #include "platform/TrustedFile.h"
-#include "tools/diskutil/ToolProcess.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -93,6 +92,11 @@ QString executablePath(const FileSystemBundle &bundle, const BundleTool &tool)
     return bundle.path + u"/Contents/Resources/"_s + tool.executable;
 }
 
+QStringList toolFolders()
+{
+    return { u"/usr/sbin"_s, u"/usr/bin"_s, u"/sbin"_s, u"/bin"_s };
+}
+
 QString findTool(const QString &name)
 {
     return QStandardPaths::findExecutable(name, toolFolders());
@@ -132,4 +136,15 @@ bool isOtherFile(const QString &argument)
 {
     return bsdNameOfArgument(argument).isEmpty() && QFileInfo::exists(argument)
         && kernelDeviceName(argument).isEmpty();
+}
+
+HeldDevice holdDevice(const QString &deviceNode)
+{
+    const auto device = std::make_shared<OpenDevice>(deviceNode);
+    return { [device] { return device->identity(); }, [device] { return device->isClaimed(); } };
+}
+
+void giveToDesktopUser(const QString &mountPoint)
+{
+    giveMountedVolume(mountPoint, desktopUser());
 }

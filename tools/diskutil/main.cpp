@@ -5,8 +5,8 @@
 #include "filesystems/catalogue_rules.h"
 #include "platform/UDisksSession.h"
 #include "tools/diskutil/Console.h"
-#include "tools/diskutil/machine.h"
 #include "tools/diskutil/Privilege.h"
+#include "tools/diskutil/ToolProcess.h"
 #include "tools/diskutil/VolumeJob.h"
 
 #include <QCoreApplication>
@@ -52,6 +52,7 @@ public:
         : m_line(std::move(line))
         , m_console(console)
         , m_session(createUDisksSession(FileSystemClaims(filesystemDirectories())))
+        , m_tools([&console](const QByteArray &bytes) { console.pass(bytes); })
     {
     }
 
@@ -99,7 +100,10 @@ private:
 
     void startJob()
     {
-        m_job = std::make_unique<VolumeJob>(m_line, *m_session, m_media, m_console);
+        m_job = std::make_unique<VolumeJob>(m_line, JobEnvironment { *m_session, m_media, m_tools });
+        QObject::connect(m_job.get(), &VolumeJob::said, &m_console, &Console::say);
+        QObject::connect(m_job.get(), &VolumeJob::complained, &m_console, &Console::complain);
+        QObject::connect(&m_console, &Console::interrupted, m_job.get(), &VolumeJob::interrupt);
         QObject::connect(m_job.get(), &VolumeJob::finished, m_job.get(), &Session::finish);
         m_job->start();
     }
@@ -108,6 +112,7 @@ private:
     Console &m_console;
     MediaList m_media;
     std::unique_ptr<DASession> m_session;
+    ToolProcess m_tools;
     std::unique_ptr<VolumeJob> m_job;
 };
 
