@@ -42,7 +42,7 @@ class Refusals(DiskutilCase):
 
     def test_a_file_is_no_block_device(self):
         disk = self.make_disk(20)
-        self.assert_refused(case.NO_BLOCK_DEVICE, "is no block device", "eraseVolume", "ext4", "Name", disk.image,
+        self.assert_refused(case.NO_BLOCK_DEVICE, "is not a block device", "eraseVolume", "ext4", "Name", disk.image,
                             disk=disk)
 
     def test_a_volume_that_the_system_stands_on(self):

@@ -25,15 +25,15 @@ bool mayAccess(const QString &path, int mode)
     return access(QFile::encodeName(path).constData(), mode) == 0;
 }
 
-// What is made from a device, which is more than a mount: it cannot be unmounted away.
+// What uses a device other than a mount, so that no unmount would end it.
 QStringList usesBeyondMount(const QString &deviceNode)
 {
     const DeviceUse use = readDeviceUse(deviceNode);
     QStringList words;
     for (const QString &holder : use.holders)
-        words.append(u"%1 is made from it"_s.arg(holder));
+        words.append(u"%1 uses it"_s.arg(holder));
     if (use.isSwap)
-        words.append(u"it is swap space"_s);
+        words.append(u"it is in use as swap space"_s);
     return words;
 }
 

@@ -90,17 +90,18 @@ private:
     {
         if (!isAvailable)
             finish(serviceUnavailable());
-        else if (m_line.verb == Verb::List)
-            finish(printList(m_media, m_console));
+        else if (const auto operation = operationOfVerb(m_line.verb))
+            startJob(*operation);
         else if (m_line.verb == Verb::Info)
             finish(printInfo(m_media, m_line.device, m_console));
         else
-            startJob();
+            finish(printList(m_media, m_console));
     }
 
-    void startJob()
+    void startJob(Operation operation)
     {
-        m_job = std::make_unique<VolumeJob>(m_line, JobEnvironment { *m_session, m_media, m_tools });
+        m_job
+            = std::make_unique<VolumeJob>(operation, m_line, JobEnvironment { *m_session, m_media, m_tools });
         QObject::connect(m_job.get(), &VolumeJob::said, &m_console, &Console::say);
         QObject::connect(m_job.get(), &VolumeJob::complained, &m_console, &Console::complain);
         QObject::connect(&m_console, &Console::interrupted, m_job.get(), &VolumeJob::interrupt);
@@ -115,12 +116,6 @@ private:
     ToolProcess m_tools;
     std::unique_ptr<VolumeJob> m_job;
 };
-
-// Whether a command reads or writes a medium itself, which is root's alone.
-bool needsRoot(Verb verb)
-{
-    return verb == Verb::EraseVolume || verb == Verb::VerifyVolume || verb == Verb::RepairVolume;
-}
 
 int runAsRoot(const QStringList &arguments, Console &console)
 {
@@ -181,7 +176,8 @@ int main(int argc, char **argv)
         console.pass(usageText().toUtf8());
         return statusOf(ExitCode::Success);
     }
-    if (needsRoot(line.verb) && geteuid() != 0)
+    // Only root reads and writes a medium itself.
+    if (operationOfVerb(line.verb) && geteuid() != 0)
         return runAsRoot(arguments, console);
     return statusOf(Session(line, console).run());
 }

@@ -5,16 +5,21 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-Operation operationOfVerb(Verb verb)
+std::optional<Operation> operationOfVerb(Verb verb)
 {
     switch (verb) {
     case Verb::EraseVolume:
         return Operation::Erase;
+    case Verb::VerifyVolume:
+        return Operation::Verify;
     case Verb::RepairVolume:
         return Operation::Repair;
-    default:
-        return Operation::Verify;
+    case Verb::Help:
+    case Verb::List:
+    case Verb::Info:
+        break;
     }
+    return std::nullopt;
 }
 
 std::optional<Refusal> refusalOfDevice(
@@ -23,7 +28,7 @@ std::optional<Refusal> refusalOfDevice(
     const QString &name = medium.bsdName;
     const bool writes = operation != Operation::Verify;
     if (!situation.isBlockDevice)
-        return Refusal { ExitCode::NoBlockDevice, u"%1 is no block device"_s.arg(medium.deviceNode) };
+        return Refusal { ExitCode::NoBlockDevice, u"%1 is not a block device"_s.arg(medium.deviceNode) };
     if (situation.isSystemDevice)
         return Refusal { ExitCode::SystemVolume, u"the running system stands on %1"_s.arg(name) };
     if (!situation.inUse.isEmpty())
@@ -36,9 +41,8 @@ std::optional<Refusal> refusalOfDevice(
 }
 
 std::optional<Refusal> refusalOfChoice(
-    const CommandLine &line, const Medium &medium, const PersonalityChoice &choice)
+    Operation operation, const CommandLine &line, const Medium &medium, const PersonalityChoice &choice)
 {
-    const Operation operation = operationOfVerb(line.verb);
     if (operation == Operation::Erase) {
         if (!choice.personality)
             return Refusal { ExitCode::UnknownFormat,

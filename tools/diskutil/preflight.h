@@ -29,14 +29,15 @@ struct ToolSituation
     std::optional<QString> distrust; // why it may not be run with the administrator's rights
 };
 
-Operation operationOfVerb(Verb verb);
+// What the verb does to a medium. Returns std::nullopt for a verb that only tells something.
+std::optional<Operation> operationOfVerb(Verb verb);
 
 std::optional<Refusal> refusalOfDevice(
     Operation operation, const Medium &medium, const DeviceSituation &situation);
 
 // Whether there is a personality that does what is asked.
 std::optional<Refusal> refusalOfChoice(
-    const CommandLine &line, const Medium &medium, const PersonalityChoice &choice);
+    Operation operation, const CommandLine &line, const Medium &medium, const PersonalityChoice &choice);
 
 // Whether the new volume can have this size and this name. The choice is complete.
 std::optional<Refusal> refusalOfErase(
