@@ -212,6 +212,7 @@ private Q_SLOTS:
     void toolThatCannotBeStarted();
     void newVolumeIsToldLate();
     void newVolumeIsNeverTold();
+    void newVolumeIsToldInTime();
     void oldVolumeIsTakenForTheNew();
 
     void interruptedBeforeTheStart();
@@ -233,6 +234,7 @@ private Q_SLOTS:
     void silentServiceAtTheUnmount();
     void silentServiceAtTheMount();
     void eventsOutOfTurn();
+    void startOutOfTurn();
 };
 
 void TestVolumeJob::verification()
@@ -433,6 +435,23 @@ void TestVolumeJob::newVolumeIsNeverTold()
         QStringList({ u"Mounting disk2s1"_s, u"disk2s1 could not be mounted: the service says no"_s,
             u"Finished erase on disk2s1"_s }));
     QVERIFY(run.given.isEmpty());
+}
+
+// The limit is one for the volume, not for the mount.
+void TestVolumeJob::newVolumeIsToldInTime()
+{
+    JobLimits limits;
+    limits.newVolume = 0ms;
+    Run run(Operation::Erase, limits);
+    run.start();
+    run.tools.run(0);
+    run.tools.run(0);
+    run.tellVolume(u"New"_s);
+    QCoreApplication::processEvents();
+    QVERIFY(run.exits.isEmpty());
+    QVERIFY(run.waitsForMount());
+    run.grantMount();
+    QCOMPARE(run.exits, only(ExitCode::Success));
 }
 
 void TestVolumeJob::oldVolumeIsTakenForTheNew()
@@ -750,6 +769,19 @@ void TestVolumeJob::eventsOutOfTurn()
     QCOMPARE(run.exits, only(ExitCode::Success));
     QVERIFY(run.complained.isEmpty() && run.requests().empty());
     QCOMPARE(run.programs().size(), 2);
+}
+
+// What has not begun has written nothing.
+void TestVolumeJob::startOutOfTurn()
+{
+    Run run(Operation::Erase);
+    run.setMounted(true);
+    run.start();
+    Q_EMIT run.tools.started();
+    run.interrupt();
+    run.grantUnmount();
+    QVERIFY(run.waitsForMount());
+    QCOMPARE(run.complained.constLast(), u"the erase on disk2s1 was stopped"_s);
 }
 
 QTEST_GUILESS_MAIN(TestVolumeJob)
