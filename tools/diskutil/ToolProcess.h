@@ -42,9 +42,9 @@ private:
 
     OutputHandler m_handler;
     QProcess m_process;
-    std::unique_ptr<Descriptor> m_terminal; // our end
+    std::unique_ptr<Descriptor> m_terminal; // this process's end
     std::unique_ptr<Descriptor> m_childTerminal;
-    std::unique_ptr<Descriptor> m_output; // what is read; the terminal when this is null
+    std::unique_ptr<Descriptor> m_output; // what is read; null when that is the terminal
     std::unique_ptr<Descriptor> m_childOutput;
     std::unique_ptr<QSocketNotifier> m_notifier;
     qint64 m_group = 0; // process group of the program

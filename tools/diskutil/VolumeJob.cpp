@@ -7,7 +7,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-// What an executable of a bundle answers when it has found, or left, errors.
+// The exit status of an executable of a bundle that has found errors, or has left some.
 constexpr int errorsExitStatus = 8;
 
 QString dissenterText(const DADissenterRef &dissenter)
@@ -187,7 +187,7 @@ void VolumeJob::commandStarted()
     if (m_phase != Phase::Running)
         return;
     m_hasRun = true;
-    // The command has the device now. A partition that is held twice could not go when its disk is pulled.
+    // The command holds the device now. A second hold could outlast it, and keep a pulled disk from going.
     m_device.reset();
 }
 
@@ -249,7 +249,7 @@ void VolumeJob::interrupt(const QString &reason)
     }
 }
 
-// No command runs any longer, and no other will be run.
+// Called when no command is running, and none is to be run.
 void VolumeJob::conclude()
 {
     m_device.reset();

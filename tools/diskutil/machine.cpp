@@ -25,7 +25,7 @@ bool mayAccess(const QString &path, int mode)
     return access(QFile::encodeName(path).constData(), mode) == 0;
 }
 
-// What uses a device other than a mount, so that no unmount would end it.
+// Uses of a device that an unmount does not end.
 QStringList usesBeyondMount(const QString &deviceNode)
 {
     const DeviceUse use = readDeviceUse(deviceNode);
@@ -111,8 +111,8 @@ ToolSituation readToolSituation(const FileSystemBundle &bundle, const BundleTool
     }
     if (geteuid() != 0)
         return situation;
-    // The dictionary says what is run, so it must be beyond doubt as well; and what is run may use any other
-    // file of its bundle.
+    // The dictionary decides what is run, so it must be trusted as well. What is run may use any other file
+    // of its bundle.
     situation.distrust = reasonForDistrust(bundle.path + u"/Contents/Info.plist"_s);
     if (!situation.distrust)
         situation.distrust = reasonForDistrust(executablePath(bundle, tool));

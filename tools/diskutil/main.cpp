@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// diskutil: lists disks, makes, verifies and repairs volumes. It knows no file system itself; see
+// diskutil lists disks, and makes, verifies and repairs volumes. It knows no file system itself: see
 // diskutil(8).
 #include "filesystems/catalogue_rules.h"
 #include "platform/UDisksSession.h"
@@ -125,8 +125,8 @@ int runAsRoot(const QStringList &arguments, Console &console)
     return QCoreApplication::exec();
 }
 
-// A caller may leave out the standard descriptors. The next file to be opened, such as a device, would become
-// one of them, and be written to.
+// A caller may have closed the standard descriptors. The next file that is opened, such as a device, would
+// take the place of one and be written to.
 void openMissingStandardDescriptors()
 {
     for (int fd = open("/dev/null", O_RDWR); fd >= 0; fd = dup(fd)) {
@@ -137,7 +137,7 @@ void openMissingStandardDescriptors()
     }
 }
 
-// A caller that ignores the end of its children, or holds signals back, must not make diskutil deaf to them.
+// Undoes what a caller may have set: ignored ends of children, blocked signals.
 void hearSignals()
 {
     std::signal(SIGCHLD, SIG_DFL);
@@ -146,7 +146,8 @@ void hearSignals()
     sigprocmask(SIG_SETMASK, &none, nullptr);
 }
 
-// As they were given: Qt takes away what it knows as an option of its own, which may be a volume's name.
+// The arguments as they were given. Qt removes those that it takes for its own options, and a volume may have
+// such a name.
 QStringList argumentsOf(int argc, char **argv)
 {
     QStringList arguments;
@@ -159,7 +160,7 @@ QStringList argumentsOf(int argc, char **argv)
 
 int main(int argc, char **argv)
 {
-    // Names are text in UTF-8, whatever locale the caller is in, and messages are in English.
+    // Names are UTF-8 and messages are English, whatever the locale of the caller.
     setenv("LC_ALL", "C.UTF-8", 1);
     openMissingStandardDescriptors();
     hearSignals();

@@ -30,7 +30,7 @@ std::optional<Refusal> refusalOfDevice(
     if (!situation.isBlockDevice)
         return Refusal { ExitCode::NoBlockDevice, u"%1 is not a block device"_s.arg(medium.deviceNode) };
     if (situation.isSystemDevice)
-        return Refusal { ExitCode::SystemVolume, u"the running system stands on %1"_s.arg(name) };
+        return Refusal { ExitCode::SystemVolume, u"%1 is in use by the running system"_s.arg(name) };
     if (!situation.inUse.isEmpty())
         return Refusal { ExitCode::InUse, u"%1 is in use: %2"_s.arg(name, situation.inUse.join(u", "_s)) };
     if (writes && !medium.isWritable)
@@ -52,8 +52,7 @@ std::optional<Refusal> refusalOfChoice(
         return std::nullopt;
     }
     if (medium.kind.isEmpty())
-        return Refusal { ExitCode::NotSupported,
-            u"%1 has no file system that is known"_s.arg(medium.bsdName) };
+        return Refusal { ExitCode::NotSupported, u"%1 has no known file system"_s.arg(medium.bsdName) };
     if (!choice.personality)
         return Refusal { ExitCode::NotSupported,
             u"no installed file system %1 %2 volumes such as %3"_s.arg(
