@@ -56,7 +56,6 @@ class Run
 {
 public:
     explicit Run(Operation operation, JobLimits limits = {})
-        : m_limits(limits)
     {
         line.format = u"Test"_s;
         line.name = u"New"_s;
@@ -73,7 +72,7 @@ public:
         m_session->scheduleWithRunLoop();
         service.addDisk(disk);
         m_job = std::make_unique<VolumeJob>(
-            operation, line, JobEnvironment { *m_session, m_media, tools, machine(), m_limits });
+            operation, line, JobEnvironment { *m_session, m_media, tools, machine(), limits });
         QObject::connect(m_job.get(), &VolumeJob::said, m_job.get(), [this](const QString &text) {
             said.append(text);
             if (text.startsWith(lastLineThatIsRead) && !lastLineThatIsRead.isEmpty())
@@ -178,8 +177,6 @@ private:
         return machine;
     }
 
-    JobLimits m_limits;
-    SystemLogRedirection m_quiet { [](const QString &) { } };
     std::weak_ptr<int> m_hold;
     MediaList m_media;
     std::unique_ptr<DASession> m_session;
@@ -235,6 +232,9 @@ private Q_SLOTS:
     void silentServiceAtTheMount();
     void eventsOutOfTurn();
     void startOutOfTurn();
+
+private:
+    SystemLogRedirection m_quiet { [](const QString &) { } };
 };
 
 void TestVolumeJob::verification()
