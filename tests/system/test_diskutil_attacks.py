@@ -2,6 +2,7 @@
 """What someone who means harm could try with diskutil as root: names, device paths, what the caller leaves behind,
 bundles and devices that change between the look and the run. A second disk stands by, and stays as it is."""
 
+import fcntl
 import os
 import select
 import shutil
@@ -19,6 +20,8 @@ from loop_disk import LIMIT, probe, run  # noqa: E402
 
 BUNDLE = "/Library/Filesystems/witness.fs"
 RESOURCES = f"{BUNDLE}/Contents/Resources"
+
+LOOP_CHANGE_FD = 0x4C06  # linux/loop.h
 
 # Tells what it was started with. The shell reads its own signals, before it starts any program: to start one it holds all
 # of them back, for a moment longer than that takes, and none afterwards.
@@ -119,6 +122,51 @@ class Attacks(DiskutilCase):
         self.addCleanup(process.stderr.close)
         self.assertTrue(process.stdout.readline().startswith(b"Started"))
         return process
+
+    def assert_stopped_at_another_disk(self, process):
+        output, errors = process.communicate(timeout=LIMIT)
+        self.assertEqual(process.returncode, case.MEDIUM_CHANGED, errors)
+        self.assertIn(f"{self.node} is no longer the same disk".encode(), errors)
+        self.assertNotIn(b"arguments:", output)
+
+    def test_a_node_that_another_disk_takes_after_the_look(self):
+        self.make_volume()
+        before = self.disk.digest()
+        self.install_witness(FSFormatExecutable="work", FSRepairExecutable="work")
+        for arguments in VERBS:
+            with self.subTest(arguments):
+                process = self.start_and_hold(arguments)
+                run("mount", "--bind", self.bystander.partitions[0], self.node)
+                try:
+                    self.assert_stopped_at_another_disk(process)
+                finally:
+                    run("umount", self.node)
+                    os.close(self.claim)
+                self.assertEqual(self.disk.digest(), before)
+                self.assert_bystander_is_untouched()
+
+    def test_a_disk_whose_content_is_exchanged_after_the_look(self):
+        """The kernel exchanges the image of a disk that is open only when nobody can write to the disk."""
+        self.disk = self.make_disk(20, read_only=True)
+        self.node = self.disk.partitions[0]
+        shutil.copyfile(self.bystander.image, self.disk.image)
+        before = self.disk.digest()
+        run("udevadm", "trigger", "--settle", self.node)
+        self.service.wait("the volume is known",
+                          lambda: self.service.property(self.node, "Block", "IdType") == 's "ext4"')
+        self.install_witness()
+        process = self.start_and_hold(["verifyVolume"])
+        self.exchange_image(self.bystander.image)
+        try:
+            os.close(self.claim)
+            self.assert_stopped_at_another_disk(process)
+        finally:
+            self.exchange_image(self.disk.image)
+        self.assertEqual(self.disk.digest(), before)
+
+    def exchange_image(self, image):
+        with open(self.disk.node, "rb") as device, open(image, "rb") as file:
+            fcntl.ioctl(device, LOOP_CHANGE_FD, file.fileno())
 
     def test_device_paths_that_lead_elsewhere(self):
         self.make_volume()

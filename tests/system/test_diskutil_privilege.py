@@ -75,7 +75,7 @@ class DiskutilPrivilege(unittest.TestCase):
     def test_the_question_was_closed(self):
         code, _, err = self.diskutil("verifyVolume", "disk1s1", path=self.stand_in("raise SystemExit(126)"))
         self.assertEqual(code, NOT_PERMITTED)
-        self.assertEqual(err, "diskutil: the question for administrator rights was not answered\n")
+        self.assertEqual(err, "diskutil: the request for administrator rights was dismissed\n")
 
     # Root's process does not hear the user's signals; it sees that its reader goes.
     DEAF = """

@@ -42,7 +42,7 @@ class Refusals(DiskutilCase):
 
     def test_a_file_is_no_block_device(self):
         disk = self.make_disk(20)
-        self.assert_refused(case.NO_BLOCK_DEVICE, "is no block device", "eraseVolume", "ext4", "Name", disk.image,
+        self.assert_refused(case.NO_BLOCK_DEVICE, "is not a block device", "eraseVolume", "ext4", "Name", disk.image,
                             disk=disk)
 
     def test_a_volume_that_the_system_stands_on(self):
@@ -54,7 +54,7 @@ class Refusals(DiskutilCase):
         for device in [node, disk.node]:
             for arguments in [["verifyVolume"], ["repairVolume"], ["eraseVolume", "ext4", "Name"]]:
                 with self.subTest(arguments + [device]):
-                    self.assert_refused(case.SYSTEM_VOLUME, "running system stands on", *arguments, device,
+                    self.assert_refused(case.SYSTEM_VOLUME, "in use by the running system", *arguments, device,
                                         disk=disk)
         self.assertIn(node, run("cat", "/proc/self/mounts"))
 
@@ -65,7 +65,7 @@ class Refusals(DiskutilCase):
         run("mkswap", node)
         run("swapon", node)
         self.addCleanup(run, "swapoff", node)
-        self.assert_refused(case.SYSTEM_VOLUME, "running system stands on", "eraseVolume", "ext4", "Name", node)
+        self.assert_refused(case.SYSTEM_VOLUME, "in use by the running system", "eraseVolume", "ext4", "Name", node)
 
     def test_a_disk_with_a_mounted_partition(self):
         disk = self.make_disk(20, 20)
@@ -141,7 +141,7 @@ class Refusals(DiskutilCase):
 
     def test_a_device_without_a_file_system(self):
         disk = self.make_disk(20)
-        self.assert_refused(case.NOT_SUPPORTED, "no file system that is known", "verifyVolume",
+        self.assert_refused(case.NOT_SUPPORTED, "no known file system", "verifyVolume",
                             disk.partitions[0], disk=disk)
 
     def test_a_bundle_that_others_can_change(self):

@@ -92,6 +92,7 @@ private Q_SLOTS:
     void personalityOfAVolume_data();
     void personalityOfAVolume();
     void bundlesThatServeTheSameVolumes();
+    void operationsOfVerbs();
     void refusedDevices();
     void refusedChoices();
     void refusedErases();
@@ -291,6 +292,15 @@ void TestDiskutilRules::bundlesThatServeTheSameVolumes()
     QVERIFY(!servesSameVolumes(installed, u"msdos"_s, u"zorvex_fat"_s));
 }
 
+void TestDiskutilRules::operationsOfVerbs()
+{
+    QCOMPARE(operationOfVerb(Verb::EraseVolume), std::optional(Operation::Erase));
+    QCOMPARE(operationOfVerb(Verb::VerifyVolume), std::optional(Operation::Verify));
+    QCOMPARE(operationOfVerb(Verb::RepairVolume), std::optional(Operation::Repair));
+    for (const Verb verb : { Verb::Help, Verb::List, Verb::Info })
+        QVERIFY(!operationOfVerb(verb));
+}
+
 void TestDiskutilRules::refusedDevices()
 {
     const Medium medium = volume();
@@ -303,7 +313,7 @@ void TestDiskutilRules::refusedDevices()
     situation.isSystemDevice = true;
     QCOMPARE(codeOf(refusalOfDevice(Operation::Verify, medium, situation)), ExitCode::SystemVolume);
     situation = freeDevice();
-    situation.inUse = { u"dm-0 is made from it"_s };
+    situation.inUse = { u"dm-0 uses it"_s };
     QCOMPARE(codeOf(refusalOfDevice(Operation::Verify, medium, situation)), ExitCode::InUse);
     situation = freeDevice();
     situation.canWrite = false;
@@ -325,16 +335,18 @@ void TestDiskutilRules::refusedChoices()
     const CommandLine erase { Verb::EraseVolume, u"FAT16"_s, u"NAME"_s, {} };
     const CommandLine verify { Verb::VerifyVolume, {}, {}, {} };
     QCOMPARE(
-        codeOf(refusalOfChoice(erase, volume(), personalityNamed(installed, u"FAT16"_s))), ExitCode::Success);
-    QCOMPARE(codeOf(refusalOfChoice(erase, volume(), {})), ExitCode::UnknownFormat);
-    QCOMPARE(codeOf(refusalOfChoice(erase, volume(), personalityNamed(installed, u"FAT32"_s))),
+        codeOf(refusalOfChoice(Operation::Erase, erase, volume(), personalityNamed(installed, u"FAT16"_s))),
+        ExitCode::Success);
+    QCOMPARE(codeOf(refusalOfChoice(Operation::Erase, erase, volume(), {})), ExitCode::UnknownFormat);
+    QCOMPARE(
+        codeOf(refusalOfChoice(Operation::Erase, erase, volume(), personalityNamed(installed, u"FAT32"_s))),
         ExitCode::NotSupported);
-    QCOMPARE(codeOf(refusalOfChoice(verify, volume(), {})), ExitCode::NotSupported);
+    QCOMPARE(codeOf(refusalOfChoice(Operation::Verify, verify, volume(), {})), ExitCode::NotSupported);
     Medium unknown = volume();
     unknown.kind.clear();
-    const auto refusal = refusalOfChoice(verify, unknown, {});
+    const auto refusal = refusalOfChoice(Operation::Verify, verify, unknown, {});
     QCOMPARE(codeOf(refusal), ExitCode::NotSupported);
-    QVERIFY(refusal->message.contains(u"no file system that is known"_s));
+    QVERIFY(refusal->message.contains(u"no known file system"_s));
 }
 
 void TestDiskutilRules::refusedErases()

@@ -17,19 +17,19 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-// A signal handler may do next to nothing: it writes the signal's number here, and the event loop reads it.
+// A signal handler may do very little. It writes the number of the signal here, and the event loop reads it.
 std::array<int, 2> signalPipe { -1, -1 };
 
 void noteSignal(int number)
 {
     const int savedError = errno;
     const auto byte = static_cast<unsigned char>(number);
-    // The pipe is full only when enough signals are waiting in it already.
+    // The pipe is full only when it holds plenty of signals already.
     [[maybe_unused]] const ssize_t written = write(signalPipe[1], &byte, 1);
     errno = savedError;
 }
 
-// Writes everything; false when nobody can take it.
+// Writes everything. Returns false when the reader has gone.
 bool writeAll(int fd, QByteArrayView bytes)
 {
     while (!bytes.isEmpty()) {
@@ -51,7 +51,7 @@ bool writeAll(int fd, QByteArrayView bytes)
 Console::Console(QObject *parent)
     : QObject(parent)
 {
-    std::signal(SIGPIPE, SIG_IGN); // a write says so itself
+    std::signal(SIGPIPE, SIG_IGN); // a failed write is noticed where it happens
     if (pipe2(signalPipe.data(), O_CLOEXEC | O_NONBLOCK) == 0) {
         m_signalNotifier = new QSocketNotifier(signalPipe[0], QSocketNotifier::Read, this);
         connect(m_signalNotifier, &QSocketNotifier::activated, this, &Console::signalArrived);
@@ -61,8 +61,8 @@ Console::Console(QObject *parent)
         for (const int number : { SIGINT, SIGTERM, SIGHUP })
             sigaction(number, &action, nullptr);
     }
-    // A pipe whose reader has gone is told as an error, for which this is the only notifier that does not
-    // fire all the time on a pipe with room in it.
+    // The kernel reports a pipe whose reader has gone as an error. Of all notifiers that hear of it, this is
+    // the only one that stays quiet while the pipe can be written to.
     m_outputNotifier = new QSocketNotifier(STDOUT_FILENO, QSocketNotifier::Exception, this);
     connect(m_outputNotifier, &QSocketNotifier::activated, this, &Console::outputClosed);
 }
@@ -78,15 +78,15 @@ void Console::pass(const QByteArray &bytes)
         return;
     m_endsWithLine = bytes.endsWith('\n');
     if (!writeAll(STDOUT_FILENO, bytes))
-        interrupt(u"nobody reads its output"_s);
+        interrupt(u"its output is no longer read"_s);
 }
 
 void Console::complain(const QString &line)
 {
     const QByteArray start = m_endsWithLine ? QByteArray("diskutil: ") : QByteArray("\ndiskutil: ");
     m_endsWithLine = true;
-    // What a disk or an argument says is part of the line, and cannot begin another.
-    // Whoever does not read the standard error still has the exit status.
+    // The line may hold names from a disk or an argument, which must not begin another line. A failed write
+    // is no reason to stop: the caller still has the exit status.
     writeAll(STDERR_FILENO, QByteArray(start + escapedForLog(line).toUtf8() + '\n'));
 }
 
@@ -102,7 +102,7 @@ void Console::outputClosed()
     pollfd state { STDOUT_FILENO, 0, 0 };
     if (poll(&state, 1, 0) > 0 && (state.revents & POLLERR)) {
         m_outputNotifier->setEnabled(false);
-        interrupt(u"nobody reads its output"_s);
+        interrupt(u"its output is no longer read"_s);
     }
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Standard output and standard error without buffers, and the wishes of whoever started diskutil to have it
-// stop: a signal, or a reader of its output that has gone. Main thread only.
+// Standard output and standard error without buffers, and what asks diskutil to stop: a signal, or the reader
+// of its output that has gone. Main thread only.
 #pragma once
 
 #include <QByteArray>
@@ -17,17 +17,17 @@ class Console : public QObject
 public:
     explicit Console(QObject *parent = nullptr);
 
-    // Writes a line to the standard output.
+    // Writes a line to the standard output. May emit interrupted().
     void say(const QString &line);
 
-    // Writes the bytes to the standard output as they are.
+    // Writes the bytes to the standard output as they are. May emit interrupted().
     void pass(const QByteArray &bytes);
 
     // Writes one line, with the program's name before it, to the standard error.
     void complain(const QString &line);
 
 Q_SIGNALS:
-    // Told once; the reason is a few words.
+    // Emitted at most once. The reason is a few words.
     void interrupted(const QString &reason);
 
 private:

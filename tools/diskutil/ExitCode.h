@@ -6,12 +6,12 @@
 // The exit status of diskutil. The numbers are an interface: the manual lists them.
 enum class ExitCode : int {
     Success = 0,
-    ErrorsFound = 1, // verifyVolume found errors, or repairVolume left some
+    ErrorsFound = 1, // verifyVolume found errors, or some remain after repairVolume
     Usage = 2,
     NoSuchDisk = 3,
     NoBlockDevice = 4,
-    SystemVolume = 5, // the running system stands on it
-    InUse = 6, // a partition is mounted, or another device or swap space is made from it
+    SystemVolume = 5, // the running system uses it
+    InUse = 6, // a partition is mounted, or another device or swap space uses it
     UnknownFormat = 7, // no bundle has a personality of this name
     NotSupported = 8, // the file system cannot be formatted, verified or repaired
     NameRefused = 9,
@@ -27,7 +27,7 @@ enum class ExitCode : int {
     Interrupted = 19,
 };
 
-// Why nothing is done: one line for the user and the exit status.
+// Why nothing is done: the exit status and one line for the user.
 struct Refusal
 {
     ExitCode code;

@@ -15,7 +15,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-// What pkexec says of itself; diskutil's own statuses are less.
+// The exit statuses of pkexec itself. Those of diskutil are lower.
 constexpr int dismissedStatus = 126;
 constexpr int refusedStatus = 127;
 
@@ -74,7 +74,7 @@ void PrivilegedRun::passOutput()
     while (m_output >= 0) {
         const ssize_t length = read(m_output, buffer.data(), buffer.size());
         if (length > 0) {
-            m_console.pass(QByteArray(buffer.data(), length)); // which may end the reading
+            m_console.pass(QByteArray(buffer.data(), length)); // may close m_output
         } else if (length == 0 || (errno != EINTR && errno != EAGAIN)) {
             m_notifier->setEnabled(false);
             return;
@@ -84,8 +84,8 @@ void PrivilegedRun::passOutput()
     }
 }
 
-// Before the user has been asked pkexec is still his, and hears the signal; after that the tool sees that its
-// reader has gone.
+// Until the user has answered, pkexec still runs as that user and receives the signal. After that, the tool
+// notices that its reader has gone.
 void PrivilegedRun::stop()
 {
     if (m_notifier)
@@ -102,7 +102,7 @@ void PrivilegedRun::programEnded(int code, QProcess::ExitStatus status)
     else if (status == QProcess::CrashExit)
         fail(ExitCode::ToolFailed, u"the run with administrator rights was killed by signal %1"_s.arg(code));
     else if (code == dismissedStatus)
-        fail(ExitCode::NotPermitted, u"the question for administrator rights was not answered"_s);
+        fail(ExitCode::NotPermitted, u"the request for administrator rights was dismissed"_s);
     else if (code == refusedStatus)
         fail(ExitCode::NotPermitted, u"administrator rights were not granted"_s);
     else

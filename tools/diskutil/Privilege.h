@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 //
-// diskutil as root, for one run and at the wish of a user who is not: the same program with the same
-// arguments, started by pkexec.
+// One run of diskutil as root for a user who is not root: the same program with the same arguments, started
+// by pkexec.
 //
-// Nobody but root can send that process a signal. It writes into a pipe that is read here, and stops when the
-// reader goes: so it ends with this process however that ends, and when this one is told to stop or is not
-// listened to. Main thread only.
+// Only root can send that process a signal. It writes to a pipe that is read here, and stops when the reader
+// goes. So it stops when this process ends, however that ends, when this process is told to stop, and when
+// the reader of this one has gone. Main thread only.
 #pragma once
 
 #include "tools/diskutil/Console.h"
@@ -26,7 +26,7 @@ public:
     explicit PrivilegedRun(Console &console);
     ~PrivilegedRun() override;
 
-    // Runs the program with the arguments; finished() tells its end, always later.
+    // Runs the program with the arguments. finished() always follows later.
     void start(const QString &program, const QStringList &arguments);
 
 Q_SIGNALS:

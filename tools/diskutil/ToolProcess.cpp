@@ -2,6 +2,7 @@
 #include "tools/diskutil/ToolProcess.h"
 
 #include "platform/SystemLog.h"
+#include "tools/diskutil/machine.h"
 
 #include <QSocketNotifier>
 #include <QTimer>
@@ -24,7 +25,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-// A program that is told to end has this long to do so, looked at in these steps.
+// How long a program that is told to end has to do so, and how often it is looked at meanwhile.
 constexpr std::chrono::milliseconds stopStep { 50 };
 constexpr int stepsBeforeForce = 100;
 
@@ -33,8 +34,8 @@ constexpr unsigned short terminalRows = 24;
 
 constexpr mode_t usualMask = 022;
 
-// What the program would inherit from whoever started diskutil, besides its environment: open files, signals
-// that are ignored or held back, the mask of new files. Safe between fork and exec.
+// Drops what the program would inherit from the caller of diskutil besides the environment: open files,
+// ignored and blocked signals, the file mode mask. Safe between fork and exec.
 void forgetCaller()
 {
     close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC);
@@ -69,13 +70,8 @@ private:
     int m_fd;
 };
 
-QStringList toolFolders()
-{
-    return { u"/usr/sbin"_s, u"/usr/bin"_s, u"/sbin"_s, u"/bin"_s };
-}
-
 ToolProcess::ToolProcess(OutputHandler handler, QObject *parent)
-    : QObject(parent)
+    : ToolRunner(parent)
     , m_handler(std::move(handler))
 {
     prepareProcess();
@@ -100,7 +96,7 @@ void ToolProcess::prepareProcess()
     m_process.setStandardInputFile(QProcess::nullDevice());
     m_process.setProcessChannelMode(QProcess::ForwardedChannels);
     m_process.setChildProcessModifier([this] {
-        // Only calls that are safe between fork and exec.
+        // Only calls that are safe between fork and exec are allowed here.
         const int output = m_childOutput ? m_childOutput->fd() : m_childTerminal->fd();
         setsid();
         ioctl(m_childTerminal->fd(), TIOCSCTTY, 0);
@@ -122,7 +118,8 @@ bool ToolProcess::openChannels(ToolCommand::Output output)
     termios mode = {};
     if (m_childTerminal->fd() < 0 || tcgetattr(m_childTerminal->fd(), &mode) != 0)
         return false;
-    // Line ends come out as the program writes them: a carriage return would take its line away.
+    // Raw, so that line ends stay as they are written: an added carriage return would make a line look
+    // rewritten.
     cfmakeraw(&mode);
     const winsize size { terminalRows, terminalColumns, 0, 0 };
     if (tcsetattr(m_childTerminal->fd(), TCSANOW, &mode) != 0
@@ -167,7 +164,7 @@ void ToolProcess::readOutput()
         if (length > 0) {
             m_handler(QByteArray(buffer.data(), length));
         } else if (length == 0 || (errno != EINTR && errno != EAGAIN)) {
-            m_notifier->setEnabled(false); // nobody is left who could write
+            m_notifier->setEnabled(false); // no writer is left
             return;
         } else if (errno == EAGAIN) {
             return;

@@ -1,29 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "tools/diskutil/VolumeJob.h"
 
-#include "platform/DesktopUserMount.h"
 #include "platform/SystemLog.h"
-#include "tools/diskutil/machine.h"
-
-#include <algorithm>
-#include <chrono>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-// What an executable of a bundle answers when it has found, or left, errors.
+// The exit status of an executable of a bundle that has found errors, or has left some.
 constexpr int errorsExitStatus = 8;
-
-// The disk service hears of a new volume within some hundredths of a second.
-constexpr std::chrono::seconds newVolumeLimit { 5 };
-
-// What an unmount, or the end of a command, leaves behind lets go of the device within this time.
-constexpr std::chrono::milliseconds claimStep { 50 };
-constexpr int mostClaimTries = 100;
-
-// A run that is to end waits this long for the disk service, which has no time limit otherwise.
-constexpr std::chrono::seconds interruptedServiceLimit { 5 };
 
 QString dissenterText(const DADissenterRef &dissenter)
 {
@@ -32,12 +17,12 @@ QString dissenterText(const DADissenterRef &dissenter)
     return u"0x%1"_s.arg(dissenter->status, 8, 16, QLatin1Char('0'));
 }
 
-// Each word by itself, so that a name with spaces, quotes or brackets cannot pass for several.
+// Every word in brackets, so that a name with spaces, quotes or brackets cannot pass for several.
 QString commandText(const ToolCommand &command)
 {
     QStringList words;
     for (QString word : QStringList(command.program) + command.arguments) {
-        for (const QChar c : { u'\\', u'[', u']' }) // the backslash first: it is what the others get
+        for (const QChar c : { u'\\', u'[', u']' }) // the backslash first: the others get one
             word.replace(c, u"\\"_s + c);
         words.append(u'[' + word + u']');
     }
@@ -59,43 +44,18 @@ QString endText(const ToolEnd &end)
 
 } // namespace
 
-std::vector<Medium> MediaList::media() const
+VolumeJob::VolumeJob(Operation operation, CommandLine line, JobEnvironment environment)
+    : m_operation(operation)
+    , m_line(std::move(line))
+    , m_environment(std::move(environment))
 {
-    std::vector<Medium> media;
-    media.reserve(m_disks.size());
-    for (const DADiskRef &disk : m_disks)
-        media.push_back(readMedium(*disk));
-    return media;
+    m_phaseTimer.setSingleShot(true);
+    connect(&m_phaseTimer, &QTimer::timeout, this, &VolumeJob::phaseTimedOut);
+    connect(&m_environment.tools, &ToolRunner::started, this, &VolumeJob::commandStarted);
+    connect(&m_environment.tools, &ToolRunner::ended, this, &VolumeJob::commandEnded);
 }
 
-DADiskRef MediaList::disk(const QString &bsdName) const
-{
-    const auto found = std::find_if(m_disks.begin(), m_disks.end(),
-        [&bsdName](const DADiskRef &disk) { return readMedium(*disk).bsdName == bsdName; });
-    return found == m_disks.end() ? nullptr : *found;
-}
-
-VolumeJob::VolumeJob(CommandLine line, DASession &session, const MediaList &media, Console &console)
-    : m_line(std::move(line))
-    , m_operation(operationOfVerb(m_line.verb))
-    , m_session(session)
-    , m_media(media)
-    , m_console(console)
-    , m_process([&console](const QByteArray &bytes) { console.pass(bytes); })
-{
-    m_newVolumeLimit.setSingleShot(true);
-    m_newVolumeLimit.setInterval(newVolumeLimit);
-    connect(&m_newVolumeLimit, &QTimer::timeout, this, &VolumeJob::mount);
-    // From here the tool holds it. A partition that is held twice could not go when its disk is pulled.
-    connect(&m_process, &ToolProcess::started, this, [this] { m_device.reset(); });
-    m_serviceLimit.setSingleShot(true);
-    m_serviceLimit.setInterval(interruptedServiceLimit);
-    connect(&m_serviceLimit, &QTimer::timeout, this, &VolumeJob::giveServiceUp);
-    connect(&m_process, &ToolProcess::ended, this, &VolumeJob::commandEnded);
-    connect(&m_console, &Console::interrupted, this, &VolumeJob::interrupt);
-}
-
-QString VolumeJob::verbNoun() const
+QString VolumeJob::operationText() const
 {
     switch (m_operation) {
     case Operation::Verify:
@@ -108,263 +68,260 @@ QString VolumeJob::verbNoun() const
     return u"erase"_s;
 }
 
-void VolumeJob::start()
+QString VolumeJob::lossText() const
 {
-    if (const auto refusal = prepare()) {
-        m_console.complain(refusal->message);
-        Q_EMIT finished(refusal->code);
+    return isOldVolumeLost() ? u"; what was on %1 is lost"_s.arg(m_plan.medium.bsdName) : QString();
+}
+
+void VolumeJob::enter(Phase phase)
+{
+    m_phase = phase;
+    m_phaseTimer.stop();
+}
+
+void VolumeJob::phaseTimedOut()
+{
+    switch (m_phase) {
+    case Phase::Claiming:
+        claim();
+        return;
+    case Phase::AwaitingVolume:
+        mount();
+        return;
+    case Phase::Unmounting:
+    case Phase::Mounting:
+        giveServiceUp();
+        return;
+    case Phase::Preparing:
+    case Phase::Running:
+    case Phase::Ended:
         return;
     }
-    m_console.say(u"Started %1 on %2"_s.arg(verbNoun(), m_medium.bsdName));
-    unmount();
 }
 
-std::optional<Refusal> VolumeJob::prepare()
+void VolumeJob::start()
 {
-    const std::vector<Medium> media = m_media.media();
-    const auto medium = findMedium(media, m_line.device);
-    if (!medium)
-        return isOtherFile(m_line.device)
-            ? Refusal { ExitCode::NoBlockDevice, u"%1 is no block device"_s.arg(m_line.device) }
-            : Refusal { ExitCode::NoSuchDisk, u"there is no disk %1"_s.arg(m_line.device) };
-    m_medium = *medium;
-    m_disk = m_media.disk(m_medium.bsdName);
-    m_identity = readDeviceIdentity(m_medium.deviceNode);
-
-    if (auto refusal = refusalOfDevice(m_operation, m_medium, readDeviceSituation(m_medium, media)))
-        return refusal;
-    m_bundles = readInstalledBundles();
-    const PersonalityChoice choice = m_operation == Operation::Erase
-        ? personalityNamed(m_bundles, m_line.format)
-        : personalityForVolume(m_bundles, m_medium.kind, m_medium.subtype, m_operation);
-    if (auto refusal = refusalOfChoice(m_line, m_medium, choice))
-        return refusal;
-    if (m_operation == Operation::Erase) {
-        if (auto refusal = refusalOfErase(m_line, m_medium, choice))
-            return refusal;
+    auto plan = planJob(m_operation, m_line, m_environment.media, m_environment.machine);
+    if (const auto *refusal = std::get_if<Refusal>(&plan)) {
+        Q_EMIT complained(refusal->message);
+        m_outcome = refusal->code;
+        finish();
+        return;
     }
-    m_newKind = choice.bundle->name;
-    m_newSubtype = choice.personality->subtype;
-    return prepareTool(choice);
-}
-
-std::optional<Refusal> VolumeJob::prepareTool(const PersonalityChoice &choice)
-{
-    m_bundle = *choice.bundle;
-    m_tool = *choice.personality->tool(m_operation);
-    if (auto refusal = refusalOfTool(m_bundle, readToolSituation(m_bundle, m_tool)))
-        return refusal;
-
-    ToolCommand command { executablePath(m_bundle, m_tool), m_tool.arguments, ToolCommand::Output::Terminal };
-    if (m_operation == Operation::Erase) {
-        // What a former file system has left anywhere on the medium could be taken for the volume later.
-        const QString wipe = findTool(u"wipefs"_s);
-        if (wipe.isEmpty())
-            return Refusal { ExitCode::ToolMissing,
-                u"wipefs is not installed; install the package util-linux"_s };
-        m_commands.push_back({ wipe, { u"--all"_s, u"--quiet"_s, m_medium.deviceNode } });
-        command.output = ToolCommand::Output::Pipe;
-        command.arguments += { u"-v"_s, m_line.name };
-    }
-    command.arguments += m_medium.deviceNode;
-    m_commands.push_back(command);
-    return std::nullopt;
+    m_plan = std::move(std::get<JobPlan>(plan));
+    Q_EMIT said(u"Started %1 on %2"_s.arg(operationText(), m_plan.medium.bsdName));
+    if (isInterrupted())
+        conclude();
+    else if (m_plan.medium.mountPoint.isEmpty())
+        claimForNextCommand();
+    else
+        unmount();
 }
 
 void VolumeJob::unmount()
 {
-    if (m_medium.mountPoint.isEmpty()) {
+    Q_EMIT said(u"Unmounting %1"_s.arg(m_plan.medium.bsdName));
+    if (isInterrupted()) {
+        conclude();
+        return;
+    }
+    enter(Phase::Unmounting);
+    m_environment.session.unmount(m_plan.disk, kDADiskUnmountOptionDefault,
+        [this](const DADiskRef &, const DADissenterRef &dissenter) { unmountAnswered(dissenter); });
+}
+
+void VolumeJob::unmountAnswered(const DADissenterRef &dissenter)
+{
+    if (m_phase != Phase::Unmounting)
+        return;
+    m_isUnmounted = !dissenter;
+    if (dissenter && !isInterrupted()) {
+        Q_EMIT complained(
+            u"%1 could not be unmounted: %2"_s.arg(m_plan.medium.bsdName, dissenterText(dissenter)));
+        m_outcome = ExitCode::UnmountRefused;
+    }
+    if (m_outcome == ExitCode::Success)
+        claimForNextCommand();
+    else
+        conclude();
+}
+
+void VolumeJob::claimForNextCommand()
+{
+    enter(Phase::Claiming);
+    m_deadline.setRemainingTime(m_environment.limits.claim);
+    claim();
+}
+
+void VolumeJob::claim()
+{
+    m_device = m_environment.machine.holdDevice(m_plan.medium.deviceNode);
+    auto refusal = refusalOfHandOver(m_plan, *m_device, m_environment.media.media(), m_environment.machine);
+    if (!refusal && m_device->isClaimed()) {
+        if (!m_deadline.hasExpired()) {
+            m_phaseTimer.start(m_environment.limits.claimStep);
+            return;
+        }
+        refusal = Refusal { ExitCode::InUse, u"%1 is in use"_s.arg(m_plan.medium.bsdName) };
+    }
+    if (!refusal) {
         runNextCommand();
         return;
     }
-    m_console.say(u"Unmounting %1"_s.arg(m_medium.bsdName));
-    m_session.unmount(
-        m_disk, kDADiskUnmountOptionDefault, [this](const DADiskRef &, const DADissenterRef &dissenter) {
-            if (!dissenter) {
-                runNextCommand();
-                return;
-            }
-            m_console.complain(
-                u"%1 could not be unmounted: %2"_s.arg(m_medium.bsdName, dissenterText(dissenter)));
-            Q_EMIT finished(ExitCode::UnmountRefused);
-        });
+    Q_EMIT complained(refusal->message + lossText());
+    m_outcome = isOldVolumeLost() ? ExitCode::ToolFailed : refusal->code;
+    conclude();
 }
 
 void VolumeJob::runNextCommand()
 {
-    if (m_isInterrupted) {
-        conclude();
-        return;
-    }
-    m_claimTries = 0;
-    handOver();
-}
-
-// Between the first look and here the medium may have been pulled and its name given to another, it may have
-// been mounted, and the bundle may have been changed.
-std::optional<Refusal> VolumeJob::refusalOfHandOver() const
-{
-    if (!m_identity || m_device->identity() != m_identity)
-        return Refusal { ExitCode::MediumChanged,
-            u"%1 is not the medium any more that it was"_s.arg(m_medium.deviceNode) };
-    if (auto refusal = refusalOfDevice(m_operation, m_medium, readDeviceSituation(m_medium, m_media.media())))
-        return refusal;
-    return refusalOfTool(m_bundle, readToolSituation(m_bundle, m_tool));
-}
-
-void VolumeJob::handOver()
-{
-    m_device.emplace(m_medium.deviceNode);
-    auto refusal = refusalOfHandOver();
-    if (!refusal && m_device->isClaimed()) {
-        if (!m_isInterrupted && ++m_claimTries < mostClaimTries) {
-            QTimer::singleShot(claimStep, this, &VolumeJob::handOver);
-            return;
-        }
-        refusal = Refusal { ExitCode::InUse, u"%1 is in use"_s.arg(m_medium.bsdName) };
-    }
-    if (m_isInterrupted) {
-        conclude();
-        return;
-    }
-    if (refusal) {
-        m_console.complain(refusal->message + lossText());
-        m_outcome = m_isUntouched ? refusal->code : ExitCode::ToolFailed;
-        conclude();
-        return;
-    }
-    const ToolCommand command = m_commands.front();
-    m_commands.pop_front();
-    m_isRunning = true;
-    m_isUntouched = false;
+    enter(Phase::Running);
+    const ToolCommand command = m_plan.commands.front();
+    m_plan.commands.pop_front();
     systemLog(u"diskutil runs: %1"_s.arg(commandText(command)));
-    m_process.start(command);
+    m_environment.tools.start(command);
+}
+
+void VolumeJob::commandStarted()
+{
+    if (m_phase != Phase::Running)
+        return;
+    m_hasRun = true;
+    // The command holds the device now. A second hold could outlast it, and keep a pulled disk from going.
+    m_device.reset();
 }
 
 void VolumeJob::commandEnded(const ToolEnd &end)
 {
-    m_device.reset();
-    m_isRunning = false;
+    if (m_phase != Phase::Running)
+        return;
     const bool hasSucceeded = end.kind == ToolEnd::Kind::Exited && end.code == 0;
-    if (hasSucceeded && !m_commands.empty()) {
-        runNextCommand();
+    if (hasSucceeded && !isInterrupted() && !m_plan.commands.empty()) {
+        claimForNextCommand();
         return;
     }
-    if (m_operation != Operation::Verify)
-        announceChange(m_medium.deviceNode);
-    if (!m_isInterrupted)
+    if (!isInterrupted())
         judge(end);
     conclude();
 }
 
 void VolumeJob::judge(const ToolEnd &end)
 {
+    const QString &name = m_plan.medium.bsdName;
     const bool hasExited = end.kind == ToolEnd::Kind::Exited;
     if (hasExited && end.code == 0) {
         if (m_operation != Operation::Erase)
-            m_console.say(u"The volume on %1 appears to be OK"_s.arg(m_medium.bsdName));
+            Q_EMIT said(u"The volume on %1 appears to be OK"_s.arg(name));
     } else if (hasExited && end.code == errorsExitStatus && m_operation != Operation::Erase) {
         m_outcome = ExitCode::ErrorsFound;
-        m_console.say(m_operation == Operation::Verify
-                ? u"The volume on %1 has errors and needs to be repaired"_s.arg(m_medium.bsdName)
-                : u"The volume on %1 still has errors"_s.arg(m_medium.bsdName));
+        Q_EMIT said(m_operation == Operation::Verify
+                ? u"The volume on %1 has errors and needs to be repaired"_s.arg(name)
+                : u"The volume on %1 still has errors"_s.arg(name));
     } else {
         m_outcome = ExitCode::ToolFailed;
-        m_console.complain(u"the %1 on %2 failed: %3"_s.arg(verbNoun(), m_medium.bsdName, endText(end)));
+        Q_EMIT complained(u"the %1 on %2 failed: %3"_s.arg(operationText(), name, endText(end)));
     }
 }
 
 void VolumeJob::interrupt(const QString &reason)
 {
-    m_isInterrupted = true;
+    if (m_phase == Phase::Ended || isInterrupted())
+        return;
     m_outcome = ExitCode::Interrupted;
-    m_console.complain(u"interrupted (%1)"_s.arg(reason));
-    if (m_isRunning) {
-        m_process.stop();
+    Q_EMIT complained(u"interrupted (%1)"_s.arg(reason));
+    switch (m_phase) {
+    case Phase::Unmounting:
+    case Phase::Mounting:
+        m_phaseTimer.start(m_environment.limits.interruptedService);
+        return;
+    case Phase::Claiming:
+        conclude();
+        return;
+    case Phase::Running:
+        m_environment.tools.stop();
+        return;
+    case Phase::AwaitingVolume:
+        mount();
+        return;
+    case Phase::Preparing: // start() sees to it
+    case Phase::Ended:
         return;
     }
-    m_serviceLimit.start();
-    if (m_newVolumeLimit.isActive())
-        mount();
 }
 
-void VolumeJob::giveServiceUp()
-{
-    m_console.complain(u"the disk service has not answered"_s);
-    Q_EMIT finished(ExitCode::Interrupted);
-}
-
-QString VolumeJob::lossText() const
-{
-    const bool isLost = m_operation == Operation::Erase && !m_isUntouched;
-    return isLost ? u"; what was on %1 is lost"_s.arg(m_medium.bsdName) : QString();
-}
-
+// Called when no command is running, and none is to be run.
 void VolumeJob::conclude()
 {
-    if (m_isInterrupted) {
-        m_console.complain(u"the %1 on %2 was stopped"_s.arg(verbNoun(), m_medium.bsdName) + lossText());
-        m_serviceLimit.start();
-    }
-    const bool wasMounted = !m_medium.mountPoint.isEmpty();
-    if (m_operation == Operation::Erase && m_outcome == ExitCode::Success)
+    m_device.reset();
+    if (isInterrupted())
+        Q_EMIT complained(
+            u"the %1 on %2 was stopped"_s.arg(operationText(), m_plan.medium.bsdName) + lossText());
+    if (m_hasRun && m_operation != Operation::Verify)
+        m_environment.machine.announceChange(m_plan.medium.deviceNode);
+    if (isOldVolumeLost() && m_outcome == ExitCode::Success) {
+        m_deadline.setRemainingTime(m_environment.limits.newVolume);
         awaitNewVolume();
-    else if (wasMounted && (m_operation != Operation::Erase || m_isUntouched))
+    } else if (m_isUnmounted && !isOldVolumeLost()) {
         mount();
-    else
+    } else {
         finish();
+    }
 }
 
-void VolumeJob::finish()
-{
-    if (m_outcome == ExitCode::Success || m_outcome == ExitCode::ErrorsFound)
-        m_console.say(u"Finished %1 on %2"_s.arg(verbNoun(), m_medium.bsdName));
-    Q_EMIT finished(m_outcome);
-}
-
-// The disk service tells the new volume as udev has probed it, some time after the tool has ended; a mount
-// before that would be made with the old volume's file system or name.
+// The disk service describes the new volume once udev has probed it, some time after the command has ended. A
+// mount before that would be made with the old volume's file system or name.
 void VolumeJob::awaitNewVolume()
 {
-    m_newVolumeLimit.start();
-    if (isNewVolumeKnown())
-        mount();
-}
-
-bool VolumeJob::isNewVolumeKnown() const
-{
-    const Medium medium = readMedium(*m_disk);
-    return medium.isMountable && medium.volumeName == m_line.name
-        && servesSameVolumes(m_bundles, medium.kind, m_newKind)
-        && (!m_newSubtype || medium.subtype == m_newSubtype);
+    enter(Phase::AwaitingVolume);
+    m_phaseTimer.start(std::chrono::milliseconds(m_deadline.remainingTime()));
+    mediumChanged(m_plan.disk);
 }
 
 void VolumeJob::mediumChanged(const DADiskRef &disk)
 {
-    if (disk == m_disk && m_newVolumeLimit.isActive() && isNewVolumeKnown())
+    if (m_phase == Phase::AwaitingVolume && disk == m_plan.disk && isNewVolume(m_plan, readMedium(*disk)))
         mount();
 }
 
 void VolumeJob::mount()
 {
-    if (m_isMounting)
+    enter(Phase::Mounting);
+    if (isInterrupted())
+        m_phaseTimer.start(m_environment.limits.interruptedService);
+    Q_EMIT said(u"Mounting %1"_s.arg(m_plan.medium.bsdName));
+    m_environment.session.mount(m_plan.disk, kDADiskMountOptionDefault,
+        [this](const DADiskRef &, const DADissenterRef &dissenter) { mountAnswered(dissenter); });
+}
+
+void VolumeJob::mountAnswered(const DADissenterRef &dissenter)
+{
+    if (m_phase != Phase::Mounting)
         return;
-    m_isMounting = true;
-    m_console.say(u"Mounting %1"_s.arg(m_medium.bsdName));
-    m_session.mount(
-        m_disk, kDADiskMountOptionDefault, [this](const DADiskRef &disk, const DADissenterRef &dissenter) {
-            m_isMounting = false;
-            const QString mountPoint = readMedium(*disk).mountPoint;
-            const bool isMounted = !mountPoint.isEmpty(); // the desktop may have been quicker
-            // What looked like the new volume was still the old one.
-            if (dissenter && !isMounted && m_newVolumeLimit.isActive() && !isNewVolumeKnown())
-                return;
-            m_newVolumeLimit.stop();
-            if (isMounted && m_operation == Operation::Erase && m_outcome == ExitCode::Success)
-                giveMountedVolume(mountPoint, desktopUser());
-            if (dissenter && !isMounted)
-                m_console.say(
-                    u"%1 could not be mounted: %2"_s.arg(m_medium.bsdName, dissenterText(dissenter)));
-            finish();
-        });
+    const Medium medium = readMedium(*m_plan.disk);
+    const bool isMounted = !dissenter || !medium.mountPoint.isEmpty(); // the desktop may have been quicker
+    if (!isMounted) {
+        const bool mayBeOldVolume = isOldVolumeLost() && !isNewVolume(m_plan, medium);
+        if (mayBeOldVolume && !isInterrupted() && !m_deadline.hasExpired()) {
+            awaitNewVolume();
+            return;
+        }
+        Q_EMIT said(u"%1 could not be mounted: %2"_s.arg(m_plan.medium.bsdName, dissenterText(dissenter)));
+    }
+    if (isOldVolumeLost() && !medium.mountPoint.isEmpty())
+        m_environment.machine.giveToDesktopUser(medium.mountPoint);
+    finish();
+}
+
+void VolumeJob::giveServiceUp()
+{
+    Q_EMIT complained(u"the disk service has not answered"_s);
+    finish();
+}
+
+void VolumeJob::finish()
+{
+    enter(Phase::Ended);
+    if (m_outcome == ExitCode::Success || m_outcome == ExitCode::ErrorsFound)
+        Q_EMIT said(u"Finished %1 on %2"_s.arg(operationText(), m_plan.medium.bsdName));
+    Q_EMIT finished(m_outcome);
 }

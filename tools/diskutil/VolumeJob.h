@@ -4,28 +4,36 @@
 // system's own tools, mount. Main thread only.
 #pragma once
 
-#include "platform/DeviceUse.h"
 #include "platform/DiskArbitration.h"
-#include "tools/diskutil/Console.h"
-#include "tools/diskutil/preflight.h"
-#include "tools/diskutil/ToolProcess.h"
+#include "tools/diskutil/job_plan.h"
 
-#include <QObject>
+#include <QDeadlineTimer>
 #include <QTimer>
 
-#include <deque>
+#include <chrono>
 
-// The media of a session as they are reported.
-class MediaList
+// How long a job waits.
+struct JobLimits
 {
-public:
-    void add(const DADiskRef &disk) { m_disks.push_back(disk); }
-    void remove(const DADiskRef &disk) { std::erase(m_disks, disk); }
-    std::vector<Medium> media() const;
-    DADiskRef disk(const QString &bsdName) const;
+    // What an unmount or a command leaves behind lets go of the device within this time.
+    std::chrono::milliseconds claim { 5000 };
+    std::chrono::milliseconds claimStep { 50 };
 
-private:
-    std::vector<DADiskRef> m_disks;
+    // The disk service notices a new volume within some hundredths of a second.
+    std::chrono::milliseconds newVolume { 5000 };
+
+    // For an answer of the disk service once the run has been interrupted. Until then there is no limit.
+    std::chrono::milliseconds interruptedService { 5000 };
+};
+
+// What a job works with. It all outlives the job.
+struct JobEnvironment
+{
+    DASession &session;
+    const MediaList &media;
+    ToolRunner &tools;
+    Machine machine = {};
+    JobLimits limits = {};
 };
 
 class VolumeJob : public QObject
@@ -33,59 +41,70 @@ class VolumeJob : public QObject
     Q_OBJECT
 
 public:
-    VolumeJob(CommandLine line, DASession &session, const MediaList &media, Console &console);
+    VolumeJob(Operation operation, CommandLine line, JobEnvironment environment);
 
-    // Begins; finished() comes later.
+    // Begins. finished() may be emitted before this returns.
     void start();
 
-    // A medium's description has changed.
+    // Ends the job as soon as nothing is at work on the medium, and mounts again what can be mounted. The
+    // reason is a few words. May be called from within a slot of said().
+    void interrupt(const QString &reason);
+
+    // Tells that a medium's description has changed.
     void mediumChanged(const DADiskRef &disk);
 
 Q_SIGNALS:
+    // A line of the job's course, and one that says why something was not done.
+    void said(const QString &line);
+    void complained(const QString &line);
+
+    // Emitted once.
     void finished(ExitCode code);
 
 private:
-    std::optional<Refusal> prepare();
-    std::optional<Refusal> prepareTool(const PersonalityChoice &choice);
+    enum class Phase {
+        Preparing,
+        Unmounting, // the disk service has been asked
+        Claiming, // until nothing else has the device
+        Running, // one of the commands
+        AwaitingVolume, // until the disk service describes the volume that an erase has made
+        Mounting, // the disk service has been asked
+        Ended,
+    };
+
+    void enter(Phase phase);
+    void phaseTimedOut();
     void unmount();
+    void unmountAnswered(const DADissenterRef &dissenter);
+    void claimForNextCommand();
+    void claim();
     void runNextCommand();
-    std::optional<Refusal> refusalOfHandOver() const;
-    void handOver();
+    void commandStarted();
     void commandEnded(const ToolEnd &end);
     void judge(const ToolEnd &end);
-    void interrupt(const QString &reason);
-    void giveServiceUp();
-    QString lossText() const; // to be added to why an erase did not come to its end
-    void awaitNewVolume();
-    bool isNewVolumeKnown() const;
-    void mount();
     void conclude();
+    void awaitNewVolume();
+    void mount();
+    void mountAnswered(const DADissenterRef &dissenter);
+    void giveServiceUp();
     void finish();
-    QString verbNoun() const;
 
-    const CommandLine m_line;
+    bool isInterrupted() const { return m_outcome == ExitCode::Interrupted; }
+    bool isOldVolumeLost() const { return m_operation == Operation::Erase && m_hasRun; }
+    QString operationText() const;
+    QString lossText() const; // to be added to why an erase was not completed
+
     const Operation m_operation;
-    DASession &m_session;
-    const MediaList &m_media;
-    Console &m_console;
-    ToolProcess m_process;
-    QTimer m_newVolumeLimit;
-    QTimer m_serviceLimit; // runs when the run is to end
+    const CommandLine m_line;
+    const JobEnvironment m_environment;
+    JobPlan m_plan; // its commands are those that are still to be run
 
-    std::vector<FilesystemBundle> m_bundles;
-    Medium m_medium;
-    DADiskRef m_disk;
-    std::optional<DeviceIdentity> m_identity; // of the medium that was looked at
-    std::optional<OpenDevice> m_device; // the medium, from the last look to the start of a command
-    int m_claimTries = 0;
-    BundleTool m_tool; // and its bundle
-    FilesystemBundle m_bundle;
-    std::deque<ToolCommand> m_commands; // that are still to be run
+    Phase m_phase = Phase::Preparing;
+    QTimer m_phaseTimer; // ends the phase, or one step of it
+    QDeadlineTimer m_deadline; // of Claiming; of AwaitingVolume, mounts that are tried meanwhile included
+    std::optional<HeldDevice> m_device; // from the last look to the start of a command
+
+    bool m_isUnmounted = false; // by this job
+    bool m_hasRun = false; // at least one command
     ExitCode m_outcome = ExitCode::Success;
-    bool m_isRunning = false; // a command
-    bool m_isUntouched = true; // no command has been run
-    bool m_isInterrupted = false;
-    bool m_isMounting = false;
-    QString m_newKind; // bundle and subtype that a new volume is made with
-    std::optional<qint64> m_newSubtype;
 };

@@ -39,7 +39,7 @@ std::variant<CommandLine, Refusal> parseCommandLine(const QStringList &arguments
     const auto form = verbForms().constFind(arguments.first());
     if (form == verbForms().constEnd())
         return Refusal { ExitCode::Usage,
-            u"\"%1\" is no verb; see diskutil --help"_s.arg(arguments.first()) };
+            u"\"%1\" is not a verb; see diskutil --help"_s.arg(arguments.first()) };
     const QStringList operands = arguments.mid(1);
     if (operands.size() != form->argumentCount)
         return Refusal { ExitCode::Usage,
@@ -60,15 +60,15 @@ QString usageText()
     return uR"(Usage: diskutil VERB [ARGUMENTS]
 
   list                               Lists all disks, partitions and volumes
-  info DEVICE                        Tells what is known of one of them
+  info DEVICE                        Shows what is known about one of them
   eraseVolume FORMAT NAME DEVICE     Makes a new volume, losing all that is on the device
   verifyVolume DEVICE                Looks for errors, and changes nothing
-  repairVolume DEVICE                Mends errors
+  repairVolume DEVICE                Looks for errors, and repairs them
   --help                             Prints this text
 
 DEVICE is disk2s1, /dev/disk2s1 or a device node such as /dev/sda1.
-FORMAT is the name of a file system as an installed bundle gives it, such as "MS-DOS FAT32" or ext4.
-The exit status is 0 for success, 1 when errors were found or are left; see diskutil(8) for the others.
+FORMAT is the name of a file system in an installed bundle, such as "MS-DOS FAT32" or ext4.
+The exit status is 0 for success, 1 when errors were found or remain; see diskutil(8) for the others.
 )"_s;
 }
 

@@ -4,10 +4,9 @@
 #include "filesystems/BundleScan.h"
 #include "filesystems/filesystem_names.h"
 #include "platform/BlockDevice.h"
-#include "platform/DeviceUse.h"
+#include "platform/DesktopUserMount.h"
 #include "platform/SystemLog.h"
 #include "platform/TrustedFile.h"
-#include "tools/diskutil/ToolProcess.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -27,15 +26,15 @@ bool mayAccess(const QString &path, int mode)
     return access(QFile::encodeName(path).constData(), mode) == 0;
 }
 
-// What is made from a device, which is more than a mount: it cannot be unmounted away.
+// Uses of a device that an unmount does not end.
 QStringList usesBeyondMount(const QString &deviceNode)
 {
     const DeviceUse use = readDeviceUse(deviceNode);
     QStringList words;
     for (const QString &holder : use.holders)
-        words.append(u"%1 is made from it"_s.arg(holder));
+        words.append(u"%1 uses it"_s.arg(holder));
     if (use.isSwap)
-        words.append(u"it is swap space"_s);
+        words.append(u"it is in use as swap space"_s);
     return words;
 }
 
@@ -91,6 +90,11 @@ QString executablePath(const FilesystemBundle &bundle, const BundleTool &tool)
     return bundle.path + u"/Contents/Resources/"_s + tool.executable;
 }
 
+QStringList toolFolders()
+{
+    return { u"/usr/sbin"_s, u"/usr/bin"_s, u"/sbin"_s, u"/bin"_s };
+}
+
 QString findTool(const QString &name)
 {
     return QStandardPaths::findExecutable(name, toolFolders());
@@ -105,8 +109,8 @@ ToolSituation readToolSituation(const FilesystemBundle &bundle, const BundleTool
     }
     if (geteuid() != 0)
         return situation;
-    // The dictionary says what is run, so it must be beyond doubt as well; and what is run may use any other
-    // file of its bundle.
+    // The dictionary decides what is run, so it must be trusted as well. What is run may use any other file
+    // of its bundle.
     situation.distrust = reasonForDistrust(bundle.path + u"/Contents/Info.plist"_s);
     if (!situation.distrust)
         situation.distrust = reasonForDistrust(executablePath(bundle, tool));
@@ -130,4 +134,15 @@ bool isOtherFile(const QString &argument)
 {
     return bsdNameOfArgument(argument).isEmpty() && QFileInfo::exists(argument)
         && kernelDeviceName(argument).isEmpty();
+}
+
+HeldDevice holdDevice(const QString &deviceNode)
+{
+    const auto device = std::make_shared<OpenDevice>(deviceNode);
+    return { [device] { return device->identity(); }, [device] { return device->isClaimed(); } };
+}
+
+void giveToDesktopUser(const QString &mountPoint)
+{
+    giveMountedVolume(mountPoint, desktopUser());
 }

@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: MIT
 //
-// What the decisions need to know of this machine at this moment.
+// What diskutil asks this machine. Every answer is read at the time of the call. Main thread only.
 #pragma once
 
+#include "platform/DeviceUse.h"
 #include "tools/diskutil/preflight.h"
 
+#include <functional>
 #include <vector>
 
-// Which file system bundles are installed, the program's own first.
+// The installed file system bundles, the program's own first.
 std::vector<FilesystemBundle> readInstalledBundles();
 
 // The situation of a medium. The other media tell what is mounted where this process does not see it.
@@ -19,11 +21,46 @@ ToolSituation readToolSituation(const FilesystemBundle &bundle, const BundleTool
 // The path of an executable of a bundle.
 QString executablePath(const FilesystemBundle &bundle, const BundleTool &tool);
 
-// The program of this name in the system's folders; empty when there is none.
+// The folders of the system's programs, which are also the PATH that a tool runs with.
+QStringList toolFolders();
+
+// The path of the program of this name in the system's folders; empty when there is none.
 QString findTool(const QString &name);
 
-// The medium that an argument names: by its BSD name, or by a device node, links followed.
+// The medium that an argument names, by its BSD name or by a device node, links followed. Returns
+// std::nullopt when there is none.
 std::optional<Medium> findMedium(const std::vector<Medium> &media, const QString &argument);
 
-// Whether the argument leads to something that is there but no block device.
+// Whether the argument leads to something that exists but is not a block device.
 bool isOtherFile(const QString &argument);
+
+// A device that is held open. Its number is not given to another medium until this object has gone.
+struct HeldDevice
+{
+    // Of the device itself, wherever its node leads by now. Returns std::nullopt when it could not be opened.
+    std::function<std::optional<DeviceIdentity>()> identity;
+
+    // Whether anything else has claimed it, a part of it or the disk that it is on.
+    std::function<bool()> isClaimed;
+};
+
+HeldDevice holdDevice(const QString &deviceNode);
+
+// Makes a new volume the desktop user's. Does nothing when there is no such user.
+void giveToDesktopUser(const QString &mountPoint);
+
+// What a job asks. The defaults ask this machine; a test gives its own answers.
+struct Machine
+{
+    std::function<std::vector<FilesystemBundle>()> readInstalledBundles = &::readInstalledBundles;
+    std::function<DeviceSituation(const Medium &medium, const std::vector<Medium> &media)> readDeviceSituation
+        = &::readDeviceSituation;
+    std::function<ToolSituation(const FilesystemBundle &bundle, const BundleTool &tool)> readToolSituation
+        = &::readToolSituation;
+    std::function<QString(const QString &name)> findTool = &::findTool;
+    std::function<std::optional<DeviceIdentity>(const QString &deviceNode)> readDeviceIdentity
+        = &::readDeviceIdentity;
+    std::function<HeldDevice(const QString &deviceNode)> holdDevice = &::holdDevice;
+    std::function<void(const QString &deviceNode)> announceChange = &::announceChange;
+    std::function<void(const QString &mountPoint)> giveToDesktopUser = &::giveToDesktopUser;
+};

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 //
-// diskutil: lists disks, makes, verifies and repairs volumes. It knows no file system itself; see
+// diskutil lists disks, and makes, verifies and repairs volumes. It knows no file system itself: see
 // diskutil(8).
 #include "filesystems/BundleScan.h"
 #include "filesystems/VolumeClaims.h"
 #include "platform/DiskArbitration.h"
 #include "tools/diskutil/Console.h"
-#include "tools/diskutil/machine.h"
 #include "tools/diskutil/Privilege.h"
+#include "tools/diskutil/ToolProcess.h"
 #include "tools/diskutil/VolumeJob.h"
 
 #include <QCoreApplication>
@@ -53,6 +53,7 @@ public:
         : m_line(std::move(line))
         , m_console(console)
         , m_session(createDiskArbitrationSession(volumeClaimReader(filesystemDirectories())))
+        , m_tools([&console](const QByteArray &bytes) { console.pass(bytes); })
     {
     }
 
@@ -90,17 +91,21 @@ private:
     {
         if (!isAvailable)
             finish(serviceUnavailable());
-        else if (m_line.verb == Verb::List)
-            finish(printList(m_media, m_console));
+        else if (const auto operation = operationOfVerb(m_line.verb))
+            startJob(*operation);
         else if (m_line.verb == Verb::Info)
             finish(printInfo(m_media, m_line.device, m_console));
         else
-            startJob();
+            finish(printList(m_media, m_console));
     }
 
-    void startJob()
+    void startJob(Operation operation)
     {
-        m_job = std::make_unique<VolumeJob>(m_line, *m_session, m_media, m_console);
+        m_job
+            = std::make_unique<VolumeJob>(operation, m_line, JobEnvironment { *m_session, m_media, m_tools });
+        QObject::connect(m_job.get(), &VolumeJob::said, &m_console, &Console::say);
+        QObject::connect(m_job.get(), &VolumeJob::complained, &m_console, &Console::complain);
+        QObject::connect(&m_console, &Console::interrupted, m_job.get(), &VolumeJob::interrupt);
         QObject::connect(m_job.get(), &VolumeJob::finished, m_job.get(), &Session::finish);
         m_job->start();
     }
@@ -109,14 +114,9 @@ private:
     Console &m_console;
     MediaList m_media;
     std::unique_ptr<DASession> m_session;
+    ToolProcess m_tools;
     std::unique_ptr<VolumeJob> m_job;
 };
-
-// Whether a command reads or writes a medium itself, which is root's alone.
-bool needsRoot(Verb verb)
-{
-    return verb == Verb::EraseVolume || verb == Verb::VerifyVolume || verb == Verb::RepairVolume;
-}
 
 int runAsRoot(const QStringList &arguments, Console &console)
 {
@@ -126,8 +126,8 @@ int runAsRoot(const QStringList &arguments, Console &console)
     return QCoreApplication::exec();
 }
 
-// A caller may leave out the standard descriptors. The next file to be opened, such as a device, would become
-// one of them, and be written to.
+// A caller may have closed the standard descriptors. The next file that is opened, such as a device, would
+// take the place of one and be written to.
 void openMissingStandardDescriptors()
 {
     for (int fd = open("/dev/null", O_RDWR); fd >= 0; fd = dup(fd)) {
@@ -138,7 +138,7 @@ void openMissingStandardDescriptors()
     }
 }
 
-// A caller that ignores the end of its children, or holds signals back, must not make diskutil deaf to them.
+// Undoes what a caller may have set: ignored ends of children, blocked signals.
 void hearSignals()
 {
     std::signal(SIGCHLD, SIG_DFL);
@@ -147,7 +147,8 @@ void hearSignals()
     sigprocmask(SIG_SETMASK, &none, nullptr);
 }
 
-// As they were given: Qt takes away what it knows as an option of its own, which may be a volume's name.
+// The arguments as they were given. Qt removes those that it takes for its own options, and a volume may have
+// such a name.
 QStringList argumentsOf(int argc, char **argv)
 {
     QStringList arguments;
@@ -160,7 +161,7 @@ QStringList argumentsOf(int argc, char **argv)
 
 int main(int argc, char **argv)
 {
-    // Names are text in UTF-8, whatever locale the caller is in, and messages are in English.
+    // Names are UTF-8 and messages are English, whatever the locale of the caller.
     setenv("LC_ALL", "C.UTF-8", 1);
     openMissingStandardDescriptors();
     hearSignals();
@@ -177,7 +178,8 @@ int main(int argc, char **argv)
         console.pass(usageText().toUtf8());
         return statusOf(ExitCode::Success);
     }
-    if (needsRoot(line.verb) && geteuid() != 0)
+    // Only root reads and writes a medium itself.
+    if (operationOfVerb(line.verb) && geteuid() != 0)
         return runAsRoot(arguments, console);
     return statusOf(Session(line, console).run());
 }

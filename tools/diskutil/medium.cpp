@@ -31,7 +31,7 @@ bool isTrue(const PropertyDictionary &description, const QString &key)
     return value && value->booleanValue();
 }
 
-// The numbers in disk2s1; 0 for one that is not there.
+// The numbers in disk2s1; 0 for a missing one.
 std::array<qulonglong, 2> numbersOf(const QString &bsdName)
 {
     const QString numbers = bsdName.mid(bsdName.indexOf(u'k') + 1);
@@ -76,7 +76,7 @@ void sortMedia(std::vector<Medium> &media)
         [](const Medium &a, const Medium &b) { return numbersOf(a.bsdName) < numbersOf(b.bsdName); });
 }
 
-// What a medium says of itself begins no line of its own.
+// Names from a medium are escaped, so that they cannot begin a line.
 QString listText(const std::vector<Medium> &media)
 {
     std::vector<Row> rows { { u"IDENTIFIER"_s, u"DEVICE"_s, u"SIZE"_s, u"TYPE"_s, u"NAME"_s,

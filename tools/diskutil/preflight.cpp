@@ -5,16 +5,21 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-Operation operationOfVerb(Verb verb)
+std::optional<Operation> operationOfVerb(Verb verb)
 {
     switch (verb) {
     case Verb::EraseVolume:
         return Operation::Erase;
+    case Verb::VerifyVolume:
+        return Operation::Verify;
     case Verb::RepairVolume:
         return Operation::Repair;
-    default:
-        return Operation::Verify;
+    case Verb::Help:
+    case Verb::List:
+    case Verb::Info:
+        break;
     }
+    return std::nullopt;
 }
 
 std::optional<Refusal> refusalOfDevice(
@@ -23,9 +28,9 @@ std::optional<Refusal> refusalOfDevice(
     const QString &name = medium.bsdName;
     const bool writes = operation != Operation::Verify;
     if (!situation.isBlockDevice)
-        return Refusal { ExitCode::NoBlockDevice, u"%1 is no block device"_s.arg(medium.deviceNode) };
+        return Refusal { ExitCode::NoBlockDevice, u"%1 is not a block device"_s.arg(medium.deviceNode) };
     if (situation.isSystemDevice)
-        return Refusal { ExitCode::SystemVolume, u"the running system stands on %1"_s.arg(name) };
+        return Refusal { ExitCode::SystemVolume, u"%1 is in use by the running system"_s.arg(name) };
     if (!situation.inUse.isEmpty())
         return Refusal { ExitCode::InUse, u"%1 is in use: %2"_s.arg(name, situation.inUse.join(u", "_s)) };
     if (writes && !medium.isWritable)
@@ -36,9 +41,8 @@ std::optional<Refusal> refusalOfDevice(
 }
 
 std::optional<Refusal> refusalOfChoice(
-    const CommandLine &line, const Medium &medium, const PersonalityChoice &choice)
+    Operation operation, const CommandLine &line, const Medium &medium, const PersonalityChoice &choice)
 {
-    const Operation operation = operationOfVerb(line.verb);
     if (operation == Operation::Erase) {
         if (!choice.personality)
             return Refusal { ExitCode::UnknownFormat,
@@ -48,8 +52,7 @@ std::optional<Refusal> refusalOfChoice(
         return std::nullopt;
     }
     if (medium.kind.isEmpty())
-        return Refusal { ExitCode::NotSupported,
-            u"%1 has no file system that is known"_s.arg(medium.bsdName) };
+        return Refusal { ExitCode::NotSupported, u"%1 has no known file system"_s.arg(medium.bsdName) };
     if (!choice.personality)
         return Refusal { ExitCode::NotSupported,
             u"no installed file system %1 %2 volumes such as %3"_s.arg(

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Everything for which an operation is refused, before anything is unmounted or written. Functions of values.
+// The reasons to refuse an operation before anything is unmounted or written. Pure functions, any thread.
+// Each returns std::nullopt when it has none.
 #pragma once
 
 #include "tools/diskutil/command_line.h"
@@ -12,33 +13,34 @@
 
 #include <optional>
 
-// What the machine says of the device at this moment.
+// What the machine says about the device now.
 struct DeviceSituation
 {
     bool isBlockDevice = false;
     bool isSystemDevice = false;
-    QStringList inUse; // what the device serves other than being mounted itself, each as a few words
-    bool canRead = false; // this process may
+    QStringList inUse; // uses of the device besides its own mounts, a few words each
+    bool canRead = false; // by this process
     bool canWrite = false;
 };
 
-// What the machine says of the bundle's executable.
+// What the machine says about the executable of a bundle.
 struct ToolSituation
 {
     QStringList missingTools;
-    std::optional<QString> distrust; // why it may not be run with the administrator's rights
+    std::optional<QString> distrust; // why root must not run it
 };
 
-Operation operationOfVerb(Verb verb);
+// What the verb does to a medium. Returns std::nullopt for a verb that only prints something.
+std::optional<Operation> operationOfVerb(Verb verb);
 
 std::optional<Refusal> refusalOfDevice(
     Operation operation, const Medium &medium, const DeviceSituation &situation);
 
-// Whether there is a personality that does what is asked.
+// Refuses when no personality does what is asked.
 std::optional<Refusal> refusalOfChoice(
-    const CommandLine &line, const Medium &medium, const PersonalityChoice &choice);
+    Operation operation, const CommandLine &line, const Medium &medium, const PersonalityChoice &choice);
 
-// Whether the new volume can have this size and this name. The choice is complete.
+// Refuses a size or a name that the new volume cannot have. The choice has a personality.
 std::optional<Refusal> refusalOfErase(
     const CommandLine &line, const Medium &medium, const PersonalityChoice &choice);
 

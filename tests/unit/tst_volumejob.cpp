@@ -1,0 +1,788 @@
+// SPDX-License-Identifier: MIT
+//
+// A job with tools and a machine of the test's own: what happens in which order, and what no real disk can be
+// made to do at the right moment.
+#include "platform/SystemLog.h"
+#include "tests/support/MemoryDiskSession.h"
+#include "tools/diskutil/VolumeJob.h"
+
+#include <QTest>
+
+#include <utility>
+
+using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+const QString node = u"/nonexistent/sdb1"_s;
+const QString mountPoint = u"/media/user/Volume"_s;
+
+class TestTools : public ToolRunner
+{
+public:
+    void start(const ToolCommand &command) override { commands.push_back(command); }
+    void stop() override { ++stops; }
+
+    // The command that was started last has begun, and has come to its end.
+    void run(int status)
+    {
+        Q_EMIT started();
+        end(status);
+    }
+    void end(int status) { Q_EMIT ended({ ToolEnd::Kind::Exited, status, {} }); }
+
+    std::vector<ToolCommand> commands;
+    int stops = 0;
+};
+
+FilesystemBundle bundle()
+{
+    Personality personality;
+    personality.key = u"Test"_s;
+    personality.format = BundleTool { u"format"_s, {} };
+    personality.verification = BundleTool { u"verify"_s, {} };
+    personality.repair = BundleTool { u"repair"_s, {} };
+    FilesystemBundle bundle;
+    bundle.path = u"/bundles/testfs.fs"_s;
+    bundle.name = u"testfs"_s;
+    bundle.personalities = { personality };
+    bundle.linuxTypes = { u"testfs"_s };
+    return bundle;
+}
+
+// A volume named "Old" on disk2s1, and one job on it.
+class Run
+{
+public:
+    explicit Run(Operation operation, JobLimits limits = {})
+    {
+        line.format = u"Test"_s;
+        line.name = u"New"_s;
+        line.device = u"disk2s1"_s;
+        disk->node = node;
+        disk->description = PropertyDictionary { { DAKey::mediaBSDName, u"disk2s1"_s },
+            { DAKey::mediaWritable, true }, { DAKey::volumeMountable, true },
+            { DAKey::volumeKind, u"testfs"_s }, { DAKey::volumeName, u"Old"_s } };
+        situation.isBlockDevice = situation.canRead = situation.canWrite = true;
+        m_session = service.createSession();
+        m_session->registerDiskAppearedCallback([this](const DADiskRef &appeared) { m_media.add(appeared); });
+        m_session->registerDiskDescriptionChangedCallback(
+            [this](const DADiskRef &changed, const QStringList &) { m_job->mediumChanged(changed); });
+        m_session->scheduleWithRunLoop();
+        service.addDisk(disk);
+        m_job = std::make_unique<VolumeJob>(
+            operation, line, JobEnvironment { *m_session, m_media, tools, machine(), limits });
+        QObject::connect(m_job.get(), &VolumeJob::said, m_job.get(), [this](const QString &text) {
+            said.append(text);
+            if (text.startsWith(lastLineThatIsRead) && !lastLineThatIsRead.isEmpty())
+                m_job->interrupt(u"nobody reads"_s);
+        });
+        QObject::connect(m_job.get(), &VolumeJob::complained, m_job.get(),
+            [this](const QString &text) { complained.append(text); });
+        QObject::connect(m_job.get(), &VolumeJob::finished, m_job.get(),
+            [this](ExitCode code) { exits.append(static_cast<int>(code)); });
+    }
+
+    void start() { m_job->start(); }
+    void interrupt() { m_job->interrupt(u"test"_s); }
+
+    void setMounted(bool isMounted)
+    {
+        if (isMounted)
+            disk->description->insert(DAKey::volumePath, QUrl::fromLocalFile(mountPoint));
+        else
+            disk->description->remove(DAKey::volumePath);
+    }
+
+    // The disk service hears of a volume of this name.
+    void tellVolume(const QString &name)
+    {
+        disk->description->insert(DAKey::volumeName, name);
+        service.changeDisk(disk);
+    }
+
+    // The requests that wait for an answer.
+    std::vector<MemoryDiskService::RequestKind> requests() const
+    {
+        std::vector<MemoryDiskService::RequestKind> kinds;
+        for (const auto &request : service.requests())
+            kinds.push_back(request.kind);
+        return kinds;
+    }
+    bool waitsForUnmount() const
+    {
+        return requests() == std::vector { MemoryDiskService::RequestKind::Unmount };
+    }
+    bool waitsForMount() const { return requests() == std::vector { MemoryDiskService::RequestKind::Mount }; }
+
+    void grantUnmount()
+    {
+        setMounted(false);
+        service.completeRequest();
+    }
+    void grantMount()
+    {
+        setMounted(true);
+        service.completeRequest();
+    }
+    void refuse() { service.completeRequest(makeDissenter(DAReturn::Busy, u"the service says no"_s)); }
+
+    QStringList programs() const
+    {
+        QStringList names;
+        for (const ToolCommand &command : tools.commands)
+            names.append(command.program.section(u'/', -1));
+        return names;
+    }
+
+    bool isHeld() const { return !m_hold.expired(); }
+
+    CommandLine line;
+    MemoryDiskService service;
+    MemoryDiskRef disk = std::make_shared<MemoryDisk>();
+    TestTools tools;
+
+    // What the machine answers.
+    DeviceSituation situation;
+    ToolSituation toolSituation;
+    std::optional<DeviceIdentity> identity { DeviceIdentity { 1, 2, 3, 4 } };
+    std::optional<DeviceIdentity> heldIdentity = identity;
+    bool isClaimed = false;
+
+    // What came of it.
+    QStringList said;
+    QStringList complained;
+    QList<int> exits;
+    QStringList announced;
+    QStringList given;
+    QString lastLineThatIsRead; // the reader of the output goes once a line has begun so
+
+private:
+    Machine machine()
+    {
+        Machine machine;
+        machine.readInstalledBundles = [] { return std::vector { bundle() }; };
+        machine.readDeviceSituation = [this](const auto &, const auto &) { return situation; };
+        machine.readToolSituation = [this](const auto &, const auto &) { return toolSituation; };
+        machine.findTool = [](const QString &name) -> QString { return u"/tools/"_s + name; };
+        machine.readDeviceIdentity = [this](const auto &) { return identity; };
+        machine.holdDevice = [this](const auto &) {
+            auto hold = std::make_shared<int>();
+            m_hold = hold;
+            return HeldDevice { [this, hold] { return heldIdentity; }, [this] { return isClaimed; } };
+        };
+        machine.announceChange = [this](const QString &device) { announced.append(device); };
+        machine.giveToDesktopUser = [this](const QString &path) { given.append(path); };
+        return machine;
+    }
+
+    std::weak_ptr<int> m_hold;
+    MediaList m_media;
+    std::unique_ptr<DASession> m_session;
+    std::unique_ptr<VolumeJob> m_job;
+};
+
+QList<int> only(ExitCode code)
+{
+    return { static_cast<int>(code) };
+}
+
+const QStringList interruptedLine { u"interrupted (test)"_s };
+
+} // namespace
+
+class TestVolumeJob : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void verification();
+    void erase();
+    void refusalAtTheFirstLook();
+    void refusedUnmount();
+    void claimThatIsNeverFree();
+    void claimThatBecomesFree();
+    void exchangedMedium_data();
+    void exchangedMedium();
+    void secondCommandIsRefused();
+    void toolThatCannotBeStarted();
+    void newVolumeIsToldLate();
+    void newVolumeIsNeverTold();
+    void newVolumeIsToldInTime();
+    void oldVolumeIsTakenForTheNew();
+
+    void interruptedBeforeTheStart();
+    void interruptedByTheFirstLine();
+    void interruptedByTheLineOfTheUnmount();
+    void interruptedBeforeTheUnmountIsGranted();
+    void interruptedBeforeTheUnmountIsRefused();
+    void interruptedWhileClaiming();
+    void interruptedWhileVerifying();
+    void interruptedWhileErasing();
+    void interruptedBetweenTheCommands();
+    void interruptedWhileWaitingForTheNewVolume();
+    void interruptedWhileMounting();
+    void interruptedByTheLineOfTheMount();
+    void interruptedByTheLineOfTheResult();
+    void interruptedByTheLastLine();
+    void interruptedTwice();
+    void interruptedAfterTheEnd();
+    void silentServiceAtTheUnmount();
+    void silentServiceAtTheMount();
+    void eventsOutOfTurn();
+    void startOutOfTurn();
+
+private:
+    SystemLogRedirection m_quiet { [](const QString &) { } };
+};
+
+void TestVolumeJob::verification()
+{
+    Run run(Operation::Verify);
+    run.setMounted(true);
+    run.start();
+    QVERIFY(run.waitsForUnmount());
+    QVERIFY(run.programs().isEmpty());
+    run.grantUnmount();
+    QCOMPARE(run.programs(), QStringList { u"verify"_s });
+    QCOMPARE(run.tools.commands.front().arguments, QStringList { node });
+    QVERIFY(run.isHeld());
+    Q_EMIT run.tools.started();
+    QVERIFY(!run.isHeld());
+    run.tools.end(8);
+    QVERIFY(run.waitsForMount());
+    QVERIFY(run.exits.isEmpty());
+    run.grantMount();
+    QCOMPARE(run.exits, only(ExitCode::ErrorsFound));
+    QCOMPARE(run.said,
+        QStringList({ u"Started file system verification on disk2s1"_s, u"Unmounting disk2s1"_s,
+            u"The volume on disk2s1 has errors and needs to be repaired"_s, u"Mounting disk2s1"_s,
+            u"Finished file system verification on disk2s1"_s }));
+    QVERIFY(run.announced.isEmpty() && run.given.isEmpty() && run.complained.isEmpty());
+}
+
+void TestVolumeJob::erase()
+{
+    Run run(Operation::Erase);
+    run.start();
+    QCOMPARE(run.programs(), QStringList { u"wipefs"_s });
+    run.tools.run(0);
+    QCOMPARE(run.programs(), QStringList({ u"wipefs"_s, u"format"_s }));
+    QCOMPARE(run.tools.commands.back().arguments, QStringList({ u"-v"_s, u"New"_s, node }));
+    QVERIFY(run.isHeld());
+    run.tools.run(0);
+    QVERIFY(!run.isHeld());
+    QCOMPARE(run.announced, QStringList { node });
+    QVERIFY(run.requests().empty());
+    run.tellVolume(u"New"_s);
+    QVERIFY(run.waitsForMount());
+    run.grantMount();
+    QCOMPARE(run.exits, only(ExitCode::Success));
+    QCOMPARE(run.given, QStringList { mountPoint });
+    QCOMPARE(run.said.constLast(), u"Finished erase on disk2s1"_s);
+}
+
+void TestVolumeJob::refusalAtTheFirstLook()
+{
+    Run run(Operation::Erase);
+    run.setMounted(true);
+    run.situation.isSystemDevice = true;
+    run.start();
+    QCOMPARE(run.exits, only(ExitCode::SystemVolume));
+    QVERIFY(run.requests().empty() && run.programs().isEmpty() && run.said.isEmpty());
+}
+
+void TestVolumeJob::refusedUnmount()
+{
+    Run run(Operation::Erase);
+    run.setMounted(true);
+    run.start();
+    run.refuse();
+    QCOMPARE(run.exits, only(ExitCode::UnmountRefused));
+    QCOMPARE(run.complained, QStringList { u"disk2s1 could not be unmounted: the service says no"_s });
+    QVERIFY(run.requests().empty() && run.programs().isEmpty());
+}
+
+void TestVolumeJob::claimThatIsNeverFree()
+{
+    JobLimits limits;
+    limits.claimStep = 1ms;
+    limits.claim = 10ms;
+    Run run(Operation::Erase, limits);
+    run.setMounted(true);
+    run.isClaimed = true;
+    run.start();
+    run.grantUnmount();
+    QVERIFY(run.exits.isEmpty());
+    QTRY_VERIFY(run.waitsForMount());
+    QVERIFY(!run.isHeld());
+    run.grantMount();
+    QCOMPARE(run.exits, only(ExitCode::InUse));
+    QCOMPARE(run.complained, QStringList { u"disk2s1 is in use"_s });
+    QVERIFY(run.programs().isEmpty() && run.announced.isEmpty());
+}
+
+void TestVolumeJob::claimThatBecomesFree()
+{
+    JobLimits limits;
+    limits.claimStep = 1ms;
+    Run run(Operation::Verify, limits);
+    run.isClaimed = true;
+    run.start();
+    QVERIFY(run.isHeld());
+    QVERIFY(run.programs().isEmpty());
+    run.isClaimed = false;
+    QTRY_COMPARE(run.programs(), QStringList { u"verify"_s });
+    run.tools.run(0);
+    QCOMPARE(run.exits, only(ExitCode::Success));
+}
+
+void TestVolumeJob::exchangedMedium_data()
+{
+    QTest::addColumn<bool>("wasKnown");
+    QTest::addColumn<bool>("isKnown");
+    QTest::newRow("another medium") << true << true;
+    QTest::newRow("pulled") << true << false;
+    QTest::newRow("not identified at the first look") << false << true;
+    QTest::newRow("never identified") << false << false;
+}
+
+void TestVolumeJob::exchangedMedium()
+{
+    QFETCH(const bool, wasKnown);
+    QFETCH(const bool, isKnown);
+    for (const auto operation : { Operation::Erase, Operation::Verify, Operation::Repair }) {
+        Run run(operation);
+        run.setMounted(true);
+        if (!wasKnown)
+            run.identity.reset();
+        run.heldIdentity->diskSequence = 3;
+        if (!isKnown)
+            run.heldIdentity.reset();
+        run.start();
+        run.grantUnmount();
+        QVERIFY(run.programs().isEmpty());
+        QVERIFY(run.waitsForMount());
+        run.grantMount();
+        QCOMPARE(run.exits, only(ExitCode::MediumChanged));
+        QCOMPARE(run.complained, QStringList { node + u" is no longer the same disk"_s });
+    }
+}
+
+void TestVolumeJob::secondCommandIsRefused()
+{
+    Run run(Operation::Erase);
+    run.setMounted(true);
+    run.start();
+    run.grantUnmount();
+    run.toolSituation.distrust = u"others can write to it"_s;
+    run.tools.run(0);
+    QCOMPARE(run.programs(), QStringList { u"wipefs"_s });
+    QCOMPARE(run.exits, only(ExitCode::ToolFailed));
+    QCOMPARE(run.complained.size(), 1);
+    QVERIFY(run.complained.constFirst().contains(u"others can write to it"_s));
+    QVERIFY(run.complained.constFirst().endsWith(u"; what was on disk2s1 is lost"_s));
+    QVERIFY(run.requests().empty());
+    QCOMPARE(run.announced, QStringList { node });
+}
+
+void TestVolumeJob::toolThatCannotBeStarted()
+{
+    Run run(Operation::Erase);
+    run.setMounted(true);
+    run.start();
+    run.grantUnmount();
+    Q_EMIT run.tools.ended({ ToolEnd::Kind::NotStarted, 0, u"no memory"_s });
+    QVERIFY(run.waitsForMount());
+    QVERIFY(!run.isHeld());
+    run.grantMount();
+    QCOMPARE(run.exits, only(ExitCode::ToolFailed));
+    QCOMPARE(
+        run.complained, QStringList { u"the erase on disk2s1 failed: it could not be started: no memory"_s });
+    QVERIFY(run.given.isEmpty());
+}
+
+void TestVolumeJob::newVolumeIsToldLate()
+{
+    Run run(Operation::Erase);
+    run.start();
+    run.tools.run(0);
+    run.tools.run(0);
+    run.disk->description->remove(DAKey::volumeKind);
+    run.tellVolume({});
+    run.disk->description->insert(DAKey::volumeKind, u"testfs"_s);
+    run.disk->description->insert(DAKey::volumeMountable, false);
+    run.tellVolume(u"New"_s);
+    QVERIFY(run.requests().empty());
+    run.disk->description->insert(DAKey::volumeMountable, true);
+    run.tellVolume(u"New"_s);
+    QVERIFY(run.waitsForMount());
+}
+
+void TestVolumeJob::newVolumeIsNeverTold()
+{
+    JobLimits limits;
+    limits.newVolume = 10ms;
+    Run run(Operation::Erase, limits);
+    run.start();
+    run.tools.run(0);
+    run.tools.run(0);
+    QTRY_VERIFY(run.waitsForMount());
+    run.refuse();
+    QCOMPARE(run.exits, only(ExitCode::Success));
+    QCOMPARE(run.said.mid(1),
+        QStringList({ u"Mounting disk2s1"_s, u"disk2s1 could not be mounted: the service says no"_s,
+            u"Finished erase on disk2s1"_s }));
+    QVERIFY(run.given.isEmpty());
+}
+
+// The limit is one for the volume, not for the mount.
+void TestVolumeJob::newVolumeIsToldInTime()
+{
+    JobLimits limits;
+    limits.newVolume = 0ms;
+    Run run(Operation::Erase, limits);
+    run.start();
+    run.tools.run(0);
+    run.tools.run(0);
+    run.tellVolume(u"New"_s);
+    QCoreApplication::processEvents();
+    QVERIFY(run.exits.isEmpty());
+    QVERIFY(run.waitsForMount());
+    run.grantMount();
+    QCOMPARE(run.exits, only(ExitCode::Success));
+}
+
+void TestVolumeJob::oldVolumeIsTakenForTheNew()
+{
+    Run run(Operation::Erase);
+    run.disk->description->insert(DAKey::volumeName, u"New"_s);
+    run.start();
+    run.tools.run(0);
+    run.tools.run(0);
+    QVERIFY(run.waitsForMount());
+    run.tellVolume({});
+    run.refuse();
+    QVERIFY(run.exits.isEmpty() && run.requests().empty());
+    run.tellVolume(u"New"_s);
+    QVERIFY(run.waitsForMount());
+    run.grantMount();
+    QCOMPARE(run.exits, only(ExitCode::Success));
+    QCOMPARE(run.given, QStringList { mountPoint });
+    QVERIFY(run.said.filter(u"could not be mounted"_s).isEmpty());
+}
+
+void TestVolumeJob::interruptedBeforeTheStart()
+{
+    Run run(Operation::Erase);
+    run.setMounted(true);
+    run.interrupt();
+    run.start();
+    QVERIFY(run.requests().empty() && run.programs().isEmpty());
+    QCOMPARE(run.exits, only(ExitCode::Interrupted));
+}
+
+void TestVolumeJob::interruptedByTheFirstLine()
+{
+    for (const bool isMounted : { false, true }) {
+        Run run(Operation::Erase);
+        run.setMounted(isMounted);
+        run.lastLineThatIsRead = u"Started"_s;
+        run.start();
+        QVERIFY(run.requests().empty() && run.programs().isEmpty());
+        QCOMPARE(run.exits, only(ExitCode::Interrupted));
+    }
+}
+
+void TestVolumeJob::interruptedByTheLineOfTheUnmount()
+{
+    Run run(Operation::Verify);
+    run.setMounted(true);
+    run.lastLineThatIsRead = u"Unmounting"_s;
+    run.start();
+    QVERIFY(run.requests().empty() && run.programs().isEmpty());
+    QCOMPARE(run.exits, only(ExitCode::Interrupted));
+}
+
+void TestVolumeJob::interruptedBeforeTheUnmountIsGranted()
+{
+    Run run(Operation::Erase);
+    run.setMounted(true);
+    run.start();
+    run.interrupt();
+    QVERIFY(run.exits.isEmpty());
+    run.grantUnmount();
+    QVERIFY(run.waitsForMount());
+    run.grantMount();
+    QCOMPARE(run.exits, only(ExitCode::Interrupted));
+    QCOMPARE(run.complained, interruptedLine + QStringList { u"the erase on disk2s1 was stopped"_s });
+    QVERIFY(run.programs().isEmpty() && run.given.isEmpty() && run.announced.isEmpty());
+}
+
+void TestVolumeJob::interruptedBeforeTheUnmountIsRefused()
+{
+    Run run(Operation::Erase);
+    run.setMounted(true);
+    run.start();
+    run.interrupt();
+    run.refuse();
+    QCOMPARE(run.exits, only(ExitCode::Interrupted));
+    QCOMPARE(run.complained, interruptedLine + QStringList { u"the erase on disk2s1 was stopped"_s });
+    QVERIFY(run.requests().empty() && run.programs().isEmpty());
+}
+
+void TestVolumeJob::interruptedWhileClaiming()
+{
+    JobLimits limits;
+    limits.claimStep = 1ms;
+    Run run(Operation::Erase, limits);
+    run.setMounted(true);
+    run.isClaimed = true;
+    run.start();
+    run.grantUnmount();
+    run.interrupt();
+    run.isClaimed = false;
+    QTRY_VERIFY(run.waitsForMount());
+    QVERIFY(!run.isHeld());
+    run.grantMount();
+    QCOMPARE(run.exits, only(ExitCode::Interrupted));
+    QCOMPARE(run.complained, interruptedLine + QStringList { u"the erase on disk2s1 was stopped"_s });
+    QVERIFY(run.programs().isEmpty());
+}
+
+void TestVolumeJob::interruptedWhileVerifying()
+{
+    Run run(Operation::Verify);
+    run.setMounted(true);
+    run.start();
+    run.grantUnmount();
+    Q_EMIT run.tools.started();
+    run.interrupt();
+    QCOMPARE(run.tools.stops, 1);
+    QVERIFY(run.requests().empty() && run.exits.isEmpty());
+    Q_EMIT run.tools.ended({ ToolEnd::Kind::Killed, 15, {} });
+    QVERIFY(run.waitsForMount());
+    run.grantMount();
+    QCOMPARE(run.exits, only(ExitCode::Interrupted));
+    QCOMPARE(run.complained,
+        interruptedLine + QStringList { u"the file system verification on disk2s1 was stopped"_s });
+}
+
+void TestVolumeJob::interruptedWhileErasing()
+{
+    Run run(Operation::Erase);
+    run.setMounted(true);
+    run.start();
+    run.grantUnmount();
+    run.tools.run(0);
+    Q_EMIT run.tools.started();
+    run.interrupt();
+    QCOMPARE(run.tools.stops, 1);
+    Q_EMIT run.tools.ended({ ToolEnd::Kind::Killed, 15, {} });
+    QCOMPARE(run.exits, only(ExitCode::Interrupted));
+    QCOMPARE(run.complained,
+        interruptedLine + QStringList { u"the erase on disk2s1 was stopped; what was on disk2s1 is lost"_s });
+    QVERIFY(run.requests().empty());
+    QCOMPARE(run.announced, QStringList { node });
+}
+
+// The first command ends well although it was told to stop.
+void TestVolumeJob::interruptedBetweenTheCommands()
+{
+    Run run(Operation::Erase);
+    run.setMounted(true);
+    run.start();
+    run.grantUnmount();
+    Q_EMIT run.tools.started();
+    run.interrupt();
+    run.tools.end(0);
+    QCOMPARE(run.programs(), QStringList { u"wipefs"_s });
+    QCOMPARE(run.exits, only(ExitCode::Interrupted));
+    QVERIFY(run.complained.constLast().endsWith(u"; what was on disk2s1 is lost"_s));
+    QVERIFY(run.requests().empty());
+    QCOMPARE(run.announced, QStringList { node });
+}
+
+void TestVolumeJob::interruptedWhileWaitingForTheNewVolume()
+{
+    Run run(Operation::Erase);
+    run.start();
+    run.tools.run(0);
+    run.tools.run(0);
+    QVERIFY(run.requests().empty());
+    run.interrupt();
+    QVERIFY(run.waitsForMount());
+    run.tellVolume(u"New"_s);
+    QVERIFY(run.waitsForMount());
+    run.grantMount();
+    QCOMPARE(run.exits, only(ExitCode::Interrupted));
+    QCOMPARE(run.complained, interruptedLine);
+    QCOMPARE(run.given, QStringList { mountPoint });
+    QCOMPARE(run.tools.stops, 0);
+
+    // A refused mount ends the run, although the new volume is not known.
+    Run refused(Operation::Erase);
+    refused.start();
+    refused.tools.run(0);
+    refused.tools.run(0);
+    refused.interrupt();
+    refused.refuse();
+    QCOMPARE(refused.exits, only(ExitCode::Interrupted));
+    QVERIFY(refused.given.isEmpty());
+}
+
+void TestVolumeJob::interruptedWhileMounting()
+{
+    Run run(Operation::Verify);
+    run.setMounted(true);
+    run.start();
+    run.grantUnmount();
+    run.tools.run(0);
+    QVERIFY(run.waitsForMount());
+    run.interrupt();
+    QVERIFY(run.exits.isEmpty());
+    QVERIFY(run.waitsForMount());
+    run.grantMount();
+    QCOMPARE(run.exits, only(ExitCode::Interrupted));
+    QCOMPARE(run.complained, interruptedLine);
+    QCOMPARE(run.tools.stops, 0);
+}
+
+void TestVolumeJob::interruptedByTheLineOfTheMount()
+{
+    Run run(Operation::Verify);
+    run.setMounted(true);
+    run.lastLineThatIsRead = u"Mounting"_s;
+    run.start();
+    run.grantUnmount();
+    run.tools.run(0);
+    QVERIFY(run.waitsForMount());
+    run.grantMount();
+    QCOMPARE(run.exits, only(ExitCode::Interrupted));
+}
+
+void TestVolumeJob::interruptedByTheLineOfTheResult()
+{
+    Run run(Operation::Verify);
+    run.setMounted(true);
+    run.lastLineThatIsRead = u"The volume"_s;
+    run.start();
+    run.grantUnmount();
+    run.tools.run(0);
+    QVERIFY(run.waitsForMount());
+    run.grantMount();
+    QCOMPARE(run.exits, only(ExitCode::Interrupted));
+}
+
+// All has been done by then.
+void TestVolumeJob::interruptedByTheLastLine()
+{
+    Run run(Operation::Verify);
+    run.lastLineThatIsRead = u"Finished"_s;
+    run.start();
+    run.tools.run(0);
+    QCOMPARE(run.exits, only(ExitCode::Success));
+    QVERIFY(run.complained.isEmpty());
+}
+
+void TestVolumeJob::interruptedTwice()
+{
+    Run run(Operation::Verify);
+    run.start();
+    Q_EMIT run.tools.started();
+    run.interrupt();
+    run.interrupt();
+    QCOMPARE(run.complained, interruptedLine);
+    QCOMPARE(run.tools.stops, 1);
+}
+
+void TestVolumeJob::interruptedAfterTheEnd()
+{
+    JobLimits limits;
+    limits.interruptedService = 0ms;
+    Run run(Operation::Verify, limits);
+    run.start();
+    run.tools.run(0);
+    QCOMPARE(run.exits, only(ExitCode::Success));
+    run.interrupt();
+    QCoreApplication::processEvents();
+    QCOMPARE(run.exits, only(ExitCode::Success));
+    QVERIFY(run.complained.isEmpty() && run.requests().empty());
+    QCOMPARE(run.tools.stops, 0);
+}
+
+void TestVolumeJob::silentServiceAtTheUnmount()
+{
+    JobLimits limits;
+    limits.interruptedService = 10ms;
+    Run run(Operation::Erase, limits);
+    run.setMounted(true);
+    run.start();
+    run.interrupt();
+    QTRY_COMPARE(run.exits, only(ExitCode::Interrupted));
+    QCOMPARE(run.complained, interruptedLine + QStringList { u"the disk service has not answered"_s });
+    run.grantUnmount();
+    QCOMPARE(run.exits, only(ExitCode::Interrupted));
+    QVERIFY(run.requests().empty() && run.programs().isEmpty());
+}
+
+void TestVolumeJob::silentServiceAtTheMount()
+{
+    JobLimits limits;
+    limits.interruptedService = 10ms;
+    Run run(Operation::Verify, limits);
+    run.setMounted(true);
+    run.start();
+    run.grantUnmount();
+    Q_EMIT run.tools.started();
+    run.interrupt();
+    Q_EMIT run.tools.ended({ ToolEnd::Kind::Killed, 15, {} });
+    QVERIFY(run.waitsForMount());
+    QTRY_COMPARE(run.exits, only(ExitCode::Interrupted));
+    QCOMPARE(run.complained.constLast(), u"the disk service has not answered"_s);
+    run.grantMount();
+    QCOMPARE(run.exits, only(ExitCode::Interrupted));
+}
+
+void TestVolumeJob::eventsOutOfTurn()
+{
+    Run run(Operation::Erase);
+    run.setMounted(true);
+    run.start();
+    run.tools.run(0);
+    run.tellVolume(u"New"_s);
+    QVERIFY(run.waitsForUnmount());
+    QVERIFY(run.programs().isEmpty());
+    run.grantUnmount();
+    run.tellVolume(u"New"_s);
+    QVERIFY(run.requests().empty());
+    run.tools.run(0);
+    run.tools.run(0);
+    QVERIFY(run.waitsForMount());
+    run.tools.run(1);
+    run.tellVolume(u"New"_s);
+    QVERIFY(run.waitsForMount());
+    run.grantMount();
+    run.tools.run(1);
+    run.tellVolume(u"New"_s);
+    QCOMPARE(run.exits, only(ExitCode::Success));
+    QVERIFY(run.complained.isEmpty() && run.requests().empty());
+    QCOMPARE(run.programs().size(), 2);
+}
+
+// What has not begun has written nothing.
+void TestVolumeJob::startOutOfTurn()
+{
+    Run run(Operation::Erase);
+    run.setMounted(true);
+    run.start();
+    Q_EMIT run.tools.started();
+    run.interrupt();
+    run.grantUnmount();
+    QVERIFY(run.waitsForMount());
+    QCOMPARE(run.complained.constLast(), u"the erase on disk2s1 was stopped"_s);
+}
+
+QTEST_GUILESS_MAIN(TestVolumeJob)
+#include "tst_volumejob.moc"

@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: MIT
+#include "tools/diskutil/job_plan.h"
+
+#include "platform/no_widgets.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+std::optional<Refusal> chooseBundle(JobPlan &plan, const CommandLine &line)
+{
+    const PersonalityChoice choice = plan.operation == Operation::Erase
+        ? personalityNamed(plan.bundles, line.format)
+        : personalityForVolume(plan.bundles, plan.medium.kind, plan.medium.subtype, plan.operation);
+    if (auto refusal = refusalOfChoice(plan.operation, line, plan.medium, choice))
+        return refusal;
+    if (plan.operation == Operation::Erase) {
+        if (auto refusal = refusalOfErase(line, plan.medium, choice))
+            return refusal;
+    }
+    plan.bundle = *choice.bundle;
+    plan.tool = *choice.personality->tool(plan.operation);
+    plan.newName = line.name;
+    plan.newSubtype = choice.personality->subtype;
+    return std::nullopt;
+}
+
+std::optional<Refusal> listCommands(JobPlan &plan, const Machine &machine)
+{
+    if (auto refusal = refusalOfTool(plan.bundle, machine.readToolSituation(plan.bundle, plan.tool)))
+        return refusal;
+    const QString &node = plan.medium.deviceNode;
+    ToolCommand command { executablePath(plan.bundle, plan.tool), plan.tool.arguments,
+        ToolCommand::Output::Terminal };
+    if (plan.operation == Operation::Erase) {
+        // Traces of a former file system anywhere on the medium could be taken for the volume later.
+        const QString wipe = machine.findTool(u"wipefs"_s);
+        if (wipe.isEmpty())
+            return Refusal { ExitCode::ToolMissing,
+                u"wipefs is not installed; install the package util-linux"_s };
+        plan.commands.push_back({ wipe, { u"--all"_s, u"--quiet"_s, node } });
+        command.output = ToolCommand::Output::Pipe;
+        command.arguments += { u"-v"_s, plan.newName };
+    }
+    command.arguments += node;
+    plan.commands.push_back(command);
+    return std::nullopt;
+}
+
+} // namespace
+
+std::variant<JobPlan, Refusal> planJob(
+    Operation operation, const CommandLine &line, const MediaList &list, const Machine &machine)
+{
+    const std::vector<Medium> media = list.media();
+    const auto medium = findMedium(media, line.device);
+    if (!medium)
+        return isOtherFile(line.device)
+            ? Refusal { ExitCode::NoBlockDevice, u"%1 is not a block device"_s.arg(line.device) }
+            : Refusal { ExitCode::NoSuchDisk, u"there is no disk %1"_s.arg(line.device) };
+    JobPlan plan;
+    plan.operation = operation;
+    plan.medium = *medium;
+    plan.disk = list.disk(medium->bsdName);
+    plan.identity = machine.readDeviceIdentity(medium->deviceNode);
+    if (auto refusal = refusalOfDevice(operation, *medium, machine.readDeviceSituation(*medium, media)))
+        return *refusal;
+    plan.bundles = machine.readInstalledBundles();
+    if (auto refusal = chooseBundle(plan, line))
+        return *refusal;
+    if (auto refusal = listCommands(plan, machine))
+        return *refusal;
+    return plan;
+}
+
+std::optional<Refusal> refusalOfHandOver(
+    const JobPlan &plan, const HeldDevice &device, const std::vector<Medium> &media, const Machine &machine)
+{
+    if (!plan.identity || device.identity() != plan.identity)
+        return Refusal { ExitCode::MediumChanged,
+            u"%1 is no longer the same disk"_s.arg(plan.medium.deviceNode) };
+    if (auto refusal
+        = refusalOfDevice(plan.operation, plan.medium, machine.readDeviceSituation(plan.medium, media)))
+        return refusal;
+    return refusalOfTool(plan.bundle, machine.readToolSituation(plan.bundle, plan.tool));
+}
+
+bool isNewVolume(const JobPlan &plan, const Medium &medium)
+{
+    return medium.isMountable && medium.volumeName == plan.newName
+        && servesSameVolumes(plan.bundles, medium.kind, plan.bundle.name)
+        && (!plan.newSubtype || medium.subtype == plan.newSubtype);
+}

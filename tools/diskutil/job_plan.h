@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+//
+// What an erase, a verification or a repair will do, decided before anything is unmounted or written.
+#pragma once
+
+#include "tools/diskutil/machine.h"
+#include "tools/diskutil/MediaList.h"
+#include "tools/diskutil/ToolRunner.h"
+
+#include <deque>
+#include <variant>
+
+struct JobPlan
+{
+    Operation operation = Operation::Verify;
+    Medium medium; // as it was at the first look
+    DADiskRef disk;
+    std::optional<DeviceIdentity> identity; // of that medium
+    std::vector<FilesystemBundle> bundles;
+    FilesystemBundle bundle; // one of them, which does the work
+    BundleTool tool; // its executable
+    std::deque<ToolCommand> commands;
+
+    // Of the volume that an erase makes.
+    QString newName;
+    std::optional<qint64> newSubtype;
+};
+
+// Looks at everything that the operation needs.
+std::variant<JobPlan, Refusal> planJob(
+    Operation operation, const CommandLine &line, const MediaList &list, const Machine &machine);
+
+// Why the medium, which is held, cannot be handed to the next command. Since the first look it may have been
+// pulled and its node given to another, it may have been mounted, and the bundle may have been changed.
+std::optional<Refusal> refusalOfHandOver(
+    const JobPlan &plan, const HeldDevice &device, const std::vector<Medium> &media, const Machine &machine);
+
+// Whether the disk service describes the volume that the erase has made, no longer the former one.
+bool isNewVolume(const JobPlan &plan, const Medium &medium);
