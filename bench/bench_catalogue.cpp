@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
 // What one refresh of the catalogue costs: the scan of twelve bundles, the merge of the four lists and the
-// display name of each personality, every file read anew. Each bundle has strings tables in twelve languages.
-// The user's language is the one looked for last, which is the dearest case.
+// display name of each personality, every file read again. Each bundle has strings tables in twelve
+// languages. The user's language is the one looked for last, which is the dearest case.
 #include "filesystems/display_name.h"
 #include "filesystems/FilesystemCatalogue.h"
 

@@ -15,7 +15,7 @@ QLatin1String reasonFor(const PropertyValue *value)
     return value ? "Unexpected object type."_L1 : "Key not found."_L1;
 }
 
-// The localized name, or nothing after a log line that says why.
+// The localized name. Returns std::nullopt after a log line that says why.
 std::optional<QString> localizedName(const ZorvexDiskManagerFSBundle &record, const QStringList &languages)
 {
     const auto bundle = Bundle::open(record.path());

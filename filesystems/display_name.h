@@ -5,7 +5,7 @@
 
 #include <QStringList>
 
-// The name of a personality as its bundle words it in the first of the languages ("de", "pt_BR") that it
-// speaks, read from the bundle anew. What stands in the way is logged and answered with the record's fallback
-// name. Any thread that owns the record.
+// The name of a personality in the first of the languages ("de", "pt_BR") for which its bundle has one, read
+// from the bundle at each call. Returns the record's fallback name, after a log line that says why, when it
+// cannot be read. The thread that owns the record.
 QString getFilesystemTypeString(const ZorvexDiskManagerFSBundle &record, const QStringList &languages);

@@ -19,9 +19,9 @@ struct FormatMenu
     int selectedIndex = -1; // no selection
 };
 
-// The format menu for the list. The size is the selected disk's in bytes, 0 when the disk does not tell, and
-// nothing when no disk is selected. The remembered record is the one whose item was selected before, or null.
-// Where its item is disabled the selection goes to the nearest enabled item above it, never downward.
+// The format menu for the list. The size is the selected disk's in bytes, 0 when it is unknown, and
+// std::nullopt when no disk is selected. The remembered record is the one whose item was selected before, or
+// null. Where its item is disabled the selection goes to the nearest enabled item above it, never downward.
 FormatMenu formatMenuItems(const FilesystemBundleList &list, std::optional<qint64> selectedMediaSize,
     const FilesystemBundleRef &remembered,
     const std::function<QString(const ZorvexDiskManagerFSBundle &)> &title);

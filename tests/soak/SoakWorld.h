@@ -47,7 +47,7 @@ public:
         return list[static_cast<typename List::size_type>(below(static_cast<int>(list.size())))];
     }
 
-    // The window that stands all the time, or the one that is opened anew again and again.
+    // The window that stands all the time, or the one that is opened again and again.
     RealWindow &anyWindow() { return onceIn(2) ? *standing : *changing; }
     RealWindow &otherWindow(const RealWindow &window)
     {

@@ -58,7 +58,7 @@ bool activateWindow(SoakWorld &world)
 bool changeLanguage(SoakWorld &world)
 {
     const QString language = world.oneOf(bundleLocalizations());
-    world.note(u"open the window anew in "_s + language);
+    world.note(u"open the window again in "_s + language);
     world.changing.reset();
     world.changing = std::make_unique<RealWindow>(language);
     return true;

@@ -37,7 +37,7 @@ public:
     AccessibilityTree();
     ~AccessibilityTree();
 
-    // All that there is, read anew.
+    // All that there is at this moment.
     QList<Element> elements() const;
 
     // The first one that matches.

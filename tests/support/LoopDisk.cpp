@@ -42,14 +42,14 @@ void format(const QString &node, const QString &filesystem, const QString &label
         run(u"mkfs.vfat"_s, { u"-n"_s, label, node });
 }
 
-// Waits until udev has looked at every device. Under load it has been seen to hang up on whoever asks.
+// Waits until udev has looked at every device. Under load, udev sometimes hangs up without an answer.
 void settleUdev()
 {
     const QDeadlineTimer limit(20000);
     QByteArray output;
     while (runProgram(u"udevadm"_s, { u"settle"_s }, &output) != 0) {
         if (limit.hasExpired())
-            qFatal("udev does not come to rest: %s", output.constData());
+            qFatal("udev still has events to handle: %s", output.constData());
     }
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Runs a program as another user, as his login session would, on a terminal of its own. It is held before it
-// begins, so that an agent can be registered for it. For tests that are root.
+// Runs a program as another user, as their login session would, on a terminal of its own. It is held before
+// it begins, so that an agent can be registered for it. For tests that are root.
 #pragma once
 
 #include <QByteArray>
@@ -18,7 +18,7 @@ struct TestUser
     gid_t group = 0;
 };
 
-// Adds the user, and the groups that he is to belong to beside his own, to the system's lists.
+// Adds the user, and the groups that they belong to beside their own, to the system's lists.
 void addUser(const TestUser &user, const std::vector<gid_t> &groups);
 
 class UserProcess : public QProcess

@@ -20,13 +20,13 @@ def run(*command, **options):
 
 
 def settle_udev():
-    """Waits until udev has looked at every device. Under load it has been seen to hang up on whoever asks."""
+    """Waits until udev has looked at every device. Under load, udev sometimes closes the connection instead of answering."""
     deadline = time.monotonic() + LIMIT
     while True:
         result = subprocess.run(["udevadm", "settle", f"--timeout={LIMIT}"], capture_output=True, text=True)
         if result.returncode == 0:
             return
-        assert time.monotonic() < deadline, f"udev does not come to rest: {result.stderr}"
+        assert time.monotonic() < deadline, f"udev still has events to handle: {result.stderr}"
 
 
 class DiskService:
@@ -81,13 +81,13 @@ class LoopDisk:
             image.truncate((sum(partition_sizes) + 4) << 20)
         table = "label: gpt\n" + "".join(f",{size}M\n" for size in partition_sizes)
         run("sfdisk", "--quiet", self.image, input=table)
-        # Without --partscan: with it, each writer's close would have udev read the table anew, and where the
+        # Without --partscan: with it, each writer's close would have udev read the table again, and where the
         # kernel has no partition parser all partitions would go.
         options = ["--read-only"] if read_only else []
         self.node = run("losetup", "--find", "--show", *options, self.image).strip()
         self.partitions = [f"{self.node}p{i + 1}" for i in range(len(partition_sizes))]
         try:
-            # A former user of the loop device may have left partitions behind, of which nobody would be told anew.
+            # A former user of the loop device may have left partitions behind, which would not be announced again.
             self.delete_partitions()
             if with_partitions:
                 self.add_partitions()
@@ -103,7 +103,7 @@ class LoopDisk:
             self.service.wait(f"{node} is known", lambda: self.service.property(node, "Block", "Size"))
 
     def delete_partitions(self):
-        """Those that the kernel has, whatever the table says. Who looks at one keeps it from being taken away."""
+        """Those that the kernel has, whatever the table says. Opening one keeps it from being removed."""
         self.check_ours()
         name = os.path.basename(self.node)
         deadline = time.monotonic() + LIMIT

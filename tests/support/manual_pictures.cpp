@@ -2,7 +2,7 @@
 //
 // manual_pictures SOURCE_FOLDER PICTURE_FOLDER
 //
-// Takes the pictures of the manual anew: the real window, on disks that are kept in memory. To be run with
+// Takes the pictures of the manual: the real window, on disks that are kept in memory. To be run with
 // QT_QPA_PLATFORM=offscreen and QT_SCALE_FACTOR=2.
 #include "tests/support/TestController.h"
 
@@ -91,7 +91,7 @@ void addDisks(TestController &test)
 
 void save(TestController &test, const QString &folder, const QString &name)
 {
-    QTest::qWait(300); // until the style's animations have come to rest
+    QTest::qWait(300); // until the style's animations have ended
     QPixmap picture = test.window().grab();
     QPainter painter(&picture);
     for (AlertSheet *sheet : test.sheets()) {

@@ -18,7 +18,7 @@ class PrivateUser:
             users.write(f"{name}:x:{number}:{number}::/nonexistent:/bin/sh\n")
 
     def join_administrators(self, number=80):
-        """Makes him the only member of a group of the administrators' name; its number need not be theirs."""
+        """Makes them the only member of a group of the administrators' name; its number need not be theirs."""
         with open("/etc/group", "a", encoding="utf-8") as groups:
             groups.write(f"zorvex-admin:x:{number}:{self.name}\n")
 

@@ -61,7 +61,7 @@ class DiskutilOfUser(DiskutilCase):
         self.assert_exit(self.user.run(DISKUTIL, "eraseVolume", file_system, name, self.node), SUCCESS)
 
     def assert_users_own(self, name):
-        """The volume is mounted where its user may enter, and he can write to it."""
+        """The volume is mounted where its user may enter, and the user can write to it."""
         point = f"{HOME_OF_MOUNTS}/{name}"
         self.assertEqual(mount_point(self.node), point)
         self.assert_exit(self.user.run("sh", "-c", f"echo mine >'{point}/file' && cat '{point}/file'"), SUCCESS)

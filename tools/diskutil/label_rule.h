@@ -22,9 +22,10 @@ struct LabelRule
     QString forbiddenFirst; // characters that may not come first
 };
 
-// The unit that a bundle names ("ascii", "bytes", "utf16", "osta"), or nothing when there is no such unit.
+// The unit that a bundle names ("ascii", "bytes", "utf16", "osta"), or std::nullopt when there is no such
+// unit.
 std::optional<LabelRule::Unit> labelUnitNamed(const QString &name);
 
-// Why the name cannot be given, as the end of a sentence about it; nothing when it can. The tools themselves
-// notice it only when the old volume is lost, or shorten the name without a word.
+// Why the name cannot be given, as the end of a sentence about it. Returns std::nullopt when it can. The
+// tools themselves notice it only after the old volume is lost, or shorten the name without a word.
 std::optional<QString> reasonAgainstLabel(const LabelRule &rule, const QString &label);
