@@ -71,6 +71,14 @@ struct NumberComparison
     int operator()(double a, auto b) const { return -compareWithDouble(b, a); }
 };
 
+template <typename Type>
+const Type *valueAs(
+    const PropertyDictionary &dictionary, const QString &key, const Type *(PropertyValue::*as)() const)
+{
+    const PropertyValue *value = dictionary.value(key);
+    return value ? (value->*as)() : nullptr;
+}
+
 } // namespace
 
 std::optional<qint64> PropertyNumber::toLongLong() const
@@ -237,26 +245,22 @@ const PropertyValue *PropertyDictionary::value(const QString &key) const
 
 const QString *PropertyDictionary::string(const QString &key) const
 {
-    const PropertyValue *found = value(key);
-    return found ? found->asString() : nullptr;
+    return valueAs(*this, key, &PropertyValue::asString);
 }
 
 const PropertyNumber *PropertyDictionary::number(const QString &key) const
 {
-    const PropertyValue *found = value(key);
-    return found ? found->asNumber() : nullptr;
+    return valueAs(*this, key, &PropertyValue::asNumber);
 }
 
 const PropertyArray *PropertyDictionary::array(const QString &key) const
 {
-    const PropertyValue *found = value(key);
-    return found ? found->asArray() : nullptr;
+    return valueAs(*this, key, &PropertyValue::asArray);
 }
 
 const PropertyDictionary *PropertyDictionary::dictionary(const QString &key) const
 {
-    const PropertyValue *found = value(key);
-    return found ? found->asDictionary() : nullptr;
+    return valueAs(*this, key, &PropertyValue::asDictionary);
 }
 
 QString PropertyDictionary::text(const QString &key) const
