@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
 // The authorisation service: a session with it, the administrator's right, and a program started with that
-// right. Main thread only; every answer comes later, and nothing is given up for taking long: a user thinks,
-// and types a password.
+// right. Main thread only; every answer comes later. No request has a time limit, because a user thinks and
+// types a password.
 #pragma once
 
 #include <QByteArrayList>
@@ -15,7 +15,7 @@ enum class AuthorizationStatus : int {
     Success = 0,
     Denied = -60005, // a wrong password, or a user who may not
     Canceled = -60006, // the user has closed the dialog
-    InteractionNotAllowed = -60007, // nobody is there who could ask the user
+    InteractionNotAllowed = -60007, // nobody could ask the user
     Internal = -60008, // the service cannot be reached, or does not understand
 };
 
@@ -32,8 +32,8 @@ public:
     // Obtains the administrator's right to run the program, asking the user where that is needed.
     virtual void copyRights(const QByteArray &program, StatusHandler handler) = 0;
 
-    // Runs the program as root. Done is told when it has taken over, or cannot be run: then this process may
-    // end.
+    // Runs the program as root. Runs done when the program has taken over or cannot be run: then this process
+    // may end.
     virtual void executeWithPrivileges(
         const QByteArray &program, const QByteArrayList &arguments, std::function<void()> done)
         = 0;
@@ -46,5 +46,5 @@ public:
 std::unique_ptr<Authorization> createAuthorization();
 
 // Of the program that was started by executeWithPrivileges(), before anything else: makes it independent of
-// the process that has started it, and lets that one end.
+// the process that started it, and lets that process end.
 void completeExecutionWithPrivileges();

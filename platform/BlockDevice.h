@@ -4,10 +4,12 @@
 // diskutil agree on every name without sharing any state. Any thread.
 #pragma once
 
+#include "platform/SystemRoot.h"
+
 #include <QString>
-#include <QStringList>
 
 #include <optional>
+#include <sys/types.h>
 
 struct BlockDeviceFacts
 {
@@ -17,12 +19,16 @@ struct BlockDeviceFacts
     qint64 logicalBlockSize = 0; // bytes
 };
 
-// The facts of a device node such as /dev/sda1; nothing when it is no block device or has just gone.
+// The facts of a device node such as /dev/sda1. Returns std::nullopt when it is no block device or has just
+// gone.
 std::optional<BlockDeviceFacts> readBlockDeviceFacts(const QString &deviceNode);
 
-// The kernel's name (sda1) of a device node, links followed; empty when it is no block device.
-QString kernelDeviceName(const QString &deviceNode);
+// The same for the device with this number, if there is one.
+std::optional<BlockDeviceFacts> readFactsOfDevice(std::optional<dev_t> device, const SystemRoot &system = {});
 
-// Whether the running system stands on this device or on something above it: "/", "/boot", "/usr" and what
-// lies between them and the disk, and swap space in use.
-bool isSystemDevice(const QString &deviceNode);
+// The kernel's name (sda1) of a device node, links followed; empty when it is no block device.
+QString kernelDeviceName(const QString &deviceNode, const SystemRoot &system = {});
+
+// Whether the running system stands on this device or on something above it: "/", "/boot", "/boot/efi",
+// "/usr" and what lies between them and the disk, and swap space in use.
+bool isSystemDevice(const QString &deviceNode, const SystemRoot &system = {});

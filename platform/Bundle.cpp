@@ -19,7 +19,7 @@ struct Name
     QLatin1String otherName;
 };
 
-// What languages were called before they had codes; old bundles still name their folders so.
+// The names of languages before they had codes; folders of old bundles still have them.
 constexpr Name oldNames[] = {
     { "de"_L1, "German"_L1 },
     { "en"_L1, "English"_L1 },
@@ -30,7 +30,7 @@ constexpr Name oldNames[] = {
     { "nl"_L1, "Dutch"_L1 },
 };
 
-// Chinese is told apart by script in bundles and by country in locales.
+// Bundles name the script of Chinese, locales the country.
 constexpr Name scripts[] = {
     { "zh_CN"_L1, "zh_Hans"_L1 },
     { "zh_SG"_L1, "zh_Hans"_L1 },

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
 // A bundle: a folder with Contents/Info.plist, and per-language folders Contents/Resources/<language>.lproj.
-// Every call reads the disk anew. Any thread.
+// Every call reads the disk. Any thread.
 #pragma once
 
 #include "platform/Property.h"
@@ -13,20 +13,21 @@
 class Bundle
 {
 public:
-    // The bundle at the path, or nothing when there is no folder.
+    // The bundle at the path. Returns std::nullopt when there is no folder.
     static std::optional<Bundle> open(const QString &path);
 
     const QString &path() const { return m_path; }
 
-    // Contents/Resources/<name>; whether there is such a file is not looked at.
+    // Contents/Resources/<name>. Does not look whether there is such a file.
     QString resourcePath(const QString &name) const;
 
-    // The information dictionary as Contents/Info.plist has it; nothing when it cannot be read.
+    // The information dictionary as Contents/Info.plist has it. Returns std::nullopt when it cannot be read.
     std::optional<PropertyDictionary> infoDictionary() const;
 
-    // The information dictionary with the top-level values of the first of the languages that the bundle has
-    // a readable InfoPlist.strings for laid over it; the unlocalized one when there is none. Languages are
-    // localization names such as "de" or "pt_BR"; nothing when there is no information dictionary.
+    // The information dictionary, with top-level values replaced by those of InfoPlist.strings in the first
+    // of the languages for which the bundle has a readable one; unchanged when there is none. Languages are
+    // localization names such as "de" or "pt_BR". Returns std::nullopt when there is no information
+    // dictionary.
     std::optional<PropertyDictionary> localizedInfoDictionary(const QStringList &languages) const;
 
 private:

@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: MIT
 //
-// The user at the desktop, for a process that runs as root at his wish: his session has the file manager, the
-// document viewer and the display, and root's environment says nothing of it. Any thread.
+// The user at the desktop, for a process that runs as root at their wish: their session has the file manager,
+// the document viewer and the display, and root's environment does not mention it. Any thread.
 #pragma once
 
 #include <QByteArray>
+#include <QObject>
 #include <QProcess>
 #include <QProcessEnvironment>
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 #include <optional>
@@ -28,25 +30,32 @@ struct DesktopUser
     // The bus of the user's session; empty when there is none.
     QString busAddress() const;
 
-    // This process's environment, with what tells of the user and of the session.
+    // This process's environment, changed to name the user and their session.
     QProcessEnvironment environment() const;
 
-    // Has a process that is not started yet run as the user, with what his session needs in its environment.
+    // Makes a process that is not started yet run as the user, with what their session needs in its
+    // environment.
     void prepare(QProcess &process) const;
 
 private:
     std::function<void()> identityChange() const;
 };
 
-// Nothing when this process runs with its user's own rights.
+// Returns std::nullopt when this process runs with its user's own rights.
 std::optional<DesktopUser> desktopUser();
 
-// Names the Wayland socket of the user's session in the environment, where nothing else names one: pkexec
-// keeps the X11 display only. Before the interface is made.
+// Starts a program as this user, or as this process's own where there is none; it has no input, and its
+// output is lost. Runs done once, with whether it could be started and ended with 0, unless the context goes
+// first: then the program is ended. The thread of the context.
+void startProgram(const std::optional<DesktopUser> &user, const QString &program,
+    const QStringList &arguments, QObject *context, std::function<void(bool hasSucceeded)> done);
+
+// Names the Wayland socket of the user's session in the environment, unless one is named already: pkexec
+// keeps only the X11 display. Call it before the interface is made.
 void adoptDisplayOfDesktopUser();
 
-// Has this process do without a session bus, where it runs as root at a user's wish and none is named: Qt
-// would have one started for root, which nobody else is on and which stays. Before the interface is made.
+// Keeps Qt from starting a session bus for root, which nobody else would use and which would stay, where this
+// process runs as root at a user's wish and no bus is named. Call it before the interface is made.
 void doWithoutSessionBus();
 
 // The Wayland socket in a runtime folder that the user owns; empty when there is none.

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Mounting for the user at the desktop. What the disk service mounts for root lies in a folder that root
-// alone may enter, and a file system without owners gives all its files to root.
+// Mounting for the user at the desktop. The disk service mounts root's volumes in a folder that only root may
+// enter, and a file system without owners gives all its files to the user that it is mounted for.
 #pragma once
 
 #include "platform/DesktopUser.h"
@@ -20,11 +20,11 @@ std::optional<QVariantMap> mountOptions(
 
 // For a disk service that cannot mount for another user: asks it in the user's own name to mount the volume
 // with this object path; the user is not asked for a password. Runs done later, once, with whether it was
-// mounted, unless the context goes first. The thread of the context. Can go with the support of UDisks2
-// before 2.10, whose last Debian release is 12.
+// mounted, unless the context goes first. The thread of the context. Only UDisks2 before 2.10 needs this,
+// which is last in Debian 12.
 void mountForDesktopUser(
     const DesktopUser &user, const QString &objectPath, QObject *context, std::function<void(bool)> done);
 
-// Makes a new volume that is mounted here the user's, where its file system has owners: what a formatter
-// makes is root's, and nobody else could write to it. Nothing for no user.
+// Gives a new, mounted volume to the user, if its file system has owners: a formatter makes it root's, and
+// nobody else could write to it. Does nothing without a user.
 void giveMountedVolume(const QString &mountPoint, const std::optional<DesktopUser> &user);

@@ -3,6 +3,6 @@
 
 #include <functional>
 
-// Runs the task on a thread of its own, which nobody waits for. 0, or the errno value of the system when it
-// has no thread to give; the task is not run then. Any thread.
+// Runs the task on a thread of its own, which nobody waits for. Returns 0, or an errno value when there is no
+// thread; then the task does not run. Any thread.
 [[nodiscard]] int startDetachedThread(std::function<void()> task);

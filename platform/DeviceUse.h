@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 //
 // What a block device is used for, and whether a device node still leads to the medium that it led to before.
-// Read from sysfs and procfs anew with every call. Any thread.
+// Read from sysfs and procfs with every call. Any thread.
 #pragma once
+
+#include "platform/FileDescriptor.h"
+#include "platform/SystemRoot.h"
 
 #include <QString>
 #include <QStringList>
@@ -16,11 +19,11 @@ struct DeviceUse
     bool isSwap = false;
 };
 
-// How the device itself is used; nothing of its partitions.
-DeviceUse readDeviceUse(const QString &deviceNode);
+// How the device itself is used, without its partitions. Unused when it is no block device.
+DeviceUse readDeviceUse(const QString &deviceNode, const SystemRoot &system = {});
 
 // The device nodes of a whole disk's partitions; none for a partition.
-QStringList partitionNodes(const QString &deviceNode);
+QStringList partitionNodes(const QString &deviceNode, const SystemRoot &system = {});
 
 struct DeviceIdentity
 {
@@ -31,8 +34,8 @@ struct DeviceIdentity
     friend bool operator==(const DeviceIdentity &, const DeviceIdentity &) = default;
 };
 
-// Nothing when the node leads to no block device.
-std::optional<DeviceIdentity> readDeviceIdentity(const QString &deviceNode);
+// Returns std::nullopt when the node leads to no block device.
+std::optional<DeviceIdentity> readDeviceIdentity(const QString &deviceNode, const SystemRoot &system = {});
 
 // A block device that is held open for reading. While it is held, its number is given to no other medium.
 class OpenDevice
@@ -40,21 +43,20 @@ class OpenDevice
 public:
     // The node must be the device's own, no link to it.
     explicit OpenDevice(const QString &deviceNode);
-    ~OpenDevice();
-    OpenDevice(const OpenDevice &) = delete;
-    OpenDevice &operator=(const OpenDevice &) = delete;
 
-    // Of the device that is open, whatever its node leads to by now; nothing when it could not be opened.
+    // The identity of the open device, even if its node leads to another one by now. Returns std::nullopt
+    // when the device could not be opened.
     std::optional<DeviceIdentity> identity() const;
 
-    // Whether anything on the machine has it, a part of it or the disk that it is on for itself: a mount in
-    // whichever namespace, a device made from it, swap space, a program that is at work on it.
+    // Whether something on the machine has claimed the device, a part of it or the disk that it is on: a
+    // mount in any namespace, a device made from it, swap space, a program that is at work on it.
     bool isClaimed() const;
 
 private:
-    int m_fd = -1;
+    FileDescriptor m_device;
 };
 
-// Has udev look at the device again. It looks by itself when a writer closes the device, but misses one that
-// does so while it is still looking because of an earlier one. Needs the administrator's rights.
+// Makes udev look at the device again. It looks by itself when a writer closes the device, but misses a
+// writer that closes it while it is still looking because of an earlier one. Needs the administrator's
+// rights.
 void announceChange(const QString &deviceNode);

@@ -18,7 +18,7 @@ public:
     struct Entry
     {
         QByteArray name; // the bytes as they are stored, whatever their encoding
-        EntryType type; // as the directory itself tells it: a symbolic link or an unknown type is Other
+        EntryType type; // from the directory itself: a symbolic link or an unknown type is Other
     };
 
     explicit DirectoryReader(const QString &path);
@@ -29,7 +29,8 @@ public:
     // The errno value of opening the directory; 0 when it is open.
     int openingError() const { return m_openingError; }
 
-    // The next entry, "." and ".." included; nothing at the end or when the directory is not open.
+    // The next entry, "." and ".." included. Returns std::nullopt at the end or when the directory is not
+    // open.
     std::optional<Entry> next();
 
 private:

@@ -51,21 +51,21 @@ public:
     DADisk &operator=(const DADisk &) = delete;
     virtual ~DADisk() = default;
 
-    // DADiskCopyDescription: what the service knows of the medium, or nothing.
+    // DADiskCopyDescription: what the service knows of the medium. Returns std::nullopt when that is nothing.
     virtual std::optional<PropertyDictionary> copyDescription() const = 0;
 
-    // DADiskCopyIOMedia with all its properties, or nothing when the medium has no registry entry.
+    // DADiskCopyIOMedia with all its properties. Returns std::nullopt when the medium has no registry entry.
     virtual std::optional<PropertyDictionary> copyIOMediaProperties() const = 0;
 
-    // Whether copyIOMediaProperties() would answer with another copy of these same properties. False tells
-    // nothing.
+    // Whether copyIOMediaProperties() would return another copy of these properties. False does not mean that
+    // they differ.
     virtual bool hasSameIOMediaProperties(const std::optional<PropertyDictionary> &properties) const = 0;
 
     // The device node, such as /dev/sda1; empty when there is none.
     virtual QString deviceNode() const = 0;
 
-    // The number by which file system bundles tell the variants of one file system apart (FSSubType), as the
-    // medium's own data has it; nothing when it is unknown.
+    // The number by which file system bundles tell the variants of one file system apart (FSSubType), from
+    // the medium's own data. Returns std::nullopt when it is unknown.
     virtual std::optional<qint16> filesystemSubtype() const = 0;
 };
 
@@ -135,8 +135,8 @@ public:
     void registerDiskDisappearedCallback(DADiskDisappearedCallback callback);
     void registerDiskDescriptionChangedCallback(DADiskDescriptionChangedCallback callback);
 
-    // Told once after scheduling: all media that are present have been reported, or the service cannot be
-    // reached (its media are reported should it come later).
+    // Called once after scheduling: all media that are present have been reported, or the service cannot be
+    // reached (its media are reported if it comes later).
     void setInitialListingCallback(std::function<void(bool serviceAvailable)> callback);
 
     // From here on every medium that is present is reported as appeared, and what happens later as it

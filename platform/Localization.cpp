@@ -39,7 +39,7 @@ bool loadTable(QTranslator &translator, const QString &localization)
 struct LanguageTag
 {
     QString language;
-    QString script; // of Chinese only, where the region stands for it when it is not told
+    QString script; // of Chinese only; from the region when it is missing
     QString territory;
 };
 
@@ -48,8 +48,7 @@ QString chineseScript(const QString &territory)
     return territory == "TW"_L1 || territory == "HK"_L1 || territory == "MO"_L1 ? u"Hant"_s : u"Hans"_s;
 }
 
-// Takes both spellings, pt-BR and pt_BR, and drops what follows in the names of POSIX locales, as in
-// de_DE.UTF-8.
+// Takes both spellings, pt-BR and pt_BR, and drops the rest of a POSIX locale's name, as in de_DE.UTF-8.
 LanguageTag parsedTag(const QString &identifier)
 {
     const qsizetype end = identifier.indexOf(u'.');
@@ -159,12 +158,12 @@ bool isRightToLeftIdentifier(
 bool loadLocalization(const QString &localization)
 {
     StringTables &tables = stringTables();
-    // Installed anew, in this order, because the translator that was installed last is asked first.
+    // In this order, because Qt asks the translator first that was installed last.
     QCoreApplication::removeTranslator(&tables.toolkit);
     QCoreApplication::removeTranslator(&tables.language);
     QCoreApplication::removeTranslator(&tables.english);
 
-    // Asked for de_AT, a translator would settle for de: only what is offered counts as found.
+    // A translator that is asked for de_AT accepts de, so only localizations on offer count as found.
     const bool found = bundleLocalizations().contains(localization);
     tables.inUse = found ? localization : QString(englishLocalization);
     if (loadTable(tables.english, englishLocalization))

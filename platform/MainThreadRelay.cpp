@@ -10,7 +10,7 @@
 
 namespace {
 
-// Told on the main thread, once for each task, that there is one.
+// Called on the main thread, once for each task.
 class Bell : public QObject
 {
     Q_OBJECT
@@ -30,8 +30,7 @@ private:
 
 } // namespace
 
-// The tasks lie in a queue of our own: what is guarded by nothing but Qt's own queue of events, no tool for
-// the analysis of threads can follow.
+// The tasks lie in a queue of our own: tools that analyse threads cannot see the locks of Qt's own queue.
 struct MainThreadRelay::State
 {
     std::mutex mutex;
@@ -78,7 +77,7 @@ std::shared_ptr<MainThreadRelay> MainThreadRelay::create()
 void MainThreadRelay::perform(std::function<void()> task)
 {
     const std::lock_guard lock(m_state->mutex);
-    // The application object is there as long as the relay is open.
+    // The application object exists as long as the relay is open.
     if (!m_state->bell)
         return;
     m_state->tasks.push_back(std::move(task));

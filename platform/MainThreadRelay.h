@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// From a worker thread to the main thread. The relay outlives both of its sides: once it is closed, a worker
-// that waits is let go, and what it still hands over is dropped, so that a worker can neither hang nor reach
-// what is gone.
+// From a worker thread to the main thread. The relay outlives both of its sides: once it is closed, a waiting
+// worker is released and what it hands over is dropped, so that a worker can neither hang nor reach what is
+// gone.
 #pragma once
 
 #include <functional>

@@ -4,6 +4,8 @@
 // it takes as long as that takes. Any thread.
 #pragma once
 
+#include "platform/SystemRoot.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -13,14 +15,15 @@
 // One line of the kernel's own table.
 struct KernelMount
 {
+    int id = 0; // no two mounts at a time have the same
     QByteArray source; // such as /dev/sda1
     QByteArray mountPoint;
-    quint32 deviceMajor = 0;
+    quint32 deviceMajor = 0; // 0: the number is the file system's own, and no device's
     quint32 deviceMinor = 0;
 };
 
 // The kernel's table; empty when it cannot be read.
-std::vector<KernelMount> readKernelMounts();
+std::vector<KernelMount> readKernelMounts(const SystemRoot &system = {});
 
 // Tells two mounted file systems apart.
 struct FilesystemID
@@ -48,14 +51,15 @@ public:
     // getmntinfo: all mounted file systems of disks.
     virtual std::vector<MountedFilesystem> mountedFilesystems() const = 0;
 
-    // statfs: the identity of the file system that the path leads to, or nothing.
+    // statfs: the identity of the file system that the path leads to. Returns std::nullopt when it cannot be
+    // told.
     virtual std::optional<FilesystemID> filesystemID(const QByteArray &path) const = 0;
 
-    // Names in a folder, in the folder's own order; nothing when it cannot be read.
+    // Names in a folder, in the folder's own order. Returns std::nullopt when it cannot be read.
     virtual std::optional<std::vector<QByteArray>> folderEntries(const QByteArray &path) const = 0;
 
-    // getattrlist: the free space in bytes of the volume that the path leads to. Returns 0, or an errno
-    // value.
+    // getattrlist: the free space in bytes of the volume that the path leads to, with what is kept for the
+    // administrator. Returns 0, or an errno value.
     virtual int freeSpace(const QByteArray &path, qint64 *bytes) const = 0;
 };
 
@@ -63,8 +67,13 @@ public:
 class KernelMountTable : public MountTable
 {
 public:
+    explicit KernelMountTable(SystemRoot system = {});
+
     std::vector<MountedFilesystem> mountedFilesystems() const override;
     std::optional<FilesystemID> filesystemID(const QByteArray &path) const override;
     std::optional<std::vector<QByteArray>> folderEntries(const QByteArray &path) const override;
     int freeSpace(const QByteArray &path, qint64 *bytes) const override;
+
+private:
+    SystemRoot m_system;
 };

@@ -39,7 +39,7 @@ public:
     {
     }
 
-    // The value as a signed 64-bit integer, or nothing when it cannot be represented without loss.
+    // The value as a signed 64-bit integer. Returns std::nullopt when it cannot be represented without loss.
     std::optional<qint64> toLongLong() const;
 
     // The value truncated to a signed 64-bit integer as the platform's number object does it: the low 64 bits
@@ -137,7 +137,7 @@ public:
     PropertyDictionary() = default;
     PropertyDictionary(std::initializer_list<Entry> entries);
 
-    // Takes over entries of which the caller knows that no key occurs twice.
+    // Takes entries in which no key occurs twice, which the caller makes sure of.
     static PropertyDictionary fromUniqueEntries(std::vector<Entry> entries);
 
     // The value of the key, or null when there is none.
@@ -149,11 +149,11 @@ public:
     const PropertyArray *array(const QString &key) const;
     const PropertyDictionary *dictionary(const QString &key) const;
 
-    // The text of the key; empty when there is none. The texts of an array, without what else is in it.
+    // The text of the key; empty when there is none. The texts of an array; other elements are left out.
     QString text(const QString &key) const;
     QStringList texts(const QString &key) const;
 
-    // Replaces the value of a key that is there in its place, appends one that is not.
+    // Replaces the value of an existing key in its place, or appends a new entry.
     void insert(const QString &key, PropertyValue value);
     void remove(const QString &key);
 
@@ -162,8 +162,8 @@ public:
     auto begin() const { return entries().begin(); }
     auto end() const { return entries().end(); }
 
-    // Whether both are copies of one dictionary that was not changed since: then they are equal. Not every
-    // two equal dictionaries are.
+    // Whether both are unchanged copies of one dictionary, and so equal. Equal dictionaries need not be
+    // copies.
     bool isCopyOf(const PropertyDictionary &other) const { return m_entries == other.m_entries; }
 
     static bool areCopies(

@@ -12,7 +12,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-// Stands for itself outside of quotes, wherever it stands in a word.
+// Characters that stand for themselves outside of quotes, anywhere in a word.
 bool isLiteral(char c)
 {
     const auto byte = static_cast<unsigned char>(c);
@@ -34,7 +34,7 @@ bool isSingleProgram(const QByteArray &command)
         else if (c == '\0' || (!isQuoted && !isLiteral(c)))
             return false;
     }
-    return true; // quotes that are left open are an error to the shell, which then runs nothing
+    return true; // an open quote is an error to the shell, which then runs no program
 }
 
 PosixShellPipe::~PosixShellPipe()
@@ -55,7 +55,7 @@ bool PosixShellPipe::open(const QByteArray &command)
         errno = EINVAL;
         return false;
     }
-    // The shell gives way to the program. As its parent it would turn a death by signal into an exit code.
+    // The program replaces the shell, which as its parent would turn a death by signal into an exit code.
     const QByteArray line = QByteArray("exec ").append(command);
     // Close-on-exec: a program that another thread starts meanwhile must not inherit this end of the pipe.
     m_stream = popen(line.constData(), "re");

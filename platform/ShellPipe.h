@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// A program started by the shell, its standard output read through a pipe. Belongs to the thread that runs
-// it; several threads may each have one.
+// A program started by the shell, its standard output read through a pipe. One object belongs to one thread.
 #pragma once
 
 #include <QByteArray>
@@ -18,24 +17,25 @@ public:
     ShellPipe &operator=(const ShellPipe &) = delete;
     virtual ~ShellPipe() = default;
 
-    // popen(command, "r"): starts the command, a single program with its arguments and redirections; false
-    // with errno when that fails, EINVAL when the shell would do more than that. Once for an object.
+    // popen(command, "r"): starts the command, a single program with its arguments and redirections. Returns
+    // false with errno when that fails; EINVAL when the shell would do more than that. Only once for each
+    // object.
     [[nodiscard]] virtual bool open(const QByteArray &command) = 0;
 
     // read() of one byte of the output: 1, 0 at the end, or -1 with errno.
     [[nodiscard]] virtual ssize_t readByte(char *byte) = 0;
 
-    // pclose(): waits for the end of the program; its wait status, or -1 with errno.
+    // pclose(): waits for the end of the program. Returns its wait status, or -1 with errno.
     [[nodiscard]] virtual int close() = 0;
 };
 
-// Whether the shell would make nothing of the command but one program with literal arguments, its standard
-// error in its standard output at most. Arguments come from media and bundles: a quote in a volume's name
+// Whether the shell would run the command as one program with literal arguments, and redirect at most its
+// standard error to its standard output. Arguments come from media and bundles: a quote in a volume's name
 // ends the quotes that it stands in, and what follows must not become another command, comment or
 // redirection.
 bool isSingleProgram(const QByteArray &command);
 
-// Logs every command that it is given, before it is run.
+// Logs every command before it is run.
 class PosixShellPipe : public ShellPipe
 {
 public:

@@ -2,8 +2,10 @@
 //
 // One window for each user and each privilege: the first process listens on a socket, a later one tells it to
 // raise its window. The socket is in the kernel's own name space, so that nothing is left when a process
-// dies, and each side makes sure of who is at the other. Main thread only.
+// dies, and each side checks who is at the other. Main thread only.
 #pragma once
+
+#include "platform/FileDescriptor.h"
 
 #include <QByteArray>
 #include <QObject>
@@ -22,13 +24,14 @@ struct InstanceOwner
 // The owner of this process's window.
 InstanceOwner ownInstance();
 
-// The owner of the window that this user's program has when it was started anew as root.
+// The owner of the window that this user's program has when it runs as root.
 InstanceOwner elevatedInstance();
 
-// What this process was given to be allowed to raise a window; empty when it was given nothing.
+// The token that allows this process to raise a window; empty when it was given none.
 QByteArray activationToken();
 
-// Asks the running process of this owner to raise its window. False when there is none, or none that answers.
+// Asks the running process of this owner to raise its window. Returns false when there is none, or when it
+// does not answer within five seconds, for which this waits.
 bool raiseInstance(const InstanceOwner &owner, const QByteArray &token);
 
 class SingleInstance : public QObject
@@ -37,9 +40,8 @@ class SingleInstance : public QObject
 
 public:
     explicit SingleInstance(const InstanceOwner &owner, QObject *parent = nullptr);
-    ~SingleInstance() override;
 
-    // False when another process has the name already. Who asks from now on is answered by the event loop.
+    // Returns false when another process has the name already. The event loop answers requests from here on.
     bool listen();
 
 Q_SIGNALS:
@@ -52,5 +54,5 @@ private:
     bool isAllowed(int client) const;
 
     InstanceOwner m_owner;
-    int m_socket = -1;
+    FileDescriptor m_socket;
 };

@@ -50,7 +50,7 @@ void systemLog(const QString &line)
 {
     const QString text = escapedForLog(line);
     {
-        // Held while the handler runs: whoever takes the redirection away waits for a worker that is in it.
+        // Held while the handler runs, so that the end of a redirection waits for a worker that is in it.
         const std::lock_guard lock(logTarget().mutex);
         if (logTarget().handler) {
             logTarget().handler(text);
@@ -77,7 +77,7 @@ SystemLogRedirection::~SystemLogRedirection()
 
 QString errnoText(int error)
 {
-    // Not in the user's language nor in his locale's encoding: the log is in English.
+    // The log is in English, not in the user's language or encoding.
     const char *const text = strerrordesc_np(error);
     return text ? QString::fromLatin1(text) : u"Unknown error %1"_s.arg(error);
 }

@@ -8,13 +8,13 @@
 #include <functional>
 #include <memory>
 
-// Writes one line. Line breaks, control characters and what turns the direction of text are written as
-// escapes, so that what a disk or a bundle says can neither forge a second line nor rearrange this one.
+// Writes one line. Line breaks, control characters and characters that turn the direction of text are written
+// as escapes, so that text from a disk or a bundle can neither forge a second line nor rearrange this one.
 void systemLog(const QString &line);
 
 // While an object of this class lives, every line goes to its handler instead of the system log. The handler
-// is called on the thread that logs, by one thread at a time, and must not log itself; none is left in it
-// when the object has gone. One at a time.
+// is called on the thread that logs, by one thread at a time, and must not log itself. The destructor waits
+// for a thread that is in it. Only one such object at a time.
 class SystemLogRedirection
 {
 public:
@@ -24,7 +24,7 @@ public:
     SystemLogRedirection &operator=(const SystemLogRedirection &) = delete;
 };
 
-// The text as it is written: what disturbs a line as \n, \t or \u{…}, everything else unchanged.
+// The text as it is written: characters that disturb a line as \n, \t or \u{…}, everything else unchanged.
 QString escapedForLog(const QString &text);
 
 // The system's text of an errno value, in English.

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Who the user of the session is, and the groups that he belongs to. Any thread.
+// Who the user of the session is, and the groups that they belong to. Any thread.
 #pragma once
 
 #include <QByteArray>
@@ -26,14 +26,14 @@ using GroupLookup = std::function<GroupList(int capacity)>;
 // The look-up in the system's databases of users and groups.
 GroupList lookUpGroupsOfUser(int capacity);
 
-// The same for a login name that is known; none is a failure of its own.
+// The same for a login name; a missing one is a failure (ENOENT).
 GroupList lookUpGroups(const std::optional<QByteArray> &login, int capacity);
 
 // The login name of the user of the session. A desktop session need not be entered in the system's list of
-// logins; there it is the user who was given another's rights, or the one that the process belongs to.
-// Nothing when that user has no name.
+// logins; there it is the user at whose wish the process runs as root, or else the one that it belongs to.
+// Returns std::nullopt when that user has no name.
 std::optional<QByteArray> loginName();
 
-// The user whose wish it was that this process runs as root: as pkexec and sudo tell. Nothing for a process
-// that runs with its user's own rights.
+// The user at whose wish this process runs as root, as pkexec or sudo names them. Returns std::nullopt for a
+// process that runs with its user's own rights.
 std::optional<uid_t> invokingUser();

@@ -1,15 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "platform/Workspace.h"
 
+#include "platform/dbus/PendingReply.h"
 #include "platform/DesktopUser.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
 #include <QFileInfo>
-#include <QProcess>
 #include <QUrl>
 
 using namespace Qt::Literals::StringLiterals;
@@ -18,7 +16,7 @@ namespace {
 
 const QString fileManager = u"org.freedesktop.FileManager1"_s;
 
-// A file manager that is started for this needs time, but one that hangs must not leave the click unanswered.
+// A file manager that starts for this needs time, but one that hangs must not leave the click unanswered.
 constexpr int fileManagerTimeLimit = 20000; // milliseconds
 
 void answerLater(const Workspace::Completion &completion, bool success)
@@ -26,7 +24,7 @@ void answerLater(const Workspace::Completion &completion, bool success)
     QMetaObject::invokeMethod(qApp, [completion, success] { completion(success); }, Qt::QueuedConnection);
 }
 
-// The bus that the file manager is on. Without one Qt would have a bus started, on which nobody is.
+// The bus that the file manager is on. Where there is none, Qt would start one, without a file manager on it.
 QDBusConnection desktopBus()
 {
     const QString none = u"none"_s;
@@ -41,29 +39,11 @@ QDBusConnection desktopBus()
     return hasBus ? QDBusConnection::sessionBus() : QDBusConnection(none);
 }
 
-// xdg-open ends with 0 once it has handed the path to a program.
+// xdg-open ends with 0 once it has handed the path to a program. A program of the desktop runs as the user
+// who sits at it, and never as root at their wish.
 void openWithDesktop(const QString &path, const Workspace::Completion &completion)
 {
-    auto *process = new QProcess(qApp);
-    QObject::connect(process, &QProcess::finished, process,
-        [process, completion](int exitCode, QProcess::ExitStatus status) {
-            process->deleteLater();
-            completion(status == QProcess::NormalExit && exitCode == 0);
-        });
-    QObject::connect(
-        process, &QProcess::errorOccurred, process, [process, completion](QProcess::ProcessError error) {
-            if (error != QProcess::FailedToStart)
-                return;
-            process->deleteLater();
-            completion(false);
-        });
-    // A program of the desktop runs as the user who sits at it, and never as root at his wish.
-    if (const std::optional<DesktopUser> user = desktopUser())
-        user->prepare(*process);
-    process->setStandardInputFile(QProcess::nullDevice());
-    process->setStandardOutputFile(QProcess::nullDevice());
-    process->setStandardErrorFile(QProcess::nullDevice());
-    process->start(u"xdg-open"_s, { path });
+    startProgram(desktopUser(), u"xdg-open"_s, { path }, qApp, completion);
 }
 
 } // namespace
@@ -79,14 +59,13 @@ void DesktopWorkspace::openInFileManager(const QString &path, Completion complet
         fileManager, u"/org/freedesktop/FileManager1"_s, fileManager, u"ShowFolders"_s);
     message.setArguments(
         { QStringList { QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded) }, QString() });
-    auto *watcher = new QDBusPendingCallWatcher(bus.asyncCall(message, fileManagerTimeLimit), qApp);
-    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher, [watcher, path, completion] {
-        watcher->deleteLater();
-        if (watcher->isError())
-            openWithDesktop(path, completion);
-        else
-            completion(true);
-    });
+    onReply(
+        bus.asyncCall(message, fileManagerTimeLimit), qApp, [path, completion](const QDBusMessage &reply) {
+            if (reply.type() == QDBusMessage::ErrorMessage)
+                openWithDesktop(path, completion);
+            else
+                completion(true);
+        });
 }
 
 void DesktopWorkspace::openDocument(const QString &path, Completion completion)

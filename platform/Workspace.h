@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// The desktop around the program: its file manager and its document viewer. Main thread; nothing waits.
+// The desktop around the program: its file manager and its document viewer. Main thread; no call waits.
 #pragma once
 
 #include <QString>
@@ -10,7 +10,7 @@
 class Workspace
 {
 public:
-    // Told on the main thread, later, whether the desktop took the request.
+    // Runs on the main thread, later, with whether the desktop took the request.
     using Completion = std::function<void(bool success)>;
 
     virtual ~Workspace() = default;
@@ -18,8 +18,8 @@ public:
     virtual void openDocument(const QString &path, Completion completion) = 0;
 };
 
-// The desktop that the user sits at, whoever this process runs as: the file manager on the bus of his
-// session, then xdg-open.
+// The desktop that the user sits at, also where this process runs as root: the file manager on the bus of
+// their session, then xdg-open.
 class DesktopWorkspace : public Workspace
 {
 public:

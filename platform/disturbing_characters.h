@@ -3,14 +3,13 @@
 
 #include <QString>
 
-// Whether the character does something to the line that it stands in instead of being seen there: control
-// characters, line and paragraph separators, and what turns the direction of the text around it.
+// Whether the character changes the line that it stands in instead of being seen there: control characters,
+// line and paragraph separators, and characters that turn the direction of the text around them.
 bool disturbsLine(QChar c);
 
-// The text with such characters replaced by U+FFFD: a name on a disk must not be able to pass for another.
+// The text with such characters replaced by U+FFFD: no name on a disk can pass for another.
 QString harmlessName(const QString &name);
 
-// The same, and cut: a name that somebody wrote into a bundle may be of any length, and to lay it out would
-// hold up the window.
+// The same, and shortened: a name in a bundle may have any length, and its layout would hold up the window.
 inline constexpr qsizetype longestShownName = 300;
 QString nameToShow(const QString &name);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Included last by every file of rules: decisions are functions of values and know no window.
+// Included last by every file of rules: decisions are functions of values and do not know the window.
 #ifdef QWIDGET_H
 #error "a rule file must not include a widget header"
 #endif

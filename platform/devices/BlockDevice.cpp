@@ -1,110 +1,66 @@
 // SPDX-License-Identifier: MIT
 #include "platform/BlockDevice.h"
 
-#include "platform/MountTable.h"
+#include "platform/devices/SwapTable.h"
+#include "platform/devices/SysfsDevice.h"
 
 #include <QDir>
 #include <QFile>
-#include <QFileInfo>
 #include <QSet>
 
 #include <climits>
 #include <cstdlib>
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <sys/sysmacros.h>
-#include <unistd.h>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-// What a small file of sysfs holds, without the line end; empty when it cannot be read. Plain system calls:
-// it is read for every medium at start, where QFile's own costs would show.
-QByteArray sysfsText(const QByteArray &path)
+QByteArray sysfsFolder(const QString &deviceNode, const SystemRoot &system)
 {
-    const int fd = open(path.constData(), O_RDONLY | O_CLOEXEC);
-    if (fd < 0)
-        return {};
-    char buffer[64];
-    const ssize_t length = read(fd, buffer, sizeof buffer);
-    close(fd);
-    return length > 0 ? QByteArray(buffer, length).trimmed() : QByteArray();
+    return sysfsFolder(blockDeviceNumber(QFile::encodeName(deviceNode), system), system);
 }
 
-// The folder of a device in sysfs, links resolved; empty when there is no such block device.
-QByteArray sysfsFolder(quint32 deviceMajor, quint32 deviceMinor)
+// Adds the device with this folder and everything that it stands on.
+void addWithFoundations(QSet<QByteArray> &folders, const QByteArray &folder)
 {
-    const QByteArray link
-        = "/sys/dev/block/" + QByteArray::number(deviceMajor) + ':' + QByteArray::number(deviceMinor);
-    char resolved[PATH_MAX];
-    return realpath(link.constData(), resolved) ? QByteArray(resolved) : QByteArray();
-}
-
-QByteArray sysfsFolder(const QString &deviceNode)
-{
-    struct stat status = {};
-    if (stat(QFile::encodeName(deviceNode).constData(), &status) != 0 || !S_ISBLK(status.st_mode))
-        return {};
-    return sysfsFolder(major(status.st_rdev), minor(status.st_rdev));
-}
-
-QByteArray folderAbove(const QByteArray &folder)
-{
-    return folder.left(folder.lastIndexOf('/'));
-}
-
-QByteArray nameOf(const QByteArray &folder)
-{
-    return folder.mid(folder.lastIndexOf('/') + 1);
-}
-
-// Adds the device of this sysfs folder and everything that it stands on.
-void addWithFoundations(QSet<QByteArray> &names, const QByteArray &folder)
-{
-    const QByteArray name = nameOf(folder);
-    if (folder.isEmpty() || names.contains(name))
+    if (folder.isEmpty() || folders.contains(folder))
         return;
-    names.insert(name);
-    if (QFile::exists(QString::fromUtf8(folder + "/partition")))
-        addWithFoundations(names, folderAbove(folder));
-    const QDir slaves(QString::fromUtf8(folder + "/slaves"));
-    for (const QString &slave : slaves.entryList(QDir::AllEntries | QDir::NoDotAndDotDot))
-        addWithFoundations(names, sysfsFolder(u"/dev/"_s + slave));
+    folders.insert(folder);
+    if (QFile::exists(QFile::decodeName(folder + "/partition")))
+        addWithFoundations(folders, folderAbove(folder));
+    const QDir slaves(QFile::decodeName(folder + "/slaves"));
+    for (const QString &slave : slaves.entryList(QDir::AllEntries | QDir::NoDotAndDotDot)) {
+        char resolved[PATH_MAX];
+        if (realpath(QFile::encodeName(slaves.filePath(slave)).constData(), resolved))
+            addWithFoundations(folders, resolved);
+    }
 }
 
-QSet<QByteArray> systemDeviceNames()
+// The folders of the devices that the running system stands on.
+QSet<QByteArray> systemFolders(const SystemRoot &system)
 {
     static const QSet<QByteArray> systemMountPoints { "/", "/boot", "/boot/efi", "/usr" };
-    QSet<QByteArray> names;
-    for (const KernelMount &mount : readKernelMounts()) {
-        if (!systemMountPoints.contains(mount.mountPoint))
-            continue;
-        // The table may name the root by a node that does not exist (/dev/root), and a file system of several
-        // devices by a number that is no device's: either leads to the device.
-        addWithFoundations(names, sysfsFolder(QFile::decodeName(mount.source)));
-        addWithFoundations(names, sysfsFolder(mount.deviceMajor, mount.deviceMinor));
+    QSet<QByteArray> folders;
+    for (const KernelMount &mount : readKernelMounts(system)) {
+        if (systemMountPoints.contains(mount.mountPoint))
+            addWithFoundations(folders, sysfsFolder(mountedDevice(mount, system), system));
     }
-    QFile swaps(u"/proc/swaps"_s);
-    if (swaps.open(QIODevice::ReadOnly)) {
-        for (const QByteArray &line : swaps.readAll().split('\n')) {
-            const QByteArray path = line.left(line.indexOf(' '));
-            struct stat status = {};
-            if (stat(path.constData(), &status) != 0)
-                continue;
-            const dev_t device
-                = S_ISBLK(status.st_mode) ? status.st_rdev : status.st_dev; // a swap file's disk
-            addWithFoundations(names, sysfsFolder(major(device), minor(device)));
-        }
-    }
-    return names;
+    for (const SwapSpace &space : readSwapSpaces(system))
+        addWithFoundations(folders, sysfsFolder(space.device, system));
+    return folders;
 }
 
 } // namespace
 
 std::optional<BlockDeviceFacts> readBlockDeviceFacts(const QString &deviceNode)
 {
-    const QByteArray folder = sysfsFolder(deviceNode);
+    const SystemRoot running;
+    return readFactsOfDevice(blockDeviceNumber(QFile::encodeName(deviceNode), running), running);
+}
+
+std::optional<BlockDeviceFacts> readFactsOfDevice(std::optional<dev_t> device, const SystemRoot &system)
+{
+    const QByteArray folder = sysfsFolder(device, system);
     if (folder.isEmpty())
         return std::nullopt;
     BlockDeviceFacts facts;
@@ -121,13 +77,13 @@ std::optional<BlockDeviceFacts> readBlockDeviceFacts(const QString &deviceNode)
     return facts;
 }
 
-QString kernelDeviceName(const QString &deviceNode)
+QString kernelDeviceName(const QString &deviceNode, const SystemRoot &system)
 {
-    return QString::fromUtf8(nameOf(sysfsFolder(deviceNode)));
+    return QFile::decodeName(nameOfFolder(sysfsFolder(deviceNode, system)));
 }
 
-bool isSystemDevice(const QString &deviceNode)
+bool isSystemDevice(const QString &deviceNode, const SystemRoot &system)
 {
-    const QByteArray name = nameOf(sysfsFolder(deviceNode));
-    return !name.isEmpty() && systemDeviceNames().contains(name);
+    const QByteArray folder = sysfsFolder(deviceNode, system);
+    return !folder.isEmpty() && systemFolders(system).contains(folder);
 }

@@ -2,129 +2,104 @@
 #include "platform/DeviceUse.h"
 
 #include "platform/BlockDevice.h"
-#include "platform/MountTable.h"
+#include "platform/devices/SwapTable.h"
+#include "platform/devices/SysfsDevice.h"
 
 #include <QDir>
 #include <QFile>
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
-#include <sys/stat.h>
-#include <sys/sysmacros.h>
-#include <unistd.h>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-std::optional<dev_t> deviceNumber(const QString &deviceNode)
+QString folderOf(std::optional<dev_t> device, const SystemRoot &system)
 {
-    struct stat status = {};
-    if (stat(QFile::encodeName(deviceNode).constData(), &status) != 0 || !S_ISBLK(status.st_mode))
-        return std::nullopt;
-    return status.st_rdev;
+    return QFile::decodeName(sysfsFolder(device, system));
 }
 
-QString sysfsFolder(const QString &deviceNode)
+quint64 sysfsNumber(const QByteArray &path)
 {
-    return u"/sys/class/block/"_s + kernelDeviceName(deviceNode);
+    return sysfsText(path).toULongLong();
 }
 
-quint64 sysfsNumber(const QString &path)
+// Leads to the open device, even when its node leads to another one by now.
+QString descriptorPath(const FileDescriptor &file)
 {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll().trimmed().toULongLong() : 0;
-}
-
-// Leads to what is open, even when its own name has been given to something else.
-QString descriptorPath(int fd)
-{
-    return u"/proc/self/fd/%1"_s.arg(fd);
-}
-
-bool isSwapSpace(dev_t device)
-{
-    QFile swaps(u"/proc/swaps"_s);
-    if (!swaps.open(QIODevice::ReadOnly))
-        return false;
-    for (const QByteArray &line : swaps.readAll().split('\n')) {
-        if (deviceNumber(QFile::decodeName(line.left(line.indexOf(' ')))) == device)
-            return true;
-    }
-    return false;
+    return u"/proc/self/fd/%1"_s.arg(file.number());
 }
 
 } // namespace
 
-DeviceUse readDeviceUse(const QString &deviceNode)
+DeviceUse readDeviceUse(const QString &deviceNode, const SystemRoot &system)
 {
     DeviceUse use;
-    const auto device = deviceNumber(deviceNode);
+    const auto device = blockDeviceNumber(QFile::encodeName(deviceNode), system);
     if (!device)
         return use;
-    for (const KernelMount &mount : readKernelMounts()) {
-        // A file system over several devices has a number of its own, and is known by its source.
-        if (makedev(mount.deviceMajor, mount.deviceMinor) == *device
-            || deviceNumber(QFile::decodeName(mount.source)) == device)
+    for (const KernelMount &mount : readKernelMounts(system)) {
+        if (mountedDevice(mount, system) == device)
             use.mountPoints.append(QFile::decodeName(mount.mountPoint));
     }
     use.holders
-        = QDir(sysfsFolder(deviceNode) + u"/holders"_s).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
-    use.isSwap = isSwapSpace(*device);
+        = QDir(folderOf(device, system) + u"/holders"_s).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
+    const std::vector<SwapSpace> spaces = readSwapSpaces(system);
+    use.isSwap = std::any_of(spaces.begin(), spaces.end(),
+        [&](const SwapSpace &space) { return !space.isFile && space.device == *device; });
     return use;
 }
 
-QStringList partitionNodes(const QString &deviceNode)
+QStringList partitionNodes(const QString &deviceNode, const SystemRoot &system)
 {
+    const auto device = blockDeviceNumber(QFile::encodeName(deviceNode), system);
+    if (!device)
+        return {};
     QStringList nodes;
-    const QDir folder(sysfsFolder(deviceNode));
+    const QDir folder(folderOf(device, system));
     for (const QString &entry : folder.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
         if (QFile::exists(folder.filePath(entry + u"/partition"_s)))
-            nodes.append(u"/dev/"_s + entry);
+            nodes.append(u"/dev/"_s + QString(entry).replace(u'!', u'/'));
     }
     return nodes;
 }
 
-std::optional<DeviceIdentity> readDeviceIdentity(const QString &deviceNode)
+std::optional<DeviceIdentity> readDeviceIdentity(const QString &deviceNode, const SystemRoot &system)
 {
-    const auto device = deviceNumber(deviceNode);
-    const auto facts = readBlockDeviceFacts(deviceNode);
-    if (!device || !facts)
+    const auto device = blockDeviceNumber(QFile::encodeName(deviceNode), system);
+    const auto facts = readFactsOfDevice(device, system);
+    if (!facts)
         return std::nullopt;
-    const QString folder = sysfsFolder(deviceNode);
-    return DeviceIdentity { *device, facts->diskSequence, sysfsNumber(folder + u"/start"_s),
-        sysfsNumber(folder + u"/size"_s) };
+    const QByteArray folder = sysfsFolder(device, system);
+    return DeviceIdentity { *device, facts->diskSequence, sysfsNumber(folder + "/start"),
+        sysfsNumber(folder + "/size") };
 }
 
 OpenDevice::OpenDevice(const QString &deviceNode)
-    : m_fd(open(QFile::encodeName(deviceNode).constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK))
+    : m_device(
+          open(QFile::encodeName(deviceNode).constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK))
 {
-}
-
-OpenDevice::~OpenDevice()
-{
-    if (m_fd >= 0)
-        close(m_fd);
 }
 
 std::optional<DeviceIdentity> OpenDevice::identity() const
 {
-    return m_fd < 0 ? std::nullopt : readDeviceIdentity(descriptorPath(m_fd));
+    return m_device.isOpen() ? readDeviceIdentity(descriptorPath(m_device)) : std::nullopt;
 }
 
 bool OpenDevice::isClaimed() const
 {
-    const int claim
-        = open(QFile::encodeName(descriptorPath(m_fd)).constData(), O_RDONLY | O_CLOEXEC | O_EXCL);
-    const bool isRefused = claim < 0 && errno == EBUSY;
-    if (claim >= 0)
-        close(claim);
-    return isRefused;
+    const FileDescriptor claim(
+        open(QFile::encodeName(descriptorPath(m_device)).constData(), O_RDONLY | O_CLOEXEC | O_EXCL));
+    return !claim.isOpen() && errno == EBUSY;
 }
 
 void announceChange(const QString &deviceNode)
 {
-    QFile file(sysfsFolder(deviceNode) + u"/uevent"_s);
+    const SystemRoot running;
+    const auto device = blockDeviceNumber(QFile::encodeName(deviceNode), running);
+    QFile file(folderOf(device, running) + u"/uevent"_s);
     if (file.open(QIODevice::WriteOnly))
         file.write("change");
 }

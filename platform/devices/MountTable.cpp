@@ -2,12 +2,13 @@
 #include "platform/MountTable.h"
 
 #include "platform/BlockDevice.h"
+#include "platform/devices/LibmountTable.h"
+#include "platform/devices/SysfsDevice.h"
 
-#include <QFile>
-
+#include <algorithm>
 #include <cerrno>
 #include <dirent.h>
-#include <libmount/libmount.h>
+#include <fcntl.h>
 #include <memory>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
@@ -16,63 +17,59 @@
 namespace {
 
 // The kernel numbers a mounted file system by its device; the two halves of the number serve as identity.
-FilesystemID identityOf(quint32 deviceMajor, quint32 deviceMinor)
+FilesystemID identityOf(const KernelMount &mount)
 {
-    return { static_cast<qint32>(deviceMajor), static_cast<qint32>(deviceMinor) };
+    return { static_cast<qint32>(mount.deviceMajor), static_cast<qint32>(mount.deviceMinor) };
 }
-
-struct TableDeleter
-{
-    void operator()(libmnt_table *table) const { mnt_unref_table(table); }
-};
-
-struct IteratorDeleter
-{
-    void operator()(libmnt_iter *iterator) const { mnt_free_iter(iterator); }
-};
 
 } // namespace
 
-std::vector<KernelMount> readKernelMounts()
+std::vector<KernelMount> readKernelMounts(const SystemRoot &system)
 {
     std::vector<KernelMount> mounts;
-    const std::unique_ptr<libmnt_table, TableDeleter> table(mnt_new_table_from_file("/proc/self/mountinfo"));
-    const std::unique_ptr<libmnt_iter, IteratorDeleter> iterator(mnt_new_iter(MNT_ITER_FORWARD));
-    if (!table || !iterator)
-        return mounts;
-    libmnt_fs *fs = nullptr;
-    while (mnt_table_next_fs(table.get(), iterator.get(), &fs) == 0) {
-        const char *const source = mnt_fs_get_source(fs);
-        const char *const target = mnt_fs_get_target(fs);
+    const QByteArray path = system.folder + "/proc/self/mountinfo";
+    const LibmountTable table(mnt_new_table_from_file(path.constData()));
+    forEachEntry(table, [&](libmnt_fs *entry) {
+        const char *const source = mnt_fs_get_source(entry);
+        const char *const target = mnt_fs_get_target(entry);
         if (!source || !target)
-            continue;
-        const dev_t device = mnt_fs_get_devno(fs);
-        mounts.push_back({ source, target, major(device), minor(device) });
-    }
+            return;
+        const dev_t device = mnt_fs_get_devno(entry);
+        mounts.push_back({ mnt_fs_get_id(entry), source, target, major(device), minor(device) });
+    });
     return mounts;
+}
+
+KernelMountTable::KernelMountTable(SystemRoot system)
+    : m_system(std::move(system))
+{
 }
 
 std::vector<MountedFilesystem> KernelMountTable::mountedFilesystems() const
 {
     std::vector<MountedFilesystem> result;
-    for (const KernelMount &mount : readKernelMounts()) {
-        if (!mount.source.startsWith("/dev/"))
-            continue;
-        const auto facts = readBlockDeviceFacts(QFile::decodeName(mount.source));
-        if (!facts)
-            continue;
-        result.push_back({ "/dev/" + facts->bsdName.toLatin1(), mount.mountPoint,
-            identityOf(mount.deviceMajor, mount.deviceMinor), {} });
+    for (const KernelMount &mount : readKernelMounts(m_system)) {
+        const auto facts = readFactsOfDevice(mountedDevice(mount, m_system), m_system);
+        if (facts)
+            result.push_back(
+                { "/dev/" + facts->bsdName.toLatin1(), mount.mountPoint, identityOf(mount), {} });
     }
     return result;
 }
 
+// The path leads to a mount, and its line has the number. The number from stat(2) differs on Btrfs, where
+// each subvolume has its own. Like stat(2), this triggers no automount; it asks no server either.
 std::optional<FilesystemID> KernelMountTable::filesystemID(const QByteArray &path) const
 {
-    struct stat status = {};
-    if (stat(path.constData(), &status) != 0)
+    struct statx status = {};
+    constexpr int flags = AT_NO_AUTOMOUNT | AT_STATX_DONT_SYNC;
+    if (statx(AT_FDCWD, path.constData(), flags, STATX_MNT_ID, &status) != 0
+        || !(status.stx_mask & STATX_MNT_ID))
         return std::nullopt;
-    return identityOf(major(status.st_dev), minor(status.st_dev));
+    const std::vector<KernelMount> mounts = readKernelMounts(m_system);
+    const auto found = std::find_if(mounts.begin(), mounts.end(),
+        [&](const KernelMount &mount) { return static_cast<quint64>(mount.id) == status.stx_mnt_id; });
+    return found == mounts.end() ? std::nullopt : std::optional(identityOf(*found));
 }
 
 std::optional<std::vector<QByteArray>> KernelMountTable::folderEntries(const QByteArray &path) const
@@ -91,6 +88,6 @@ int KernelMountTable::freeSpace(const QByteArray &path, qint64 *bytes) const
     struct statvfs status = {};
     if (statvfs(path.constData(), &status) != 0)
         return errno;
-    *bytes = static_cast<qint64>(status.f_bavail) * static_cast<qint64>(status.f_frsize);
+    *bytes = static_cast<qint64>(status.f_bfree) * static_cast<qint64>(status.f_frsize);
     return 0;
 }

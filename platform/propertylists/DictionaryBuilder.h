@@ -10,7 +10,7 @@
 class DictionaryBuilder
 {
 public:
-    // Replaces the value of a key that is there in its place, appends one that is not.
+    // Replaces the value of an existing key in its place, or appends a new entry.
     void insert(QString key, PropertyValue value)
     {
         const auto [place, isNew] = m_places.try_emplace(key, m_entries.size());

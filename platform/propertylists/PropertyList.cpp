@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/propertylists/PropertyList.h"
 
+#include "platform/FileDescriptor.h"
 #include "platform/propertylists/DictionaryBuilder.h"
 #include "platform/propertylists/property_list_guard.h"
 #include "platform/propertylists/strings_table_text.h"
@@ -55,8 +56,8 @@ PropertyNumber integerOf(plist_t node)
     plist_get_uint_val(node, &bits);
     if (bits <= static_cast<uint64_t>(std::numeric_limits<qint64>::max()))
         return PropertyNumber(static_cast<qint64>(bits));
-    // libplist 2.2 has no call that tells a negative number from one beyond the signed range; only what it
-    // writes shows the sign.
+    // libplist 2.2 has no call that distinguishes a negative number from one beyond the signed range. Only
+    // its XML shows the sign.
     char *text = nullptr;
     uint32_t size = 0;
     plist_to_xml(node, &text, &size);
@@ -121,7 +122,7 @@ PropertyArray arrayOf(plist_t node)
     }
 }
 
-// The recursion is as deep as the list, which the guard has limited.
+// The recursion is as deep as the list. The guard has limited that.
 PropertyValue convert(plist_t node)
 {
     switch (plist_get_node_type(node)) {
@@ -228,15 +229,11 @@ std::optional<QByteArray> readPropertyListFile(const QString &path)
     if (path.contains(QChar(u'\0')))
         return std::nullopt;
     // A named pipe in the place of the file must not hold up the caller.
-    const int descriptor
-        = open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-    if (descriptor < 0)
-        return std::nullopt;
+    const FileDescriptor file(
+        open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     struct stat status = {};
-    std::optional<QByteArray> bytes;
-    if (fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode)
-        && status.st_size <= static_cast<off_t>(PropertyListLimits::bytes))
-        bytes = readAll(descriptor, status.st_size);
-    close(descriptor);
-    return bytes;
+    if (!file.isOpen() || fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode)
+        || status.st_size > static_cast<off_t>(PropertyListLimits::bytes))
+        return std::nullopt;
+    return readAll(file.number(), status.st_size);
 }

@@ -27,7 +27,7 @@ enum Kind : unsigned {
     Dictionary = 0xD,
 };
 
-// What one object amounts to when all its references are followed.
+// The totals of one object with all its references followed.
 struct Extent
 {
     std::size_t values = 1;
@@ -102,7 +102,7 @@ private:
     }
 
     // Each reachable object is measured once. References and bytes are limited over all objects together,
-    // because objects may lie over one another in the file.
+    // because objects may overlap in the file.
     std::optional<Extent> measure(std::uint64_t object, std::size_t depth)
     {
         if (object >= m_objects || depth > PropertyListLimits::depth || m_visits[object] == Visit::Open)

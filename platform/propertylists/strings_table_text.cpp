@@ -19,8 +19,8 @@ bool startsWithBytes(const QByteArray &data, std::initializer_list<unsigned char
         [&at](unsigned char byte) { return static_cast<unsigned char>(*at++) == byte; });
 }
 
-// A text begins with a character of ASCII, whatever it says: a quote, a comment, a brace, a token, a blank.
-// One zero byte in the first two tells UTF-16 and its byte order where there is no mark.
+// A text always begins with an ASCII character: a quote, a comment, a brace, a token or a blank. Without a
+// mark, one zero byte in the first two means UTF-16 and shows its byte order.
 QStringConverter::Encoding encodingOf(const QByteArray &data)
 {
     if (startsWithBytes(data, { 0xFF, 0xFE }))
@@ -41,7 +41,7 @@ std::optional<QString> decode(const QByteArray &data)
         return std::nullopt;
     QStringDecoder decoder(encoding, QStringConverter::Flag::Stateless);
     QString text = decoder.decode(data);
-    // The decoder lets halves of surrogate pairs pass.
+    // The decoder accepts halves of surrogate pairs.
     return decoder.hasError() || !text.isValidUtf16() ? std::nullopt : std::optional(std::move(text));
 }
 
@@ -100,7 +100,7 @@ private:
         return true;
     }
 
-    // Skips white space and comments; false when a comment is not closed.
+    // Skips white space and comments. Returns false when a comment is not closed.
     bool skipBlanks()
     {
         while (!atEnd()) {
@@ -225,7 +225,7 @@ private:
         return std::nullopt;
     }
 
-    // At most so many digits of the base; 0 when there is none.
+    // Reads at most this many digits of the base. Returns 0 when there is none.
     QChar parseDigits(int base, int limit)
     {
         int value = 0;

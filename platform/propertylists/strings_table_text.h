@@ -13,7 +13,7 @@
 
 #include <optional>
 
-// Reads the text, in UTF-8 or in UTF-16 of either byte order, with or without a byte order mark. Nothing when
-// it is malformed, not valid in its encoding, or beyond the limits of property lists. Takes time linear in
-// its size.
+// Reads the text, in UTF-8 or in UTF-16 of either byte order, with or without a byte order mark. Returns
+// std::nullopt when it is malformed, not valid in its encoding, or beyond the limits of property lists. The
+// time is linear in its size.
 std::optional<PropertyDictionary> parseStringsTableText(const QByteArray &data);

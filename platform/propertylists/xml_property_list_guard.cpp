@@ -21,8 +21,8 @@ bool isContainer(std::string_view name)
     return name == "array" || name == "dict";
 }
 
-// Follows the markup and counts. Where a lexer more lenient than this one could see another structure, either
-// the list is refused or the count is the larger of the two.
+// Follows the markup and counts. Where a more lenient lexer could see another structure, the list is refused
+// or the larger count is taken.
 class XmlGuard
 {
 public:
@@ -52,7 +52,7 @@ public:
     }
 
 private:
-    // Skips what ends with the terminator. Containers that it mentions are counted as if they nested.
+    // Skips to the end of the terminator. Containers in between are counted as if they nested.
     bool skip(std::string_view terminator, std::size_t openingSize)
     {
         const std::size_t end = m_xml.find(terminator, m_at + 2);

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "platform/udisks/UDisksBus.h"
 
+#include "platform/dbus/PendingReply.h"
 #include "platform/SystemLog.h"
 #include "platform/udisks/UDisksError.h"
 
 #include <QDBusArgument>
-#include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusVariant>
 #include <QTimer>
@@ -18,8 +18,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-// A question to the user for a password counts as time of the call, and so does an eject that flushes a slow
-// disk: no call is given up.
+// Calls have no time limit: one can wait for the user's password, or for a slow disk that is flushed.
 constexpr int noTimeLimit = INT_MAX;
 
 constexpr std::chrono::seconds reconnectInterval { 1 };
@@ -27,7 +26,7 @@ constexpr std::chrono::seconds reconnectInterval { 1 };
 const QString objectManager = u"org.freedesktop.DBus.ObjectManager"_s;
 const QString busService = u"org.freedesktop.DBus"_s;
 const QString busPath = u"/org/freedesktop/DBus"_s;
-// For an answer of the bus itself, before there is a window: a bus that is slower has its answer taken later.
+// For an answer of the bus itself, before there is a window. A later answer is taken when it comes.
 constexpr int longestWait = 100; // milliseconds
 
 const QString propertiesInterface = u"org.freedesktop.DBus.Properties"_s;
@@ -39,13 +38,13 @@ QDBusMessage busCall(const QString &method, const QVariantList &arguments)
     return message;
 }
 
-// Whether this answer to the reading of a property says that the object has no such interface.
+// Whether this error of reading a property means that the object has no such interface.
 bool isMissing(const QDBusMessage &answer)
 {
     static const QStringList names { QDBusError::errorString(QDBusError::UnknownObject),
         QDBusError::errorString(QDBusError::UnknownInterface),
-        QDBusError::errorString(QDBusError::UnknownMethod), // of an object that is not there
-        QDBusError::errorString(QDBusError::InvalidArgs) }; // of one without the interface
+        QDBusError::errorString(QDBusError::UnknownMethod), // the object is missing
+        QDBusError::errorString(QDBusError::InvalidArgs) }; // the object is without the interface
     return names.contains(answer.errorName());
 }
 
@@ -86,19 +85,17 @@ void UDisksBus::watchOwner()
         this, SLOT(busLost()));
 }
 
-QDBusPendingCallWatcher *UDisksBus::callBus(const QString &method, const QVariantList &arguments)
+QDBusPendingCall UDisksBus::callBus(const QString &method, const QVariantList &arguments)
 {
-    return new QDBusPendingCallWatcher(m_bus.asyncCall(busCall(method, arguments), noTimeLimit), this);
+    return m_bus.asyncCall(busCall(method, arguments), noTimeLimit);
 }
 
-// Signals are asked for by the service's unique name: Qt would look up the owner of any other name at once,
-// and wait for the answer.
+// Signals are connected by the service's unique name: for any other name, Qt would look up the owner and wait
+// for the answer.
 void UDisksBus::askOwner()
 {
-    auto *watcher = callBus(u"GetNameOwner"_s, { UDisks::service });
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
-        watcher->deleteLater();
-        const QDBusPendingReply<QString> reply = *watcher;
+    onReply(callBus(u"GetNameOwner"_s, { UDisks::service }), this, [this](const QDBusMessage &message) {
+        const QDBusPendingReply<QString> reply(message);
         if (reply.isError())
             startService();
         else if (m_owner.isEmpty())
@@ -110,11 +107,10 @@ void UDisksBus::startService()
 {
     if (!m_owner.isEmpty())
         return;
-    auto *watcher = callBus(u"StartServiceByName"_s, { UDisks::service, 0U });
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
-        watcher->deleteLater();
-        // A service that has started is heard of by the change of the name's owner.
-        const QDBusPendingReply<uint> reply = *watcher;
+    const QDBusPendingCall call = callBus(u"StartServiceByName"_s, { UDisks::service, 0U });
+    onReply(call, this, [this](const QDBusMessage &message) {
+        // The change of the name's owner tells of a service that has started.
+        const QDBusPendingReply<uint> reply(message);
         if (!reply.isError() || !m_owner.isEmpty())
             return;
         systemLog(u"Unable to start the disk service: %1"_s.arg(reply.error().message()));
@@ -155,11 +151,9 @@ void UDisksBus::list()
     const int listing = ++m_listing;
     const auto message
         = QDBusMessage::createMethodCall(m_owner, UDisks::rootPath, objectManager, u"GetManagedObjects"_s);
-    auto *watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(message, noTimeLimit), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, listing, watcher] {
-        watcher->deleteLater();
+    onReply(m_bus.asyncCall(message, noTimeLimit), this, [this, listing](const QDBusMessage &reply) {
         if (listing == m_listing)
-            objectsListed(watcher->reply());
+            objectsListed(reply);
     });
 }
 
@@ -200,8 +194,7 @@ void UDisksBus::nameOwnerChanged(const QString &name, const QString &, const QSt
         return;
     if (!m_owner.isEmpty())
         serviceLost();
-    // The service exports its objects before it takes its name, and tells nobody of them: they must be asked
-    // for.
+    // The service exports its objects before it takes its name, without a signal, so they must be listed.
     if (!newOwner.isEmpty())
         follow(newOwner);
     else
@@ -222,7 +215,7 @@ void UDisksBus::busLost()
         QTimer::singleShot(reconnectInterval, this, &UDisksBus::tryReconnect);
 }
 
-// Nobody can tell that a bus is there again, for want of a bus.
+// Without a bus, there is no signal that it is back: it has to be tried.
 void UDisksBus::tryReconnect()
 {
     const QDBusConnection bus = m_reconnect();
@@ -264,7 +257,7 @@ void UDisksBus::propertiesChanged(const QDBusMessage &message)
 
 void UDisksBus::markChanged(const QString &path)
 {
-    // Signals come in bursts; what is in the queue already is told together.
+    // Signals come in bursts; those in the queue already are reported together.
     if (m_changed.isEmpty())
         QMetaObject::invokeMethod(this, &UDisksBus::flush, Qt::QueuedConnection);
     m_changed.insert(path);
@@ -287,10 +280,8 @@ void UDisksBus::callAt(const QString &destination, const QString &path, const QS
 {
     auto message = QDBusMessage::createMethodCall(destination, path, interface, method);
     message.setArguments(arguments);
-    auto *watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(message, noTimeLimit), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [watcher, reply = std::move(reply)] {
-        watcher->deleteLater();
-        const QDBusMessage answer = watcher->reply();
+    const QDBusPendingCall call = m_bus.asyncCall(message, noTimeLimit);
+    onReply(call, this, [reply = std::move(reply)](const QDBusMessage &answer) {
         if (answer.type() == QDBusMessage::ErrorMessage)
             reply(answer, dissenterFromBusError(answer.errorName(), answer.errorMessage()));
         else
@@ -301,9 +292,9 @@ void UDisksBus::callAt(const QString &destination, const QString &path, const QS
 void UDisksBus::readProperty(const QString &path, const QString &interface, const QString &name,
     std::function<void(bool isKnown)> done)
 {
-    // The service that the store is of is asked by its own name on the bus, and not another one that has
-    // taken its place; an answer that comes after it has gone is no news either. Not every Qt 6 tells of an
-    // answer who sent it.
+    // The call goes to the unique name of the service that filled the store, not to one that took its place,
+    // and an answer that comes after that service has gone is ignored. Not every Qt 6 tells who sent an
+    // answer.
     const QString asked = m_owner.isEmpty() ? UDisks::service : m_owner;
     callAt(asked, path, propertiesInterface, u"Get"_s, { interface, name },
         [this, asked, path, interface, name, done = std::move(done)](
@@ -311,7 +302,7 @@ void UDisksBus::readProperty(const QString &path, const QString &interface, cons
             const bool isOwners = asked == m_owner;
             bool isKnown = false;
             if (isOwners && dissenter && isMissing(reply)) {
-                // The signal that tells of it can come after the answer.
+                // Its signal can come after the answer.
                 m_store.removeInterfaces(path, { interface });
                 isKnown = true;
             } else if (isOwners && !dissenter && reply.signature() == "v"_L1) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
 // The conversation with UDisks2: one listing, signals, and calls whose answers come later. It keeps the store
-// up to date and tells what has changed. Main thread only.
+// up to date and reports changes. Main thread only.
 #pragma once
 
 #include "platform/DiskArbitration.h"
@@ -9,12 +9,11 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDBusPendingCall>
 #include <QObject>
 #include <QSet>
 
 #include <functional>
-
-class QDBusPendingCallWatcher;
 
 class UDisksBus : public QObject
 {
@@ -24,8 +23,7 @@ public:
     // Answer of a call: the dissenter is null when it was granted.
     using Reply = std::function<void(const QDBusMessage &reply, const DADissenterRef &dissenter)>;
 
-    // The second makes another connection when this one is lost; the bus comes back when its service is
-    // started anew.
+    // The second makes another connection when this one is lost, which is possible once the bus runs again.
     UDisksBus(
         const QDBusConnection &bus, std::function<QDBusConnection()> reconnect, QObject *parent = nullptr);
     ~UDisksBus() override;
@@ -33,29 +31,29 @@ public:
     // Starts the service if need be, subscribes to its signals, then lists its objects.
     void start();
 
-    // The same for a caller that has no event loop yet: asks the bus, not the service, who the service is and
-    // waits for the answer, so that the listing is on its way when this returns.
+    // The same for a caller that has no event loop yet: asks the bus, not the service, who the service is,
+    // and waits a moment for the answer, so that the listing is on its way when this returns.
     void startAtOnce();
 
     const UDisksStore &store() const { return m_store; }
 
-    // Calls a method of an object of the service. The reply is not run when this object goes first.
+    // Calls a method of an object of the service. The reply does not run when this object goes first.
     void call(const QString &path, const QString &interface, const QString &method,
         const QVariantList &arguments, Reply reply);
 
     // Reads one property again into the store, for a caller that cannot wait for its signal; then runs done
-    // with whether the store holds by now what the service says: a value, or no such interface.
+    // with whether the store now holds the service's answer: a value, or no such interface.
     void readProperty(const QString &path, const QString &interface, const QString &name,
         std::function<void(bool isKnown)> done);
 
-    // Tells at once what has changed so far.
+    // Emits changed() now for what has changed so far.
     void flush();
 
 Q_SIGNALS:
-    // All objects are listed anew, or (available false) there are none any more.
+    // All objects have been listed, or (available false) there are none any more.
     void listed(bool available);
 
-    // Objects with these paths were added, changed or removed; several changes are told together.
+    // Objects with these paths were added, changed or removed; several changes come in one signal.
     void changed(const QSet<QString> &paths);
 
 private Q_SLOTS:
@@ -77,7 +75,7 @@ private:
     void list();
     void forget();
     void connectSignals(bool connected);
-    QDBusPendingCallWatcher *callBus(const QString &method, const QVariantList &arguments);
+    QDBusPendingCall callBus(const QString &method, const QVariantList &arguments);
     void objectsListed(const QDBusMessage &reply);
     void markChanged(const QString &path);
 
@@ -85,7 +83,7 @@ private:
     std::function<QDBusConnection()> m_reconnect;
     UDisksStore m_store;
     QString m_owner; // unique name of the service that is followed; empty while there is none
-    bool m_isListed = false; // signals count from the listing on, which tells all that came before
+    bool m_isListed = false; // signals before the listing are ignored, because it has their changes
     int m_listing = 0; // number of the latest listing; the answer to an older one is dropped
     QSet<QString> m_changed;
 };

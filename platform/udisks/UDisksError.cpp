@@ -21,8 +21,8 @@ DADissenterRef dissenterFromBusError(const QString &name, const QString &message
         { prefix + u"NotSupported"_s, DAReturn::Unsupported },
         { prefix + u"OptionNotPermitted"_s, DAReturn::NotPermitted },
     };
-    // The service has no error of its own for a file system that the machine cannot mount, only the words of
-    // the library that it mounts with.
+    // The service has no error of its own for a file system that the machine cannot mount, only the message
+    // of the library that mounts it.
     static const QRegularExpression cannotMount(
         u"Filesystem type .* not configured in kernel|unknown filesystem type"_s);
     static const QRegularExpression libraryPrefix(u"^GDBus\\.Error:[^ ]+: "_s);

@@ -22,8 +22,8 @@ struct UDisksMedium
 
 using BlockDeviceFactsReader = std::function<std::optional<BlockDeviceFacts>(const QString &deviceNode)>;
 
-// The medium of this block device; nothing when there is none in it, when it is not to be shown, or when the
-// device has just gone.
+// The medium of this block device. Returns std::nullopt when there is none in it, when it is not to be shown,
+// or when the device has just gone.
 std::optional<UDisksMedium> readUDisksMedium(const UDisksStore &store, const QString &path,
     const VolumeClaimLookup &findClaim, const BlockDeviceFactsReader &readFacts);
 

@@ -12,12 +12,12 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-// One call takes away one mount point. A volume that is mounted more often than this is being mounted again
-// by somebody else.
+// One call removes one mount point. A volume with more mount points than this is being mounted again by
+// something else.
 constexpr int mostMountPoints = 16;
 
-// A loop disk that something still holds open is detached by the kernel when that lets go of it; the user is
-// told after this time.
+// The kernel detaches a loop disk that is still open only when it is closed. The user is told after this
+// time.
 constexpr std::chrono::seconds detachmentLimit { 5 };
 
 const QVariantMap noOptions;
@@ -37,8 +37,8 @@ bool UDisksRequests::isMounted(const QString &path) const
     return !m_bus.store().fileNames(path, UDisks::filesystem, "MountPoints").isEmpty();
 }
 
-// The signal that tells of new mount points comes after the answer to the call that made them. Reading them
-// here lets whoever waits for the answer see the volume as it is.
+// The signal about new mount points comes after the answer to the call that made them. They are read here so
+// that the volume is up to date when the answer is handed on.
 void UDisksRequests::readMountPoints(const QString &path, std::function<void(bool isKnown)> done)
 {
     m_bus.readProperty(path, UDisks::filesystem, u"MountPoints"_s, std::move(done));
@@ -111,8 +111,8 @@ void UDisksRequests::unmountNext(const QStringList &paths, Force force, int trie
             const QDBusMessage &, const DADissenterRef &dissenter) {
             const auto goOn = [this, paths, force, tries, completion, dissenter](bool isKnown) {
                 const bool isStillMounted = isMounted(paths.constFirst());
-                // Somebody else may have been quicker, or the disk has been pulled. For the latter the
-                // service has no error of its own.
+                // Another program may have been quicker, or the disk has been pulled, for which the service
+                // has no error of its own.
                 const bool isDone = !dissenter
                     || dissenter->status == static_cast<quint32>(DAReturn::NotMounted)
                     || (isKnown && !isStillMounted);
@@ -131,7 +131,7 @@ void UDisksRequests::unmountNext(const QStringList &paths, Force force, int trie
 
 void UDisksRequests::eject(const QString &path, Completion completion)
 {
-    // A loop disk would be detached with a volume still mounted, to vanish some time later.
+    // The service would detach a loop disk with a mounted volume, and the disk would vanish some time later.
     for (const QString &device : m_bus.store().blockDevicesOn(path)) {
         if (isMounted(device)) {
             answerLater(std::move(completion), DAReturn::Busy, u"A volume of the disk is still mounted."_s);
@@ -211,7 +211,7 @@ void UDisksRequests::ejectDrive(const QString &drive, Completion completion)
     m_bus.call(drive, UDisks::drive, u"Eject"_s, { noOptions },
         [canPowerOff, powerOff, completion = std::move(completion)](
             const QDBusMessage &, const DADissenterRef &dissenter) {
-            // A disk that is ejected may be pulled; that it could not be powered off as well changes nothing.
+            // An ejected disk may be pulled, even if it could not be powered off as well.
             if (dissenter || !canPowerOff)
                 completion(dissenter);
             else

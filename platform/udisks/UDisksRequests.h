@@ -26,15 +26,15 @@ public:
     // password; any other volume is mounted for root.
     void mount(const QString &path, Completion completion);
 
-    // Unmounts the volume, or in order all volumes of its disk, up to the first refusal. What is not mounted
-    // is as it should be.
+    // Unmounts the volume, or in order all volumes of its disk, up to the first refusal. A volume that is not
+    // mounted counts as done.
     void unmount(const QString &path, Scope scope, Force force, Completion completion);
 
     // The path of a whole disk.
     void eject(const QString &path, Completion completion);
 
-    // A mounted volume whose file system can only be named while it is not in use is unmounted for it, and
-    // mounted again.
+    // A mounted volume whose file system can be named only while it is not in use is unmounted first, and
+    // mounted again afterwards.
     void rename(const QString &path, const QString &name, Completion completion);
 
 private:

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
 // The disk arbitration session of a Linux machine: UDisks2 on the system bus. Its objects are listed once,
-// with one asynchronous call, and followed by their signals from then on; a service that restarts takes all
-// its media back and reports them anew. Main thread only; nothing waits for the service.
+// with one asynchronous call, and then followed by their signals. When the service restarts, all media are
+// reported as gone, and then as new. Main thread only; no call waits for the service.
 #pragma once
 
 #include "platform/DiskArbitration.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// What UDisks2 has said of its objects: object path, interface, properties, as they came over the bus. Fed by
-// signals, read by everything else; nothing here asks the bus. Main thread only.
+// What UDisks2 has said of its objects: object path, interface, properties, as they came over the bus.
+// Written by the bus's listing and signals, read by everything else; it never asks the bus. Main thread only.
 #pragma once
 
 #include <QDBusObjectPath>
@@ -37,11 +37,11 @@ class UDisksStore
 public:
     void clear();
 
-    // Adds or replaces interfaces of an object; those that nobody reads are left out.
+    // Adds or replaces interfaces of an object; interfaces without a reader are left out.
     void addInterfaces(const QString &path, const UDisksInterfaces &interfaces);
     void removeInterfaces(const QString &path, const QStringList &interfaces);
 
-    // Changes properties of an interface that is known; false when it is not.
+    // Changes properties of an interface. Returns false when the interface is not known.
     bool changeProperties(const QString &path, const QString &interface, const QVariantMap &changed);
 
     bool hasInterface(const QString &path, const QString &interface) const;

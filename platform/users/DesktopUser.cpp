@@ -18,7 +18,7 @@ namespace {
 
 constexpr auto sessionBus = "DBUS_SESSION_BUS_ADDRESS";
 
-// What pkexec and sudo have left in root's environment and what tells of root.
+// Variables that pkexec and sudo set, or that describe root.
 const QStringList foreignVariables { u"PKEXEC_UID"_s, u"SUDO_UID"_s, u"SUDO_GID"_s, u"SUDO_USER"_s,
     u"SUDO_COMMAND"_s, u"QT_QPA_PLATFORM"_s, u"MAIL"_s, QLatin1String(sessionBus) };
 
@@ -82,7 +82,7 @@ void DesktopUser::prepare(QProcess &process) const
 std::function<void()> DesktopUser::identityChange() const
 {
     return [user = user, group = group, groups = groups] {
-        // The program would run as root otherwise: rather none.
+        // Otherwise, the program would run as root.
         if (setgroups(groups.size(), groups.data()) != 0 || setresgid(group, group, group) != 0
             || setresuid(user, user, user) != 0)
             _exit(EXIT_FAILURE);
@@ -102,6 +102,31 @@ std::optional<DesktopUser> desktopUser()
         return std::nullopt;
     return DesktopUser { found->pw_uid, found->pw_gid, groupsOf(found->pw_name, found->pw_gid),
         QFile::decodeName(found->pw_name), QFile::decodeName(found->pw_dir) };
+}
+
+void startProgram(const std::optional<DesktopUser> &user, const QString &program,
+    const QStringList &arguments, QObject *context, std::function<void(bool hasSucceeded)> done)
+{
+    auto *process = new QProcess(context);
+    const auto finish = [process, done = std::move(done)](bool hasSucceeded) {
+        process->deleteLater();
+        done(hasSucceeded);
+    };
+    QObject::connect(
+        process, &QProcess::finished, process, [finish](int exitCode, QProcess::ExitStatus status) {
+            finish(status == QProcess::NormalExit && exitCode == 0);
+        });
+    // A program that has started and crashes finishes as well.
+    QObject::connect(process, &QProcess::errorOccurred, process, [finish](QProcess::ProcessError error) {
+        if (error == QProcess::FailedToStart)
+            finish(false);
+    });
+    if (user)
+        user->prepare(*process);
+    process->setStandardInputFile(QProcess::nullDevice());
+    process->setStandardOutputFile(QProcess::nullDevice());
+    process->setStandardErrorFile(QProcess::nullDevice());
+    process->start(program, arguments);
 }
 
 QString waylandSocket(const QString &runtimeFolder, uid_t user)
@@ -128,7 +153,7 @@ void adoptDisplayOfDesktopUser()
     if (socket.isEmpty())
         return;
     qputenv("WAYLAND_DISPLAY", QFile::encodeName(socket));
-    // An X11 display that was handed on comes first: it was made for this. Where there is none, or it refuses
-    // root, the window comes up on Wayland.
+    // An X11 display that pkexec handed on comes first. Where there is none, or where it refuses root, the
+    // window opens on Wayland.
     qputenv("QT_QPA_PLATFORM", qEnvironmentVariableIsSet("DISPLAY") ? "xcb;wayland" : "wayland;xcb");
 }

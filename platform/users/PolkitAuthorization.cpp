@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "platform/users/PolkitAuthorization.h"
 
+#include "platform/dbus/PendingReply.h"
+
 #include <QDBusArgument>
 #include <QDBusMessage>
 #include <QDBusMetaType>
-#include <QDBusPendingCallWatcher>
 #include <QFileInfo>
 #include <QSocketNotifier>
 #include <QStandardPaths>
@@ -38,7 +39,7 @@ struct Subject
 struct Result
 {
     bool isAuthorized = false;
-    bool isChallenge = false; // it could be had by asking
+    bool isChallenge = false; // asking the user could give it
     QMap<QString, QString> details;
 };
 
@@ -79,7 +80,7 @@ AuthorizationStatus statusOfReply(const QDBusMessage &reply)
     return result.isChallenge ? AuthorizationStatus::InteractionNotAllowed : AuthorizationStatus::Denied;
 }
 
-// The path by which polkit knows the program: a shell gives the name alone, and /bin leads to /usr/bin.
+// The path by which polkit knows the program: a shell gives only its name, and /bin leads to /usr/bin.
 QByteArray canonicalPath(const QByteArray &program)
 {
     const QString name = QFile::decodeName(program);
@@ -89,7 +90,7 @@ QByteArray canonicalPath(const QByteArray &program)
 }
 
 // Runs pkexec in a session of its own, so that it does not end with the caller's terminal; the socket is its
-// standard input. False when it cannot be run.
+// standard input. Returns false when it cannot be run.
 bool spawnPkexec(const QByteArray &program, const QByteArrayList &arguments, int socket)
 {
     std::vector<QByteArray> words { "pkexec", "--disable-internal-agent", canonicalPath(program) };
@@ -125,14 +126,11 @@ PolkitAuthorization::PolkitAuthorization(QObject *parent)
     qDBusRegisterMetaType<QMap<QString, QString>>();
 }
 
-PolkitAuthorization::~PolkitAuthorization()
-{
-    PolkitAuthorization::free();
-}
+PolkitAuthorization::~PolkitAuthorization() = default;
 
-QDBusPendingCallWatcher *PolkitAuthorization::call(const QDBusMessage &message)
+QDBusPendingCall PolkitAuthorization::call(const QDBusMessage &message) const
 {
-    return new QDBusPendingCallWatcher(m_bus.asyncCall(message, noTimeLimit), this);
+    return m_bus.asyncCall(message, noTimeLimit);
 }
 
 void PolkitAuthorization::create(StatusHandler handler)
@@ -147,10 +145,9 @@ void PolkitAuthorization::create(StatusHandler handler)
     auto message = QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
         u"org.freedesktop.DBus"_s, u"StartServiceByName"_s);
     message.setArguments({ service, 0U });
-    QDBusPendingCallWatcher *const watcher = call(message);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [watcher, handler = std::move(handler)] {
-        watcher->deleteLater();
-        handler(watcher->isError() ? AuthorizationStatus::Internal : AuthorizationStatus::Success);
+    onReply(call(message), this, [handler = std::move(handler)](const QDBusMessage &reply) {
+        const bool isError = reply.type() == QDBusMessage::ErrorMessage;
+        handler(isError ? AuthorizationStatus::Internal : AuthorizationStatus::Success);
     });
 }
 
@@ -158,34 +155,29 @@ void PolkitAuthorization::copyRights(const QByteArray &, StatusHandler handler)
 { // only the owner of an action may tell polkit more than its name
     auto message = QDBusMessage::createMethodCall(service, u"/org/freedesktop/PolicyKit1/Authority"_s,
         u"org.freedesktop.PolicyKit1.Authority"_s, u"CheckAuthorization"_s);
-    // A connection is told from others for ever, unlike a process number.
+    // The name of a connection is never used again, unlike a process number.
     const Subject subject { u"system-bus-name"_s, { { u"name"_s, m_bus.baseService() } } };
     message.setArguments({ QVariant::fromValue(subject), action,
         QVariant::fromValue(QMap<QString, QString>()), allowUserInteraction, QString() });
-    QDBusPendingCallWatcher *const watcher = call(message);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [watcher, handler = std::move(handler)] {
-        watcher->deleteLater();
-        handler(statusOfReply(watcher->reply()));
-    });
+    onReply(call(message), this,
+        [handler = std::move(handler)](const QDBusMessage &reply) { handler(statusOfReply(reply)); });
 }
 
-// pkexec answers for the process that has started it, and a program that root has started by it is told to
-// end with that process. So this one has to stay until the program has taken over, which is when the other
-// end of its standard input is let go: by completeExecutionWithPrivileges(), or by its end.
+// pkexec asks polkit about the process that started it, and makes the program end with that process. So this
+// one has to stay until the program has taken over. Then the other end of the socket is closed: by
+// completeExecutionWithPrivileges(), or because the program has ended.
 void PolkitAuthorization::executeWithPrivileges(
     const QByteArray &program, const QByteArrayList &arguments, std::function<void()> done)
 {
     std::array<int, 2> ends { -1, -1 };
     const bool hasSocket = socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) == 0;
-    const bool isRunning = hasSocket && spawnPkexec(program, arguments, ends[1]);
-    if (hasSocket)
-        close(ends[1]);
-    m_handoverSocket = ends[0];
-    if (!isRunning) {
+    m_handoverSocket = FileDescriptor(ends[0]);
+    const FileDescriptor programsEnd(ends[1]);
+    if (!hasSocket || !spawnPkexec(program, arguments, programsEnd.number())) {
         QMetaObject::invokeMethod(this, std::move(done), Qt::QueuedConnection);
         return;
     }
-    m_handover = std::make_unique<QSocketNotifier>(m_handoverSocket, QSocketNotifier::Read);
+    m_handover = std::make_unique<QSocketNotifier>(m_handoverSocket.number(), QSocketNotifier::Read);
     connect(m_handover.get(), &QSocketNotifier::activated, this, [this, done = std::move(done)] {
         m_handover->setEnabled(false);
         done();
@@ -194,15 +186,14 @@ void PolkitAuthorization::executeWithPrivileges(
 
 void PolkitAuthorization::free()
 {
-    if (m_handoverSocket >= 0)
-        close(m_handoverSocket);
-    m_handoverSocket = -1;
+    m_handoverSocket = FileDescriptor();
     m_bus = QDBusConnection(QString());
 }
 
 void completeExecutionWithPrivileges()
 {
     prctl(PR_SET_PDEATHSIG, 0);
+    // It gets the number of the input itself where that is closed, and then has to stay open.
     const int nothing = open("/dev/null", O_RDONLY | O_CLOEXEC);
     if (nothing < 0)
         return;

@@ -7,13 +7,14 @@
 #pragma once
 
 #include "platform/Authorization.h"
+#include "platform/FileDescriptor.h"
 
 #include <QDBusConnection>
+#include <QDBusPendingCall>
 #include <QObject>
 
 #include <memory>
 
-class QDBusPendingCallWatcher;
 class QSocketNotifier;
 
 class PolkitAuthorization : public QObject, public Authorization
@@ -31,9 +32,9 @@ public:
     void free() override;
 
 private:
-    QDBusPendingCallWatcher *call(const QDBusMessage &message);
+    QDBusPendingCall call(const QDBusMessage &message) const;
 
     QDBusConnection m_bus;
+    FileDescriptor m_handoverSocket;
     std::unique_ptr<QSocketNotifier> m_handover;
-    int m_handoverSocket = -1;
 };

@@ -25,7 +25,7 @@ constexpr std::size_t longestToken = 4096;
 constexpr int backlog = 8;
 constexpr char taken = '!'; // the answer to a request
 
-// A process that does not answer for so long hangs, and the user gets a window that works.
+// A process that takes longer hangs, and the user gets a new window, which works.
 constexpr std::chrono::seconds answerLimit { 5 };
 
 struct Address
@@ -58,24 +58,25 @@ std::optional<uid_t> peerOf(int socket)
     return credentials.uid;
 }
 
-int openSocket(int flags)
+FileDescriptor openSocket(int flags)
 {
-    return ::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC | flags, 0);
+    return FileDescriptor(::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC | flags, 0));
 }
 
-// One that has connected; it is let go when this object is deleted.
+// A process that has connected. The connection ends when this object is deleted.
 class Client : public QObject
 {
 public:
-    Client(int socket, QObject *parent)
+    Client(FileDescriptor socket, QObject *parent)
         : QObject(parent)
-        , m_socket(socket)
+        , m_socket(std::move(socket))
     {
     }
-    ~Client() override { close(m_socket); }
+
+    int socket() const { return m_socket.number(); }
 
 private:
-    int m_socket;
+    FileDescriptor m_socket;
 };
 
 bool hasAnswered(int socket)
@@ -106,21 +107,19 @@ QByteArray activationToken()
 
 bool raiseInstance(const InstanceOwner &owner, const QByteArray &token)
 {
-    const int socket = openSocket(0);
-    if (socket < 0)
+    const FileDescriptor connection = openSocket(0);
+    const int socket = connection.number();
+    if (!connection.isOpen())
         return false;
     const Address address = addressOf(owner);
     const timeval limit { answerLimit.count(), 0 };
     setsockopt(socket, SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof limit);
     // Anybody can take a name; only the owner is told anything.
-    const bool isRaised = ::connect(socket, address.pointer(), address.length) == 0
-        && peerOf(socket) == owner.rights
+    return ::connect(socket, address.pointer(), address.length) == 0 && peerOf(socket) == owner.rights
         && send(socket, token.constData(), std::min(longestToken, static_cast<std::size_t>(token.size())),
                MSG_NOSIGNAL)
-            >= 0
+        >= 0
         && ::shutdown(socket, SHUT_WR) == 0 && hasAnswered(socket);
-    close(socket);
-    return isRaised;
 }
 
 SingleInstance::SingleInstance(const InstanceOwner &owner, QObject *parent)
@@ -129,20 +128,14 @@ SingleInstance::SingleInstance(const InstanceOwner &owner, QObject *parent)
 {
 }
 
-SingleInstance::~SingleInstance()
-{
-    if (m_socket >= 0)
-        close(m_socket);
-}
-
 bool SingleInstance::listen()
 {
     m_socket = openSocket(SOCK_NONBLOCK);
     const Address address = addressOf(m_owner);
-    if (m_socket < 0 || ::bind(m_socket, address.pointer(), address.length) != 0
-        || ::listen(m_socket, backlog) != 0)
+    if (!m_socket.isOpen() || ::bind(m_socket.number(), address.pointer(), address.length) != 0
+        || ::listen(m_socket.number(), backlog) != 0)
         return false;
-    auto *const notifier = new QSocketNotifier(m_socket, QSocketNotifier::Read, this);
+    auto *const notifier = new QSocketNotifier(m_socket.number(), QSocketNotifier::Read, this);
     connect(notifier, &QSocketNotifier::activated, this, &SingleInstance::accept);
     return true;
 }
@@ -155,21 +148,17 @@ bool SingleInstance::isAllowed(int client) const
 
 void SingleInstance::accept()
 {
-    const int socket = accept4(m_socket, nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
-    if (socket < 0)
+    FileDescriptor socket(accept4(m_socket.number(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
+    if (!socket.isOpen() || !isAllowed(socket.number()))
         return;
-    auto *const client = new Client(socket, this);
-    if (!isAllowed(socket)) {
-        delete client;
-        return;
-    }
-    auto *const notifier = new QSocketNotifier(socket, QSocketNotifier::Read, client);
-    connect(notifier, &QSocketNotifier::activated, client, [this, socket, notifier, client] {
+    auto *const client = new Client(std::move(socket), this);
+    auto *const notifier = new QSocketNotifier(client->socket(), QSocketNotifier::Read, client);
+    connect(notifier, &QSocketNotifier::activated, client, [this, notifier, client] {
         notifier->setEnabled(false);
         client->deleteLater();
-        readToken(socket);
+        readToken(client->socket());
     });
-    // Who says nothing is not waited for.
+    // A process that sends nothing is let go.
     QTimer::singleShot(answerLimit, client, &QObject::deleteLater);
 }
 

@@ -9,7 +9,7 @@
 
 namespace {
 
-// More than any database of users fills with one entry.
+// Larger than an entry of any database of users.
 constexpr std::size_t entrySize = 65536;
 
 std::optional<QByteArray> nameOfUser(uid_t user)
@@ -56,7 +56,7 @@ GroupList lookUpGroups(const std::optional<QByteArray> &login, int capacity)
     errno = 0;
     list.result = getgrouplist(login->constData(), getgid(), list.groups.data(), &list.count);
     if (list.result == -1) {
-        // The C library leaves the reason out when it is the array's size.
+        // The C library does not set errno when the array is too small.
         list.error = list.count > capacity ? ERANGE : errno;
     }
     return list;
