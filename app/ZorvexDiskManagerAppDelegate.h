@@ -9,6 +9,7 @@
 //   Disk tree            disks/DiskTreeOperations.cpp
 //   Disk events          disks/DiskEvents.cpp
 //   Catalogue            filesystems/Catalogue.cpp
+//   Operation state      operations/OperationState.cpp
 //   Mount, unmount, eject  operations/MountUnmountEject.cpp
 //   Volume labels        operations/VolumeLabel.cpp
 //   Format               operations/Format.cpp
@@ -157,6 +158,15 @@ public:
     QString getFilesystemTypeString(const ZorvexDiskManagerFSBundle &bundle) const;
     void refreshFormatFilesystemsPopupButton();
 
+    // --- Operation state. Implemented in operations/OperationState.cpp ---
+
+    // Marks the medium as busy and refreshes the window. Controls of a busy medium are disabled.
+    void beginOperation(const DiskRecord &disk, RunningOperation operation);
+    // Marks it as idle and refreshes the window. What there is to report has been reported before.
+    void finishOperation(const DiskRecord &disk);
+    // Brings the rows and the information panel up to date with the records.
+    void refreshAfterStateChange();
+
     // --- Mount, unmount, eject. Implemented in operations/MountUnmountEject.cpp ---
 
     Q_INVOKABLE void clickMountUnmountButton(QObject *sender);
@@ -269,9 +279,6 @@ private:
     void releaseDiskListItem(ZorvexDiskManagerDiskListItem *item);
 
     // operations/MountUnmountEject.cpp
-    DiskRecord selectedDisk() const;
-    void refreshAfterStateChange();
-    void finishOperation(const DiskRecord &disk);
     void showForceDialog(const DiskRecord &disk, const char *titleKey, const char *bodyKey,
         std::function<void(AlertSheet *, int)> didEnd);
     void reportOutcome(const DiskRecord &disk, const QString &format, const DADissenterRef &dissenter,
@@ -288,6 +295,9 @@ private:
     static void doCheckRepair(const DiskRecord &disk, const QString &bsdName,
         const std::shared_ptr<MainThreadRelay> &relay, ShellPipe &pipe, bool isRepair);
     void scheduleOutputRefresh();
+
+    // ui/DiskOutline.cpp
+    DiskRecord selectedDisk() const; // null for none
 
     // ui/InformationPanel.cpp
     struct PanelTexts;
