@@ -99,8 +99,8 @@ public:
     bool fieldsEnabled = false; // inert
     bool alertInProgress = false; // an alert sheet is showing
     std::unique_ptr<DASession> session; // the one session; null when there is no disk service
-    std::optional<FilesystemBundleList>
-        allFilesystemBundlesList; // absent until the first scan, like the others
+    // The lists are absent until the first scan.
+    std::optional<FilesystemBundleList> allFilesystemBundlesList;
     std::optional<FilesystemBundleList> formatFilesystemBundlesList;
     std::optional<FilesystemBundleList> checkFilesystemBundlesList;
     std::optional<FilesystemBundleList> repairFilesystemBundlesList;

@@ -37,8 +37,8 @@ public:
     // Rows that are shown: the children of an item that is not expanded are not. The view tells what it
     // expands.
     void setExpanded(const QModelIndex &index, bool isExpanded);
-    QModelIndex
-    anyCollapsedItem() const; // one that has children and is not expanded; invalid when there is none
+    // One that has children and is not expanded; invalid when there is none.
+    QModelIndex anyCollapsedItem() const;
     int shownRowCount() const { return m_root.shownBelow; }
     int shownRowOf(const OutlineItem &item) const; // -1 when it is not shown
     OutlineItem itemAtShownRow(int row) const; // null when there is no such row
