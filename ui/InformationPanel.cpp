@@ -14,6 +14,7 @@
 #include "ui/OutputView.h"
 #include "ui/panel_rules.h"
 
+#include <QApplication>
 #include <QComboBox>
 #include <QFontDatabase>
 #include <QLabel>
@@ -67,12 +68,13 @@ FontRules::FontSource systemFonts()
     return {
         [](int pointSize) -> std::optional<QFont> {
             QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-            font.setPointSize(pointSize);
-            return font;
+            font.setWeight(QFont::Normal);
+            return FontRules::withPointSize(font, pointSize, QApplication::font());
         },
         [](const QString &name, int pointSize) -> std::optional<QFont> {
-            return QFontDatabase::hasFamily(name) ? std::optional<QFont>(QFont(name, pointSize))
-                                                  : std::nullopt;
+            if (!QFontDatabase::hasFamily(name))
+                return std::nullopt;
+            return FontRules::withPointSize(QFont(name), pointSize, QApplication::font());
         },
     };
 }
