@@ -9,6 +9,7 @@
 //   Disk tree            disks/DiskTreeOperations.cpp
 //   Disk events          disks/DiskEvents.cpp
 //   Catalogue            filesystems/Catalogue.cpp
+//   Operation state      operations/OperationState.cpp
 //   Mount, unmount, eject  operations/MountUnmountEject.cpp
 //   Volume labels        operations/VolumeLabel.cpp
 //   Format               operations/Format.cpp
@@ -98,8 +99,8 @@ public:
     bool fieldsEnabled = false; // inert
     bool alertInProgress = false; // an alert sheet is showing
     std::unique_ptr<DASession> session; // the one session; null when there is no disk service
-    std::optional<FilesystemBundleList>
-        allFilesystemBundlesList; // absent until the first scan, like the others
+    // The lists are absent until the first scan.
+    std::optional<FilesystemBundleList> allFilesystemBundlesList;
     std::optional<FilesystemBundleList> formatFilesystemBundlesList;
     std::optional<FilesystemBundleList> checkFilesystemBundlesList;
     std::optional<FilesystemBundleList> repairFilesystemBundlesList;
@@ -156,6 +157,15 @@ public:
     // The personality's name in the user's language, as its bundle words it.
     QString getFilesystemTypeString(const ZorvexDiskManagerFSBundle &bundle) const;
     void refreshFormatFilesystemsPopupButton();
+
+    // --- Operation state. Implemented in operations/OperationState.cpp ---
+
+    // Marks the medium as busy and refreshes the window. Controls of a busy medium are disabled.
+    void beginOperation(const DiskRecord &disk, RunningOperation operation);
+    // Marks it as idle and refreshes the window. What there is to report has been reported before.
+    void finishOperation(const DiskRecord &disk);
+    // Brings the rows and the information panel up to date with the records.
+    void refreshAfterStateChange();
 
     // --- Mount, unmount, eject. Implemented in operations/MountUnmountEject.cpp ---
 
@@ -269,9 +279,6 @@ private:
     void releaseDiskListItem(ZorvexDiskManagerDiskListItem *item);
 
     // operations/MountUnmountEject.cpp
-    DiskRecord selectedDisk() const;
-    void refreshAfterStateChange();
-    void finishOperation(const DiskRecord &disk);
     void showForceDialog(const DiskRecord &disk, const char *titleKey, const char *bodyKey,
         std::function<void(AlertSheet *, int)> didEnd);
     void reportOutcome(const DiskRecord &disk, const QString &format, const DADissenterRef &dissenter,
@@ -288,6 +295,9 @@ private:
     static void doCheckRepair(const DiskRecord &disk, const QString &bsdName,
         const std::shared_ptr<MainThreadRelay> &relay, ShellPipe &pipe, bool isRepair);
     void scheduleOutputRefresh();
+
+    // ui/DiskOutline.cpp
+    DiskRecord selectedDisk() const; // null for none
 
     // ui/InformationPanel.cpp
     struct PanelTexts;

@@ -31,11 +31,6 @@ qsizetype pass(QByteArray &buffer, qsizetype lineStart, qsizetype examined)
 
 } // namespace
 
-void applyCarriageReturns(QByteArray &buffer)
-{
-    pass(buffer, 0, 0);
-}
-
 OutputBuffer::OutputBuffer()
 {
     m_bytes.reserve(initialCapacity);

@@ -6,18 +6,14 @@
 
 #include <QByteArray>
 
-// Applies carriage returns to a whole buffer, the plain way: each one erases its line up to itself, unless it
-// is the last byte, which waits for what follows. The byte after an erased carriage return is not looked at
-// in the same pass.
-void applyCarriageReturns(QByteArray &buffer);
-
 class OutputBuffer
 {
 public:
     OutputBuffer();
 
-    // Appends the bytes and applies carriage returns, with the result of applyCarriageReturns() on all that
-    // is held, but at the cost of the line that is being written.
+    // Appends the bytes and applies carriage returns to all that is held: each one erases its line up to
+    // itself, unless it is the last byte, which waits for what follows. The byte after an erased carriage
+    // return is looked at with the next bytes only. The cost is that of the line that is being written.
     void append(const char *bytes, qsizetype length);
 
     // Empties the buffer; its memory is kept.

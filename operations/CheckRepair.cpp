@@ -6,10 +6,8 @@
 #include "operations/CheckRepairOutputChunk.h"
 #include "operations/DiskutilRunner.h"
 #include "platform/SystemLog.h"
-#include "ui/OutlineView.h"
 
 #include <QElapsedTimer>
-#include <QTabWidget>
 #include <QTimer>
 
 #include <algorithm>
@@ -74,12 +72,8 @@ void ZorvexDiskManagerAppDelegate::clickCheckRepairButton(QObject *, bool isRepa
         return;
     if (disk->checkRepairOutput)
         disk->checkRepairOutput->clear();
-    disk->operationInProgress = true;
-    disk->operationInProgressShowFormatTab = rightTabView->indexOf(formatTab) >= 0;
-    disk->operationInProgressShowMaintenanceTab = true;
-    disk->runningOperation = isRepair ? RunningOperation::Repair : RunningOperation::Check;
     m_outputInterval = shortestOutputInterval;
-    refreshAfterStateChange();
+    beginOperation(disk, isRepair ? RunningOperation::Repair : RunningOperation::Check);
 
     const std::shared_ptr<ShellPipe> pipe = m_platform.createShellPipe();
     // The name is taken here: the record belongs to this thread.
@@ -143,7 +137,5 @@ void ZorvexDiskManagerAppDelegate::scheduleOutputRefresh()
 
 void ZorvexDiskManagerAppDelegate::checkRepairFinished(const DiskRecord &disk)
 {
-    disk->operationInProgressShowFormatTab = false;
-    disk->operationInProgressShowMaintenanceTab = false;
     finishOperation(disk);
 }

@@ -9,12 +9,10 @@
 #include "operations/ZorvexDiskManagerFormatParams.h"
 #include "platform/Localization.h"
 #include "ui/AlertSheet.h"
-#include "ui/OutlineView.h"
 
 #include <QComboBox>
 #include <QLineEdit>
 #include <QMainWindow>
-#include <QTabWidget>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -112,16 +110,11 @@ void ZorvexDiskManagerAppDelegate::formatWarningAlertDidEnd(
 {
     if (returnCode != AlertSheet::firstButtonReturn)
         return;
-    ZorvexDiskManagerDisk &disk = *contextInfo->disk;
-    disk.operationInProgress = true;
-    disk.operationInProgressShowFormatTab = true;
-    disk.operationInProgressShowMaintenanceTab = rightTabView->indexOf(maintenanceTab) >= 0;
-    disk.runningOperation = RunningOperation::Format;
-    refreshAfterStateChange();
+    beginOperation(contextInfo->disk, RunningOperation::Format);
 
     const std::shared_ptr<ShellPipe> pipe = m_platform.createShellPipe();
     // The name is taken here: the record belongs to this thread.
-    const int error = m_platform.startThread([contextInfo, bsdName = disk.description(), relay = m_relay,
+    const int error = m_platform.startThread([contextInfo, bsdName = contextInfo->disk->description(), relay = m_relay,
                                                  pipe] { doFormat(contextInfo, bsdName, relay, *pipe); });
     if (error != 0) {
         // Nothing was tried: the volume keeps its name, too.
@@ -172,7 +165,5 @@ void ZorvexDiskManagerAppDelegate::postFormatRenameMountFinished(
     const FormatParamsRef &params, const DADissenterRef &dissenter)
 {
     reportOutcome(params->disk, u"Error while mounting %@: %@"_s, dissenter);
-    params->disk->operationInProgressShowFormatTab = false;
-    params->disk->operationInProgressShowMaintenanceTab = false;
     finishOperation(params->disk);
 }

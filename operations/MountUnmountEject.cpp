@@ -8,7 +8,6 @@
 #include "platform/Localization.h"
 #include "platform/SystemLog.h"
 #include "ui/AlertSheet.h"
-#include "ui/OutlineView.h"
 
 #include <QMainWindow>
 
@@ -70,32 +69,12 @@ DADiskCompletion completionWithContext(DiskRequestCallback callback, const DiskR
                const DADiskRef &disk, const DADissenterRef &dissenter) { callback(disk, dissenter, record); };
 }
 
-DiskRecord ZorvexDiskManagerAppDelegate::selectedDisk() const
-{
-    return leftOutlineView->itemAtRow(leftOutlineView->selectedRow());
-}
-
-void ZorvexDiskManagerAppDelegate::refreshAfterStateChange()
-{
-    leftOutlineView->reloadData();
-    outlineViewSelectionDidChange();
-}
-
-void ZorvexDiskManagerAppDelegate::finishOperation(const DiskRecord &disk)
-{
-    disk->operationInProgress = false;
-    disk->runningOperation = RunningOperation::None;
-    refreshAfterStateChange();
-}
-
 void ZorvexDiskManagerAppDelegate::clickMountUnmountButton(QObject *)
 {
     const DiskRecord disk = selectedDisk();
     if (!disk || disk->operationInProgress)
         return;
-    disk->operationInProgress = true;
-    disk->runningOperation = RunningOperation::MountUnmountEject;
-    refreshAfterStateChange();
+    beginOperation(disk, RunningOperation::MountUnmountEject);
     if (disk->volumePath)
         session->unmount(
             disk->daDisk, kDADiskUnmountOptionDefault, completionWithContext(UnmountDidUnmountDisk, disk));

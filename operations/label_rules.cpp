@@ -34,7 +34,8 @@ bool isRepresentable(const QString &label)
     return !encoder.hasError();
 }
 
-// The precomposed form; nothing for a label that has none.
+// The precomposed form; std::nullopt when there is none. Qt is not known to fail for a representable label,
+// but an empty form would pass as an empty label, which is valid.
 std::optional<QString> composed(const QString &label, const char *encoding)
 {
     QString form = label.normalized(QString::NormalizationForm_C);

@@ -23,6 +23,11 @@ const ZorvexDiskManagerDiskListItem *childrenOf(
 
 } // namespace
 
+DiskRecord ZorvexDiskManagerAppDelegate::selectedDisk() const
+{
+    return leftOutlineView->itemAtRow(leftOutlineView->selectedRow());
+}
+
 int ZorvexDiskManagerAppDelegate::outlineView_numberOfChildrenOfItem(OutlineView *, const OutlineItem &item)
 {
     const ZorvexDiskManagerDiskListItem *const first = childrenOf(item, disk_list);

@@ -41,17 +41,13 @@ QRectF ImageAndTextCell::imageFrameForCellFrame(const QRectF &frame) const
     return CellRules::imageFrame(frame, imageSize());
 }
 
-QPixmap ImageAndTextCell::imageResize(const QPixmap &image, const QSize &newSize)
+QPixmap ImageAndTextCell::imageResize(QPixmap &image, const QSize &newSize)
 {
     if (image.isNull())
         return image;
-    QPixmap resized(newSize);
-    resized.fill(Qt::transparent);
-    QPainter painter(&resized);
-    painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    painter.setCompositionMode(QPainter::CompositionMode_Source);
-    painter.drawPixmap(QRect(QPoint(0, 0), newSize), image);
-    return resized;
+    const QSize pixels = newSize * image.devicePixelRatio();
+    image = image.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    return image.copy();
 }
 
 void ImageAndTextCell::toOriginalTextViewDrawWithFrame(

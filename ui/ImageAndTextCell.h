@@ -20,9 +20,9 @@ public:
     // Where the image is reported to stand; the zero rectangle without one.
     virtual QRectF imageFrameForCellFrame(const QRectF &frame) const;
 
-    // A picture of the requested size drawn from the image, smoothly scaled; an image that holds nothing
-    // comes back as it is.
-    static QPixmap imageResize(const QPixmap &image, const QSize &newSize);
+    // Scales the image itself to the requested size, smoothly and in device-independent pixels, and returns a
+    // new picture of it. Returns a null image as it is.
+    static QPixmap imageResize(QPixmap &image, const QSize &newSize);
 
     // Draws the frame as a text field cell would, without this class's image.
     void toOriginalTextViewDrawWithFrame(const QRectF &frame, const QWidget *view, QPainter &painter) const;

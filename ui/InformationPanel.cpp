@@ -14,12 +14,15 @@
 #include "ui/OutputView.h"
 #include "ui/panel_rules.h"
 
+#include <QApplication>
 #include <QComboBox>
 #include <QFontDatabase>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTabWidget>
+
+#include <array>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -65,12 +68,13 @@ FontRules::FontSource systemFonts()
     return {
         [](int pointSize) -> std::optional<QFont> {
             QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-            font.setPointSize(pointSize);
-            return font;
+            font.setWeight(QFont::Normal);
+            return FontRules::withPointSize(font, pointSize, QApplication::font());
         },
         [](const QString &name, int pointSize) -> std::optional<QFont> {
-            return QFontDatabase::hasFamily(name) ? std::optional<QFont>(QFont(name, pointSize))
-                                                  : std::nullopt;
+            if (!QFontDatabase::hasFamily(name))
+                return std::nullopt;
+            return FontRules::withPointSize(QFont(name), pointSize, QApplication::font());
         },
     };
 }
@@ -203,22 +207,32 @@ void ZorvexDiskManagerAppDelegate::disableControls()
 
 void ZorvexDiskManagerAppDelegate::updateTabs(const ZorvexDiskManagerDisk *disk, bool canFormat)
 {
-    const auto isPresent = [this](QWidget *tab) { return rightTabView->indexOf(tab) >= 0; };
-    const auto remove = [this, isPresent](QWidget *tab) {
-        if (isPresent(tab))
-            rightTabView->removeTab(rightTabView->indexOf(tab));
+    using PanelRules::TabChange;
+    struct OptionalTab
+    {
+        QWidget *page;
+        const char *titleKey;
+        TabChange change;
     };
-    PanelRules::TabChanges changes { true, true, false, false };
-    if (disk)
-        changes = PanelRules::tabChangesFor(*disk, canFormat);
-    if (changes.removeMaintenance)
-        remove(maintenanceTab);
-    if (changes.removeFormat)
-        remove(formatTab);
-    if (changes.insertFormat && !isPresent(formatTab))
-        rightTabView->insertTab(1, formatTab, localizedString("FORMAT_TAB_TITLE"));
-    if (changes.insertMaintenance && !isPresent(maintenanceTab))
-        rightTabView->addTab(maintenanceTab, localizedString("MAINTENANCE_TAB_TITLE"));
+    // In the order in which they stand, behind the tab that is always there.
+    const std::array tabs {
+        OptionalTab { formatTab, QT_TRID_NOOP("FORMAT_TAB_TITLE"),
+            disk ? PanelRules::formatTabChange(*disk, canFormat) : TabChange::Remove },
+        OptionalTab { maintenanceTab, QT_TRID_NOOP("MAINTENANCE_TAB_TITLE"),
+            disk ? PanelRules::maintenanceTabChange(*disk) : TabChange::Remove },
+    };
+    const auto placeOf = [this](const OptionalTab &tab) { return rightTabView->indexOf(tab.page); };
+    for (auto tab = tabs.rbegin(); tab != tabs.rend(); ++tab) {
+        if (tab->change == TabChange::Remove && placeOf(*tab) >= 0)
+            rightTabView->removeTab(placeOf(*tab));
+    }
+    int place = rightTabView->indexOf(infoTab) + 1;
+    for (const OptionalTab &tab : tabs) {
+        if (tab.change == TabChange::Insert && placeOf(tab) < 0)
+            rightTabView->insertTab(place, tab.page, localizedString(tab.titleKey));
+        if (placeOf(tab) >= 0)
+            ++place;
+    }
 }
 
 void ZorvexDiskManagerAppDelegate::updateOperationBars(const ZorvexDiskManagerDisk *disk)

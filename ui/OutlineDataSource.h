@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
 // What an outline view asks of its data source and delegate. Items are disk records; the null item is the
-// root.
+// root. A drop on an item has the child index -1. This view does not save what it shows, sort its rows or
+// promise files: it asks nothing of persistent objects, sort descriptors and promised files.
 #pragma once
 
 #include "disks/ZorvexDiskManagerDisk.h"

@@ -5,6 +5,8 @@
 #include "ui/ImageAndTextCell.h"
 #include "ui/OutlineView.h"
 
+#include <QMimeData>
+
 namespace {
 
 // A data source that gave its children no end would not stop the program.
@@ -23,7 +25,7 @@ OutlineModel::~OutlineModel() = default;
 std::vector<OutlineItem> OutlineModel::childrenFromSource(const OutlineItem &item) const
 {
     std::vector<OutlineItem> children;
-    if (!m_source)
+    if (!m_source || !m_source->outlineView_isItemExpandable(m_view, item))
         return children;
     const int count = m_source->outlineView_numberOfChildrenOfItem(m_view, item);
     children.reserve(static_cast<std::size_t>(count));
@@ -261,5 +263,50 @@ QVariant OutlineModel::headerData(int section, Qt::Orientation orientation, int 
 
 Qt::ItemFlags OutlineModel::flags(const QModelIndex &index) const
 {
-    return index.isValid() ? Qt::ItemIsEnabled | Qt::ItemIsSelectable : Qt::NoItemFlags;
+    if (!index.isValid())
+        return Qt::ItemIsDropEnabled;
+    Qt::ItemFlags flags
+        = Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsDragEnabled | Qt::ItemIsDropEnabled;
+    flags.setFlag(Qt::ItemIsEditable, m_view->shouldEdit(itemAt(index), index.column()));
+    return flags;
+}
+
+bool OutlineModel::setData(const QModelIndex &index, const QVariant &value, int role)
+{
+    if (!m_source || role != Qt::EditRole || !flags(index).testFlag(Qt::ItemIsEditable))
+        return false;
+    m_source->outlineView_setObjectValue_forTableColumn_byItem(m_view, value, index.column(), itemAt(index));
+    Q_EMIT dataChanged(index, index);
+    return true;
+}
+
+QMimeData *OutlineModel::mimeData(const QModelIndexList &indexes) const
+{
+    std::vector<OutlineItem> items;
+    for (const QModelIndex &index : indexes)
+        items.push_back(itemAt(index));
+    auto pasteboard = std::make_unique<QMimeData>();
+    const bool isWritten
+        = m_source && m_source->outlineView_writeItems_toPasteboard(m_view, items, pasteboard.get());
+    return isWritten ? pasteboard.release() : nullptr; // without data the view begins no drag
+}
+
+Qt::DropActions OutlineModel::supportedDropActions() const
+{
+    return Qt::CopyAction | Qt::MoveAction | Qt::LinkAction;
+}
+
+bool OutlineModel::canDropMimeData(
+    const QMimeData *data, Qt::DropAction, int row, int, const QModelIndex &parent) const
+{
+    return m_source
+        && m_source->outlineView_validateDrop_proposedItem_proposedChildIndex(
+               m_view, data, itemAt(parent), row)
+        != Qt::IgnoreAction;
+}
+
+bool OutlineModel::dropMimeData(
+    const QMimeData *data, Qt::DropAction, int row, int, const QModelIndex &parent)
+{
+    return m_source && m_source->outlineView_acceptDrop_item_childIndex(m_view, data, itemAt(parent), row);
 }

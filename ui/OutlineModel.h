@@ -27,7 +27,7 @@ public:
 
     void setDataSource(OutlineDataSource *source) { m_source = source; }
 
-    // Asks the data source for the whole tree and for nothing else later.
+    // Asks the data source for the whole tree: for the children of every item that it calls expandable.
     void reload();
 
     // Puts in the one item by which the data source's tree now differs from the rows. False when it does not
@@ -37,8 +37,8 @@ public:
     // Rows that are shown: the children of an item that is not expanded are not. The view tells what it
     // expands.
     void setExpanded(const QModelIndex &index, bool isExpanded);
-    QModelIndex
-    anyCollapsedItem() const; // one that has children and is not expanded; invalid when there is none
+    // One that has children and is not expanded; invalid when there is none.
+    QModelIndex anyCollapsedItem() const;
     int shownRowCount() const { return m_root.shownBelow; }
     int shownRowOf(const OutlineItem &item) const; // -1 when it is not shown
     OutlineItem itemAtShownRow(int row) const; // null when there is no such row
@@ -53,6 +53,16 @@ public:
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
     Qt::ItemFlags flags(const QModelIndex &index) const override;
+
+    // The delegate says what can be edited, the data source what becomes of it, and what can be dragged and
+    // dropped.
+    bool setData(const QModelIndex &index, const QVariant &value, int role = Qt::EditRole) override;
+    QMimeData *mimeData(const QModelIndexList &indexes) const override;
+    Qt::DropActions supportedDropActions() const override;
+    bool canDropMimeData(const QMimeData *data, Qt::DropAction action, int row, int column,
+        const QModelIndex &parent) const override;
+    bool dropMimeData(const QMimeData *data, Qt::DropAction action, int row, int column,
+        const QModelIndex &parent) override;
 
 private:
     struct Node

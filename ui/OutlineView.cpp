@@ -8,6 +8,7 @@
 
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QHeaderView>
 #include <QHelpEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -68,6 +69,12 @@ OutlineView::OutlineView(QWidget *parent)
     setEditTriggers(NoEditTriggers);
     setSelectionMode(SingleSelection);
     setTextElideMode(Qt::ElideRight);
+    setDragDropMode(DragDrop);
+    header()->setSectionsClickable(true);
+    connect(header(), &QHeaderView::sectionClicked, this, [this](int column) {
+        if (m_delegate)
+            m_delegate->outlineView_didClickTableColumn(this, column);
+    });
     connect(this, &QTreeView::expanded, this,
         [this](const QModelIndex &index) { m_model->setExpanded(index, true); });
     connect(this, &QTreeView::collapsed, this, [this](const QModelIndex &index) {
@@ -110,6 +117,11 @@ ImageAndTextCell *OutlineView::preparedCell(const OutlineItem &item)
     if (m_delegate)
         m_delegate->outlineView_willDisplayCell_forTableColumn_item(this, m_cell.get(), 0, item);
     return m_cell.get();
+}
+
+bool OutlineView::shouldEdit(const OutlineItem &item, int column)
+{
+    return m_delegate && m_delegate->outlineView_shouldEditTableColumn_item(this, column, item);
 }
 
 int OutlineView::numberOfRows() const
@@ -175,8 +187,10 @@ void OutlineView::insertItem(const OutlineItem &item, const OutlineItem &parent,
 void OutlineView::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected)
 {
     QTreeView::selectionChanged(selected, deselected);
-    if (m_delegate && !m_isReloading)
-        m_delegate->outlineViewSelectionDidChange();
+    if (!m_delegate || m_isReloading)
+        return;
+    m_delegate->outlineViewSelectionIsChanging();
+    m_delegate->outlineViewSelectionDidChange();
 }
 
 void OutlineView::resizeEvent(QResizeEvent *event)

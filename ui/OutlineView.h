@@ -41,8 +41,8 @@ public:
     // changes.
     void selectRow(int row);
 
-    // Asks the data source for everything anew. The number of the selected row stays while there is such a
-    // row; the delegate is not told.
+    // Asks the data source for the whole tree again. The number of the selected row stays while there is such
+    // a row; the delegate is not told.
     void reloadData();
 
     // As reloadData() when the one thing that is new is this item, which the data source now has under the
@@ -53,6 +53,9 @@ public:
 
     // The data cell with the item's value in it, prepared by the delegate.
     ImageAndTextCell *preparedCell(const OutlineItem &item);
+
+    // Whether the delegate allows the item's name to be edited in place.
+    bool shouldEdit(const OutlineItem &item, int column);
 
     // The rectangle of the disclosure triangle in the viewport; empty for an item that cannot be expanded.
     virtual QRect frameOfOutlineCellAtRow(int row) const;

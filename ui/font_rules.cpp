@@ -7,6 +7,17 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace FontRules {
 
+QFont withPointSize(QFont font, int pointSize, const QFont &text)
+{
+    const qreal share = static_cast<qreal>(pointSize) / standardPointSize;
+    // A font has its size in either of the two.
+    if (text.pixelSize() > 0)
+        font.setPixelSize(qRound(text.pixelSize() * share));
+    else
+        font.setPointSizeF(text.pointSizeF() * share);
+    return font;
+}
+
 std::optional<QFont> outputFont(const FontSource &source)
 {
     constexpr int pointSize = 11;

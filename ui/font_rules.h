@@ -10,6 +10,13 @@
 
 namespace FontRules {
 
+// The text size that sizes in points are relative to.
+inline constexpr int standardPointSize = 13;
+
+// Gives the font this size in points, measured by the font of the application's text: a user who has chosen a
+// larger text gets a larger output, too.
+QFont withPointSize(QFont font, int pointSize, const QFont &text);
+
 // Where fonts come from: the system's own fixed-pitch font at a size in points, and a font by name.
 struct FontSource
 {
@@ -17,7 +24,7 @@ struct FontSource
     std::function<std::optional<QFont>(const QString &name, int pointSize)> namedFont;
 };
 
-// The first of the customary fixed-pitch fonts that there is.
+// The first of the customary fixed-pitch fonts that there is; std::nullopt when there is none.
 std::optional<QFont> outputFont(const FontSource &source);
 
 } // namespace FontRules

@@ -97,11 +97,4 @@ Change changeBetween(const QByteArray &shown, const QByteArray &output)
     return change;
 }
 
-QString shownText(const QByteArray &output)
-{
-    QString text;
-    appendLines(text, output, 0);
-    return text;
-}
-
 } // namespace OutputRules

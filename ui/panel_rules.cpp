@@ -28,6 +28,13 @@ Match matchOf(const ZorvexDiskManagerDisk &disk, const ZorvexDiskManagerFSBundle
     return static_cast<qint16>(subtype->longLongValue()) == disk.subtype ? Match::Exact : Match::None;
 }
 
+TabChange tabChange(const ZorvexDiskManagerDisk &disk, bool isOfUse, bool isShownByOperation)
+{
+    if (isOfUse || (disk.operationInProgress && isShownByOperation))
+        return TabChange::Insert;
+    return disk.operationInProgress ? TabChange::Keep : TabChange::Remove;
+}
+
 } // namespace
 
 bool isEjectable(const ZorvexDiskManagerDisk &disk)
@@ -92,17 +99,14 @@ Abilities abilitiesOf(const ZorvexDiskManagerDisk &disk, const std::optional<Fil
     return abilities;
 }
 
-TabChanges tabChangesFor(const ZorvexDiskManagerDisk &disk, bool canFormat)
+TabChange formatTabChange(const ZorvexDiskManagerDisk &disk, bool canFormat)
 {
-    const bool isBusy = disk.operationInProgress;
-    const bool hasVolume = disk.leaf && disk.mountable;
-    const bool isFormattable = canFormat && disk.mountable;
-    TabChanges changes;
-    changes.removeMaintenance = !(isBusy || hasVolume);
-    changes.removeFormat = !(isBusy || isFormattable);
-    changes.insertFormat = (isBusy && disk.operationInProgressShowFormatTab) || isFormattable;
-    changes.insertMaintenance = (isBusy && disk.operationInProgressShowMaintenanceTab) || hasVolume;
-    return changes;
+    return tabChange(disk, canFormat && disk.mountable, disk.operationInProgressShowFormatTab);
+}
+
+TabChange maintenanceTabChange(const ZorvexDiskManagerDisk &disk)
+{
+    return tabChange(disk, disk.leaf && disk.mountable, disk.operationInProgressShowMaintenanceTab);
 }
 
 std::optional<int> percentageIn(const QByteArray &output)

@@ -42,17 +42,14 @@ struct Abilities
 Abilities abilitiesOf(const ZorvexDiskManagerDisk &disk, const std::optional<FilesystemBundleList> &checkList,
     const std::optional<FilesystemBundleList> &repairList);
 
-// Which tabs go and which come for a disk; the format tab comes second, the maintenance tab last.
-struct TabChanges
-{
-    bool removeMaintenance = false;
-    bool removeFormat = false;
-    bool insertFormat = false;
-    bool insertMaintenance = false;
-};
-TabChanges tabChangesFor(const ZorvexDiskManagerDisk &disk, bool canFormat);
+// What becomes of a tab that is there for some disks only. One that is to be kept stays as it is, there or
+// not: while an operation is in progress no tab goes.
+enum class TabChange { Keep, Remove, Insert };
+TabChange formatTabChange(const ZorvexDiskManagerDisk &disk, bool canFormat);
+TabChange maintenanceTabChange(const ZorvexDiskManagerDisk &disk);
 
-// The percentage that the current line of a tool's output carries, 0 to 100; nothing when it carries none.
+// The percentage that the current line of a tool's output carries, 0 to 100. Returns std::nullopt when it
+// carries none.
 std::optional<int> percentageIn(const QByteArray &output);
 
 } // namespace PanelRules

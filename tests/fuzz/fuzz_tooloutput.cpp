@@ -19,6 +19,11 @@ void require(bool condition)
         std::abort();
 }
 
+QString shownText(const QByteArray &output)
+{
+    return OutputRules::changeBetween({}, output).text;
+}
+
 // Lays out the change on what is shown.
 QString changed(const QString &shown, const OutputRules::Change &change)
 {
@@ -49,8 +54,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         require(chunk.size() <= DiskutilOutputChunker::bufferSize);
         delivered.append(chunk.data(), static_cast<qsizetype>(chunk.size()));
         held.append(chunk.data(), static_cast<qsizetype>(chunk.size()));
-        require(changed(OutputRules::shownText(before), OutputRules::changeBetween(before, held.bytes()))
-            == OutputRules::shownText(held.bytes()));
+        require(changed(shownText(before), OutputRules::changeBetween(before, held.bytes()))
+            == shownText(held.bytes()));
         before = held.bytes();
     });
     for (const char byte : printed)

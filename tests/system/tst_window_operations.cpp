@@ -8,6 +8,7 @@
 #include "ui/OutputView.h"
 
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTabWidget>
@@ -70,6 +71,7 @@ class TestWindowOperations : public QObject
 
 private Q_SLOTS:
     void checkRepairAndCheckAgain();
+    void fatIsNamedByItsVariant();
     void formatsAsEveryFilesystem_data();
     void formatsAsEveryFilesystem();
 
@@ -119,6 +121,38 @@ void TestWindowOperations::checkRepairAndCheckAgain()
     QVERIFY(window.sheets().isEmpty());
     runToItsEnd(window, volume, controller.checkButton);
     QVERIFY(window.sheets().isEmpty());
+}
+
+void TestWindowOperations::fatIsNamedByItsVariant()
+{
+    struct Volume
+    {
+        QString bits;
+        QString name;
+    };
+    const QList<Volume> volumes { { u"12"_s, u"MS-DOS (FAT12)"_s }, { u"16"_s, u"MS-DOS (FAT16)"_s },
+        { u"32"_s, u"MS-DOS (FAT32)"_s } };
+    const QString dataType = QString::fromLatin1(LoopDisk::dataType);
+    const LoopDisk disk(
+        { { 8, dataType, {}, u"A"_s }, { 20, dataType, {}, u"B"_s }, { 40, dataType, {}, u"C"_s } });
+    RealWindow window;
+    const auto shown = [&window] { return window.controller().filesystemLabel->text(); };
+    for (int i = 0; i < volumes.size(); ++i) {
+        const QString node = disk.node(i + 1);
+        QCOMPARE(runProgram(u"mkfs.fat"_s, { u"-F"_s, volumes.at(i).bits, node }), 0);
+        const auto isTold = [&] {
+            const DiskRecord record = window.recordOf(node);
+            return record && record->volumeKind == u"msdos"_s && record->daDisk->filesystemSubtype();
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(isTold(), limit);
+        const DiskRecord record = window.recordOf(node);
+        QVERIFY(!record->volumePath);
+        window.select(record);
+        QCOMPARE(shown(), u"MS-DOS (FAT)"_s); // its variant is asked for when it is mounted
+        record->subtype = *record->daDisk->filesystemSubtype();
+        window.controller().outlineViewSelectionDidChange();
+        QCOMPARE(shown(), volumes.at(i).name);
+    }
 }
 
 void TestWindowOperations::formatsAsEveryFilesystem_data()

@@ -24,6 +24,7 @@ private Q_SLOTS:
     void cellIsWiderByItsStrip();
     void titleBeginsFurtherIn();
     void backgroundFillsTheStrip();
+    void withoutAnImageTheTextHasTheWholeFrame();
     void textColors_data();
     void textColors();
     void textIsDrawnInItsPlaceAndColor_data();
@@ -144,12 +145,37 @@ void TestCells::titleBeginsFurtherIn()
 
 void TestCells::backgroundFillsTheStrip()
 {
-    ImageAndTextCell cell;
-    cell.setImage(redImage());
-    cell.drawsBackground = true;
-    cell.backgroundColor = Qt::green;
-    QCOMPARE(extentOf(drawn(cell), Qt::green), frame);
-    QCOMPARE(drawn(cell).pixelColor(11, 10), QColor(Qt::green));
+    ImageAndTextCell plain;
+    ImageAndTextCellFlipped mirrored;
+    for (ImageAndTextCell *cell : { &plain, static_cast<ImageAndTextCell *>(&mirrored) }) {
+        cell->setImage(redImage());
+        cell->drawsBackground = true;
+        cell->backgroundColor = Qt::green;
+        const QImage image = drawn(*cell);
+        QCOMPARE(extentOf(image, Qt::green), frame);
+        // Above the image and below it, and in the margin before it.
+        const int x = cell == &plain ? 13 : 144;
+        for (const QPoint &point : { QPoint(x, 0), QPoint(x + 15, 19), QPoint(x - 1, 10) })
+            QCOMPARE(image.pixelColor(point), QColor(Qt::green));
+    }
+}
+
+void TestCells::withoutAnImageTheTextHasTheWholeFrame()
+{
+    // The base cell's frame begins at the frame's left edge and its text where the title does.
+    ImageAndTextCell plain;
+    ImageAndTextCellFlipped mirrored;
+    for (ImageAndTextCell *cell : { &plain, static_cast<ImageAndTextCell *>(&mirrored) }) {
+        cell->drawsBackground = true;
+        cell->backgroundColor = Qt::green;
+        cell->palette.setColor(QPalette::Text, Qt::blue);
+        QCOMPARE(extentOf(drawn(*cell), Qt::green), frame);
+        cell->drawsBackground = false;
+        cell->stringValue = QString(200, QChar(0x2588)); // full blocks, more than fit
+        const QRect text = extentOf(drawn(*cell), Qt::blue);
+        QVERIFY2(text.left() <= 14 && text.right() > 140,
+            qPrintable(u"%1 to %2"_s.arg(text.left()).arg(text.right())));
+    }
 }
 
 void TestCells::textColors_data()
@@ -285,10 +311,19 @@ void TestCells::editorLeavesOutTheStrip()
 
 void TestCells::imageIsResized()
 {
-    QVERIFY(ImageAndTextCell::imageResize(QPixmap(), QSize(4, 4)).isNull());
-    const QPixmap resized = ImageAndTextCell::imageResize(redImage(), QSize(40, 20));
-    QCOMPARE(resized.size(), QSize(40, 20));
-    QCOMPARE(extentOf(resized.toImage(), Qt::red), QRect(0, 0, 40, 20));
+    QPixmap none;
+    QVERIFY(ImageAndTextCell::imageResize(none, QSize(4, 4)).isNull());
+    QVERIFY(none.isNull());
+    for (const qreal ratio : { 1.0, 2.0 }) {
+        QPixmap source = redImage();
+        source.setDevicePixelRatio(ratio);
+        const QPixmap resized = ImageAndTextCell::imageResize(source, QSize(40, 20));
+        QCOMPARE(resized.deviceIndependentSize(), QSizeF(40, 20));
+        QCOMPARE(extentOf(resized.toImage(), Qt::red), QRect(QPoint(0, 0), QSize(40, 20) * ratio));
+        // The source gets the size, too, and is another picture.
+        QCOMPARE(source.deviceIndependentSize(), QSizeF(40, 20));
+        QVERIFY(source.cacheKey() != resized.cacheKey());
+    }
 }
 
 QTEST_MAIN(TestCells)

@@ -4,6 +4,7 @@
 // after.
 #include "tests/support/TestController.h"
 #include "tests/support/WindowTime.h"
+#include "tests/ui/SheetWatch.h"
 
 #include "ui/AlertSheet.h"
 #include "ui/OperationBar.h"
@@ -186,9 +187,11 @@ void TestCheckRepair::verdictOfACheck()
 {
     CheckTest test("echo broken\nexit 1\n");
     test.log.clear();
+    const SheetWatch watch(test.record);
     test.controller().checkButton->click();
     QTRY_VERIFY(!test.record->operationInProgress);
     QCOMPARE(test.sheets().size(), 1);
+    QCOMPARE(watch.wasBusy, QList { true }); // the alert comes before the end
     QCOMPARE(test.alertText(),
         u"Encountered errors when checking the volume.\nFilesystem needs to be repaired."_s);
     QCOMPARE(test.log.lines().size(), 2); // what was run, and what came of it

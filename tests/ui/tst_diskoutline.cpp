@@ -9,8 +9,10 @@
 #include "ui/OutlineView.h"
 
 #include <QAbstractItemModelTester>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMimeData>
 #include <QScrollBar>
 #include <QTabWidget>
 #include <QTest>
@@ -29,6 +31,11 @@ private Q_SLOTS:
     void emptyTreeHasNoRowsAndNoExpandableRoot();
     void childBeyondTheLastIsTheFirst();
     void treeCannotBeChangedOrSaved();
+    void onlyExpandableItemsAreAskedForChildren();
+    void delegateDecidesOnEditing();
+    void dataSourceDecidesOnADrag();
+    void dataSourceDecidesOnADrop();
+    void clickOnTheHeaderIsTold();
     void collapsedDiskStaysCollapsedThroughAReload();
     void whatACollapseHidesIsNotSelected();
     void collapseKeepsTheSelectionElsewhere();
@@ -43,6 +50,7 @@ private Q_SLOTS:
     void closedTriangleLeadsToItsRow_data();
     void closedTriangleLeadsToItsRow();
     void mirroredViewFillsItsContainer();
+    void plainViewIsNotFittedToItsContainer();
 };
 
 namespace {
@@ -52,12 +60,90 @@ class CountingController : public ZorvexDiskManagerAppDelegate
 {
 public:
     using ZorvexDiskManagerAppDelegate::ZorvexDiskManagerAppDelegate;
+    void outlineViewSelectionIsChanging() override
+    {
+        ++selectionIsChanging;
+        ZorvexDiskManagerAppDelegate::outlineViewSelectionIsChanging();
+    }
     void outlineViewSelectionDidChange() override
     {
         ++selectionChanges;
+        isToldBefore = selectionIsChanging == selectionChanges;
         ZorvexDiskManagerAppDelegate::outlineViewSelectionDidChange();
     }
+    int selectionIsChanging = 0;
     int selectionChanges = 0;
+    bool isToldBefore = false; // that the selection was about to change, at the last change
+};
+
+// Notes what the view asks, and answers as it is told to or as the program does.
+class AskedController : public ZorvexDiskManagerAppDelegate
+{
+public:
+    using ZorvexDiskManagerAppDelegate::ZorvexDiskManagerAppDelegate;
+    bool outlineView_isItemExpandable(OutlineView *view, const OutlineItem &item) override
+    {
+        return isExpandable && ZorvexDiskManagerAppDelegate::outlineView_isItemExpandable(view, item);
+    }
+    bool outlineView_shouldEditTableColumn_item(
+        OutlineView *view, int column, const OutlineItem &item) override
+    {
+        return isEditable
+            || ZorvexDiskManagerAppDelegate::outlineView_shouldEditTableColumn_item(view, column, item);
+    }
+    void outlineView_setObjectValue_forTableColumn_byItem(
+        OutlineView *view, const QVariant &value, int column, const OutlineItem &item) override
+    {
+        asked += u"set %1 of %2"_s.arg(value.toString(), item->description());
+        ZorvexDiskManagerAppDelegate::outlineView_setObjectValue_forTableColumn_byItem(
+            view, value, column, item);
+    }
+    bool outlineView_writeItems_toPasteboard(
+        OutlineView *view, const std::vector<OutlineItem> &items, QMimeData *pasteboard) override
+    {
+        asked += u"write "_s + items.at(0)->description();
+        pasteboard->setText(u"written"_s);
+        return isDraggable
+            || ZorvexDiskManagerAppDelegate::outlineView_writeItems_toPasteboard(view, items, pasteboard);
+    }
+    Qt::DropAction outlineView_validateDrop_proposedItem_proposedChildIndex(
+        OutlineView *view, const QMimeData *drop, const OutlineItem &item, int index) override
+    {
+        asked += u"validate %1 at %2"_s.arg(item ? item->description() : u"root"_s).arg(index);
+        return validated == Qt::IgnoreAction
+            ? ZorvexDiskManagerAppDelegate::outlineView_validateDrop_proposedItem_proposedChildIndex(
+                  view, drop, item, index)
+            : validated;
+    }
+    bool outlineView_acceptDrop_item_childIndex(
+        OutlineView *view, const QMimeData *drop, const OutlineItem &item, int index) override
+    {
+        asked += u"accept %1 at %2"_s.arg(item ? item->description() : u"root"_s).arg(index);
+        return isDroppable
+            || ZorvexDiskManagerAppDelegate::outlineView_acceptDrop_item_childIndex(view, drop, item, index);
+    }
+    void outlineView_didClickTableColumn(OutlineView *view, int column) override
+    {
+        asked += u"clicked column %1"_s.arg(column);
+        ZorvexDiskManagerAppDelegate::outlineView_didClickTableColumn(view, column);
+    }
+
+    QStringList asked;
+    bool isExpandable = true;
+    bool isEditable = false;
+    bool isDraggable = false;
+    Qt::DropAction validated = Qt::IgnoreAction;
+    bool isDroppable = false;
+};
+
+// The window with a disk and its volume.
+struct AskedTest : TestController
+{
+    AskedTest();
+    AskedController &asked() { return static_cast<AskedController &>(controller()); }
+    OutlineView *view() { return controller().leftOutlineView; }
+    QAbstractItemModel *model() { return view()->model(); }
+    QModelIndex diskIndex() { return model()->index(0, 0); }
 };
 
 void addDiskWithVolume(TestController &test)
@@ -66,6 +152,14 @@ void addDiskWithVolume(TestController &test)
     disk->description->insert(DAKey::mediaLeaf, false);
     test.add(disk);
     test.add(makePartition(u"disk2s1"_s, 1024));
+}
+
+AskedTest::AskedTest()
+{
+    makeController
+        = [](const ApplicationPlatform &platform) { return std::make_unique<AskedController>(platform); };
+    launch();
+    addDiskWithVolume(*this);
 }
 
 } // namespace
@@ -194,10 +288,99 @@ void TestDiskOutline::treeCannotBeChangedOrSaved()
     QVERIFY(!source.outlineView_shouldEditTableColumn_item(nullptr, 0, disk));
     const OutlineView *const view = source.leftOutlineView;
     const QModelIndex index = view->model()->index(0, 0);
-    QVERIFY(!index.flags().testAnyFlags(Qt::ItemIsEditable | Qt::ItemIsDragEnabled | Qt::ItemIsDropEnabled));
+    QVERIFY(!index.flags().testFlag(Qt::ItemIsEditable));
+    QVERIFY(!view->model()->setData(index, u"x"_s));
+    QCOMPARE(index.data(), QVariant(u"disk2"_s));
     QCOMPARE(view->editTriggers(), QAbstractItemView::NoEditTriggers);
-    QVERIFY(!view->acceptDrops() || view->dragDropMode() == QAbstractItemView::NoDragDrop);
+    const std::unique_ptr<QMimeData> dragged(view->model()->mimeData({ index }));
+    QVERIFY(!dragged);
     QVERIFY(!view->isSortingEnabled());
+}
+
+void TestDiskOutline::onlyExpandableItemsAreAskedForChildren()
+{
+    AskedTest test;
+    QVERIFY(test.model()->hasChildren(test.diskIndex()));
+    test.asked().isExpandable = false;
+    test.view()->reloadData();
+    QCOMPARE(test.rowNames(), QStringList());
+    test.asked().isExpandable = true;
+    test.view()->reloadData();
+    QVERIFY(test.model()->hasChildren(test.diskIndex()));
+    QVERIFY(!test.model()->hasChildren(test.model()->index(0, 0, test.diskIndex())));
+}
+
+void TestDiskOutline::delegateDecidesOnEditing()
+{
+    AskedTest test;
+    QVERIFY(!test.model()->setData(test.diskIndex(), u"new"_s));
+    QCOMPARE(test.asked().asked, QStringList());
+    test.asked().isEditable = true;
+    QVERIFY(test.diskIndex().flags().testFlag(Qt::ItemIsEditable));
+    QVERIFY(test.model()->setData(test.diskIndex(), u"new"_s));
+    QCOMPARE(test.asked().asked, QStringList { u"set new of disk2"_s });
+    QCOMPARE(test.diskIndex().data(), QVariant(u"disk2"_s)); // the data source takes no value
+}
+
+void TestDiskOutline::dataSourceDecidesOnADrag()
+{
+    AskedTest test;
+    QVERIFY(QTest::qWaitForWindowExposed(&test.window()));
+    QWidget *const viewport = test.view()->viewport();
+    const QPoint name = test.view()->frameOfCellAtColumn(0, 1).center();
+    const QPoint above = test.view()->frameOfCellAtColumn(0, 0).center();
+    QTest::mousePress(viewport, Qt::LeftButton, {}, name);
+    for (const QPoint &position : { name + QPoint(1, 0), name + QPoint(50, 0), above }) {
+        QMouseEvent move(QEvent::MouseMove, position, viewport->mapToGlobal(position), Qt::NoButton,
+            Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(viewport, &move);
+    }
+    QTest::mouseRelease(viewport, Qt::LeftButton, {}, above);
+    QCOMPARE(test.asked().asked, QStringList { u"write disk2s1"_s });
+    // Where no drag begins, the mouse goes on to select.
+    QCOMPARE(test.view()->selectedRow(), 0);
+
+    test.asked().isDraggable = true;
+    const std::unique_ptr<QMimeData> dragged(test.model()->mimeData({ test.diskIndex() }));
+    QVERIFY(dragged);
+    QCOMPARE(dragged->text(), u"written"_s);
+}
+
+void TestDiskOutline::dataSourceDecidesOnADrop()
+{
+    AskedTest test;
+    QVERIFY(QTest::qWaitForWindowExposed(&test.window()));
+    QWidget *const viewport = test.view()->viewport();
+    const QPoint name = test.view()->frameOfCellAtColumn(0, 0).center();
+    QMimeData text;
+    text.setText(u"text"_s);
+    const auto isTaken = [&] {
+        QDragEnterEvent enter(name, Qt::CopyAction, &text, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(viewport, &enter);
+        QDragMoveEvent move(name, Qt::CopyAction, &text, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(viewport, &move);
+        return move.isAccepted();
+    };
+    QVERIFY(!isTaken());
+    QVERIFY(test.asked().asked.contains(u"validate disk2 at -1"_s));
+    test.asked().validated = Qt::CopyAction;
+    QVERIFY(isTaken());
+
+    test.asked().asked.clear();
+    QVERIFY(!test.model()->dropMimeData(&text, Qt::CopyAction, 0, 0, {}));
+    test.asked().isDroppable = true;
+    QVERIFY(test.model()->dropMimeData(&text, Qt::CopyAction, -1, -1, test.diskIndex()));
+    QCOMPARE(test.asked().asked, (QStringList { u"accept root at 0"_s, u"accept disk2 at -1"_s }));
+}
+
+void TestDiskOutline::clickOnTheHeaderIsTold()
+{
+    AskedTest test;
+    QVERIFY(QTest::qWaitForWindowExposed(&test.window()));
+    test.view()->setHeaderHidden(false);
+    QHeaderView *const header = test.view()->header();
+    QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, header->viewport()->rect().center());
+    QCOMPARE(test.asked().asked, QStringList { u"clicked column 0"_s });
 }
 
 void TestDiskOutline::collapsedDiskStaysCollapsedThroughAReload()
@@ -273,9 +456,10 @@ void TestDiskOutline::selectionIsToldOnce()
     test.launch();
     addDiskWithVolume(test);
     auto &controller = static_cast<CountingController &>(test.controller());
-    controller.selectionChanges = 0;
+    controller.selectionIsChanging = controller.selectionChanges = 0;
     controller.leftOutlineView->selectRow(0);
     QCOMPARE(controller.selectionChanges, 1);
+    QVERIFY(controller.isToldBefore);
     controller.leftOutlineView->selectRow(0);
     QCOMPARE(controller.selectionChanges, 1);
     controller.leftOutlineView->reloadData();
@@ -427,6 +611,21 @@ void TestDiskOutline::mirroredViewFillsItsContainer()
     }
     test.controller().outlineView_child_ofItem(view, 0, nullptr);
     QCOMPARE(view->size(), container);
+    // It tells its new width, and is fitted again.
+    view->resize(50, 50);
+    QCOMPARE(view->size(), container);
+}
+
+void TestDiskOutline::plainViewIsNotFittedToItsContainer()
+{
+    TestController test;
+    test.launch();
+    OutlineView *const view = test.controller().leftOutlineView;
+    view->resize(50, 50);
+    test.controller().resizeOutlineView();
+    test.controller().outlineViewColumnDidResize();
+    test.controller().outlineView_child_ofItem(view, 0, nullptr);
+    QCOMPARE(view->size(), QSize(50, 50));
 }
 
 QTEST_MAIN(TestDiskOutline)

@@ -2,6 +2,7 @@
 //
 // A format from the button to its end, with a program of the test's own in the tool's place.
 #include "tests/support/TestController.h"
+#include "tests/ui/SheetWatch.h"
 
 #include "ui/AlertSheet.h"
 #include "ui/OutlineView.h"
@@ -17,6 +18,15 @@
 using namespace Qt::Literals::StringLiterals;
 
 using Kind = MemoryDiskService::RequestKind;
+
+// Who holds the run loop of the main thread: the controller, and each format that has recorded it.
+struct ControllerTest
+{
+    static long runLoopReferences(const ZorvexDiskManagerAppDelegate &controller)
+    {
+        return controller.m_relay.use_count();
+    }
+};
 
 namespace {
 
@@ -89,6 +99,9 @@ private Q_SLOTS:
     void labelsOfTheFormatter_data();
     void labelsOfTheFormatter();
     void ownFilesystemIsRenamedUnmountedAndMounted();
+    void labelTravelsAsItWasTyped_data();
+    void labelTravelsAsItWasTyped();
+    void runLoopOfTheCallerIsRecorded();
     void confirmationNamesTheMedium();
     void cancelSetsNoFlag();
     void keysOnTheConfirmation_data();
@@ -148,6 +161,37 @@ void TestFormat::ownFilesystemIsRenamedUnmountedAndMounted()
     test.service.completeRequest();
     QVERIFY(!test.isBusy() && !test.record->operationInProgressShowFormatTab);
     QVERIFY(test.sheets().isEmpty());
+}
+
+void TestFormat::labelTravelsAsItWasTyped_data()
+{
+    QTest::addColumn<QString>("typed");
+    QTest::newRow("decomposed") << QString(u"Cafe"_s + QChar(0x301));
+    QTest::newRow("composed") << QString(u"Caf"_s + QChar(0xE9));
+    QTest::newRow("outer blanks") << u"  My Data "_s;
+    QTest::newRow("mixed case") << u"mUSIC"_s;
+}
+
+void TestFormat::labelTravelsAsItWasTyped()
+{
+    QFETCH(const QString, typed);
+    FormatTest test;
+    test.run(u"exfat"_s, typed);
+    QTRY_VERIFY(!test.isBusy());
+    QCOMPARE(test.toolArguments(), u"eraseVolume|P exfat|%1|/dev/disk2s1|"_s.arg(typed));
+    test.run(u"zorvex_ntfs"_s, typed);
+    QTRY_COMPARE(test.service.requests().size(), std::size_t { 1 });
+    QCOMPARE(test.service.requests().front().name, typed);
+}
+
+void TestFormat::runLoopOfTheCallerIsRecorded()
+{
+    FormatTest test;
+    const long before = ControllerTest::runLoopReferences(test.controller());
+    test.press(u"exfat"_s, QString());
+    QCOMPARE(ControllerTest::runLoopReferences(test.controller()), before + 1);
+    test.endSheet(cancel);
+    QTRY_COMPARE(ControllerTest::runLoopReferences(test.controller()), before);
 }
 
 void TestFormat::confirmationNamesTheMedium()
@@ -302,22 +346,29 @@ void TestFormat::eraseThatFailsIsReportedAndTheChainGoesOn()
 void TestFormat::eachRefusalOfTheChainIsReported_data()
 {
     QTest::addColumn<int>("step");
+    QTest::addColumn<DAReturn>("status");
     QTest::addColumn<QString>("text");
-    QTest::newRow("rename") << 0 << u"Error while renaming disk2s1: kDAReturnBusy"_s;
-    QTest::newRow("unmount") << 1 << u"Error while unmounting disk2s1: kDAReturnBusy"_s;
-    QTest::newRow("mount") << 2 << u"Error while mounting disk2s1: kDAReturnBusy"_s;
+    QTest::newRow("rename") << 0 << DAReturn::Busy << u"Error while renaming disk2s1: kDAReturnBusy"_s;
+    QTest::newRow("unmount") << 1 << DAReturn::Busy << u"Error while unmounting disk2s1: kDAReturnBusy"_s;
+    QTest::newRow("mount") << 2 << DAReturn::Busy << u"Error while mounting disk2s1: kDAReturnBusy"_s;
+    // The text for a file system that is not supported is that of the button alone.
+    QTest::newRow("mount of what is not supported")
+        << 2 << DAReturn::Unsupported << u"Error while mounting disk2s1: kDAReturnUnsupported"_s;
 }
 
 void TestFormat::eachRefusalOfTheChainIsReported()
 {
     QFETCH(const int, step);
+    QFETCH(const DAReturn, status);
     QFETCH(const QString, text);
     FormatTest test;
     test.run(u"zorvex_ntfs"_s, u"Data"_s);
     QTRY_COMPARE(test.service.requests().size(), std::size_t { 1 });
+    const SheetWatch watch(test.record);
     for (int i = 0; i < 3; ++i)
-        test.service.completeRequest(i == step ? makeDissenter(DAReturn::Busy) : nullptr);
+        test.service.completeRequest(i == step ? makeDissenter(status) : nullptr);
     QCOMPARE(test.alertText(), text);
+    QCOMPARE(watch.wasBusy, QList { true });
     QVERIFY(!test.isBusy());
 }
 

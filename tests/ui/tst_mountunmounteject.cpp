@@ -3,6 +3,7 @@
 // The button that mounts, unmounts and ejects.
 #include "platform/Localization.h"
 #include "tests/support/TestController.h"
+#include "tests/ui/SheetWatch.h"
 #include "ui/AlertSheet.h"
 #include "ui/ImageButton.h"
 #include "ui/OutlineView.h"
@@ -24,6 +25,8 @@ private Q_SLOTS:
     void mountRefreshesTheRecord();
     void refusedMountIsReported_data();
     void refusedMountIsReported();
+    void outcomeIsReportedBeforeTheEnd_data();
+    void outcomeIsReportedBeforeTheEnd();
     void refusedUnmountOffersForce();
     void cancelLeavesTheVolumeMounted();
     void keysOnTheForceDialog_data();
@@ -158,23 +161,61 @@ void TestMountUnmountEject::mountRefreshesTheRecord()
 void TestMountUnmountEject::refusedMountIsReported_data()
 {
     QTest::addColumn<quint32>("status");
+    QTest::addColumn<std::optional<QString>>("words"); // the service's own
     QTest::addColumn<QString>("reason");
-    QTest::newRow("busy") << 0xF8DA0002 << u"kDAReturnBusy"_s;
-    QTest::newRow("unsupported") << 0xF8DA000C << u"No supported file system found."_s;
+    const auto none = std::optional<QString>();
+    const auto words = std::optional<QString>(u"words of the service"_s);
+    const QString unsupported = u"No supported file system found."_s;
+    QTest::newRow("busy") << 0xF8DA0002 << none << u"kDAReturnBusy"_s;
+    QTest::newRow("busy, in words") << 0xF8DA0002 << words << u"words of the service"_s;
+    QTest::newRow("unsupported") << 0xF8DA000C << none << unsupported;
+    QTest::newRow("unsupported, in words") << 0xF8DA000C << words << unsupported;
 }
 
 void TestMountUnmountEject::refusedMountIsReported()
 {
     QFETCH(quint32, status);
+    QFETCH(std::optional<QString>, words);
     QFETCH(QString, reason);
     const auto f = launched();
     click(*f, u"disk2s1"_s);
-    f->test.service.completeRequest(makeDissenter(static_cast<DAReturn>(status)));
+    f->test.service.completeRequest(makeDissenter(static_cast<DAReturn>(status), words));
     QCOMPARE(f->test.sheets().size(), 1);
     QCOMPARE(f->test.sheets().constFirst()->text(), u"Error"_s);
     QCOMPARE(f->test.sheets().constFirst()->informativeText(),
         QString(u"Error while mounting disk2s1: "_s + reason));
     QVERIFY(!isBusy(*f, u"disk2s1"_s));
+}
+
+void TestMountUnmountEject::outcomeIsReportedBeforeTheEnd_data()
+{
+    QTest::addColumn<QString>("bsdName");
+    QTest::addColumn<QString>("mountPoint");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("mount") << u"disk2s1"_s << QString() << u"Error while mounting disk2s1: kDAReturnBusy"_s;
+    QTest::newRow("unmount") << u"disk2s1"_s << u"/media/A"_s
+                             << u"Error while unmounting disk2s1: kDAReturnBusy"_s;
+    QTest::newRow("eject") << u"disk2"_s << QString() << u"Error while ejecting disk2: kDAReturnBusy"_s;
+}
+
+void TestMountUnmountEject::outcomeIsReportedBeforeTheEnd()
+{
+    QFETCH(QString, bsdName);
+    QFETCH(QString, mountPoint);
+    QFETCH(QString, text);
+    const auto f = launched(mountPoint);
+    click(*f, bsdName);
+    if (!mountPoint.isEmpty()) {
+        f->test.service.completeRequest(makeDissenter(DAReturn::Busy));
+        press(f->test.sheets().constFirst(), firstButton);
+    } else if (bsdName == "disk2"_L1) {
+        f->test.service.completeRequest();
+    }
+    const SheetWatch watch(f->test.recordOf(bsdName));
+    f->test.service.completeRequest(makeDissenter(DAReturn::Busy));
+    QCOMPARE(f->test.sheets().constFirst()->informativeText(), text);
+    QCOMPARE(watch.wasBusy, QList { true });
+    QVERIFY(!isBusy(*f, bsdName));
 }
 
 void TestMountUnmountEject::refusedUnmountOffersForce()

@@ -3,15 +3,19 @@
 // The information panel: what it shows of the selected medium.
 #include "platform/Localization.h"
 #include "tests/support/TestController.h"
+#include "ui/ImageAndTextCell.h"
 #include "ui/ImageButton.h"
 #include "ui/LinkTextView.h"
 #include "ui/OutlineView.h"
 #include "ui/OutputView.h"
 
+#include <QApplication>
 #include <QComboBox>
+#include <QFontDatabase>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QStandardItemModel>
 #include <QTabWidget>
 #include <QTest>
@@ -39,6 +43,15 @@ private Q_SLOTS:
     void hostileNamesArePlain();
     void menuFollowsTheSelectedSize();
     void menuStaysWhenTheBundlesCannotBeRead();
+    void outputHasTheFixedPitchFont();
+    void rowHasTheSmallIconAndThePanelTheBigOne_data();
+    void rowHasTheSmallIconAndThePanelTheBigOne();
+    void pictureOfTheButton();
+    void missingImageIsNone();
+    void nameOfAMedium_data();
+    void nameOfAMedium();
+    void volumeDataThatIsNotAskedForIsNotRead();
+    void tabStaysWhenAnotherVolumeIsSelected();
 
 private:
     static MemoryDiskRef makeVolume(const QString &name);
@@ -60,6 +73,17 @@ void mount(TestController &test, const MemoryDiskRef &volume, std::optional<quin
     test.mountTable->mounted = { { "/dev/disk2s1", "/media/A", { 1, 2 }, subtype } };
     test.mountTable->ids["/media/A"] = { 1, 2 };
     test.mountTable->freeSpaces["/media/A"] = 40'000'000;
+}
+
+QImage pictureOf(const QPixmap &pixmap)
+{
+    return pixmap.toImage().convertToFormat(QImage::Format_ARGB32_Premultiplied);
+}
+
+// The file as it is among the program's resources.
+QImage pictureFile(const QString &name)
+{
+    return QImage(u":/images/"_s + name).convertToFormat(QImage::Format_ARGB32_Premultiplied);
 }
 
 QByteArray subtypeXml(int subtype)
@@ -366,6 +390,145 @@ void TestPanel::menuStaysWhenTheBundlesCannotBeRead()
     QCOMPARE(test.log.lines(), QStringList { u"Error while creating filesystem bundle lists."_s });
     QCOMPARE(menu->count(), 1);
     QCOMPARE(menu->currentIndex(), 0);
+}
+
+void TestPanel::outputHasTheFixedPitchFont()
+{
+    const QFont before = QApplication::font();
+    const auto restore = qScopeGuard([&before] { QApplication::setFont(before); });
+    QFont text = before;
+    text.setPointSizeF(26);
+    QApplication::setFont(text);
+    TestController test;
+    test.launch();
+    test.add(makeVolume(u"DATA"_s));
+    const auto outputFont = [&test] { return test.controller().checkRepairOutputView->font(); };
+    test.select(u"disk2s1"_s);
+    QVERIFY(outputFont().pointSizeF() > 23); // nothing is set where there is no output
+    test.recordOf(u"disk2s1"_s)->checkRepairOutput.emplace();
+    test.controller().outlineViewSelectionDidChange();
+    QCOMPARE(outputFont().family(), QFontDatabase::systemFont(QFontDatabase::FixedFont).family());
+    QCOMPARE(outputFont().pointSizeF(), 22.0); // 11 of 13
+    QCOMPARE(outputFont().weight(), QFont::Normal);
+    // It follows the text.
+    text.setPointSizeF(13);
+    QApplication::setFont(text);
+    test.controller().outlineViewSelectionDidChange();
+    QCOMPARE(outputFont().pointSizeF(), 11.0);
+}
+
+void TestPanel::rowHasTheSmallIconAndThePanelTheBigOne_data()
+{
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<QString>("small");
+    QTest::addColumn<QString>("big");
+    QTest::newRow("other") << u"msdos"_s << u"drive_icon.png"_s << u"drive_icon_big.png"_s;
+    QTest::newRow("own") << u"zorvex_exfat"_s << u"drive_icon_zvx.png"_s << u"drive_icon_big.png"_s;
+    QTest::newRow("own NTFS") << u"zorvex_ntfs"_s << u"drive_icon_zvx.png"_s << u"drive_icon_zvx_big.png"_s;
+}
+
+void TestPanel::rowHasTheSmallIconAndThePanelTheBigOne()
+{
+    QFETCH(const QString, kind);
+    QFETCH(const QString, small);
+    QFETCH(const QString, big);
+    TestController test;
+    test.launch();
+    const MemoryDiskRef volume = makeVolume(u"DATA"_s);
+    volume->description->insert(DAKey::volumeKind, kind);
+    const DiskRecord record = test.add(volume);
+    test.select(u"disk2s1"_s);
+    OutlineView *const view = test.controller().leftOutlineView;
+    QCOMPARE(pictureOf(view->preparedCell(record)->image().value_or(QPixmap())), pictureFile(small));
+    QCOMPARE(pictureOf(test.controller().infoBigImageField->pixmap(Qt::ReturnByValue)), pictureFile(big));
+}
+
+void TestPanel::pictureOfTheButton()
+{
+    TestController test;
+    test.launch();
+    const MemoryDiskRef disk = makeDisk(u"disk2"_s);
+    disk->description->insert(DAKey::mediaLeaf, false);
+    test.add(disk);
+    const MemoryDiskRef volume = makeVolume(u"DATA"_s);
+    mount(test, volume);
+    test.add(volume);
+    const auto picture = [&test] {
+        return pictureOf(test.controller().mountUnmountButton->icon().pixmap(QSize(16, 16), 1));
+    };
+    QVERIFY(pictureFile(u"drive_mount.png"_s) != pictureFile(u"drive_unmount.png"_s));
+    test.select(u"disk2s1"_s);
+    QCOMPARE(picture(), pictureFile(u"drive_unmount.png"_s));
+    setMounted(volume, {});
+    test.service.changeDisk(volume);
+    QCOMPARE(picture(), pictureFile(u"drive_mount.png"_s));
+    test.select(u"disk2"_s); // which is ejected
+    QCOMPARE(picture(), pictureFile(u"drive_unmount.png"_s));
+}
+
+void TestPanel::missingImageIsNone()
+{
+    TestController test;
+    test.launch();
+    QVERIFY(test.controller().getImageNamed(u"drive_icon.png"_s));
+    QVERIFY(!test.controller().getImageNamed(u"drive_icon_other.png"_s));
+}
+
+void TestPanel::nameOfAMedium_data()
+{
+    QTest::addColumn<std::optional<QString>>("volume");
+    QTest::addColumn<std::optional<QString>>("media");
+    QTest::addColumn<QString>("name");
+    using Name = std::optional<QString>;
+    QTest::newRow("volume") << Name(u"DATA"_s) << Name(u"Stick"_s) << u"DATA"_s;
+    QTest::newRow("no volume") << Name() << Name(u"Stick"_s) << u"Stick"_s;
+    QTest::newRow("volume without a name") << Name(QString()) << Name(u"Stick"_s) << u"Stick"_s;
+    QTest::newRow("neither") << Name() << Name() << u"disk2s1"_s;
+    QTest::newRow("neither has a name") << Name(QString()) << Name(QString()) << u"disk2s1"_s;
+}
+
+void TestPanel::nameOfAMedium()
+{
+    QFETCH(const std::optional<QString>, volume);
+    QFETCH(const std::optional<QString>, media);
+    ZorvexDiskManagerDisk disk;
+    disk.volumeName = volume;
+    disk.mediaName = media;
+    disk.bsdName = u"disk2s1"_s;
+    QTEST(ZorvexDiskManagerAppDelegate::getDisplayNameForDisk(disk), "name");
+}
+
+void TestPanel::volumeDataThatIsNotAskedForIsNotRead()
+{
+    TestController test;
+    test.launch();
+    const MemoryDiskRef volume = makeVolume(u"DATA"_s);
+    mount(test, volume, 0xFFFE);
+    const DiskRecord record = test.add(volume);
+    qint16 subtype = 0;
+    QVERIFY(test.controller().getVolumeData(*record, nullptr, &subtype));
+    QCOMPARE(subtype, qint16 { -2 });
+    QVERIFY(test.mountTable->queriedPaths.empty());
+    QVERIFY(test.controller().getVolumeData(*record, nullptr, nullptr));
+    qint64 freeSpace = 0;
+    QVERIFY(test.controller().getVolumeData(*record, &freeSpace, nullptr));
+    QCOMPARE(freeSpace, qint64 { 40'000'000 });
+}
+
+void TestPanel::tabStaysWhenAnotherVolumeIsSelected()
+{
+    TestController test;
+    test.launch();
+    test.add(makeVolume(u"DATA"_s));
+    test.add(makePartition(u"disk2s2"_s, 2048, u"MORE"_s));
+    const auto &panel = test.controller();
+    for (QWidget *const tab : { panel.infoTab, panel.formatTab, panel.maintenanceTab }) {
+        test.select(u"disk2s1"_s);
+        panel.rightTabView->setCurrentWidget(tab);
+        test.select(u"disk2s2"_s);
+        QCOMPARE(panel.bsdNameLabel->text(), u"disk2s2"_s);
+        QCOMPARE(panel.rightTabView->currentWidget(), tab);
+    }
 }
 
 QTEST_MAIN(TestPanel)

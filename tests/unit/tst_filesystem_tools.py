@@ -37,6 +37,25 @@ EXECUTABLES = {
     "xfs/repair": ["xfs_repair"],
 }
 
+# How each executable calls them then. A check never lets a tool write.
+CALLS = {
+    "btrfs/verify": ["btrfs check --readonly --progress DEVICE"],
+    "btrfs/repair": ["btrfs check --readonly --progress DEVICE"],
+    "exfat/verify": ["fsck.exfat -n DEVICE"],
+    "exfat/repair": ["fsck.exfat -y DEVICE"],
+    "ext/verify": ["e2fsck -f -n -C 0 DEVICE"],
+    "ext/repair": ["e2fsck -f -y -C 0 DEVICE"],
+    "f2fs/verify": ["fsck.f2fs --dry-run DEVICE"],
+    "f2fs/repair": ["fsck.f2fs -f -y DEVICE"],
+    "fat/verify": ["fsck.fat -n DEVICE"],
+    "fat/repair": ["fsck.fat -a DEVICE"],
+    "ntfs/verify": ["ntfsfix -n DEVICE", "ntfsinfo -m -f DEVICE", "ntfsresize --info --force --force --bad-sectors DEVICE"],
+    "ntfs/repair": ["ntfsfix -d DEVICE", "ntfsfix -n DEVICE", "ntfsinfo -m -f DEVICE",
+                    "ntfsresize --info --force --force --bad-sectors DEVICE"],
+    "xfs/verify": ["xfs_repair -n DEVICE"],
+    "xfs/repair": ["xfs_repair DEVICE"],
+}
+
 # Its n-th call does what the n-th line of its plan says, or ends with 0.
 STAND_IN = """#!/bin/sh
 echo "${{0##*/}} $*" >>'{folder}/calls'
@@ -81,6 +100,16 @@ class FilesystemTools(unittest.TestCase):
                 for tool in tools:
                     self.plan(tool)
                 self.assertEqual(self.run_it(executable), CLEAN, self.output)
+                self.assertEqual([call.replace(str(self.device), "DEVICE") for call in self.calls()], CALLS[executable])
+
+    def test_a_device_that_is_gone_is_not_judged_by_what_a_tool_says_of_it(self):
+        self.device.unlink()
+        for executable in ["btrfs/verify", "btrfs/repair", "f2fs/verify", "f2fs/repair", "ntfs/verify", "ntfs/repair"]:
+            with self.subTest(executable):
+                for tool in EXECUTABLES[executable]:
+                    self.plan(tool, "exit 1")
+                self.assertEqual(self.run_it(executable), COULD_NOT_RUN)
+                self.assertEqual(self.calls(), [])
 
     def test_a_tool_that_was_killed_or_is_missing_is_no_verdict(self):
         for executable, tools in EXECUTABLES.items():
@@ -117,27 +146,100 @@ class FilesystemTools(unittest.TestCase):
                 self.plan("btrfs", *plan)
                 self.assertEqual(self.run_it("btrfs/repair"), result)
 
+    def test_fat_is_checked_after_a_repair_that_has_met_errors(self):
+        for plan, calls, result in [
+            (["exit 0", "exit 1"], ["-a"], CLEAN),
+            (["exit 1", "exit 0"], ["-a", "-n"], CLEAN),
+            (["exit 1", "exit 1"], ["-a", "-n"], ERRORS),
+            (["exit 1", "exit 2"], ["-a", "-n"], COULD_NOT_RUN),
+            (["exit 2", "exit 0"], ["-a"], COULD_NOT_RUN),
+        ]:
+            with self.subTest(plan):
+                self.plan("fsck.fat", *plan)
+                self.assertEqual(self.run_it("fat/repair"), result)
+                self.assertEqual([call.split()[1] for call in self.calls()], calls)
+
+    def test_ntfs_is_checked_after_a_repair(self):
+        dirty = "echo '   Volume Flags: 0x0001 DIRTY'"
+        for fix, info, resize, calls, result in [
+            (["exit 1"], "exit 0", "exit 0", 1, ERRORS),
+            (["exit 2"], "exit 0", "exit 0", 1, COULD_NOT_RUN),
+            (["exit 0", "exit 0"], "exit 0", "exit 0", 4, CLEAN),
+            (["exit 0", "exit 1"], "exit 0", "exit 0", 4, ERRORS),
+            (["exit 0", "exit 0"], "exit 1", "exit 0", 4, CLEAN),
+            (["exit 0", "exit 0"], dirty, "exit 0", 4, ERRORS),
+            (["exit 0", "exit 0"], "exit 0", "exit 1", 4, ERRORS),
+        ]:
+            with self.subTest(f"{fix} {info} {resize}"):
+                self.plan("ntfsfix", *fix)
+                self.plan("ntfsinfo", info)
+                self.plan("ntfsresize", resize)
+                self.assertEqual(self.run_it("ntfs/repair"), result, self.output)
+                self.assertEqual(len(self.calls()), calls)
+                self.assertEqual("marked as in need of repair" in self.output, info == dirty)
+
+    def test_an_xfs_log_that_holds_changes_is_left_to_a_person(self):
+        self.plan("xfs_repair", "exit 2")
+        self.assertEqual(self.run_it("xfs/repair"), COULD_NOT_RUN)
+        self.assertIn("Mount and unmount the volume", self.output)
+        self.assertEqual(len(self.calls()), 1)
+
     def test_verdicts(self):
         for executable, tool, status, result in [
             ("btrfs/verify", "btrfs", 1, ERRORS),
+            ("btrfs/verify", "btrfs", 2, COULD_NOT_RUN),
+            ("ext/verify", "e2fsck", 1, COULD_NOT_RUN),
+            ("ext/verify", "e2fsck", 2, COULD_NOT_RUN),
+            ("ext/verify", "e2fsck", 5, ERRORS),
+            ("ext/verify", "e2fsck", 15, ERRORS),
+            ("ext/verify", "e2fsck", 20, COULD_NOT_RUN),
             ("ext/verify", "e2fsck", 4, ERRORS),
             ("ext/verify", "e2fsck", 12, ERRORS),
             ("ext/verify", "e2fsck", 8, COULD_NOT_RUN),
             ("ext/verify", "e2fsck", 36, COULD_NOT_RUN),
             ("ext/repair", "e2fsck", 1, CLEAN),
+            ("ext/repair", "e2fsck", 2, CLEAN),
             ("ext/repair", "e2fsck", 3, CLEAN),
+            ("ext/repair", "e2fsck", 4, ERRORS),
             ("ext/repair", "e2fsck", 5, ERRORS),
+            ("ext/repair", "e2fsck", 8, COULD_NOT_RUN),
+            ("ext/repair", "e2fsck", 9, COULD_NOT_RUN),
+            ("ext/repair", "e2fsck", 12, ERRORS),
+            ("ext/repair", "e2fsck", 15, ERRORS),
+            ("ext/repair", "e2fsck", 20, COULD_NOT_RUN),
+            ("f2fs/verify", "fsck.f2fs", 1, ERRORS),
+            ("f2fs/verify", "fsck.f2fs", 2, COULD_NOT_RUN),
+            ("f2fs/verify", "fsck.f2fs", 4, ERRORS),
+            ("f2fs/verify", "fsck.f2fs", 5, ERRORS),
             ("f2fs/verify", "fsck.f2fs", 255, ERRORS),
+            ("f2fs/repair", "fsck.f2fs", 2, COULD_NOT_RUN),
+            ("f2fs/repair", "fsck.f2fs", 4, ERRORS),
+            ("f2fs/repair", "fsck.f2fs", 5, ERRORS),
             ("f2fs/repair", "fsck.f2fs", 255, ERRORS),
             ("f2fs/repair", "fsck.f2fs", 1, CLEAN),
             ("ntfs/verify", "ntfsfix", 1, ERRORS),
+            ("ntfs/verify", "ntfsfix", 2, COULD_NOT_RUN),
+            ("ntfs/verify", "ntfsinfo", 1, CLEAN),
+            ("ntfs/verify", "ntfsinfo", 2, COULD_NOT_RUN),
+            ("ntfs/verify", "ntfsresize", 2, COULD_NOT_RUN),
             ("ntfs/verify", "ntfsresize", 1, ERRORS),
             ("ntfs/repair", "ntfsfix", 1, ERRORS),
             ("xfs/verify", "xfs_repair", 1, ERRORS),
+            ("xfs/verify", "xfs_repair", 2, COULD_NOT_RUN),
             ("xfs/repair", "xfs_repair", 1, ERRORS),
             ("xfs/repair", "xfs_repair", 2, COULD_NOT_RUN),
             ("fat/verify", "fsck.fat", 1, ERRORS),
+            ("fat/verify", "fsck.fat", 2, COULD_NOT_RUN),
+            ("exfat/verify", "fsck.exfat", 1, ERRORS),
+            ("exfat/verify", "fsck.exfat", 2, COULD_NOT_RUN),
             ("exfat/verify", "fsck.exfat", 4, ERRORS),
+            ("exfat/verify", "fsck.exfat", 5, ERRORS),
+            ("exfat/verify", "fsck.exfat", 8, COULD_NOT_RUN),
+            ("exfat/repair", "fsck.exfat", 1, CLEAN),
+            ("exfat/repair", "fsck.exfat", 2, COULD_NOT_RUN),
+            ("exfat/repair", "fsck.exfat", 4, ERRORS),
+            ("exfat/repair", "fsck.exfat", 5, ERRORS),
+            ("exfat/repair", "fsck.exfat", 8, COULD_NOT_RUN),
         ]:
             with self.subTest(f"{executable}: {status}"):
                 for other in EXECUTABLES[executable]:

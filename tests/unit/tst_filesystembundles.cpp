@@ -63,6 +63,8 @@ private Q_SLOTS:
     void thereAreBundles();
     void personalitiesAreWhole_data() { addBundleRows(); }
     void personalitiesAreWhole();
+    void subtypesAreThoseOfTheVariants_data() { addBundleRows(); }
+    void subtypesAreThoseOfTheVariants();
     void namesInEveryLanguage_data() { addBundleRows(); }
     void namesInEveryLanguage();
     void theDefaultNamesAreAllowed_data() { addBundleRows(); }
@@ -96,6 +98,27 @@ void TestFilesystemBundles::personalitiesAreWhole()
         QCOMPARE(personality.verification.has_value(), personality.repair.has_value());
         QVERIFY(!personality.key.contains(u'\'')); // it is passed between single quotes
     }
+}
+
+void TestFilesystemBundles::subtypesAreThoseOfTheVariants()
+{
+    QFETCH(QString, path);
+    const auto information = Bundle::open(path)->infoDictionary();
+    QVERIFY(information);
+    const auto bundle = readBundle(path);
+    QVERIFY(bundle);
+    QSet<qint64> named;
+    for (const Personality &personality : bundle->personalities) {
+        if (personality.subtype)
+            named.insert(*personality.subtype);
+    }
+    QSet<qint64> told;
+    if (const PropertyArray *variants = information->array(u"FSLinuxSubtypes"_s)) {
+        for (const PropertyValue &variant : *variants)
+            told.insert(variant.asDictionary()->number(u"FSSubType"_s)->longLongValue());
+    }
+    QCOMPARE(told, named);
+    QVERIFY(!named.contains(0)); // what a record holds whose volume has not been looked at
 }
 
 // A bundle whose names are the same in all languages has no tables of names. One that has a table has one for

@@ -14,6 +14,8 @@ class TestFontRules : public QObject
 private Q_SLOTS:
     void firstFontThatThereIsIsTaken_data();
     void firstFontThatThereIsIsTaken();
+    void sizeFollowsTheText_data();
+    void sizeFollowsTheText();
 };
 
 void TestFontRules::firstFontThatThereIsIsTaken_data()
@@ -44,6 +46,34 @@ void TestFontRules::firstFontThatThereIsIsTaken()
         { [&](int pointSize) { return fontNamed(u"system"_s, pointSize); }, fontNamed });
     QTEST(font ? QString(font->family() + u' ' + QString::number(font->pointSize())) : QString(), "font");
     QTEST(asked.join(u", "_s), "asked");
+}
+
+void TestFontRules::sizeFollowsTheText_data()
+{
+    QTest::addColumn<QFont>("text");
+    QTest::addColumn<qreal>("points");
+    QTest::addColumn<int>("pixels"); // -1 where the size is in points
+    QFont inPoints;
+    inPoints.setPointSizeF(13);
+    QTest::newRow("standard") << inPoints << 11.0 << -1;
+    inPoints.setPointSizeF(26);
+    QTest::newRow("large") << inPoints << 22.0 << -1;
+    inPoints.setPointSizeF(6.5);
+    QTest::newRow("small") << inPoints << 5.5 << -1;
+    QFont inPixels;
+    inPixels.setPixelSize(26);
+    QTest::newRow("in pixels") << inPixels << -1.0 << 22;
+}
+
+void TestFontRules::sizeFollowsTheText()
+{
+    QFETCH(QFont, text);
+    QFont before(u"Menlo"_s, 40);
+    before.setWeight(QFont::Normal);
+    const QFont font = FontRules::withPointSize(before, 11, text);
+    QTEST(font.pointSizeF(), "points");
+    QTEST(font.pixelSize(), "pixels");
+    QCOMPARE(font.family(), u"Menlo"_s);
 }
 
 QTEST_GUILESS_MAIN(TestFontRules)

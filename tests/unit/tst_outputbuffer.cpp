@@ -36,6 +36,21 @@ QByteArray afterChunks(std::initializer_list<QByteArray> chunks)
     return buffer.bytes();
 }
 
+// The rule as it reads: every chunk is followed by a pass over the whole buffer.
+void applyCarriageReturns(QByteArray &buffer)
+{
+    qsizetype lineStart = 0;
+    for (qsizetype i = 0; i < buffer.size();) {
+        const char c = buffer.at(i++);
+        if (c == '\r' && i < buffer.size()) {
+            buffer.remove(lineStart, i - lineStart);
+            i = lineStart + 1;
+        } else if (c == '\n') {
+            lineStart = i;
+        }
+    }
+}
+
 // Few different bytes make many carriage returns and line feeds, next to each other and at the ends.
 QByteArray randomChunk(QRandomGenerator &random)
 {

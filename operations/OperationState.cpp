@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+//
+// How a medium gets busy and idle again: the one place where a record's operation flags are written.
+#include "app/ZorvexDiskManagerAppDelegate.h"
+
+#include "ui/OutlineView.h"
+
+#include <QTabWidget>
+
+void ZorvexDiskManagerAppDelegate::beginOperation(const DiskRecord &disk, RunningOperation operation)
+{
+    const bool isFormat = operation == RunningOperation::Format;
+    const bool isCheckOrRepair
+        = operation == RunningOperation::Check || operation == RunningOperation::Repair;
+    disk->operationInProgress = true;
+    disk->runningOperation = operation;
+    // An operation keeps its own tab, and the other one where that is there already.
+    disk->operationInProgressShowFormatTab
+        = isFormat || (isCheckOrRepair && rightTabView->indexOf(formatTab) >= 0);
+    disk->operationInProgressShowMaintenanceTab
+        = isCheckOrRepair || (isFormat && rightTabView->indexOf(maintenanceTab) >= 0);
+    refreshAfterStateChange();
+}
+
+void ZorvexDiskManagerAppDelegate::finishOperation(const DiskRecord &disk)
+{
+    disk->operationInProgress = false;
+    disk->runningOperation = RunningOperation::None;
+    disk->operationInProgressShowFormatTab = false;
+    disk->operationInProgressShowMaintenanceTab = false;
+    refreshAfterStateChange();
+}
+
+void ZorvexDiskManagerAppDelegate::refreshAfterStateChange()
+{
+    leftOutlineView->reloadData();
+    outlineViewSelectionDidChange();
+}
