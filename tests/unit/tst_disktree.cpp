@@ -12,6 +12,22 @@
 using namespace Qt::Literals::StringLiterals;
 
 class TestDiskTree : public QObject
+namespace {
+
+// Counts how often its registry entry is asked for.
+class CountingDisk : public MemoryDisk
+{
+public:
+    std::optional<PropertyDictionary> copyIOMediaProperties() const override
+    {
+        ++questions;
+        return MemoryDisk::copyIOMediaProperties();
+    }
+    mutable int questions = 0;
+};
+
+} // namespace
+
 {
     Q_OBJECT
 
@@ -29,6 +45,7 @@ private Q_SLOTS:
     void largeOffsetsCompareUnsigned();
     void registryFailuresLeaveTheResultAlone();
     void removalMovesTheHead();
+    void offsetOfAWholeDiskIsNotAskedFor();
     void partitionMovesUnderItsDisk();
     void namesThatAreNoPartitionsStayOnTop();
     void arrivalInAnyOrderGivesTheSameTree();
@@ -156,6 +173,25 @@ void TestDiskTree::registryFailuresLeaveTheResultAlone()
 }
 
 void TestDiskTree::removalMovesTheHead()
+void TestDiskTree::offsetOfAWholeDiskIsNotAskedFor()
+{
+    Forest forest;
+    const auto disk = std::make_shared<CountingDisk>();
+    disk->description = makeDisk(u"disk2"_s)->description;
+    disk->mediaProperties = PropertyDictionary { { IOMediaKey::base, PropertyNumber(qint64 { 7 }) } };
+    ZorvexDiskManagerDisk &record = *forest.make(disk)->disk;
+    qint64 offset = 42;
+    QCOMPARE(get_partition_offset(record, &offset), 0);
+    QCOMPARE(offset, 0);
+    QCOMPARE(disk->questions, 0);
+    QCOMPARE(get_partition_number(record, &offset), 5);
+    QCOMPARE(disk->questions, 1);
+    record.whole = 0;
+    QCOMPARE(get_partition_offset(record, &offset), 0);
+    QCOMPARE(offset, 7);
+    QCOMPARE(disk->questions, 2);
+}
+
 {
     Forest forest;
     Item *const first = forest.make(makeDisk(u"disk0"_s));
