@@ -2,6 +2,7 @@
 //
 // Disks that appear, disappear and change, as the tree and the selection follow them.
 #include "tests/support/TestController.h"
+#include "tests/support/TestSeed.h"
 
 #include "ui/OutlineView.h"
 
@@ -249,9 +250,7 @@ void TestDiskEvents::placeIsNotRevisedOnAChange()
 // Whatever comes and goes, and whatever the user collapses in between: an arrival opens all again.
 void TestDiskEvents::rowsFollowTheTree()
 {
-    const quint32 seed = QRandomGenerator::global()->generate();
-    qInfo("seed %u", seed);
-    QRandomGenerator random(seed);
+    QRandomGenerator random(testSeed());
     TestController test;
     test.launch();
     OutlineView *const view = test.controller().leftOutlineView;

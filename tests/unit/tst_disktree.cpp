@@ -2,6 +2,7 @@
 //
 // The disk tree: where a node goes, and that the order in which media arrive does not matter.
 #include "disks/tree_rules.h"
+#include "tests/support/TestSeed.h"
 #include "tests/unit/DiskForest.h"
 
 #include <QRandomGenerator>
@@ -11,7 +12,6 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-class TestDiskTree : public QObject
 namespace {
 
 // Counts how often its registry entry is asked for.
@@ -28,6 +28,7 @@ public:
 
 } // namespace
 
+class TestDiskTree : public QObject
 {
     Q_OBJECT
 
@@ -44,8 +45,8 @@ private Q_SLOTS:
     void equalOffsetsFallBackToNumbers();
     void largeOffsetsCompareUnsigned();
     void registryFailuresLeaveTheResultAlone();
-    void removalMovesTheHead();
     void offsetOfAWholeDiskIsNotAskedFor();
+    void removalMovesTheHead();
     void partitionMovesUnderItsDisk();
     void namesThatAreNoPartitionsStayOnTop();
     void arrivalInAnyOrderGivesTheSameTree();
@@ -172,7 +173,6 @@ void TestDiskTree::registryFailuresLeaveTheResultAlone()
     QCOMPARE(value, 42);
 }
 
-void TestDiskTree::removalMovesTheHead()
 void TestDiskTree::offsetOfAWholeDiskIsNotAskedFor()
 {
     Forest forest;
@@ -192,6 +192,7 @@ void TestDiskTree::offsetOfAWholeDiskIsNotAskedFor()
     QCOMPARE(disk->questions, 2);
 }
 
+void TestDiskTree::removalMovesTheHead()
 {
     Forest forest;
     Item *const first = forest.make(makeDisk(u"disk0"_s));
@@ -229,9 +230,7 @@ void TestDiskTree::arrivalInAnyOrderGivesTheSameTree()
 {
     constexpr int disks = 100;
     constexpr int partitions = 4;
-    const quint32 seed = QRandomGenerator::global()->generate();
-    qInfo("seed %u", seed);
-    QRandomGenerator random(seed);
+    QRandomGenerator random(testSeed());
     std::vector<MemoryDiskRef> media;
     QStringList expected; // whole disks by number, their partitions by offset
     for (int disk = 0; disk < disks; ++disk) {
