@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// The manual, the About box and the mount path that is a link.
+// The manual, the About panel and the mount path that is a link.
 #include "platform/Localization.h"
 #include "platform/SystemRelease.h"
 #include "tests/support/TestController.h"
@@ -12,7 +12,9 @@
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
+#include <QCloseEvent>
 #include <QLabel>
+#include <QMessageBox>
 #include <QScopeGuard>
 #include <QTest>
 #include <QTextBlock>
@@ -45,7 +47,10 @@ private Q_SLOTS:
     void hostilePathIsPlain();
     void manualIsOpened();
     void missingManualIsAlertedOnce();
-    void aboutBox();
+    void aboutPanelTellsTheVersion();
+    void aboutPanelBlocksNothing();
+    void aboutPanelThatIsOpenIsRaised();
+    void aboutPanelClosesWithTheWindow();
 
 private:
     static std::unique_ptr<TestController> withMountedVolume(const QString &path = u"/Volumes/X"_s);
@@ -86,6 +91,12 @@ QPoint pointAt(const LinkTextView *view, int position)
 void click(const LinkTextView *view, int position, Qt::MouseButton button = Qt::LeftButton)
 {
     QTest::mouseClick(view->viewport(), button, {}, pointAt(view, position));
+// Those that are there, open or about to be deleted.
+QList<QMessageBox *> aboutPanels(TestController &test)
+{
+    return test.window().findChildren<QMessageBox *>(u"aboutPanel"_s);
+}
+
 }
 
 } // namespace
@@ -337,18 +348,70 @@ void TestHelp::missingManualIsAlertedOnce()
     QCOMPARE(sheet->icon(), QMessageBox::Warning);
 }
 
-void TestHelp::aboutBox()
+void TestHelp::aboutPanelTellsTheVersion()
 {
     QCoreApplication::setApplicationVersion(u"12.34.56"_s);
     TestController test;
     test.launch();
     test.action(u"actionAbout"_s)->trigger();
-    QCOMPARE(test.sheets().size(), 1);
-    QCOMPARE(test.sheets().constFirst()->text(), localizedString("WINDOW_TITLE"));
-    const QString text = test.sheets().constFirst()->informativeText();
+    QCOMPARE(aboutPanels(test).size(), 1);
+    const QMessageBox *const panel = aboutPanels(test).constFirst();
+    QCOMPARE(panel->windowTitle(), localizedString("WINDOW_TITLE"));
+    QCOMPARE(panel->text(), localizedString("WINDOW_TITLE"));
+    const QString text = panel->informativeText();
     QVERIFY2(text.contains(u"12.34.56"_s), qPrintable(text));
     QVERIFY2(!text.contains(u"%@"_s), qPrintable(text));
-    QVERIFY(!test.controller().alertInProgress);
+}
+
+void TestHelp::aboutPanelBlocksNothing()
+{
+    const auto test = withMountedVolume();
+    test->action(u"actionAbout"_s)->trigger();
+    QMessageBox *const panel = aboutPanels(*test).constFirst();
+    QVERIFY(!panel->isModal());
+    QVERIFY(test->sheets().isEmpty());
+    // Clicks reach the window.
+    click(test->controller().infoMountedPathView, 5);
+    QCOMPARE(test->workspace->folders, QStringList { u"/Volumes/X"_s });
+    // Alerts come and go beside it.
+    QVERIFY(!test->controller().alertInProgress);
+    test->controller().errorMessage(u"Text"_s);
+    QCOMPARE(test->sheets().size(), 1);
+    QVERIFY(panel->isVisible());
+    press(test->sheets().constFirst(), AlertSheet::firstButtonReturn);
+    QTest::keyClick(panel, Qt::Key_Escape);
+    QTRY_VERIFY(aboutPanels(*test).isEmpty());
+    QCOMPARE(test->log.lines(), QStringList());
+}
+
+void TestHelp::aboutPanelThatIsOpenIsRaised()
+{
+    TestController test;
+    test.launch();
+    test.controller().clickAboutButton(nullptr);
+    QMessageBox *const panel = aboutPanels(test).constFirst();
+    QVERIFY(QTest::qWaitForWindowActive(panel));
+    test.window().activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&test.window()));
+    test.controller().clickAboutButton(nullptr);
+    QCOMPARE(aboutPanels(test), QList<QMessageBox *> { panel });
+    QVERIFY(QTest::qWaitForWindowActive(panel));
+    // Closed, it is made again.
+    panel->close();
+    QTRY_VERIFY(aboutPanels(test).isEmpty());
+    test.controller().clickAboutButton(nullptr);
+    QCOMPARE(aboutPanels(test).size(), 1);
+}
+
+void TestHelp::aboutPanelClosesWithTheWindow()
+{
+    TestController test;
+    test.launch();
+    test.controller().clickAboutButton(nullptr);
+    QCOMPARE(aboutPanels(test).size(), 1);
+    QCloseEvent close;
+    QCoreApplication::sendEvent(&test.window(), &close);
+    QTRY_VERIFY(aboutPanels(test).isEmpty());
 }
 
 QTEST_MAIN(TestHelp)
