@@ -28,6 +28,8 @@ class TestHelp : public QObject
 private Q_SLOTS:
     void linkHoldsThePathBetweenControls();
     void linkIsStyled();
+    void pointerIsAHandOverTheTextOnly_data();
+    void pointerIsAHandOverTheTextOnly();
     void linkIsToldAsOne();
     void linkColorByGeneration_data();
     void linkColorByGeneration();
@@ -53,12 +55,13 @@ private Q_SLOTS:
     void aboutPanelClosesWithTheWindow();
 
 private:
-    static std::unique_ptr<TestController> withMountedVolume(const QString &path = u"/Volumes/X"_s);
+    static std::unique_ptr<TestController> withMountedVolume(
+        const QString &path = u"/Volumes/X"_s, const QString &localization = u"en"_s);
 };
 
-std::unique_ptr<TestController> TestHelp::withMountedVolume(const QString &path)
+std::unique_ptr<TestController> TestHelp::withMountedVolume(const QString &path, const QString &localization)
 {
-    auto test = std::make_unique<TestController>();
+    auto test = std::make_unique<TestController>(localization);
     test->launch();
     test->add(makeDisk(u"disk2"_s));
     const MemoryDiskRef volume = makePartition(u"disk2s1"_s, 1024);
@@ -88,15 +91,15 @@ QPoint pointAt(const LinkTextView *view, int position)
     return view->cursorRect(cursor).center();
 }
 
-void click(const LinkTextView *view, int position, Qt::MouseButton button = Qt::LeftButton)
-{
-    QTest::mouseClick(view->viewport(), button, {}, pointAt(view, position));
 // Those that are there, open or about to be deleted.
 QList<QMessageBox *> aboutPanels(TestController &test)
 {
     return test.window().findChildren<QMessageBox *>(u"aboutPanel"_s);
 }
 
+void click(const LinkTextView *view, int position, Qt::MouseButton button = Qt::LeftButton)
+{
+    QTest::mouseClick(view->viewport(), button, {}, pointAt(view, position));
 }
 
 } // namespace
@@ -121,11 +124,48 @@ void TestHelp::linkIsStyled()
         QCOMPARE(formatAt(view, position).font().pointSizeF(),
             test->controller().infoDiskSpaceLabel->font().pointSizeF());
     }
-    QCOMPARE(view->viewport()->cursor().shape(), Qt::PointingHandCursor);
     setMounted(std::static_pointer_cast<MemoryDisk>(test->recordOf(u"disk2s1"_s)->daDisk), {});
     test->select(u"disk2"_s);
     QCOMPARE(view->toPlainText(), QString());
-    QVERIFY(view->viewport()->cursor().shape() != Qt::PointingHandCursor);
+}
+
+void TestHelp::pointerIsAHandOverTheTextOnly_data()
+{
+    QTest::addColumn<QString>("localization");
+    QTest::addColumn<QString>("path");
+    QTest::newRow("left to right") << u"en"_s << u"/Volumes/X"_s;
+    QTest::newRow("right to left") << u"ar"_s << u"/Volumes/X"_s;
+    QTest::newRow("two lines") << u"en"_s << QString(u"/Volumes/"_s + QString(200, u'M'));
+}
+
+void TestHelp::pointerIsAHandOverTheTextOnly()
+{
+    QFETCH(const QString, localization);
+    QFETCH(const QString, path);
+    const auto test = withMountedVolume(path, localization);
+    const LinkTextView *const view = test->controller().infoMountedPathView;
+    QWidget *const viewport = view->viewport();
+    const auto isHandAt = [viewport](const QPoint &position) {
+        QMouseEvent move(
+            QEvent::MouseMove, position, viewport->mapToGlobal(position), Qt::NoButton, Qt::NoButton, {});
+        QCoreApplication::sendEvent(viewport, &move);
+        return viewport->cursor().shape() == Qt::PointingHandCursor;
+    };
+    QVERIFY(viewport->hasMouseTracking());
+    const QPoint inside = pointAt(view, 5);
+    const int last = static_cast<int>(view->textLength()) - 1;
+    // In the line of the link, on its far side from the caption.
+    const QPoint beside(localization == u"ar"_s ? 2 : viewport->width() - 2, inside.y());
+    const bool isFullLine = last > 100;
+    QVERIFY(isHandAt(inside));
+    QVERIFY(isFullLine || !isHandAt(beside));
+    QVERIFY(isHandAt(pointAt(view, 2)));
+    QVERIFY(!isHandAt(QPoint(inside.x(), 10000)));
+    QVERIFY(isHandAt(inside));
+    test->select(u"disk2"_s);
+    QCOMPARE(view->toPlainText(), QString());
+    QVERIFY(viewport->cursor().shape() != Qt::PointingHandCursor);
+    QVERIFY(!isHandAt(inside) && !isHandAt(QPoint(0, inside.y())));
 }
 
 void TestHelp::linkIsToldAsOne()
@@ -196,7 +236,6 @@ void TestHelp::linkLooksTheSameAfterAnotherDisk()
     QCOMPARE(view->toPlainText(), QString());
     test->select(u"disk2s1"_s);
     QCOMPARE(view->textLength(), 12);
-    QCOMPARE(view->viewport()->cursor().shape(), Qt::PointingHandCursor);
 }
 
 void TestHelp::clickInsideOpensTheVolume()
