@@ -24,6 +24,17 @@ namespace {
 constexpr QSize initialContentSize { 800, 450 };
 constexpr QSize minimumContentSize { 720, 420 };
 
+// The height of the menus in the window; 0 where the desktop shows them in a bar of its own.
+int menuHeight(const QMainWindow &window)
+{
+    return window.layout()->totalMinimumSize().height() - window.layout()->minimumSize().height();
+}
+
+void logNoSession()
+{
+    systemLog(u"Unable to create DASession."_s);
+}
+
 } // namespace
 
 ZorvexDiskManagerAppDelegate::ZorvexDiskManagerAppDelegate(ApplicationPlatform platform)
@@ -97,7 +108,7 @@ void ZorvexDiskManagerAppDelegate::applicationDidFinishLaunching()
 
     session = m_platform.createSession();
     if (!session) {
-        systemLog(u"Unable to create DASession."_s);
+        logNoSession();
     } else {
         session->registerDiskPeekCallback(
             [this](const DADiskRef &disk) { zorvex_disk_manager_da_disk_peek(disk, this); }, 0);
@@ -110,6 +121,11 @@ void ZorvexDiskManagerAppDelegate::applicationDidFinishLaunching()
                 zorvex_disk_manager_da_disk_description_changed(disk, keys, this);
             });
         session->scheduleWithRunLoop();
+        // Without its service, a session is none yet. It reports the media of a service that comes later.
+        session->setInitialListingCallback([](bool serviceAvailable) {
+            if (!serviceAvailable)
+                logNoSession();
+        });
     }
 
     leftOutlineView->setDataSource(this);

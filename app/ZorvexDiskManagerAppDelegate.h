@@ -97,7 +97,7 @@ public:
 
     bool fieldsEnabled = false; // inert
     bool alertInProgress = false; // an alert sheet is showing
-    std::unique_ptr<DASession> session; // the one session; null when there is no disk service
+    std::unique_ptr<DASession> session; // the one session; null when there is no system bus
     std::optional<FilesystemBundleList>
         allFilesystemBundlesList; // absent until the first scan, like the others
     std::optional<FilesystemBundleList> formatFilesystemBundlesList;

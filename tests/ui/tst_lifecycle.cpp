@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
 // How the window comes up and goes.
+#include "platform/udisks/UDisksSession.h"
+#include "tests/support/FakeUDisks.h"
 #include "tests/support/TestController.h"
 #include "ui/FlippedOutlineView.h"
 #include "ui/ImageButton.h"
@@ -37,6 +39,7 @@ private Q_SLOTS:
     void closingTheWindowQuits();
     void quitMenuItemQuits();
 };
+    void serviceThatDoesNotStartIsLoggedAndTakenUpLater();
 
 namespace {
 
@@ -282,3 +285,26 @@ int main(int argc, char **argv)
 }
 
 #include "tst_lifecycle.moc"
+void TestLifecycle::serviceThatDoesNotStartIsLoggedAndTakenUpLater()
+{
+    FakeUDisks fake;
+    fake.addInterfaces(FakeUDisks::blockPath(u"fake2"_s), fakeWholeDisk(u"fake2"_s), FakeUDisks::Tell::No);
+    TestController test;
+    test.platform().createSession
+        = [&fake] { return createUDisksSession(noClaims, fake.client(), FakeUDisks::facts); };
+    test.launch();
+    const QString line = u"Unable to create DASession."_s;
+    QVERIFY(test.controller().session);
+    QTRY_VERIFY(test.log.lines().contains(line));
+    QCOMPARE(test.rowNames(), QStringList());
+    QVERIFY(test.sheets().isEmpty());
+    fake.start();
+    QTRY_COMPARE(test.rowNames(), QStringList { u"disk2"_s });
+    // It was there once: it has not failed to start when it goes.
+    fake.stop();
+    QTRY_COMPARE(test.rowNames(), QStringList());
+    fake.start();
+    QTRY_COMPARE(test.rowNames(), QStringList { u"disk2"_s });
+    QCOMPARE(test.log.lines().count(line), 1);
+}
+
