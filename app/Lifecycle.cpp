@@ -20,6 +20,7 @@
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
+// Of what stands below the menus.
 
 constexpr QSize initialContentSize { 800, 450 };
 constexpr QSize minimumContentSize { 720, 420 };
@@ -91,12 +92,13 @@ void ZorvexDiskManagerAppDelegate::awakeFromNib()
     infoMountedPathView->installEventFilter(this);
     window->installEventFilter(this);
 
-    window->setMinimumSize(minimumContentSize);
-    window->resize(initialContentSize);
+    window->centralWidget()->setMinimumSize(minimumContentSize);
+    const int menus = menuHeight(*window);
+    window->resize(initialContentSize.grownBy({ 0, menus, 0, 0 }));
     if (const QScreen *screen = window->screen())
         window->move(screen->availableGeometry().center() - window->rect().center());
     // A window that is not shown yet lays itself out later; the pane needs the new room now.
-    window->layout()->setGeometry(QRect(QPoint(), window->size()));
+    window->layout()->setGeometry(QRect(QPoint(0, menus), initialContentSize));
     window->centralWidget()->layout()->activate();
     mainSplitView->setFirstPaneWidth(firstPaneWidth);
 }
