@@ -3,7 +3,6 @@
 // How the controller is brought up and torn down.
 #include "app/ZorvexDiskManagerAppDelegate.h"
 
-#include "platform/Localization.h"
 #include "platform/SystemLog.h"
 #include "ui/ImageButton.h"
 #include "ui/LinkTextView.h"
@@ -20,8 +19,8 @@
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-// Of what stands below the menus.
 
+// Of what stands below the menus.
 constexpr QSize initialContentSize { 800, 450 };
 constexpr QSize minimumContentSize { 720, 420 };
 
@@ -122,12 +121,12 @@ void ZorvexDiskManagerAppDelegate::applicationDidFinishLaunching()
             [this](const DADiskRef &disk, const QStringList &keys) {
                 zorvex_disk_manager_da_disk_description_changed(disk, keys, this);
             });
-        session->scheduleWithRunLoop();
         // Without its service, a session is none yet. It reports the media of a service that comes later.
         session->setInitialListingCallback([](bool serviceAvailable) {
             if (!serviceAvailable)
                 logNoSession();
         });
+        session->scheduleWithRunLoop();
     }
 
     leftOutlineView->setDataSource(this);

@@ -22,6 +22,7 @@
 #pragma once
 
 #include "app/ApplicationPlatform.h"
+#include "app/ZorvexDiskManagerCommon.h"
 #include "disks/DiskListBuilder.h"
 #include "platform/MainThreadRelay.h"
 #include "ui/OutlineDataSource.h"
@@ -46,7 +47,6 @@ class QLineEdit;
 class QMainWindow;
 class QPushButton;
 class QTabWidget;
-class ZorvexDiskManagerFormatParams;
 struct CheckRepairOutputChunk;
 
 class ZorvexDiskManagerAppDelegate : public QObject,
