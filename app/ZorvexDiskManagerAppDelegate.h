@@ -259,8 +259,6 @@ Q_SIGNALS:
     void panelDidChange(const DiskRecord &disk);
 
 private:
-    friend struct ControllerTest; // a test that looks at what no outlet shows
-
     // app/Lifecycle.cpp
     void swapPanes();
     void colorOutput(); // in the colour of the window's text
