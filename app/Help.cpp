@@ -1,17 +1,14 @@
 // SPDX-License-Identifier: MIT
 //
-// The user manual, the About box and the mount path that looks and works like a link.
+// The user manual, the About panel and the mount path that looks and works like a link.
 #include "app/ZorvexDiskManagerAppDelegate.h"
 
+#include "app/AboutPanel.h"
 #include "app/help_rules.h"
-#include "platform/Localization.h"
 #include "platform/SystemLog.h"
-#include "platform/SystemRelease.h"
-#include "ui/AlertSheet.h"
 #include "ui/LinkTextView.h"
 #include "ui/OutlineView.h"
 
-#include <QApplication>
 #include <QLabel>
 #include <QMainWindow>
 #include <QPointer>
@@ -27,15 +24,9 @@ void ZorvexDiskManagerAppDelegate::clickHelpMenuItem(QObject *)
     });
 }
 
-void ZorvexDiskManagerAppDelegate::clickAboutButton(QObject *)
+void ZorvexDiskManagerAppDelegate::clickAboutButton(QObject *sender)
 {
-    auto *about = new AlertSheet(AlertSheet::Style::Informational);
-    about->addButtonWithTitle(u"OK"_s);
-    about->setIconPixmap(window->windowIcon().pixmap(QSize(64, 64), window->devicePixelRatio()));
-    about->setMessageText(localizedString("WINDOW_TITLE"));
-    about->setInformativeText(
-        formatLocalized(localizedString("ABOUT_TEXT"), { QCoreApplication::applicationVersion() }));
-    about->beginSheetModalForWindow(window, [](int) { });
+    orderFrontStandardAboutPanel(window, sender);
 }
 
 void ZorvexDiskManagerAppDelegate::makeHyperlink(

@@ -3,7 +3,6 @@
 // How the controller is brought up and torn down.
 #include "app/ZorvexDiskManagerAppDelegate.h"
 
-#include "platform/Localization.h"
 #include "platform/SystemLog.h"
 #include "ui/ImageButton.h"
 #include "ui/LinkTextView.h"
@@ -23,8 +22,20 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
+// Of what stands below the menus.
 constexpr QSize initialContentSize { 800, 450 };
 constexpr QSize minimumContentSize { 720, 420 };
+
+// The height of the menus in the window; 0 where the desktop shows them in a bar of its own.
+int menuHeight(const QMainWindow &window)
+{
+    return window.layout()->totalMinimumSize().height() - window.layout()->minimumSize().height();
+}
+
+void logNoSession()
+{
+    systemLog(u"Unable to create DASession."_s);
+}
 
 } // namespace
 
@@ -82,12 +93,13 @@ void ZorvexDiskManagerAppDelegate::awakeFromNib()
     infoMountedPathView->installEventFilter(this);
     window->installEventFilter(this);
 
-    window->setMinimumSize(minimumContentSize);
-    window->resize(initialContentSize);
+    window->centralWidget()->setMinimumSize(minimumContentSize);
+    const int menus = menuHeight(*window);
+    window->resize(initialContentSize.grownBy({ 0, menus, 0, 0 }));
     if (const QScreen *screen = window->screen())
         window->move(screen->availableGeometry().center() - window->rect().center());
     // A window that is not shown yet lays itself out later; the pane needs the new room now.
-    window->layout()->setGeometry(QRect(QPoint(), window->size()));
+    window->layout()->setGeometry(QRect(QPoint(0, menus), initialContentSize));
     window->centralWidget()->layout()->activate();
     mainSplitView->setFirstPaneWidth(firstPaneWidth);
 }
@@ -99,7 +111,7 @@ void ZorvexDiskManagerAppDelegate::applicationDidFinishLaunching()
 
     session = m_platform.createSession();
     if (!session) {
-        systemLog(u"Unable to create DASession."_s);
+        logNoSession();
     } else {
         session->registerDiskPeekCallback(
             [this](const DADiskRef &disk) { zorvex_disk_manager_da_disk_peek(disk, this); }, 0);
@@ -111,6 +123,11 @@ void ZorvexDiskManagerAppDelegate::applicationDidFinishLaunching()
             [this](const DADiskRef &disk, const QStringList &keys) {
                 zorvex_disk_manager_da_disk_description_changed(disk, keys, this);
             });
+        // Without its service, a session is none yet. It reports the media of a service that comes later.
+        session->setInitialListingCallback([](bool serviceAvailable) {
+            if (!serviceAvailable)
+                logNoSession();
+        });
         session->scheduleWithRunLoop();
     }
 

@@ -198,6 +198,8 @@ void connectActions(ZorvexDiskManagerAppDelegate &controller, QMainWindow *windo
 
 std::unique_ptr<QMainWindow> loadMainWindow(ZorvexDiskManagerAppDelegate &controller)
 {
+    QObject::connect(qApp, &QCoreApplication::aboutToQuit, &controller,
+        &ZorvexDiskManagerAppDelegate::applicationWillTerminate);
     QApplication::setLayoutDirection(
         controller.isRightToLeftLocalization() ? Qt::RightToLeft : Qt::LeftToRight);
     InterfaceStyle::install();

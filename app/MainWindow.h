@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Loads the interface file: makes the window, sets the controller's outlets and connects its actions. Main
-// thread.
+// Loads the interface file: makes the window, makes the controller the delegate of the application, sets its
+// outlets and connects its actions. Main thread.
 #pragma once
 
 #include <memory>

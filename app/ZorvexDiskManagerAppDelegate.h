@@ -23,6 +23,7 @@
 #pragma once
 
 #include "app/ApplicationPlatform.h"
+#include "app/ZorvexDiskManagerCommon.h"
 #include "disks/DiskListBuilder.h"
 #include "platform/MainThreadRelay.h"
 #include "ui/OutlineDataSource.h"
@@ -47,7 +48,6 @@ class QLineEdit;
 class QMainWindow;
 class QPushButton;
 class QTabWidget;
-class ZorvexDiskManagerFormatParams;
 struct CheckRepairOutputChunk;
 
 class ZorvexDiskManagerAppDelegate : public QObject,
@@ -98,7 +98,7 @@ public:
 
     bool fieldsEnabled = false; // inert
     bool alertInProgress = false; // an alert sheet is showing
-    std::unique_ptr<DASession> session; // the one session; null when there is no disk service
+    std::unique_ptr<DASession> session; // the one session; null when there is no system bus
     // The lists are absent until the first scan.
     std::optional<FilesystemBundleList> allFilesystemBundlesList;
     std::optional<FilesystemBundleList> formatFilesystemBundlesList;
@@ -269,8 +269,6 @@ Q_SIGNALS:
     void panelDidChange(const DiskRecord &disk);
 
 private:
-    friend struct ControllerTest; // a test that looks at what no outlet shows
-
     // app/Lifecycle.cpp
     void swapPanes();
     void colorOutput(); // in the colour of the window's text

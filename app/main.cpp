@@ -26,7 +26,8 @@ namespace {
 ApplicationPlatform realPlatform()
 {
     ApplicationPlatform platform;
-    // The disk service lists its media while the window is made.
+    // The disk service lists its media while the window is made. The controller creates, registers and
+    // schedules its session in its own order: before that, nothing is reported and nothing is logged.
     auto session = std::make_shared<std::unique_ptr<DASession>>(
         createDiskArbitrationSession(volumeClaimReader(filesystemDirectories()), MediaListing::Ahead));
     platform.createSession = [session] { return std::move(*session); };
@@ -81,8 +82,6 @@ int runInterface(int argc, char **argv)
     loadLocalization(platform.preferredLocalizations->value(0));
     ZorvexDiskManagerAppDelegate controller(std::move(platform));
     const std::unique_ptr<QMainWindow> window = loadMainWindow(controller);
-    QObject::connect(&application, &QCoreApplication::aboutToQuit, &controller,
-        &ZorvexDiskManagerAppDelegate::applicationWillTerminate);
     QObject::connect(&instance, &SingleInstance::activationRequested, window.get(),
         [&window](const QByteArray &token) { raiseWindow(window.get(), token); });
     controller.applicationDidFinishLaunching();

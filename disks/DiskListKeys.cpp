@@ -8,6 +8,8 @@
 
 namespace {
 
+constexpr qint64 wholeDiskOffset = 0; // whatever the registry has
+
 using Properties = std::optional<PropertyDictionary>;
 
 Properties propertiesOf(const ZorvexDiskManagerDisk &record)
@@ -21,12 +23,6 @@ std::optional<qint64> registryNumber(const Properties &properties, const QString
     const PropertyNumber *number = value ? value->asNumber() : nullptr;
     const std::optional<qint64> converted = number ? number->toLongLong() : std::nullopt;
     return converted && *converted >= 0 ? converted : std::nullopt;
-}
-
-// A whole disk counts as offset 0, whatever the registry has.
-std::optional<qint64> offsetOf(bool isWhole, const Properties &properties)
-{
-    return isWhole ? 0 : registryNumber(properties, IOMediaKey::base);
 }
 
 int answer(const std::optional<qint64> &value, qint64 *out)
@@ -56,13 +52,17 @@ void DiskListKeys::refresh(const ZorvexDiskManagerDisk &record)
     m_isRead = true;
     m_isWhole = isWhole;
     m_properties = propertiesOf(record);
-    m_offset = offsetOf(isWhole, m_properties);
+    m_offset = isWhole ? wholeDiskOffset : registryNumber(m_properties, IOMediaKey::base);
     m_number = registryNumber(m_properties, IOMediaKey::partitionID);
 }
 
 int get_partition_offset(const ZorvexDiskManagerDisk &record, qint64 *out)
 {
-    return answer(offsetOf(record.whole != 0, propertiesOf(record)), out);
+    if (record.whole != 0) {
+        *out = wholeDiskOffset;
+        return 0;
+    }
+    return answer(registryNumber(propertiesOf(record), IOMediaKey::base), out);
 }
 
 int get_partition_number(const ZorvexDiskManagerDisk &record, qint64 *out)

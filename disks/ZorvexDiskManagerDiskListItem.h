@@ -35,7 +35,8 @@ void disk_list_add(ZorvexDiskManagerDiskListItem **head, ZorvexDiskManagerDiskLi
 // Unlinks the item from the ring. The item's own links and children stay as they are.
 void disk_list_remove(ZorvexDiskManagerDiskListItem **head, ZorvexDiskManagerDiskListItem *item);
 
-// The medium's byte offset in its parent; 0 for a whole disk. Returns 0, or EIO and leaves out alone.
+// The medium's byte offset in its parent; 0 for a whole disk, whose registry entry is not asked. Returns 0,
+// or EIO and leaves out alone.
 int get_partition_offset(const ZorvexDiskManagerDisk &record, qint64 *out);
 
 // The medium's partition number. Returns 0, or EIO and leaves out alone.

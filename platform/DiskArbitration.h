@@ -130,10 +130,10 @@ public:
     virtual ~DASession() = default;
 
     // Callbacks are registered before scheduling, one of each kind, for every disk and every key.
-    void registerDiskPeekCallback(DADiskPeekCallback callback, int order);
-    void registerDiskAppearedCallback(DADiskAppearedCallback callback);
-    void registerDiskDisappearedCallback(DADiskDisappearedCallback callback);
-    void registerDiskDescriptionChangedCallback(DADiskDescriptionChangedCallback callback);
+    virtual void registerDiskPeekCallback(DADiskPeekCallback callback, int order);
+    virtual void registerDiskAppearedCallback(DADiskAppearedCallback callback);
+    virtual void registerDiskDisappearedCallback(DADiskDisappearedCallback callback);
+    virtual void registerDiskDescriptionChangedCallback(DADiskDescriptionChangedCallback callback);
 
     // Called once after scheduling: all media that are present have been reported, or the service cannot be
     // reached (its media are reported if it comes later).

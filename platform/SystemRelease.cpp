@@ -3,13 +3,17 @@
 
 #include "platform/SystemLog.h"
 
+#include <sys/utsname.h>
+
+#include <cerrno>
 #include <cstdlib>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-const QByteArray currentRelease = QByteArrayLiteral("24.0.0");
+// What every Linux stands for.
+const QByteArray newestGeneration = QByteArrayLiteral("24.0.0");
 
 struct Override
 {
@@ -33,7 +37,10 @@ int systemRelease(QByteArray *release)
         *release = set->release;
         return 0;
     }
-    *release = currentRelease;
+    utsname system {};
+    if (uname(&system) != 0)
+        return errno;
+    *release = newestGeneration;
     return 0;
 }
 

@@ -1,21 +1,24 @@
 // SPDX-License-Identifier: MIT
 //
 // The release of the system as the drawing and layout choices know it. Their thresholds (8, 9, 13) number the
-// generations of a toolkit, not Linux kernels, whose own numbers would read as a very old system: what stands
-// behind this header is a current one. Any thread.
+// generations of a toolkit, not Linux kernels, whose own numbers would read as a very old system. Any Linux
+// that uname(2) knows of counts as the newest generation. Any thread.
 #pragma once
 
 #include <QByteArray>
 
 #include <optional>
 
-// The release string, such as "23.1.0". Returns 0, or an errno value when it cannot be had.
+// The release string, such as "24.0.0". Returns 0, or the errno value of uname(2) and leaves the string
+// alone.
 int systemRelease(QByteArray *release);
 
-// The number before the first "." of the release; nothing, after a log line, when the release cannot be had.
+// The number before the first "." of the release. Returns std::nullopt, after a log line, when the release
+// cannot be had.
 std::optional<unsigned long> systemMajorVersion();
 
-// While an object of this class lives, the system reports this release, or this error when it is not 0.
+// For tests: while an object of this class lives, the system reports this release, or this error when it is
+// not 0.
 class SystemReleaseOverride
 {
 public:

@@ -4,8 +4,11 @@
 #include "ui/tool_tips.h"
 
 #include <QAbstractTextDocumentLayout>
+#include <QCursor>
 #include <QKeyEvent>
 #include <QMimeData>
+#include <QMouseEvent>
+#include <QScrollBar>
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextOption>
@@ -33,6 +36,8 @@ LinkTextView::LinkTextView(QWidget *parent)
     setFocusPolicy(Qt::NoFocus);
     document()->setDocumentMargin(0);
     viewport()->setAutoFillBackground(false);
+    viewport()->setMouseTracking(true);
+    viewport()->unsetCursor();
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Maximum);
     connect(document()->documentLayout(), &QAbstractTextDocumentLayout::documentSizeChanged, this,
         &QWidget::updateGeometry);
@@ -56,7 +61,7 @@ void LinkTextView::setLink(const QString &text, const QColor &color, const QFont
     format.setFont(linkFont, QTextCharFormat::FontPropertiesSpecifiedOnly);
     cursor.mergeCharFormat(format);
     cursor.endEditBlock();
-    viewport()->setCursor(Qt::PointingHandCursor);
+    showPointerAt(viewport()->mapFromGlobal(QCursor::pos()));
     setFocusPolicy(Qt::StrongFocus);
     setToolTip(plainToolTip(text));
     Q_EMIT hasLinkChanged(true);
@@ -67,7 +72,7 @@ void LinkTextView::clearLink()
     clear();
     m_text.clear();
     viewport()->unsetCursor();
-    // There is nothing to follow; who had come here with the keyboard goes on from here.
+    // There is nothing to follow: the keyboard goes on from here.
     if (window()->focusWidget() == this)
         focusNextChild();
     setFocusPolicy(Qt::NoFocus);
@@ -108,6 +113,23 @@ void LinkTextView::changeEvent(QEvent *event)
     option.setTextDirection(Qt::LeftToRight);
     option.setAlignment(Qt::AlignAbsolute | (isRightToLeft() ? Qt::AlignRight : Qt::AlignLeft));
     document()->setDefaultTextOption(option);
+}
+
+// A hand on the text itself, and not beside it in its line.
+void LinkTextView::showPointerAt(const QPoint &position)
+{
+    const QPoint scrolled(horizontalScrollBar()->value(), verticalScrollBar()->value());
+    const bool isOnText = document()->documentLayout()->hitTest(position + scrolled, Qt::ExactHit) >= 0;
+    if (isOnText && !m_text.isEmpty())
+        viewport()->setCursor(Qt::PointingHandCursor);
+    else
+        viewport()->unsetCursor();
+}
+
+void LinkTextView::mouseMoveEvent(QMouseEvent *event)
+{
+    QTextEdit::mouseMoveEvent(event);
+    showPointerAt(event->position().toPoint());
 }
 
 void LinkTextView::mouseReleaseEvent(QMouseEvent *event)

@@ -21,7 +21,7 @@ public:
     explicit LinkTextView(QWidget *parent = nullptr);
 
     // Replaces the text, which stands between its controls; it is underlined and drawn in this colour and
-    // font, under a pointing hand.
+    // font. Over it, the pointer is a hand.
     void setLink(const QString &text, const QColor &color, const QFont &linkFont);
 
     void clearLink();
@@ -41,11 +41,14 @@ Q_SIGNALS:
 
 protected:
     void changeEvent(QEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     QMimeData *createMimeDataFromSelection() const override;
 
 private:
+    void showPointerAt(const QPoint &position);
+
     QString m_text; // of the link that is shown; empty for none
     QColor m_color;
     QFont m_font;

@@ -5,6 +5,7 @@
 
 #include <QFileInfo>
 #include <QHash>
+#include <QUuid>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -69,10 +70,8 @@ public:
 
     QString content() const
     {
-        if (isPartition()) {
-            const QString type = m_store.text(m_path, UDisks::partition, "Type");
-            return type.startsWith("0x"_L1) ? mbrContent(type) : type.toUpper();
-        }
+        if (isPartition())
+            return partitionContent(m_store.text(m_path, UDisks::partition, "Type"));
         const QString table = m_store.text(m_path, UDisks::partitionTable, "Type");
         if (table == "gpt"_L1)
             return u"GUID_partition_scheme"_s;
@@ -95,6 +94,15 @@ public:
     const UDisksStore &store() const { return m_store; }
 
 private:
+    // A type tells its own table. The service often tells of a new table later than of the partitions in it.
+    static QString partitionContent(const QString &type)
+    {
+        if (type.startsWith("0x"_L1))
+            return mbrContent(type);
+        const bool isOfGpt = !QUuid::fromString(type).isNull();
+        return isOfGpt ? type.toUpper() : type;
+    }
+
     const UDisksStore &m_store;
     QString m_path;
     QString m_whole;

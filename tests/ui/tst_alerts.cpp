@@ -6,10 +6,21 @@
 
 #include <QAction>
 #include <QLabel>
+#include <QMetaMethod>
 #include <QPushButton>
 #include <QTest>
 
 using namespace Qt::Literals::StringLiterals;
+
+// What nothing can be made of without a value.
+struct Unmakable
+{
+    explicit Unmakable(int given)
+        : value(given)
+    {
+    }
+    int value;
+};
 
 // A controller with actions to follow an alert.
 class FollowingController : public ZorvexDiskManagerAppDelegate
@@ -37,6 +48,10 @@ public:
     {
         calls += u"other %1 %2 %3 %4"_s.arg(alert != nullptr).arg(returnCode).arg(text.size()).arg(fourth);
     }
+    Q_INVOKABLE void unmakableArgument(AlertSheet *, int, const Unmakable &third)
+    {
+        calls += u"unmakable %1"_s.arg(third.value);
+    }
     Q_INVOKABLE void nextAlert(AlertSheet *alert) { errorMessage(u"after "_s + alert->text()); }
 
     QStringList calls;
@@ -58,7 +73,8 @@ private Q_SLOTS:
     void followUpIsGivenAlertAndReturnCode();
     void followUpOfAnySignature_data();
     void followUpOfAnySignature();
-    void followUpThatIsMissingIsLogged();
+    void followUpThatCannotBeCalledIsLogged_data();
+    void followUpThatCannotBeCalledIsLogged();
     void followUpMayShowTheNextAlert();
     void hostileTextsArePlain();
     void longTextKeepsTheWindowSmall();
@@ -68,6 +84,16 @@ private:
 };
 
 namespace {
+
+bool hasInvokable(const QObject &object, const QByteArray &name)
+{
+    const QMetaObject &meta = *object.metaObject();
+    for (int i = 0; i < meta.methodCount(); ++i) {
+        if (meta.method(i).name() == name)
+            return true;
+    }
+    return false;
+}
 
 FollowingController &following(TestController &test)
 {
@@ -204,13 +230,23 @@ void TestAlerts::followUpOfAnySignature()
     QCOMPARE(test->log.lines(), QStringList());
 }
 
-void TestAlerts::followUpThatIsMissingIsLogged()
+void TestAlerts::followUpThatCannotBeCalledIsLogged_data()
 {
+    QTest::addColumn<bool>("isImplemented");
+    QTest::newRow("nobodyImplementsThis") << false;
+    QTest::newRow("unmakableArgument") << true;
+}
+
+void TestAlerts::followUpThatCannotBeCalledIsLogged()
+{
+    QFETCH(const bool, isImplemented);
     const auto test = launched();
-    test->controller().messageWithTitle(u"T"_s, u"x"_s, 0, "nobodyImplementsThis");
+    QCOMPARE(hasInvokable(test->controller(), QTest::currentDataTag()), isImplemented);
+    test->controller().messageWithTitle(u"T"_s, u"x"_s, 0, QTest::currentDataTag());
     press(test->sheets().constFirst(), AlertSheet::firstButtonReturn);
     QVERIFY(!test->controller().alertInProgress);
     QCOMPARE(test->log.lines(), QStringList { u"Unable to find selector passed to alertDidEnd."_s });
+    QCOMPARE(following(*test).calls, QStringList());
 }
 
 void TestAlerts::followUpMayShowTheNextAlert()

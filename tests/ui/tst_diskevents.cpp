@@ -2,11 +2,13 @@
 //
 // Disks that appear, disappear and change, as the tree and the selection follow them.
 #include "tests/support/TestController.h"
+#include "tests/support/TestSeed.h"
 
 #include "ui/OutlineView.h"
 
 #include <QLabel>
 #include <QRandomGenerator>
+#include <QSignalSpy>
 #include <QTest>
 
 #include <vector>
@@ -26,6 +28,12 @@ QStringList names(std::initializer_list<const char *> list)
 bool isNotFoundLine(const QString &line)
 {
     return line.startsWith(u"Could not find a matching ZorvexDiskManagerDisk for DADiskRef 0x"_s);
+}
+
+QString notShownLine(const ZorvexDiskManagerDiskListItem *item)
+{
+    return QString::asprintf("No index found for item %p (disk %p)!", static_cast<const void *>(item),
+        static_cast<const void *>(item->disk.get()));
 }
 
 // All names of a ring and below it, from the top.
@@ -60,8 +68,10 @@ private Q_SLOTS:
     void selectionAfterARemoval_data();
     void selectionAfterARemoval();
     void removalBelowTheSelectionDoesNotCallTheHandler();
+    void volumeOfACollapsedDiskThatGoesIsLogged();
     void lastDiskThatGoesLeavesNoSelection();
     void unmountedVolumeLosesItsPath();
+    void changeIsShownAtOnce();
     void changeThatIsRefusedKeepsWhatWas();
     void diskThatGoesBeforeItsPartitionsTakesThemAlong();
     void eventsWithoutADescriptionAreSilent();
@@ -158,6 +168,27 @@ void TestDiskEvents::removalBelowTheSelectionDoesNotCallTheHandler()
     QCOMPARE(test.controller().infoNameLabel->text(), u"untouched"_s);
 }
 
+void TestDiskEvents::volumeOfACollapsedDiskThatGoesIsLogged()
+{
+    TestController test;
+    test.launch();
+    const MemoryDiskRef volume = makePartition(u"disk2s1"_s, 1000);
+    test.add(makeDisk(u"disk2"_s));
+    test.add(volume);
+    test.add(makeDisk(u"disk3"_s));
+    OutlineView *const view = test.controller().leftOutlineView;
+    view->collapse(view->model()->index(0, 0));
+    test.select(u"disk3"_s);
+    test.controller().infoNameLabel->setText(u"untouched"_s);
+    test.log.clear();
+    const QString line = notShownLine(test.controller().disk_list->children);
+    test.service.removeDisk(volume);
+    QCOMPARE(test.log.lines(), QStringList { line });
+    QCOMPARE(test.controller().disk_list->children, nullptr);
+    QCOMPARE(view->selectedRow(), 1);
+    QCOMPARE(test.controller().infoNameLabel->text(), u"untouched"_s);
+}
+
 void TestDiskEvents::lastDiskThatGoesLeavesNoSelection()
 {
     TestController test;
@@ -182,6 +213,26 @@ void TestDiskEvents::unmountedVolumeLosesItsPath()
     setMounted(volume, {});
     test.service.changeDisk(volume, { DAKey::volumePath });
     QVERIFY(!record->volumePath);
+}
+
+void TestDiskEvents::changeIsShownAtOnce()
+{
+    TestController test;
+    test.launch();
+    const MemoryDiskRef volume = makePartition(u"disk2s1"_s, 1000, u"Old"_s);
+    test.add(volume);
+    test.select(u"disk2s1"_s);
+    const QSignalSpy reloads(test.controller().leftOutlineView->model(), &QAbstractItemModel::dataChanged);
+    volume->description->insert(DAKey::volumeName, u"New"_s);
+    test.service.changeDisk(volume);
+    QCOMPARE(reloads.size(), 1);
+    QCOMPARE(test.controller().infoNameLabel->text(), u"New"_s);
+    // A change that is refused is not.
+    volume->description->insert(DAKey::mediaContent, u"Apple_partition_map"_s);
+    test.controller().infoNameLabel->setText(u"untouched"_s);
+    test.service.changeDisk(volume);
+    QCOMPARE(reloads.size(), 1);
+    QCOMPARE(test.controller().infoNameLabel->text(), u"untouched"_s);
 }
 
 void TestDiskEvents::changeThatIsRefusedKeepsWhatWas()
@@ -249,9 +300,7 @@ void TestDiskEvents::placeIsNotRevisedOnAChange()
 // Whatever comes and goes, and whatever the user collapses in between: an arrival opens all again.
 void TestDiskEvents::rowsFollowTheTree()
 {
-    const quint32 seed = QRandomGenerator::global()->generate();
-    qInfo("seed %u", seed);
-    QRandomGenerator random(seed);
+    QRandomGenerator random(testSeed());
     TestController test;
     test.launch();
     OutlineView *const view = test.controller().leftOutlineView;

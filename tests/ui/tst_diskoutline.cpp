@@ -27,6 +27,8 @@ private Q_SLOTS:
     void partitionMovesUnderItsDisk();
     void selectionStaysOnTheMedium();
     void selectionStaysWhenAnArrivalMovesOthers();
+    void arrivalAboveTheSelectionCallsTheHandler();
+    void arrivalThatIsNotShownIsLogged();
     void unmountedVolumeIsDrawnDisabled();
     void emptyTreeHasNoRowsAndNoExpandableRoot();
     void childBeyondTheLastIsTheFirst();
@@ -55,7 +57,7 @@ private Q_SLOTS:
 
 namespace {
 
-// Counts what the view tells of its selection.
+// Counts how often the handler of the selection is called, and notes the selected row at the last call.
 class CountingController : public ZorvexDiskManagerAppDelegate
 {
 public:
@@ -69,10 +71,12 @@ public:
     {
         ++selectionChanges;
         isToldBefore = selectionIsChanging == selectionChanges;
+        rowToldLast = leftOutlineView->selectedRow();
         ZorvexDiskManagerAppDelegate::outlineViewSelectionDidChange();
     }
     int selectionIsChanging = 0;
     int selectionChanges = 0;
+    int rowToldLast = -1;
     bool isToldBefore = false; // that the selection was about to change, at the last change
 };
 
@@ -219,6 +223,45 @@ void TestDiskOutline::selectionStaysWhenAnArrivalMovesOthers()
     test.select(u"disk7s1"_s);
     test.add(makeDisk(u"disk7"_s));
     QVERIFY(isSelected(u"disk7s1"_s));
+}
+
+void TestDiskOutline::arrivalAboveTheSelectionCallsTheHandler()
+{
+    TestController test;
+    test.makeController
+        = [](const ApplicationPlatform &platform) { return std::make_unique<CountingController>(platform); };
+    test.launch();
+    const auto &controller = static_cast<CountingController &>(test.controller());
+    test.add(makeDisk(u"disk5"_s));
+    QCOMPARE(controller.selectionChanges, 0); // nothing is selected
+    test.select(u"disk5"_s);
+    QCOMPARE(controller.selectionChanges, 1);
+    QCOMPARE(controller.rowToldLast, 0);
+    test.add(makeDisk(u"disk2"_s));
+    QCOMPARE(controller.rowToldLast, 1);
+    const int changes = controller.selectionChanges;
+    test.add(makeDisk(u"disk9"_s));
+    QCOMPARE(controller.selectionChanges, changes);
+    QCOMPARE(controller.leftOutlineView->selectedRow(), 1);
+}
+
+// The view has no data source before the launch has come to it: a tree that is rebuilt has no rows by then.
+void TestDiskOutline::arrivalThatIsNotShownIsLogged()
+{
+    TestController test;
+    test.makeController
+        = [](const ApplicationPlatform &platform) { return std::make_unique<CountingController>(platform); };
+    test.service.addDisk(makePartition(u"disk2s1"_s, 1024));
+    test.service.addDisk(makeDisk(u"disk2"_s));
+    test.launch();
+    const auto lineOf = [](const ZorvexDiskManagerDiskListItem *item) {
+        return QString::asprintf("No index found for item %p (disk %p)!", static_cast<const void *>(item),
+            static_cast<const void *>(item->disk.get()));
+    };
+    const ZorvexDiskManagerDiskListItem *const disk = test.controller().disk_list;
+    QCOMPARE(test.log.lines(), QStringList { lineOf(disk) });
+    QCOMPARE(static_cast<CountingController &>(test.controller()).selectionChanges, 0);
+    QCOMPARE(test.rowNames(), (QStringList { u"disk2"_s, u"disk2s1"_s }));
 }
 
 void TestDiskOutline::unmountedVolumeIsDrawnDisabled()

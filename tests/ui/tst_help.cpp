@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// The manual, the About box and the mount path that is a link.
+// The manual, the About panel and the mount path that is a link.
 #include "platform/Localization.h"
 #include "platform/SystemRelease.h"
 #include "tests/support/TestController.h"
@@ -12,7 +12,9 @@
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
+#include <QCloseEvent>
 #include <QLabel>
+#include <QMessageBox>
 #include <QScopeGuard>
 #include <QTest>
 #include <QTextBlock>
@@ -26,6 +28,8 @@ class TestHelp : public QObject
 private Q_SLOTS:
     void linkHoldsThePathBetweenControls();
     void linkIsStyled();
+    void pointerIsAHandOverTheTextOnly_data();
+    void pointerIsAHandOverTheTextOnly();
     void linkIsToldAsOne();
     void linkColorByGeneration_data();
     void linkColorByGeneration();
@@ -45,15 +49,19 @@ private Q_SLOTS:
     void hostilePathIsPlain();
     void manualIsOpened();
     void missingManualIsAlertedOnce();
-    void aboutBox();
+    void aboutPanelTellsTheVersion();
+    void aboutPanelBlocksNothing();
+    void aboutPanelThatIsOpenIsRaised();
+    void aboutPanelClosesWithTheWindow();
 
 private:
-    static std::unique_ptr<TestController> withMountedVolume(const QString &path = u"/Volumes/X"_s);
+    static std::unique_ptr<TestController> withMountedVolume(
+        const QString &path = u"/Volumes/X"_s, const QString &localization = u"en"_s);
 };
 
-std::unique_ptr<TestController> TestHelp::withMountedVolume(const QString &path)
+std::unique_ptr<TestController> TestHelp::withMountedVolume(const QString &path, const QString &localization)
 {
-    auto test = std::make_unique<TestController>();
+    auto test = std::make_unique<TestController>(localization);
     test->launch();
     test->add(makeDisk(u"disk2"_s));
     const MemoryDiskRef volume = makePartition(u"disk2s1"_s, 1024);
@@ -83,6 +91,12 @@ QPoint pointAt(const LinkTextView *view, int position)
     return view->cursorRect(cursor).center();
 }
 
+// Those that are there, open or about to be deleted.
+QList<QMessageBox *> aboutPanels(TestController &test)
+{
+    return test.window().findChildren<QMessageBox *>(u"aboutPanel"_s);
+}
+
 void click(const LinkTextView *view, int position, Qt::MouseButton button = Qt::LeftButton)
 {
     QTest::mouseClick(view->viewport(), button, {}, pointAt(view, position));
@@ -110,11 +124,48 @@ void TestHelp::linkIsStyled()
         QCOMPARE(formatAt(view, position).font().pointSizeF(),
             test->controller().infoDiskSpaceLabel->font().pointSizeF());
     }
-    QCOMPARE(view->viewport()->cursor().shape(), Qt::PointingHandCursor);
     setMounted(std::static_pointer_cast<MemoryDisk>(test->recordOf(u"disk2s1"_s)->daDisk), {});
     test->select(u"disk2"_s);
     QCOMPARE(view->toPlainText(), QString());
-    QVERIFY(view->viewport()->cursor().shape() != Qt::PointingHandCursor);
+}
+
+void TestHelp::pointerIsAHandOverTheTextOnly_data()
+{
+    QTest::addColumn<QString>("localization");
+    QTest::addColumn<QString>("path");
+    QTest::newRow("left to right") << u"en"_s << u"/Volumes/X"_s;
+    QTest::newRow("right to left") << u"ar"_s << u"/Volumes/X"_s;
+    QTest::newRow("two lines") << u"en"_s << QString(u"/Volumes/"_s + QString(200, u'M'));
+}
+
+void TestHelp::pointerIsAHandOverTheTextOnly()
+{
+    QFETCH(const QString, localization);
+    QFETCH(const QString, path);
+    const auto test = withMountedVolume(path, localization);
+    const LinkTextView *const view = test->controller().infoMountedPathView;
+    QWidget *const viewport = view->viewport();
+    const auto isHandAt = [viewport](const QPoint &position) {
+        QMouseEvent move(
+            QEvent::MouseMove, position, viewport->mapToGlobal(position), Qt::NoButton, Qt::NoButton, {});
+        QCoreApplication::sendEvent(viewport, &move);
+        return viewport->cursor().shape() == Qt::PointingHandCursor;
+    };
+    QVERIFY(viewport->hasMouseTracking());
+    const QPoint inside = pointAt(view, 5);
+    const int last = static_cast<int>(view->textLength()) - 1;
+    // In the line of the link, on its far side from the caption.
+    const QPoint beside(localization == u"ar"_s ? 2 : viewport->width() - 2, inside.y());
+    const bool isFullLine = last > 100;
+    QVERIFY(isHandAt(inside));
+    QVERIFY(isFullLine || !isHandAt(beside));
+    QVERIFY(isHandAt(pointAt(view, 2)));
+    QVERIFY(!isHandAt(QPoint(inside.x(), 10000)));
+    QVERIFY(isHandAt(inside));
+    test->select(u"disk2"_s);
+    QCOMPARE(view->toPlainText(), QString());
+    QVERIFY(viewport->cursor().shape() != Qt::PointingHandCursor);
+    QVERIFY(!isHandAt(inside) && !isHandAt(QPoint(0, inside.y())));
 }
 
 void TestHelp::linkIsToldAsOne()
@@ -185,7 +236,6 @@ void TestHelp::linkLooksTheSameAfterAnotherDisk()
     QCOMPARE(view->toPlainText(), QString());
     test->select(u"disk2s1"_s);
     QCOMPARE(view->textLength(), 12);
-    QCOMPARE(view->viewport()->cursor().shape(), Qt::PointingHandCursor);
 }
 
 void TestHelp::clickInsideOpensTheVolume()
@@ -337,18 +387,70 @@ void TestHelp::missingManualIsAlertedOnce()
     QCOMPARE(sheet->icon(), QMessageBox::Warning);
 }
 
-void TestHelp::aboutBox()
+void TestHelp::aboutPanelTellsTheVersion()
 {
     QCoreApplication::setApplicationVersion(u"12.34.56"_s);
     TestController test;
     test.launch();
     test.action(u"actionAbout"_s)->trigger();
-    QCOMPARE(test.sheets().size(), 1);
-    QCOMPARE(test.sheets().constFirst()->text(), localizedString("WINDOW_TITLE"));
-    const QString text = test.sheets().constFirst()->informativeText();
+    QCOMPARE(aboutPanels(test).size(), 1);
+    const QMessageBox *const panel = aboutPanels(test).constFirst();
+    QCOMPARE(panel->windowTitle(), localizedString("WINDOW_TITLE"));
+    QCOMPARE(panel->text(), localizedString("WINDOW_TITLE"));
+    const QString text = panel->informativeText();
     QVERIFY2(text.contains(u"12.34.56"_s), qPrintable(text));
     QVERIFY2(!text.contains(u"%@"_s), qPrintable(text));
-    QVERIFY(!test.controller().alertInProgress);
+}
+
+void TestHelp::aboutPanelBlocksNothing()
+{
+    const auto test = withMountedVolume();
+    test->action(u"actionAbout"_s)->trigger();
+    QMessageBox *const panel = aboutPanels(*test).constFirst();
+    QVERIFY(!panel->isModal());
+    QVERIFY(test->sheets().isEmpty());
+    // Clicks reach the window.
+    click(test->controller().infoMountedPathView, 5);
+    QCOMPARE(test->workspace->folders, QStringList { u"/Volumes/X"_s });
+    // Alerts come and go beside it.
+    QVERIFY(!test->controller().alertInProgress);
+    test->controller().errorMessage(u"Text"_s);
+    QCOMPARE(test->sheets().size(), 1);
+    QVERIFY(panel->isVisible());
+    press(test->sheets().constFirst(), AlertSheet::firstButtonReturn);
+    QTest::keyClick(panel, Qt::Key_Escape);
+    QTRY_VERIFY(aboutPanels(*test).isEmpty());
+    QCOMPARE(test->log.lines(), QStringList());
+}
+
+void TestHelp::aboutPanelThatIsOpenIsRaised()
+{
+    TestController test;
+    test.launch();
+    test.controller().clickAboutButton(nullptr);
+    QMessageBox *const panel = aboutPanels(test).constFirst();
+    QVERIFY(QTest::qWaitForWindowActive(panel));
+    test.window().activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&test.window()));
+    test.controller().clickAboutButton(nullptr);
+    QCOMPARE(aboutPanels(test), QList<QMessageBox *> { panel });
+    QVERIFY(QTest::qWaitForWindowActive(panel));
+    // Closed, it is made again.
+    panel->close();
+    QTRY_VERIFY(aboutPanels(test).isEmpty());
+    test.controller().clickAboutButton(nullptr);
+    QCOMPARE(aboutPanels(test).size(), 1);
+}
+
+void TestHelp::aboutPanelClosesWithTheWindow()
+{
+    TestController test;
+    test.launch();
+    test.controller().clickAboutButton(nullptr);
+    QCOMPARE(aboutPanels(test).size(), 1);
+    QCloseEvent close;
+    QCoreApplication::sendEvent(&test.window(), &close);
+    QTRY_VERIFY(aboutPanels(test).isEmpty());
 }
 
 QTEST_MAIN(TestHelp)

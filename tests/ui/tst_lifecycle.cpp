@@ -1,16 +1,19 @@
 // SPDX-License-Identifier: MIT
 //
 // How the window comes up and goes.
+#include "platform/udisks/UDisksSession.h"
+#include "tests/support/FakeUDisks.h"
 #include "tests/support/TestController.h"
 #include "ui/FlippedOutlineView.h"
 #include "ui/ImageButton.h"
+#include "ui/OutlineView.h"
 #include "ui/OutputView.h"
 
 #include <QAction>
 #include <QApplication>
+#include <QMenuBar>
 #include <QScopeGuard>
 #include <QScreen>
-#include <QSignalSpy>
 #include <QTabWidget>
 #include <QTest>
 #include <QTimer>
@@ -23,18 +26,22 @@ class TestLifecycle : public QObject
 
 private Q_SLOTS:
     void opensWithTheInfoTabAlone();
-    void opensAt800By450Centred();
+    void contentIs800By450Centred_data();
+    void contentIs800By450Centred();
     void treePaneKeepsItsWidth();
     void arabicAloneIsMirrored_data();
     void arabicAloneIsMirrored();
     void threePanesAreNotSwapped();
     void outputIsDrawnAsControlText();
     void disksPresentAtLaunchAreExpandedAndNoneIsSelected();
+    void launchGoesInItsOrder();
+    void peekComesBeforeAppeared();
     void sessionIsGivenBackOnce();
-    void listsAreGivenBack();
+    void listsAreGivenBackInTheirOrder();
     void withoutSessionTheTreeIsEmpty();
+    void serviceThatDoesNotStartIsLoggedAndTakenUpLater();
     void activationReadsTheBundlesEveryTime();
-    void closingTheWindowQuits();
+    void closingTheWindowEndsTheProgram();
     void quitMenuItemQuits();
 };
 
@@ -60,7 +67,82 @@ private:
     QStringList &m_calls;
 };
 
-// Runs the application until it quits by itself; false when it has to be stopped.
+using Note = std::function<void(const QString &call)>;
+
+// Notes what it is asked in, and has a disk with a partition.
+class NotingSession : public DASession
+{
+public:
+    explicit NotingSession(Note note)
+        : m_note(std::move(note))
+    {
+    }
+    void registerDiskPeekCallback(DADiskPeekCallback callback, int order) override
+    {
+        m_note(order == 0 ? u"peek"_s : u"peek of another order"_s);
+        DASession::registerDiskPeekCallback(std::move(callback), order);
+    }
+    void registerDiskAppearedCallback(DADiskAppearedCallback callback) override
+    {
+        m_note(u"appeared"_s);
+        DASession::registerDiskAppearedCallback(std::move(callback));
+    }
+    void registerDiskDisappearedCallback(DADiskDisappearedCallback callback) override
+    {
+        m_note(u"disappeared"_s);
+        DASession::registerDiskDisappearedCallback(std::move(callback));
+    }
+    void registerDiskDescriptionChangedCallback(DADiskDescriptionChangedCallback callback) override
+    {
+        m_note(u"changed"_s);
+        DASession::registerDiskDescriptionChangedCallback(std::move(callback));
+    }
+    void scheduleWithRunLoop() override
+    {
+        m_note(u"schedule"_s);
+        deliverAppeared(makeDisk(u"disk2"_s));
+        deliverAppeared(makePartition(u"disk2s1"_s, 1024));
+    }
+    void unscheduleFromRunLoop() override { }
+    void mount(const DADiskRef &, quint32, DADiskCompletion) override { }
+    void unmount(const DADiskRef &, quint32, DADiskCompletion) override { }
+    void eject(const DADiskRef &, quint32, DADiskCompletion) override { }
+    void rename(const DADiskRef &, const QString &, quint32, DADiskCompletion) override { }
+
+private:
+    Note m_note;
+};
+
+// Notes what its views ask it and tell it.
+class NotingController : public ZorvexDiskManagerAppDelegate
+{
+public:
+    using ZorvexDiskManagerAppDelegate::ZorvexDiskManagerAppDelegate;
+    int outlineView_numberOfChildrenOfItem(OutlineView *view, const OutlineItem &item) override
+    {
+        mainSplitView->moveDivider(240); // asks its delegate, where it has one
+        note(u"data source"_s);
+        return ZorvexDiskManagerAppDelegate::outlineView_numberOfChildrenOfItem(view, item);
+    }
+    void outlineViewSelectionDidChange() override
+    {
+        mainSplitView->moveDivider(240);
+        if (leftOutlineView->selectedRow() < 0) {
+            note(u"selection"_s);
+            leftOutlineView->collapse(leftOutlineView->model()->index(0, 0)); // something to expand
+        }
+        ZorvexDiskManagerAppDelegate::outlineViewSelectionDidChange();
+    }
+    int splitView_constrainMinCoordinate_ofSubviewAt(SplitView *view, int proposed, int index) override
+    {
+        note(u"split view"_s);
+        return ZorvexDiskManagerAppDelegate::splitView_constrainMinCoordinate_ofSubviewAt(
+            view, proposed, index);
+    }
+    Note note;
+};
+
+// Runs the application until it quits by itself with status 0; false when it has to be stopped.
 template <typename Action> bool quitsAfter(Action action)
 {
     QTimer::singleShot(0, qApp, action);
@@ -83,16 +165,33 @@ void TestLifecycle::opensWithTheInfoTabAlone()
     QVERIFY(test.controller().formatTab && test.controller().maintenanceTab);
 }
 
-void TestLifecycle::opensAt800By450Centred()
+void TestLifecycle::contentIs800By450Centred_data()
 {
+    QTest::addColumn<bool>("hasMenusInTheWindow");
+    QTest::newRow("menus in the window") << true;
+    QTest::newRow("menus elsewhere") << false;
+}
+
+void TestLifecycle::contentIs800By450Centred()
+{
+    QFETCH(const bool, hasMenusInTheWindow);
     TestController test;
+    test.load();
+    if (!hasMenusInTheWindow) {
+        // As where the desktop shows them in a bar of its own.
+        test.window().menuBar()->hide();
+        test.controller().awakeFromNib();
+    }
     test.launch();
-    QCOMPARE(test.window().size(), QSize(800, 450));
+    const QWidget *const content = test.window().centralWidget();
+    QVERIFY(QTest::qWaitForWindowExposed(&test.window()));
+    QCOMPARE(content->size(), QSize(800, 450));
+    QCOMPARE(test.window().height() > 450, hasMenusInTheWindow);
     const QRect screen = test.window().screen()->availableGeometry();
     const QPoint distance = test.window().pos() + test.window().rect().center() - screen.center();
     QVERIFY2(distance.manhattanLength() <= 2, qPrintable(u"%1 %2"_s.arg(distance.x()).arg(distance.y())));
     test.window().resize(100, 100);
-    QCOMPARE(test.window().size(), QSize(720, 420));
+    QTRY_COMPARE(content->size(), QSize(720, 420));
 }
 
 void TestLifecycle::treePaneKeepsItsWidth()
@@ -194,6 +293,59 @@ void TestLifecycle::disksPresentAtLaunchAreExpandedAndNoneIsSelected()
     QCOMPARE(test.controller().leftOutlineView->selectedRow(), -1);
 }
 
+void TestLifecycle::launchGoesInItsOrder()
+{
+    QStringList calls;
+    const auto note = [&calls](const QString &call) {
+        if (!calls.contains(call))
+            calls += call;
+    };
+    TestController test;
+    writeWholeBundle(test.localDirectory(), u"msdos"_s, u"FAT"_s);
+    test.platform().catalogueMemory.allocRecord = [note] {
+        note(u"scan"_s);
+        return ZorvexDiskManagerFSBundle::alloc();
+    };
+    test.platform().createSession = [note] {
+        note(u"session"_s);
+        return std::make_unique<NotingSession>(note);
+    };
+    test.makeController = [note](const ApplicationPlatform &platform) {
+        auto controller = std::make_unique<NotingController>(platform);
+        controller->note = note;
+        return controller;
+    };
+    test.load();
+    const auto &controller = static_cast<NotingController &>(test.controller());
+    // Something to deselect.
+    connect(controller.leftOutlineView->model(), &QAbstractItemModel::dataChanged, &test.window(),
+        [&controller] { controller.leftOutlineView->selectRow(0); });
+    connect(controller.leftOutlineView, &QTreeView::expanded, &test.window(), [&] {
+        if (calls.contains(u"selection"_s)) {
+            controller.mainSplitView->moveDivider(240);
+            note(u"expand"_s);
+        }
+    });
+    test.launch();
+    QCOMPARE(calls,
+        (QStringList { u"scan"_s, u"session"_s, u"peek"_s, u"appeared"_s, u"disappeared"_s, u"changed"_s,
+            u"schedule"_s, u"data source"_s, u"selection"_s, u"split view"_s, u"expand"_s }));
+    QCOMPARE(controller.leftOutlineView->selectedRow(), -1);
+}
+
+void TestLifecycle::peekComesBeforeAppeared()
+{
+    MemoryDiskService service;
+    const std::unique_ptr<DASession> session = service.createSession();
+    QStringList calls;
+    session->registerDiskPeekCallback([&calls](const DADiskRef &) { calls += u"peek"_s; }, 0);
+    session->registerDiskAppearedCallback([&calls](const DADiskRef &) { calls += u"appeared"_s; });
+    service.addDisk(makeDisk(u"disk2"_s));
+    session->scheduleWithRunLoop();
+    service.addDisk(makeDisk(u"disk3"_s));
+    QCOMPARE(calls, (QStringList { u"peek"_s, u"appeared"_s, u"peek"_s, u"appeared"_s }));
+}
+
 void TestLifecycle::sessionIsGivenBackOnce()
 {
     QStringList calls;
@@ -208,19 +360,31 @@ void TestLifecycle::sessionIsGivenBackOnce()
     QCOMPARE(calls.size(), 3);
 }
 
-void TestLifecycle::listsAreGivenBack()
+void TestLifecycle::listsAreGivenBackInTheirOrder()
 {
+    QStringList calls;
     TestController test;
-    writeWholeBundle(test.localDirectory(), u"msdos"_s, u"FAT"_s);
+    test.platform().createSession = [&calls] { return std::make_unique<CountingSession>(calls); };
     test.launch();
     auto &controller = test.controller();
-    QCOMPARE(controller.allFilesystemBundlesList.value().size(), std::size_t { 1 });
-    QCOMPARE(controller.repairFilesystemBundlesList.value().size(), std::size_t { 1 });
+    // A record that notes when its list goes.
+    const auto listThatNotes = [&calls](const QString &name) {
+        return FilesystemBundleList { FilesystemBundleRef(
+            new ZorvexDiskManagerFSBundle, [&calls, name](const ZorvexDiskManagerFSBundle *record) {
+                calls += name;
+                delete record;
+            }) };
+    };
+    controller.allFilesystemBundlesList = listThatNotes(u"all"_s);
+    controller.formatFilesystemBundlesList = listThatNotes(u"format"_s);
+    controller.checkFilesystemBundlesList = listThatNotes(u"check"_s);
+    controller.repairFilesystemBundlesList = listThatNotes(u"repair"_s);
     controller.applicationWillTerminate();
-    QVERIFY(!controller.allFilesystemBundlesList);
-    QVERIFY(!controller.formatFilesystemBundlesList);
-    QVERIFY(!controller.checkFilesystemBundlesList);
-    QVERIFY(!controller.repairFilesystemBundlesList);
+    QCOMPARE(calls,
+        (QStringList {
+            u"schedule"_s, u"unschedule"_s, u"release"_s, u"repair"_s, u"check"_s, u"format"_s, u"all"_s }));
+    QVERIFY(!controller.allFilesystemBundlesList && !controller.formatFilesystemBundlesList);
+    QVERIFY(!controller.checkFilesystemBundlesList && !controller.repairFilesystemBundlesList);
 }
 
 void TestLifecycle::withoutSessionTheTreeIsEmpty()
@@ -233,6 +397,29 @@ void TestLifecycle::withoutSessionTheTreeIsEmpty()
     QCOMPARE(test.rowNames(), QStringList());
     QVERIFY(test.window().isVisible());
     QVERIFY(test.sheets().isEmpty());
+}
+
+void TestLifecycle::serviceThatDoesNotStartIsLoggedAndTakenUpLater()
+{
+    FakeUDisks fake;
+    fake.addInterfaces(FakeUDisks::blockPath(u"fake2"_s), fakeWholeDisk(u"fake2"_s), FakeUDisks::Tell::No);
+    TestController test;
+    test.platform().createSession
+        = [&fake] { return createUDisksSession(noClaims, fake.client(), FakeUDisks::facts); };
+    test.launch();
+    const QString line = u"Unable to create DASession."_s;
+    QVERIFY(test.controller().session);
+    QTRY_VERIFY(test.log.lines().contains(line));
+    QCOMPARE(test.rowNames(), QStringList());
+    QVERIFY(test.sheets().isEmpty());
+    fake.start();
+    QTRY_COMPARE(test.rowNames(), QStringList { u"disk2"_s });
+    // It was there once: it has not failed to start when it goes.
+    fake.stop();
+    QTRY_COMPARE(test.rowNames(), QStringList());
+    fake.start();
+    QTRY_COMPARE(test.rowNames(), QStringList { u"disk2"_s });
+    QCOMPARE(test.log.lines().count(line), 1);
 }
 
 void TestLifecycle::activationReadsTheBundlesEveryTime()
@@ -253,14 +440,15 @@ void TestLifecycle::activationReadsTheBundlesEveryTime()
     }
 }
 
-void TestLifecycle::closingTheWindowQuits()
+void TestLifecycle::closingTheWindowEndsTheProgram()
 {
+    QStringList calls;
     TestController test;
+    test.platform().createSession = [&calls] { return std::make_unique<CountingSession>(calls); };
     test.launch();
-    const QSignalSpy quits(qApp, &QCoreApplication::aboutToQuit);
     QVERIFY(quitsAfter([&test] { test.window().close(); }));
-    QCOMPARE(quits.size(), 1);
     QVERIFY(!test.window().isVisible());
+    QCOMPARE(calls, (QStringList { u"schedule"_s, u"unschedule"_s, u"release"_s }));
 }
 
 void TestLifecycle::quitMenuItemQuits()

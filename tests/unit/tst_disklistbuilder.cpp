@@ -5,6 +5,7 @@
 // report.
 #include "disks/DiskListBuilder.h"
 #include "disks/tree_rules.h"
+#include "tests/support/TestSeed.h"
 #include "tests/unit/DiskForest.h"
 
 #include <QRandomGenerator>
@@ -219,8 +220,7 @@ void TestDiskListBuilder::sameTreeAsBuildingAnew_data()
 void TestDiskListBuilder::sameTreeAsBuildingAnew()
 {
     QFETCH(const Oddity, oddity);
-    const quint32 seed = QRandomGenerator::global()->generate();
-    qInfo("seed %u", seed);
+    const quint32 seed = testSeed();
     for (quint32 round = 0; round < 60; ++round) {
         RandomMedia random(seed + round, oddity);
         Forest built;

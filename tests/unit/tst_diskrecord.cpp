@@ -92,6 +92,7 @@ private Q_SLOTS:
     void operationFieldsAreNeverTouched();
     void descriptionIsTheBsdName();
     void copyIsPartial();
+    void cleanupDropsWhatTheRecordOwns();
     void longNamesAreKept();
 };
 
@@ -291,15 +292,50 @@ void TestDiskRecord::copyIsPartial()
 {
     ZorvexDiskManagerDisk record;
     QVERIFY(!zorvex_disk_manager_update_disk_description(fullDisk(), record));
+    // Values that a new record does not have.
+    ZorvexDiskManagerDiskListItem item;
+    record.removable = 1;
+    record.whole = 1;
+    record.leaf = 1;
+    record.ejectable = 1;
+    record.preferred_block_size = 4096;
+    record.parent_item = &item;
+    record.subtype = 3;
+    record.mountable = record.writable = record.internal = true;
     record.operationInProgress = true;
+    record.operationInProgressShowFormatTab = record.operationInProgressShowMaintenanceTab = true;
+    record.checkRepairOutput.emplace();
     const DiskRecord copy = record.copyWithZone();
-    QCOMPARE(copy->bsdName, record.bsdName);
+    QCOMPARE(copy->removable, 1);
+    QVERIFY(copy->content);
     QCOMPARE(copy->content, record.content);
+    QCOMPARE(copy->whole, 1);
+    QCOMPARE(copy->leaf, 1);
+    QVERIFY(copy->bsdName);
+    QCOMPARE(copy->bsdName, record.bsdName);
+    QCOMPARE(copy->ejectable, 1);
+    QCOMPARE(copy->preferred_block_size, 4096);
+    QCOMPARE(copy->parent_item, &item);
+    QVERIFY(copy->volumeKind);
     QCOMPARE(copy->volumeKind, record.volumeKind);
-    QCOMPARE(copy->leaf, record.leaf);
-    QCOMPARE(copy->preferred_block_size, record.preferred_block_size);
     QVERIFY(!copy->daDisk && !copy->volumePath && !copy->mediaSize && !copy->volumeName && !copy->mediaName);
     QVERIFY(!copy->mountable && !copy->writable && !copy->internal && !copy->operationInProgress);
+    QVERIFY(!copy->operationInProgressShowFormatTab && !copy->operationInProgressShowMaintenanceTab);
+    QVERIFY(!copy->subtype && !copy->delegate && !copy->checkRepairOutput);
+}
+
+void TestDiskRecord::cleanupDropsWhatTheRecordOwns()
+{
+    ZorvexDiskManagerDisk record;
+    const MemoryDiskRef disk = fullDisk();
+    QVERIFY(!zorvex_disk_manager_update_disk_description(disk, record));
+    record.checkRepairOutput.emplace();
+    QVERIFY(record.mediaSize && record.volumeKind && record.mediaName && record.volumeName);
+    QVERIFY(record.volumePath && record.bsdName && record.content);
+    record.cleanupZorvexDiskManagerDisk();
+    QVERIFY(!record.checkRepairOutput && !record.mediaSize && !record.volumeKind && !record.mediaName);
+    QVERIFY(!record.volumeName && !record.volumePath && !record.bsdName && !record.content);
+    QCOMPARE(record.daDisk, DADiskRef(disk)); // the handle stays
 }
 
 void TestDiskRecord::longNamesAreKept()

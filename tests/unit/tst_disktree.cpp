@@ -2,6 +2,7 @@
 //
 // The disk tree: where a node goes, and that the order in which media arrive does not matter.
 #include "disks/tree_rules.h"
+#include "tests/support/TestSeed.h"
 #include "tests/unit/DiskForest.h"
 
 #include <QRandomGenerator>
@@ -11,6 +12,22 @@
 #include <limits>
 
 using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+// Counts how often its registry entry is asked for.
+class CountingDisk : public MemoryDisk
+{
+public:
+    std::optional<PropertyDictionary> copyIOMediaProperties() const override
+    {
+        ++questions;
+        return MemoryDisk::copyIOMediaProperties();
+    }
+    mutable int questions = 0;
+};
+
+} // namespace
 
 class TestDiskTree : public QObject
 {
@@ -29,6 +46,7 @@ private Q_SLOTS:
     void equalOffsetsFallBackToNumbers();
     void largeOffsetsCompareUnsigned();
     void registryFailuresLeaveTheResultAlone();
+    void offsetOfAWholeDiskIsNotAskedFor();
     void removalMovesTheHead();
     void partitionMovesUnderItsDisk();
     void namesThatAreNoPartitionsStayOnTop();
@@ -156,6 +174,25 @@ void TestDiskTree::registryFailuresLeaveTheResultAlone()
     QCOMPARE(value, 42);
 }
 
+void TestDiskTree::offsetOfAWholeDiskIsNotAskedFor()
+{
+    Forest forest;
+    const auto disk = std::make_shared<CountingDisk>();
+    disk->description = makeDisk(u"disk2"_s)->description;
+    disk->mediaProperties = PropertyDictionary { { IOMediaKey::base, PropertyNumber(qint64 { 7 }) } };
+    ZorvexDiskManagerDisk &record = *forest.make(disk)->disk;
+    qint64 offset = 42;
+    QCOMPARE(get_partition_offset(record, &offset), 0);
+    QCOMPARE(offset, 0);
+    QCOMPARE(disk->questions, 0);
+    QCOMPARE(get_partition_number(record, &offset), 5);
+    QCOMPARE(disk->questions, 1);
+    record.whole = 0;
+    QCOMPARE(get_partition_offset(record, &offset), 0);
+    QCOMPARE(offset, 7);
+    QCOMPARE(disk->questions, 2);
+}
+
 void TestDiskTree::removalMovesTheHead()
 {
     Forest forest;
@@ -194,9 +231,7 @@ void TestDiskTree::arrivalInAnyOrderGivesTheSameTree()
 {
     constexpr int disks = 100;
     constexpr int partitions = 4;
-    const quint32 seed = QRandomGenerator::global()->generate();
-    qInfo("seed %u", seed);
-    QRandomGenerator random(seed);
+    QRandomGenerator random(testSeed());
     std::vector<MemoryDiskRef> media;
     QStringList expected; // whole disks by number, their partitions by offset
     for (int disk = 0; disk < disks; ++disk) {

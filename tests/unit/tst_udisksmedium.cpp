@@ -3,6 +3,7 @@
 // From what the disk service says to the description of a medium, and from its errors to dissenters.
 #include "tests/support/FakeUDisks.h"
 
+#include "disks/description_rules.h"
 #include "platform/DiskArbitration.h"
 #include "platform/disturbing_characters.h"
 #include "platform/udisks/UDisksError.h"
@@ -62,8 +63,8 @@ class TestUDisksMedium : public QObject
 private Q_SLOTS:
     void harmfulCharactersOfNamesAreReplaced_data();
     void harmfulCharactersOfNamesAreReplaced();
-    void partitionTypesOfMbr_data();
-    void partitionTypesOfMbr();
+    void partitionTypes_data();
+    void partitionTypes();
     void mediaThatAreNotListed();
     void diskOnARemovableBusIsExternal();
     void internalDisk();
@@ -95,25 +96,43 @@ void TestUDisksMedium::harmfulCharactersOfNamesAreReplaced()
     QCOMPARE(*test.read(volumePath)->description.value(DAKey::volumeName)->asString(), harmless);
 }
 
-void TestUDisksMedium::partitionTypesOfMbr_data()
+void TestUDisksMedium::partitionTypes_data()
 {
+    QTest::addColumn<QString>("table");
     QTest::addColumn<QString>("type");
     QTest::addColumn<QString>("content");
-    QTest::newRow("NTFS") << u"0x07"_s << u"Windows_NTFS"_s;
-    QTest::newRow("FAT32") << u"0x0c"_s << u"DOS_FAT_32"_s;
-    QTest::newRow("Linux") << u"0x83"_s << u"Linux"_s;
-    QTest::newRow("swap") << u"0x82"_s << u"Linux_Swap"_s;
-    QTest::newRow("unknown") << u"0x7f"_s << u"0x7f"_s;
-    QTest::newRow("no number") << u"0xzz"_s << u"0xzz"_s;
+    QTest::addColumn<bool>("isHidden");
+    QTest::newRow("NTFS") << u"dos"_s << u"0x07"_s << u"Windows_NTFS"_s << false;
+    QTest::newRow("FAT32") << u"dos"_s << u"0x0c"_s << u"DOS_FAT_32"_s << false;
+    QTest::newRow("Linux") << u"dos"_s << u"0x83"_s << u"Linux"_s << false;
+    QTest::newRow("swap") << u"dos"_s << u"0x82"_s << u"Linux_Swap"_s << false;
+    QTest::newRow("unknown") << u"dos"_s << u"0x7f"_s << u"0x7f"_s << false;
+    QTest::newRow("no number") << u"dos"_s << u"0xzz"_s << u"0xzz"_s << false;
+    const QString linuxType = u"0fc63daf-8483-4772-8e79-3d69d8477de4"_s;
+    const QString efiType = u"c12a7328-f81f-11d2-ba4b-00a0c93ec93b"_s;
+    QTest::newRow("GPT") << u"gpt"_s << linuxType << linuxType.toUpper() << false;
+    QTest::newRow("EFI") << u"gpt"_s << efiType << efiType.toUpper() << true;
+    QTest::newRow("EFI, table told later") << QString() << efiType << efiType.toUpper() << true;
+    QTest::newRow("partition map") << u"mac"_s << u"Apple_partition_map"_s << u"Apple_partition_map"_s
+                                   << true;
+    QTest::newRow("HFS") << u"mac"_s << u"Apple_HFS"_s << u"Apple_HFS"_s << false;
 }
 
-void TestUDisksMedium::partitionTypesOfMbr()
+void TestUDisksMedium::partitionTypes()
 {
+    QFETCH(const QString, table);
     QFETCH(const QString, type);
     QFETCH(const QString, content);
+    QFETCH(const bool, isHidden);
     StoreTest test;
+    if (table.isEmpty())
+        test.whole.remove(UDisks::partitionTable);
+    else
+        test.whole[UDisks::partitionTable].insert(u"Type"_s, table);
     test.volume[UDisks::partition].insert(u"Type"_s, type);
-    QCOMPARE(*test.read(volumePath)->description.value(DAKey::mediaContent)->asString(), content);
+    const QString read = *test.read(volumePath)->description.value(DAKey::mediaContent)->asString();
+    QCOMPARE(read, content);
+    QCOMPARE(isHiddenContent(read), isHidden);
 }
 
 void TestUDisksMedium::mediaThatAreNotListed()
