@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 //
-// The About panel: a small window of its own that tells the program's name and version. Main thread only.
+// The About panel: a small window with the program's name and version. Main thread only.
 #pragma once
 
 class QObject;
 class QWidget;
 
 // Shows the panel over the window, or raises the one that is open. It blocks nothing and closes with the
-// window. Linux has no use for the sender, the object that asks for it.
+// window. The sender, which asked for it, makes no difference on Linux.
 void orderFrontStandardAboutPanel(QWidget *window, QObject *sender);

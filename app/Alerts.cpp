@@ -27,8 +27,8 @@ QMetaMethod invokableNamed(const QMetaObject &metaObject, const QByteArray &name
     return {};
 }
 
-// A follow-up is given the alert and the return code; whatever else it takes is empty. False when it takes
-// something that cannot be made.
+// A follow-up gets the alert and the return code; any other argument is empty. Returns false when an argument
+// cannot be made.
 bool invokeFollowUp(const QMetaMethod &method, QObject *target, AlertSheet *alert, int returnCode)
 {
     QObject *object = alert;

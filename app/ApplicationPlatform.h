@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Everything that the application is given. main() fills it with the real services, a test with its own.
+// Everything that the application gets from outside. main() fills it with the real services, a test with
+// others.
 #pragma once
 
 #include "disks/ZorvexDiskManagerDiskListItem.h"
@@ -26,14 +27,14 @@ struct ApplicationPlatform
     std::function<std::unique_ptr<ShellPipe>()> createShellPipe;
     std::function<int(std::function<void()> task)> startThread = &startDetachedThread;
 
-    // The program's localizations in the order of the user's preference, or nothing; and the locale's name.
+    // The program's localizations in the order of the user's preference, if known, and the locale's name.
     std::optional<QStringList> preferredLocalizations;
     QString localeIdentifier;
 
     QStringList filesystemDirectories;
     QString userManualPath;
 
-    // Where records take their memory from; null when there is none.
+    // Where records get their memory; null when memory is short.
     CatalogueMemory catalogueMemory;
     std::function<DiskRecord()> allocDisk = &ZorvexDiskManagerDisk::alloc;
     std::function<std::unique_ptr<ZorvexDiskManagerDiskListItem>()> allocDiskListItem

@@ -22,11 +22,11 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-// Of what stands below the menus.
+// Of the part of the window below its menus.
 constexpr QSize initialContentSize { 800, 450 };
 constexpr QSize minimumContentSize { 720, 420 };
 
-// The height of the menus in the window; 0 where the desktop shows them in a bar of its own.
+// The height of the menus in the window; 0 where the desktop shows them elsewhere.
 int menuHeight(const QMainWindow &window)
 {
     return window.layout()->totalMinimumSize().height() - window.layout()->minimumSize().height();
@@ -81,7 +81,7 @@ void ZorvexDiskManagerAppDelegate::awakeFromNib()
 
     if (isRightToLeftLocalization()) {
         swapPanes();
-        // The panes stand in the order of their places; what is in them is mirrored all the same.
+        // The split view itself is not mirrored, only what is in its panes.
         rightTabView->setLayoutDirection(Qt::RightToLeft);
         mountUnmountButton->setImagePosition(ImageButton::ImagePosition::Right);
         mountUnmountButton->setTextAlignment(Qt::AlignRight);
@@ -123,7 +123,7 @@ void ZorvexDiskManagerAppDelegate::applicationDidFinishLaunching()
             [this](const DADiskRef &disk, const QStringList &keys) {
                 zorvex_disk_manager_da_disk_description_changed(disk, keys, this);
             });
-        // Without its service, a session is none yet. It reports the media of a service that comes later.
+        // A session without its service counts as none. It stays, for a service that comes later.
         session->setInitialListingCallback([](bool serviceAvailable) {
             if (!serviceAvailable)
                 logNoSession();

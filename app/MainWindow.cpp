@@ -19,7 +19,7 @@ namespace {
 
 constexpr int initialTreeWidth = 240;
 
-// The mirrored layout has an outline view of its own in the place of the plain one.
+// The mirrored layout uses another outline view than the plain one.
 OutlineView *outlineViewFor(bool isRightToLeft, const Ui::MainWindow &ui)
 {
     if (!isRightToLeft) {
@@ -86,7 +86,7 @@ void connectAction(QAction *action, ZorvexDiskManagerAppDelegate &controller, Cl
         [action, &controller, click] { (controller.*click)(action); });
 }
 
-// A menu item presses the button of its name, on the page on which the operation shows what it does.
+// A menu item presses the button of the same name, on the page where the operation shows its progress.
 void connectToButton(QAction *action, QPushButton *button, QTabWidget *tabs, QWidget *page)
 {
     QObject::connect(action, &QAction::triggered, button, [button, tabs, page] {
@@ -133,8 +133,8 @@ void connectToPanel(const ZorvexDiskManagerAppDelegate &controller, const Ui::Ma
         });
 }
 
-// The text that has the focus copies or selects itself. A label does so only on a key press of its own, and
-// of a label without a selection all is meant.
+// The text with the focus copies or selects itself. A label does this only for a key press, so it is done
+// here. A label without a selection is copied as a whole.
 void connectEditAction(QAction *action, const char *slot, void (*onLabel)(QLabel *label))
 {
     QObject::connect(action, &QAction::triggered, action, [slot, onLabel] {
@@ -156,7 +156,7 @@ void selectLabel(QLabel *label)
     label->setSelection(0, static_cast<int>(label->text().size()));
 }
 
-// The menu of a row of the tree, for the disk of that row.
+// The context menu of a row of the tree.
 void connectContextMenu(OutlineView *view, QMenu *menu)
 {
     view->setContextMenuPolicy(Qt::CustomContextMenu);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
 // What the program does first: it decides whether this process may run the interface, and starts the program
-// anew with administrator rights when it may not.
+// again with administrator rights if it may not.
 #pragma once
 
 #include "platform/Authorization.h"
@@ -14,6 +14,6 @@
 // Whether the process with this command line, the program's path first, may run the interface. Any thread.
 bool mayRunInterface(const QByteArrayList &arguments, const GroupLookup &lookUpGroups);
 
-// Asks for the administrator's right and starts the program at the path as root. Finished is told once, in
-// every case; the authorisation session has ended then. Main thread; the authorization must live until then.
+// Asks for the administrator's right and starts the program at the path as root. Calls finished once, in
+// every case, after the authorisation session has ended. Main thread; the authorization must live until then.
 void elevate(const QByteArray &program, Authorization &authorization, std::function<void()> finished);

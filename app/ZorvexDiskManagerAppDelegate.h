@@ -223,7 +223,7 @@ public:
     // may be null. False when the volume is not mounted.
     bool getVolumeData(const ZorvexDiskManagerDisk &disk, qint64 *freeSpace, qint16 *subType) const;
     static QString getDisplayNameForDisk(const ZorvexDiskManagerDisk &disk);
-    // Nothing when the program has no image of that name.
+    // Returns std::nullopt when the program has no image of that name.
     std::optional<QPixmap> getUIImageforDisk(const ZorvexDiskManagerDisk &disk, bool needBigImage) const;
     std::optional<QPixmap> getImageNamed(const QString &name) const;
     void setMountImageWithIsUnmountable(bool isUnmountable);

@@ -1,14 +1,16 @@
 // SPDX-License-Identifier: MIT
 //
-// What the parts of the application share, gathered for the controller, which uses all of it. Each stands in
-// the folder of its concern, where the folders below app/ find it, too.
+// The types and helpers that the parts of the application share: the disk record and its node in the tree,
+// the file system bundle record and which file systems are the program's own, what a format carries and how
+// diskutil hands over its output, texts by key, and the generation of the system. They live in the folder of
+// their concern, because the folders below app/ use them, too; the controller gets all of them here.
 #pragma once
 
-#include "disks/ZorvexDiskManagerDisk.h" // the disk record
-#include "disks/ZorvexDiskManagerDiskListItem.h" // the node of the disk tree
-#include "filesystems/filesystem_names.h" // which file systems are the program's own
-#include "filesystems/ZorvexDiskManagerFSBundle.h" // the file system bundle record
-#include "operations/DiskutilRunner.h" // DiskutilOutputHandler
-#include "operations/ZorvexDiskManagerFormatParams.h" // what one format operation carries
-#include "platform/Localization.h" // texts by key
-#include "platform/SystemRelease.h" // the generation of the system
+#include "disks/ZorvexDiskManagerDisk.h"
+#include "disks/ZorvexDiskManagerDiskListItem.h"
+#include "filesystems/filesystem_names.h"
+#include "filesystems/ZorvexDiskManagerFSBundle.h"
+#include "operations/DiskutilRunner.h"
+#include "operations/ZorvexDiskManagerFormatParams.h"
+#include "platform/Localization.h"
+#include "platform/SystemRelease.h"

@@ -13,7 +13,7 @@ namespace HelpRules {
 // in every language.
 QString leftToRightText(const QString &text);
 
-// Whether this generation of the system has a link colour of its own; one that is not known has none.
+// Whether this generation of the system has its own link colour; an unknown one has none.
 bool usesSystemLinkColor(std::optional<unsigned long> generation);
 
 // Whether a change of the text view's selection is a click on the link: an empty selection inside the text,

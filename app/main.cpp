@@ -26,8 +26,8 @@ namespace {
 ApplicationPlatform realPlatform()
 {
     ApplicationPlatform platform;
-    // The disk service lists its media while the window is made. The controller creates, registers and
-    // schedules its session in its own order: before that, nothing is reported and nothing is logged.
+    // The disk service lists its media while the window is made. The controller still takes the session after
+    // its first scan: until the session is scheduled, it reports and logs nothing.
     auto session = std::make_shared<std::unique_ptr<DASession>>(
         createDiskArbitrationSession(volumeClaimReader(filesystemDirectories()), MediaListing::Ahead));
     platform.createSession = [session] { return std::move(*session); };
@@ -41,7 +41,7 @@ ApplicationPlatform realPlatform()
     return platform;
 }
 
-// Of the program's own: to find one in the desktop's theme, and to draw it in every size from its SVG, takes
+// From the program itself: finding the icon in the desktop's theme and drawing each size from its SVG takes
 // as long as the rest of the window.
 QIcon applicationIcon()
 {
@@ -69,8 +69,7 @@ int runInterface(int argc, char **argv)
         return EXIT_SUCCESS;
     QApplication application(argc, argv);
     SingleInstance instance(ownInstance());
-    // Of two that start in the same instant, the one that did not get the name leaves the window to the
-    // other.
+    // When two start in the same instant, only the one that got the name shows a window.
     if (!instance.listen() && raiseInstance(ownInstance(), activationToken()))
         return EXIT_SUCCESS;
     QApplication::setApplicationName(u"zorvex-disk-manager"_s);
@@ -89,7 +88,7 @@ int runInterface(int argc, char **argv)
     return QApplication::exec();
 }
 
-// Hands over to a process with administrator rights, which has a window already or is started.
+// Hands over to the process with administrator rights. It is started unless it runs already.
 void runElevated(int argc, char **argv)
 {
     if (raiseInstance(elevatedInstance(), activationToken()))
@@ -116,7 +115,7 @@ int main(int argc, char **argv)
         adoptDisplayOfDesktopUser();
         doWithoutSessionBus();
     }
-    // A worker may still be inside the tool's run when the interface has ended. The process goes without
-    // taking down the static objects under it.
+    // A worker may still be running the tool after the interface has ended: no static object is destroyed
+    // under it.
     std::_Exit(runInterface(argc, argv));
 }

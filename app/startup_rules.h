@@ -12,17 +12,17 @@ namespace StartupRules {
 constexpr int groupCapacity = 128;
 constexpr gid_t administratorsGroup = 80;
 
-// The one argument of the program that was started anew with administrator rights.
+// The only argument of the program when it is started again with administrator rights.
 extern const QByteArray elevatedArgument;
 
-// Whether the command line, the program's path first, is that of the program started anew: with any other
-// number of arguments the word is not looked at.
+// Whether the command line, the program's path first, is that of the program started again with administrator
+// rights. The argument counts only if it is the only one.
 bool isElevated(const QByteArrayList &arguments);
 
-// Whether the look-up has failed, which is no answer.
+// Whether the look-up has failed.
 bool hasFailed(const GroupList &list);
 
-// Whether the administrators' group is among those that were found; what is beyond the array is not known.
+// Whether the administrators' group is among those that were found; those beyond the array are unknown.
 bool isAdministrator(const GroupList &list);
 
 } // namespace StartupRules

@@ -53,8 +53,8 @@ bool zorvex_disk_manager_update_disk_description(const DADiskRef &disk, ZorvexDi
     const std::unique_ptr<const PropertyValue *[]> values(
         new (std::nothrow) const PropertyValue *[count] { });
     if (!keys || !values) {
-        // Success for a record that was not filled: a disk that is known already keeps what it had instead of
-        // being reported as broken because memory was short for a moment.
+        // Success, although the record was not filled: a known disk keeps what it had, and is not reported as
+        // broken because memory was short for a moment.
         return false;
     }
     std::size_t index = 0;

@@ -8,21 +8,21 @@ using Item = ZorvexDiskManagerDiskListItem;
 
 namespace {
 
-// Two neighbours in a ring whose order is that of the offsets. A name that ends in no digit, or in so many
-// that their value wraps, is not passed by in the walk by name that carries the place out.
+// Two neighbours in a ring that is ordered by offset. The name must end in a digit, and in so few that their
+// value does not wrap: the walk by name, which follows, would not stop there otherwise.
 bool areInOrderOfOffsets(const DiskListKeys &a, const DiskListKeys &b)
 {
     return a.offset() && b.offset() && *a.offset() < *b.offset() && a.nameNumber() >= 0
         && b.nameNumber() >= 0;
 }
 
-// Two neighbours in a ring whose order is that of the names.
+// Two neighbours in a ring that is ordered by name.
 bool areInOrderOfNames(const DiskListKeys &a, const DiskListKeys &b)
 {
     return a.nameNumber() == b.nameNumber() ? a.bsdName() < b.bsdName() : a.nameNumber() < b.nameNumber();
 }
 
-// Whether no ring can tell the two apart by this key.
+// Whether this key cannot tell the two apart.
 bool areSilent(const std::optional<qint64> &a, const std::optional<qint64> &b)
 {
     return !a || !b || *a == *b;
@@ -30,7 +30,8 @@ bool areSilent(const std::optional<qint64> &a, const std::optional<qint64> &b)
 
 using Order = bool (*)(const DiskListKeys &a, const DiskListKeys &b);
 
-// The order that is the ring's however its nodes came into it; null when there is none, or no telling.
+// The order that the ring has however its nodes came into it; null when there is none, or when it is not
+// known.
 Order orderOf(const std::vector<const DiskListKeys *> &ring)
 {
     const auto isInOrder = [&ring](Order order) {
@@ -61,8 +62,8 @@ const DiskListBuilder::Ring &DiskListBuilder::read(Item *head)
     return m_ring;
 }
 
-// Whether each ring is in an order of its own, and a node with these keys is new to the tree and would take
-// no other node under it. Tells under which node it would come.
+// Whether each ring has such an order, and a node with these keys is new to the tree and not the parent of
+// another one. Sets the parent that the node would get.
 bool DiskListBuilder::isSettledFor(Item *head, const DiskListKeys &added, Item **parent)
 {
     m_rings.clear();
@@ -88,7 +89,8 @@ bool DiskListBuilder::isSettledFor(Item *head, const DiskListKeys &added, Item *
     return true;
 }
 
-// The number that a node with these keys gets in the ring, when the ring with it has an order of its own.
+// The index that a node with these keys gets in the ring; std::nullopt when the ring with it has no such
+// order.
 std::optional<int> DiskListBuilder::placeInOrder(Item *head, const DiskListKeys &added)
 {
     for (const Order order : { areInOrderOfOffsets, areInOrderOfNames }) {

@@ -13,15 +13,14 @@ struct DiskListAddition
 {
     ZorvexDiskManagerDiskListItem *parent = nullptr; // null for the top level
     int index = 0; // among its siblings
-    bool movedOthers
-        = false; // other nodes may stand elsewhere than before; the parent and the index are not told
+    bool movedOthers = false; // other nodes may have moved; the parent and the index are not set
 };
 
 // Adds nodes to one tree, from which nodes may be removed in between. The tree is always the one that
-// disk_list_rebuild() makes. That is found without building anew where it is known to come out as it is, with
-// the new node at its place: when no two nodes have one name, the new one is nobody's missing parent, and
-// each ring is in an order that does not depend on the order in which its nodes come. These are rings in
-// which all offsets differ, and rings in which offsets and numbers tell nothing apart and the names decide.
+// disk_list_rebuild() makes. It is not rebuilt where the result is known to be the present tree with the new
+// node at its place: all names differ, the new node is not the missing parent of another, and the order of
+// each ring does not depend on the order in which its nodes came. This holds for rings in which all offsets
+// differ, and for rings in which offsets and numbers decide nothing, so that the names do.
 class DiskListBuilder
 {
 public:

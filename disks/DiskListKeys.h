@@ -12,15 +12,15 @@ class ZorvexDiskManagerDisk;
 class DiskListKeys
 {
 public:
-    // Reads anew what has changed since the last time. The registry is asked each time; as long as it has the
-    // same properties, nothing is looked up in them.
+    // Reads again what has changed since the last time. The registry is asked each time; its properties are
+    // looked up only when they are others than before.
     void refresh(const ZorvexDiskManagerDisk &record);
 
     const QString &bsdName() const { return m_bsdName; } // empty when the record has none
     qint32 nameNumber() const { return m_nameNumber; } // the number at the end of the name, or -1
     const std::optional<QString> &parentName() const { return m_parentName; }
 
-    // Nothing when it cannot be read. Never negative.
+    // std::nullopt when it cannot be read. Never negative.
     const std::optional<qint64> &offset() const { return m_offset; }
     const std::optional<qint64> &number() const { return m_number; }
 

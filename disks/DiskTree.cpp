@@ -19,8 +19,8 @@ struct Place
 
 using Key = const std::optional<qint64> &(DiskListKeys::*)() const;
 
-// Where a walk by offset or partition number puts the item; nothing when this key does not decide: it cannot
-// be read, or a node before the place has the same.
+// Where a walk by offset or partition number puts the item. Returns std::nullopt when this key does not
+// decide: it cannot be read, or a node before the place has the same.
 std::optional<Place> placeByRegistryKey(Item *head, const DiskListKeys &keys, Key key)
 {
     const std::optional<qint64> &wanted = (keys.*key)();
@@ -38,7 +38,7 @@ std::optional<Place> placeByRegistryKey(Item *head, const DiskListKeys &keys, Ke
     return place;
 }
 
-// Where the walk by the number at the end of the BSD name puts the item, from the entry place on.
+// Where the walk by the number at the end of the BSD name, which begins at the entry place, puts the item.
 Place placeByName(Item *head, Place entry, const QString &name, qint32 key)
 {
     Place place = entry;
@@ -61,7 +61,7 @@ void insertBefore(Item **head, const Place &place, Item *item)
         *head = item;
 }
 
-// As disk_list_add(), by the keys as they were last read.
+// Does what disk_list_add() does, with the keys as they were last read.
 void addByKeys(Item **head, Item *item)
 {
     if (!*head) {
@@ -72,8 +72,8 @@ void addByKeys(Item **head, Item *item)
     std::optional<Place> entry = placeByRegistryKey(*head, keys, &DiskListKeys::offset);
     if (!entry)
         entry = placeByRegistryKey(*head, keys, &DiskListKeys::number);
-    // A place that was found by offset or number is carried out by the walk by name with a key below every
-    // name's, which stops at once unless the name there ends in no digit.
+    // From a place that was found by offset or number, the walk by name goes on with a key below every
+    // name's. It stops at once, unless the name there ends in no digit.
     const Place place = entry ? placeByName(*head, *entry, keys.bsdName(), -1)
                               : placeByName(*head, { *head, true }, keys.bsdName(), keys.nameNumber());
     insertBefore(head, place, item);

@@ -33,8 +33,8 @@ void ZorvexDiskManagerAppDelegate::addDiskListItem(std::unique_ptr<ZorvexDiskMan
     }
 }
 
-// Gives back the node and those below it, which nothing reaches any more. Their records live on while an
-// operation holds them.
+// Deletes the node and those below it, which have left the tree. Their records live on while an operation
+// holds them.
 void ZorvexDiskManagerAppDelegate::releaseDiskListItem(ZorvexDiskManagerDiskListItem *item)
 {
     for (ZorvexDiskManagerDiskListItem *node : disk_list_subtree(item)) {

@@ -7,8 +7,8 @@ namespace {
 
 constexpr qsizetype initialCapacity = 4096;
 
-// One pass from this place on. Returns where the first erased line started, or the buffer's length when none
-// was.
+// One pass from this place on. Returns where the first erased line started; the buffer's length when there
+// was none.
 qsizetype pass(QByteArray &buffer, qsizetype lineStart, qsizetype examined)
 {
     qsizetype firstErased = buffer.size();

@@ -45,11 +45,11 @@ int get_partition_number(const ZorvexDiskManagerDisk &record, qint64 *out);
 // Inserts the item into the ring as number index, of which 0 is the head.
 void disk_list_insert(ZorvexDiskManagerDiskListItem **head, int index, ZorvexDiskManagerDiskListItem *item);
 
-// Builds the whole tree anew with one more node, so that a partition that was reported before its disk moves
-// under it. Returns whether no two nodes have one name.
+// Rebuilds the whole tree with one more node, so that a partition that was reported before its disk moves
+// under it. Returns whether all nodes have different names.
 bool disk_list_rebuild(ZorvexDiskManagerDiskListItem **head, ZorvexDiskManagerDiskListItem *added);
 
-// The node that a walk found, and the field that holds the ring it is in; both null when there is none.
+// A node that was found, and the field that holds the ring it is in; both null when there is none.
 struct DiskListPosition
 {
     ZorvexDiskManagerDiskListItem *item = nullptr;

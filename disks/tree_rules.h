@@ -11,6 +11,6 @@
 // in 32-bit arithmetic: more than nine digits wrap.
 qint32 trailingNumber(const QString &bsdName);
 
-// The name of the medium that this one would be a partition of ("disk2" for "disk2s1"); nothing when the name
-// is not that of a partition.
+// The name of the medium that this one would be a partition of ("disk2" for "disk2s1"); std::nullopt when
+// the name is not that of a partition.
 std::optional<QString> parentBsdName(const QString &bsdName);

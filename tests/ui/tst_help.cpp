@@ -429,12 +429,12 @@ void TestHelp::aboutPanelThatIsOpenIsRaised()
     test.launch();
     test.controller().clickAboutButton(nullptr);
     QMessageBox *const panel = aboutPanels(test).constFirst();
-    QVERIFY(QTest::qWaitForWindowActive(panel));
+    QTRY_COMPARE(QApplication::activeWindow(), panel);
     test.window().activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&test.window()));
+    QTRY_COMPARE(QApplication::activeWindow(), &test.window());
     test.controller().clickAboutButton(nullptr);
     QCOMPARE(aboutPanels(test), QList<QMessageBox *> { panel });
-    QVERIFY(QTest::qWaitForWindowActive(panel));
+    QTRY_COMPARE(QApplication::activeWindow(), panel);
     // Closed, it is made again.
     panel->close();
     QTRY_VERIFY(aboutPanels(test).isEmpty());
