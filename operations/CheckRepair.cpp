@@ -21,9 +21,8 @@ namespace {
 // drawing.
 constexpr std::chrono::milliseconds shortestOutputInterval { 16 };
 
-// The tool waits while the window is brought up to date. Where that takes long, as on a machine that has
-// much else to do, it is done so seldom that most of the time is left for the output; yet the user sees that
-// the tool is at work.
+// The tool waits while the window is brought up to date. If that takes long, as on a busy machine, it is done
+// so seldom that most of the time is left for the output. The user still sees that the tool is at work.
 constexpr int outputIntervalFactor = 8;
 constexpr std::chrono::milliseconds longestOutputInterval { 500 };
 
@@ -37,7 +36,7 @@ QString verbFor(bool isRepair)
     return isRepair ? u"repairVolume"_s : u"verifyVolume"_s;
 }
 
-// What the output handler is given as context, for the time of one run.
+// The output handler's context during one run.
 struct CheckRepairContext
 {
     const DiskRecord &disk;

@@ -64,9 +64,8 @@ private:
 
     void deliver(std::string_view chunk)
     {
-        // The output serves no purpose but to explain a failure. No file system tool has more to say than the
-        // limit, and one that repeats itself for ever must not take the memory that the operation's end
-        // needs.
+        // The output only serves to explain a failure. No file system tool says more than the limit, and one
+        // that repeats itself without end must not use up the memory that the end of the operation needs.
         const std::size_t room = diskutilOutputLimit - static_cast<std::size_t>(m_output.size());
         const std::string_view kept = chunk.substr(0, room);
         m_output.append(kept.data(), static_cast<qsizetype>(kept.size()));

@@ -114,8 +114,9 @@ void ZorvexDiskManagerAppDelegate::formatWarningAlertDidEnd(
 
     const std::shared_ptr<ShellPipe> pipe = m_platform.createShellPipe();
     // The name is taken here: the record belongs to this thread.
-    const int error = m_platform.startThread([contextInfo, bsdName = contextInfo->disk->description(), relay = m_relay,
-                                                 pipe] { doFormat(contextInfo, bsdName, relay, *pipe); });
+    const int error
+        = m_platform.startThread([contextInfo, bsdName = contextInfo->disk->description(), relay = m_relay,
+                                     pipe] { doFormat(contextInfo, bsdName, relay, *pipe); });
     if (error != 0) {
         // Nothing was tried: the volume keeps its name, too.
         errorMessage(diskutilNotInvokedMessage(eraseVerb, error));
@@ -137,7 +138,7 @@ void ZorvexDiskManagerAppDelegate::doFormat(const FormatParamsRef &params, const
 
 void ZorvexDiskManagerAppDelegate::formatFinished(const FormatParamsRef &params)
 {
-    // The steps are tried whatever came of the erase.
+    // The steps are tried even when the erase has failed.
     if (params->postFormatLabel)
         session->rename(params->disk->daDisk, *params->postFormatLabel, kDADiskRenameOptionDefault,
             completionWithParams(PostFormatRenameCallback, params));

@@ -14,7 +14,7 @@ void ZorvexDiskManagerAppDelegate::beginOperation(const DiskRecord &disk, Runnin
         = operation == RunningOperation::Check || operation == RunningOperation::Repair;
     disk->operationInProgress = true;
     disk->runningOperation = operation;
-    // An operation keeps its own tab, and the other one where that is there already.
+    // The operation shows its own tab, and keeps the other one if that is there already.
     disk->operationInProgressShowFormatTab
         = isFormat || (isCheckOrRepair && rightTabView->indexOf(formatTab) >= 0);
     disk->operationInProgressShowMaintenanceTab

@@ -45,8 +45,8 @@ struct DiskutilFailure
     OutputUse output = OutputUse::Unused;
 };
 
-// What the wait status of a finished run means; nothing for success.
+// The failure that the wait status of a finished run means; std::nullopt for success.
 std::optional<DiskutilFailure> decodeDiskutilStatus(int status, const QString &verb);
 
-// "format", "check" or "repair"; "?" for a verb that nobody uses.
+// "format", "check" or "repair"; "?" for any other verb.
 QString diskutilVerbNoun(const QString &verb);

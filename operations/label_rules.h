@@ -13,8 +13,8 @@ enum class RuleSet { Ntfs, Fat, ExFat, Other };
 RuleSet ruleSetOf(const QString &bundleName);
 
 // Whether a volume can bear the label. The label is measured, never altered. A label that no Unicode encoding
-// can represent (an unpaired surrogate) is refused; so is one whose composed form cannot be had, with a log
-// line.
+// can represent (an unpaired surrogate) is refused; so is one without a composed form, with a line in
+// the log.
 bool isValidLabel(const QString &label, RuleSet ruleSet);
 
 } // namespace LabelRules

@@ -43,7 +43,7 @@ AlertSheet::AlertSheet(Style style)
 
 QPushButton *AlertSheet::addButtonWithTitle(const QString &title)
 {
-    // The first one does what is asked, the others decline; which of them stands where is up to the platform.
+    // The first one does what is asked, the others decline. The platform decides on their places.
     QPushButton *const button = addButton(title, m_buttons.empty() ? AcceptRole : RejectRole);
     m_buttons.push_back(button);
     setEscapeButton(button);

@@ -79,7 +79,7 @@ void ElidingLabel::paintEvent(QPaintEvent *event)
         drawFocusFrame(painter, *this, rect());
 }
 
-// Left to itself, a label whose text can be selected takes its side from the text's own direction.
+// By default, a label whose text can be selected takes its side from the text's own direction.
 void ElidingLabel::changeEvent(QEvent *event)
 {
     QLabel::changeEvent(event);

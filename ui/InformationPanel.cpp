@@ -253,7 +253,7 @@ void ZorvexDiskManagerAppDelegate::outlineViewSelectionDidChange()
     bool canFormat = false;
     setSelectable(infoNameLabel, disk != nullptr);
     setSelectable(infoDiskSpaceLabel, disk != nullptr);
-    // A name may be cut. What to do first may not: where it needs a second line it has that of the space.
+    // A name may be cut, the hint what to do first may not: it can take the line of the disk space, too.
     infoNameLabel->setWordWrap(!disk);
     infoDiskSpaceLabel->setVisible(disk != nullptr);
     if (disk) {

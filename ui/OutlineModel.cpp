@@ -9,7 +9,7 @@
 
 namespace {
 
-// A data source that gave its children no end would not stop the program.
+// A data source whose children never end does not stop the program.
 constexpr int deepestLevel = 32;
 
 } // namespace
@@ -126,7 +126,7 @@ void OutlineModel::numberFrom(Node *node, int row)
         node->children[static_cast<std::size_t>(i)]->row = i;
 }
 
-// To be told of a node whose children or whose expansion have changed.
+// Call it for a node whose children or whose expansion have changed.
 void OutlineModel::noteCollapsed(Node *node)
 {
     if (node->isExpanded || node->children.empty())

@@ -30,8 +30,8 @@ public:
     // Asks the data source for the whole tree: for the children of every item that it calls expandable.
     void reload();
 
-    // Puts in the one item by which the data source's tree now differs from the rows. False when it does not
-    // fit in there: then nothing has changed.
+    // Inserts the one item that the data source's tree has and the rows have not. Returns false, with nothing
+    // changed, when it does not fit there.
     bool insert(const OutlineItem &item, const OutlineItem &parent, int row);
 
     // Rows that are shown: the children of an item that is not expanded are not. The view tells what it

@@ -236,7 +236,7 @@ bool OutlineView::viewportEvent(QEvent *event)
         return QTreeView::viewportEvent(event);
     const auto *help = static_cast<QHelpEvent *>(event);
     const QModelIndex index = indexAt(help->pos());
-    // The whole of a name that is cut, and the state that the row tells by its shade.
+    // The whole of a name that is cut, and the state that the row's shade stands for.
     QToolTip::showText(help->globalPos(), plainToolTip(index.data(Qt::AccessibleTextRole).toString()), this);
     return true;
 }
@@ -280,7 +280,7 @@ QModelIndex OutlineView::triangleAt(const QPoint &position) const
     return isOnTriangle ? index : QModelIndex();
 }
 
-// The tree view has its triangles where this view may have text: it is left out of what the mouse does.
+// The tree view has its triangles where this view may have text: its mouse handling is passed over.
 
 // NOLINTBEGIN(bugprone-parent-virtual-call)
 

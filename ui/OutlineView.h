@@ -45,8 +45,8 @@ public:
     // a row; the delegate is not told.
     void reloadData();
 
-    // As reloadData() when the one thing that is new is this item, which the data source now has under the
-    // parent (null for the top level) at the index. What is selected stays selected.
+    // Like reloadData() for a single new item, which the data source has under the parent (null for the top
+    // level) at the index. The selection stays on its item.
     void insertItem(const OutlineItem &item, const OutlineItem &parent, int index);
 
     void expandAllItems();

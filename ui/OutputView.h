@@ -13,8 +13,8 @@ class OutputView : public QPlainTextEdit
 public:
     explicit OutputView(QWidget *parent = nullptr);
 
-    // Shows this output, decoded as UTF-8, or the end of it when it is very long. Only what differs from what
-    // is shown is laid out anew; the view follows the end unless the user has scrolled up.
+    // Shows this output, decoded as UTF-8, or the end of it when it is very long. Only the part
+    // that has changed is laid out. The view follows the end unless the user has scrolled up.
     void setOutput(const QByteArray &output);
 
 private:

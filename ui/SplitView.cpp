@@ -16,7 +16,7 @@ namespace {
 
 constexpr int keyboardStep = 10;
 
-// Hands the pointer's and the keyboard's wishes to the split view, which knows the limits.
+// Passes movements by pointer and keyboard to the split view, which knows the limits.
 class Divider : public QSplitterHandle
 {
 public:
@@ -110,7 +110,7 @@ void SplitView::resizeEvent(QResizeEvent *event)
         m_delegate->splitView_resizeSubviewsWithOldSize(this, event->oldSize());
     else
         QSplitter::resizeEvent(event);
-    // What came before the first real size was only a wish.
+    // A width that was set before the first real size has not been applied yet.
     if (!event->oldSize().isValid() && count() == 2 && m_exactFirstPaneWidth > 0)
         setFirstPaneWidth(m_exactFirstPaneWidth);
 }

@@ -100,7 +100,7 @@ void TextFieldCell::drawString(const AttributedString &string, const QRectF &rec
     painter.save();
     painter.setFont(string.font);
     painter.setPen(string.color);
-    // The window's direction decides at which end a name stands; in which direction it reads, it says itself.
+    // The window's direction decides at which end a name stands. The name itself decides how it reads.
     painter.setLayoutDirection(string.text.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
     const Qt::Alignment end = direction == Qt::RightToLeft ? Qt::AlignRight : Qt::AlignLeft;
     painter.drawText(

@@ -6,6 +6,6 @@
 
 #include <optional>
 
-// The program's own image of this name, such as "drive_icon.png", sharp on a display of this pixel ratio;
-// nothing when there is none. Images are read once. Main thread.
+// The program's own image of this name, such as "drive_icon.png", sharp on a display of this pixel ratio.
+// Returns std::nullopt when there is none. Images are read once. Main thread.
 std::optional<QPixmap> imageNamed(const QString &name, qreal devicePixelRatio);

@@ -13,8 +13,8 @@ namespace VolumeRules {
 // The mounted file system of the medium; null when there is none in the list.
 const MountedFilesystem *findVolume(const std::vector<MountedFilesystem> &mounted, const QString &bsdName);
 
-// A path through which the volume can be asked: its mount point, or where that leads to another file system
-// by now, a neighbour whose name begins like it and that leads to this one.
+// A path through which the volume can be asked: its mount point. If that leads to another file system by now,
+// it is a neighbour with a name that begins like it and that leads to this one.
 QByteArray pathToVolume(const MountTable &table, const MountedFilesystem &volume);
 
 } // namespace VolumeRules

@@ -50,7 +50,7 @@ PaneWidths resizedPaneWidths(int oldWidth, int newWidth, qreal firstWidth, bool 
 {
     const qreal firstMinimum = isRightToLeft ? minimumTabWidth : minimumTreeWidth;
     const qreal secondMinimum = isRightToLeft ? minimumTreeWidth : minimumTabWidth;
-    // A split view that had no width yet gives no share to keep.
+    // Without an old width there is no share to keep.
     const qreal proposed = oldWidth > 0 ? newWidth * firstWidth / oldWidth : firstWidth;
     const qreal first = std::min(newWidth - secondMinimum, std::max(firstMinimum, proposed));
     const qreal second = std::max(secondMinimum, newWidth - first) - dividerThickness;

@@ -28,15 +28,15 @@ inline constexpr int dividerThickness = 8;
 int minimumDividerPosition(bool isRightToLeft);
 int maximumDividerPosition(int splitViewWidth, bool isRightToLeft);
 
-// Not rounded: a share that were rounded at every step of a resize would be lost on the way.
+// Not rounded: a share that is rounded at every step of a resize gets lost on the way.
 struct PaneWidths
 {
     qreal first = 0;
     qreal second = 0;
 };
 
-// Widths of the panes after the split view has got a new width: the first keeps its share; where there is not
-// room for both minimums the second pane's wins.
+// Widths of the panes after the split view has got a new width. The first keeps its share. If there is no
+// room for both minimums, the second pane's wins.
 PaneWidths resizedPaneWidths(int oldWidth, int newWidth, qreal firstWidth, bool isRightToLeft);
 
 } // namespace OutlineRules

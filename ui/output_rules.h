@@ -27,8 +27,8 @@ struct Change
     QString text;
 };
 
-// The change from what is shown to what is to be shown. Its cost is that of comparing the two, plus that of
-// the lines that differ.
+// The change from the output that is shown to the next one. It costs a comparison of the two and the lines
+// that differ.
 Change changeBetween(const QByteArray &shown, const QByteArray &output);
 
 } // namespace OutputRules

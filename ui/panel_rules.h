@@ -19,8 +19,8 @@ const char *buttonTitleKey(const ZorvexDiskManagerDisk &disk);
 // The string key of what a row says of the disk's state.
 const char *rowStateKey(const ZorvexDiskManagerDisk &disk);
 
-// Whether the disk can be unmounted or ejected, by which its row is drawn enabled and the button's image
-// chosen.
+// Whether the disk can be unmounted or ejected. Its row is drawn enabled then, and the button has the image
+// for it.
 bool isUnmountable(const ZorvexDiskManagerDisk &disk);
 
 // The personality that names the disk's file system: the one of its subtype, else the first general one; null

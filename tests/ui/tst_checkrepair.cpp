@@ -63,7 +63,7 @@ struct CheckTest : TestController
         return sheets().isEmpty() ? QString() : sheets().constFirst()->informativeText();
     }
 
-    // Lets a tool go on that reads from the pipe.
+    // Lets the tool continue, which waits for a line from the pipe.
     void release()
     {
         QFile file(pipe);
@@ -77,8 +77,7 @@ struct CheckTest : TestController
     DiskRecord record;
 };
 
-// A check whose output comes in many pieces, each of which is handed over by itself, with a panel that takes
-// some time to be rebuilt.
+// A check with output in many pieces, handed over one by one, and a panel that takes some time to be rebuilt.
 struct OutputRun
 {
     static constexpr int pieces = 2000;

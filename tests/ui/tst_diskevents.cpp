@@ -297,7 +297,7 @@ void TestDiskEvents::placeIsNotRevisedOnAChange()
     QCOMPARE(test.rowNames(), names({ "disk2", "disk2s1", "disk2s2" }));
 }
 
-// Whatever comes and goes, and whatever the user collapses in between: an arrival opens all again.
+// An arrival expands all rows again, after any events and any row that the user has collapsed.
 void TestDiskEvents::rowsFollowTheTree()
 {
     QRandomGenerator random(testSeed());

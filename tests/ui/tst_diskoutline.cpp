@@ -380,7 +380,7 @@ void TestDiskOutline::dataSourceDecidesOnADrag()
     }
     QTest::mouseRelease(viewport, Qt::LeftButton, {}, above);
     QCOMPARE(test.asked().asked, QStringList { u"write disk2s1"_s });
-    // Where no drag begins, the mouse goes on to select.
+    // No drag has begun: the mouse continues to select.
     QCOMPARE(test.view()->selectedRow(), 0);
 
     test.asked().isDraggable = true;

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Names, paths and texts that somebody who means harm has written on a disk or into a bundle: everywhere they
-// are shown as the text that they are, cut where they must be, and they neither hold up the window nor change
-// anything else.
+// Names, paths and texts that an attacker has written on a disk or into a bundle. They are shown as plain
+// text everywhere, cut where they must be, and they neither hold up the window nor change anything else.
 #include "tests/support/TestController.h"
 #include "tests/support/WindowTime.h"
 
@@ -141,7 +140,7 @@ void TestHostile::textsOfABundle()
     volume->description->insert(DAKey::volumeKind, u"hostile"_s);
     test.add(volume);
     test.select(u"disk2s1"_s);
-    // On one line, in the order in which it was written, and not longer than a name is.
+    // On one line, in the order of its letters, and no longer than a name.
     const QString shown = nameToShow(text);
     QVERIFY(shown.size() <= longestShownName);
     QVERIFY(std::none_of(shown.begin(), shown.end(), disturbsLine));

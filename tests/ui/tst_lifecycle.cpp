@@ -47,7 +47,7 @@ private Q_SLOTS:
 
 namespace {
 
-// Counts what is done with it.
+// Counts the calls of its methods.
 class CountingSession : public DASession
 {
 public:

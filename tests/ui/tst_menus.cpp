@@ -218,7 +218,7 @@ void TestMenus::menuOfARowOpensByKey()
     OutlineView *const view = test.controller().leftOutlineView;
     view->setFocus();
     QVERIFY(QTest::qWaitForWindowActive(&test.window()));
-    // What the key becomes on its way through the platform.
+    // The platform turns the key into this event.
     const QPoint cursor = view->inputMethodQuery(Qt::ImCursorRectangle).toRect().center();
     QContextMenuEvent key(QContextMenuEvent::Keyboard, cursor, view->mapToGlobal(cursor));
     QApplication::sendEvent(view, &key);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Pictures of the window in every language, light and dark, and no text of it cut off: not in a large font
-// and not in the smallest window either.
+// Pictures of the window in every language, light and dark. No text is cut off, not even in a large font or
+// in the smallest window.
 #include "tests/support/TestController.h"
 
 #include "platform/Localization.h"
@@ -216,7 +216,7 @@ QStringList cutTextsOfSheet(TestController &test)
     return cut;
 }
 
-// What the window can show: which disk is selected, and what is done with it.
+// What the window can show: a selected disk and the operation that runs on it.
 struct State
 {
     const char *name;

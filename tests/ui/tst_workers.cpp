@@ -196,7 +196,7 @@ void TestWorkers::windowThatClosesLetsTheWorkerGo()
         QTRY_VERIFY(shownOutput(test).size() > 100);
     }
     const int bytesRead = run.bytesRead;
-    QTRY_VERIFY(run.bytesRead > bytesRead + 1000); // nobody holds it up
+    QTRY_VERIFY(run.bytesRead > bytesRead + 1000); // it is not held up
     run.isStopped = true;
     QTRY_VERIFY(run.isOver);
 }

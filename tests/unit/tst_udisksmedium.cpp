@@ -221,6 +221,10 @@ void TestUDisksMedium::errorsBecomeDissenters_data()
     QTest::newRow("unknown") << u"org.gtk.GDBus.UnmappedGError.Quark._g.Code6"_s << u"words"_s << 0xF8DA0001U;
     QTest::newRow("no driver") << QString(prefix + u"Failed")
                                << u"Filesystem type exfat not configured in kernel."_s << 0xF8DA000CU;
+    QTest::newRow("unknown type") << QString(prefix + u"Failed")
+                                  << u"mount: /media/A: unknown filesystem type 'other'."_s << 0xF8DA000CU;
+    QTest::newRow("busy, with the words of another")
+        << QString(prefix + u"DeviceBusy") << u"unknown filesystem type"_s << 0xF8DA0002U;
 }
 
 void TestUDisksMedium::errorsBecomeDissenters()
