@@ -8,7 +8,7 @@
 
 #include "disks/ZorvexDiskManagerDisk.h"
 #include "disks/ZorvexDiskManagerDiskListItem.h"
-#include "filesystems/filesystem_names.h"
+#include "filesystems/FilesystemNames.h"
 #include "filesystems/ZorvexDiskManagerFSBundle.h"
 #include "operations/DiskutilRunner.h"
 #include "operations/ZorvexDiskManagerFormatParams.h"

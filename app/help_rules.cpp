@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/help_rules.h"
 
-#include "platform/no_widgets.h"
+#include "platform/NoWidgets.h"
 
 namespace HelpRules {
 

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "platform/no_widgets.h"
+#include "platform/NoWidgets.h"
 
 namespace StartupRules {
 

@@ -3,7 +3,7 @@
 // What one refresh of the catalogue costs: the scan of twelve bundles, the merge of the four lists and the
 // display name of each personality, every file read again. Each bundle has strings tables in twelve
 // languages. The user's language is the one looked for last, which is the dearest case.
-#include "filesystems/display_name.h"
+#include "filesystems/DisplayName.h"
 #include "filesystems/FilesystemCatalogue.h"
 
 #include <QDir>

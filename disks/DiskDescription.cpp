@@ -17,7 +17,8 @@ template <typename T> std::optional<T> copied(const T *value)
     return value ? std::optional<T>(*value) : std::nullopt;
 }
 
-void fillRecord(ZorvexDiskManagerDisk &record, const DADiskRef &disk, const DescriptionFields &fields)
+void fillRecord(
+    ZorvexDiskManagerDisk &record, const DADiskRef &disk, const DescriptionRules::DescriptionFields &fields)
 {
     record.daDisk = disk;
     record.removable = *fields.removable ? 1 : 0;
@@ -64,17 +65,17 @@ bool zorvex_disk_manager_update_disk_description(const DADiskRef &disk, ZorvexDi
         ++index;
     }
 
-    DescriptionFields fields;
+    DescriptionRules::DescriptionFields fields;
     bool failed = false;
     for (std::size_t i = 0; i < count && !failed; ++i) {
         // The analyser does not see that the description has as many entries as it was asked for.
         // NOLINTNEXTLINE(clang-analyzer-core.CallAndMessage)
-        if (const auto line = readDescriptionEntry(fields, *keys[i], *values[i])) {
+        if (const auto line = DescriptionRules::readDescriptionEntry(fields, *keys[i], *values[i])) {
             systemLog(*line);
             failed = true;
         }
     }
-    if (!fields.isComplete() || isHiddenContent(*fields.content))
+    if (!fields.isComplete() || DescriptionRules::isHiddenContent(*fields.content))
         return true;
     fillRecord(record, disk, fields);
     return failed;

@@ -42,8 +42,8 @@ void DiskListKeys::refresh(const ZorvexDiskManagerDisk &record)
     // Two texts that share their characters need no comparison.
     if (name.constData() != m_bsdName.constData() && name != m_bsdName) {
         m_bsdName = name;
-        m_nameNumber = trailingNumber(name);
-        m_parentName = parentBsdName(name);
+        m_nameNumber = TreeRules::trailingNumber(name);
+        m_parentName = TreeRules::parentBsdName(name);
     }
     const bool isWhole = record.whole != 0;
     if (m_isRead && isWhole == m_isWhole && record.daDisk

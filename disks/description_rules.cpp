@@ -5,9 +5,11 @@
 
 #include <array>
 
-#include "platform/no_widgets.h"
+#include "platform/NoWidgets.h"
 
 using namespace Qt::Literals::StringLiterals;
+
+namespace DescriptionRules {
 
 namespace {
 
@@ -93,3 +95,5 @@ bool isHiddenContent(const QString &content)
         || content == "C12A7328-F81F-11D2-BA4B-00A0C93EC93B"_L1 // EFI system partition
         || content == "426F6F74-0000-11AA-AA11-00306543ECAC"_L1; // boot partition
 }
+
+} // namespace DescriptionRules

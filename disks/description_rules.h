@@ -10,6 +10,8 @@
 #include <optional>
 #include <span>
 
+namespace DescriptionRules {
+
 // A description read into typed fields. Pointers lead into the description that was read.
 struct DescriptionFields
 {
@@ -40,3 +42,5 @@ std::optional<QString> readDescriptionEntry(
 
 // Whether a medium of this content hint is never shown: a partition map, an EFI or a boot partition.
 bool isHiddenContent(const QString &content);
+
+} // namespace DescriptionRules

@@ -3,9 +3,11 @@
 
 #include <algorithm>
 
-#include "platform/no_widgets.h"
+#include "platform/NoWidgets.h"
 
 using namespace Qt::Literals::StringLiterals;
+
+namespace TreeRules {
 
 namespace {
 
@@ -39,3 +41,5 @@ std::optional<QString> parentBsdName(const QString &bsdName)
         return std::nullopt;
     return bsdName.left(separator);
 }
+
+} // namespace TreeRules

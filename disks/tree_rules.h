@@ -7,6 +7,8 @@
 
 #include <optional>
 
+namespace TreeRules {
+
 // The decimal value of the run of digits at the end of the name, -1 when it does not end in a digit. Weighed
 // in 32-bit arithmetic: more than nine digits wrap.
 qint32 trailingNumber(const QString &bsdName);
@@ -14,3 +16,5 @@ qint32 trailingNumber(const QString &bsdName);
 // The name of the medium that this one would be a partition of ("disk2" for "disk2s1"); std::nullopt when
 // the name is not that of a partition.
 std::optional<QString> parentBsdName(const QString &bsdName);
+
+} // namespace TreeRules

@@ -8,7 +8,7 @@
 #include <QSet>
 #include <QStringDecoder>
 
-#include "platform/no_widgets.h"
+#include "platform/NoWidgets.h"
 
 using namespace Qt::Literals::StringLiterals;
 

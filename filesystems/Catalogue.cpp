@@ -3,9 +3,9 @@
 // The controller's catalogue of file systems, and the format menu made from it.
 #include "app/ZorvexDiskManagerAppDelegate.h"
 
-#include "filesystems/display_name.h"
+#include "filesystems/DisplayName.h"
 #include "filesystems/format_menu_rules.h"
-#include "platform/disturbing_characters.h"
+#include "platform/DisturbingCharacters.h"
 #include "platform/SystemLog.h"
 #include "ui/OutlineView.h"
 
@@ -18,12 +18,12 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 // Whether the menu shows these titles and icons, in this order.
-bool showsItems(const QComboBox &popup, const std::vector<FormatMenuItem> &items)
+bool showsItems(const QComboBox &popup, const std::vector<FormatMenuRules::FormatMenuItem> &items)
 {
     if (popup.count() != static_cast<int>(items.size()))
         return false;
     for (int i = 0; i < popup.count(); ++i) {
-        const FormatMenuItem &item = items[static_cast<std::size_t>(i)];
+        const FormatMenuRules::FormatMenuItem &item = items[static_cast<std::size_t>(i)];
         if (popup.itemText(i) != item.title || popup.itemIcon(i).isNull() == item.hasOwnIcon)
             return false;
     }
@@ -58,22 +58,23 @@ void ZorvexDiskManagerAppDelegate::refreshFormatFilesystemsPopupButton()
     if (const DiskRecord disk = selectedDisk())
         mediaSize = disk->mediaSize ? disk->mediaSize->longLongValue() : 0;
 
-    const FormatMenu menu = formatMenuItems(formatFilesystemBundlesList.value_or(FilesystemBundleList()),
-        mediaSize, remembered, [this](const ZorvexDiskManagerFSBundle &bundle) {
-            return nameToShow(getFilesystemTypeString(bundle));
-        });
+    const FormatMenuRules::FormatMenu menu
+        = FormatMenuRules::formatMenuItems(formatFilesystemBundlesList.value_or(FilesystemBundleList()),
+            mediaSize, remembered, [this](const ZorvexDiskManagerFSBundle &bundle) {
+                return nameToShow(getFilesystemTypeString(bundle));
+            });
 
     const QSignalBlocker blocker(popup);
     // The same menu stays: the user may have it open.
     if (!showsItems(*popup, menu.items)) {
         popup->clear();
         const QIcon ownIcon(getImageNamed(u"zorvex_ntfs_icon.png"_s).value_or(QPixmap()));
-        for (const FormatMenuItem &item : menu.items)
+        for (const FormatMenuRules::FormatMenuItem &item : menu.items)
             popup->addItem(item.hasOwnIcon ? ownIcon : QIcon(), item.title);
     }
     const auto *model = qobject_cast<QStandardItemModel *>(popup->model());
     for (int i = 0; i < popup->count(); ++i) {
-        const FormatMenuItem &item = menu.items[static_cast<std::size_t>(i)];
+        const FormatMenuRules::FormatMenuItem &item = menu.items[static_cast<std::size_t>(i)];
         popup->setItemData(i, QVariant::fromValue(item.record));
         model->item(i)->setEnabled(item.isEnabled);
     }

@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <new>
 
-#include "platform/no_widgets.h"
+#include "platform/NoWidgets.h"
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "platform/no_widgets.h"
+#include "platform/NoWidgets.h"
 
 using namespace Qt::Literals::StringLiterals;
 

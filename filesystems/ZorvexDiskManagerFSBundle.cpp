@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "filesystems/ZorvexDiskManagerFSBundle.h"
 
-#include "filesystems/filesystem_names.h"
+#include "filesystems/FilesystemNames.h"
 
 #include <new>
 

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "filesystems/format_menu_rules.h"
 
-#include "filesystems/filesystem_names.h"
+#include "filesystems/FilesystemNames.h"
 
-#include "platform/no_widgets.h"
+#include "platform/NoWidgets.h"
+
+namespace FormatMenuRules {
 
 namespace {
 
@@ -33,3 +35,5 @@ FormatMenu formatMenuItems(const FilesystemBundleList &list, std::optional<qint6
         --menu.selectedIndex;
     return menu;
 }
+
+} // namespace FormatMenuRules

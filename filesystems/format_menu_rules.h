@@ -5,6 +5,8 @@
 
 #include <functional>
 
+namespace FormatMenuRules {
+
 struct FormatMenuItem
 {
     QString title;
@@ -25,3 +27,5 @@ struct FormatMenu
 FormatMenu formatMenuItems(const FilesystemBundleList &list, std::optional<qint64> selectedMediaSize,
     const FilesystemBundleRef &remembered,
     const std::function<QString(const ZorvexDiskManagerFSBundle &)> &title);
+
+} // namespace FormatMenuRules

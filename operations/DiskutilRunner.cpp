@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "operations/DiskutilRunner.h"
 
-#include "operations/diskutil_decoding.h"
+#include "operations/DiskutilDecoding.h"
 #include "platform/SystemLog.h"
 
 #include <cerrno>

@@ -4,7 +4,7 @@
 #include "app/ZorvexDiskManagerAppDelegate.h"
 
 #include "operations/dissenter_rules.h"
-#include "operations/mount_callbacks.h"
+#include "operations/MountCallbacks.h"
 #include "platform/Localization.h"
 #include "platform/SystemLog.h"
 #include "ui/AlertSheet.h"

@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <optional>
 
-#include "platform/no_widgets.h"
+#include "platform/NoWidgets.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -57,6 +57,9 @@ bool isValidNtfsLabel(const QString &label)
 
 bool isValidFatLabel(const QString &label)
 {
+    // What has no bytes in UTF-8 is another character or none in toUtf8(), as the release of Qt decides.
+    if (!isRepresentable(label))
+        return false;
     const QByteArray bytes = label.toUtf8();
     return bytes.size() <= longestFatLabel && std::none_of(bytes.begin(), bytes.end(), [](char byte) {
         const auto unit = static_cast<unsigned char>(byte);

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ui/ElidingLabel.h"
 
-#include "ui/focus_frame.h"
-#include "ui/tool_tips.h"
+#include "ui/FocusFrame.h"
+#include "ui/ToolTips.h"
 
 #include <QFontInfo>
 #include <QHelpEvent>

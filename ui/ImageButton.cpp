@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/ImageButton.h"
 
-#include "ui/focus_frame.h"
+#include "ui/FocusFrame.h"
 
 #include <QStyleOptionButton>
 #include <QStylePainter>

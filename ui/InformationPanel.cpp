@@ -3,7 +3,7 @@
 // The right-hand side of the window: rebuilt whole from the selected disk, and nowhere else.
 #include "app/ZorvexDiskManagerAppDelegate.h"
 
-#include "platform/disturbing_characters.h"
+#include "platform/DisturbingCharacters.h"
 #include "platform/Localization.h"
 #include "ui/direction_rules.h"
 #include "ui/font_rules.h"

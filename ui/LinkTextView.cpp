@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/LinkTextView.h"
 
-#include "ui/tool_tips.h"
+#include "ui/ToolTips.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QCursor>

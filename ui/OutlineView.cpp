@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "ui/OutlineView.h"
 
-#include "ui/focus_frame.h"
+#include "ui/FocusFrame.h"
 #include "ui/ImageAndTextCell.h"
 #include "ui/OutlineModel.h"
-#include "ui/tool_tips.h"
+#include "ui/ToolTips.h"
 
 #include <QClipboard>
 #include <QGuiApplication>

@@ -6,9 +6,9 @@
 #include "platform/Localization.h"
 #include "platform/SystemLog.h"
 #include "ui/icon_rules.h"
-#include "ui/image_resources.h"
 #include "ui/ImageButton.h"
-#include "ui/mounted_volume.h"
+#include "ui/ImageResources.h"
+#include "ui/MountedVolume.h"
 #include "ui/size_rules.h"
 
 #include <QIcon>

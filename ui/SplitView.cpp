@@ -2,7 +2,7 @@
 #include "ui/SplitView.h"
 
 #include "platform/Localization.h"
-#include "ui/focus_frame.h"
+#include "ui/FocusFrame.h"
 #include "ui/outline_rules.h"
 
 #include <QKeyEvent>

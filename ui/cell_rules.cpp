@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "platform/no_widgets.h"
+#include "platform/NoWidgets.h"
 
 namespace CellRules {
 

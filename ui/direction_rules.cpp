@@ -4,7 +4,7 @@
 #include <QLocale>
 #include <QRegularExpression>
 
-#include "platform/no_widgets.h"
+#include "platform/NoWidgets.h"
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "ui/icon_rules.h"
 
-#include "filesystems/filesystem_names.h"
+#include "filesystems/FilesystemNames.h"
 
-#include "platform/no_widgets.h"
+#include "platform/NoWidgets.h"
 
 using namespace Qt::Literals::StringLiterals;
 

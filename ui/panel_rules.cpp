@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-#include "platform/no_widgets.h"
+#include "platform/NoWidgets.h"
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/size_rules.h"
 
-#include "platform/no_widgets.h"
+#include "platform/NoWidgets.h"
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -3,8 +3,8 @@
 
 #include "platform/FileDescriptor.h"
 #include "platform/propertylists/DictionaryBuilder.h"
-#include "platform/propertylists/property_list_guard.h"
-#include "platform/propertylists/strings_table_text.h"
+#include "platform/propertylists/PropertyListGuard.h"
+#include "platform/propertylists/StringsTableText.h"
 
 #include <QFile>
 #include <QTimeZone>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/udisks/UDisksMedium.h"
 
-#include "platform/disturbing_characters.h"
+#include "platform/DisturbingCharacters.h"
 
 #include <QFileInfo>
 #include <QHash>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/udisks/UDisksSession.h"
 
-#include "platform/disturbing_characters.h"
+#include "platform/DisturbingCharacters.h"
 #include "platform/SystemLog.h"
 #include "platform/udisks/UDisksBus.h"
 #include "platform/udisks/UDisksMedium.h"

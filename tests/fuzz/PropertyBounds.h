@@ -4,7 +4,7 @@
 #pragma once
 
 #include "platform/Property.h"
-#include "platform/propertylists/property_list_guard.h"
+#include "platform/propertylists/PropertyListGuard.h"
 
 #include <cstdlib>
 

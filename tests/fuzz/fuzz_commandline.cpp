@@ -2,8 +2,8 @@
 //
 // Arguments of diskutil, one a line, and the name that a volume is to bear.
 #include "operations/label_rules.h"
-#include "tools/diskutil/command_line.h"
-#include "tools/diskutil/label_rule.h"
+#include "tools/diskutil/CommandLine.h"
+#include "tools/diskutil/LabelRule.h"
 
 #include <QRegularExpression>
 

@@ -3,7 +3,7 @@
 // What a tool prints, on its way to the screen: cut into chunks, gathered, shown. The first two bytes are how
 // the tool ends.
 #include "disks/OutputBuffer.h"
-#include "operations/diskutil_decoding.h"
+#include "operations/DiskutilDecoding.h"
 #include "ui/output_rules.h"
 
 #include <QStringList>

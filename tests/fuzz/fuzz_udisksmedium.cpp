@@ -2,7 +2,7 @@
 //
 // What the disk service says of a disk and a partition on it, with values of any type and text.
 #include "disks/description_rules.h"
-#include "platform/disturbing_characters.h"
+#include "platform/DisturbingCharacters.h"
 #include "platform/udisks/UDisksMedium.h"
 
 #include <fuzzer/FuzzedDataProvider.h>
@@ -70,10 +70,10 @@ UDisksInterfaces anyObject(FuzzedDataProvider &data)
 
 void requireWellFormed(const UDisksMedium &medium)
 {
-    DescriptionFields fields;
+    DescriptionRules::DescriptionFields fields;
     for (const auto &[key, value] : medium.description) {
         // Whatever types the service has sent, the program gets its own.
-        if (readDescriptionEntry(fields, key, value))
+        if (DescriptionRules::readDescriptionEntry(fields, key, value))
             std::abort();
     }
     for (const QString *name : { fields.mediaName, fields.volumeName }) {

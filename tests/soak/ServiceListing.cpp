@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/soak/ServiceListing.h"
 
-#include "platform/disturbing_characters.h"
+#include "platform/DisturbingCharacters.h"
 #include "platform/udisks/UDisksMedium.h"
 
 #include <QDBusArgument>

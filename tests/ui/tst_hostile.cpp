@@ -5,7 +5,7 @@
 #include "tests/support/TestController.h"
 #include "tests/support/WindowTime.h"
 
-#include "platform/disturbing_characters.h"
+#include "platform/DisturbingCharacters.h"
 #include "ui/AlertSheet.h"
 #include "ui/LinkTextView.h"
 #include "ui/OutlineView.h"

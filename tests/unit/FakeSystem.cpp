@@ -7,6 +7,8 @@
 
 #include <sys/sysmacros.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 QByteArray numberText(dev_t number)
@@ -18,8 +20,7 @@ void link(const QByteArray &from, const QByteArray &to)
 {
     const QString name = QFile::decodeName(from);
     const QDir folder = QFileInfo(name).dir();
-    if (!folder.mkpath(QStringLiteral("."))
-        || !QFile::link(folder.relativeFilePath(QFile::decodeName(to)), name))
+    if (!folder.mkpath(u"."_s) || !QFile::link(folder.relativeFilePath(QFile::decodeName(to)), name))
         qFatal("The link %s could not be made.", from.constData());
 }
 

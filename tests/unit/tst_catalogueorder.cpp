@@ -2,8 +2,8 @@
 //
 // A new record, the order of the catalogue's lists, and how the records of a scan are merged into them.
 #include "filesystems/BundleScan.h"
-#include "filesystems/filesystem_names.h"
 #include "filesystems/FilesystemCatalogue.h"
+#include "filesystems/FilesystemNames.h"
 
 #include <QTest>
 

@@ -60,10 +60,10 @@ void plainAdd(Item **head, Item *item)
     if (!node) {
         node = *head;
         atHead = true;
-        key = trailingNumber(nameOf(item));
+        key = TreeRules::trailingNumber(nameOf(item));
     }
     for (;;) {
-        const qint32 other = trailingNumber(nameOf(node));
+        const qint32 other = TreeRules::trailingNumber(nameOf(node));
         if (key == other ? nameOf(item) < nameOf(node) : key < other)
             break;
         node = node->next;
@@ -103,7 +103,7 @@ void plainRebuild(Item **head, Item *added)
     }
     for (Item *node : flat) {
         Item **ring = head;
-        if (const auto parentName = parentBsdName(nameOf(node))) {
+        if (const auto parentName = TreeRules::parentBsdName(nameOf(node))) {
             const auto parent = std::find_if(
                 flat.begin(), flat.end(), [&](const Item *other) { return nameOf(other) == *parentName; });
             if (parent != flat.end())

@@ -72,7 +72,7 @@ void TestDiskTree::numberAtTheEndOfAName()
 {
     QFETCH(const QString, name);
     QFETCH(const int, number);
-    QCOMPARE(trailingNumber(name), number);
+    QCOMPARE(TreeRules::trailingNumber(name), number);
 }
 
 void TestDiskTree::parentOfAName_data()
@@ -92,7 +92,7 @@ void TestDiskTree::parentOfAName()
 {
     QFETCH(const QString, name);
     QFETCH(const QString, parent);
-    QCOMPARE(parentBsdName(name).value_or(QString()), parent);
+    QCOMPARE(TreeRules::parentBsdName(name).value_or(QString()), parent);
 }
 
 void TestDiskTree::firstNodeIsARingOfOne()

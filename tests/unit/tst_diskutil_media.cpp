@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/MemoryDiskSession.h"
-#include "tools/diskutil/medium.h"
+#include "tools/diskutil/Medium.h"
 
 #include <QTest>
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "tools/diskutil/command_line.h"
-#include "tools/diskutil/label_rule.h"
-#include "tools/diskutil/medium.h"
-#include "tools/diskutil/personality.h"
-#include "tools/diskutil/preflight.h"
+#include "tools/diskutil/CommandLine.h"
+#include "tools/diskutil/LabelRule.h"
+#include "tools/diskutil/Medium.h"
+#include "tools/diskutil/Personality.h"
+#include "tools/diskutil/preflight_rules.h"
 
 #include <QTest>
 
@@ -56,9 +56,9 @@ Medium volume()
     return medium;
 }
 
-DeviceSituation freeDevice()
+PreflightRules::DeviceSituation freeDevice()
 {
-    DeviceSituation situation;
+    PreflightRules::DeviceSituation situation;
     situation.isBlockDevice = true;
     situation.canRead = true;
     situation.canWrite = true;
@@ -294,39 +294,48 @@ void TestDiskutilRules::bundlesThatServeTheSameVolumes()
 
 void TestDiskutilRules::operationsOfVerbs()
 {
-    QCOMPARE(operationOfVerb(Verb::EraseVolume), std::optional(Operation::Erase));
-    QCOMPARE(operationOfVerb(Verb::VerifyVolume), std::optional(Operation::Verify));
-    QCOMPARE(operationOfVerb(Verb::RepairVolume), std::optional(Operation::Repair));
+    QCOMPARE(PreflightRules::operationOfVerb(Verb::EraseVolume), std::optional(Operation::Erase));
+    QCOMPARE(PreflightRules::operationOfVerb(Verb::VerifyVolume), std::optional(Operation::Verify));
+    QCOMPARE(PreflightRules::operationOfVerb(Verb::RepairVolume), std::optional(Operation::Repair));
     for (const Verb verb : { Verb::Help, Verb::List, Verb::Info })
-        QVERIFY(!operationOfVerb(verb));
+        QVERIFY(!PreflightRules::operationOfVerb(verb));
 }
 
 void TestDiskutilRules::refusedDevices()
 {
     const Medium medium = volume();
-    QCOMPARE(codeOf(refusalOfDevice(Operation::Erase, medium, freeDevice())), ExitCode::Success);
+    QCOMPARE(
+        codeOf(PreflightRules::refusalOfDevice(Operation::Erase, medium, freeDevice())), ExitCode::Success);
 
-    DeviceSituation situation = freeDevice();
+    PreflightRules::DeviceSituation situation = freeDevice();
     situation.isBlockDevice = false;
-    QCOMPARE(codeOf(refusalOfDevice(Operation::Verify, medium, situation)), ExitCode::NoBlockDevice);
+    QCOMPARE(codeOf(PreflightRules::refusalOfDevice(Operation::Verify, medium, situation)),
+        ExitCode::NoBlockDevice);
     situation = freeDevice();
     situation.isSystemDevice = true;
-    QCOMPARE(codeOf(refusalOfDevice(Operation::Verify, medium, situation)), ExitCode::SystemVolume);
+    QCOMPARE(codeOf(PreflightRules::refusalOfDevice(Operation::Verify, medium, situation)),
+        ExitCode::SystemVolume);
     situation = freeDevice();
     situation.inUse = { u"dm-0 uses it"_s };
-    QCOMPARE(codeOf(refusalOfDevice(Operation::Verify, medium, situation)), ExitCode::InUse);
+    QCOMPARE(codeOf(PreflightRules::refusalOfDevice(Operation::Verify, medium, situation)), ExitCode::InUse);
     situation = freeDevice();
     situation.canWrite = false;
-    QCOMPARE(codeOf(refusalOfDevice(Operation::Verify, medium, situation)), ExitCode::Success);
-    QCOMPARE(codeOf(refusalOfDevice(Operation::Repair, medium, situation)), ExitCode::NotPermitted);
+    QCOMPARE(
+        codeOf(PreflightRules::refusalOfDevice(Operation::Verify, medium, situation)), ExitCode::Success);
+    QCOMPARE(codeOf(PreflightRules::refusalOfDevice(Operation::Repair, medium, situation)),
+        ExitCode::NotPermitted);
     situation.canRead = false;
-    QCOMPARE(codeOf(refusalOfDevice(Operation::Verify, medium, situation)), ExitCode::NotPermitted);
+    QCOMPARE(codeOf(PreflightRules::refusalOfDevice(Operation::Verify, medium, situation)),
+        ExitCode::NotPermitted);
 
     Medium readOnly = medium;
     readOnly.isWritable = false;
-    QCOMPARE(codeOf(refusalOfDevice(Operation::Verify, readOnly, freeDevice())), ExitCode::Success);
-    QCOMPARE(codeOf(refusalOfDevice(Operation::Repair, readOnly, freeDevice())), ExitCode::ReadOnly);
-    QCOMPARE(codeOf(refusalOfDevice(Operation::Erase, readOnly, freeDevice())), ExitCode::ReadOnly);
+    QCOMPARE(codeOf(PreflightRules::refusalOfDevice(Operation::Verify, readOnly, freeDevice())),
+        ExitCode::Success);
+    QCOMPARE(codeOf(PreflightRules::refusalOfDevice(Operation::Repair, readOnly, freeDevice())),
+        ExitCode::ReadOnly);
+    QCOMPARE(codeOf(PreflightRules::refusalOfDevice(Operation::Erase, readOnly, freeDevice())),
+        ExitCode::ReadOnly);
 }
 
 void TestDiskutilRules::refusedChoices()
@@ -334,17 +343,19 @@ void TestDiskutilRules::refusedChoices()
     const auto installed = bundles();
     const CommandLine erase { Verb::EraseVolume, u"FAT16"_s, u"NAME"_s, {} };
     const CommandLine verify { Verb::VerifyVolume, {}, {}, {} };
-    QCOMPARE(
-        codeOf(refusalOfChoice(Operation::Erase, erase, volume(), personalityNamed(installed, u"FAT16"_s))),
+    QCOMPARE(codeOf(PreflightRules::refusalOfChoice(
+                 Operation::Erase, erase, volume(), personalityNamed(installed, u"FAT16"_s))),
         ExitCode::Success);
-    QCOMPARE(codeOf(refusalOfChoice(Operation::Erase, erase, volume(), {})), ExitCode::UnknownFormat);
-    QCOMPARE(
-        codeOf(refusalOfChoice(Operation::Erase, erase, volume(), personalityNamed(installed, u"FAT32"_s))),
+    QCOMPARE(codeOf(PreflightRules::refusalOfChoice(Operation::Erase, erase, volume(), {})),
+        ExitCode::UnknownFormat);
+    QCOMPARE(codeOf(PreflightRules::refusalOfChoice(
+                 Operation::Erase, erase, volume(), personalityNamed(installed, u"FAT32"_s))),
         ExitCode::NotSupported);
-    QCOMPARE(codeOf(refusalOfChoice(Operation::Verify, verify, volume(), {})), ExitCode::NotSupported);
+    QCOMPARE(codeOf(PreflightRules::refusalOfChoice(Operation::Verify, verify, volume(), {})),
+        ExitCode::NotSupported);
     Medium unknown = volume();
     unknown.kind.clear();
-    const auto refusal = refusalOfChoice(Operation::Verify, verify, unknown, {});
+    const auto refusal = PreflightRules::refusalOfChoice(Operation::Verify, verify, unknown, {});
     QCOMPARE(codeOf(refusal), ExitCode::NotSupported);
     QVERIFY(refusal->message.contains(u"no known file system"_s));
 }
@@ -357,26 +368,26 @@ void TestDiskutilRules::refusedErases()
     Medium medium = volume();
     for (const qint64 size : { 1000, 1500, 2000 }) {
         medium.size = size;
-        QCOMPARE(codeOf(refusalOfErase(line, medium, choice)), ExitCode::Success);
+        QCOMPARE(codeOf(PreflightRules::refusalOfErase(line, medium, choice)), ExitCode::Success);
     }
     for (const qint64 size : { 999, 2001 }) {
         medium.size = size;
-        QCOMPARE(codeOf(refusalOfErase(line, medium, choice)), ExitCode::SizeOutOfRange);
+        QCOMPARE(codeOf(PreflightRules::refusalOfErase(line, medium, choice)), ExitCode::SizeOutOfRange);
     }
     medium.size = 1500;
     line.name = u"ABCDEFGHIJKL"_s;
-    QCOMPARE(codeOf(refusalOfErase(line, medium, choice)), ExitCode::NameRefused);
+    QCOMPARE(codeOf(PreflightRules::refusalOfErase(line, medium, choice)), ExitCode::NameRefused);
 }
 
 void TestDiskutilRules::refusedTools()
 {
     const auto installed = bundles();
-    QCOMPARE(codeOf(refusalOfTool(installed.front(), {})), ExitCode::Success);
-    const auto missing = refusalOfTool(installed.front(), { { u"mkfs.fat"_s }, {} });
+    QCOMPARE(codeOf(PreflightRules::refusalOfTool(installed.front(), {})), ExitCode::Success);
+    const auto missing = PreflightRules::refusalOfTool(installed.front(), { { u"mkfs.fat"_s }, {} });
     QCOMPARE(codeOf(missing), ExitCode::ToolMissing);
     QVERIFY(missing->message.contains(u"dosfstools"_s));
-    QCOMPARE(
-        codeOf(refusalOfTool(installed.front(), { {}, u"anyone may write"_s })), ExitCode::UntrustedBundle);
+    QCOMPARE(codeOf(PreflightRules::refusalOfTool(installed.front(), { {}, u"anyone may write"_s })),
+        ExitCode::UntrustedBundle);
 }
 
 QTEST_APPLESS_MAIN(TestDiskutilRules)

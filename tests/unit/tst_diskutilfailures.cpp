@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
 // How the end of a diskutil run is understood, and what no real program can be made to do: a pipe that fails.
-#include "operations/diskutil_decoding.h"
+#include "operations/DiskutilDecoding.h"
 #include "operations/DiskutilRunner.h"
 #include "platform/SystemLog.h"
 

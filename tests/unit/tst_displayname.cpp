@@ -2,7 +2,7 @@
 //
 // The display name of a personality, and every way in which a bundle may fail to give one.
 #include "BundleFolder.h"
-#include "filesystems/display_name.h"
+#include "filesystems/DisplayName.h"
 #include "platform/SystemLog.h"
 
 #include <QTest>

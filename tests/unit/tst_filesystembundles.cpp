@@ -2,7 +2,7 @@
 //
 // The bundles that are installed: that they are whole, and that the parts of one fit each other.
 #include "platform/Bundle.h"
-#include "tools/diskutil/personality.h"
+#include "tools/diskutil/Personality.h"
 
 #include <QDirIterator>
 #include <QFileInfo>

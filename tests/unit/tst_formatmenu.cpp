@@ -29,10 +29,10 @@ FilesystemBundleRef makeRecord(const QString &bundleName, std::optional<Property
     return record;
 }
 
-FormatMenu menuOf(const FilesystemBundleList &list, std::optional<qint64> size = {},
+FormatMenuRules::FormatMenu menuOf(const FilesystemBundleList &list, std::optional<qint64> size = {},
     const FilesystemBundleRef &remembered = {})
 {
-    return formatMenuItems(list, size, remembered,
+    return FormatMenuRules::formatMenuItems(list, size, remembered,
         [](const ZorvexDiskManagerFSBundle &record) { return QString("title of "_L1 + record.bundleName); });
 }
 
@@ -70,7 +70,7 @@ private slots:
 
 void TestFormatMenu::emptyListGivesAnEmptyMenuWithoutSelection()
 {
-    const FormatMenu menu = menuOf({}, 5 * gigabyte, makeRecord(u"msdos"_s));
+    const FormatMenuRules::FormatMenu menu = menuOf({}, 5 * gigabyte, makeRecord(u"msdos"_s));
     QVERIFY(menu.items.empty());
     QCOMPARE(menu.selectedIndex, -1);
 }
@@ -78,7 +78,7 @@ void TestFormatMenu::emptyListGivesAnEmptyMenuWithoutSelection()
 void TestFormatMenu::itemsFollowTheListWithTitleAndRecord()
 {
     const FilesystemBundleList list { makeRecord(u"zorvex_ntfs"_s), makeRecord(u"msdos"_s) };
-    const FormatMenu menu = menuOf(list);
+    const FormatMenuRules::FormatMenu menu = menuOf(list);
     QCOMPARE(menu.items.size(), list.size());
     for (std::size_t i = 0; i < list.size(); ++i) {
         QCOMPARE(menu.items[i].record, list[i]);
@@ -88,10 +88,11 @@ void TestFormatMenu::itemsFollowTheListWithTitleAndRecord()
 
 void TestFormatMenu::onlyOwnFilesystemsHaveTheIcon()
 {
-    const FormatMenu menu = menuOf({ makeRecord(u"fusefs_qvontfs"_s), makeRecord(u"zorvex_exfat"_s),
-        makeRecord(u"exfat"_s), makeRecord(u"Zorvex_exfat"_s), makeRecord(u"fusefs"_s) });
+    const FormatMenuRules::FormatMenu menu
+        = menuOf({ makeRecord(u"fusefs_qvontfs"_s), makeRecord(u"zorvex_exfat"_s), makeRecord(u"exfat"_s),
+            makeRecord(u"Zorvex_exfat"_s), makeRecord(u"fusefs"_s) });
     QList<bool> icons;
-    for (const FormatMenuItem &item : menu.items)
+    for (const FormatMenuRules::FormatMenuItem &item : menu.items)
         icons.append(item.hasOwnIcon);
     QCOMPARE(icons, QList<bool>({ true, true, false, false, false }));
 }

@@ -2,7 +2,7 @@
 //
 // Finding a volume among the mounted file systems, without a window.
 #include "tests/support/TestMountTable.h"
-#include "ui/mounted_volume.h"
+#include "ui/MountedVolume.h"
 
 #include <QTest>
 

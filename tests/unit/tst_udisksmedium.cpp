@@ -5,7 +5,7 @@
 
 #include "disks/description_rules.h"
 #include "platform/DiskArbitration.h"
-#include "platform/disturbing_characters.h"
+#include "platform/DisturbingCharacters.h"
 #include "platform/udisks/UDisksError.h"
 #include "platform/udisks/UDisksMedium.h"
 
@@ -132,7 +132,7 @@ void TestUDisksMedium::partitionTypes()
     test.volume[UDisks::partition].insert(u"Type"_s, type);
     const QString read = *test.read(volumePath)->description.value(DAKey::mediaContent)->asString();
     QCOMPARE(read, content);
-    QCOMPARE(isHiddenContent(read), isHidden);
+    QCOMPARE(DescriptionRules::isHiddenContent(read), isHidden);
 }
 
 void TestUDisksMedium::mediaThatAreNotListed()

@@ -144,8 +144,8 @@ public:
     TestTools tools;
 
     // What the machine answers.
-    DeviceSituation situation;
-    ToolSituation toolSituation;
+    PreflightRules::DeviceSituation situation;
+    PreflightRules::ToolSituation toolSituation;
     std::optional<DeviceIdentity> identity { DeviceIdentity { 1, 2, 3, 4 } };
     std::optional<DeviceIdentity> heldIdentity = identity;
     bool isClaimed = false;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "tools/diskutil/medium.h"
+#include "tools/diskutil/Medium.h"
 
 #include <vector>
 

@@ -2,7 +2,7 @@
 #include "tools/diskutil/ToolProcess.h"
 
 #include "platform/SystemLog.h"
-#include "tools/diskutil/machine.h"
+#include "tools/diskutil/Machine.h"
 
 #include <QSocketNotifier>
 #include <QTimer>

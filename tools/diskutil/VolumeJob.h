@@ -5,7 +5,7 @@
 #pragma once
 
 #include "platform/DiskArbitration.h"
-#include "tools/diskutil/job_plan.h"
+#include "tools/diskutil/JobPlan.h"
 
 #include <QDeadlineTimer>
 #include <QTimer>

@@ -91,7 +91,7 @@ private:
     {
         if (!isAvailable)
             finish(serviceUnavailable());
-        else if (const auto operation = operationOfVerb(m_line.verb))
+        else if (const auto operation = PreflightRules::operationOfVerb(m_line.verb))
             startJob(*operation);
         else if (m_line.verb == Verb::Info)
             finish(printInfo(m_media, m_line.device, m_console));
@@ -179,7 +179,7 @@ int main(int argc, char **argv)
         return statusOf(ExitCode::Success);
     }
     // Only root reads and writes a medium itself.
-    if (operationOfVerb(line.verb) && geteuid() != 0)
+    if (PreflightRules::operationOfVerb(line.verb) && geteuid() != 0)
         return runAsRoot(arguments, console);
     return statusOf(Session(line, console).run());
 }

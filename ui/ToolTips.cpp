@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ui/tool_tips.h"
+#include "ui/ToolTips.h"
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -3,7 +3,7 @@
 // What an erase, a verification or a repair will do, decided before anything is unmounted or written.
 #pragma once
 
-#include "tools/diskutil/machine.h"
+#include "tools/diskutil/Machine.h"
 #include "tools/diskutil/MediaList.h"
 #include "tools/diskutil/ToolRunner.h"
 

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "tools/diskutil/preflight.h"
+#include "tools/diskutil/preflight_rules.h"
 
-#include "platform/no_widgets.h"
+#include "platform/NoWidgets.h"
 
 using namespace Qt::Literals::StringLiterals;
+
+namespace PreflightRules {
 
 std::optional<Operation> operationOfVerb(Verb verb)
 {
@@ -92,3 +94,5 @@ std::optional<Refusal> refusalOfTool(const FilesystemBundle &bundle, const ToolS
                 bundle.name, *situation.distrust) };
     return std::nullopt;
 }
+
+} // namespace PreflightRules

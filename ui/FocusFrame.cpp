@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ui/focus_frame.h"
+#include "ui/FocusFrame.h"
 
 #include <QStyle>
 #include <QStyleOptionFocusRect>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "platform/propertylists/strings_table_text.h"
+#include "platform/propertylists/StringsTableText.h"
 
 #include "platform/propertylists/DictionaryBuilder.h"
-#include "platform/propertylists/property_list_guard.h"
+#include "platform/propertylists/PropertyListGuard.h"
 
 #include <QStringDecoder>
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "tools/diskutil/personality.h"
+#include "tools/diskutil/Personality.h"
 
 #include <algorithm>
 
-#include "platform/no_widgets.h"
+#include "platform/NoWidgets.h"
 
 using namespace Qt::Literals::StringLiterals;
 

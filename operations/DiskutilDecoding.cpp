@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "operations/diskutil_decoding.h"
+#include "operations/DiskutilDecoding.h"
 
 #include <cerrno>
 
-#include "platform/no_widgets.h"
+#include "platform/NoWidgets.h"
 
 using namespace Qt::Literals::StringLiterals;
 

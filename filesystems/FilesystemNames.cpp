@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "filesystems/filesystem_names.h"
+#include "filesystems/FilesystemNames.h"
 
-#include "platform/no_widgets.h"
+#include "platform/NoWidgets.h"
 
 using namespace Qt::Literals::StringLiterals;
 

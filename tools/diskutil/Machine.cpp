@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "tools/diskutil/machine.h"
+#include "tools/diskutil/Machine.h"
 
 #include "filesystems/BundleScan.h"
-#include "filesystems/filesystem_names.h"
+#include "filesystems/FilesystemNames.h"
 #include "platform/BlockDevice.h"
 #include "platform/DesktopUserMount.h"
 #include "platform/SystemLog.h"
@@ -15,7 +15,7 @@
 #include <algorithm>
 #include <unistd.h>
 
-#include "platform/no_widgets.h"
+#include "platform/NoWidgets.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -71,9 +71,9 @@ std::vector<FilesystemBundle> readInstalledBundles()
     return bundles;
 }
 
-DeviceSituation readDeviceSituation(const Medium &medium, const std::vector<Medium> &media)
+PreflightRules::DeviceSituation readDeviceSituation(const Medium &medium, const std::vector<Medium> &media)
 {
-    DeviceSituation situation;
+    PreflightRules::DeviceSituation situation;
     const QString &node = medium.deviceNode;
     situation.isBlockDevice = !kernelDeviceName(node).isEmpty();
     situation.isSystemDevice = isSystemDevice(node);
@@ -100,9 +100,9 @@ QString findTool(const QString &name)
     return QStandardPaths::findExecutable(name, toolFolders());
 }
 
-ToolSituation readToolSituation(const FilesystemBundle &bundle, const BundleTool &tool)
+PreflightRules::ToolSituation readToolSituation(const FilesystemBundle &bundle, const BundleTool &tool)
 {
-    ToolSituation situation;
+    PreflightRules::ToolSituation situation;
     for (const QString &name : bundle.requiredTools) {
         if (findTool(name).isEmpty())
             situation.missingTools.append(name);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "tools/diskutil/medium.h"
+#include "tools/diskutil/Medium.h"
 
 #include "platform/SystemLog.h"
 
@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <array>
 
-#include "platform/no_widgets.h"
+#include "platform/NoWidgets.h"
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "ui/mounted_volume.h"
+#include "ui/MountedVolume.h"
 
-#include "platform/no_widgets.h"
+#include "platform/NoWidgets.h"
 
 namespace VolumeRules {
 

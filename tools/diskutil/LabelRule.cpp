@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "tools/diskutil/label_rule.h"
+#include "tools/diskutil/LabelRule.h"
 
 #include <QHash>
 
 #include <algorithm>
 
-#include "platform/no_widgets.h"
+#include "platform/NoWidgets.h"
 
 using namespace Qt::Literals::StringLiterals;
 

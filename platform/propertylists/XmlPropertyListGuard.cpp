@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/propertylists/property_list_guard.h"
+#include "platform/propertylists/PropertyListGuard.h"
 
 namespace {
 

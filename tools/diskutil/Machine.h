@@ -4,7 +4,7 @@
 #pragma once
 
 #include "platform/DeviceUse.h"
-#include "tools/diskutil/preflight.h"
+#include "tools/diskutil/preflight_rules.h"
 
 #include <functional>
 #include <vector>
@@ -13,10 +13,10 @@
 std::vector<FilesystemBundle> readInstalledBundles();
 
 // The situation of a medium. The other media tell what is mounted where this process does not see it.
-DeviceSituation readDeviceSituation(const Medium &medium, const std::vector<Medium> &media);
+PreflightRules::DeviceSituation readDeviceSituation(const Medium &medium, const std::vector<Medium> &media);
 
 // The situation of one of the bundle's executables.
-ToolSituation readToolSituation(const FilesystemBundle &bundle, const BundleTool &tool);
+PreflightRules::ToolSituation readToolSituation(const FilesystemBundle &bundle, const BundleTool &tool);
 
 // The path of an executable of a bundle.
 QString executablePath(const FilesystemBundle &bundle, const BundleTool &tool);
@@ -53,13 +53,13 @@ void giveToDesktopUser(const QString &mountPoint);
 struct Machine
 {
     std::function<std::vector<FilesystemBundle>()> readInstalledBundles = &::readInstalledBundles;
-    std::function<DeviceSituation(const Medium &medium, const std::vector<Medium> &media)> readDeviceSituation
-        = &::readDeviceSituation;
-    std::function<ToolSituation(const FilesystemBundle &bundle, const BundleTool &tool)> readToolSituation
-        = &::readToolSituation;
+    std::function<PreflightRules::DeviceSituation(const Medium &medium, const std::vector<Medium> &media)>
+        readDeviceSituation = &::readDeviceSituation;
+    std::function<PreflightRules::ToolSituation(const FilesystemBundle &bundle, const BundleTool &tool)>
+        readToolSituation = &::readToolSituation;
     std::function<QString(const QString &name)> findTool = &::findTool;
     std::function<std::optional<DeviceIdentity>(const QString &deviceNode)> readDeviceIdentity
-        = &::readDeviceIdentity;
+        = [](const QString &deviceNode) { return ::readDeviceIdentity(deviceNode); };
     std::function<HeldDevice(const QString &deviceNode)> holdDevice = &::holdDevice;
     std::function<void(const QString &deviceNode)> announceChange = &::announceChange;
     std::function<void(const QString &mountPoint)> giveToDesktopUser = &::giveToDesktopUser;

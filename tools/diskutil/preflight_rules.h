@@ -4,14 +4,16 @@
 // Each returns std::nullopt when it has none.
 #pragma once
 
-#include "tools/diskutil/command_line.h"
+#include "tools/diskutil/CommandLine.h"
 #include "tools/diskutil/ExitCode.h"
-#include "tools/diskutil/medium.h"
-#include "tools/diskutil/personality.h"
+#include "tools/diskutil/Medium.h"
+#include "tools/diskutil/Personality.h"
 
 #include <QStringList>
 
 #include <optional>
+
+namespace PreflightRules {
 
 // What the machine says about the device now.
 struct DeviceSituation
@@ -45,3 +47,5 @@ std::optional<Refusal> refusalOfErase(
     const CommandLine &line, const Medium &medium, const PersonalityChoice &choice);
 
 std::optional<Refusal> refusalOfTool(const FilesystemBundle &bundle, const ToolSituation &situation);
+
+} // namespace PreflightRules

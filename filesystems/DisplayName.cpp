@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "filesystems/display_name.h"
+#include "filesystems/DisplayName.h"
 
 #include "platform/Bundle.h"
 #include "platform/SystemLog.h"
 
-#include "platform/no_widgets.h"
+#include "platform/NoWidgets.h"
 
 using namespace Qt::Literals::StringLiterals;
 

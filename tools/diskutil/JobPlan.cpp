@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "tools/diskutil/job_plan.h"
+#include "tools/diskutil/JobPlan.h"
 
-#include "platform/no_widgets.h"
+#include "platform/NoWidgets.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -12,10 +12,10 @@ std::optional<Refusal> chooseBundle(JobPlan &plan, const CommandLine &line)
     const PersonalityChoice choice = plan.operation == Operation::Erase
         ? personalityNamed(plan.bundles, line.format)
         : personalityForVolume(plan.bundles, plan.medium.kind, plan.medium.subtype, plan.operation);
-    if (auto refusal = refusalOfChoice(plan.operation, line, plan.medium, choice))
+    if (auto refusal = PreflightRules::refusalOfChoice(plan.operation, line, plan.medium, choice))
         return refusal;
     if (plan.operation == Operation::Erase) {
-        if (auto refusal = refusalOfErase(line, plan.medium, choice))
+        if (auto refusal = PreflightRules::refusalOfErase(line, plan.medium, choice))
             return refusal;
     }
     plan.bundle = *choice.bundle;
@@ -27,7 +27,8 @@ std::optional<Refusal> chooseBundle(JobPlan &plan, const CommandLine &line)
 
 std::optional<Refusal> listCommands(JobPlan &plan, const Machine &machine)
 {
-    if (auto refusal = refusalOfTool(plan.bundle, machine.readToolSituation(plan.bundle, plan.tool)))
+    if (auto refusal
+        = PreflightRules::refusalOfTool(plan.bundle, machine.readToolSituation(plan.bundle, plan.tool)))
         return refusal;
     const QString &node = plan.medium.deviceNode;
     ToolCommand command { executablePath(plan.bundle, plan.tool), plan.tool.arguments,
@@ -63,7 +64,8 @@ std::variant<JobPlan, Refusal> planJob(
     plan.medium = *medium;
     plan.disk = list.disk(medium->bsdName);
     plan.identity = machine.readDeviceIdentity(medium->deviceNode);
-    if (auto refusal = refusalOfDevice(operation, *medium, machine.readDeviceSituation(*medium, media)))
+    if (auto refusal
+        = PreflightRules::refusalOfDevice(operation, *medium, machine.readDeviceSituation(*medium, media)))
         return *refusal;
     plan.bundles = machine.readInstalledBundles();
     if (auto refusal = chooseBundle(plan, line))
@@ -79,10 +81,10 @@ std::optional<Refusal> refusalOfHandOver(
     if (!plan.identity || device.identity() != plan.identity)
         return Refusal { ExitCode::MediumChanged,
             u"%1 is no longer the same disk"_s.arg(plan.medium.deviceNode) };
-    if (auto refusal
-        = refusalOfDevice(plan.operation, plan.medium, machine.readDeviceSituation(plan.medium, media)))
+    if (auto refusal = PreflightRules::refusalOfDevice(
+            plan.operation, plan.medium, machine.readDeviceSituation(plan.medium, media)))
         return refusal;
-    return refusalOfTool(plan.bundle, machine.readToolSituation(plan.bundle, plan.tool));
+    return PreflightRules::refusalOfTool(plan.bundle, machine.readToolSituation(plan.bundle, plan.tool));
 }
 
 bool isNewVolume(const JobPlan &plan, const Medium &medium)

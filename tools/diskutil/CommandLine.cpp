@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "tools/diskutil/command_line.h"
+#include "tools/diskutil/CommandLine.h"
 
 #include <QHash>
 #include <QRegularExpression>
 
-#include "platform/no_widgets.h"
+#include "platform/NoWidgets.h"
 
 using namespace Qt::Literals::StringLiterals;
 

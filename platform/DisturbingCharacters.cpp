@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/disturbing_characters.h"
+#include "platform/DisturbingCharacters.h"
 
 bool disturbsLine(QChar c)
 {

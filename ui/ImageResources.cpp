@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ui/image_resources.h"
+#include "ui/ImageResources.h"
 
 #include <QFile>
 #include <QPixmapCache>
