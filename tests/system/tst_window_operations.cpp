@@ -130,8 +130,8 @@ void TestWindowOperations::fatIsNamedByItsVariant()
         QString bits;
         QString name;
     };
-    const QList<Volume> volumes { { u"12"_s, u"MS-DOS (FAT12)"_s }, { u"16"_s, u"MS-DOS (FAT16)"_s },
-        { u"32"_s, u"MS-DOS (FAT32)"_s } };
+    const QList<Volume> volumes { { u"12"_s, u"FAT Plus (FAT12)"_s }, { u"16"_s, u"FAT Plus (FAT16)"_s },
+        { u"32"_s, u"FAT Plus (FAT32)"_s } };
     const QString dataType = QString::fromLatin1(LoopDisk::dataType);
     const LoopDisk disk(
         { { 8, dataType, {}, u"A"_s }, { 20, dataType, {}, u"B"_s }, { 40, dataType, {}, u"C"_s } });
@@ -142,13 +142,13 @@ void TestWindowOperations::fatIsNamedByItsVariant()
         QCOMPARE(runProgram(u"mkfs.fat"_s, { u"-F"_s, volumes.at(i).bits, node }), 0);
         const auto isTold = [&] {
             const DiskRecord record = window.recordOf(node);
-            return record && record->volumeKind == u"msdos"_s && record->daDisk->filesystemSubtype();
+            return record && record->volumeKind == u"zorvex_fatplus"_s && record->daDisk->filesystemSubtype();
         };
         QTRY_VERIFY_WITH_TIMEOUT(isTold(), limit);
         const DiskRecord record = window.recordOf(node);
         QVERIFY(!record->volumePath);
         window.select(record);
-        QCOMPARE(shown(), u"MS-DOS (FAT)"_s); // its variant is asked for when it is mounted
+        QCOMPARE(shown(), u"FAT Plus (FAT, automatic)"_s); // its variant is asked for when it is mounted
         record->subtype = *record->daDisk->filesystemSubtype();
         window.controller().outlineViewSelectionDidChange();
         QCOMPARE(shown(), volumes.at(i).name);
