@@ -19,15 +19,6 @@ using namespace Qt::Literals::StringLiterals;
 
 using Kind = MemoryDiskService::RequestKind;
 
-// Who holds the run loop of the main thread: the controller, and each format that has recorded it.
-struct ControllerTest
-{
-    static long runLoopReferences(const ZorvexDiskManagerAppDelegate &controller)
-    {
-        return controller.m_relay.use_count();
-    }
-};
-
 namespace {
 
 const QString volumeName = u"disk2s1"_s;
@@ -101,7 +92,6 @@ private Q_SLOTS:
     void ownFilesystemIsRenamedUnmountedAndMounted();
     void labelTravelsAsItWasTyped_data();
     void labelTravelsAsItWasTyped();
-    void runLoopOfTheCallerIsRecorded();
     void confirmationNamesTheMedium();
     void cancelSetsNoFlag();
     void keysOnTheConfirmation_data();
@@ -182,16 +172,6 @@ void TestFormat::labelTravelsAsItWasTyped()
     test.run(u"zorvex_ntfs"_s, typed);
     QTRY_COMPARE(test.service.requests().size(), std::size_t { 1 });
     QCOMPARE(test.service.requests().front().name, typed);
-}
-
-void TestFormat::runLoopOfTheCallerIsRecorded()
-{
-    FormatTest test;
-    const long before = ControllerTest::runLoopReferences(test.controller());
-    test.press(u"exfat"_s, QString());
-    QCOMPARE(ControllerTest::runLoopReferences(test.controller()), before + 1);
-    test.endSheet(cancel);
-    QTRY_COMPARE(ControllerTest::runLoopReferences(test.controller()), before);
 }
 
 void TestFormat::confirmationNamesTheMedium()
