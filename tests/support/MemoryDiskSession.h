@@ -58,8 +58,6 @@ public:
     // Answers the oldest request. The completion may make the next one.
     void completeRequest(const DADissenterRef &dissenter = {});
 
-    bool hasScheduledSession() const { return m_session != nullptr; }
-
 private:
     friend class MemoryDiskSession;
 

@@ -19,13 +19,6 @@ namespace {
 constexpr int dismissedStatus = 126;
 constexpr int refusedStatus = 127;
 
-void closeDescriptor(int *descriptor)
-{
-    if (*descriptor >= 0)
-        ::close(*descriptor);
-    *descriptor = -1;
-}
-
 } // namespace
 
 PrivilegedRun::PrivilegedRun(Console &console)
@@ -33,7 +26,7 @@ PrivilegedRun::PrivilegedRun(Console &console)
 {
     m_process.setInputChannelMode(QProcess::ForwardedInputChannel);
     m_process.setProcessChannelMode(QProcess::ForwardedChannels);
-    m_process.setChildProcessModifier([this] { dup2(m_childOutput, STDOUT_FILENO); });
+    m_process.setChildProcessModifier([this] { dup2(m_childOutput.number(), STDOUT_FILENO); });
     connect(&m_process, &QProcess::finished, this, &PrivilegedRun::programEnded);
     connect(&m_process, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
         if (error == QProcess::FailedToStart)
@@ -47,8 +40,6 @@ PrivilegedRun::PrivilegedRun(Console &console)
 PrivilegedRun::~PrivilegedRun()
 {
     m_process.disconnect(this);
-    closeDescriptor(&m_output);
-    closeDescriptor(&m_childOutput);
 }
 
 void PrivilegedRun::start(const QString &program, const QStringList &arguments)
@@ -59,20 +50,20 @@ void PrivilegedRun::start(const QString &program, const QStringList &arguments)
         QTimer::singleShot(0, this, [this, reason] { fail(ExitCode::ToolFailed, reason); });
         return;
     }
-    m_output = ends[0];
-    m_childOutput = ends[1];
-    fcntl(m_output, F_SETFL, O_NONBLOCK);
-    m_notifier = std::make_unique<QSocketNotifier>(m_output, QSocketNotifier::Read);
+    m_output = FileDescriptor(ends[0]);
+    m_childOutput = FileDescriptor(ends[1]);
+    fcntl(m_output.number(), F_SETFL, O_NONBLOCK);
+    m_notifier = std::make_unique<QSocketNotifier>(m_output.number(), QSocketNotifier::Read);
     connect(m_notifier.get(), &QSocketNotifier::activated, this, &PrivilegedRun::passOutput);
     m_process.start(u"pkexec"_s, QStringList { program } + arguments);
-    closeDescriptor(&m_childOutput);
+    m_childOutput = {};
 }
 
 void PrivilegedRun::passOutput()
 {
     std::array<char, 4096> buffer {};
-    while (m_output >= 0) {
-        const ssize_t length = read(m_output, buffer.data(), buffer.size());
+    while (m_output.isOpen()) {
+        const ssize_t length = read(m_output.number(), buffer.data(), buffer.size());
         if (length > 0) {
             m_console.pass(QByteArray(buffer.data(), length)); // may close m_output
         } else if (length == 0 || (errno != EINTR && errno != EAGAIN)) {
@@ -90,14 +81,14 @@ void PrivilegedRun::stop()
 {
     if (m_notifier)
         m_notifier->setEnabled(false);
-    closeDescriptor(&m_output);
+    m_output = {};
     m_process.terminate();
 }
 
 void PrivilegedRun::programEnded(int code, QProcess::ExitStatus status)
 {
     passOutput();
-    if (m_output < 0)
+    if (!m_output.isOpen())
         Q_EMIT finished(static_cast<int>(ExitCode::Interrupted));
     else if (status == QProcess::CrashExit)
         fail(ExitCode::ToolFailed, u"the run with administrator rights was killed by signal %1"_s.arg(code));

@@ -8,6 +8,7 @@
 // the reader of this one has gone. Main thread only.
 #pragma once
 
+#include "platform/FileDescriptor.h"
 #include "tools/diskutil/Console.h"
 #include "tools/diskutil/ExitCode.h"
 
@@ -42,6 +43,6 @@ private:
     Console &m_console;
     QProcess m_process;
     std::unique_ptr<QSocketNotifier> m_notifier;
-    int m_output = -1;
-    int m_childOutput = -1;
+    FileDescriptor m_output;
+    FileDescriptor m_childOutput;
 };

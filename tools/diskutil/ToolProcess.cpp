@@ -49,27 +49,6 @@ void forgetCaller()
 
 } // namespace
 
-class ToolProcess::Descriptor
-{
-public:
-    explicit Descriptor(int fd)
-        : m_fd(fd)
-    {
-    }
-    ~Descriptor()
-    {
-        if (m_fd >= 0)
-            close(m_fd);
-    }
-    Descriptor(const Descriptor &) = delete;
-    Descriptor &operator=(const Descriptor &) = delete;
-
-    int fd() const { return m_fd; }
-
-private:
-    int m_fd;
-};
-
 ToolProcess::ToolProcess(OutputHandler handler, QObject *parent)
     : ToolRunner(parent)
     , m_handler(std::move(handler))
@@ -97,9 +76,9 @@ void ToolProcess::prepareProcess()
     m_process.setProcessChannelMode(QProcess::ForwardedChannels);
     m_process.setChildProcessModifier([this] {
         // Only calls that are safe between fork and exec are allowed here.
-        const int output = m_childOutput ? m_childOutput->fd() : m_childTerminal->fd();
+        const int output = m_childOutput.isOpen() ? m_childOutput.number() : m_childTerminal.number();
         setsid();
-        ioctl(m_childTerminal->fd(), TIOCSCTTY, 0);
+        ioctl(m_childTerminal.number(), TIOCSCTTY, 0);
         prctl(PR_SET_PDEATHSIG, SIGKILL);
         dup2(output, STDOUT_FILENO);
         dup2(output, STDERR_FILENO);
@@ -109,29 +88,29 @@ void ToolProcess::prepareProcess()
 
 bool ToolProcess::openChannels(ToolCommand::Output output)
 {
-    m_terminal = std::make_unique<Descriptor>(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC | O_NONBLOCK));
+    m_terminal = FileDescriptor(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC | O_NONBLOCK));
     std::array<char, 64> name {};
-    if (m_terminal->fd() < 0 || grantpt(m_terminal->fd()) != 0 || unlockpt(m_terminal->fd()) != 0
-        || ptsname_r(m_terminal->fd(), name.data(), name.size()) != 0)
+    if (!m_terminal.isOpen() || grantpt(m_terminal.number()) != 0 || unlockpt(m_terminal.number()) != 0
+        || ptsname_r(m_terminal.number(), name.data(), name.size()) != 0)
         return false;
-    m_childTerminal = std::make_unique<Descriptor>(open(name.data(), O_RDWR | O_NOCTTY | O_CLOEXEC));
+    m_childTerminal = FileDescriptor(open(name.data(), O_RDWR | O_NOCTTY | O_CLOEXEC));
     termios mode = {};
-    if (m_childTerminal->fd() < 0 || tcgetattr(m_childTerminal->fd(), &mode) != 0)
+    if (!m_childTerminal.isOpen() || tcgetattr(m_childTerminal.number(), &mode) != 0)
         return false;
     // Raw, so that line ends stay as they are written: an added carriage return would make a line look
     // rewritten.
     cfmakeraw(&mode);
     const winsize size { terminalRows, terminalColumns, 0, 0 };
-    if (tcsetattr(m_childTerminal->fd(), TCSANOW, &mode) != 0
-        || ioctl(m_childTerminal->fd(), TIOCSWINSZ, &size) != 0)
+    if (tcsetattr(m_childTerminal.number(), TCSANOW, &mode) != 0
+        || ioctl(m_childTerminal.number(), TIOCSWINSZ, &size) != 0)
         return false;
     if (output == ToolCommand::Output::Pipe) {
         std::array<int, 2> ends {};
         if (pipe2(ends.data(), O_CLOEXEC) != 0)
             return false;
-        m_output = std::make_unique<Descriptor>(ends[0]);
-        m_childOutput = std::make_unique<Descriptor>(ends[1]);
-        return fcntl(m_output->fd(), F_SETFL, O_NONBLOCK) == 0;
+        m_output = FileDescriptor(ends[0]);
+        m_childOutput = FileDescriptor(ends[1]);
+        return fcntl(m_output.number(), F_SETFL, O_NONBLOCK) == 0;
     }
     return true;
 }
@@ -140,24 +119,24 @@ void ToolProcess::start(const ToolCommand &command)
 {
     m_isStopping = false;
     m_end = {};
-    m_output.reset();
-    m_childOutput.reset();
+    m_output = {};
+    m_childOutput = {};
     if (!openChannels(command.output)) {
         m_end.message = errnoText(errno);
         QTimer::singleShot(0, this, [this] { finish(m_end); });
         return;
     }
-    const int fd = m_output ? m_output->fd() : m_terminal->fd();
+    const int fd = m_output.isOpen() ? m_output.number() : m_terminal.number();
     m_notifier = std::make_unique<QSocketNotifier>(fd, QSocketNotifier::Read);
     connect(m_notifier.get(), &QSocketNotifier::activated, this, &ToolProcess::readOutput);
     m_process.start(command.program, command.arguments);
     m_group = m_process.processId();
-    m_childOutput.reset();
+    m_childOutput = {};
 }
 
 void ToolProcess::readOutput()
 {
-    const int fd = m_output ? m_output->fd() : m_terminal->fd();
+    const int fd = m_output.isOpen() ? m_output.number() : m_terminal.number();
     std::array<char, 4096> buffer {};
     for (;;) {
         const ssize_t length = read(fd, buffer.data(), buffer.size());
@@ -191,9 +170,9 @@ void ToolProcess::programFailed(QProcess::ProcessError error)
 void ToolProcess::finish(const ToolEnd &end)
 {
     m_notifier.reset();
-    m_output.reset();
-    m_childTerminal.reset();
-    m_terminal.reset();
+    m_output = {};
+    m_childTerminal = {};
+    m_terminal = {};
     m_group = 0;
     Q_EMIT ended(end);
 }

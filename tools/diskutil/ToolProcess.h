@@ -4,6 +4,7 @@
 // however it goes, so that nothing is left at work on the medium. Main thread only.
 #pragma once
 
+#include "platform/FileDescriptor.h"
 #include "tools/diskutil/ToolRunner.h"
 
 #include <QByteArray>
@@ -29,8 +30,6 @@ public:
     void stop() override;
 
 private:
-    class Descriptor;
-
     bool openChannels(ToolCommand::Output output);
     void prepareProcess();
     void readOutput();
@@ -42,10 +41,10 @@ private:
 
     OutputHandler m_handler;
     QProcess m_process;
-    std::unique_ptr<Descriptor> m_terminal; // this process's end
-    std::unique_ptr<Descriptor> m_childTerminal;
-    std::unique_ptr<Descriptor> m_output; // what is read; null when that is the terminal
-    std::unique_ptr<Descriptor> m_childOutput;
+    FileDescriptor m_terminal; // this process's end
+    FileDescriptor m_childTerminal;
+    FileDescriptor m_output; // what is read; not open when that is the terminal
+    FileDescriptor m_childOutput;
     std::unique_ptr<QSocketNotifier> m_notifier;
     qint64 m_group = 0; // process group of the program
     bool m_isStopping = false;
