@@ -11,7 +11,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-// One block device in the store, with short names for what is asked of it again and again.
+// One block device in the store, with short names for what is often asked.
 class BlockReader
 {
 public:
@@ -31,7 +31,7 @@ public:
         if (m_store.number(m_path, UDisks::block, "Size") == 0)
             return false; // an empty card slot, an unused loop device
         if (m_store.flag(m_path, UDisks::block, "HintIgnore"))
-            return false; // the machine's owner says so
+            return false; // a rule of the machine says so
         // Partitions that were added by hand stay behind when a loop disk is detached, until the next one
         // takes their place.
         if (m_store.number(m_whole, UDisks::block, "Size") == 0)
@@ -94,7 +94,7 @@ public:
     const UDisksStore &store() const { return m_store; }
 
 private:
-    // A type tells its own table. The service often tells of a new table later than of the partitions in it.
+    // The type itself shows the kind of table. The service often reports a new table after its partitions.
     static QString partitionContent(const QString &type)
     {
         if (type.startsWith("0x"_L1))

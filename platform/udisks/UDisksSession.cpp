@@ -39,7 +39,7 @@ public:
     const QString &path() const { return m_path; }
     const UDisksMedium &medium() const { return m_medium; }
 
-    // Takes what is known of the medium anew; returns the keys of its description that changed.
+    // Replaces what is known of the medium. Returns the keys of its description that changed.
     QStringList update(UDisksMedium medium)
     {
         QStringList keys;
@@ -81,7 +81,7 @@ void logHarmfulName(const UDisksStore &store, const UDisksDisk &disk)
             disk.medium().facts.bsdName));
 }
 
-// Qt keeps what it calls the system bus for ever, also when it is lost.
+// Qt never replaces the connection that it calls the system bus, not even when it is lost.
 QDBusConnection connectAgain()
 {
     static const QString name = u"zorvex-system-bus"_s;
@@ -155,9 +155,9 @@ public:
     }
 
 private:
-    // The object path of a medium that is present; it may have been reported anew, by a service that was
-    // started again. When it has gone, the request is answered (later, as every request is) and the path is
-    // empty.
+    // The object path of a medium that is present. A service that was started again may have reported it
+    // under another handle. When the medium has gone, the request is answered (later, as every request is)
+    // and the path is empty.
     QString presentPath(const DADiskRef &disk, const DADiskCompletion &completion)
     {
         const auto known = std::dynamic_pointer_cast<UDisksDisk>(disk);
@@ -173,8 +173,8 @@ private:
         return {};
     }
 
-    // Whether the kernel, too, has this medium in this place. It is ahead of the service, which would do to
-    // the next disk in the place of one that was pulled what was asked of that one.
+    // Whether the kernel, too, has this medium in this place. The kernel knows first. The service would carry
+    // out a request for a pulled disk on the next disk that takes its place.
     bool isInPlace(const UDisksDisk &disk) const
     {
         const std::optional<BlockDeviceFacts> facts = m_readFacts(disk.medium().deviceNode);
@@ -198,8 +198,8 @@ private:
         deliverInitialListing(available);
     }
 
-    // A change of an object can show in what is said of others: of a drive in its disks, of a disk in its
-    // partitions, of a partition in its disk.
+    // A change of an object can change the descriptions of others: a drive those of its disks, a disk those
+    // of its partitions, a partition that of its disk.
     void followChange(const QSet<QString> &paths)
     {
         if (!m_scheduled)
@@ -217,7 +217,7 @@ private:
         for (const UDisksDiskRef &disk : std::as_const(m_disks)) {
             if (!paths.contains(disk->path()))
                 continue;
-            // The disk of a partition that has gone is known only by its number.
+            // When a partition has gone, only the number still tells which disk it was on.
             for (const UDisksDiskRef &other : std::as_const(m_disks)) {
                 if (other->medium().facts.diskSequence == disk->medium().facts.diskSequence)
                     affected.insert(other->path());
@@ -266,7 +266,7 @@ private:
 
     VolumeClaimReader m_readClaims;
     BlockDeviceFactsReader m_readFacts;
-    bool m_scheduled = false; // before that, what the bus tells stays in its store
+    bool m_scheduled = false; // until then, the news stays in the store of the bus
     bool m_isStarted = false;
     std::optional<bool> m_isAvailable; // what the last listing told
     QHash<QString, UDisksDiskRef> m_disks; // the media that are present, by object path
@@ -294,7 +294,7 @@ std::unique_ptr<DASession> createDiskArbitrationSession(VolumeClaimReader readCl
         std::move(readClaims), QDBusConnection::systemBus(), connectAgain, readBlockDeviceFacts, listing);
 }
 
-// The caller's bus is the caller's to connect again.
+// Connecting the caller's bus again is up to the caller.
 std::unique_ptr<DASession> createUDisksSession(VolumeClaimReader readClaims, const QDBusConnection &bus,
     BlockDeviceFactsReader readFacts, MediaListing listing)
 {

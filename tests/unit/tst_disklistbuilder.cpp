@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Additions that build nothing anew give the tree that building anew gives: compared with the rule carried
-// out plainly, every registry value read at every comparison, on random trees of all that a service might
+// An addition that does not rebuild the tree gives the same tree as a rebuild. It is compared with the plain
+// rule, which reads every registry value at every comparison, on random trees of all that a service might
 // report.
 #include "disks/DiskListBuilder.h"
 #include "disks/tree_rules.h"
