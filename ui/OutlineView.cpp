@@ -187,7 +187,9 @@ void OutlineView::insertItem(const OutlineItem &item, const OutlineItem &parent,
 void OutlineView::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected)
 {
     QTreeView::selectionChanged(selected, deselected);
-    if (!m_delegate || m_isReloading)
+    // A row that is inserted above the selection moves it, which is no change of what is selected.
+    const bool isOnlyMoved = selected.isEmpty() && deselected.isEmpty();
+    if (!m_delegate || m_isReloading || isOnlyMoved)
         return;
     m_delegate->outlineViewSelectionIsChanging();
     m_delegate->outlineViewSelectionDidChange();
