@@ -59,6 +59,9 @@ void appendLines(QString &text, const QByteArray &output, qsizetype start)
                 || c == QChar(0xFDD0) || c == QChar(0xFDD1) || c.isNull())
                 c = u' ';
         }
+        // The others have no shape of their own: e2fsck marks its progress with some, and a box would be
+        // drawn.
+        shown.removeIf([](QChar c) { return c != u'\t' && c.category() == QChar::Other_Control; });
         text += shown;
         line = end;
         if (endsInFeed || line < output.size())

@@ -18,6 +18,7 @@ private Q_SLOTS:
     void onlyTheEndOfALongOutputIsShown();
     void linesAreLines();
     void separatorsStartNoLine();
+    void controlCharactersAreNotDrawn();
     void outputThatIsNotUtf8IsShown();
     void longLineIsShownAsSeveral();
     void characterIsNotCutInTwo_data();
@@ -69,6 +70,14 @@ void TestOutputRules::separatorsStartNoLine()
     const QByteArray output = "a\rb" + QString(QChar(QChar::ParagraphSeparator)).toUtf8() + "c"
         + QString(QChar(QChar::LineSeparator)).toUtf8() + "d" + QByteArray(1, '\0') + "e";
     QCOMPARE(shownText(output), u"a b c d e"_s);
+}
+
+void TestOutputRules::controlCharactersAreNotDrawn()
+{
+    QCOMPARE(shownText("\001\002Pass 2\n"), u"Pass 2\n"_s); // e2fsck, around its progress
+    QCOMPARE(shownText("\033[2Ja\bb\177c\302\233d\n"), u"[2Jabcd\n"_s);
+    QCOMPARE(shownText("a\tb\n"), u"a\tb\n"_s);
+    QCOMPARE(shownText("\001\n\002"), u"\n"_s);
 }
 
 void TestOutputRules::outputThatIsNotUtf8IsShown()
