@@ -447,7 +447,7 @@ void TestVolumeJob::newVolumeIsToldInTime()
     run.tools.run(0);
     run.tools.run(0);
     run.tellVolume(u"New"_s);
-    QCoreApplication::processEvents();
+    QCoreApplication::processEvents(); // would end the time limit, were it still running
     QVERIFY(run.exits.isEmpty());
     QVERIFY(run.waitsForMount());
     run.grantMount();
@@ -706,7 +706,7 @@ void TestVolumeJob::interruptedAfterTheEnd()
     run.tools.run(0);
     QCOMPARE(run.exits, only(ExitCode::Success));
     run.interrupt();
-    QCoreApplication::processEvents();
+    QCoreApplication::processEvents(); // would end a time limit, had one been started
     QCOMPARE(run.exits, only(ExitCode::Success));
     QVERIFY(run.complained.isEmpty() && run.requests().empty());
     QCOMPARE(run.tools.stops, 0);
