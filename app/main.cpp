@@ -113,7 +113,7 @@ int main(int argc, char **argv)
     if (StartupRules::isElevated(arguments)) {
         completeExecutionWithPrivileges();
         adoptDisplayOfDesktopUser();
-        doWithoutSessionBus();
+        adoptSessionBusOfDesktopUser();
     }
     // A worker may still be running the tool after the interface has ended: no static object is destroyed
     // under it.

@@ -54,9 +54,11 @@ void startProgram(const std::optional<DesktopUser> &user, const QString &program
 // keeps only the X11 display. Call it before the interface is made.
 void adoptDisplayOfDesktopUser();
 
-// Keeps Qt from starting a session bus for root, which nobody else would use and which would stay, where this
-// process runs as root at a user's wish and no bus is named. Call it before the interface is made.
-void doWithoutSessionBus();
+// Names the bus of the user's session in the environment, where this process runs as root at that user's wish
+// and no bus is named: assistive technologies of the user find the window over it. Without such a bus, keeps
+// Qt from starting one for root, which nobody else would use and which would stay. Call it before the
+// interface is made.
+void adoptSessionBusOfDesktopUser();
 
 // The Wayland socket in a runtime folder that the user owns; empty when there is none.
 QString waylandSocket(const QString &runtimeFolder, uid_t user);

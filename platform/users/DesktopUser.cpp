@@ -138,10 +138,13 @@ QString waylandSocket(const QString &runtimeFolder, uid_t user)
     return found == names.end() ? QString() : runtimeFolder + u'/' + *found;
 }
 
-void doWithoutSessionBus()
+void adoptSessionBusOfDesktopUser()
 {
-    if (desktopUser() && !qEnvironmentVariableIsSet(sessionBus))
-        qputenv(sessionBus, "disabled:");
+    const std::optional<DesktopUser> user = desktopUser();
+    if (!user || qEnvironmentVariableIsSet(sessionBus))
+        return;
+    const QString address = user->busAddress();
+    qputenv(sessionBus, address.isEmpty() ? "disabled:"_ba : address.toUtf8());
 }
 
 void adoptDisplayOfDesktopUser()
