@@ -58,8 +58,14 @@ project_packages()
         /^#/ || !NF { next }
         {
             split($2, when, "@")
-            if (index(groups, " " when[1] " ") && (when[2] == "" || index("," when[2] ",", "," release ",")))
-                print $1
+            if (when[2] != "" && !index("," when[2] ",", "," release ","))
+                next
+            count = split(when[1], needed, "+")
+            for (i = 1; i <= count; i++)
+                if (index(groups, " " needed[i] " ")) {
+                    print $1
+                    next
+                }
         }' "$(dirname "${BASH_SOURCE[0]}")/packages.txt"
 }
 
