@@ -1,0 +1,162 @@
+#!/usr/bin/python3
+# SPDX-License-Identifier: MIT
+"""Looks at the windows of the session as assistive technologies do, and presses what they show.
+
+A line of JSON each way. An element is looked for by its role and a regular expression that its whole name matches;
+what is not there yet is waited for: each event of a window is a reason to look again.
+"""
+import json
+import re
+import sys
+import time
+
+import gi
+
+gi.require_version("Atspi", "2.0")
+from gi.repository import Atspi, GLib  # noqa: E402
+
+LOOK_AGAIN = 500  # milliseconds, where no event says that something has changed
+
+
+def applications():
+    desktop = Atspi.get_desktop(0)
+    for index in range(desktop.get_child_count()):
+        application = desktop.get_child_at_index(index)
+        if application is not None:
+            yield application
+
+
+def descend(element, depth=0):
+    yield element, depth
+    try:
+        count = element.get_child_count()
+        children = [element.get_child_at_index(index) for index in range(count)]
+    except GLib.Error:  # it has gone meanwhile
+        return
+    for child in children:
+        if child is not None:
+            yield from descend(child, depth + 1)
+
+
+def elements(wanted_application):
+    for application in applications():
+        try:
+            name = application.get_name()
+        except GLib.Error:
+            continue
+        if re.fullmatch(wanted_application, name or ""):
+            yield from descend(application)
+
+
+def text_of(element):
+    if not element.is_text():
+        return ""
+    return Atspi.Text.get_text(element, 0, -1)
+
+
+def role_of(element):
+    """AT-SPI calls it a "push button" up to 2.50, and a "button" since."""
+    role = element.get_role_name()
+    return "button" if role == "push button" else role
+
+
+def matches(element, query):
+    states = element.get_state_set()
+    return (role_of(element) == query["role"]
+            and re.fullmatch(query.get("name", ".*"), element.get_name() or "", re.DOTALL)
+            and re.search(query.get("text", ""), text_of(element) if "text" in query else "", re.DOTALL)
+            and all(states.contains(getattr(Atspi.StateType, state.upper())) for state in query.get("states", []))
+            and not any(states.contains(getattr(Atspi.StateType, state.upper())) for state in query.get("without", [])))
+
+
+def find(query):
+    for element, _ in elements(query["application"]):
+        try:
+            if matches(element, query):
+                return element
+        except GLib.Error:
+            continue
+    return None
+
+
+def listed(wanted_application):
+    lines = []
+    for element, depth in elements(wanted_application):
+        try:
+            states = element.get_state_set()
+            marks = "".join(letter if states.contains(state) else "-" for letter, state in
+                            [("s", Atspi.StateType.SHOWING), ("e", Atspi.StateType.ENABLED),
+                             ("f", Atspi.StateType.FOCUSED), ("S", Atspi.StateType.SELECTED)])
+            lines.append(f"{'  ' * depth}{marks} {role_of(element)}: {element.get_name()!r} {text_of(element)!r}")
+        except GLib.Error:
+            continue
+    return "\n".join(lines)
+
+
+def wait(query, holds):
+    """What holds() returns, once that is true; None when it did not become true in time."""
+    deadline = time.monotonic() + query["limit"]
+    context = GLib.MainContext.default()
+    while True:
+        result = holds()
+        if result or time.monotonic() >= deadline:
+            return result
+        alarm = GLib.timeout_add(LOOK_AGAIN, lambda: True)
+        context.iteration(True)
+        while context.pending():
+            context.iteration(False)
+        GLib.source_remove(alarm)
+
+
+def describe(element):
+    place = element.get_extents(Atspi.CoordType.SCREEN) if element.is_component() else None
+    return {"name": element.get_name(), "text": text_of(element),
+            "place": [place.x, place.y, place.width, place.height] if place else None}
+
+
+def press(element):
+    if not element.do_action(0):
+        raise RuntimeError(f"{element.get_name()!r} cannot be pressed")
+
+
+def select(element):
+    element.get_parent().select_child(element.get_index_in_parent())
+
+
+def type_text(element, text):
+    if not element.set_text_contents(text):
+        raise RuntimeError(f"{element.get_name()!r} takes no text")
+
+
+def answer(query):
+    kind = query["kind"]
+    if kind == "list":
+        return {"status": 0, "output": listed(query["application"])}
+    if kind == "gone":
+        gone = wait(query, lambda: find(query) is None)
+        return {"status": 0 if gone else 1, "output": listed(query["application"]) if not gone else ""}
+    element = wait(query, lambda: find(query))
+    if element is None:
+        return {"status": 1, "output": listed(query["application"])}
+    actions = {"press": press, "select": select, "type": lambda found: type_text(found, query["typed"])}
+    if kind in actions:
+        actions[kind](element)
+        return {"status": 0, "output": ""}
+    return {"status": 0, "output": json.dumps(describe(element))}
+
+
+def main():
+    Atspi.init()
+    listener = Atspi.EventListener.new(lambda event: None)
+    for event in ("object:state-changed", "object:children-changed", "object:text-changed", "window"):
+        listener.register(event)
+    for line in sys.stdin:
+        try:
+            result = answer(json.loads(line))
+        except Exception as error:  # the test is told, whatever it is
+            result = {"status": -1, "output": f"{type(error).__name__}: {error}"}
+        print(json.dumps(result), flush=True)
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,83 @@
+# SPDX-License-Identifier: MIT
+"""The program's window on a user's desktop, as a person meets it: rows, pages, buttons, sheets."""
+import json
+import re
+
+from qemu import MachineError
+
+PROGRAM = "zorvex-disk-manager"
+AGENT = "polkit-mate-authentication-agent-1"
+LIMIT = 60  # seconds; the machine is slow, and others may use the computer
+
+
+class Window:
+    """The window that is on the screen of the user."""
+
+    def __init__(self, machine, user="ada"):
+        self.machine = machine
+        self.user = user
+
+    # Start and end
+
+    def start(self, environment=""):
+        """As the desktop's menu does."""
+        self.machine.run(f"systemd-run --user --quiet --collect --unit=program --setenv=QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1"
+                         f" {environment} {PROGRAM}", user=self.user)
+
+    def open(self):
+        """Starts the program and gives the password."""
+        self.start()
+        self.answer_password("secret")
+        self.wait("tree")
+
+    def answer_password(self, password, limit=LIMIT):
+        self._look("find", application=AGENT, role="password text", states=["showing"], limit=limit)
+        self._look("type", application=AGENT, role="password text", states=["showing"], typed=password)
+        self._look("press", application=AGENT, role="button", name="Authenticate")
+
+    def close(self):
+        self.machine.run(f"pkill --signal TERM --full {PROGRAM}")
+
+    # What it shows
+
+    def _look(self, kind, **query):
+        query.setdefault("application", PROGRAM)
+        status, output = self.machine.look(self.user, kind=kind, **query)
+        if status != 0:
+            raise MachineError(f"the window does not show this: {kind} {query}\n{output}")
+        return output
+
+    def wait(self, role, name=".*", **query):
+        """Waits for an element; returns its name, its text and its place."""
+        query.setdefault("states", ["showing"])
+        return json.loads(self._look("find", role=role, name=name, **query))
+
+    def wait_gone(self, role, name=".*", **query):
+        query.setdefault("states", ["showing"])
+        self._look("gone", role=role, name=name, **query)
+
+    def listed(self):
+        return self._look("list")
+
+    def row(self, name):
+        """Waits for the row of a disk: the start of what it is called."""
+        return self.wait("tree item", name=f"{re.escape(name)}.*", states=[])
+
+    def wait_row_gone(self, name):
+        self.wait_gone("tree item", name=f"{re.escape(name)}.*", states=[])
+
+    def select(self, name):
+        self._look("select", role="tree item", name=f"{re.escape(name)}.*")
+        self.wait("tree item", name=f"{re.escape(name)}.*", states=["selected"])
+
+    def page(self, name):
+        self._look("select", role="page tab", name=name, states=["showing"])
+
+    # What a user does
+
+    def press(self, name):
+        """Presses a button once it can be pressed."""
+        self._look("press", role="button", name=name, states=["showing", "enabled", "sensitive"])
+
+    def type_into(self, role, name, text):
+        self._look("type", role=role, name=name, states=["showing"], typed=text)
