@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include "filesystems/LabelRule.h"
 #include "tools/diskutil/CommandLine.h"
-#include "tools/diskutil/LabelRule.h"
 #include "tools/diskutil/Medium.h"
 #include "tools/diskutil/Personality.h"
 #include "tools/diskutil/preflight_rules.h"
