@@ -296,11 +296,13 @@ private:
 
     // ui/DiskOutline.cpp
     DiskRecord selectedDisk() const; // null for none
+    QString rowTextOf(const ZorvexDiskManagerDisk &disk, const QString &filesystem) const;
 
     // ui/InformationPanel.cpp
     struct PanelTexts;
     PanelTexts textsOf(ZorvexDiskManagerDisk &disk);
-    QString filesystemTextOf(const ZorvexDiskManagerDisk &disk) const;
+    // The name of the file system of this subtype; what is there instead when there is none; else empty.
+    QString filesystemTextOf(const ZorvexDiskManagerDisk &disk, qint32 subtype) const;
     QString deviceNodeTextOf(const ZorvexDiskManagerDisk &disk) const;
     QString leftToRightInWindow(const QString &text) const; // set apart where the window is mirrored
     void showOutputOf(const ZorvexDiskManagerDisk &disk);

@@ -96,7 +96,7 @@ QString ZorvexDiskManagerAppDelegate::formatTargetText(const ZorvexDiskManagerDi
     const QString node = disk.deviceNode();
     const QString device
         = node.isEmpty() ? disk.description() : QString(disk.description() + u" (" + node + u')');
-    const QString content = filesystemTextOf(disk);
+    const QString content = filesystemTextOf(disk, disk.subtype);
     QString text = targetLine(QT_TRID_NOOP("FORMAT_TARGET_NAME_CAPTION"), getDisplayNameForDisk(disk))
         + targetLine(QT_TRID_NOOP("FORMAT_TARGET_SIZE_CAPTION"), size)
         + targetLine(QT_TRID_NOOP("FORMAT_TARGET_DEVICE_CAPTION"), leftToRightInWindow(device))

@@ -398,6 +398,26 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <extracomment>Stands after “Current content:” when no known file system was found. It does not mean that there is no data.</extracomment>
         <translation>لم يُتعرّف على شيء</translation>
     </message>
+    <message id="CONTENT_ENCRYPTED_TEXT">
+        <source>encrypted</source>
+        <extracomment>What is on a volume in the place of a file system: it is encrypted. Stands after “File system:” and “Current content:”, and in the tool tip of a row.</extracomment>
+        <translation>معمّى</translation>
+    </message>
+    <message id="CONTENT_LVM_TEXT">
+        <source>LVM member</source>
+        <extracomment>What is on a volume in the place of a file system: it is a part of an LVM volume group. Stands after “File system:” and “Current content:”, and in the tool tip of a row.</extracomment>
+        <translation>عضو في &#x2066;LVM&#x2069;</translation>
+    </message>
+    <message id="CONTENT_RAID_TEXT">
+        <source>RAID member</source>
+        <extracomment>What is on a volume in the place of a file system: it is a part of a RAID array. Stands after “File system:” and “Current content:”, and in the tool tip of a row.</extracomment>
+        <translation>عضو في &#x2066;RAID&#x2069;</translation>
+    </message>
+    <message id="CONTENT_SWAP_TEXT">
+        <source>swap space</source>
+        <extracomment>What is on a volume in the place of a file system: swap space of a Linux system. Stands after “File system:” and “Current content:”, and in the tool tip of a row.</extracomment>
+        <translation>مساحة إبدال</translation>
+    </message>
     <message id="ACTIVITY_FORMATTING_FMT">
         <source>Formatting %@…</source>
         <extracomment>Shown while a volume is formatted. %@ is its name.</extracomment>
