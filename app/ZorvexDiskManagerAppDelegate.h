@@ -283,6 +283,9 @@ private:
         const std::optional<QString> &reason = {});
 
     // operations/Format.cpp, operations/CheckRepair.cpp: bodies of worker threads
+    // True after an alert that says how the medium is in use, beyond what an unmount ends.
+    bool refusesToFormat(const ZorvexDiskManagerDisk &disk);
+    FormatTarget formatTargetOf(const ZorvexDiskManagerDisk &disk) const;
     QString formatTargetText(const ZorvexDiskManagerDisk &disk) const;
     static void doFormat(const std::shared_ptr<ZorvexDiskManagerFormatParams> &params, const QString &bsdName,
         const std::shared_ptr<MainThreadRelay> &relay, ShellPipe &pipe);

@@ -418,6 +418,56 @@ Monta, formatea, comprueba y repara discos y volúmenes.</translation>
         <extracomment>What is on a volume in the place of a file system: swap space of a Linux system. Stands after “File system:” and “Current content:”, and in the tool tip of a row.</extracomment>
         <translation>espacio de intercambio</translation>
     </message>
+    <message id="FORMAT_NEW_FILESYSTEM_CAPTION">
+        <source>New file system:</source>
+        <extracomment>Caption in the question before formatting: the file system that the volume will have.</extracomment>
+        <translation>Sistema de archivos nuevo:</translation>
+    </message>
+    <message id="FORMAT_NEW_LABEL_CAPTION">
+        <source>New label:</source>
+        <extracomment>Caption in the question before formatting: the label that the volume will have.</extracomment>
+        <translation>Nombre nuevo:</translation>
+    </message>
+    <message id="FORMAT_REFUSED_TITLE">
+        <source>The disk or volume cannot be formatted</source>
+        <extracomment>Title of the message about a disk or volume that is not formatted because it is in use.</extracomment>
+        <translation>No se puede formatear el disco o el volumen</translation>
+    </message>
+    <message id="FORMAT_REFUSED_SWAP_FMT">
+        <source>“%@” is in use as swap space. Turn the swap space off first.</source>
+        <extracomment>Why a volume is not formatted. %@ is its name.</extracomment>
+        <translation>«%@» está en uso como espacio de intercambio. Desactive primero el espacio de intercambio.</translation>
+    </message>
+    <message id="FORMAT_REFUSED_LVM_FMT">
+        <source>“%@” belongs to an LVM volume group that is in use. Remove it from the volume group first.</source>
+        <extracomment>Why a volume is not formatted. %@ is its name.</extracomment>
+        <translation>«%@» pertenece a un grupo de volúmenes LVM en uso. Quítelo primero del grupo.</translation>
+    </message>
+    <message id="FORMAT_REFUSED_RAID_FMT">
+        <source>“%@” belongs to a RAID array that is in use. Stop the array first.</source>
+        <extracomment>Why a volume is not formatted. %@ is its name.</extracomment>
+        <translation>«%@» pertenece a un conjunto RAID en uso. Detenga primero el conjunto.</translation>
+    </message>
+    <message id="FORMAT_REFUSED_UNLOCKED_FMT">
+        <source>“%@” is encrypted and unlocked. Lock it first.</source>
+        <extracomment>Why an encrypted volume is not formatted. %@ is its name.</extracomment>
+        <translation>«%@» está cifrado y desbloqueado. Bloquéelo primero.</translation>
+    </message>
+    <message id="FORMAT_REFUSED_IN_USE_FMT">
+        <source>Another device is made from “%@” and uses it. Remove that device first.</source>
+        <extracomment>Why a disk or volume is not formatted: the system made another device from it. %@ is its name.</extracomment>
+        <translation>Otro dispositivo se basa en «%@» y lo está usando. Elimine primero ese dispositivo.</translation>
+    </message>
+    <message id="FORMAT_TARGET_CHANGED_TITLE">
+        <source>Nothing was erased</source>
+        <extracomment>Title of the message when a medium is no longer as the question before formatting showed it.</extracomment>
+        <translation>No se ha borrado nada</translation>
+    </message>
+    <message id="FORMAT_TARGET_CHANGED_FMT">
+        <source>“%@” has changed since you were asked. Check what is on it before you format it.</source>
+        <extracomment>Text of the message when a medium is no longer as the question before formatting showed it. %@ is its name.</extracomment>
+        <translation>«%@» ha cambiado desde que se pidió la confirmación. Compruebe su contenido antes de formatear.</translation>
+    </message>
     <message id="ACTIVITY_FORMATTING_FMT">
         <source>Formatting %@…</source>
         <extracomment>Shown while a volume is formatted. %@ is its name.</extracomment>

@@ -418,6 +418,56 @@ Monte, formate, vérifie et répare les disques et les volumes.</translation>
         <extracomment>What is on a volume in the place of a file system: swap space of a Linux system. Stands after “File system:” and “Current content:”, and in the tool tip of a row.</extracomment>
         <translation>espace d’échange</translation>
     </message>
+    <message id="FORMAT_NEW_FILESYSTEM_CAPTION">
+        <source>New file system:</source>
+        <extracomment>Caption in the question before formatting: the file system that the volume will have.</extracomment>
+        <translation>Nouveau système de fichiers&#xa0;:</translation>
+    </message>
+    <message id="FORMAT_NEW_LABEL_CAPTION">
+        <source>New label:</source>
+        <extracomment>Caption in the question before formatting: the label that the volume will have.</extracomment>
+        <translation>Nouveau nom&#xa0;:</translation>
+    </message>
+    <message id="FORMAT_REFUSED_TITLE">
+        <source>The disk or volume cannot be formatted</source>
+        <extracomment>Title of the message about a disk or volume that is not formatted because it is in use.</extracomment>
+        <translation>Impossible de formater le disque ou le volume</translation>
+    </message>
+    <message id="FORMAT_REFUSED_SWAP_FMT">
+        <source>“%@” is in use as swap space. Turn the swap space off first.</source>
+        <extracomment>Why a volume is not formatted. %@ is its name.</extracomment>
+        <translation>«&#xa0;%@&#xa0;» sert d’espace d’échange. Désactivez d’abord cet espace d’échange.</translation>
+    </message>
+    <message id="FORMAT_REFUSED_LVM_FMT">
+        <source>“%@” belongs to an LVM volume group that is in use. Remove it from the volume group first.</source>
+        <extracomment>Why a volume is not formatted. %@ is its name.</extracomment>
+        <translation>«&#xa0;%@&#xa0;» appartient à un groupe de volumes LVM en cours d’utilisation. Retirez-le d’abord du groupe.</translation>
+    </message>
+    <message id="FORMAT_REFUSED_RAID_FMT">
+        <source>“%@” belongs to a RAID array that is in use. Stop the array first.</source>
+        <extracomment>Why a volume is not formatted. %@ is its name.</extracomment>
+        <translation>«&#xa0;%@&#xa0;» appartient à une grappe RAID en cours d’utilisation. Arrêtez d’abord la grappe.</translation>
+    </message>
+    <message id="FORMAT_REFUSED_UNLOCKED_FMT">
+        <source>“%@” is encrypted and unlocked. Lock it first.</source>
+        <extracomment>Why an encrypted volume is not formatted. %@ is its name.</extracomment>
+        <translation>«&#xa0;%@&#xa0;» est chiffré et déverrouillé. Verrouillez-le d’abord.</translation>
+    </message>
+    <message id="FORMAT_REFUSED_IN_USE_FMT">
+        <source>Another device is made from “%@” and uses it. Remove that device first.</source>
+        <extracomment>Why a disk or volume is not formatted: the system made another device from it. %@ is its name.</extracomment>
+        <translation>Un autre périphérique est constitué à partir de «&#xa0;%@&#xa0;» et l’utilise. Supprimez d’abord ce périphérique.</translation>
+    </message>
+    <message id="FORMAT_TARGET_CHANGED_TITLE">
+        <source>Nothing was erased</source>
+        <extracomment>Title of the message when a medium is no longer as the question before formatting showed it.</extracomment>
+        <translation>Rien n’a été effacé</translation>
+    </message>
+    <message id="FORMAT_TARGET_CHANGED_FMT">
+        <source>“%@” has changed since you were asked. Check what is on it before you format it.</source>
+        <extracomment>Text of the message when a medium is no longer as the question before formatting showed it. %@ is its name.</extracomment>
+        <translation>«&#xa0;%@&#xa0;» a changé depuis la demande de confirmation. Vérifiez son contenu avant de le formater.</translation>
+    </message>
     <message id="ACTIVITY_FORMATTING_FMT">
         <source>Formatting %@…</source>
         <extracomment>Shown while a volume is formatted. %@ is its name.</extracomment>

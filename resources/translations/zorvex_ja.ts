@@ -418,6 +418,56 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <extracomment>What is on a volume in the place of a file system: swap space of a Linux system. Stands after “File system:” and “Current content:”, and in the tool tip of a row.</extracomment>
         <translation>スワップ領域</translation>
     </message>
+    <message id="FORMAT_NEW_FILESYSTEM_CAPTION">
+        <source>New file system:</source>
+        <extracomment>Caption in the question before formatting: the file system that the volume will have.</extracomment>
+        <translation>新しいファイルシステム:</translation>
+    </message>
+    <message id="FORMAT_NEW_LABEL_CAPTION">
+        <source>New label:</source>
+        <extracomment>Caption in the question before formatting: the label that the volume will have.</extracomment>
+        <translation>新しい名前:</translation>
+    </message>
+    <message id="FORMAT_REFUSED_TITLE">
+        <source>The disk or volume cannot be formatted</source>
+        <extracomment>Title of the message about a disk or volume that is not formatted because it is in use.</extracomment>
+        <translation>ディスクまたはボリュームをフォーマットできません</translation>
+    </message>
+    <message id="FORMAT_REFUSED_SWAP_FMT">
+        <source>“%@” is in use as swap space. Turn the swap space off first.</source>
+        <extracomment>Why a volume is not formatted. %@ is its name.</extracomment>
+        <translation>「%@」はスワップ領域として使用中です。先にスワップを無効にしてください。</translation>
+    </message>
+    <message id="FORMAT_REFUSED_LVM_FMT">
+        <source>“%@” belongs to an LVM volume group that is in use. Remove it from the volume group first.</source>
+        <extracomment>Why a volume is not formatted. %@ is its name.</extracomment>
+        <translation>「%@」は使用中のLVMボリュームグループに属しています。先にボリュームグループから取り除いてください。</translation>
+    </message>
+    <message id="FORMAT_REFUSED_RAID_FMT">
+        <source>“%@” belongs to a RAID array that is in use. Stop the array first.</source>
+        <extracomment>Why a volume is not formatted. %@ is its name.</extracomment>
+        <translation>「%@」は使用中のRAIDアレイに属しています。先にアレイを停止してください。</translation>
+    </message>
+    <message id="FORMAT_REFUSED_UNLOCKED_FMT">
+        <source>“%@” is encrypted and unlocked. Lock it first.</source>
+        <extracomment>Why an encrypted volume is not formatted. %@ is its name.</extracomment>
+        <translation>「%@」は暗号化されており、ロックが解除されています。先にロックしてください。</translation>
+    </message>
+    <message id="FORMAT_REFUSED_IN_USE_FMT">
+        <source>Another device is made from “%@” and uses it. Remove that device first.</source>
+        <extracomment>Why a disk or volume is not formatted: the system made another device from it. %@ is its name.</extracomment>
+        <translation>「%@」を基にした別のデバイスが使用中です。先にそのデバイスを取り除いてください。</translation>
+    </message>
+    <message id="FORMAT_TARGET_CHANGED_TITLE">
+        <source>Nothing was erased</source>
+        <extracomment>Title of the message when a medium is no longer as the question before formatting showed it.</extracomment>
+        <translation>何も消去されませんでした</translation>
+    </message>
+    <message id="FORMAT_TARGET_CHANGED_FMT">
+        <source>“%@” has changed since you were asked. Check what is on it before you format it.</source>
+        <extracomment>Text of the message when a medium is no longer as the question before formatting showed it. %@ is its name.</extracomment>
+        <translation>確認の後に「%@」が変更されました。内容を確かめてからフォーマットしてください。</translation>
+    </message>
     <message id="ACTIVITY_FORMATTING_FMT">
         <source>Formatting %@…</source>
         <extracomment>Shown while a volume is formatted. %@ is its name.</extracomment>
