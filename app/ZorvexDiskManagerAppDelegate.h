@@ -185,6 +185,8 @@ public:
 
     // Whether the file system can hold the label; false after an alert that says why not.
     bool validateVolumeLabel(const QString &label, const ZorvexDiskManagerFSBundle &forFilesystem);
+    // The same for the rule that the file system's own bundle declares.
+    bool bundleAllowsLabel(const QString &label, const ZorvexDiskManagerFSBundle &forFilesystem);
 
     // --- Format. Implemented in operations/Format.cpp ---
 

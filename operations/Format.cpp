@@ -74,7 +74,8 @@ void ZorvexDiskManagerAppDelegate::clickFormatButton(QObject *)
         return;
     }
     const QString typed = formatVolumeLabelField->text();
-    if (!typed.isEmpty() && !validateVolumeLabel(typed, *filesystem))
+    if (!typed.isEmpty()
+        && (!validateVolumeLabel(typed, *filesystem) || !bundleAllowsLabel(typed, *filesystem)))
         return;
     if (refusesToFormat(*disk))
         return;

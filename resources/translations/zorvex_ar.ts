@@ -353,6 +353,41 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <extracomment>Text of the message about a volume label that exFAT does not allow. Keep the nine signs as they are.</extracomment>
         <translation>لا يمكن أن يزيد اسم وحدة تخزين exFAT على 11 محرفًا، ولا يجوز أن يحتوي على محارف تحكم أو على أي من العلامات &#x2066;&quot; * / : &lt; &gt; ? \ |&#x2069; وتُحسب بعض المحارف، مثل الرموز التعبيرية، محرفين.</translation>
     </message>
+    <message id="LABEL_BYTES_LIMIT_FMT">
+        <source>A volume label for %1$@ can be at most %2$@ bytes long. Accented letters and characters of many scripts take two or more.</source>
+        <extracomment>Text of the message about a volume label that is too long. %1$@ is the file system, %2$@ the number of bytes.</extracomment>
+        <translation>لا يمكن أن يزيد اسم وحدة تخزين &#x2068;%1$@&#x2069; على &#x2068;%2$@&#x2069; من البايتات. تشغل الحروف العربية ومحارف كثير من الكتابات بايتين أو أكثر.</translation>
+    </message>
+    <message id="LABEL_CHARACTERS_LIMIT_FMT">
+        <source>A volume label for %1$@ can be at most %2$@ characters long. Some characters, such as emoji, count as two.</source>
+        <extracomment>Text of the message about a volume label that is too long. %1$@ is the file system, %2$@ the number of characters.</extracomment>
+        <translation>لا يمكن أن يزيد طول اسم وحدة تخزين &#x2068;%1$@&#x2069; على &#x2068;%2$@&#x2069; من المحارف. تُحسب بعض المحارف، مثل الرموز التعبيرية، محرفين.</translation>
+    </message>
+    <message id="LABEL_FORBIDDEN_CHARACTERS_FMT">
+        <source>A volume label for %1$@ must not contain any of these characters: %2$@</source>
+        <extracomment>Text of the message about a volume label with a character that the file system does not allow. %1$@ is the file system, %2$@ all such characters, with spaces between them.</extracomment>
+        <translation>لا يجوز أن يحتوي اسم وحدة تخزين &#x2068;%1$@&#x2069; على أي من هذه المحارف: &#x2066;%2$@&#x2069;</translation>
+    </message>
+    <message id="LABEL_LEADING_SPACE_FMT">
+        <source>A volume label for %@ must not begin with a space.</source>
+        <extracomment>Text of the message about a volume label that begins with a space. %@ is the file system.</extracomment>
+        <translation>لا يجوز أن يبدأ اسم وحدة تخزين &#x2068;%@&#x2069; بمسافة.</translation>
+    </message>
+    <message id="LABEL_FORBIDDEN_FIRST_CHARACTER_FMT">
+        <source>A volume label for %1$@ must not begin with “%2$@”.</source>
+        <extracomment>Text of the message about a volume label that begins with a character that may not come first. %1$@ is the file system, %2$@ the character.</extracomment>
+        <translation>لا يجوز أن يبدأ اسم وحدة تخزين &#x2068;%1$@&#x2069; بالمحرف «&#x2066;%2$@&#x2069;».</translation>
+    </message>
+    <message id="LABEL_ASCII_ONLY_FMT">
+        <source>A volume label for %@ can only contain letters without accents, digits, spaces and symbols of ASCII.</source>
+        <extracomment>Text of the message about a volume label with a character beyond ASCII. %@ is the file system.</extracomment>
+        <translation>لا يمكن أن يتكوّن اسم وحدة تخزين &#x2068;%@&#x2069; إلا من الحروف اللاتينية غير المشكّلة والأرقام والمسافات ورموز ASCII.</translation>
+    </message>
+    <message id="LABEL_UNPRINTABLE_FMT">
+        <source>A volume label for %@ must not contain control characters or the replacement character (U+FFFD).</source>
+        <extracomment>Text of the message about a volume label with characters that cannot be seen or were lost. %@ is the file system. U+FFFD is the sign that stands for a character that was lost.</extracomment>
+        <translation>لا يجوز أن يحتوي اسم وحدة تخزين &#x2068;%@&#x2069; على محارف تحكم أو على محرف الاستبدال (&#x2066;U+FFFD&#x2069;).</translation>
+    </message>
     <message id="CONFIRM_FORMAT_DIALOG_TITLE">
         <source>Do you really want to format?</source>
         <extracomment>Title of the question before formatting. The name, size and device of what will be formatted are shown with it.</extracomment>

@@ -353,6 +353,41 @@ Monte, formate, vérifie et répare les disques et les volumes.</translation>
         <extracomment>Text of the message about a volume label that exFAT does not allow. Keep the nine signs as they are.</extracomment>
         <translation>Le nom d’un volume exFAT peut contenir au plus 11 caractères, mais ni caractère de contrôle ni aucun de ces signes&#xa0;: &quot; * / : &lt; &gt; ? \ | Certains caractères, comme les émojis, comptent double.</translation>
     </message>
+    <message id="LABEL_BYTES_LIMIT_FMT">
+        <source>A volume label for %1$@ can be at most %2$@ bytes long. Accented letters and characters of many scripts take two or more.</source>
+        <extracomment>Text of the message about a volume label that is too long. %1$@ is the file system, %2$@ the number of bytes.</extracomment>
+        <translation>Un nom de volume pour %1$@ peut comporter au plus %2$@ octets. Les lettres accentuées et les caractères de nombreuses écritures en occupent deux ou plus.</translation>
+    </message>
+    <message id="LABEL_CHARACTERS_LIMIT_FMT">
+        <source>A volume label for %1$@ can be at most %2$@ characters long. Some characters, such as emoji, count as two.</source>
+        <extracomment>Text of the message about a volume label that is too long. %1$@ is the file system, %2$@ the number of characters.</extracomment>
+        <translation>Un nom de volume pour %1$@ peut comporter au plus %2$@ caractères. Certains caractères, comme les émojis, comptent double.</translation>
+    </message>
+    <message id="LABEL_FORBIDDEN_CHARACTERS_FMT">
+        <source>A volume label for %1$@ must not contain any of these characters: %2$@</source>
+        <extracomment>Text of the message about a volume label with a character that the file system does not allow. %1$@ is the file system, %2$@ all such characters, with spaces between them.</extracomment>
+        <translation>Un nom de volume pour %1$@ ne doit contenir aucun de ces caractères&#xa0;: %2$@</translation>
+    </message>
+    <message id="LABEL_LEADING_SPACE_FMT">
+        <source>A volume label for %@ must not begin with a space.</source>
+        <extracomment>Text of the message about a volume label that begins with a space. %@ is the file system.</extracomment>
+        <translation>Un nom de volume pour %@ ne doit pas commencer par une espace.</translation>
+    </message>
+    <message id="LABEL_FORBIDDEN_FIRST_CHARACTER_FMT">
+        <source>A volume label for %1$@ must not begin with “%2$@”.</source>
+        <extracomment>Text of the message about a volume label that begins with a character that may not come first. %1$@ is the file system, %2$@ the character.</extracomment>
+        <translation>Un nom de volume pour %1$@ ne doit pas commencer par «&#xa0;%2$@&#xa0;».</translation>
+    </message>
+    <message id="LABEL_ASCII_ONLY_FMT">
+        <source>A volume label for %@ can only contain letters without accents, digits, spaces and symbols of ASCII.</source>
+        <extracomment>Text of the message about a volume label with a character beyond ASCII. %@ is the file system.</extracomment>
+        <translation>Un nom de volume pour %@ ne peut contenir que des lettres sans accent, des chiffres, des espaces et des symboles ASCII.</translation>
+    </message>
+    <message id="LABEL_UNPRINTABLE_FMT">
+        <source>A volume label for %@ must not contain control characters or the replacement character (U+FFFD).</source>
+        <extracomment>Text of the message about a volume label with characters that cannot be seen or were lost. %@ is the file system. U+FFFD is the sign that stands for a character that was lost.</extracomment>
+        <translation>Un nom de volume pour %@ ne doit contenir ni caractères de contrôle ni le caractère de remplacement (U+FFFD).</translation>
+    </message>
     <message id="CONFIRM_FORMAT_DIALOG_TITLE">
         <source>Do you really want to format?</source>
         <extracomment>Title of the question before formatting. The name, size and device of what will be formatted are shown with it.</extracomment>

@@ -353,6 +353,41 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <extracomment>Text of the message about a volume label that exFAT does not allow. Keep the nine signs as they are.</extracomment>
         <translation>exFATボリュームの名前は11文字以内でなければならず、制御文字と次の記号は使用できません: &quot; * / : &lt; &gt; ? \ | 絵文字など、2文字として数えられる文字もあります。</translation>
     </message>
+    <message id="LABEL_BYTES_LIMIT_FMT">
+        <source>A volume label for %1$@ can be at most %2$@ bytes long. Accented letters and characters of many scripts take two or more.</source>
+        <extracomment>Text of the message about a volume label that is too long. %1$@ is the file system, %2$@ the number of bytes.</extracomment>
+        <translation>%1$@のボリューム名は%2$@バイト以内でなければなりません。アクセント付きの文字や日本語などの文字は2バイト以上になります。</translation>
+    </message>
+    <message id="LABEL_CHARACTERS_LIMIT_FMT">
+        <source>A volume label for %1$@ can be at most %2$@ characters long. Some characters, such as emoji, count as two.</source>
+        <extracomment>Text of the message about a volume label that is too long. %1$@ is the file system, %2$@ the number of characters.</extracomment>
+        <translation>%1$@のボリューム名は%2$@文字以内でなければなりません。絵文字など、2文字として数えられる文字もあります。</translation>
+    </message>
+    <message id="LABEL_FORBIDDEN_CHARACTERS_FMT">
+        <source>A volume label for %1$@ must not contain any of these characters: %2$@</source>
+        <extracomment>Text of the message about a volume label with a character that the file system does not allow. %1$@ is the file system, %2$@ all such characters, with spaces between them.</extracomment>
+        <translation>%1$@のボリューム名に次の文字は使用できません: %2$@</translation>
+    </message>
+    <message id="LABEL_LEADING_SPACE_FMT">
+        <source>A volume label for %@ must not begin with a space.</source>
+        <extracomment>Text of the message about a volume label that begins with a space. %@ is the file system.</extracomment>
+        <translation>%@のボリューム名の先頭に空白は使用できません。</translation>
+    </message>
+    <message id="LABEL_FORBIDDEN_FIRST_CHARACTER_FMT">
+        <source>A volume label for %1$@ must not begin with “%2$@”.</source>
+        <extracomment>Text of the message about a volume label that begins with a character that may not come first. %1$@ is the file system, %2$@ the character.</extracomment>
+        <translation>%1$@のボリューム名の先頭に「%2$@」は使用できません。</translation>
+    </message>
+    <message id="LABEL_ASCII_ONLY_FMT">
+        <source>A volume label for %@ can only contain letters without accents, digits, spaces and symbols of ASCII.</source>
+        <extracomment>Text of the message about a volume label with a character beyond ASCII. %@ is the file system.</extracomment>
+        <translation>%@のボリューム名には、半角の英数字、空白、ASCIIの記号だけを使用できます。</translation>
+    </message>
+    <message id="LABEL_UNPRINTABLE_FMT">
+        <source>A volume label for %@ must not contain control characters or the replacement character (U+FFFD).</source>
+        <extracomment>Text of the message about a volume label with characters that cannot be seen or were lost. %@ is the file system. U+FFFD is the sign that stands for a character that was lost.</extracomment>
+        <translation>%@のボリューム名に制御文字や置換文字（U+FFFD）は使用できません。</translation>
+    </message>
     <message id="CONFIRM_FORMAT_DIALOG_TITLE">
         <source>Do you really want to format?</source>
         <extracomment>Title of the question before formatting. The name, size and device of what will be formatted are shown with it.</extracomment>

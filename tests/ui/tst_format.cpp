@@ -108,6 +108,8 @@ private Q_SLOTS:
     void tabsAndControlsWhileItRuns();
     void nothingSelected();
     void refusedLabelStopsBeforeTheConfirmation();
+    void ruleOfTheBundleStopsBeforeTheConfirmation_data();
+    void ruleOfTheBundleStopsBeforeTheConfirmation();
     void eraseThatFailsIsReportedAndTheChainGoesOn();
     void eachRefusalOfTheChainIsReported_data();
     void eachRefusalOfTheChainIsReported();
@@ -441,6 +443,63 @@ void TestFormat::refusedLabelStopsBeforeTheConfirmation()
     QTRY_VERIFY(test.sheets().isEmpty());
     QVERIFY(!test.isBusy());
     QCOMPARE(test.controller().formatVolumeLabelField->text(), u"lower case"_s);
+}
+
+void TestFormat::ruleOfTheBundleStopsBeforeTheConfirmation_data()
+{
+    QTest::addColumn<QByteArray>("keysXml");
+    QTest::addColumn<QString>("label");
+    QTest::addColumn<QString>("text"); // empty when the label is allowed
+    const auto limit = [](int number, const char *unit) {
+        return QByteArray("<key>FSLabelLimit</key><integer>" + QByteArray::number(number)
+            + "</integer><key>FSLabelUnit</key><string>" + unit + "</string>");
+    };
+    const QByteArray signs = "<key>FSLabelForbiddenCharacters</key><string>.,</string>"
+                             "<key>FSLabelForbiddenFirstCharacters</key><string> -</string>";
+    QTest::newRow("16 bytes") << limit(16, "bytes") << u"Family Photos 24"_s << QString();
+    QTest::newRow("17 bytes") << limit(16, "bytes") << u"Family Photos 202"_s
+                              << u"A volume label for Own can be at most 16 bytes long. Accented letters and "
+                                 "characters of many scripts take two or more."_s;
+    QTest::newRow("12 characters") << limit(11, "utf16") << u"a"_s.repeated(12)
+                                   << u"A volume label for Own can be at most 11 characters long. Some "
+                                      "characters, such as emoji, count as two."_s;
+    QTest::newRow("half as many") << limit(126, "osta") << u"日"_s.repeated(64)
+                                  << u"A volume label for Own can be at most 63 characters long. Some "
+                                     "characters, such as emoji, count as two."_s;
+    QTest::newRow("no ASCII") << limit(11, "ascii") << u"Ä"_s
+                              << u"A volume label for Own can only contain letters without accents, digits, "
+                                 "spaces and symbols of ASCII."_s;
+    QTest::newRow("forbidden sign")
+        << signs << u"A.B"_s << u"A volume label for Own must not contain any of these characters: . ,"_s;
+    QTest::newRow("leading space") << signs << u" A"_s
+                                   << u"A volume label for Own must not begin with a space."_s;
+    QTest::newRow("leading sign") << signs << u"-A"_s << u"A volume label for Own must not begin with “-”."_s;
+    QTest::newRow("lost character") << QByteArray() << u"a\ufffd"_s
+                                    << u"A volume label for Own must not contain control characters or the "
+                                       "replacement character (U+FFFD)."_s;
+    QTest::newRow("no rule") << QByteArray() << u"a"_s.repeated(200) << QString();
+}
+
+void TestFormat::ruleOfTheBundleStopsBeforeTheConfirmation()
+{
+    QFETCH(const QByteArray, keysXml);
+    QFETCH(const QString, label);
+    QFETCH(const QString, text);
+    FormatTest test;
+    // One of the program's own: its label comes by a rename after the erase.
+    writeBundle(test.localDirectory(), u"zorvex_own"_s,
+        "<key>CFBundleIdentifier</key><string>i</string>" + keysXml
+            + "<key>FSPersonalities</key><dict><key>Own</key><dict><key>FSName</key><string>Own</string>"
+              "<key>FSFormatExecutable</key><string>x</string></dict></dict>");
+    test.controller().refreshFilesystems();
+    test.press(u"Own"_s, label);
+    QCOMPARE(test.sheets().size(), 1);
+    const QString title = test.sheets().constFirst()->text();
+    QCOMPARE(title == u"The volume label is not valid"_s, !text.isEmpty());
+    if (!text.isEmpty())
+        QCOMPARE(test.alertText(), text);
+    QCOMPARE(test.controller().formatVolumeLabelField->text(), label);
+    QVERIFY(test.toolArguments().isEmpty());
 }
 
 void TestFormat::eraseThatFailsIsReportedAndTheChainGoesOn()
