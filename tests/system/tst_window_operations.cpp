@@ -73,6 +73,7 @@ private Q_SLOTS:
     void checkRepairAndCheckAgain();
     void fatIsNamedByItsVariant();
     void blankPartitionIsFormatted();
+    void volumeNamedRecoveryIsListed();
     void formatsAsEveryFilesystem_data();
     void formatsAsEveryFilesystem();
 
@@ -197,6 +198,18 @@ void TestWindowOperations::blankPartitionIsFormatted()
     QTRY_VERIFY_WITH_TIMEOUT(volume->volumePath, limit);
     QCOMPARE(mountPointsOf(disk.node(1)), QStringList { volume->volumePath->toLocalFile() });
     QCOMPARE(controller.rightTabView->indexOf(controller.formatTab), 1);
+}
+
+// The service's own rules ignore volumes of that name.
+void TestWindowOperations::volumeNamedRecoveryIsListed()
+{
+    const LoopDisk disk({ { 40, QString::fromLatin1(LoopDisk::dataType), u"vfat"_s, u"RECOVERY"_s } });
+    RealWindow window;
+    const auto isNamed = [&] {
+        const DiskRecord record = window.recordOf(disk.node(1));
+        return record && record->volumeName == u"RECOVERY"_s && record->volumeKind;
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(isNamed(), limit);
 }
 
 void TestWindowOperations::formatsAsEveryFilesystem_data()
