@@ -7,6 +7,7 @@
 #include "disks/ZorvexDiskManagerDiskListItem.h"
 #include "filesystems/FilesystemCatalogue.h"
 #include "platform/DetachedThread.h"
+#include "platform/DeviceUse.h"
 #include "platform/DiskArbitration.h"
 #include "platform/MountTable.h"
 #include "platform/ShellPipe.h"
@@ -26,6 +27,12 @@ struct ApplicationPlatform
     std::shared_ptr<Workspace> workspace;
     std::function<std::unique_ptr<ShellPipe>()> createShellPipe;
     std::function<int(std::function<void()> task)> startThread = &startDetachedThread;
+
+    // What a device node is used for, and which medium it leads to, at the time of the call.
+    std::function<DeviceUse(const QString &deviceNode)> readDeviceUse
+        = [](const QString &deviceNode) { return ::readDeviceUse(deviceNode); };
+    std::function<std::optional<DeviceIdentity>(const QString &deviceNode)> readDeviceIdentity
+        = [](const QString &deviceNode) { return ::readDeviceIdentity(deviceNode); };
 
     // The program's localizations in the order of the user's preference, if known, and the locale's name.
     std::optional<QStringList> preferredLocalizations;

@@ -185,6 +185,8 @@ public:
 
     // Whether the file system can hold the label; false after an alert that says why not.
     bool validateVolumeLabel(const QString &label, const ZorvexDiskManagerFSBundle &forFilesystem);
+    // The same for the rule that the file system's own bundle declares.
+    bool bundleAllowsLabel(const QString &label, const ZorvexDiskManagerFSBundle &forFilesystem);
 
     // --- Format. Implemented in operations/Format.cpp ---
 
@@ -283,6 +285,9 @@ private:
         const std::optional<QString> &reason = {});
 
     // operations/Format.cpp, operations/CheckRepair.cpp: bodies of worker threads
+    // True after an alert that says how the medium is in use, beyond what an unmount ends.
+    bool refusesToFormat(const ZorvexDiskManagerDisk &disk);
+    FormatTarget formatTargetOf(const ZorvexDiskManagerDisk &disk) const;
     QString formatTargetText(const ZorvexDiskManagerDisk &disk) const;
     static void doFormat(const std::shared_ptr<ZorvexDiskManagerFormatParams> &params, const QString &bsdName,
         const std::shared_ptr<MainThreadRelay> &relay, ShellPipe &pipe);
@@ -296,11 +301,13 @@ private:
 
     // ui/DiskOutline.cpp
     DiskRecord selectedDisk() const; // null for none
+    QString rowTextOf(const ZorvexDiskManagerDisk &disk, const QString &filesystem) const;
 
     // ui/InformationPanel.cpp
     struct PanelTexts;
     PanelTexts textsOf(ZorvexDiskManagerDisk &disk);
-    QString filesystemTextOf(const ZorvexDiskManagerDisk &disk) const;
+    // The name of the file system of this subtype; what is there instead when there is none; else empty.
+    QString filesystemTextOf(const ZorvexDiskManagerDisk &disk, qint32 subtype) const;
     QString deviceNodeTextOf(const ZorvexDiskManagerDisk &disk) const;
     QString leftToRightInWindow(const QString &text) const; // set apart where the window is mirrored
     void showOutputOf(const ZorvexDiskManagerDisk &disk);

@@ -56,7 +56,7 @@ QByteArray infoOf(const QByteArray &name)
         + keyAndString("FSFormatArguments", "-q") + keyAndString("FSVerificationExecutable", "fsck_" + name)
         + keyAndString("FSVerificationArguments", "-n") + keyAndString("FSRepairExecutable", "fsck_" + name)
         + keyAndString("FSRepairArguments", "-y")
-        + "<key>FSSubType</key><integer>0</integer><key>FSFormatMinimumSize</key><integer>1048576</integer>"
+        + "<key>FSSubType</key><integer>1</integer><key>FSFormatMinimumSize</key><integer>1048576</integer>"
           "<key>FSFormatMaximumSize</key><integer>17592186044416</integer></dict></dict></dict></plist>\n";
 }
 

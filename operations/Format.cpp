@@ -7,6 +7,7 @@
 #include "operations/DiskutilRunner.h"
 #include "operations/format_rules.h"
 #include "operations/ZorvexDiskManagerFormatParams.h"
+#include "platform/DisturbingCharacters.h"
 #include "platform/Localization.h"
 #include "ui/AlertSheet.h"
 
@@ -54,6 +55,14 @@ QString targetLine(const char *captionKey, const QString &value)
     return localizedString(captionKey) + u' ' + value + u'\n';
 }
 
+// What will be there instead.
+QString newVolumeText(const QString &filesystem, const QString &label)
+{
+    return QString(targetLine(QT_TRID_NOOP("FORMAT_NEW_FILESYSTEM_CAPTION"), filesystem)
+        + targetLine(QT_TRID_NOOP("FORMAT_NEW_LABEL_CAPTION"), nameToShow(label)))
+        .trimmed();
+}
+
 } // namespace
 
 void ZorvexDiskManagerAppDelegate::clickFormatButton(QObject *)
@@ -65,7 +74,10 @@ void ZorvexDiskManagerAppDelegate::clickFormatButton(QObject *)
         return;
     }
     const QString typed = formatVolumeLabelField->text();
-    if (!typed.isEmpty() && !validateVolumeLabel(typed, *filesystem))
+    if (!typed.isEmpty()
+        && (!validateVolumeLabel(typed, *filesystem) || !bundleAllowsLabel(typed, *filesystem)))
+        return;
+    if (refusesToFormat(*disk))
         return;
 
     const FormatRules::Labels labels = FormatRules::labelsFor(typed, filesystem->bundleName);
@@ -73,6 +85,7 @@ void ZorvexDiskManagerAppDelegate::clickFormatButton(QObject *)
     params->delegate = this;
     params->disk = disk;
     params->filesystem = filesystem;
+    params->target = formatTargetOf(*disk);
     params->callerRunLoop = m_relay;
     params->volumeLabel = labels.volumeLabel;
     params->postFormatLabel = labels.postFormatLabel;
@@ -82,10 +95,32 @@ void ZorvexDiskManagerAppDelegate::clickFormatButton(QObject *)
     alert->addButtonWithTitle(localizedString("CONFIRM_FORMAT_DIALOG_CANCEL_BUTTON_TEXT"));
     alert->setMessageText(localizedString("CONFIRM_FORMAT_DIALOG_TITLE"));
     alert->setInformativeText(localizedString("CONFIRM_FORMAT_DIALOG_BODY"));
-    alert->setAccessoryText(formatTargetText(*disk));
+    alert->setAccessoryText(formatTargetText(*disk)
+        + newVolumeText(
+            formatFilesystemsPopupButton->currentText(), typed.isEmpty() ? labels.volumeLabel : typed));
     alert->setDefaultReturn(AlertSheet::firstButtonReturn + 1);
     alert->beginSheetModalForWindow(window,
         [this, alert, params](int returnCode) { formatWarningAlertDidEnd(alert, returnCode, params); });
+}
+
+bool ZorvexDiskManagerAppDelegate::refusesToFormat(const ZorvexDiskManagerDisk &disk)
+{
+    const DeviceUse use = m_platform.readDeviceUse(disk.deviceNode());
+    const char *const key = formatRefusalKey(use, disk.daDisk->probedContent().kind);
+    if (key)
+        errorMessageWithTitle(localizedString("FORMAT_REFUSED_TITLE"),
+            formatLocalized(localizedString(key), { getDisplayNameForDisk(disk) }));
+    return key != nullptr;
+}
+
+FormatTarget ZorvexDiskManagerAppDelegate::formatTargetOf(const ZorvexDiskManagerDisk &disk) const
+{
+    const auto properties = disk.daDisk->copyIOMediaProperties();
+    const PropertyNumber *const start = properties ? properties->number(IOMediaKey::base) : nullptr;
+    return { disk.mediaSize ? disk.mediaSize->longLongValue() : 0, start ? start->longLongValue() : 0,
+        disk.volumeName.value_or(QString()), disk.volumeKind.value_or(QString()),
+        disk.daDisk->filesystemSubtype(), disk.daDisk->probedContent(),
+        m_platform.readDeviceIdentity(disk.deviceNode()) };
 }
 
 QString ZorvexDiskManagerAppDelegate::formatTargetText(const ZorvexDiskManagerDisk &disk) const
@@ -96,13 +131,14 @@ QString ZorvexDiskManagerAppDelegate::formatTargetText(const ZorvexDiskManagerDi
     const QString node = disk.deviceNode();
     const QString device
         = node.isEmpty() ? disk.description() : QString(disk.description() + u" (" + node + u')');
-    const QString content = filesystemTextOf(disk);
-    QString text = targetLine(QT_TRID_NOOP("FORMAT_TARGET_NAME_CAPTION"), getDisplayNameForDisk(disk))
+    // The variant is named for a volume that is not mounted as well: it is what will be lost.
+    const QString content = filesystemTextOf(
+        disk, disk.daDisk->filesystemSubtype().value_or(static_cast<qint16>(disk.subtype)));
+    return targetLine(QT_TRID_NOOP("FORMAT_TARGET_NAME_CAPTION"), getDisplayNameForDisk(disk))
         + targetLine(QT_TRID_NOOP("FORMAT_TARGET_SIZE_CAPTION"), size)
         + targetLine(QT_TRID_NOOP("FORMAT_TARGET_DEVICE_CAPTION"), leftToRightInWindow(device))
         + targetLine(QT_TRID_NOOP("FORMAT_TARGET_CONTENT_CAPTION"),
             content.isEmpty() ? localizedString("FORMAT_TARGET_NOTHING_TEXT") : content);
-    return text.trimmed();
 }
 
 void ZorvexDiskManagerAppDelegate::formatWarningAlertDidEnd(
@@ -110,6 +146,13 @@ void ZorvexDiskManagerAppDelegate::formatWarningAlertDidEnd(
 {
     if (returnCode != AlertSheet::firstButtonReturn)
         return;
+    const ZorvexDiskManagerDisk &disk = *contextInfo->disk;
+    // Only what the question showed is erased. A medium that has gone has no node any more.
+    if (!disk.parent_item || formatTargetOf(disk) != contextInfo->target) {
+        errorMessageWithTitle(localizedString("FORMAT_TARGET_CHANGED_TITLE"),
+            formatLocalized(localizedString("FORMAT_TARGET_CHANGED_FMT"), { getDisplayNameForDisk(disk) }));
+        return;
+    }
     beginOperation(contextInfo->disk, RunningOperation::Format);
 
     const std::shared_ptr<ShellPipe> pipe = m_platform.createShellPipe();

@@ -3,7 +3,10 @@
 // The volume label that the user typed, before anything is formatted.
 #include "app/ZorvexDiskManagerAppDelegate.h"
 
+#include "filesystems/LabelRule.h"
 #include "operations/label_rules.h"
+#include "platform/Bundle.h"
+#include "platform/DisturbingCharacters.h"
 #include "platform/Localization.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -25,6 +28,49 @@ QString refusalText(LabelRules::RuleSet ruleSet)
     return u"A KVLX volume name can be at most 255 bytes long."_s;
 }
 
+LabelRule ruleOfBundle(const QString &path)
+{
+    const auto bundle = Bundle::open(path);
+    const auto information = bundle ? bundle->infoDictionary() : std::nullopt;
+    return information ? readLabelRule(*information) : LabelRule();
+}
+
+QString spaced(const QString &characters)
+{
+    QStringList list;
+    for (const QChar c : characters)
+        list.append(c);
+    return list.join(u' ');
+}
+
+// The sentence that names the limit which the label does not keep.
+QString objectionText(const LabelObjection &objection, const LabelRule &rule, const QString &filesystem)
+{
+    using Reason = LabelObjection::Reason;
+    const QString limit = QString::number(objection.limit);
+    switch (objection.reason) {
+    case Reason::NoText:
+    case Reason::ControlCharacter:
+        break;
+    case Reason::NotAscii:
+        return formatLocalized(localizedString("LABEL_ASCII_ONLY_FMT"), { filesystem });
+    case Reason::ForbiddenCharacter:
+        return formatLocalized(localizedString("LABEL_FORBIDDEN_CHARACTERS_FMT"),
+            { filesystem, nameToShow(spaced(rule.forbidden)) });
+    case Reason::ForbiddenFirstCharacter:
+        return objection.character == u' '
+            ? formatLocalized(localizedString("LABEL_LEADING_SPACE_FMT"), { filesystem })
+            : formatLocalized(localizedString("LABEL_FORBIDDEN_FIRST_CHARACTER_FMT"),
+                  { filesystem, nameToShow(objection.character) });
+    case Reason::TooLong:
+        return formatLocalized(
+            localizedString(
+                rule.unit == LabelRule::Unit::Bytes ? "LABEL_BYTES_LIMIT_FMT" : "LABEL_CHARACTERS_LIMIT_FMT"),
+            { filesystem, limit });
+    }
+    return formatLocalized(localizedString("LABEL_UNPRINTABLE_FMT"), { filesystem });
+}
+
 } // namespace
 
 bool ZorvexDiskManagerAppDelegate::validateVolumeLabel(
@@ -35,4 +81,15 @@ bool ZorvexDiskManagerAppDelegate::validateVolumeLabel(
         return true;
     errorMessageWithTitle(localizedString("INVALID_VOLUME_LABEL_TEXT"), refusalText(ruleSet));
     return false;
+}
+
+bool ZorvexDiskManagerAppDelegate::bundleAllowsLabel(
+    const QString &label, const ZorvexDiskManagerFSBundle &forFilesystem)
+{
+    const LabelRule rule = ruleOfBundle(forFilesystem.path());
+    const auto objection = objectionToLabel(rule, label);
+    if (objection)
+        errorMessageWithTitle(localizedString("INVALID_VOLUME_LABEL_TEXT"),
+            objectionText(*objection, rule, nameToShow(getFilesystemTypeString(forFilesystem))));
+    return !objection;
 }

@@ -3,6 +3,7 @@
 
 #include "disks/ZorvexDiskManagerDisk.h"
 #include "filesystems/ZorvexDiskManagerFSBundle.h"
+#include "operations/FormatTarget.h"
 
 #include <QString>
 
@@ -20,6 +21,7 @@ public:
     ZorvexDiskManagerAppDelegate *delegate = nullptr; // not owned
     DiskRecord disk;
     FilesystemBundleRef filesystem;
+    FormatTarget target; // as the question showed it
     QString volumeLabel; // for the formatter
     std::shared_ptr<MainThreadRelay> callerRunLoop;
     std::optional<QString> postFormatLabel; // for the rename that follows; absent when none does

@@ -41,6 +41,24 @@ inline const QString base = QStringLiteral("Base"); // byte offset in the parent
 inline const QString partitionID = QStringLiteral("Partition ID"); // partition number, from 1
 } // namespace IOMediaKey
 
+// What the system's probe finds on a medium.
+struct ProbedContent
+{
+    enum class Kind {
+        Nothing, // that it recognises, which does not mean that there is no data
+        Filesystem,
+        Encrypted,
+        LvmMember,
+        RaidMember,
+        Swap,
+        Other,
+    };
+
+    Kind kind = Kind::Nothing;
+    QString type; // in the probe's own word, such as crypto_LUKS; empty for Nothing
+    friend bool operator==(const ProbedContent &, const ProbedContent &) = default;
+};
+
 // One medium as the service knows it. Two handles of one medium are the same object. A handle keeps the last
 // that was known of its medium after the medium has gone.
 class DADisk
@@ -67,6 +85,8 @@ public:
     // The number by which file system bundles tell the variants of one file system apart (FSSubType), from
     // the medium's own data. Returns std::nullopt when it is unknown.
     virtual std::optional<qint16> filesystemSubtype() const = 0;
+
+    virtual ProbedContent probedContent() const = 0;
 };
 
 using DADiskRef = std::shared_ptr<DADisk>;

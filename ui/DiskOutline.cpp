@@ -66,8 +66,17 @@ QString ZorvexDiskManagerAppDelegate::outlineView_objectValueForTableColumn_byIt
 
 QString ZorvexDiskManagerAppDelegate::outlineView_accessibleTextByItem(OutlineView *, const OutlineItem &item)
 {
-    QStringList parts { getDisplayNameForDisk(*item), filesystemTextOf(*item),
-        localizedString(PanelRules::rowStateKey(*item)) };
+    // As the panel would ask if the row were selected.
+    qint16 subtype = 0;
+    const bool isKnown = item->volumePath && getVolumeData(*item, nullptr, &subtype);
+    return rowTextOf(*item, filesystemTextOf(*item, isKnown ? subtype : item->subtype));
+}
+
+QString ZorvexDiskManagerAppDelegate::rowTextOf(
+    const ZorvexDiskManagerDisk &disk, const QString &filesystem) const
+{
+    QStringList parts { getDisplayNameForDisk(disk), filesystem,
+        localizedString(PanelRules::rowStateKey(disk)) };
     parts.removeAll(QString());
     return parts.join(localizedString("LIST_SEPARATOR_TEXT"));
 }

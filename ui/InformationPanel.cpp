@@ -102,11 +102,16 @@ void ZorvexDiskManagerAppDelegate::outlineViewSelectionIsChanging()
 {
 }
 
-QString ZorvexDiskManagerAppDelegate::filesystemTextOf(const ZorvexDiskManagerDisk &disk) const
+QString ZorvexDiskManagerAppDelegate::filesystemTextOf(
+    const ZorvexDiskManagerDisk &disk, qint32 subtype) const
 {
-    if (!disk.volumeKind)
-        return {};
-    const ZorvexDiskManagerFSBundle *bundle = PanelRules::namingBundle(disk, allFilesystemBundlesList);
+    if (!disk.volumeKind) {
+        const ProbedContent content = disk.daDisk ? disk.daDisk->probedContent() : ProbedContent();
+        const char *const key = PanelRules::contentKey(content.kind);
+        return key ? localizedString(key) : nameToShow(content.type);
+    }
+    const ZorvexDiskManagerFSBundle *bundle
+        = PanelRules::namingBundle(*disk.volumeKind, subtype, allFilesystemBundlesList);
     return nameToShow(bundle ? getFilesystemTypeString(*bundle) : *disk.volumeKind);
 }
 
@@ -144,7 +149,7 @@ ZorvexDiskManagerAppDelegate::PanelTexts ZorvexDiskManagerAppDelegate::textsOf(Z
         if (isRightToLeftLocalization())
             texts.spaceToolTip = DirectionRules::withGroupedNumbersKept(texts.spaceToolTip);
     }
-    texts.filesystem = filesystemTextOf(disk);
+    texts.filesystem = filesystemTextOf(disk, disk.subtype);
     texts.bsdName = disk.description();
     texts.deviceNode = disk.deviceNode();
     texts.deviceNodeToolTip = deviceNodeTextOf(disk);
@@ -259,7 +264,7 @@ void ZorvexDiskManagerAppDelegate::outlineViewSelectionDidChange()
     if (disk) {
         texts = textsOf(*disk);
         infoBigImageField->setPixmap(getUIImageforDisk(*disk, true).value_or(QPixmap()));
-        infoBigImageField->setAccessibleDescription(outlineView_accessibleTextByItem(leftOutlineView, disk));
+        infoBigImageField->setAccessibleDescription(rowTextOf(*disk, texts.filesystem));
         mountUnmountButton->setText(localizedString(PanelRules::buttonTitleKey(*disk)));
         setMountImageWithIsUnmountable(PanelRules::isUnmountable(*disk));
         showOutputOf(*disk);

@@ -18,14 +18,14 @@ constexpr qsizetype longestProgressLine = 300;
 
 enum class Match { None, General, Exact };
 
-Match matchOf(const ZorvexDiskManagerDisk &disk, const ZorvexDiskManagerFSBundle &bundle)
+Match matchOf(const QString &volumeKind, qint32 subtype, const ZorvexDiskManagerFSBundle &bundle)
 {
-    if (!disk.volumeKind || bundle.bundleName != *disk.volumeKind)
+    if (bundle.bundleName != volumeKind)
         return Match::None;
-    const PropertyNumber *const subtype = numberOf(bundle.fsSubtype);
-    if (!subtype)
+    const PropertyNumber *const number = numberOf(bundle.fsSubtype);
+    if (!number)
         return Match::General;
-    return static_cast<qint16>(subtype->longLongValue()) == disk.subtype ? Match::Exact : Match::None;
+    return static_cast<qint16>(number->longLongValue()) == subtype ? Match::Exact : Match::None;
 }
 
 TabChange tabChange(const ZorvexDiskManagerDisk &disk, bool isOfUse, bool isShownByOperation)
@@ -64,9 +64,15 @@ bool isUnmountable(const ZorvexDiskManagerDisk &disk)
 const ZorvexDiskManagerFSBundle *namingBundle(
     const ZorvexDiskManagerDisk &disk, const std::optional<FilesystemBundleList> &list)
 {
+    return disk.volumeKind ? namingBundle(*disk.volumeKind, disk.subtype, list) : nullptr;
+}
+
+const ZorvexDiskManagerFSBundle *namingBundle(
+    const QString &volumeKind, qint32 subtype, const std::optional<FilesystemBundleList> &list)
+{
     const ZorvexDiskManagerFSBundle *general = nullptr;
     for (const FilesystemBundleRef &bundle : list.value_or(FilesystemBundleList())) {
-        switch (matchOf(disk, *bundle)) {
+        switch (matchOf(volumeKind, subtype, *bundle)) {
         case Match::Exact:
             return bundle.get();
         case Match::General:
@@ -77,6 +83,25 @@ const ZorvexDiskManagerFSBundle *namingBundle(
         }
     }
     return general;
+}
+
+const char *contentKey(ProbedContent::Kind kind)
+{
+    switch (kind) {
+    case ProbedContent::Kind::Encrypted:
+        return QT_TRID_NOOP("CONTENT_ENCRYPTED_TEXT");
+    case ProbedContent::Kind::LvmMember:
+        return QT_TRID_NOOP("CONTENT_LVM_TEXT");
+    case ProbedContent::Kind::RaidMember:
+        return QT_TRID_NOOP("CONTENT_RAID_TEXT");
+    case ProbedContent::Kind::Swap:
+        return QT_TRID_NOOP("CONTENT_SWAP_TEXT");
+    case ProbedContent::Kind::Nothing:
+    case ProbedContent::Kind::Filesystem:
+    case ProbedContent::Kind::Other:
+        break;
+    }
+    return nullptr;
 }
 
 bool hasMatchingBundle(const ZorvexDiskManagerDisk &disk, const std::optional<FilesystemBundleList> &list)

@@ -28,6 +28,13 @@ bool isUnmountable(const ZorvexDiskManagerDisk &disk);
 const ZorvexDiskManagerFSBundle *namingBundle(
     const ZorvexDiskManagerDisk &disk, const std::optional<FilesystemBundleList> &list);
 
+// The same for a volume of this kind and subtype.
+const ZorvexDiskManagerFSBundle *namingBundle(
+    const QString &volumeKind, qint32 subtype, const std::optional<FilesystemBundleList> &list);
+
+// The string key of what stands in the place of a file system; null when it has no word of ours.
+const char *contentKey(ProbedContent::Kind kind);
+
 // Whether the list holds a personality for the disk's file system.
 bool hasMatchingBundle(const ZorvexDiskManagerDisk &disk, const std::optional<FilesystemBundleList> &list);
 

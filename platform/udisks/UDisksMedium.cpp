@@ -30,8 +30,12 @@ public:
             return false;
         if (m_store.number(m_path, UDisks::block, "Size") == 0)
             return false; // an empty card slot, an unused loop device
-        if (m_store.flag(m_path, UDisks::block, "HintIgnore"))
-            return false; // a rule of the machine says so
+        if (m_store.flag(m_path, UDisks::partition, "IsContainer"))
+            return false; // an extended partition is a partition map
+        // A rule of the machine hides partitions by their type, and volumes by their label as well. Who gave
+        // a volume that label wants to see it.
+        if (m_store.flag(m_path, UDisks::block, "HintIgnore") && !hasFilesystem())
+            return false;
         // Partitions that were added by hand stay behind when a loop disk is detached, until the next one
         // takes their place.
         if (m_store.number(m_whole, UDisks::block, "Size") == 0)
@@ -44,6 +48,10 @@ public:
     bool isPartition() const { return m_store.hasInterface(m_path, UDisks::partition); }
 
     bool hasPartitions() const { return m_store.hasPartitions(m_path); }
+    bool hasFilesystem() const { return m_store.hasInterface(m_path, UDisks::filesystem); }
+
+    // Whether it has a file system or an encrypted one, or could be given one.
+    bool isMountable() const { return !hasPartitions() && (hasFilesystem() || !isReserved()); }
 
     // A loop disk counts as external: it can be detached like a stick can be pulled.
     bool isDetachableLoop() const
@@ -85,15 +93,54 @@ public:
         const QString backingFile = m_store.fileName(m_path, UDisks::loop, "BackingFile");
         if (!backingFile.isEmpty())
             return QFileInfo(backingFile).fileName();
-        const QString vendor = m_store.text(m_drive, UDisks::drive, "Vendor");
-        const QString model = m_store.text(m_drive, UDisks::drive, "Model");
-        return QString(vendor + u' ' + model).simplified();
+        return driveName(m_store.text(m_drive, UDisks::drive, "Vendor").simplified(),
+            m_store.text(m_drive, UDisks::drive, "Model").simplified());
+    }
+
+    ProbedContent probedContent() const
+    {
+        const QString type = m_store.text(m_path, UDisks::block, "IdType");
+        if (type.isEmpty())
+            return {};
+        return { contentKind(m_store.text(m_path, UDisks::block, "IdUsage"), type), type };
     }
 
     const QString &path() const { return m_path; }
     const UDisksStore &store() const { return m_store; }
 
 private:
+    // Partitions that belong to the machine's firmware or to another system's disk management.
+    bool isReserved() const
+    {
+        static const QStringList types {
+            u"21686148-6449-6e6f-744e-656564454649"_s, // BIOS boot
+            u"9e1a2d38-c612-4316-aa26-8b49521e5a8b"_s, // PReP boot
+            u"e3c9e316-0b5c-4db8-817d-f92df00215ae"_s, // Microsoft reserved
+        };
+        return types.contains(m_store.text(m_path, UDisks::partition, "Type").toLower());
+    }
+
+    // A file system counts once the service is ready to mount it.
+    ProbedContent::Kind contentKind(const QString &usage, const QString &type) const
+    {
+        using Kind = ProbedContent::Kind;
+        if (usage == "filesystem"_L1 && hasFilesystem())
+            return Kind::Filesystem;
+        if (usage == "crypto"_L1)
+            return Kind::Encrypted;
+        if (usage == "raid"_L1)
+            return type.startsWith("LVM"_L1) ? Kind::LvmMember : Kind::RaidMember;
+        return type == "swap"_L1 ? Kind::Swap : Kind::Other;
+    }
+
+    // Many models begin with their vendor.
+    static QString driveName(const QString &vendor, const QString &model)
+    {
+        const auto asWords = [](const QString &text) { return QString(u' ' + text + u' '); };
+        const bool isRepeated = asWords(model).contains(asWords(vendor), Qt::CaseInsensitive);
+        return isRepeated ? model : QString(vendor + u' ' + model).trimmed();
+    }
+
     // The type itself shows the kind of table. The service often reports a new table after its partitions.
     static QString partitionContent(const QString &type)
     {
@@ -120,15 +167,16 @@ void describeVolume(UDisksMedium &medium, const BlockReader &block, const Volume
 {
     const UDisksStore &store = block.store();
     PropertyDictionary &description = medium.description;
-    description.insert(DAKey::volumeMountable, store.hasInterface(block.path(), UDisks::filesystem));
+    description.insert(DAKey::volumeMountable, block.isMountable());
     const QStringList mountPoints = store.fileNames(block.path(), UDisks::filesystem, "MountPoints");
     if (!mountPoints.isEmpty())
         description.insert(DAKey::volumePath, QUrl::fromLocalFile(mountPoints.first()));
     insertName(description, DAKey::volumeName, store.text(block.path(), UDisks::block, "IdLabel"));
 
-    const QString type = store.text(block.path(), UDisks::block, "IdType");
-    if (type.isEmpty() || store.text(block.path(), UDisks::block, "IdUsage") != "filesystem"_L1)
+    medium.content = block.probedContent();
+    if (medium.content.kind != ProbedContent::Kind::Filesystem)
         return;
+    const QString &type = medium.content.type;
     const auto claimed = findClaim(type, store.text(block.path(), UDisks::block, "IdVersion"));
     description.insert(DAKey::volumeKind, claimed ? claimed->kind : type);
     if (claimed)
@@ -173,7 +221,7 @@ std::optional<UDisksMedium> readUDisksMedium(const UDisksStore &store, const QSt
     if (!facts)
         return std::nullopt;
 
-    UDisksMedium medium { *facts, node, {}, {}, {} };
+    UDisksMedium medium { *facts, node, {}, {}, {}, {} };
     PropertyDictionary &description = medium.description;
     description.insert(DAKey::mediaBSDName, facts->bsdName);
     description.insert(DAKey::mediaWhole, !block.isPartition());

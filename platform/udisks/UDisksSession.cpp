@@ -35,11 +35,13 @@ public:
     }
     QString deviceNode() const override { return m_medium.deviceNode; }
     std::optional<qint16> filesystemSubtype() const override { return m_medium.subtype; }
+    ProbedContent probedContent() const override { return m_medium.content; }
 
     const QString &path() const { return m_path; }
     const UDisksMedium &medium() const { return m_medium; }
 
-    // Replaces what is known of the medium. Returns the keys of its description that changed.
+    // Replaces what is known of the medium. Returns the keys of its description that changed. Other content
+    // that is no file system counts as a change of the kind, though both have none.
     QStringList update(UDisksMedium medium)
     {
         QStringList keys;
@@ -52,6 +54,8 @@ public:
             if (!medium.description.value(key))
                 keys.append(key);
         }
+        if (medium.content != m_medium.content && !keys.contains(DAKey::volumeKind))
+            keys.append(DAKey::volumeKind);
         m_medium = std::move(medium);
         return keys;
     }

@@ -353,6 +353,41 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <extracomment>Text of the message about a volume label that exFAT does not allow. Keep the nine signs as they are.</extracomment>
         <translation>لا يمكن أن يزيد اسم وحدة تخزين exFAT على 11 محرفًا، ولا يجوز أن يحتوي على محارف تحكم أو على أي من العلامات &#x2066;&quot; * / : &lt; &gt; ? \ |&#x2069; وتُحسب بعض المحارف، مثل الرموز التعبيرية، محرفين.</translation>
     </message>
+    <message id="LABEL_BYTES_LIMIT_FMT">
+        <source>A volume label for %1$@ can be at most %2$@ bytes long. Accented letters and characters of many scripts take two or more.</source>
+        <extracomment>Text of the message about a volume label that is too long. %1$@ is the file system, %2$@ the number of bytes.</extracomment>
+        <translation>لا يمكن أن يزيد اسم وحدة تخزين &#x2068;%1$@&#x2069; على &#x2068;%2$@&#x2069; من البايتات. تشغل الحروف العربية ومحارف كثير من الكتابات بايتين أو أكثر.</translation>
+    </message>
+    <message id="LABEL_CHARACTERS_LIMIT_FMT">
+        <source>A volume label for %1$@ can be at most %2$@ characters long. Some characters, such as emoji, count as two.</source>
+        <extracomment>Text of the message about a volume label that is too long. %1$@ is the file system, %2$@ the number of characters.</extracomment>
+        <translation>لا يمكن أن يزيد طول اسم وحدة تخزين &#x2068;%1$@&#x2069; على &#x2068;%2$@&#x2069; من المحارف. تُحسب بعض المحارف، مثل الرموز التعبيرية، محرفين.</translation>
+    </message>
+    <message id="LABEL_FORBIDDEN_CHARACTERS_FMT">
+        <source>A volume label for %1$@ must not contain any of these characters: %2$@</source>
+        <extracomment>Text of the message about a volume label with a character that the file system does not allow. %1$@ is the file system, %2$@ all such characters, with spaces between them.</extracomment>
+        <translation>لا يجوز أن يحتوي اسم وحدة تخزين &#x2068;%1$@&#x2069; على أي من هذه المحارف: &#x2066;%2$@&#x2069;</translation>
+    </message>
+    <message id="LABEL_LEADING_SPACE_FMT">
+        <source>A volume label for %@ must not begin with a space.</source>
+        <extracomment>Text of the message about a volume label that begins with a space. %@ is the file system.</extracomment>
+        <translation>لا يجوز أن يبدأ اسم وحدة تخزين &#x2068;%@&#x2069; بمسافة.</translation>
+    </message>
+    <message id="LABEL_FORBIDDEN_FIRST_CHARACTER_FMT">
+        <source>A volume label for %1$@ must not begin with “%2$@”.</source>
+        <extracomment>Text of the message about a volume label that begins with a character that may not come first. %1$@ is the file system, %2$@ the character.</extracomment>
+        <translation>لا يجوز أن يبدأ اسم وحدة تخزين &#x2068;%1$@&#x2069; بالمحرف «&#x2066;%2$@&#x2069;».</translation>
+    </message>
+    <message id="LABEL_ASCII_ONLY_FMT">
+        <source>A volume label for %@ can only contain letters without accents, digits, spaces and symbols of ASCII.</source>
+        <extracomment>Text of the message about a volume label with a character beyond ASCII. %@ is the file system.</extracomment>
+        <translation>لا يمكن أن يتكوّن اسم وحدة تخزين &#x2068;%@&#x2069; إلا من الحروف اللاتينية غير المشكّلة والأرقام والمسافات ورموز ASCII.</translation>
+    </message>
+    <message id="LABEL_UNPRINTABLE_FMT">
+        <source>A volume label for %@ must not contain control characters or the replacement character (U+FFFD).</source>
+        <extracomment>Text of the message about a volume label with characters that cannot be seen or were lost. %@ is the file system. U+FFFD is the sign that stands for a character that was lost.</extracomment>
+        <translation>لا يجوز أن يحتوي اسم وحدة تخزين &#x2068;%@&#x2069; على محارف تحكم أو على محرف الاستبدال (&#x2066;U+FFFD&#x2069;).</translation>
+    </message>
     <message id="CONFIRM_FORMAT_DIALOG_TITLE">
         <source>Do you really want to format?</source>
         <extracomment>Title of the question before formatting. The name, size and device of what will be formatted are shown with it.</extracomment>
@@ -397,6 +432,76 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <source>nothing recognised</source>
         <extracomment>Stands after “Current content:” when no known file system was found. It does not mean that there is no data.</extracomment>
         <translation>لم يُتعرّف على شيء</translation>
+    </message>
+    <message id="CONTENT_ENCRYPTED_TEXT">
+        <source>encrypted</source>
+        <extracomment>What is on a volume in the place of a file system: it is encrypted. Stands after “File system:” and “Current content:”, and in the tool tip of a row.</extracomment>
+        <translation>معمّى</translation>
+    </message>
+    <message id="CONTENT_LVM_TEXT">
+        <source>LVM member</source>
+        <extracomment>What is on a volume in the place of a file system: it is a part of an LVM volume group. Stands after “File system:” and “Current content:”, and in the tool tip of a row.</extracomment>
+        <translation>عضو في &#x2066;LVM&#x2069;</translation>
+    </message>
+    <message id="CONTENT_RAID_TEXT">
+        <source>RAID member</source>
+        <extracomment>What is on a volume in the place of a file system: it is a part of a RAID array. Stands after “File system:” and “Current content:”, and in the tool tip of a row.</extracomment>
+        <translation>عضو في &#x2066;RAID&#x2069;</translation>
+    </message>
+    <message id="CONTENT_SWAP_TEXT">
+        <source>swap space</source>
+        <extracomment>What is on a volume in the place of a file system: swap space of a Linux system. Stands after “File system:” and “Current content:”, and in the tool tip of a row.</extracomment>
+        <translation>مساحة إبدال</translation>
+    </message>
+    <message id="FORMAT_NEW_FILESYSTEM_CAPTION">
+        <source>New file system:</source>
+        <extracomment>Caption in the question before formatting: the file system that the volume will have.</extracomment>
+        <translation>نظام الملفات الجديد:</translation>
+    </message>
+    <message id="FORMAT_NEW_LABEL_CAPTION">
+        <source>New label:</source>
+        <extracomment>Caption in the question before formatting: the label that the volume will have.</extracomment>
+        <translation>الاسم الجديد:</translation>
+    </message>
+    <message id="FORMAT_REFUSED_TITLE">
+        <source>The disk or volume cannot be formatted</source>
+        <extracomment>Title of the message about a disk or volume that is not formatted because it is in use.</extracomment>
+        <translation>تتعذّر تهيئة القرص أو وحدة التخزين</translation>
+    </message>
+    <message id="FORMAT_REFUSED_SWAP_FMT">
+        <source>“%@” is in use as swap space. Turn the swap space off first.</source>
+        <extracomment>Why a volume is not formatted. %@ is its name.</extracomment>
+        <translation>يُستخدم «&#x2068;%@&#x2069;» مساحة إبدال. عطّل مساحة الإبدال أولًا.</translation>
+    </message>
+    <message id="FORMAT_REFUSED_LVM_FMT">
+        <source>“%@” belongs to an LVM volume group that is in use. Remove it from the volume group first.</source>
+        <extracomment>Why a volume is not formatted. %@ is its name.</extracomment>
+        <translation>ينتمي «&#x2068;%@&#x2069;» إلى مجموعة وحدات تخزين LVM قيد الاستخدام. أزله من المجموعة أولًا.</translation>
+    </message>
+    <message id="FORMAT_REFUSED_RAID_FMT">
+        <source>“%@” belongs to a RAID array that is in use. Stop the array first.</source>
+        <extracomment>Why a volume is not formatted. %@ is its name.</extracomment>
+        <translation>ينتمي «&#x2068;%@&#x2069;» إلى مصفوفة RAID قيد الاستخدام. أوقف المصفوفة أولًا.</translation>
+    </message>
+    <message id="FORMAT_REFUSED_UNLOCKED_FMT">
+        <source>“%@” is encrypted and unlocked. Lock it first.</source>
+        <extracomment>Why an encrypted volume is not formatted. %@ is its name.</extracomment>
+        <translation>إن «&#x2068;%@&#x2069;» معمّى وغير مقفل. أقفله أولًا.</translation>
+    </message>
+    <message id="FORMAT_REFUSED_IN_USE_FMT">
+        <source>Another device is made from “%@” and uses it. Remove that device first.</source>
+        <extracomment>Why a disk or volume is not formatted: the system made another device from it. %@ is its name.</extracomment>
+        <translation>أُنشئ جهاز آخر من «&#x2068;%@&#x2069;» وهو يستخدمه. أزل ذلك الجهاز أولًا.</translation>
+    </message>
+    <message id="FORMAT_TARGET_CHANGED_TITLE">
+        <source>Nothing was erased</source>
+        <extracomment>Title of the message when a medium is no longer as the question before formatting showed it.</extracomment>
+        <translation>لم يُمحَ شيء</translation>
+    </message>
+    <message id="FORMAT_TARGET_CHANGED_FMT">
+        <source>“%@” has changed since you were asked. Check what is on it before you format it.</source>
+        <extracomment>Text of the message when a medium is no longer as the question before formatting showed it. %@ is its name.</extracomment>
+        <translation>تغيّر «&#x2068;%@&#x2069;» منذ طلب التأكيد. تحقّق من محتواه قبل تهيئته.</translation>
     </message>
     <message id="ACTIVITY_FORMATTING_FMT">
         <source>Formatting %@…</source>

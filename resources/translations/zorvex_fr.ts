@@ -353,6 +353,41 @@ Monte, formate, vérifie et répare les disques et les volumes.</translation>
         <extracomment>Text of the message about a volume label that exFAT does not allow. Keep the nine signs as they are.</extracomment>
         <translation>Le nom d’un volume exFAT peut contenir au plus 11 caractères, mais ni caractère de contrôle ni aucun de ces signes&#xa0;: &quot; * / : &lt; &gt; ? \ | Certains caractères, comme les émojis, comptent double.</translation>
     </message>
+    <message id="LABEL_BYTES_LIMIT_FMT">
+        <source>A volume label for %1$@ can be at most %2$@ bytes long. Accented letters and characters of many scripts take two or more.</source>
+        <extracomment>Text of the message about a volume label that is too long. %1$@ is the file system, %2$@ the number of bytes.</extracomment>
+        <translation>Un nom de volume pour %1$@ peut comporter au plus %2$@ octets. Les lettres accentuées et les caractères de nombreuses écritures en occupent deux ou plus.</translation>
+    </message>
+    <message id="LABEL_CHARACTERS_LIMIT_FMT">
+        <source>A volume label for %1$@ can be at most %2$@ characters long. Some characters, such as emoji, count as two.</source>
+        <extracomment>Text of the message about a volume label that is too long. %1$@ is the file system, %2$@ the number of characters.</extracomment>
+        <translation>Un nom de volume pour %1$@ peut comporter au plus %2$@ caractères. Certains caractères, comme les émojis, comptent double.</translation>
+    </message>
+    <message id="LABEL_FORBIDDEN_CHARACTERS_FMT">
+        <source>A volume label for %1$@ must not contain any of these characters: %2$@</source>
+        <extracomment>Text of the message about a volume label with a character that the file system does not allow. %1$@ is the file system, %2$@ all such characters, with spaces between them.</extracomment>
+        <translation>Un nom de volume pour %1$@ ne doit contenir aucun de ces caractères&#xa0;: %2$@</translation>
+    </message>
+    <message id="LABEL_LEADING_SPACE_FMT">
+        <source>A volume label for %@ must not begin with a space.</source>
+        <extracomment>Text of the message about a volume label that begins with a space. %@ is the file system.</extracomment>
+        <translation>Un nom de volume pour %@ ne doit pas commencer par une espace.</translation>
+    </message>
+    <message id="LABEL_FORBIDDEN_FIRST_CHARACTER_FMT">
+        <source>A volume label for %1$@ must not begin with “%2$@”.</source>
+        <extracomment>Text of the message about a volume label that begins with a character that may not come first. %1$@ is the file system, %2$@ the character.</extracomment>
+        <translation>Un nom de volume pour %1$@ ne doit pas commencer par «&#xa0;%2$@&#xa0;».</translation>
+    </message>
+    <message id="LABEL_ASCII_ONLY_FMT">
+        <source>A volume label for %@ can only contain letters without accents, digits, spaces and symbols of ASCII.</source>
+        <extracomment>Text of the message about a volume label with a character beyond ASCII. %@ is the file system.</extracomment>
+        <translation>Un nom de volume pour %@ ne peut contenir que des lettres sans accent, des chiffres, des espaces et des symboles ASCII.</translation>
+    </message>
+    <message id="LABEL_UNPRINTABLE_FMT">
+        <source>A volume label for %@ must not contain control characters or the replacement character (U+FFFD).</source>
+        <extracomment>Text of the message about a volume label with characters that cannot be seen or were lost. %@ is the file system. U+FFFD is the sign that stands for a character that was lost.</extracomment>
+        <translation>Un nom de volume pour %@ ne doit contenir ni caractères de contrôle ni le caractère de remplacement (U+FFFD).</translation>
+    </message>
     <message id="CONFIRM_FORMAT_DIALOG_TITLE">
         <source>Do you really want to format?</source>
         <extracomment>Title of the question before formatting. The name, size and device of what will be formatted are shown with it.</extracomment>
@@ -397,6 +432,76 @@ Monte, formate, vérifie et répare les disques et les volumes.</translation>
         <source>nothing recognised</source>
         <extracomment>Stands after “Current content:” when no known file system was found. It does not mean that there is no data.</extracomment>
         <translation>rien de reconnu</translation>
+    </message>
+    <message id="CONTENT_ENCRYPTED_TEXT">
+        <source>encrypted</source>
+        <extracomment>What is on a volume in the place of a file system: it is encrypted. Stands after “File system:” and “Current content:”, and in the tool tip of a row.</extracomment>
+        <translation>chiffré</translation>
+    </message>
+    <message id="CONTENT_LVM_TEXT">
+        <source>LVM member</source>
+        <extracomment>What is on a volume in the place of a file system: it is a part of an LVM volume group. Stands after “File system:” and “Current content:”, and in the tool tip of a row.</extracomment>
+        <translation>membre LVM</translation>
+    </message>
+    <message id="CONTENT_RAID_TEXT">
+        <source>RAID member</source>
+        <extracomment>What is on a volume in the place of a file system: it is a part of a RAID array. Stands after “File system:” and “Current content:”, and in the tool tip of a row.</extracomment>
+        <translation>membre RAID</translation>
+    </message>
+    <message id="CONTENT_SWAP_TEXT">
+        <source>swap space</source>
+        <extracomment>What is on a volume in the place of a file system: swap space of a Linux system. Stands after “File system:” and “Current content:”, and in the tool tip of a row.</extracomment>
+        <translation>espace d’échange</translation>
+    </message>
+    <message id="FORMAT_NEW_FILESYSTEM_CAPTION">
+        <source>New file system:</source>
+        <extracomment>Caption in the question before formatting: the file system that the volume will have.</extracomment>
+        <translation>Nouveau système de fichiers&#xa0;:</translation>
+    </message>
+    <message id="FORMAT_NEW_LABEL_CAPTION">
+        <source>New label:</source>
+        <extracomment>Caption in the question before formatting: the label that the volume will have.</extracomment>
+        <translation>Nouveau nom&#xa0;:</translation>
+    </message>
+    <message id="FORMAT_REFUSED_TITLE">
+        <source>The disk or volume cannot be formatted</source>
+        <extracomment>Title of the message about a disk or volume that is not formatted because it is in use.</extracomment>
+        <translation>Impossible de formater le disque ou le volume</translation>
+    </message>
+    <message id="FORMAT_REFUSED_SWAP_FMT">
+        <source>“%@” is in use as swap space. Turn the swap space off first.</source>
+        <extracomment>Why a volume is not formatted. %@ is its name.</extracomment>
+        <translation>«&#xa0;%@&#xa0;» sert d’espace d’échange. Désactivez d’abord cet espace d’échange.</translation>
+    </message>
+    <message id="FORMAT_REFUSED_LVM_FMT">
+        <source>“%@” belongs to an LVM volume group that is in use. Remove it from the volume group first.</source>
+        <extracomment>Why a volume is not formatted. %@ is its name.</extracomment>
+        <translation>«&#xa0;%@&#xa0;» appartient à un groupe de volumes LVM en cours d’utilisation. Retirez-le d’abord du groupe.</translation>
+    </message>
+    <message id="FORMAT_REFUSED_RAID_FMT">
+        <source>“%@” belongs to a RAID array that is in use. Stop the array first.</source>
+        <extracomment>Why a volume is not formatted. %@ is its name.</extracomment>
+        <translation>«&#xa0;%@&#xa0;» appartient à une grappe RAID en cours d’utilisation. Arrêtez d’abord la grappe.</translation>
+    </message>
+    <message id="FORMAT_REFUSED_UNLOCKED_FMT">
+        <source>“%@” is encrypted and unlocked. Lock it first.</source>
+        <extracomment>Why an encrypted volume is not formatted. %@ is its name.</extracomment>
+        <translation>«&#xa0;%@&#xa0;» est chiffré et déverrouillé. Verrouillez-le d’abord.</translation>
+    </message>
+    <message id="FORMAT_REFUSED_IN_USE_FMT">
+        <source>Another device is made from “%@” and uses it. Remove that device first.</source>
+        <extracomment>Why a disk or volume is not formatted: the system made another device from it. %@ is its name.</extracomment>
+        <translation>Un autre périphérique est constitué à partir de «&#xa0;%@&#xa0;» et l’utilise. Supprimez d’abord ce périphérique.</translation>
+    </message>
+    <message id="FORMAT_TARGET_CHANGED_TITLE">
+        <source>Nothing was erased</source>
+        <extracomment>Title of the message when a medium is no longer as the question before formatting showed it.</extracomment>
+        <translation>Rien n’a été effacé</translation>
+    </message>
+    <message id="FORMAT_TARGET_CHANGED_FMT">
+        <source>“%@” has changed since you were asked. Check what is on it before you format it.</source>
+        <extracomment>Text of the message when a medium is no longer as the question before formatting showed it. %@ is its name.</extracomment>
+        <translation>«&#xa0;%@&#xa0;» a changé depuis la demande de confirmation. Vérifiez son contenu avant de le formater.</translation>
     </message>
     <message id="ACTIVITY_FORMATTING_FMT">
         <source>Formatting %@…</source>

@@ -353,6 +353,41 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <extracomment>Text of the message about a volume label that exFAT does not allow. Keep the nine signs as they are.</extracomment>
         <translation>exFAT 볼륨 이름은 최대 11자까지 사용할 수 있으며 제어 문자와 다음 기호는 쓸 수 없습니다: &quot; * / : &lt; &gt; ? \ | 이모지와 같은 일부 문자는 두 자로 계산됩니다.</translation>
     </message>
+    <message id="LABEL_BYTES_LIMIT_FMT">
+        <source>A volume label for %1$@ can be at most %2$@ bytes long. Accented letters and characters of many scripts take two or more.</source>
+        <extracomment>Text of the message about a volume label that is too long. %1$@ is the file system, %2$@ the number of bytes.</extracomment>
+        <translation>%1$@ 볼륨 이름은 최대 %2$@바이트까지 사용할 수 있습니다. 한글과 같은 문자는 2바이트 이상을 차지합니다.</translation>
+    </message>
+    <message id="LABEL_CHARACTERS_LIMIT_FMT">
+        <source>A volume label for %1$@ can be at most %2$@ characters long. Some characters, such as emoji, count as two.</source>
+        <extracomment>Text of the message about a volume label that is too long. %1$@ is the file system, %2$@ the number of characters.</extracomment>
+        <translation>%1$@ 볼륨 이름은 최대 %2$@자까지 사용할 수 있습니다. 이모지와 같은 일부 문자는 두 자로 계산됩니다.</translation>
+    </message>
+    <message id="LABEL_FORBIDDEN_CHARACTERS_FMT">
+        <source>A volume label for %1$@ must not contain any of these characters: %2$@</source>
+        <extracomment>Text of the message about a volume label with a character that the file system does not allow. %1$@ is the file system, %2$@ all such characters, with spaces between them.</extracomment>
+        <translation>%1$@ 볼륨 이름에는 다음 문자를 쓸 수 없습니다: %2$@</translation>
+    </message>
+    <message id="LABEL_LEADING_SPACE_FMT">
+        <source>A volume label for %@ must not begin with a space.</source>
+        <extracomment>Text of the message about a volume label that begins with a space. %@ is the file system.</extracomment>
+        <translation>%@ 볼륨 이름은 공백으로 시작할 수 없습니다.</translation>
+    </message>
+    <message id="LABEL_FORBIDDEN_FIRST_CHARACTER_FMT">
+        <source>A volume label for %1$@ must not begin with “%2$@”.</source>
+        <extracomment>Text of the message about a volume label that begins with a character that may not come first. %1$@ is the file system, %2$@ the character.</extracomment>
+        <translation>%1$@ 볼륨 이름은 ‘%2$@’(으)로 시작할 수 없습니다.</translation>
+    </message>
+    <message id="LABEL_ASCII_ONLY_FMT">
+        <source>A volume label for %@ can only contain letters without accents, digits, spaces and symbols of ASCII.</source>
+        <extracomment>Text of the message about a volume label with a character beyond ASCII. %@ is the file system.</extracomment>
+        <translation>%@ 볼륨 이름에는 영문자, 숫자, 공백, ASCII 기호만 쓸 수 있습니다.</translation>
+    </message>
+    <message id="LABEL_UNPRINTABLE_FMT">
+        <source>A volume label for %@ must not contain control characters or the replacement character (U+FFFD).</source>
+        <extracomment>Text of the message about a volume label with characters that cannot be seen or were lost. %@ is the file system. U+FFFD is the sign that stands for a character that was lost.</extracomment>
+        <translation>%@ 볼륨 이름에는 제어 문자와 대체 문자(U+FFFD)를 쓸 수 없습니다.</translation>
+    </message>
     <message id="CONFIRM_FORMAT_DIALOG_TITLE">
         <source>Do you really want to format?</source>
         <extracomment>Title of the question before formatting. The name, size and device of what will be formatted are shown with it.</extracomment>
@@ -397,6 +432,76 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <source>nothing recognised</source>
         <extracomment>Stands after “Current content:” when no known file system was found. It does not mean that there is no data.</extracomment>
         <translation>인식된 내용 없음</translation>
+    </message>
+    <message id="CONTENT_ENCRYPTED_TEXT">
+        <source>encrypted</source>
+        <extracomment>What is on a volume in the place of a file system: it is encrypted. Stands after “File system:” and “Current content:”, and in the tool tip of a row.</extracomment>
+        <translation>암호화됨</translation>
+    </message>
+    <message id="CONTENT_LVM_TEXT">
+        <source>LVM member</source>
+        <extracomment>What is on a volume in the place of a file system: it is a part of an LVM volume group. Stands after “File system:” and “Current content:”, and in the tool tip of a row.</extracomment>
+        <translation>LVM 구성원</translation>
+    </message>
+    <message id="CONTENT_RAID_TEXT">
+        <source>RAID member</source>
+        <extracomment>What is on a volume in the place of a file system: it is a part of a RAID array. Stands after “File system:” and “Current content:”, and in the tool tip of a row.</extracomment>
+        <translation>RAID 구성원</translation>
+    </message>
+    <message id="CONTENT_SWAP_TEXT">
+        <source>swap space</source>
+        <extracomment>What is on a volume in the place of a file system: swap space of a Linux system. Stands after “File system:” and “Current content:”, and in the tool tip of a row.</extracomment>
+        <translation>스왑 공간</translation>
+    </message>
+    <message id="FORMAT_NEW_FILESYSTEM_CAPTION">
+        <source>New file system:</source>
+        <extracomment>Caption in the question before formatting: the file system that the volume will have.</extracomment>
+        <translation>새 파일 시스템:</translation>
+    </message>
+    <message id="FORMAT_NEW_LABEL_CAPTION">
+        <source>New label:</source>
+        <extracomment>Caption in the question before formatting: the label that the volume will have.</extracomment>
+        <translation>새 이름:</translation>
+    </message>
+    <message id="FORMAT_REFUSED_TITLE">
+        <source>The disk or volume cannot be formatted</source>
+        <extracomment>Title of the message about a disk or volume that is not formatted because it is in use.</extracomment>
+        <translation>디스크 또는 볼륨을 포맷할 수 없습니다</translation>
+    </message>
+    <message id="FORMAT_REFUSED_SWAP_FMT">
+        <source>“%@” is in use as swap space. Turn the swap space off first.</source>
+        <extracomment>Why a volume is not formatted. %@ is its name.</extracomment>
+        <translation>‘%@’은(는) 스왑 공간으로 사용 중입니다. 먼저 스왑을 끄십시오.</translation>
+    </message>
+    <message id="FORMAT_REFUSED_LVM_FMT">
+        <source>“%@” belongs to an LVM volume group that is in use. Remove it from the volume group first.</source>
+        <extracomment>Why a volume is not formatted. %@ is its name.</extracomment>
+        <translation>‘%@’은(는) 사용 중인 LVM 볼륨 그룹에 속해 있습니다. 먼저 볼륨 그룹에서 제거하십시오.</translation>
+    </message>
+    <message id="FORMAT_REFUSED_RAID_FMT">
+        <source>“%@” belongs to a RAID array that is in use. Stop the array first.</source>
+        <extracomment>Why a volume is not formatted. %@ is its name.</extracomment>
+        <translation>‘%@’은(는) 사용 중인 RAID 배열에 속해 있습니다. 먼저 배열을 중지하십시오.</translation>
+    </message>
+    <message id="FORMAT_REFUSED_UNLOCKED_FMT">
+        <source>“%@” is encrypted and unlocked. Lock it first.</source>
+        <extracomment>Why an encrypted volume is not formatted. %@ is its name.</extracomment>
+        <translation>‘%@’은(는) 암호화되어 있으며 잠금이 해제되어 있습니다. 먼저 잠그십시오.</translation>
+    </message>
+    <message id="FORMAT_REFUSED_IN_USE_FMT">
+        <source>Another device is made from “%@” and uses it. Remove that device first.</source>
+        <extracomment>Why a disk or volume is not formatted: the system made another device from it. %@ is its name.</extracomment>
+        <translation>‘%@’을(를) 기반으로 만든 다른 장치가 사용 중입니다. 먼저 그 장치를 제거하십시오.</translation>
+    </message>
+    <message id="FORMAT_TARGET_CHANGED_TITLE">
+        <source>Nothing was erased</source>
+        <extracomment>Title of the message when a medium is no longer as the question before formatting showed it.</extracomment>
+        <translation>아무것도 지우지 않았습니다</translation>
+    </message>
+    <message id="FORMAT_TARGET_CHANGED_FMT">
+        <source>“%@” has changed since you were asked. Check what is on it before you format it.</source>
+        <extracomment>Text of the message when a medium is no longer as the question before formatting showed it. %@ is its name.</extracomment>
+        <translation>확인하는 동안 ‘%@’이(가) 변경되었습니다. 내용을 확인한 다음 포맷하십시오.</translation>
     </message>
     <message id="ACTIVITY_FORMATTING_FMT">
         <source>Formatting %@…</source>

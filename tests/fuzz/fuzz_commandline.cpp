@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 //
 // Arguments of diskutil, one a line, and the name that a volume is to bear.
+#include "filesystems/LabelRule.h"
 #include "operations/label_rules.h"
 #include "tools/diskutil/CommandLine.h"
-#include "tools/diskutil/LabelRule.h"
 
 #include <QRegularExpression>
 

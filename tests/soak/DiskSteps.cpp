@@ -41,7 +41,7 @@ bool isShownWhole(const RealWindow &window, const SoakDisk &disk)
         if (partition.filesystem.isEmpty() || partition.typeGuid == QLatin1String(LoopDisk::efiType))
             continue;
         const DiskRecord record = window.recordOf(disk.loop->node(i));
-        if (!record || !record->mountable || record->volumeName != partition.label)
+        if (!record || !record->volumeKind || record->volumeName != partition.label)
             return false;
     }
     return window.recordOf(disk.loop->node()) != nullptr;

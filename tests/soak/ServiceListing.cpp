@@ -68,9 +68,18 @@ bool isKeptFromTheList(const Object &object)
 {
     const QString node = object.path("Device");
     const QString type = object.value("Partition", "Type").toString().toLower();
-    return object.value("Block", "HintIgnore").toBool() || node.startsWith("/dev/ram"_L1)
+    const bool isIgnored = object.value("Block", "HintIgnore").toBool() && !object.has("Filesystem");
+    return isIgnored || object.value("Partition", "IsContainer").toBool() || node.startsWith("/dev/ram"_L1)
         || node.startsWith("/dev/zram"_L1) || type == "c12a7328-f81f-11d2-ba4b-00a0c93ec93b"_L1
         || type == "426f6f74-0000-11aa-aa11-00306543ecac"_L1;
+}
+
+// What belongs to the machine's firmware or to another system's disk management.
+bool isReserved(const Object &object)
+{
+    static const QStringList types { u"21686148-6449-6e6f-744e-656564454649"_s,
+        u"9e1a2d38-c612-4316-aa26-8b49521e5a8b"_s, u"e3c9e316-0b5c-4db8-817d-f92df00215ae"_s };
+    return types.contains(object.value("Partition", "Type").toString().toLower());
 }
 
 bool hasPartitions(const Objects &all, const QDBusObjectPath &disk)
@@ -131,7 +140,7 @@ std::optional<QStringList> ServiceListing::lines() const
         listed.size = medium.size();
         listed.isWhole = !isPartition;
         listed.isLeaf = !medium.has("PartitionTable") || !hasPartitions(objects, object.key());
-        listed.isMountable = medium.has("Filesystem");
+        listed.isMountable = listed.isLeaf && (medium.has("Filesystem") || !isReserved(medium));
         listed.isWritable = !medium.value("Block", "ReadOnly").toBool();
         listed.volumeName = harmlessName(medium.value("Block", "IdLabel").toString());
         listed.mountPoint = firstMountPoint(medium);

@@ -20,11 +20,13 @@ public:
     }
     QString deviceNode() const override { return node; }
     std::optional<qint16> filesystemSubtype() const override { return subtype; }
+    ProbedContent probedContent() const override { return content; }
 
     std::optional<PropertyDictionary> description;
     std::optional<PropertyDictionary> mediaProperties;
     QString node;
     std::optional<qint16> subtype;
+    ProbedContent content;
 };
 
 using MemoryDiskRef = std::shared_ptr<MemoryDisk>;

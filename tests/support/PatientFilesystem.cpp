@@ -63,8 +63,7 @@ PatientFilesystem::~PatientFilesystem()
 void PatientFilesystem::install()
 {
     setVerifyTool(patientVerifyTool);
-    writeFile(m_bundle + u"/Contents/Resources/format"_s,
-        QByteArray(formatTool).replace("PIPES", m_pipes.path().toUtf8()), 0755);
+    setFormatTool(formatTool);
     writeFile(m_bundle + u"/Contents/Info.plist"_s, information, 0644);
 }
 
@@ -76,6 +75,12 @@ void PatientFilesystem::remove()
 void PatientFilesystem::setVerifyTool(const QByteArray &script)
 {
     writeFile(verifyTool(), QByteArray(script).replace("PIPES", m_pipes.path().toUtf8()), 0755);
+}
+
+void PatientFilesystem::setFormatTool(const QByteArray &script)
+{
+    writeFile(m_bundle + u"/Contents/Resources/format"_s,
+        QByteArray(script).replace("PIPES", m_pipes.path().toUtf8()), 0755);
 }
 
 void PatientFilesystem::makePipe(const LoopDisk &disk)

@@ -24,6 +24,8 @@ public:
 
     // Another script for the checker; the device is its last argument.
     void setVerifyTool(const QByteArray &script);
+    // Another one for the formatter.
+    void setFormatTool(const QByteArray &script);
 
     // Before the tools work on the disk's first volume, and to let one go on: it prints the answer.
     void makePipe(const LoopDisk &disk);

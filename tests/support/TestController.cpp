@@ -163,6 +163,11 @@ TestController::TestController(const QString &localization)
     m_platform.createSession = [this] { return service.createSession(); };
     m_platform.mountTable = mountTable;
     m_platform.workspace = workspace;
+    m_platform.readDeviceUse = [this](const QString &node) { return deviceUses.value(node); };
+    m_platform.readDeviceIdentity = [this](const QString &node) {
+        const auto identity = deviceIdentities.constFind(node);
+        return identity == deviceIdentities.constEnd() ? std::nullopt : std::optional(*identity);
+    };
     m_platform.createShellPipe = [this] { return std::make_unique<SubstitutingPipe>(diskutil); };
     m_platform.preferredLocalizations = QStringList { localization };
     m_platform.localeIdentifier = localization;

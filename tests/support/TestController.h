@@ -95,6 +95,8 @@ public:
     MemoryDiskService service;
     std::shared_ptr<TestMountTable> mountTable = std::make_shared<TestMountTable>();
     std::shared_ptr<TestWorkspace> workspace = std::make_shared<TestWorkspace>();
+    QHash<QString, DeviceUse> deviceUses; // by device node
+    QHash<QString, DeviceIdentity> deviceIdentities; // by device node
 
     // What stands in for '/usr/sbin/diskutil' in the shell's line; empty for the real tool.
     QString diskutil;

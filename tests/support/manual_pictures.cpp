@@ -86,6 +86,7 @@ void addDisks(TestController &test)
     test.add(photos);
     const MemoryDiskRef transfer = volume(u"disk5s2"_s, 48001048576, u"TRANSFER"_s, u"msdos"_s, 16000000000);
     transfer->node = u"/dev/sdb2"_s;
+    transfer->subtype = 3; // FAT32
     test.add(transfer);
 }
 

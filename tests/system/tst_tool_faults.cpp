@@ -16,7 +16,9 @@
 #include <QDir>
 #include <QEventLoop>
 #include <QFile>
+#include <QLineEdit>
 #include <QPushButton>
+#include <QTabWidget>
 #include <QTest>
 #include <QTimer>
 
@@ -151,6 +153,7 @@ private Q_SLOTS:
     void toolThatIsStopped();
     void toolThatCannotBeRun_data();
     void toolThatCannotBeRun();
+    void formatterThatFails();
     void checkerThatPrintsWithoutMeasure();
     void checkerThatPrintsHarm_data();
     void checkerThatPrintsHarm();
@@ -233,6 +236,34 @@ void TestToolFaults::toolThatCannotBeRun()
 
 // The record keeps what was printed, as much again is on its way to the screen at most. The output is read
 // byte by byte, which takes the sanitizers far longer.
+void TestToolFaults::formatterThatFails()
+{
+    Scene scene;
+    scene.patient.setFormatTool("#!/bin/sh\necho 'no luck'\nexit 1\n");
+    const ZorvexDiskManagerAppDelegate &controller = scene.window.controller();
+    const auto format = [&](const QString &filesystem) {
+        controller.formatFilesystemsPopupButton->setCurrentText(filesystem);
+        controller.formatVolumeLabelField->setText(u"Fresh"_s);
+        controller.formatButton->click();
+        scene.window.endSheet(AlertSheet::firstButtonReturn);
+        return QTest::qWaitFor([&] { return !scene.volume->operationInProgress; }, limit);
+    };
+    QVERIFY(format(u"Patient"_s));
+    QTRY_COMPARE(scene.window.sheets().size(), 1);
+    QVERIFY(scene.window.sheets().constFirst()->informativeText().contains(u"no luck"_s));
+    scene.window.endSheet(AlertSheet::firstButtonReturn);
+    QTRY_VERIFY(scene.window.sheets().isEmpty());
+
+    // The old file system has gone, the page to make a new one has not.
+    QTRY_VERIFY_WITH_TIMEOUT(!scene.volume->volumeKind, limit);
+    QCOMPARE(probed(scene.disk.node(1), u"TYPE"_s), QString());
+    QCOMPARE(controller.rightTabView->indexOf(controller.formatTab), 1);
+    QVERIFY(controller.formatButton->isEnabled());
+    QVERIFY(format(u"ext4"_s));
+    QVERIFY(scene.window.sheets().isEmpty());
+    QCOMPARE(probed(scene.disk.node(1), u"LABEL"_s), u"Fresh"_s);
+}
+
 void TestToolFaults::checkerThatPrintsWithoutMeasure()
 {
 #ifdef __SANITIZE_ADDRESS__

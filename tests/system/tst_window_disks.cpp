@@ -101,7 +101,7 @@ void TestWindowDisks::mountsAndUnmounts()
     const LoopDisk disk(practiceDisk);
     RealWindow window;
     QTRY_VERIFY_WITH_TIMEOUT(
-        window.recordOf(disk.node(3)) && window.recordOf(disk.node(3))->mountable, limit);
+        window.recordOf(disk.node(3)) && window.recordOf(disk.node(3))->volumeKind, limit);
     const DiskRecord volume = window.recordOf(disk.node(3));
     window.select(volume);
     const ZorvexDiskManagerAppDelegate &controller = window.controller();
@@ -129,7 +129,7 @@ void TestWindowDisks::busyVolumeOpensTheForceDialog()
     const LoopDisk disk(practiceDisk);
     RealWindow window;
     QTRY_VERIFY_WITH_TIMEOUT(
-        window.recordOf(disk.node(3)) && window.recordOf(disk.node(3))->mountable, limit);
+        window.recordOf(disk.node(3)) && window.recordOf(disk.node(3))->volumeKind, limit);
     const DiskRecord volume = window.recordOf(disk.node(3));
     window.select(volume);
     window.controller().mountUnmountButton->click();
@@ -163,7 +163,7 @@ void TestWindowDisks::ejectTakesTheDiskOffTheMachine()
     const LoopDisk disk(practiceDisk);
     RealWindow window;
     QTRY_VERIFY_WITH_TIMEOUT(
-        window.recordOf(disk.node(3)) && window.recordOf(disk.node(3))->mountable, limit);
+        window.recordOf(disk.node(3)) && window.recordOf(disk.node(3))->volumeKind, limit);
     const DiskRecord volume = window.recordOf(disk.node(3));
     window.select(volume);
     window.controller().mountUnmountButton->click();
@@ -200,7 +200,7 @@ void TestWindowDisks::serviceThatRestartsGivesTheSameTree()
     const LoopDisk disk(practiceDisk);
     RealWindow window;
     QTRY_COMPARE_WITH_TIMEOUT(window.nodesOfDisk(disk.node()).size(), 3, limit);
-    QTRY_VERIFY_WITH_TIMEOUT(window.recordOf(disk.node(3))->mountable, limit);
+    QTRY_VERIFY_WITH_TIMEOUT(window.recordOf(disk.node(3))->volumeKind, limit);
     const QStringList before = window.nodesOfDisk(disk.node());
 
     const pid_t service = diskServicePid();

@@ -72,6 +72,8 @@ class TestWindowOperations : public QObject
 private Q_SLOTS:
     void checkRepairAndCheckAgain();
     void fatIsNamedByItsVariant();
+    void blankPartitionIsFormatted();
+    void volumeNamedRecoveryIsListed();
     void formatsAsEveryFilesystem_data();
     void formatsAsEveryFilesystem();
 
@@ -153,6 +155,61 @@ void TestWindowOperations::fatIsNamedByItsVariant()
         window.controller().outlineViewSelectionDidChange();
         QCOMPARE(shown(), volumes.at(i).name);
     }
+}
+
+void TestWindowOperations::blankPartitionIsFormatted()
+{
+    const LoopDisk disk({ { 40, QString::fromLatin1(LoopDisk::linuxType), QString(), u"Empty"_s } });
+    RealWindow window;
+    QTRY_VERIFY_WITH_TIMEOUT(window.recordOf(disk.node(1)), limit);
+    const DiskRecord volume = window.recordOf(disk.node(1));
+    window.select(volume);
+    const ZorvexDiskManagerAppDelegate &controller = window.controller();
+    QCOMPARE(controller.rightTabView->indexOf(controller.formatTab), 1);
+    QCOMPARE(controller.filesystemLabel->text(), QString());
+    const auto askToFormat = [&controller] {
+        controller.formatFilesystemsPopupButton->setCurrentText(u"ext4"_s);
+        controller.formatVolumeLabelField->setText(u"Fresh"_s);
+        controller.formatButton->click();
+    };
+    askToFormat();
+    QCOMPARE(window.sheets().size(), 1);
+    const QString question = window.sheets().constFirst()->informativeText();
+    for (const QString &words :
+        { u"nothing recognised"_s, u"New file system: ext4"_s, u"New label: Fresh"_s })
+        QVERIFY2(question.contains(words), qPrintable(question));
+
+    // While the question is open, somebody else makes use of the partition.
+    QCOMPARE(runProgram(u"mkswap"_s, { disk.node(1) }), 0);
+    QTRY_COMPARE_WITH_TIMEOUT(controller.filesystemLabel->text(), u"swap space"_s, limit);
+    window.endSheet(AlertSheet::firstButtonReturn);
+    QTRY_COMPARE(window.sheets().size(), 1);
+    QCOMPARE(window.sheets().constFirst()->text(), u"Nothing was erased"_s);
+    window.endSheet(AlertSheet::firstButtonReturn);
+    QTRY_VERIFY(window.sheets().isEmpty());
+    QCOMPARE(probed(disk.node(1), u"TYPE"_s), u"swap"_s);
+
+    askToFormat();
+    QVERIFY(window.sheets().constFirst()->informativeText().contains(u"swap space"_s));
+    window.endSheet(AlertSheet::firstButtonReturn);
+    QTRY_VERIFY_WITH_TIMEOUT(!volume->operationInProgress, limit);
+    QVERIFY(window.sheets().isEmpty());
+    QCOMPARE(probed(disk.node(1), u"LABEL"_s), u"Fresh"_s);
+    QTRY_VERIFY_WITH_TIMEOUT(volume->volumePath, limit);
+    QCOMPARE(mountPointsOf(disk.node(1)), QStringList { volume->volumePath->toLocalFile() });
+    QCOMPARE(controller.rightTabView->indexOf(controller.formatTab), 1);
+}
+
+// The service's own rules ignore volumes of that name.
+void TestWindowOperations::volumeNamedRecoveryIsListed()
+{
+    const LoopDisk disk({ { 40, QString::fromLatin1(LoopDisk::dataType), u"vfat"_s, u"RECOVERY"_s } });
+    RealWindow window;
+    const auto isNamed = [&] {
+        const DiskRecord record = window.recordOf(disk.node(1));
+        return record && record->volumeName == u"RECOVERY"_s && record->volumeKind;
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(isNamed(), limit);
 }
 
 void TestWindowOperations::formatsAsEveryFilesystem_data()

@@ -93,6 +93,13 @@ private Q_SLOTS:
     void labelTravelsAsItWasTyped_data();
     void labelTravelsAsItWasTyped();
     void confirmationNamesTheMedium();
+    void confirmationSaysWhatIsThereAndWhatWillBe_data();
+    void confirmationSaysWhatIsThereAndWhatWillBe();
+    void mediumInUseIsRefusedBeforeTheQuestion_data();
+    void mediumInUseIsRefusedBeforeTheQuestion();
+    void onlyWhatTheQuestionShowedIsErased_data();
+    void onlyWhatTheQuestionShowedIsErased();
+    void mountWhileTheQuestionIsOpenIsNoChange();
     void cancelSetsNoFlag();
     void keysOnTheConfirmation_data();
     void keysOnTheConfirmation();
@@ -101,6 +108,8 @@ private Q_SLOTS:
     void tabsAndControlsWhileItRuns();
     void nothingSelected();
     void refusedLabelStopsBeforeTheConfirmation();
+    void ruleOfTheBundleStopsBeforeTheConfirmation_data();
+    void ruleOfTheBundleStopsBeforeTheConfirmation();
     void eraseThatFailsIsReportedAndTheChainGoesOn();
     void eachRefusalOfTheChainIsReported_data();
     void eachRefusalOfTheChainIsReported();
@@ -189,6 +198,132 @@ void TestFormat::confirmationNamesTheMedium()
     QTRY_VERIFY(test.sheets().isEmpty());
     QVERIFY(!test.isBusy());
     QVERIFY(test.toolArguments().isEmpty());
+}
+
+void TestFormat::confirmationSaysWhatIsThereAndWhatWillBe_data()
+{
+    using Found = ProbedContent::Kind;
+    QTest::addColumn<ProbedContent>("content");
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("words");
+    QTest::addColumn<QString>("label");
+    const auto row
+        = [](const char *name, const ProbedContent &content, const QString &typed, const QString &words,
+              const QString &label) { QTest::newRow(name) << content << typed << words << label; };
+    row("nothing", {}, QString(), u"nothing recognised"_s, u"Untitled"_s);
+    row("file system", { Found::Filesystem, u"vfat"_s }, u"My Data"_s, u"fat three"_s, u"My Data"_s);
+    row("encrypted", { Found::Encrypted, u"crypto_LUKS"_s }, u"a"_s, u"encrypted"_s, u"a"_s);
+    row("LVM", { Found::LvmMember, u"LVM2_member"_s }, u"a"_s, u"LVM member"_s, u"a"_s);
+    row("RAID", { Found::RaidMember, u"linux_raid_member"_s }, u"a"_s, u"RAID member"_s, u"a"_s);
+    row("swap", { Found::Swap, u"swap"_s }, u"a"_s, u"swap space"_s, u"a"_s);
+}
+
+void TestFormat::confirmationSaysWhatIsThereAndWhatWillBe()
+{
+    QFETCH(const ProbedContent, content);
+    QFETCH(const QString, typed);
+    QFETCH(const QString, words);
+    QFETCH(const QString, label);
+    FormatTest test;
+    writeWholeBundle(
+        test.localDirectory(), u"variants"_s, u"fat three"_s, "<key>FSSubType</key><integer>3</integer>");
+    test.controller().refreshFilesystems();
+    test.volume->content = content;
+    test.volume->subtype = 3; // known of a volume that is not mounted, too
+    if (content.kind == ProbedContent::Kind::Filesystem)
+        test.volume->description->insert(DAKey::volumeKind, u"variants"_s);
+    test.service.changeDisk(test.volume);
+    test.press(u"zorvex_ntfs"_s, typed);
+    const QString text = test.alertText();
+    QVERIFY2(text.contains(u"Current content: "_s + words + u'\n'), qPrintable(text));
+    QVERIFY2(text.endsWith(u"New file system: zorvex_ntfs\nNew label: "_s + label), qPrintable(text));
+}
+
+void TestFormat::mediumInUseIsRefusedBeforeTheQuestion_data()
+{
+    QTest::addColumn<DeviceUse>("use");
+    QTest::addColumn<ProbedContent>("content");
+    QTest::addColumn<QString>("reason");
+    using Found = ProbedContent::Kind;
+    const DeviceUse held { {}, { u"dm-0"_s }, false };
+    QTest::newRow("swap") << DeviceUse { {}, {}, true } << ProbedContent { Found::Swap, u"swap"_s }
+                          << u"swap space"_s;
+    QTest::newRow("LVM") << held << ProbedContent { Found::LvmMember, u"LVM2_member"_s }
+                         << u"LVM volume group"_s;
+    QTest::newRow("RAID") << held << ProbedContent { Found::RaidMember, u"linux_raid_member"_s }
+                          << u"RAID array"_s;
+    QTest::newRow("unlocked") << held << ProbedContent { Found::Encrypted, u"crypto_LUKS"_s }
+                              << u"unlocked"_s;
+    QTest::newRow("other") << held << ProbedContent {} << u"Another device"_s;
+}
+
+void TestFormat::mediumInUseIsRefusedBeforeTheQuestion()
+{
+    QFETCH(const DeviceUse, use);
+    QFETCH(const ProbedContent, content);
+    QFETCH(const QString, reason);
+    FormatTest test;
+    test.volume->content = content;
+    test.deviceUses.insert(u"/dev/disk2s1"_s, use);
+    test.press(u"exfat"_s, QString());
+    QCOMPARE(test.sheets().size(), 1);
+    QCOMPARE(test.sheets().constFirst()->text(), u"The disk or volume cannot be formatted"_s);
+    const QString text = test.alertText();
+    QVERIFY2(text.contains(u"“Old”"_s) && text.contains(reason), qPrintable(text));
+    test.endSheet(goOn);
+    QTRY_VERIFY(test.sheets().isEmpty());
+    QVERIFY(!test.isBusy() && test.toolArguments().isEmpty());
+}
+
+void TestFormat::onlyWhatTheQuestionShowedIsErased_data()
+{
+    QTest::addColumn<QString>("what");
+    for (const char *what : { "size", "start", "label", "kind", "variant", "content", "device", "medium" })
+        QTest::newRow(what) << QString::fromLatin1(what);
+}
+
+void TestFormat::onlyWhatTheQuestionShowedIsErased()
+{
+    QFETCH(const QString, what);
+    FormatTest test;
+    test.press(u"exfat"_s, QString());
+    MemoryDisk &volume = *test.volume;
+    if (what == "size"_L1)
+        volume.description->insert(DAKey::mediaSize, PropertyNumber(qint64 { 50000000 }));
+    else if (what == "start"_L1)
+        volume.mediaProperties->insert(IOMediaKey::base, PropertyNumber(qint64 { 2000 }));
+    else if (what == "label"_L1)
+        volume.description->insert(DAKey::volumeName, u"Other"_s);
+    else if (what == "kind"_L1)
+        volume.description->insert(DAKey::volumeKind, u"exfat"_s);
+    else if (what == "variant"_L1)
+        volume.subtype = 2;
+    else if (what == "content"_L1)
+        volume.content = { ProbedContent::Kind::Encrypted, u"crypto_LUKS"_s };
+    else if (what == "device"_L1)
+        test.deviceIdentities.insert(u"/dev/disk2s1"_s, DeviceIdentity { 1, 2, 3, 4 });
+    if (what == "medium"_L1)
+        test.service.removeDisk(test.volume);
+    else
+        test.service.changeDisk(test.volume);
+    test.endSheet(goOn);
+    QTRY_COMPARE(test.sheets().size(), 1);
+    QCOMPARE(test.sheets().constFirst()->text(), u"Nothing was erased"_s);
+    QVERIFY(!test.isBusy());
+    test.endSheet(goOn);
+    QTRY_VERIFY(test.sheets().isEmpty());
+    QVERIFY(test.toolArguments().isEmpty());
+}
+
+void TestFormat::mountWhileTheQuestionIsOpenIsNoChange()
+{
+    FormatTest test;
+    test.press(u"exfat"_s, QString());
+    setMounted(test.volume, u"/media/Old"_s);
+    test.service.changeDisk(test.volume);
+    test.endSheet(goOn);
+    QTRY_VERIFY(!test.toolArguments().isEmpty());
+    QTRY_VERIFY(!test.isBusy());
 }
 
 void TestFormat::cancelSetsNoFlag()
@@ -308,6 +443,63 @@ void TestFormat::refusedLabelStopsBeforeTheConfirmation()
     QTRY_VERIFY(test.sheets().isEmpty());
     QVERIFY(!test.isBusy());
     QCOMPARE(test.controller().formatVolumeLabelField->text(), u"lower case"_s);
+}
+
+void TestFormat::ruleOfTheBundleStopsBeforeTheConfirmation_data()
+{
+    QTest::addColumn<QByteArray>("keysXml");
+    QTest::addColumn<QString>("label");
+    QTest::addColumn<QString>("text"); // empty when the label is allowed
+    const auto limit = [](int number, const char *unit) {
+        return QByteArray("<key>FSLabelLimit</key><integer>" + QByteArray::number(number)
+            + "</integer><key>FSLabelUnit</key><string>" + unit + "</string>");
+    };
+    const QByteArray signs = "<key>FSLabelForbiddenCharacters</key><string>.,</string>"
+                             "<key>FSLabelForbiddenFirstCharacters</key><string> -</string>";
+    QTest::newRow("16 bytes") << limit(16, "bytes") << u"Family Photos 24"_s << QString();
+    QTest::newRow("17 bytes") << limit(16, "bytes") << u"Family Photos 202"_s
+                              << u"A volume label for Own can be at most 16 bytes long. Accented letters and "
+                                 "characters of many scripts take two or more."_s;
+    QTest::newRow("12 characters") << limit(11, "utf16") << u"a"_s.repeated(12)
+                                   << u"A volume label for Own can be at most 11 characters long. Some "
+                                      "characters, such as emoji, count as two."_s;
+    QTest::newRow("half as many") << limit(126, "osta") << u"日"_s.repeated(64)
+                                  << u"A volume label for Own can be at most 63 characters long. Some "
+                                     "characters, such as emoji, count as two."_s;
+    QTest::newRow("no ASCII") << limit(11, "ascii") << u"Ä"_s
+                              << u"A volume label for Own can only contain letters without accents, digits, "
+                                 "spaces and symbols of ASCII."_s;
+    QTest::newRow("forbidden sign")
+        << signs << u"A.B"_s << u"A volume label for Own must not contain any of these characters: . ,"_s;
+    QTest::newRow("leading space") << signs << u" A"_s
+                                   << u"A volume label for Own must not begin with a space."_s;
+    QTest::newRow("leading sign") << signs << u"-A"_s << u"A volume label for Own must not begin with “-”."_s;
+    QTest::newRow("lost character") << QByteArray() << u"a\ufffd"_s
+                                    << u"A volume label for Own must not contain control characters or the "
+                                       "replacement character (U+FFFD)."_s;
+    QTest::newRow("no rule") << QByteArray() << u"a"_s.repeated(200) << QString();
+}
+
+void TestFormat::ruleOfTheBundleStopsBeforeTheConfirmation()
+{
+    QFETCH(const QByteArray, keysXml);
+    QFETCH(const QString, label);
+    QFETCH(const QString, text);
+    FormatTest test;
+    // One of the program's own: its label comes by a rename after the erase.
+    writeBundle(test.localDirectory(), u"zorvex_own"_s,
+        "<key>CFBundleIdentifier</key><string>i</string>" + keysXml
+            + "<key>FSPersonalities</key><dict><key>Own</key><dict><key>FSName</key><string>Own</string>"
+              "<key>FSFormatExecutable</key><string>x</string></dict></dict>");
+    test.controller().refreshFilesystems();
+    test.press(u"Own"_s, label);
+    QCOMPARE(test.sheets().size(), 1);
+    const QString title = test.sheets().constFirst()->text();
+    QCOMPARE(title == u"The volume label is not valid"_s, !text.isEmpty());
+    if (!text.isEmpty())
+        QCOMPARE(test.alertText(), text);
+    QCOMPARE(test.controller().formatVolumeLabelField->text(), label);
+    QVERIFY(test.toolArguments().isEmpty());
 }
 
 void TestFormat::eraseThatFailsIsReportedAndTheChainGoesOn()

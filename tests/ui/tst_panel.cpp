@@ -33,6 +33,9 @@ private Q_SLOTS:
     void failingFreeSpaceIsLogged();
     void subtypeOfTheMountTableNamesTheVolume();
     void subtypeIsKeptWhenTheVolumeIsNotFound();
+    void rowAsksForTheSubtypeAsThePanelDoes();
+    void contentThatIsNoFilesystem_data();
+    void contentThatIsNoFilesystem();
     void unknownKindIsShownAsItIs();
     void diskWithPartitions();
     void readOnlyVolumeCanBeChecked();
@@ -89,6 +92,16 @@ QImage pictureFile(const QString &name)
 QByteArray subtypeXml(int subtype)
 {
     return "<key>FSSubType</key><integer>" + QByteArray::number(subtype) + "</integer>";
+}
+
+// A bundle with a name for any FAT and one for a subtype.
+void writeFatBundle(const QString &directory, int subtype)
+{
+    writeBundle(directory, u"msdos"_s,
+        "<key>CFBundleIdentifier</key><string>i</string><key>FSPersonalities</key><dict>"
+        "<key>Plain</key><dict><key>FSName</key><string>Plain</string></dict>"
+        "<key>FAT32</key><dict><key>FSName</key><string>FAT32</string>"
+            + subtypeXml(subtype) + "</dict></dict>");
 }
 
 } // namespace
@@ -179,11 +192,7 @@ void TestPanel::failingFreeSpaceIsLogged()
 void TestPanel::subtypeOfTheMountTableNamesTheVolume()
 {
     TestController test;
-    writeBundle(test.localDirectory(), u"msdos"_s,
-        "<key>CFBundleIdentifier</key><string>i</string><key>FSPersonalities</key><dict>"
-        "<key>Plain</key><dict><key>FSName</key><string>Plain</string></dict>"
-        "<key>FAT32</key><dict><key>FSName</key><string>FAT32</string>"
-            + subtypeXml(2) + "</dict></dict>");
+    writeFatBundle(test.localDirectory(), 2);
     test.launch();
     const MemoryDiskRef volume = makeVolume(u"DATA"_s);
     mount(test, volume, 2);
@@ -209,6 +218,61 @@ void TestPanel::subtypeIsKeptWhenTheVolumeIsNotFound()
     test.controller().outlineViewSelectionDidChange();
     QCOMPARE(test.recordOf(u"disk2s1"_s)->subtype, 2);
     QCOMPARE(test.controller().infoDiskSpaceLabel->text(), u"100 MB"_s);
+}
+
+void TestPanel::rowAsksForTheSubtypeAsThePanelDoes()
+{
+    TestController test;
+    writeFatBundle(test.localDirectory(), 3);
+    test.launch();
+    const MemoryDiskRef volume = makeVolume(u"DATA"_s);
+    volume->subtype = 3;
+    const DiskRecord record = test.add(volume);
+    test.controller().leftOutlineView->selectRow(-1);
+    const auto rowText = [&] {
+        return test.controller().outlineView_accessibleTextByItem(test.controller().leftOutlineView, record);
+    };
+    QCOMPARE(rowText(), u"DATA, Plain, not mounted"_s);
+    mount(test, volume);
+    test.service.changeDisk(volume);
+    QCOMPARE(rowText(), u"DATA, FAT32, mounted"_s);
+    QCOMPARE(record->subtype, 0); // the panel's own
+    test.select(u"disk2s1"_s);
+    QCOMPARE(test.controller().filesystemLabel->text(), u"FAT32"_s);
+    QCOMPARE(test.controller().infoBigImageField->accessibleDescription(), rowText());
+}
+
+void TestPanel::contentThatIsNoFilesystem_data()
+{
+    using Kind = ProbedContent::Kind;
+    QTest::addColumn<QString>("language");
+    QTest::addColumn<ProbedContent::Kind>("kind");
+    QTest::addColumn<QString>("type");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("nothing") << u"en"_s << Kind::Nothing << QString() << QString();
+    QTest::newRow("encrypted") << u"en"_s << Kind::Encrypted << u"crypto_LUKS"_s << u"encrypted"_s;
+    QTest::newRow("LVM") << u"en"_s << Kind::LvmMember << u"LVM2_member"_s << u"LVM member"_s;
+    QTest::newRow("RAID") << u"en"_s << Kind::RaidMember << u"linux_raid_member"_s << u"RAID member"_s;
+    QTest::newRow("swap") << u"en"_s << Kind::Swap << u"swap"_s << u"swap space"_s;
+    QTest::newRow("swap in German") << u"de"_s << Kind::Swap << u"swap"_s << u"Auslagerungsspeicher"_s;
+    QTest::newRow("something else") << u"en"_s << Kind::Other << u"jbd"_s << u"jbd"_s;
+}
+
+void TestPanel::contentThatIsNoFilesystem()
+{
+    QFETCH(const QString, language);
+    QFETCH(const ProbedContent::Kind, kind);
+    QFETCH(const QString, type);
+    QFETCH(const QString, text);
+    TestController test(language);
+    test.launch();
+    const MemoryDiskRef volume = makePartition(u"disk2s1"_s, 1024);
+    volume->content = { kind, type };
+    test.add(volume);
+    test.select(u"disk2s1"_s);
+    QCOMPARE(test.controller().filesystemLabel->text(), text);
+    QCOMPARE(test.controller().rightTabView->indexOf(test.controller().formatTab), 1);
+    QVERIFY(!test.controller().checkButton->isEnabled() && !test.controller().repairButton->isEnabled());
 }
 
 void TestPanel::unknownKindIsShownAsItIs()

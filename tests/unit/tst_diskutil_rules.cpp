@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include "filesystems/LabelRule.h"
 #include "tools/diskutil/CommandLine.h"
-#include "tools/diskutil/LabelRule.h"
 #include "tools/diskutil/Medium.h"
 #include "tools/diskutil/Personality.h"
 #include "tools/diskutil/preflight_rules.h"
@@ -15,13 +15,13 @@ PropertyDictionary fatInformation()
 {
     const PropertyDictionary general { { u"FSFormatExecutable"_s, u"format"_s },
         { u"FSVerificationExecutable"_s, u"verify"_s } };
-    const PropertyDictionary fat16 { { u"FSSubType"_s, PropertyNumber(qint64 { 1 }) },
+    const PropertyDictionary fat16 { { u"FSSubType"_s, PropertyNumber(qint64 { 2 }) },
         { u"FSFormatMinimumSize"_s, PropertyNumber(qint64 { 1000 }) },
         { u"FSFormatMaximumSize"_s, PropertyNumber(qint64 { 2000 }) },
         { u"FSFormatExecutable"_s, u"format"_s },
         { u"FSFormatArguments"_s, PropertyArray { PropertyValue(u"-F"_s), PropertyValue(u"16"_s) } },
         { u"FSVerificationExecutable"_s, u"verify16"_s } };
-    const PropertyDictionary fat32 { { u"FSSubType"_s, PropertyNumber(qint64 { 2 }) },
+    const PropertyDictionary fat32 { { u"FSSubType"_s, PropertyNumber(qint64 { 3 }) },
         { u"FSRepairExecutable"_s, u"repair"_s } };
     return { { u"FSPersonalities"_s,
                  PropertyDictionary { { u"FAT"_s, general }, { u"odd"_s, u"text"_s }, { u"FAT16"_s, fat16 },
@@ -261,9 +261,9 @@ void TestDiskutilRules::personalityOfAVolume_data()
 {
     QTest::addColumn<int>("subtype"); // -1: unknown
     QTest::addColumn<QString>("key");
-    QTest::newRow("just this one") << 1 << u"FAT16"_s;
-    QTest::newRow("this one does not verify") << 2 << u"FAT"_s;
-    QTest::newRow("none of this subtype") << 0 << u"FAT"_s;
+    QTest::newRow("just this one") << 2 << u"FAT16"_s;
+    QTest::newRow("this one does not verify") << 3 << u"FAT"_s;
+    QTest::newRow("none of this subtype") << 1 << u"FAT"_s;
     QTest::newRow("unknown") << -1 << u"FAT"_s;
 }
 
@@ -279,7 +279,7 @@ void TestDiskutilRules::personalityOfAVolume()
 
     // Only FAT32 repairs.
     const auto repair = personalityForVolume(installed, u"msdos"_s, number, Operation::Repair);
-    QCOMPARE(repair.personality != nullptr, subtype == 2);
+    QCOMPARE(repair.personality != nullptr, subtype == 3);
     QVERIFY(!personalityForVolume(installed, u"ext4"_s, number, Operation::Verify).bundle);
 }
 

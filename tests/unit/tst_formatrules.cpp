@@ -2,6 +2,7 @@
 //
 // Decisions of a format, without a window.
 #include "operations/format_rules.h"
+#include "operations/FormatTarget.h"
 
 #include <QTest>
 
@@ -14,6 +15,8 @@ class TestFormatRules : public QObject
 private Q_SLOTS:
     void labels_data();
     void labels();
+    void reasonsNotToFormat_data();
+    void reasonsNotToFormat();
     void nothingSelected();
     void argumentsAreQuotedButNotEscaped();
 };
@@ -51,6 +54,35 @@ void TestFormatRules::labels()
     QTEST(labels.volumeLabel, "volumeLabel");
     QCOMPARE(labels.postFormatLabel.has_value(), !postFormatLabel.isNull());
     QCOMPARE(labels.postFormatLabel.value_or(QString()), postFormatLabel);
+}
+
+void TestFormatRules::reasonsNotToFormat_data()
+{
+    using Kind = ProbedContent::Kind;
+    QTest::addColumn<QStringList>("holders");
+    QTest::addColumn<bool>("isSwap");
+    QTest::addColumn<Kind>("content");
+    QTest::addColumn<QByteArray>("key"); // empty for no reason
+    const QStringList none;
+    const QStringList one { u"dm-0"_s };
+    QTest::newRow("unused") << none << false << Kind::Filesystem << QByteArray();
+    QTest::newRow("swap that is off") << none << false << Kind::Swap << QByteArray();
+    QTest::newRow("swap that is on") << none << true << Kind::Swap << QByteArray("FORMAT_REFUSED_SWAP_FMT");
+    QTest::newRow("LVM") << one << false << Kind::LvmMember << QByteArray("FORMAT_REFUSED_LVM_FMT");
+    QTest::newRow("LVM that is not in use") << none << false << Kind::LvmMember << QByteArray();
+    QTest::newRow("RAID") << one << false << Kind::RaidMember << QByteArray("FORMAT_REFUSED_RAID_FMT");
+    QTest::newRow("unlocked") << one << false << Kind::Encrypted << QByteArray("FORMAT_REFUSED_UNLOCKED_FMT");
+    QTest::newRow("locked") << none << false << Kind::Encrypted << QByteArray();
+    QTest::newRow("another holder") << one << false << Kind::Other << QByteArray("FORMAT_REFUSED_IN_USE_FMT");
+}
+
+void TestFormatRules::reasonsNotToFormat()
+{
+    QFETCH(const QStringList, holders);
+    QFETCH(const bool, isSwap);
+    QFETCH(const ProbedContent::Kind, content);
+    const char *const key = formatRefusalKey({ { u"/media/A"_s }, holders, isSwap }, content);
+    QTEST(QByteArray(key), "key");
 }
 
 void TestFormatRules::nothingSelected()

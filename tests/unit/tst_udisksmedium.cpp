@@ -66,6 +66,15 @@ private Q_SLOTS:
     void partitionTypes_data();
     void partitionTypes();
     void mediaThatAreNotListed();
+    void ignoredVolumeWithAFilesystemIsListed();
+    void extendedPartitionIsNotListed();
+    void mountableMedia_data();
+    void mountableMedia();
+    void diskWithPartitionsIsNotMountable();
+    void probedContent_data();
+    void probedContent();
+    void nameOfADrive_data();
+    void nameOfADrive();
     void diskOnARemovableBusIsExternal();
     void internalDisk();
     void emptyLabelIsAbsent();
@@ -139,6 +148,7 @@ void TestUDisksMedium::mediaThatAreNotListed()
 {
     StoreTest test;
     QVERIFY(test.read(wholePath) && test.read(volumePath));
+    test.volume.remove(UDisks::filesystem);
     test.volume[UDisks::block].insert(u"HintIgnore"_s, true);
     QVERIFY(!test.read(volumePath));
     test = StoreTest();
@@ -150,6 +160,122 @@ void TestUDisksMedium::mediaThatAreNotListed()
         QVERIFY(!test.read(volumePath));
     }
     QVERIFY(!test.read(drivePath));
+}
+
+// The service's rules ignore volumes by their label, too.
+void TestUDisksMedium::ignoredVolumeWithAFilesystemIsListed()
+{
+    StoreTest test;
+    test.volume[UDisks::block].insert(u"HintIgnore"_s, true);
+    test.volume[UDisks::block].insert(u"IdLabel"_s, u"RECOVERY"_s);
+    QVERIFY(test.read(volumePath));
+    QVERIFY(flagOf(*test.read(volumePath), DAKey::volumeMountable));
+}
+
+void TestUDisksMedium::extendedPartitionIsNotListed()
+{
+    StoreTest test;
+    test.volume.remove(UDisks::filesystem);
+    test.volume[UDisks::partition].insert(u"Type"_s, u"0x05"_s);
+    QVERIFY(test.read(volumePath));
+    test.volume[UDisks::partition].insert(u"IsContainer"_s, true);
+    QVERIFY(!test.read(volumePath));
+}
+
+void TestUDisksMedium::mountableMedia_data()
+{
+    QTest::addColumn<QString>("usage");
+    QTest::addColumn<QString>("type");
+    QTest::addColumn<QString>("partitionType");
+    QTest::addColumn<bool>("isMountable");
+    const QString linuxType = u"0fc63daf-8483-4772-8e79-3d69d8477de4"_s;
+    QTest::newRow("blank") << QString() << QString() << linuxType << true;
+    QTest::newRow("encrypted") << u"crypto"_s << u"crypto_LUKS"_s << linuxType << true;
+    QTest::newRow("swap") << u"other"_s << u"swap"_s << linuxType << true;
+    QTest::newRow("LVM") << u"raid"_s << u"LVM2_member"_s << linuxType << true;
+    QTest::newRow("BIOS boot") << QString() << QString() << u"21686148-6449-6E6F-744E-656564454649"_s
+                               << false;
+    QTest::newRow("PReP boot") << QString() << QString() << u"9e1a2d38-c612-4316-aa26-8b49521e5a8b"_s
+                               << false;
+    QTest::newRow("reserved") << QString() << QString() << u"e3c9e316-0b5c-4db8-817d-f92df00215ae"_s << false;
+}
+
+void TestUDisksMedium::mountableMedia()
+{
+    QFETCH(const QString, usage);
+    QFETCH(const QString, type);
+    QFETCH(const QString, partitionType);
+    StoreTest test;
+    test.volume[UDisks::partition].insert(u"Type"_s, partitionType);
+    QVERIFY(
+        flagOf(*test.read(volumePath), DAKey::volumeMountable)); // whatever its type, it has a file system
+    test.volume.remove(UDisks::filesystem);
+    test.volume[UDisks::block].insert(u"IdUsage"_s, usage);
+    test.volume[UDisks::block].insert(u"IdType"_s, type);
+    const UDisksMedium volume = *test.read(volumePath);
+    QTEST(flagOf(volume, DAKey::volumeMountable), "isMountable");
+    QVERIFY(!volume.description.value(DAKey::volumeKind));
+}
+
+void TestUDisksMedium::diskWithPartitionsIsNotMountable()
+{
+    StoreTest test;
+    QVERIFY(!flagOf(*test.read(wholePath), DAKey::volumeMountable));
+    test.volume.clear();
+    QVERIFY(flagOf(*test.read(wholePath), DAKey::volumeMountable));
+}
+
+void TestUDisksMedium::probedContent_data()
+{
+    using Kind = ProbedContent::Kind;
+    QTest::addColumn<QString>("usage");
+    QTest::addColumn<QString>("type");
+    QTest::addColumn<Kind>("kind");
+    QTest::newRow("nothing") << QString() << QString() << Kind::Nothing;
+    QTest::newRow("LUKS") << u"crypto"_s << u"crypto_LUKS"_s << Kind::Encrypted;
+    QTest::newRow("BitLocker") << u"crypto"_s << u"BitLocker"_s << Kind::Encrypted;
+    QTest::newRow("LVM") << u"raid"_s << u"LVM2_member"_s << Kind::LvmMember;
+    QTest::newRow("RAID") << u"raid"_s << u"linux_raid_member"_s << Kind::RaidMember;
+    QTest::newRow("swap") << u"other"_s << u"swap"_s << Kind::Swap;
+    QTest::newRow("journal") << u"other"_s << u"jbd"_s << Kind::Other;
+    QTest::newRow("not ready to be mounted") << u"filesystem"_s << u"ext4"_s << Kind::Other;
+}
+
+void TestUDisksMedium::probedContent()
+{
+    QFETCH(const QString, usage);
+    QFETCH(const QString, type);
+    QFETCH(const ProbedContent::Kind, kind);
+    StoreTest test;
+    QVERIFY(test.read(volumePath)->content == (ProbedContent { ProbedContent::Kind::Filesystem, u"ext4"_s }));
+    test.volume.remove(UDisks::filesystem);
+    test.volume[UDisks::block].insert(u"IdUsage"_s, usage);
+    test.volume[UDisks::block].insert(u"IdType"_s, type);
+    QVERIFY(test.read(volumePath)->content == (ProbedContent { kind, type }));
+}
+
+void TestUDisksMedium::nameOfADrive_data()
+{
+    QTest::addColumn<QString>("vendor");
+    QTest::addColumn<QString>("model");
+    QTest::addColumn<QString>("name");
+    QTest::newRow("both") << u"Maker "_s << u"Stick"_s << u"Maker Stick"_s;
+    QTest::newRow("repeated") << u"QEMU"_s << u"QEMU HARDDISK"_s << u"QEMU HARDDISK"_s;
+    QTest::newRow("repeated in other letters") << u"SANDISK"_s << u"SanDisk Ultra"_s << u"SanDisk Ultra"_s;
+    QTest::newRow("in the middle") << u"SanDisk"_s << u"USB SanDisk 3.2"_s << u"USB SanDisk 3.2"_s;
+    QTest::newRow("beginning of a word") << u"WD"_s << u"WDC 10"_s << u"WD WDC 10"_s;
+    QTest::newRow("model alone") << QString() << u"Disk"_s << u"Disk"_s;
+    QTest::newRow("vendor alone") << u"Maker"_s << QString() << u"Maker"_s;
+}
+
+void TestUDisksMedium::nameOfADrive()
+{
+    QFETCH(const QString, vendor);
+    QFETCH(const QString, model);
+    StoreTest test;
+    test.useDrive();
+    test.drive = { { u"Vendor"_s, vendor }, { u"Model"_s, model } };
+    QTEST(*test.read(wholePath)->description.value(DAKey::mediaName)->asString(), "name");
 }
 
 void TestUDisksMedium::diskOnARemovableBusIsExternal()

@@ -113,6 +113,7 @@ private Q_SLOTS:
     void withoutAServiceTheListingFails();
     void replyOfAnUnexpectedTypeIsLogged();
     void interfacesThatArriveInStagesAreOneMedium();
+    void otherContentIsAChange();
     void partitionBeforeItsDiskWaitsForIt();
     void removalTakesPartitionsFirst();
     void signalsThatAreRepeatedChangeNothing();
@@ -219,11 +220,31 @@ void TestUDisksSession::interfacesThatArriveInStagesAreOneMedium()
     test.fake.addInterfaces(volumePath, stages, Tell::Yes);
     QTRY_VERIFY(test.events.contains(u"+disk2s1"_s));
     const DADiskRef volume = test.disks.value(u"disk2s1"_s);
-    QCOMPARE(*volume->copyDescription()->value(DAKey::volumeMountable)->asBoolean(), false);
+    // Until the service is ready to mount it, the volume is like one without a file system.
+    QVERIFY(!volume->copyDescription()->value(DAKey::volumeKind));
     test.fake.addInterfaces(volumePath, { { UDisks::filesystem, filesystem } }, Tell::Yes);
     QTRY_COMPARE(test.events.last(), u"~disk2s1"_s);
-    QCOMPARE(*volume->copyDescription()->value(DAKey::volumeMountable)->asBoolean(), true);
+    QCOMPARE(volume->copyDescription()->text(DAKey::volumeKind), u"ext4"_s);
     QCOMPARE(test.events.count(u"+disk2s1"_s), 1);
+}
+
+void TestUDisksSession::otherContentIsAChange()
+{
+    SessionTest test(false);
+    test.start();
+    UDisksInterfaces partition = fakePartition(u"fake2p1"_s, 1, u"A"_s);
+    partition.remove(UDisks::filesystem);
+    partition[UDisks::block].insert(u"IdUsage"_s, u"crypto"_s);
+    partition[UDisks::block].insert(u"IdType"_s, u"crypto_LUKS"_s);
+    test.fake.addInterfaces(diskPath, fakeWholeDisk(u"fake2"_s), Tell::Yes);
+    test.fake.addInterfaces(volumePath, partition, Tell::Yes);
+    QTRY_VERIFY(test.events.contains(u"+disk2s1"_s));
+    const DADiskRef volume = test.disks.value(u"disk2s1"_s);
+    QVERIFY(volume->probedContent().kind == ProbedContent::Kind::Encrypted);
+    test.fake.changeProperties(
+        volumePath, UDisks::block, { { u"IdUsage"_s, u"other"_s }, { u"IdType"_s, u"swap"_s } }, Tell::Yes);
+    QTRY_COMPARE(test.events.last(), u"~disk2s1"_s);
+    QVERIFY(volume->probedContent().kind == ProbedContent::Kind::Swap);
 }
 
 void TestUDisksSession::partitionBeforeItsDiskWaitsForIt()

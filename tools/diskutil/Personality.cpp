@@ -38,20 +38,6 @@ Personality readPersonality(const QString &key, const PropertyDictionary &dictio
     };
 }
 
-LabelRule readLabelRule(const PropertyDictionary &information)
-{
-    LabelRule rule;
-    const auto limit = numberOf(information, u"FSLabelLimit"_s);
-    const auto unit = labelUnitNamed(information.text(u"FSLabelUnit"_s));
-    if (limit && unit) {
-        rule.limit = *limit;
-        rule.unit = *unit;
-    }
-    rule.forbidden = information.text(u"FSLabelForbiddenCharacters"_s);
-    rule.forbiddenFirst = information.text(u"FSLabelForbiddenFirstCharacters"_s);
-    return rule;
-}
-
 const Personality *findPersonality(
     const FilesystemBundle &bundle, std::optional<qint64> subtype, Operation operation)
 {

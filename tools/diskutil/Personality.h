@@ -2,7 +2,7 @@
 #pragma once
 
 #include "filesystems/BundleScan.h"
-#include "tools/diskutil/LabelRule.h"
+#include "filesystems/LabelRule.h"
 
 #include <QStringList>
 
