@@ -293,6 +293,11 @@ Monta, formatta, controlla e ripara dischi e volumi.</translation>
         <extracomment>Button of the question after a failed unmount: leaves everything as it is.</extracomment>
         <translation>&amp;Annulla</translation>
     </message>
+    <message id="DISK_SERVICE_GAVE_NO_REASON_TEXT">
+        <source>The disk service gave no reason.</source>
+        <extracomment>Stands as the reason in an alert, after “Error while mounting disk2s1:”, when the disk service gives none.</extracomment>
+        <translation>Il servizio dei dischi non ha indicato il motivo.</translation>
+    </message>
     <message id="FAILED_TO_UNMOUNT_VOLUME_TITLE">
         <source>The volume could not be unmounted</source>
         <extracomment>Title of the question after a failed unmount.</extracomment>

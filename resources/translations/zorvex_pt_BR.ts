@@ -293,6 +293,11 @@ Monta, formata, verifica e repara discos e volumes.</translation>
         <extracomment>Button of the question after a failed unmount: leaves everything as it is.</extracomment>
         <translation>&amp;Cancelar</translation>
     </message>
+    <message id="DISK_SERVICE_GAVE_NO_REASON_TEXT">
+        <source>The disk service gave no reason.</source>
+        <extracomment>Stands as the reason in an alert, after “Error while mounting disk2s1:”, when the disk service gives none.</extracomment>
+        <translation>O serviço de discos não informou o motivo.</translation>
+    </message>
     <message id="FAILED_TO_UNMOUNT_VOLUME_TITLE">
         <source>The volume could not be unmounted</source>
         <extracomment>Title of the question after a failed unmount.</extracomment>
