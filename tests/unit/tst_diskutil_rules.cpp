@@ -89,6 +89,7 @@ private Q_SLOTS:
     void bundleWithOddValues();
     void executablesOutsideTheBundleAreNotTaken();
     void formatComesFromTheFirstBundle();
+    void formatIsNamedInAnyCaseAndAsTheMenuShowsIt();
     void personalityOfAVolume_data();
     void personalityOfAVolume();
     void bundlesThatServeTheSameVolumes();
@@ -254,7 +255,30 @@ void TestDiskutilRules::formatComesFromTheFirstBundle()
     const PersonalityChoice choice = personalityNamed(installed, u"FAT16"_s);
     QCOMPARE(choice.bundle, &installed.front());
     QCOMPARE(choice.personality->key, u"FAT16"_s);
-    QVERIFY(!personalityNamed(installed, u"fat16"_s).personality);
+}
+
+void TestDiskutilRules::formatIsNamedInAnyCaseAndAsTheMenuShowsIt()
+{
+    PropertyDictionary exfat { { u"FSPersonalities"_s,
+        PropertyDictionary { { u"Big"_s,
+            PropertyDictionary {
+                { u"FSName"_s, u"ExFAT (large)"_s }, { u"FSFormatExecutable"_s, u"format"_s } } } } } };
+    auto installed = bundles();
+    installed.push_back(bundleOf({}, u"exfat"_s, exfat));
+    const Personality *big = &installed.back().personalities.front();
+    QCOMPARE(personalityNamed(installed, u"fat16"_s).personality->key, u"FAT16"_s);
+    for (const QString &name : { u"Big"_s, u"bIG"_s, u"exFAT (large)"_s, u"EXFAT (LARGE)"_s })
+        QCOMPARE(personalityNamed(installed, name).personality, big);
+    QVERIFY(!personalityNamed(installed, u"exFAT"_s).personality);
+    // A key letter for letter goes before one in another case, and that before a name of the menu.
+    exfat.insert(u"FSPersonalities"_s,
+        PropertyDictionary { { u"big"_s, PropertyDictionary {} },
+            { u"x"_s, PropertyDictionary { { u"FSName"_s, u"fat16"_s } } } });
+    installed.insert(installed.begin(), bundleOf({}, u"first"_s, exfat));
+    QCOMPARE(personalityNamed(installed, u"Big"_s).bundle->name, u"exfat"_s);
+    QCOMPARE(personalityNamed(installed, u"BIG"_s).bundle->name, u"first"_s);
+    QCOMPARE(personalityNamed(installed, u"fat16"_s).personality->key, u"FAT16"_s);
+    QCOMPARE(namesOfFormats(installed), QStringList({ u"FAT"_s, u"FAT16"_s, u"exFAT (large)"_s }));
 }
 
 void TestDiskutilRules::personalityOfAVolume_data()
@@ -341,21 +365,23 @@ void TestDiskutilRules::refusedDevices()
 void TestDiskutilRules::refusedChoices()
 {
     const auto installed = bundles();
+    const QStringList formats = namesOfFormats(installed);
     const CommandLine erase { Verb::EraseVolume, u"FAT16"_s, u"NAME"_s, {} };
     const CommandLine verify { Verb::VerifyVolume, {}, {}, {} };
     QCOMPARE(codeOf(PreflightRules::refusalOfChoice(
-                 Operation::Erase, erase, volume(), personalityNamed(installed, u"FAT16"_s))),
+                 Operation::Erase, erase, volume(), personalityNamed(installed, u"FAT16"_s), formats)),
         ExitCode::Success);
-    QCOMPARE(codeOf(PreflightRules::refusalOfChoice(Operation::Erase, erase, volume(), {})),
-        ExitCode::UnknownFormat);
+    const auto noFormat = PreflightRules::refusalOfChoice(Operation::Erase, erase, volume(), {}, formats);
+    QCOMPARE(codeOf(noFormat), ExitCode::UnknownFormat);
+    QVERIFY(noFormat->message.endsWith(u": FAT, FAT16"_s));
     QCOMPARE(codeOf(PreflightRules::refusalOfChoice(
-                 Operation::Erase, erase, volume(), personalityNamed(installed, u"FAT32"_s))),
+                 Operation::Erase, erase, volume(), personalityNamed(installed, u"FAT32"_s), formats)),
         ExitCode::NotSupported);
-    QCOMPARE(codeOf(PreflightRules::refusalOfChoice(Operation::Verify, verify, volume(), {})),
+    QCOMPARE(codeOf(PreflightRules::refusalOfChoice(Operation::Verify, verify, volume(), {}, formats)),
         ExitCode::NotSupported);
     Medium unknown = volume();
     unknown.kind.clear();
-    const auto refusal = PreflightRules::refusalOfChoice(Operation::Verify, verify, unknown, {});
+    const auto refusal = PreflightRules::refusalOfChoice(Operation::Verify, verify, unknown, {}, formats);
     QCOMPARE(codeOf(refusal), ExitCode::NotSupported);
     QVERIFY(refusal->message.contains(u"no known file system"_s));
 }

@@ -12,7 +12,8 @@ std::optional<Refusal> chooseBundle(JobPlan &plan, const CommandLine &line)
     const PersonalityChoice choice = plan.operation == Operation::Erase
         ? personalityNamed(plan.bundles, line.format)
         : personalityForVolume(plan.bundles, plan.medium.kind, plan.medium.subtype, plan.operation);
-    if (auto refusal = PreflightRules::refusalOfChoice(plan.operation, line, plan.medium, choice))
+    if (auto refusal = PreflightRules::refusalOfChoice(
+            plan.operation, line, plan.medium, choice, namesOfFormats(plan.bundles)))
         return refusal;
     if (plan.operation == Operation::Erase) {
         if (auto refusal = PreflightRules::refusalOfErase(line, plan.medium, choice))
