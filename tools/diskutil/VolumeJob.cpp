@@ -14,7 +14,14 @@ QString dissenterText(const DADissenterRef &dissenter)
 {
     if (dissenter->statusString)
         return *dissenter->statusString;
-    return u"0x%1"_s.arg(dissenter->status, 8, 16, QLatin1Char('0'));
+    switch (static_cast<DAReturn>(dissenter->status)) {
+    case DAReturn::Busy:
+        return u"it is in use"_s;
+    case DAReturn::NotFound:
+        return u"it has gone"_s;
+    default:
+        return u"the disk service gives no reason"_s;
+    }
 }
 
 // Every word in brackets, so that a name with spaces, quotes or brackets cannot pass for several.
@@ -305,11 +312,25 @@ void VolumeJob::mountAnswered(const DADissenterRef &dissenter)
             awaitNewVolume();
             return;
         }
-        Q_EMIT said(u"%1 could not be mounted: %2"_s.arg(m_plan.medium.bsdName, dissenterText(dissenter)));
+        reportRefusedMount(dissenter);
     }
     if (isOldVolumeLost() && !medium.mountPoint.isEmpty())
         m_environment.machine.giveToDesktopUser(medium.mountPoint);
     finish();
+}
+
+// A volume that was there before is as good as it was. The new one is what was asked for, and nobody can use
+// it.
+void VolumeJob::reportRefusedMount(const DADissenterRef &dissenter)
+{
+    const QString line
+        = u"%1 could not be mounted: %2"_s.arg(m_plan.medium.bsdName, dissenterText(dissenter));
+    if (!isOldVolumeLost() || m_outcome != ExitCode::Success) {
+        Q_EMIT said(line);
+        return;
+    }
+    m_outcome = ExitCode::MountRefused;
+    Q_EMIT complained(u"the new volume on "_s + line);
 }
 
 void VolumeJob::giveServiceUp()

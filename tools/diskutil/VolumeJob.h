@@ -86,6 +86,7 @@ private:
     void awaitNewVolume();
     void mount();
     void mountAnswered(const DADissenterRef &dissenter);
+    void reportRefusedMount(const DADissenterRef &dissenter);
     void giveServiceUp();
     void finish();
 
