@@ -35,6 +35,7 @@ MEDIUM_CHANGED = 17
 TOOL_FAILED = 18
 INTERRUPTED = 19
 MOUNT_REFUSED = 20
+NOT_WHOLE_DISK = 21
 
 
 def diskutil(*arguments, **options):

@@ -28,6 +28,18 @@ std::optional<BundleTool> toolOf(
     return BundleTool { executable, dictionary.texts(argumentsKey) };
 }
 
+PartitionTypes partitionTypesOf(const PropertyDictionary &dictionary)
+{
+    PartitionTypes types;
+    const QString gpt = dictionary.text(u"FSPartitionTypeGPT"_s);
+    const QString mbr = dictionary.text(u"FSPartitionTypeMBR"_s);
+    if (DiskLayoutRules::isPartitionType(PartitionScheme::Gpt, gpt))
+        types.gpt = gpt;
+    if (DiskLayoutRules::isPartitionType(PartitionScheme::Mbr, mbr))
+        types.mbr = mbr;
+    return types;
+}
+
 Personality readPersonality(
     const QString &bundleName, const QString &key, const PropertyDictionary &dictionary)
 {
@@ -41,6 +53,7 @@ Personality readPersonality(
         toolOf(dictionary, u"FSFormatExecutable"_s, u"FSFormatArguments"_s),
         toolOf(dictionary, u"FSVerificationExecutable"_s, u"FSVerificationArguments"_s),
         toolOf(dictionary, u"FSRepairExecutable"_s, u"FSRepairArguments"_s),
+        partitionTypesOf(dictionary),
     };
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "filesystems/BundleScan.h"
+#include "filesystems/disk_layout_rules.h"
 #include "tools/diskutil/LabelRule.h"
 
 #include <QStringList>
@@ -29,6 +30,7 @@ struct Personality
     std::optional<BundleTool> format;
     std::optional<BundleTool> verification;
     std::optional<BundleTool> repair;
+    PartitionTypes partitionTypes; // of a partition that eraseDisk makes for it
 
     const std::optional<BundleTool> &tool(Operation operation) const;
 };

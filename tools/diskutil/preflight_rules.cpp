@@ -11,6 +11,7 @@ std::optional<Operation> operationOfVerb(Verb verb)
 {
     switch (verb) {
     case Verb::EraseVolume:
+    case Verb::EraseDisk:
         return Operation::Erase;
     case Verb::VerifyVolume:
         return Operation::Verify;
