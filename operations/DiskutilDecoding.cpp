@@ -100,7 +100,7 @@ QString diskutilComplaints(const QByteArray &output)
 
 QString diskutilVerbNoun(const QString &verb)
 {
-    if (verb == "eraseVolume"_L1)
+    if (verb == "eraseVolume"_L1 || verb == "eraseDisk"_L1)
         return u"format"_s;
     if (verb == "verifyVolume"_L1)
         return u"check"_s;

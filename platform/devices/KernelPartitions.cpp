@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/KernelPartitions.h"
 
+#include "platform/BlockDevice.h"
 #include "platform/DeviceUse.h"
 #include "platform/FileDescriptor.h"
 
@@ -9,6 +10,8 @@
 #include <fcntl.h>
 #include <linux/blkpg.h>
 #include <sys/ioctl.h>
+
+using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
@@ -37,6 +40,11 @@ int numberOf(const QString &partitionNode)
 }
 
 } // namespace
+
+bool takesPartitions(const QString &diskNode)
+{
+    return !kernelDeviceName(diskNode).startsWith("dm-"_L1);
+}
 
 bool makeOnlyPartition(const QString &diskNode, qint64 start, qint64 size)
 {

@@ -49,6 +49,11 @@
         <extracomment>Item of the Disk menu and the menu of a row: shows the page on which a volume is formatted. The dots say that nothing happens yet.</extracomment>
         <translation>&amp;تهيئة…</translation>
     </message>
+    <message id="ERASE_DISK_MENU_ITEM_TITLE">
+        <source>Erase &amp;Disk…</source>
+        <extracomment>Item of the Disk menu and of the menu of a row: opens a sheet that asks how the whole disk is to be erased. &amp; marks the letter that chooses it.</extracomment>
+        <translation>محو ال&amp;قرص…</translation>
+    </message>
     <message id="CHECK_MENU_ITEM_TITLE">
         <source>Chec&amp;k</source>
         <extracomment>Item of the Disk menu and the menu of a row: looks for errors in the file system of the selected volume and changes nothing.</extracomment>
@@ -402,6 +407,21 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <source>nothing recognised</source>
         <extracomment>Stands after “Current content:” when no known file system was found. It does not mean that there is no data.</extracomment>
         <translation>لم يُتعرّف على شيء</translation>
+    </message>
+    <message id="ERASE_DISK_SHEET_TITLE">
+        <source>Erase Disk</source>
+        <extracomment>Title of the sheet that asks how a whole disk is to be erased.</extracomment>
+        <translation>محو القرص</translation>
+    </message>
+    <message id="ERASE_DISK_SCHEME_CAPTION">
+        <source>&amp;Partition scheme:</source>
+        <extracomment>Caption in that sheet: how the disk is divided into partitions, MBR or GPT. &amp; marks the letter that leads there.</extracomment>
+        <translation>نظام التق&amp;سيم:</translation>
+    </message>
+    <message id="ERASE_DISK_CONTINUE_BUTTON_TEXT">
+        <source>&amp;Erase…</source>
+        <extracomment>Button of that sheet: a question follows before anything is erased. &amp; marks its letter.</extracomment>
+        <translation>&amp;محو…</translation>
     </message>
     <message id="ACTIVITY_FORMATTING_FMT">
         <source>Formatting %@…</source>

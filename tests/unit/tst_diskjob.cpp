@@ -127,6 +127,7 @@ public:
     std::optional<DeviceIdentity> heldIdentity = identity;
     bool isTaken = false; // the new partition, by the kernel
     bool isClaimed = false;
+    bool takesPartitions = true;
 
     // What came of it.
     QStringList said;
@@ -172,6 +173,7 @@ private:
         machine.holdDevice = [this](const auto &) {
             return HeldDevice { [this] { return heldIdentity; }, [this] { return isClaimed; } };
         };
+        machine.takesPartitions = [this](const auto &) { return takesPartitions; };
         machine.makeOnlyPartition = [this](const auto &...) { return isTaken; };
         machine.announceChange = [this](const QString &device) { announced.append(device); };
         machine.giveToDesktopUser = [](const QString &) { };
@@ -197,6 +199,7 @@ class TestDiskJob : public QObject
 private Q_SLOTS:
     void wholeCourse();
     void schemeThatIsAskedFor();
+    void diskThatTakesNoPartitions();
     void everyPartInUseIsNamed();
     void volumeThatIsTooSmallForTheFormat();
     void refusedUnmountMountsAgain();
@@ -255,6 +258,15 @@ void TestDiskJob::schemeThatIsAskedFor()
     QCOMPARE(
         run.exits, only(ExitCode::SizeOutOfRange)); // the copy of the table takes the room that is needed
     QVERIFY(run.complained.constFirst().contains(u"too small"_s));
+}
+
+void TestDiskJob::diskThatTakesNoPartitions()
+{
+    Run run;
+    run.takesPartitions = false;
+    run.start();
+    QCOMPARE(run.exits, only(ExitCode::NotSupported));
+    QVERIFY(run.programs().isEmpty() && run.service.requests().empty());
 }
 
 void TestDiskJob::everyPartInUseIsNamed()

@@ -81,6 +81,10 @@ std::variant<DiskPlan, std::vector<Refusal>> planDisk(
     if (!disk->isWhole)
         return std::vector { Refusal {
             ExitCode::NotWholeDisk, u"%1 is a partition, not a whole disk"_s.arg(disk->bsdName) } };
+    if (!machine.takesPartitions(disk->deviceNode))
+        return std::vector { Refusal { ExitCode::NotSupported,
+            u"%1 is made from other devices and takes no partitions; eraseVolume makes it a volume"_s.arg(
+                disk->bsdName) } };
     DiskPlan plan;
     plan.disk = *disk;
     plan.identity = machine.readDeviceIdentity(disk->deviceNode);

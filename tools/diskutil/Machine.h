@@ -74,6 +74,7 @@ struct Machine
         = [](const QString &deviceNode) { return ::readDeviceIdentity(deviceNode); };
     std::function<HeldDevice(const QString &deviceNode)> holdDevice = &::holdDevice;
     std::function<void(const QString &deviceNode)> announceChange = &::announceChange;
+    std::function<bool(const QString &diskNode)> takesPartitions = &::takesPartitions;
     std::function<bool(const QString &diskNode, qint64 start, qint64 size)> makeOnlyPartition
         = &::makeOnlyPartition;
     std::function<void(const QString &mountPoint)> giveToDesktopUser = &::giveToDesktopUser;
