@@ -6,6 +6,7 @@
 
 #include "disks/ZorvexDiskManagerDiskListItem.h"
 #include "filesystems/FilesystemCatalogue.h"
+#include "platform/BlockDevice.h"
 #include "platform/DetachedThread.h"
 #include "platform/DeviceUse.h"
 #include "platform/DiskArbitration.h"
@@ -25,6 +26,8 @@ struct ApplicationPlatform
     DASessionFactory createSession;
     std::shared_ptr<MountTable> mountTable;
     std::shared_ptr<Workspace> workspace;
+    std::function<bool(const QString &deviceNode)> isSystemDevice
+        = [](const QString &deviceNode) { return ::isSystemDevice(deviceNode); };
     std::function<std::unique_ptr<ShellPipe>()> createShellPipe;
     std::function<int(std::function<void()> task)> startThread = &startDetachedThread;
 

@@ -111,11 +111,13 @@ void enableAsButton(QAction *action, const QPushButton *button, const QTabWidget
 }
 
 // What the menus offer for the disk that the panel shows.
-void followPanel(const Ui::MainWindow &ui)
+void followPanel(
+    const ZorvexDiskManagerAppDelegate &controller, const DiskRecord &disk, const Ui::MainWindow &ui)
 {
     ui.actionMountUnmount->setText(ui.mountUnmountButton->text());
     enableAsButton(ui.actionMountUnmount, ui.mountUnmountButton, ui.rightTabView, ui.infoTab);
     enableAsButton(ui.actionFormat, ui.formatButton, ui.rightTabView, ui.formatTab);
+    ui.actionEraseDisk->setEnabled(disk && controller.canEraseDisk(*disk));
     enableAsButton(ui.actionCheck, ui.checkButton, ui.rightTabView, ui.maintenanceTab);
     enableAsButton(ui.actionRepair, ui.repairButton, ui.rightTabView, ui.maintenanceTab);
 }
@@ -123,8 +125,8 @@ void followPanel(const Ui::MainWindow &ui)
 void connectToPanel(const ZorvexDiskManagerAppDelegate &controller, const Ui::MainWindow &ui)
 {
     QObject::connect(&controller, &ZorvexDiskManagerAppDelegate::panelDidChange, ui.rightTabView,
-        [ui, shown = DiskRecord()](const DiskRecord &disk) mutable {
-            followPanel(ui);
+        [&controller, ui, shown = DiskRecord()](const DiskRecord &disk) mutable {
+            followPanel(controller, disk, ui);
             // A menu that was opened for one disk does nothing to another.
             if (disk != std::exchange(shown, disk)) {
                 ui.diskMenu->close();
@@ -178,6 +180,7 @@ void connectActions(ZorvexDiskManagerAppDelegate &controller, QMainWindow *windo
     connectButton(ui.repairButton, controller, &Controller::clickRepairButton);
     connectToButton(ui.actionMountUnmount, ui.mountUnmountButton, ui.rightTabView, ui.infoTab);
     connectFormatAction(ui);
+    connectAction(ui.actionEraseDisk, controller, &Controller::clickEraseDiskMenuItem);
     connectToButton(ui.actionCheck, ui.checkButton, ui.rightTabView, ui.maintenanceTab);
     connectToButton(ui.actionRepair, ui.repairButton, ui.rightTabView, ui.maintenanceTab);
     connectToPanel(controller, ui);

@@ -13,13 +13,15 @@
 //   Mount, unmount, eject  operations/MountUnmountEject.cpp
 //   Volume labels        operations/VolumeLabel.cpp
 //   Format               operations/Format.cpp
+//   Erase disk           operations/EraseDisk.cpp
 //   Check and repair     operations/CheckRepair.cpp
 //   Information panel    ui/InformationPanel.cpp
 //   Presentation         ui/Presentation.cpp
 //   Outline view         ui/DiskOutline.cpp
 //   Split view           ui/DiskSplitView.cpp
 //
-// Main thread only, but for doFormat(), doCheck() and doRepair(), which are the bodies of worker threads.
+// Main thread only, but for doFormat(), doEraseDisk(), doCheck() and doRepair(), which are the bodies of
+// worker threads.
 #pragma once
 
 #include "app/ApplicationPlatform.h"
@@ -49,6 +51,7 @@ class QMainWindow;
 class QPushButton;
 class QTabWidget;
 struct CheckRepairOutputChunk;
+struct EraseDiskChoice;
 
 class ZorvexDiskManagerAppDelegate : public QObject,
                                      public OutlineDataSource,
@@ -201,6 +204,15 @@ public:
     void postFormatRenameMountFinished(
         const std::shared_ptr<ZorvexDiskManagerFormatParams> &params, const DADissenterRef &dissenter);
 
+    // --- Erase disk. Implemented in operations/EraseDisk.cpp ---
+
+    // Whether the menus offer to erase this medium: a whole disk that can be written and does not carry the
+    // system.
+    bool canEraseDisk(const ZorvexDiskManagerDisk &disk) const;
+    Q_INVOKABLE void clickEraseDiskMenuItem(QObject *sender);
+    // Ends the operation, and selects the new volume unless the user has gone elsewhere meanwhile.
+    void eraseDiskFinished(const DiskRecord &disk, bool hasFailed);
+
     // --- Check and repair. Implemented in operations/CheckRepair.cpp ---
 
     Q_INVOKABLE void clickCheckButton(QObject *sender);
@@ -283,6 +295,13 @@ private:
         std::function<void(AlertSheet *, int)> didEnd);
     void reportOutcome(const DiskRecord &disk, const QString &format, const DADissenterRef &dissenter,
         const std::optional<QString> &reason = {});
+
+    // operations/EraseDisk.cpp
+    QString eraseTargetText(const ZorvexDiskManagerDisk &disk) const;
+    void confirmEraseDisk(const DiskRecord &disk, const EraseDiskChoice &choice);
+    void beginEraseDisk(const DiskRecord &disk, const EraseDiskChoice &choice);
+    static void doEraseDisk(const DiskRecord &disk, const QString &arguments,
+        const std::shared_ptr<MainThreadRelay> &relay, ShellPipe &pipe); // on a worker thread
 
     // operations/Format.cpp, operations/CheckRepair.cpp: bodies of worker threads
     // True after an alert that says how the medium is in use, beyond what an unmount ends.

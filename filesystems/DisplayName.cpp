@@ -47,12 +47,15 @@ std::optional<QString> localizedName(const ZorvexDiskManagerFSBundle &record, co
 
 } // namespace
 
+QString shownSpelling(const QString &bundleName, QString name)
+{
+    if (bundleName == "exfat"_L1)
+        name.replace("ExFAT"_L1, "exFAT"_L1);
+    return name;
+}
+
 QString getFilesystemTypeString(const ZorvexDiskManagerFSBundle &record, const QStringList &languages)
 {
-    std::optional<QString> name = localizedName(record, languages);
-    if (!name)
-        return record.fallbackName();
-    if (record.bundleName == "exfat"_L1)
-        name->replace("ExFAT"_L1, "exFAT"_L1);
-    return *name;
+    const std::optional<QString> name = localizedName(record, languages);
+    return name ? shownSpelling(record.bundleName, *name) : record.fallbackName();
 }

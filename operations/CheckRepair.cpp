@@ -4,6 +4,7 @@
 #include "app/ZorvexDiskManagerAppDelegate.h"
 
 #include "operations/CheckRepairOutputChunk.h"
+#include "operations/DiskutilDecoding.h"
 #include "operations/DiskutilRunner.h"
 #include "platform/SystemLog.h"
 
@@ -50,6 +51,14 @@ void HandleCheckRepairOutput(void *context, std::size_t length, const char *byte
     // The chunk lives on this thread's stack: it is safe because the relay returns only when it has been
     // taken in or never will be.
     run.relay.performAndWait([&chunk] { chunk.disk->delegate->updateCheckRepairOutput(chunk); });
+}
+
+// The runner's message, and below it why the tool has refused. The rest of the output is on the Maintenance
+// page.
+QString withComplaints(const QString &message, const std::optional<OutputBuffer> &output)
+{
+    const QString complaints = output ? diskutilComplaints(output->bytes()) : QString();
+    return complaints.isEmpty() ? message : QString(message + u'\n' + complaints);
 }
 
 } // namespace
@@ -108,7 +117,8 @@ void ZorvexDiskManagerAppDelegate::doCheckRepair(const DiskRecord &disk, const Q
     if (code != 0)
         systemLog(u"Error returned by invokeDiskutilWithVerb: %1"_s.arg(code));
     if (message)
-        relay->performAndWait([&] { disk->delegate->errorMessage(*message); });
+        relay->performAndWait(
+            [&] { disk->delegate->errorMessage(withComplaints(*message, disk->checkRepairOutput)); });
     relay->perform([disk] { disk->delegate->checkRepairFinished(disk); });
 }
 

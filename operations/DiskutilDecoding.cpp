@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "operations/DiskutilDecoding.h"
 
+#include <QByteArrayList>
+#include <QStringList>
+
 #include <cerrno>
 
 #include "platform/NoWidgets.h"
@@ -19,6 +22,10 @@ constexpr unsigned stopMark = 0x7F;
 constexpr unsigned continuedStatus = 0x1300;
 
 constexpr int verdictHasErrors = 1;
+
+// How diskutil and the shell begin what they write to their standard error.
+const QByteArray ownComplaintStart = "diskutil: "_ba;
+const QByteArray shellComplaintStart = "sh: "_ba;
 
 std::optional<DiskutilFailure> decodeExitCode(int exitCode, const QString &verb)
 {
@@ -79,9 +86,21 @@ std::optional<DiskutilFailure> decodeDiskutilStatus(int status, const QString &v
             + (bits & coreDumpFlag ? " (core dumped)"_L1 : ""_L1) + u'.' };
 }
 
+QString diskutilComplaints(const QByteArray &output)
+{
+    QStringList complaints;
+    for (const QByteArray &line : output.split('\n')) {
+        if (line.startsWith(ownComplaintStart))
+            complaints.append(QString::fromUtf8(line.mid(ownComplaintStart.size())));
+        else if (line.startsWith(shellComplaintStart))
+            complaints.append(QString::fromUtf8(line));
+    }
+    return complaints.join(u'\n');
+}
+
 QString diskutilVerbNoun(const QString &verb)
 {
-    if (verb == "eraseVolume"_L1)
+    if (verb == "eraseVolume"_L1 || verb == "eraseDisk"_L1)
         return u"format"_s;
     if (verb == "verifyVolume"_L1)
         return u"check"_s;

@@ -48,5 +48,9 @@ struct DiskutilFailure
 // The failure that the wait status of a finished run means; std::nullopt for success.
 std::optional<DiskutilFailure> decodeDiskutilStatus(int status, const QString &verb);
 
+// The lines of the output that say why nothing was done, or not all of it: diskutil's complaints, without its
+// name before them, and those of the shell that could not run it. Empty when there are none.
+QString diskutilComplaints(const QByteArray &output);
+
 // "format", "check" or "repair"; "?" for any other verb.
 QString diskutilVerbNoun(const QString &verb);

@@ -158,9 +158,17 @@ void ZorvexDiskManagerAppDelegate::ejectDidForceUnmountDisk(const DiskRecord &di
 void ZorvexDiskManagerAppDelegate::reportOutcome(const DiskRecord &disk, const QString &format,
     const DADissenterRef &dissenter, const std::optional<QString> &reason)
 {
-    if (dissenter)
-        errorMessage(formatLocalized(
-            format, { disk->description(), reason.value_or(dissenterStatusToString(*dissenter)) }));
+    if (!dissenter)
+        return;
+    const QString text = dissenterStatusToString(*dissenter);
+    QString told = text;
+    if (reason) {
+        told = *reason;
+    } else if (!DissenterRules::hasReason(*dissenter)) {
+        systemLog(u"The disk service refused a request without a reason: %1"_s.arg(text));
+        told = localizedString("DISK_SERVICE_GAVE_NO_REASON_TEXT");
+    }
+    errorMessage(formatLocalized(format, { disk->description(), told }));
 }
 
 void ZorvexDiskManagerAppDelegate::diskArbitrationDiskDidMount(

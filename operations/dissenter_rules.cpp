@@ -16,9 +16,7 @@ namespace {
 // Both bits mark a system error number that the service wraps.
 constexpr quint32 systemErrorBits = 0xC000;
 
-} // namespace
-
-QString textOf(const DADissenter &dissenter)
+const QHash<quint32, QString> &statusNames()
 {
     static const QHash<quint32, QString> names {
         { static_cast<quint32>(DAReturn::Success), u"kDAReturnSuccess"_s },
@@ -35,12 +33,29 @@ QString textOf(const DADissenter &dissenter)
         { static_cast<quint32>(DAReturn::NotWritable), u"kDAReturnNotWritable"_s },
         { static_cast<quint32>(DAReturn::Unsupported), u"kDAReturnUnsupported"_s },
     };
+    return names;
+}
+
+bool wrapsSystemError(const DADissenter &dissenter)
+{
+    return (dissenter.status & systemErrorBits) == systemErrorBits;
+}
+
+} // namespace
+
+bool hasReason(const DADissenter &dissenter)
+{
+    return dissenter.statusString || statusNames().contains(dissenter.status) || wrapsSystemError(dissenter);
+}
+
+QString textOf(const DADissenter &dissenter)
+{
     if (dissenter.statusString)
         return *dissenter.statusString;
-    const auto name = names.constFind(dissenter.status);
-    if (name != names.constEnd())
+    const auto name = statusNames().constFind(dissenter.status);
+    if (name != statusNames().constEnd())
         return *name;
-    if ((dissenter.status & systemErrorBits) == systemErrorBits)
+    if (wrapsSystemError(dissenter))
         return errnoText(static_cast<int>(dissenter.status & ~systemErrorBits));
     return u"<Unknown DAReturn value: %1>"_s.arg(QString::number(dissenter.status, 16).toUpper());
 }

@@ -12,6 +12,8 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
+const QByteArray errorsIntoOutput = " 2>&1"_ba;
+
 // Characters that stand for themselves outside of quotes, anywhere in a word.
 bool isLiteral(char c)
 {
@@ -25,8 +27,8 @@ bool isLiteral(char c)
 bool isSingleProgram(const QByteArray &command)
 {
     QByteArrayView text = command;
-    if (text.endsWith(" 2>&1"))
-        text = text.chopped(5);
+    if (text.endsWith(errorsIntoOutput))
+        text = text.chopped(errorsIntoOutput.size());
     bool isQuoted = false;
     for (const char c : text) {
         if (c == '\'')
@@ -55,8 +57,12 @@ bool PosixShellPipe::open(const QByteArray &command)
         errno = EINVAL;
         return false;
     }
-    // The program replaces the shell, which as its parent would turn a death by signal into an exit code.
-    const QByteArray line = QByteArray("exec ").append(command);
+    // The program replaces the shell, which as its parent would turn a death by signal into an exit code. The
+    // shell reads line by line: where the command has its errors in the output, those that the shell finds in
+    // it, such as a quote that is left open, stand there as well.
+    const QByteArray ownErrors
+        = command.endsWith(errorsIntoOutput) ? "exec"_ba + errorsIntoOutput + '\n' : ""_ba;
+    const QByteArray line = ownErrors + "exec " + command;
     // Close-on-exec: a program that another thread starts meanwhile must not inherit this end of the pipe.
     m_stream = popen(line.constData(), "re");
     return m_stream != nullptr;

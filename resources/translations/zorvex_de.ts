@@ -49,6 +49,11 @@
         <extracomment>Item of the Disk menu and the menu of a row: shows the page on which a volume is formatted. The dots say that nothing happens yet.</extracomment>
         <translation>&amp;Formatieren …</translation>
     </message>
+    <message id="ERASE_DISK_MENU_ITEM_TITLE">
+        <source>Erase &amp;Disk…</source>
+        <extracomment>Item of the Disk menu and of the menu of a row: opens a sheet that asks how the whole disk is to be erased. &amp; marks the letter that chooses it.</extracomment>
+        <translation>Da&amp;tenträger löschen …</translation>
+    </message>
     <message id="CHECK_MENU_ITEM_TITLE">
         <source>Chec&amp;k</source>
         <extracomment>Item of the Disk menu and the menu of a row: looks for errors in the file system of the selected volume and changes nothing.</extracomment>
@@ -293,6 +298,11 @@ Hängt Datenträger und Volumes ein und aus, formatiert, prüft und repariert si
         <extracomment>Button of the question after a failed unmount: leaves everything as it is.</extracomment>
         <translation>&amp;Abbrechen</translation>
     </message>
+    <message id="DISK_SERVICE_GAVE_NO_REASON_TEXT">
+        <source>The disk service gave no reason.</source>
+        <extracomment>Stands as the reason in an alert, after “Error while mounting disk2s1:”, when the disk service gives none.</extracomment>
+        <translation>Der Laufwerksdienst hat keinen Grund genannt.</translation>
+    </message>
     <message id="FAILED_TO_UNMOUNT_VOLUME_TITLE">
         <source>The volume could not be unmounted</source>
         <extracomment>Title of the question after a failed unmount.</extracomment>
@@ -432,6 +442,21 @@ Hängt Datenträger und Volumes ein und aus, formatiert, prüft und repariert si
         <source>nothing recognised</source>
         <extracomment>Stands after “Current content:” when no known file system was found. It does not mean that there is no data.</extracomment>
         <translation>nichts erkannt</translation>
+    </message>
+    <message id="ERASE_DISK_SHEET_TITLE">
+        <source>Erase Disk</source>
+        <extracomment>Title of the sheet that asks how a whole disk is to be erased.</extracomment>
+        <translation>Datenträger löschen</translation>
+    </message>
+    <message id="ERASE_DISK_SCHEME_CAPTION">
+        <source>&amp;Partition scheme:</source>
+        <extracomment>Caption in that sheet: how the disk is divided into partitions, MBR or GPT. &amp; marks the letter that leads there.</extracomment>
+        <translation>&amp;Partitionsschema:</translation>
+    </message>
+    <message id="ERASE_DISK_CONTINUE_BUTTON_TEXT">
+        <source>&amp;Erase…</source>
+        <extracomment>Button of that sheet: a question follows before anything is erased. &amp; marks its letter.</extracomment>
+        <translation>&amp;Löschen …</translation>
     </message>
     <message id="CONTENT_ENCRYPTED_TEXT">
         <source>encrypted</source>

@@ -82,6 +82,15 @@ class Refusals(DiskutilCase):
                 self.assert_refused(case.UNKNOWN_FORMAT, "no installed file system", "eraseVolume", name, "Name",
                                     disk.partitions[0], disk=disk)
 
+    def test_the_names_of_the_file_systems_are_listed(self):
+        disk = self.make_disk(20)
+        result = diskutil("eraseVolume", "ReiserFS", "Name", disk.partitions[0])
+        for name in ["exFAT", "ext4", "MS-DOS (FAT32)", "NTFS"]:
+            self.assertIn(name, result.stderr)
+
+    def test_every_user_finds_the_program(self):
+        self.assertEqual(os.readlink(os.path.join(case.ROOT, "usr/bin/diskutil")), "../sbin/diskutil")
+
     def test_names_that_a_file_system_does_not_take(self):
         disk = self.make_disk(330)
         for file_system, name, words in [

@@ -59,8 +59,10 @@ QString probedType(const ZorvexDiskManagerFSBundle &bundle)
 // A format whose volume this machine has no driver to mount says so at its end.
 bool isMountFailure(const AlertSheet *sheet)
 {
-    return sheet->informativeText().startsWith(u"Error while mounting"_s)
-        && sheet->informativeText().endsWith(u"not configured in kernel."_s);
+    const QString text = sheet->informativeText();
+    const bool isOfFormat = text.startsWith(u"diskutil returned error code: 20\nOutput:\n"_s);
+    return (isOfFormat || text.startsWith(u"Error while mounting"_s))
+        && text.trimmed().endsWith(u"not configured in kernel."_s);
 }
 
 } // namespace

@@ -123,6 +123,8 @@ private Q_SLOTS:
     void verdictOfACheck();
     void verdictOfARepair();
     void otherFailureCarriesNoOutput();
+    void refusalIsToldAsItsSentence_data();
+    void refusalIsToldAsItsSentence();
     void stateWhileItRuns();
     void progressIsShownInTheBar();
     void rewrittenLineShowsItsLastState();
@@ -215,6 +217,33 @@ void TestCheckRepair::otherFailureCarriesNoOutput()
     QTRY_VERIFY(!test.record->operationInProgress);
     QCOMPARE(test.alertText(), u"diskutil returned error code: 2"_s);
     QVERIFY(test.log.lines().contains(u"Error returned by invokeDiskutilWithVerb: 22"_s));
+}
+
+void TestCheckRepair::refusalIsToldAsItsSentence_data()
+{
+    QTest::addColumn<QByteArray>("script");
+    QTest::addColumn<QString>("alert");
+    QTest::newRow("refusal") << "echo 'diskutil: disk2s1 is in use: dm-0 uses it' >&2\nexit 6\n"_ba
+                             << u"diskutil returned error code: 6\ndisk2s1 is in use: dm-0 uses it"_s;
+    QTest::newRow("after a tool's words")
+        << "echo Started\nprintf '10%%\\r20%%\\r\\n'\necho 'diskutil: it failed'\necho End\nexit 18\n"_ba
+        << u"diskutil returned error code: 18\nit failed"_s;
+    QTest::newRow("shell")
+        << "exec sh -c 'exec /nonexistent/diskutil'\n"_ba
+        << u"diskutil returned error code: 127\nsh: 1: exec: /nonexistent/diskutil: not found"_s;
+    QTest::newRow("verdict") << "echo 'a diskutil: x'\nexit 1\n"_ba
+                             << u"Encountered errors when checking the volume.\n"
+                                "Filesystem needs to be repaired."_s;
+}
+
+void TestCheckRepair::refusalIsToldAsItsSentence()
+{
+    QFETCH(const QByteArray, script);
+    QFETCH(const QString, alert);
+    CheckTest test(script);
+    test.controller().checkButton->click();
+    QTRY_VERIFY(!test.record->operationInProgress);
+    QCOMPARE(test.alertText(), alert);
 }
 
 void TestCheckRepair::stateWhileItRuns()

@@ -171,8 +171,8 @@ void TestMenus::menusShowTheirShortcuts()
 {
     TestController test;
     test.launch();
-    const QStringList operations { u"Mount|Ctrl+E"_s, u"Format…|Ctrl+Shift+F"_s, u"Check|Ctrl+K"_s,
-        u"Repair|Ctrl+R"_s };
+    const QStringList operations { u"Mount|Ctrl+E"_s, u"Format…|Ctrl+Shift+F"_s,
+        u"Erase Disk…|Ctrl+Shift+E"_s, u"Check|Ctrl+K"_s, u"Repair|Ctrl+R"_s };
     const QString show = u"Show in File Manager|Ctrl+Return"_s;
     QCOMPARE(titlesOf(test.window().findChild<QMenu *>(u"diskMenu"_s)), operations + QStringList { show });
     QCOMPARE(titlesOf(test.window().findChild<QMenu *>(u"rowMenu"_s)),

@@ -168,6 +168,7 @@ void TestMountUnmountEject::refusedMountIsReported_data()
     const QString unsupported = u"No supported file system found."_s;
     QTest::newRow("busy") << 0xF8DA0002 << none << u"kDAReturnBusy"_s;
     QTest::newRow("busy, in words") << 0xF8DA0002 << words << u"words of the service"_s;
+    QTest::newRow("a number of nobody's") << 0xF8DA000DU << none << u"The disk service gave no reason."_s;
     QTest::newRow("unsupported") << 0xF8DA000C << none << unsupported;
     QTest::newRow("unsupported, in words") << 0xF8DA000C << words << unsupported;
 }

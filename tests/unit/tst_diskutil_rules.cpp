@@ -89,6 +89,7 @@ private Q_SLOTS:
     void bundleWithOddValues();
     void executablesOutsideTheBundleAreNotTaken();
     void formatComesFromTheFirstBundle();
+    void formatIsNamedInAnyCaseAndAsTheMenuShowsIt();
     void personalityOfAVolume_data();
     void personalityOfAVolume();
     void bundlesThatServeTheSameVolumes();
@@ -97,6 +98,10 @@ private Q_SLOTS:
     void refusedChoices();
     void refusedErases();
     void refusedTools();
+    void layoutOfADisk_data();
+    void layoutOfADisk();
+    void schemesOfDisks();
+    void scriptsForTheTable();
 };
 
 void TestDiskutilRules::commandLine_data()
@@ -254,7 +259,30 @@ void TestDiskutilRules::formatComesFromTheFirstBundle()
     const PersonalityChoice choice = personalityNamed(installed, u"FAT16"_s);
     QCOMPARE(choice.bundle, &installed.front());
     QCOMPARE(choice.personality->key, u"FAT16"_s);
-    QVERIFY(!personalityNamed(installed, u"fat16"_s).personality);
+}
+
+void TestDiskutilRules::formatIsNamedInAnyCaseAndAsTheMenuShowsIt()
+{
+    PropertyDictionary exfat { { u"FSPersonalities"_s,
+        PropertyDictionary { { u"Big"_s,
+            PropertyDictionary {
+                { u"FSName"_s, u"ExFAT (large)"_s }, { u"FSFormatExecutable"_s, u"format"_s } } } } } };
+    auto installed = bundles();
+    installed.push_back(bundleOf({}, u"exfat"_s, exfat));
+    const Personality *big = &installed.back().personalities.front();
+    QCOMPARE(personalityNamed(installed, u"fat16"_s).personality->key, u"FAT16"_s);
+    for (const QString &name : { u"Big"_s, u"bIG"_s, u"exFAT (large)"_s, u"EXFAT (LARGE)"_s })
+        QCOMPARE(personalityNamed(installed, name).personality, big);
+    QVERIFY(!personalityNamed(installed, u"exFAT"_s).personality);
+    // A key letter for letter goes before one in another case, and that before a name of the menu.
+    exfat.insert(u"FSPersonalities"_s,
+        PropertyDictionary { { u"big"_s, PropertyDictionary {} },
+            { u"x"_s, PropertyDictionary { { u"FSName"_s, u"fat16"_s } } } });
+    installed.insert(installed.begin(), bundleOf({}, u"first"_s, exfat));
+    QCOMPARE(personalityNamed(installed, u"Big"_s).bundle->name, u"exfat"_s);
+    QCOMPARE(personalityNamed(installed, u"BIG"_s).bundle->name, u"first"_s);
+    QCOMPARE(personalityNamed(installed, u"fat16"_s).personality->key, u"FAT16"_s);
+    QCOMPARE(namesOfFormats(installed), QStringList({ u"FAT"_s, u"FAT16"_s, u"exFAT (large)"_s }));
 }
 
 void TestDiskutilRules::personalityOfAVolume_data()
@@ -341,21 +369,23 @@ void TestDiskutilRules::refusedDevices()
 void TestDiskutilRules::refusedChoices()
 {
     const auto installed = bundles();
+    const QStringList formats = namesOfFormats(installed);
     const CommandLine erase { Verb::EraseVolume, u"FAT16"_s, u"NAME"_s, {} };
     const CommandLine verify { Verb::VerifyVolume, {}, {}, {} };
     QCOMPARE(codeOf(PreflightRules::refusalOfChoice(
-                 Operation::Erase, erase, volume(), personalityNamed(installed, u"FAT16"_s))),
+                 Operation::Erase, erase, volume(), personalityNamed(installed, u"FAT16"_s), formats)),
         ExitCode::Success);
-    QCOMPARE(codeOf(PreflightRules::refusalOfChoice(Operation::Erase, erase, volume(), {})),
-        ExitCode::UnknownFormat);
+    const auto noFormat = PreflightRules::refusalOfChoice(Operation::Erase, erase, volume(), {}, formats);
+    QCOMPARE(codeOf(noFormat), ExitCode::UnknownFormat);
+    QVERIFY(noFormat->message.endsWith(u": FAT, FAT16"_s));
     QCOMPARE(codeOf(PreflightRules::refusalOfChoice(
-                 Operation::Erase, erase, volume(), personalityNamed(installed, u"FAT32"_s))),
+                 Operation::Erase, erase, volume(), personalityNamed(installed, u"FAT32"_s), formats)),
         ExitCode::NotSupported);
-    QCOMPARE(codeOf(PreflightRules::refusalOfChoice(Operation::Verify, verify, volume(), {})),
+    QCOMPARE(codeOf(PreflightRules::refusalOfChoice(Operation::Verify, verify, volume(), {}, formats)),
         ExitCode::NotSupported);
     Medium unknown = volume();
     unknown.kind.clear();
-    const auto refusal = PreflightRules::refusalOfChoice(Operation::Verify, verify, unknown, {});
+    const auto refusal = PreflightRules::refusalOfChoice(Operation::Verify, verify, unknown, {}, formats);
     QCOMPARE(codeOf(refusal), ExitCode::NotSupported);
     QVERIFY(refusal->message.contains(u"no known file system"_s));
 }
@@ -388,6 +418,76 @@ void TestDiskutilRules::refusedTools()
     QVERIFY(missing->message.contains(u"dosfstools"_s));
     QCOMPARE(codeOf(PreflightRules::refusalOfTool(installed.front(), { {}, u"anyone may write"_s })),
         ExitCode::UntrustedBundle);
+}
+
+void TestDiskutilRules::layoutOfADisk_data()
+{
+    QTest::addColumn<PartitionScheme>("scheme");
+    QTest::addColumn<qint64>("diskSize");
+    QTest::addColumn<qint64>("size"); // 0: none
+    constexpr qint64 mebibyte = qint64 { 1 } << 20;
+    QTest::newRow("MBR") << PartitionScheme::Mbr << 100 * mebibyte << 99 * mebibyte;
+    QTest::newRow("GPT") << PartitionScheme::Gpt << 100 * mebibyte << 98 * mebibyte;
+    QTest::newRow("odd size") << PartitionScheme::Mbr << 100 * mebibyte - 512 << 98 * mebibyte;
+    QTest::newRow("smallest") << PartitionScheme::Mbr << 2 * mebibyte << mebibyte;
+    QTest::newRow("too small") << PartitionScheme::Mbr << 2 * mebibyte - 512 << qint64 { 0 };
+    QTest::newRow("too small for the copy") << PartitionScheme::Gpt << 2 * mebibyte << qint64 { 0 };
+    QTest::newRow("no medium") << PartitionScheme::Gpt << qint64 { 0 } << qint64 { 0 };
+    constexpr qint64 reach = qint64 { 1 } << 41;
+    QTest::newRow("as far as MBR reaches") << PartitionScheme::Mbr << reach << reach - mebibyte;
+    QTest::newRow("beyond") << PartitionScheme::Mbr << reach + 512 << qint64 { 0 };
+    QTest::newRow("GPT beyond") << PartitionScheme::Gpt << 2 * reach << 2 * reach - 2 * mebibyte;
+}
+
+void TestDiskutilRules::layoutOfADisk()
+{
+    QFETCH(const PartitionScheme, scheme);
+    QFETCH(const qint64, diskSize);
+    QFETCH(const qint64, size);
+    const auto layout = DiskLayoutRules::layoutOfDisk(scheme, diskSize);
+    QCOMPARE(layout.has_value(), size > 0);
+    if (layout) {
+        QCOMPARE(layout->start, qint64 { 1 } << 20);
+        QCOMPARE(layout->size, size);
+    }
+}
+
+void TestDiskutilRules::schemesOfDisks()
+{
+    constexpr qint64 reach = qint64 { 1 } << 41;
+    QCOMPARE(DiskLayoutRules::usualScheme(true, reach), PartitionScheme::Mbr);
+    QCOMPARE(DiskLayoutRules::usualScheme(true, reach + 512), PartitionScheme::Gpt);
+    QCOMPARE(DiskLayoutRules::usualScheme(false, 1000), PartitionScheme::Gpt);
+
+    const auto parsed = parseCommandLine({ u"eraseDisk"_s, u"ext4"_s, u"N"_s, u"gpt"_s, u"disk1"_s });
+    QCOMPARE(std::get<CommandLine>(parsed).scheme, std::optional(PartitionScheme::Gpt));
+    QCOMPARE(std::get<CommandLine>(parsed).device, u"disk1"_s);
+    const auto plain = parseCommandLine({ u"eraseDisk"_s, u"ext4"_s, u"MBR"_s, u"disk1"_s });
+    QVERIFY(!std::get<CommandLine>(plain).scheme);
+    QCOMPARE(std::get<CommandLine>(plain).name, u"MBR"_s);
+    const auto other = parseCommandLine({ u"eraseDisk"_s, u"ext4"_s, u"N"_s, u"APM"_s, u"disk1"_s });
+    QCOMPARE(std::get<Refusal>(other).code, ExitCode::Usage);
+}
+
+// What becomes part of a script is a type, and nothing more.
+void TestDiskutilRules::scriptsForTheTable()
+{
+    const DiskLayout layout { PartitionScheme::Gpt, qint64 { 1 } << 20, qint64 { 98 } << 20 };
+    QCOMPARE(DiskLayoutRules::sfdiskScript(layout, {}),
+        "label: gpt\nstart=1MiB, size=98MiB, type=0FC63DAF-8483-4772-8E79-3D69D8477DE4\n"_ba);
+    PropertyDictionary personality { { u"FSPartitionTypeGPT"_s, u"EBD0A0A2-B9E5-4433-87C0-68B6B72699C7"_s },
+        { u"FSPartitionTypeMBR"_s, u"0c"_s } };
+    const auto typesOf = [&personality] {
+        const PropertyDictionary information { { u"FSPersonalities"_s,
+            PropertyDictionary { { u"X"_s, personality } } } };
+        return bundleOf({}, u"x"_s, information).personalities.front().partitionTypes;
+    };
+    QCOMPARE(typesOf().gpt, u"EBD0A0A2-B9E5-4433-87C0-68B6B72699C7"_s);
+    QCOMPARE(typesOf().mbr, u"0c"_s);
+    personality.insert(u"FSPartitionTypeGPT"_s, u"EBD0A0A2-B9E5-4433-87C0-68B6B72699C7\nsize=1"_s);
+    personality.insert(u"FSPartitionTypeMBR"_s, u"0c, bootable"_s);
+    QCOMPARE(typesOf().gpt, PartitionTypes().gpt);
+    QCOMPARE(typesOf().mbr, u"83"_s);
 }
 
 QTEST_APPLESS_MAIN(TestDiskutilRules)

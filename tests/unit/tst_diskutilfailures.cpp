@@ -308,6 +308,7 @@ void TestDiskutilFailures::statusIsDecoded()
 void TestDiskutilFailures::verbsHaveNouns()
 {
     QCOMPARE(diskutilVerbNoun(u"eraseVolume"_s), u"format"_s);
+    QCOMPARE(diskutilVerbNoun(u"eraseDisk"_s), u"format"_s);
     QCOMPARE(diskutilVerbNoun(u"verifyVolume"_s), u"check"_s);
     QCOMPARE(diskutilVerbNoun(u"repairVolume"_s), u"repair"_s);
     QCOMPARE(diskutilVerbNoun(u"list"_s), u"?"_s);

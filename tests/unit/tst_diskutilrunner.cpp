@@ -81,6 +81,7 @@ private slots:
     void placeholdersInTheOutputStayAsTheyAre();
     void toolThatIsMissing();
 
+    void complaintOfTheShellIsInTheOutput();
     void shellRunsOneProgramAndNothingElse_data();
     void shellRunsOneProgramAndNothingElse();
     void whatIsRunIsInTheLog();
@@ -280,6 +281,17 @@ void TestDiskutilRunner::toolThatIsMissing()
     QCOMPARE(run(u"verifyVolume"_s, pipe, collect), EINVAL);
     QCOMPARE(m_message, u"diskutil returned error code: 127"_s);
     QVERIFY(m_chunks.join().contains("/nonexistent/diskutil"));
+}
+
+void TestDiskutilRunner::complaintOfTheShellIsInTheOutput()
+{
+    ScriptPipe pipe("exit 0");
+    invokeDiskutilWithVerb(
+        u"eraseVolume"_s, u"'ext4' 'Bob's Disk' '/dev/disk2s1'"_s, nullptr, nullptr, m_message, pipe);
+    QVERIFY(m_message->startsWith(u"diskutil returned error code: 2\nOutput:\n"_s));
+    QVERIFY2(
+        m_message->contains(u"quoted string"_s, Qt::CaseInsensitive) || m_message->contains(u"matching"_s),
+        qPrintable(*m_message));
 }
 
 void TestDiskutilRunner::shellRunsOneProgramAndNothingElse_data()

@@ -79,6 +79,11 @@ void TestDissenterRules::unknownStatus()
     QCOMPARE(textOf(0x4010), u"<Unknown DAReturn value: 4010>"_s);
     QCOMPARE(textOf(0x8010), u"<Unknown DAReturn value: 8010>"_s);
     QCOMPARE(textOf(0xABC), u"<Unknown DAReturn value: ABC>"_s);
+    for (const quint32 status : { 0x1234U, 0xF8DA000DU, 0x4010U, 0x8010U })
+        QVERIFY(!DissenterRules::hasReason(DADissenter { status, std::nullopt }));
+    for (const quint32 status : { 0U, 0xF8DA0001U, 0xF8DA000CU, 0xC010U })
+        QVERIFY(DissenterRules::hasReason(DADissenter { status, std::nullopt }));
+    QVERIFY(DissenterRules::hasReason(DADissenter { 0x1234, u"words"_s }));
 }
 
 QTEST_APPLESS_MAIN(TestDissenterRules)

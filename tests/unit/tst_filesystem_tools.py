@@ -42,18 +42,18 @@ CALLS = {
     "btrfs/verify": ["btrfs check --readonly --progress DEVICE"],
     "btrfs/repair": ["btrfs check --readonly --progress DEVICE"],
     "exfat/verify": ["fsck.exfat -n DEVICE"],
-    "exfat/repair": ["fsck.exfat -y DEVICE"],
+    "exfat/repair": ["fsck.exfat -y DEVICE", "fsck.exfat -n DEVICE"],
     "ext/verify": ["e2fsck -f -n -C 0 DEVICE"],
     "ext/repair": ["e2fsck -f -y -C 0 DEVICE"],
     "f2fs/verify": ["fsck.f2fs --dry-run DEVICE"],
-    "f2fs/repair": ["fsck.f2fs -f -y DEVICE"],
+    "f2fs/repair": ["fsck.f2fs -f -y DEVICE", "fsck.f2fs --dry-run DEVICE"],
     "fat/verify": ["fsck.fat -n DEVICE"],
     "fat/repair": ["fsck.fat -a DEVICE"],
     "ntfs/verify": ["ntfsfix -n DEVICE", "ntfsinfo -m -f DEVICE", "ntfsresize --info --force --force --bad-sectors DEVICE"],
     "ntfs/repair": ["ntfsfix -d DEVICE", "ntfsfix -n DEVICE", "ntfsinfo -m -f DEVICE",
                     "ntfsresize --info --force --force --bad-sectors DEVICE"],
     "xfs/verify": ["xfs_repair -n DEVICE"],
-    "xfs/repair": ["xfs_repair DEVICE"],
+    "xfs/repair": ["xfs_repair DEVICE", "xfs_repair -n DEVICE"],
 }
 
 # Its n-th call does what the n-th line of its plan says, or ends with 0.
@@ -158,6 +158,22 @@ class FilesystemTools(unittest.TestCase):
                 self.plan("fsck.fat", *plan)
                 self.assertEqual(self.run_it("fat/repair"), result)
                 self.assertEqual([call.split()[1] for call in self.calls()], calls)
+
+    def test_a_repair_that_says_it_is_done_is_checked(self):
+        for executable, tool in [("exfat/repair", "fsck.exfat"), ("f2fs/repair", "fsck.f2fs"), ("xfs/repair", "xfs_repair")]:
+            for plan, calls, result in [
+                (["exit 0", "exit 0"], 2, CLEAN),
+                (["exit 0", "exit 1"], 2, ERRORS),
+                (["exit 0", "exit 2"], 2, COULD_NOT_RUN),
+                (["exit 0", "kill -9 $$"], 2, COULD_NOT_RUN),
+                (["exit 2", "exit 0"], 1, COULD_NOT_RUN),
+            ]:
+                with self.subTest(f"{executable}: {plan}"):
+                    self.plan(tool, *plan)
+                    self.assertEqual(self.run_it(executable), result, self.output)
+                    self.assertEqual(len(self.calls()), calls)
+        self.plan("fsck.exfat", "exit 1", "echo 'ERROR: bad. Fix (y/N)? n'")
+        self.assertEqual(self.run_it("exfat/repair"), ERRORS)
 
     def test_ntfs_is_checked_after_a_repair(self):
         dirty = "echo '   Volume Flags: 0x0001 DIRTY'"

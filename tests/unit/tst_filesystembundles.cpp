@@ -96,6 +96,11 @@ void TestFilesystemBundles::personalitiesAreWhole()
         QVERIFY(personality.format || personality.verification);
         QVERIFY(!personality.maximumSize || *personality.minimumSize < *personality.maximumSize);
         QCOMPARE(personality.verification.has_value(), personality.repair.has_value());
+        // What other systems read as well has a type that they look into.
+        const bool isLinux = bundle->linuxTypes.contains(u"ext4"_s) || bundle->linuxTypes.contains(u"xfs"_s)
+            || bundle->linuxTypes.contains(u"btrfs"_s) || bundle->linuxTypes.contains(u"f2fs"_s);
+        QCOMPARE(personality.partitionTypes.gpt == PartitionTypes().gpt, isLinux);
+        QCOMPARE(personality.partitionTypes.mbr == PartitionTypes().mbr, isLinux);
         QVERIFY(!personality.key.contains(u'\'')); // it is passed between single quotes
     }
 }

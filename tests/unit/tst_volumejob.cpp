@@ -201,6 +201,9 @@ private Q_SLOTS:
     void erase();
     void refusalAtTheFirstLook();
     void refusedUnmount();
+    void refusalWithoutWords_data();
+    void refusalWithoutWords();
+    void refusedMountAfterAVerification();
     void claimThatIsNeverFree();
     void claimThatBecomesFree();
     void exchangedMedium_data();
@@ -302,6 +305,39 @@ void TestVolumeJob::refusedUnmount()
     QCOMPARE(run.exits, only(ExitCode::UnmountRefused));
     QCOMPARE(run.complained, QStringList { u"disk2s1 could not be unmounted: the service says no"_s });
     QVERIFY(run.requests().empty() && run.programs().isEmpty());
+}
+
+void TestVolumeJob::refusalWithoutWords_data()
+{
+    QTest::addColumn<DAReturn>("status");
+    QTest::addColumn<QString>("reason");
+    QTest::newRow("busy") << DAReturn::Busy << u"it is in use"_s;
+    QTest::newRow("gone") << DAReturn::NotFound << u"it has gone"_s;
+    QTest::newRow("other") << DAReturn::Error << u"the disk service gives no reason"_s;
+}
+
+void TestVolumeJob::refusalWithoutWords()
+{
+    QFETCH(const DAReturn, status);
+    QFETCH(const QString, reason);
+    Run run(Operation::Verify);
+    run.setMounted(true);
+    run.start();
+    run.service.completeRequest(makeDissenter(status));
+    QCOMPARE(run.complained, QStringList { u"disk2s1 could not be unmounted: "_s + reason });
+}
+
+// What was there before has lost nothing by it.
+void TestVolumeJob::refusedMountAfterAVerification()
+{
+    Run run(Operation::Verify);
+    run.setMounted(true);
+    run.start();
+    run.grantUnmount();
+    run.tools.run(0);
+    run.refuse();
+    QCOMPARE(run.exits, only(ExitCode::Success));
+    QVERIFY(run.said.contains(u"disk2s1 could not be mounted: the service says no"_s));
 }
 
 void TestVolumeJob::claimThatIsNeverFree()
@@ -430,10 +466,10 @@ void TestVolumeJob::newVolumeIsNeverTold()
     run.tools.run(0);
     QTRY_VERIFY(run.waitsForMount());
     run.refuse();
-    QCOMPARE(run.exits, only(ExitCode::Success));
-    QCOMPARE(run.said.mid(1),
-        QStringList({ u"Mounting disk2s1"_s, u"disk2s1 could not be mounted: the service says no"_s,
-            u"Finished erase on disk2s1"_s }));
+    QCOMPARE(run.exits, only(ExitCode::MountRefused));
+    QCOMPARE(run.said.mid(1), QStringList { u"Mounting disk2s1"_s });
+    QCOMPARE(run.complained,
+        QStringList { u"the new volume on disk2s1 could not be mounted: the service says no"_s });
     QVERIFY(run.given.isEmpty());
 }
 

@@ -13,7 +13,7 @@ namespace {
 struct VerbForm
 {
     Verb verb;
-    qsizetype argumentCount;
+    qsizetype argumentCount; // without what may be left out
 };
 
 const QHash<QString, VerbForm> &verbForms()
@@ -24,6 +24,7 @@ const QHash<QString, VerbForm> &verbForms()
         { u"list"_s, { Verb::List, 0 } },
         { u"info"_s, { Verb::Info, 1 } },
         { u"eraseVolume"_s, { Verb::EraseVolume, 3 } },
+        { u"eraseDisk"_s, { Verb::EraseDisk, 3 } },
         { u"verifyVolume"_s, { Verb::VerifyVolume, 1 } },
         { u"repairVolume"_s, { Verb::RepairVolume, 1 } },
     };
@@ -40,13 +41,20 @@ std::variant<CommandLine, Refusal> parseCommandLine(const QStringList &arguments
     if (form == verbForms().constEnd())
         return Refusal { ExitCode::Usage,
             u"\"%1\" is not a verb; see diskutil --help"_s.arg(arguments.first()) };
-    const QStringList operands = arguments.mid(1);
+    QStringList operands = arguments.mid(1);
+    CommandLine line;
+    line.verb = form->verb;
+    if (line.verb == Verb::EraseDisk && operands.size() == form->argumentCount + 1) {
+        const QString scheme = operands.takeAt(2);
+        line.scheme = DiskLayoutRules::schemeNamed(scheme);
+        if (!line.scheme)
+            return Refusal { ExitCode::Usage,
+                u"\"%1\" is no partition scheme; it is GPT or MBR"_s.arg(scheme) };
+    }
     if (operands.size() != form->argumentCount)
         return Refusal { ExitCode::Usage,
             u"%1 takes %2 arguments; see diskutil --help"_s.arg(arguments.first()).arg(form->argumentCount) };
-    CommandLine line;
-    line.verb = form->verb;
-    if (line.verb == Verb::EraseVolume) {
+    if (line.verb == Verb::EraseVolume || line.verb == Verb::EraseDisk) {
         line.format = operands.at(0);
         line.name = operands.at(1);
     }
@@ -62,6 +70,8 @@ QString usageText()
   list                               Lists all disks, partitions and volumes
   info DEVICE                        Shows what is known about one of them
   eraseVolume FORMAT NAME DEVICE     Makes a new volume, losing all that is on the device
+  eraseDisk FORMAT NAME [GPT|MBR] DEVICE
+                                     Makes a whole disk one new volume, losing all that is on it
   verifyVolume DEVICE                Looks for errors, and changes nothing
   repairVolume DEVICE                Looks for errors, and repairs them
   --help                             Prints this text

@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "filesystems/disk_layout_rules.h"
 #include "tools/diskutil/ExitCode.h"
 
 #include <QStringList>
 
 #include <variant>
 
-enum class Verb { Help, List, Info, EraseVolume, VerifyVolume, RepairVolume };
+enum class Verb { Help, List, Info, EraseVolume, EraseDisk, VerifyVolume, RepairVolume };
 
 struct CommandLine
 {
@@ -15,6 +16,7 @@ struct CommandLine
     QString format; // personality to erase as
     QString name; // of the new volume; may be empty
     QString device; // as it was given
+    std::optional<PartitionScheme> scheme = {}; // absent when none was given
 };
 
 // Reads the arguments after the program's name.

@@ -25,6 +25,8 @@ enum class ExitCode : int {
     MediumChanged = 17,
     ToolFailed = 18, // the file system's own tool could not do its work
     Interrupted = 19,
+    MountRefused = 20, // the volume that an erase has made could not be mounted
+    NotWholeDisk = 21, // eraseDisk was given a partition
 };
 
 // Why nothing is done: the exit status and one line for the user.

@@ -12,7 +12,8 @@ std::optional<Refusal> chooseBundle(JobPlan &plan, const CommandLine &line)
     const PersonalityChoice choice = plan.operation == Operation::Erase
         ? personalityNamed(plan.bundles, line.format)
         : personalityForVolume(plan.bundles, plan.medium.kind, plan.medium.subtype, plan.operation);
-    if (auto refusal = PreflightRules::refusalOfChoice(plan.operation, line, plan.medium, choice))
+    if (auto refusal = PreflightRules::refusalOfChoice(
+            plan.operation, line, plan.medium, choice, namesOfFormats(plan.bundles)))
         return refusal;
     if (plan.operation == Operation::Erase) {
         if (auto refusal = PreflightRules::refusalOfErase(line, plan.medium, choice))
@@ -22,6 +23,7 @@ std::optional<Refusal> chooseBundle(JobPlan &plan, const CommandLine &line)
     plan.tool = *choice.personality->tool(plan.operation);
     plan.newName = line.name;
     plan.newSubtype = choice.personality->subtype;
+    plan.partitionTypes = choice.personality->partitionTypes;
     return std::nullopt;
 }
 
@@ -50,15 +52,28 @@ std::optional<Refusal> listCommands(JobPlan &plan, const Machine &machine)
 
 } // namespace
 
+std::optional<Refusal> planTools(JobPlan &plan, const CommandLine &line, const Machine &machine)
+{
+    plan.bundles = machine.readInstalledBundles();
+    if (auto refusal = chooseBundle(plan, line))
+        return refusal;
+    return listCommands(plan, machine);
+}
+
+Refusal refusalOfUnknownDevice(const QString &device)
+{
+    if (isOtherFile(device))
+        return { ExitCode::NoBlockDevice, u"%1 is not a block device"_s.arg(device) };
+    return { ExitCode::NoSuchDisk, u"there is no disk %1"_s.arg(device) };
+}
+
 std::variant<JobPlan, Refusal> planJob(
     Operation operation, const CommandLine &line, const MediaList &list, const Machine &machine)
 {
     const std::vector<Medium> media = list.media();
     const auto medium = findMedium(media, line.device);
     if (!medium)
-        return isOtherFile(line.device)
-            ? Refusal { ExitCode::NoBlockDevice, u"%1 is not a block device"_s.arg(line.device) }
-            : Refusal { ExitCode::NoSuchDisk, u"there is no disk %1"_s.arg(line.device) };
+        return refusalOfUnknownDevice(line.device);
     JobPlan plan;
     plan.operation = operation;
     plan.medium = *medium;
@@ -67,10 +82,7 @@ std::variant<JobPlan, Refusal> planJob(
     if (auto refusal
         = PreflightRules::refusalOfDevice(operation, *medium, machine.readDeviceSituation(*medium, media)))
         return *refusal;
-    plan.bundles = machine.readInstalledBundles();
-    if (auto refusal = chooseBundle(plan, line))
-        return *refusal;
-    if (auto refusal = listCommands(plan, machine))
+    if (auto refusal = planTools(plan, line, machine))
         return *refusal;
     return plan;
 }

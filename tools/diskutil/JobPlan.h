@@ -24,11 +24,19 @@ struct JobPlan
     // Of the volume that an erase makes.
     QString newName;
     std::optional<qint64> newSubtype;
+    PartitionTypes partitionTypes; // where a partition is made for it
 };
 
 // Looks at everything that the operation needs.
 std::variant<JobPlan, Refusal> planJob(
     Operation operation, const CommandLine &line, const MediaList &list, const Machine &machine);
+
+// Finds the bundle and lists the commands for the operation on the plan's medium. Returns why that cannot be
+// done.
+std::optional<Refusal> planTools(JobPlan &plan, const CommandLine &line, const Machine &machine);
+
+// Why there is nothing to be done with an argument that names no medium.
+Refusal refusalOfUnknownDevice(const QString &device);
 
 // Why the medium, which is held, cannot be handed to the next command. Since the first look it may have been
 // pulled and its node given to another, it may have been mounted, and the bundle may have been changed.

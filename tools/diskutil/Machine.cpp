@@ -85,6 +85,33 @@ PreflightRules::DeviceSituation readDeviceSituation(const Medium &medium, const 
     return situation;
 }
 
+std::vector<PartSituation> readDiskSituation(const Medium &disk, const std::vector<Medium> &media)
+{
+    std::vector<PartSituation> parts;
+    for (const QString &node : partitionNodes(disk.deviceNode) + QStringList(disk.deviceNode)) {
+        const auto known = std::find_if(media.begin(), media.end(),
+            [&node](const Medium &candidate) { return candidate.deviceNode == node; });
+        PartSituation part;
+        if (known != media.end())
+            part.medium = *known;
+        part.medium.deviceNode = node;
+        if (part.medium.bsdName.isEmpty())
+            part.medium.bsdName = node;
+        part.medium.isWritable = disk.isWritable;
+        part.situation.isBlockDevice = !kernelDeviceName(node).isEmpty();
+        part.situation.isSystemDevice = isSystemDevice(node);
+        part.situation.inUse = usesBeyondMount(node);
+        if (part.medium.mountPoint.isEmpty()) {
+            for (const QString &mountPoint : readDeviceUse(node).mountPoints)
+                part.situation.inUse.append(u"it is mounted at %1"_s.arg(mountPoint));
+        }
+        part.situation.canRead = mayAccess(node, R_OK);
+        part.situation.canWrite = mayAccess(node, W_OK);
+        parts.push_back(part);
+    }
+    return parts;
+}
+
 QString executablePath(const FilesystemBundle &bundle, const BundleTool &tool)
 {
     return bundle.path + u"/Contents/Resources/"_s + tool.executable;

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "platform/DeviceUse.h"
+#include "platform/KernelPartitions.h"
 #include "tools/diskutil/preflight_rules.h"
 
 #include <functional>
@@ -14,6 +15,15 @@ std::vector<FilesystemBundle> readInstalledBundles();
 
 // The situation of a medium. The other media tell what is mounted where this process does not see it.
 PreflightRules::DeviceSituation readDeviceSituation(const Medium &medium, const std::vector<Medium> &media);
+
+// The situation of a whole disk and of each of its partitions that the kernel has. The mounts of media that
+// the disk service knows are no use in it: they are unmounted first.
+struct PartSituation
+{
+    Medium medium; // as far as it is known: a partition that the disk service keeps to itself has only a node
+    PreflightRules::DeviceSituation situation;
+};
+std::vector<PartSituation> readDiskSituation(const Medium &disk, const std::vector<Medium> &media);
 
 // The situation of one of the bundle's executables.
 PreflightRules::ToolSituation readToolSituation(const FilesystemBundle &bundle, const BundleTool &tool);
@@ -55,6 +65,8 @@ struct Machine
     std::function<std::vector<FilesystemBundle>()> readInstalledBundles = &::readInstalledBundles;
     std::function<PreflightRules::DeviceSituation(const Medium &medium, const std::vector<Medium> &media)>
         readDeviceSituation = &::readDeviceSituation;
+    std::function<std::vector<PartSituation>(const Medium &disk, const std::vector<Medium> &media)>
+        readDiskSituation = &::readDiskSituation;
     std::function<PreflightRules::ToolSituation(const FilesystemBundle &bundle, const BundleTool &tool)>
         readToolSituation = &::readToolSituation;
     std::function<QString(const QString &name)> findTool = &::findTool;
@@ -62,5 +74,8 @@ struct Machine
         = [](const QString &deviceNode) { return ::readDeviceIdentity(deviceNode); };
     std::function<HeldDevice(const QString &deviceNode)> holdDevice = &::holdDevice;
     std::function<void(const QString &deviceNode)> announceChange = &::announceChange;
+    std::function<bool(const QString &diskNode)> takesPartitions = &::takesPartitions;
+    std::function<bool(const QString &diskNode, qint64 start, qint64 size)> makeOnlyPartition
+        = &::makeOnlyPartition;
     std::function<void(const QString &mountPoint)> giveToDesktopUser = &::giveToDesktopUser;
 };

@@ -59,6 +59,7 @@ Medium readMedium(const DADisk &disk)
     medium.kind = textOf(*description, DAKey::volumeKind);
     medium.volumeName = textOf(*description, DAKey::volumeName);
     medium.isWhole = isTrue(*description, DAKey::mediaWhole);
+    medium.isRemovable = isTrue(*description, DAKey::mediaRemovable);
     medium.isWritable = isTrue(*description, DAKey::mediaWritable);
     medium.isMountable = isTrue(*description, DAKey::volumeMountable);
     const PropertyValue *size = description->value(DAKey::mediaSize);

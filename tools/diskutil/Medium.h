@@ -20,6 +20,7 @@ struct Medium
     QString volumeName;
     QString mountPoint; // empty when it is not mounted
     bool isWhole = false;
+    bool isRemovable = false;
     bool isWritable = false;
     bool isMountable = false;
 };

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "tools/diskutil/Personality.h"
 
+#include "filesystems/DisplayName.h"
+
 #include <algorithm>
+#include <functional>
 
 #include "platform/NoWidgets.h"
 
@@ -25,16 +28,32 @@ std::optional<BundleTool> toolOf(
     return BundleTool { executable, dictionary.texts(argumentsKey) };
 }
 
-Personality readPersonality(const QString &key, const PropertyDictionary &dictionary)
+PartitionTypes partitionTypesOf(const PropertyDictionary &dictionary)
 {
+    PartitionTypes types;
+    const QString gpt = dictionary.text(u"FSPartitionTypeGPT"_s);
+    const QString mbr = dictionary.text(u"FSPartitionTypeMBR"_s);
+    if (DiskLayoutRules::isPartitionType(PartitionScheme::Gpt, gpt))
+        types.gpt = gpt;
+    if (DiskLayoutRules::isPartitionType(PartitionScheme::Mbr, mbr))
+        types.mbr = mbr;
+    return types;
+}
+
+Personality readPersonality(
+    const QString &bundleName, const QString &key, const PropertyDictionary &dictionary)
+{
+    const QString name = dictionary.text(u"FSName"_s);
     return {
         key,
+        name.isEmpty() ? key : shownSpelling(bundleName, name),
         numberOf(dictionary, u"FSSubType"_s),
         numberOf(dictionary, u"FSFormatMinimumSize"_s),
         numberOf(dictionary, u"FSFormatMaximumSize"_s),
         toolOf(dictionary, u"FSFormatExecutable"_s, u"FSFormatArguments"_s),
         toolOf(dictionary, u"FSVerificationExecutable"_s, u"FSVerificationArguments"_s),
         toolOf(dictionary, u"FSRepairExecutable"_s, u"FSRepairArguments"_s),
+        partitionTypesOf(dictionary),
     };
 }
 
@@ -77,19 +96,43 @@ FilesystemBundle readFilesystemBundle(const BundleDescription &description)
         information.texts(u"FSLinuxTools"_s), information.texts(u"FSLinuxPackages"_s),
         information.texts(u"FSLinuxTypes"_s) };
     for (const BundlePersonality &personality : description.personalities)
-        bundle.personalities.push_back(readPersonality(personality.key, personality.properties));
+        bundle.personalities.push_back(readPersonality(bundle.name, personality.key, personality.properties));
     return bundle;
 }
 
-PersonalityChoice personalityNamed(const std::vector<FilesystemBundle> &bundles, const QString &key)
+PersonalityChoice personalityNamed(const std::vector<FilesystemBundle> &bundles, const QString &name)
 {
+    const auto first = [&bundles](const std::function<bool(const Personality &)> &matches) {
+        for (const FilesystemBundle &bundle : bundles) {
+            const auto found
+                = std::find_if(bundle.personalities.begin(), bundle.personalities.end(), matches);
+            if (found != bundle.personalities.end())
+                return PersonalityChoice { &bundle, &*found };
+        }
+        return PersonalityChoice {};
+    };
+    PersonalityChoice choice = first([&](const Personality &candidate) { return candidate.key == name; });
+    if (!choice.personality)
+        choice = first([&](const Personality &candidate) {
+            return candidate.key.compare(name, Qt::CaseInsensitive) == 0;
+        });
+    if (!choice.personality)
+        choice = first([&](const Personality &candidate) {
+            return candidate.name.compare(name, Qt::CaseInsensitive) == 0;
+        });
+    return choice;
+}
+
+QStringList namesOfFormats(const std::vector<FilesystemBundle> &bundles)
+{
+    QStringList names;
     for (const FilesystemBundle &bundle : bundles) {
         for (const Personality &personality : bundle.personalities) {
-            if (personality.key == key)
-                return { &bundle, &personality };
+            if (personality.format && !names.contains(personality.name, Qt::CaseInsensitive))
+                names.append(personality.name);
         }
     }
-    return {};
+    return names;
 }
 
 PersonalityChoice personalityForVolume(const std::vector<FilesystemBundle> &bundles, const QString &kind,

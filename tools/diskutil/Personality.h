@@ -3,6 +3,7 @@
 
 #include "filesystems/BundleScan.h"
 #include "filesystems/LabelRule.h"
+#include "filesystems/disk_layout_rules.h"
 
 #include <QStringList>
 
@@ -22,12 +23,14 @@ struct BundleTool
 struct Personality
 {
     QString key;
+    QString name; // as the window's format menu shows it; the key when the bundle gives none
     std::optional<qint64> subtype;
     std::optional<qint64> minimumSize; // bytes
     std::optional<qint64> maximumSize; // bytes
     std::optional<BundleTool> format;
     std::optional<BundleTool> verification;
     std::optional<BundleTool> repair;
+    PartitionTypes partitionTypes; // of a partition that eraseDisk makes for it
 
     const std::optional<BundleTool> &tool(Operation operation) const;
 };
@@ -53,8 +56,13 @@ struct PersonalityChoice
     const Personality *personality = nullptr; // null when there is none
 };
 
-// The first personality of this name, the bundles in the given order.
-PersonalityChoice personalityNamed(const std::vector<FilesystemBundle> &bundles, const QString &key);
+// The first personality of this name, the bundles in the given order: a key letter for letter, else a key,
+// else a name of the format menu, both in any case.
+PersonalityChoice personalityNamed(const std::vector<FilesystemBundle> &bundles, const QString &name);
+
+// The names of all personalities that can be made, as the format menu shows them, each once, in the given
+// order.
+QStringList namesOfFormats(const std::vector<FilesystemBundle> &bundles);
 
 // The personality of the bundle of this name that does the operation for a volume of this subtype: the one of
 // just this subtype, else one that stands for all of them.

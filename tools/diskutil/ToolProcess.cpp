@@ -72,7 +72,6 @@ void ToolProcess::prepareProcess()
     environment.insert(u"TERM"_s, u"dumb"_s);
     m_process.setProcessEnvironment(environment);
     m_process.setWorkingDirectory(u"/"_s);
-    m_process.setStandardInputFile(QProcess::nullDevice());
     m_process.setProcessChannelMode(QProcess::ForwardedChannels);
     m_process.setChildProcessModifier([this] {
         // Only calls that are safe between fork and exec are allowed here.
@@ -129,7 +128,12 @@ void ToolProcess::start(const ToolCommand &command)
     const int fd = m_output.isOpen() ? m_output.number() : m_terminal.number();
     m_notifier = std::make_unique<QSocketNotifier>(fd, QSocketNotifier::Read);
     connect(m_notifier.get(), &QSocketNotifier::activated, this, &ToolProcess::readOutput);
+    m_process.setStandardInputFile(command.input.isEmpty() ? QProcess::nullDevice() : QString());
     m_process.start(command.program, command.arguments);
+    if (!command.input.isEmpty()) {
+        m_process.write(command.input);
+        m_process.closeWriteChannel();
+    }
     m_group = m_process.processId();
     m_childOutput = {};
 }

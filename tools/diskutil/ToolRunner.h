@@ -15,6 +15,7 @@ struct ToolCommand
     QString program;
     QStringList arguments;
     Output output = Output::Pipe;
+    QByteArray input = {}; // what it reads from its standard input
 };
 
 // How a program ended.

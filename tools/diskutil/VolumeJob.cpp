@@ -2,52 +2,23 @@
 #include "tools/diskutil/VolumeJob.h"
 
 #include "platform/SystemLog.h"
+#include "tools/diskutil/job_text_rules.h"
 
 using namespace Qt::Literals::StringLiterals;
+using namespace JobTextRules;
 
 namespace {
 
 // The exit status of an executable of a bundle that has found errors, or has left some.
 constexpr int errorsExitStatus = 8;
 
-QString dissenterText(const DADissenterRef &dissenter)
-{
-    if (dissenter->statusString)
-        return *dissenter->statusString;
-    return u"0x%1"_s.arg(dissenter->status, 8, 16, QLatin1Char('0'));
-}
-
-// Every word in brackets, so that a name with spaces, quotes or brackets cannot pass for several.
-QString commandText(const ToolCommand &command)
-{
-    QStringList words;
-    for (QString word : QStringList(command.program) + command.arguments) {
-        for (const QChar c : { u'\\', u'[', u']' }) // the backslash first: the others get one
-            word.replace(c, u"\\"_s + c);
-        words.append(u'[' + word + u']');
-    }
-    return words.join(u' ');
-}
-
-QString endText(const ToolEnd &end)
-{
-    switch (end.kind) {
-    case ToolEnd::Kind::NotStarted:
-        return u"it could not be started: %1"_s.arg(end.message);
-    case ToolEnd::Kind::Killed:
-        return u"it was killed by signal %1"_s.arg(end.code);
-    case ToolEnd::Kind::Exited:
-        break;
-    }
-    return u"exit status %1"_s.arg(end.code);
-}
-
 } // namespace
 
-VolumeJob::VolumeJob(Operation operation, CommandLine line, JobEnvironment environment)
+VolumeJob::VolumeJob(Operation operation, CommandLine line, JobEnvironment environment, Telling telling)
     : m_operation(operation)
     , m_line(std::move(line))
     , m_environment(std::move(environment))
+    , m_telling(telling)
 {
     m_phaseTimer.setSingleShot(true);
     connect(&m_phaseTimer, &QTimer::timeout, this, &VolumeJob::phaseTimedOut);
@@ -109,7 +80,8 @@ void VolumeJob::start()
         return;
     }
     m_plan = std::move(std::get<JobPlan>(plan));
-    Q_EMIT said(u"Started %1 on %2"_s.arg(operationText(), m_plan.medium.bsdName));
+    if (m_telling == Telling::Everything)
+        Q_EMIT said(u"Started %1 on %2"_s.arg(operationText(), m_plan.medium.bsdName));
     if (isInterrupted())
         conclude();
     else if (m_plan.medium.mountPoint.isEmpty())
@@ -305,11 +277,25 @@ void VolumeJob::mountAnswered(const DADissenterRef &dissenter)
             awaitNewVolume();
             return;
         }
-        Q_EMIT said(u"%1 could not be mounted: %2"_s.arg(m_plan.medium.bsdName, dissenterText(dissenter)));
+        reportRefusedMount(dissenter);
     }
     if (isOldVolumeLost() && !medium.mountPoint.isEmpty())
         m_environment.machine.giveToDesktopUser(medium.mountPoint);
     finish();
+}
+
+// A volume that was there before is as good as it was. The new one is what was asked for, and nobody can use
+// it.
+void VolumeJob::reportRefusedMount(const DADissenterRef &dissenter)
+{
+    const QString line
+        = u"%1 could not be mounted: %2"_s.arg(m_plan.medium.bsdName, dissenterText(dissenter));
+    if (!isOldVolumeLost() || m_outcome != ExitCode::Success) {
+        Q_EMIT said(line);
+        return;
+    }
+    m_outcome = ExitCode::MountRefused;
+    Q_EMIT complained(u"the new volume on "_s + line);
 }
 
 void VolumeJob::giveServiceUp()
@@ -321,7 +307,8 @@ void VolumeJob::giveServiceUp()
 void VolumeJob::finish()
 {
     enter(Phase::Ended);
-    if (m_outcome == ExitCode::Success || m_outcome == ExitCode::ErrorsFound)
+    const bool isDone = m_outcome == ExitCode::Success || m_outcome == ExitCode::ErrorsFound;
+    if (isDone && m_telling == Telling::Everything)
         Q_EMIT said(u"Finished %1 on %2"_s.arg(operationText(), m_plan.medium.bsdName));
     Q_EMIT finished(m_outcome);
 }

@@ -4,7 +4,7 @@
 // system's own tools, mount. Main thread only.
 #pragma once
 
-#include "platform/DiskArbitration.h"
+#include "tools/diskutil/Job.h"
 #include "tools/diskutil/JobPlan.h"
 
 #include <QDeadlineTimer>
@@ -36,30 +36,20 @@ struct JobEnvironment
     JobLimits limits = {};
 };
 
-class VolumeJob : public QObject
+class VolumeJob : public Job
 {
     Q_OBJECT
 
 public:
-    VolumeJob(Operation operation, CommandLine line, JobEnvironment environment);
+    // A job that is a part of another leaves the first and the last line to that one.
+    enum class Telling { Everything, PartOfAnotherJob };
 
-    // Begins. finished() may be emitted before this returns.
-    void start();
+    VolumeJob(Operation operation, CommandLine line, JobEnvironment environment,
+        Telling telling = Telling::Everything);
 
-    // Ends the job as soon as nothing is at work on the medium, and mounts again what can be mounted. The
-    // reason is a few words. May be called from within a slot of said().
-    void interrupt(const QString &reason);
-
-    // Tells that a medium's description has changed.
-    void mediumChanged(const DADiskRef &disk);
-
-Q_SIGNALS:
-    // A line of the job's course, and one that says why something was not done.
-    void said(const QString &line);
-    void complained(const QString &line);
-
-    // Emitted once.
-    void finished(ExitCode code);
+    void start() override;
+    void interrupt(const QString &reason) override;
+    void mediumChanged(const DADiskRef &disk) override;
 
 private:
     enum class Phase {
@@ -86,6 +76,7 @@ private:
     void awaitNewVolume();
     void mount();
     void mountAnswered(const DADissenterRef &dissenter);
+    void reportRefusedMount(const DADissenterRef &dissenter);
     void giveServiceUp();
     void finish();
 
@@ -97,6 +88,7 @@ private:
     const Operation m_operation;
     const CommandLine m_line;
     const JobEnvironment m_environment;
+    const Telling m_telling;
     JobPlan m_plan; // its commands are those that are still to be run
 
     Phase m_phase = Phase::Preparing;

@@ -6,6 +6,7 @@
 #include "filesystems/VolumeClaims.h"
 #include "platform/DiskArbitration.h"
 #include "tools/diskutil/Console.h"
+#include "tools/diskutil/DiskJob.h"
 #include "tools/diskutil/Privilege.h"
 #include "tools/diskutil/ToolProcess.h"
 #include "tools/diskutil/VolumeJob.h"
@@ -101,12 +102,15 @@ private:
 
     void startJob(Operation operation)
     {
-        m_job
-            = std::make_unique<VolumeJob>(operation, m_line, JobEnvironment { *m_session, m_media, m_tools });
-        QObject::connect(m_job.get(), &VolumeJob::said, &m_console, &Console::say);
-        QObject::connect(m_job.get(), &VolumeJob::complained, &m_console, &Console::complain);
-        QObject::connect(&m_console, &Console::interrupted, m_job.get(), &VolumeJob::interrupt);
-        QObject::connect(m_job.get(), &VolumeJob::finished, m_job.get(), &Session::finish);
+        const JobEnvironment environment { *m_session, m_media, m_tools };
+        if (m_line.verb == Verb::EraseDisk)
+            m_job = std::make_unique<DiskJob>(m_line, environment);
+        else
+            m_job = std::make_unique<VolumeJob>(operation, m_line, environment);
+        QObject::connect(m_job.get(), &Job::said, &m_console, &Console::say);
+        QObject::connect(m_job.get(), &Job::complained, &m_console, &Console::complain);
+        QObject::connect(&m_console, &Console::interrupted, m_job.get(), &Job::interrupt);
+        QObject::connect(m_job.get(), &Job::finished, m_job.get(), &Session::finish);
         m_job->start();
     }
 
@@ -115,7 +119,7 @@ private:
     MediaList m_media;
     std::unique_ptr<DASession> m_session;
     ToolProcess m_tools;
-    std::unique_ptr<VolumeJob> m_job;
+    std::unique_ptr<Job> m_job;
 };
 
 int runAsRoot(const QStringList &arguments, Console &console)

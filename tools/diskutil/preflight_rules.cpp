@@ -11,6 +11,7 @@ std::optional<Operation> operationOfVerb(Verb verb)
 {
     switch (verb) {
     case Verb::EraseVolume:
+    case Verb::EraseDisk:
         return Operation::Erase;
     case Verb::VerifyVolume:
         return Operation::Verify;
@@ -42,13 +43,14 @@ std::optional<Refusal> refusalOfDevice(
     return std::nullopt;
 }
 
-std::optional<Refusal> refusalOfChoice(
-    Operation operation, const CommandLine &line, const Medium &medium, const PersonalityChoice &choice)
+std::optional<Refusal> refusalOfChoice(Operation operation, const CommandLine &line, const Medium &medium,
+    const PersonalityChoice &choice, const QStringList &formats)
 {
     if (operation == Operation::Erase) {
         if (!choice.personality)
             return Refusal { ExitCode::UnknownFormat,
-                u"no installed file system is named \"%1\""_s.arg(line.format) };
+                u"no installed file system is named \"%1\"; the names are: %2"_s.arg(
+                    line.format, formats.join(u", "_s)) };
         if (!choice.personality->format)
             return Refusal { ExitCode::NotSupported, u"%1 cannot be formatted"_s.arg(line.format) };
         return std::nullopt;

@@ -38,9 +38,9 @@ std::optional<Operation> operationOfVerb(Verb verb);
 std::optional<Refusal> refusalOfDevice(
     Operation operation, const Medium &medium, const DeviceSituation &situation);
 
-// Refuses when no personality does what is asked.
-std::optional<Refusal> refusalOfChoice(
-    Operation operation, const CommandLine &line, const Medium &medium, const PersonalityChoice &choice);
+// Refuses when no personality does what is asked. The formats are the names that can be asked for.
+std::optional<Refusal> refusalOfChoice(Operation operation, const CommandLine &line, const Medium &medium,
+    const PersonalityChoice &choice, const QStringList &formats);
 
 // Refuses a size or a name that the new volume cannot have. The choice has a personality.
 std::optional<Refusal> refusalOfErase(

@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: MIT
+#include "ui/EraseDiskSheet.h"
+
+#include "platform/Localization.h"
+
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QFormLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QStandardItemModel>
+
+#include <algorithm>
+
+using namespace Qt::Literals::StringLiterals;
+
+EraseDiskSheet::EraseDiskSheet(
+    const QString &disk, const FormatMenuRules::FormatMenu &menu, PartitionScheme scheme)
+    : filesystemPopupButton(new QComboBox(this))
+    , labelField(new QLineEdit(this))
+    , schemePopupButton(new QComboBox(this))
+{
+    setWindowTitle(localizedString("ERASE_DISK_SHEET_TITLE"));
+    auto *name = new QLabel(disk, this);
+    name->setTextFormat(Qt::PlainText);
+    name->setWordWrap(true);
+    fillMenus(menu, scheme);
+
+    auto *buttons = new QDialogButtonBox(this);
+    QPushButton *const goOn = buttons->addButton(
+        localizedString("ERASE_DISK_CONTINUE_BUTTON_TEXT"), QDialogButtonBox::AcceptRole);
+    buttons->addButton(
+        localizedString("CONFIRM_FORMAT_DIALOG_CANCEL_BUTTON_TEXT"), QDialogButtonBox::RejectRole);
+    goOn->setDefault(true); // the question follows
+    goOn->setEnabled(filesystemPopupButton->currentIndex() >= 0);
+    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+
+    auto *layout = new QFormLayout(this);
+    layout->addRow(name);
+    layout->addRow(localizedString("FORMAT_FILESYSTEM_CAPTION"), filesystemPopupButton);
+    layout->addRow(localizedString("FORMAT_LABEL_CAPTION"), labelField);
+    layout->addRow(localizedString("ERASE_DISK_SCHEME_CAPTION"), schemePopupButton);
+    layout->addRow(buttons);
+}
+
+void EraseDiskSheet::fillMenus(const FormatMenuRules::FormatMenu &menu, PartitionScheme scheme)
+{
+    const auto *model = qobject_cast<QStandardItemModel *>(filesystemPopupButton->model());
+    for (const FormatMenuRules::FormatMenuItem &item : menu.items) {
+        filesystemPopupButton->addItem(item.title, QVariant::fromValue(item.record));
+        model->item(filesystemPopupButton->count() - 1)->setEnabled(item.isEnabled);
+    }
+    const auto first = std::find_if(menu.items.begin(), menu.items.end(),
+        [](const FormatMenuRules::FormatMenuItem &item) { return item.isEnabled; });
+    const int firstEnabled = first == menu.items.end() ? -1 : static_cast<int>(first - menu.items.begin());
+    filesystemPopupButton->setCurrentIndex(menu.selectedIndex >= 0 ? menu.selectedIndex : firstEnabled);
+
+    // Names of standards, the same in every language.
+    schemePopupButton->addItem(u"Master Boot Record (MBR)"_s, static_cast<int>(PartitionScheme::Mbr));
+    schemePopupButton->addItem(u"GUID Partition Table (GPT)"_s, static_cast<int>(PartitionScheme::Gpt));
+    schemePopupButton->setCurrentIndex(schemePopupButton->findData(static_cast<int>(scheme)));
+}
+
+EraseDiskChoice EraseDiskSheet::choice() const
+{
+    return { filesystemPopupButton->currentData().value<FilesystemBundleRef>(), labelField->text(),
+        static_cast<PartitionScheme>(schemePopupButton->currentData().toInt()) };
+}
+
+void EraseDiskSheet::beginSheetModalForWindow(
+    QWidget *window, std::function<void(const EraseDiskChoice &choice)> didChoose)
+{
+    setParent(window, Qt::Dialog);
+    setWindowModality(Qt::WindowModal);
+    setAttribute(Qt::WA_DeleteOnClose);
+    connect(
+        this, &QDialog::accepted, this, [this, didChoose = std::move(didChoose)] { didChoose(choice()); });
+    open();
+}

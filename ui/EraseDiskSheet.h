@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+//
+// Asks how a whole disk is to be erased: file system, label and partition scheme. A sheet of its window,
+// which deletes itself when it has ended. Main thread only.
+#pragma once
+
+#include "filesystems/disk_layout_rules.h"
+#include "filesystems/format_menu_rules.h"
+
+#include <QDialog>
+
+#include <functional>
+
+class QComboBox;
+class QLineEdit;
+
+struct EraseDiskChoice
+{
+    FilesystemBundleRef filesystem; // null when the menu has none that fits
+    QString label; // as it was typed
+    PartitionScheme scheme = PartitionScheme::Gpt;
+};
+
+class EraseDiskSheet : public QDialog
+{
+    Q_OBJECT
+
+public:
+    // The name and the device say which disk it is.
+    EraseDiskSheet(const QString &disk, const FormatMenuRules::FormatMenu &menu, PartitionScheme scheme);
+
+    // Shows the sheet. didChoose is called when the user goes on, and never when they cancel.
+    void beginSheetModalForWindow(
+        QWidget *window, std::function<void(const EraseDiskChoice &choice)> didChoose);
+
+    EraseDiskChoice choice() const;
+
+    // The controls.
+    QComboBox *filesystemPopupButton = nullptr;
+    QLineEdit *labelField = nullptr;
+    QComboBox *schemePopupButton = nullptr;
+
+private:
+    void fillMenus(const FormatMenuRules::FormatMenu &menu, PartitionScheme scheme);
+};
