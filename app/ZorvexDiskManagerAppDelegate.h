@@ -281,6 +281,8 @@ private:
         std::function<void(AlertSheet *, int)> didEnd);
     void reportOutcome(const DiskRecord &disk, const QString &format, const DADissenterRef &dissenter,
         const std::optional<QString> &reason = {});
+    // Tells the user where the volume is mounted, if that is a place where they cannot go.
+    void reportVolumeOutOfReach(const DiskRecord &disk);
 
     // operations/Format.cpp, operations/CheckRepair.cpp: bodies of worker threads
     QString formatTargetText(const ZorvexDiskManagerDisk &disk) const;

@@ -10,6 +10,7 @@
 #include "ui/AlertSheet.h"
 
 #include <QMainWindow>
+#include <QPointer>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -108,6 +109,10 @@ void ZorvexDiskManagerAppDelegate::unmountDidUnmountDisk(
         zorvex_disk_manager_da_disk_did_unmount(disk, nullptr, daDisk);
         return;
     }
+    if (dissenter->isDeclined) {
+        finishOperation(daDisk);
+        return;
+    }
     showForceDialog(daDisk, QT_TRID_NOOP("FAILED_TO_UNMOUNT_VOLUME_TITLE"),
         QT_TRID_NOOP("FAILED_TO_UNMOUNT_VOLUME_BODY_FMT"), [this, daDisk](AlertSheet *alert, int returnCode) {
             unmountForceUnmountDialogDidEnd(alert, returnCode, daDisk);
@@ -132,6 +137,10 @@ void ZorvexDiskManagerAppDelegate::ejectDidUnmountDisk(
             completionWithContext(zorvex_disk_manager_da_disk_did_eject, disk));
         return;
     }
+    if (dissenter->isDeclined) {
+        finishOperation(disk);
+        return;
+    }
     showForceDialog(disk, QT_TRID_NOOP("FAILED_TO_UNMOUNT_VOLUMES_TITLE"),
         QT_TRID_NOOP("FAILED_TO_UNMOUNT_VOLUMES_BODY_FMT"), [this, disk](AlertSheet *alert, int returnCode) {
             ejectForceUnmountDialogDidEnd(alert, returnCode, disk);
@@ -148,8 +157,13 @@ void ZorvexDiskManagerAppDelegate::ejectForceUnmountDialogDidEnd(
         finishOperation(contextInfo);
 }
 
-void ZorvexDiskManagerAppDelegate::ejectDidForceUnmountDisk(const DiskRecord &disk, const DADissenterRef &)
+void ZorvexDiskManagerAppDelegate::ejectDidForceUnmountDisk(
+    const DiskRecord &disk, const DADissenterRef &dissenter)
 {
+    if (dissenter && dissenter->isDeclined) {
+        finishOperation(disk);
+        return;
+    }
     // A refusal is not reported here: the eject that follows reports its own outcome.
     session->eject(disk->daDisk, kDADiskEjectOptionDefault,
         completionWithContext(zorvex_disk_manager_da_disk_did_eject, disk));
@@ -158,7 +172,7 @@ void ZorvexDiskManagerAppDelegate::ejectDidForceUnmountDisk(const DiskRecord &di
 void ZorvexDiskManagerAppDelegate::reportOutcome(const DiskRecord &disk, const QString &format,
     const DADissenterRef &dissenter, const std::optional<QString> &reason)
 {
-    if (dissenter)
+    if (dissenter && !dissenter->isDeclined)
         errorMessage(formatLocalized(
             format, { disk->description(), reason.value_or(dissenterStatusToString(*dissenter)) }));
 }
@@ -171,6 +185,22 @@ void ZorvexDiskManagerAppDelegate::diskArbitrationDiskDidMount(
         reason = u"No supported file system found."_s;
     reportOutcome(disk, u"Error while mounting %@: %@"_s, withDissenter, reason);
     finishOperation(disk);
+    if (!withDissenter)
+        reportVolumeOutOfReach(disk);
+}
+
+// Some versions of the disk service mount for the user only what that user may mount themselves.
+void ZorvexDiskManagerAppDelegate::reportVolumeOutOfReach(const DiskRecord &disk)
+{
+    if (!disk->volumePath)
+        return;
+    const QStringList nameAndPath { getDisplayNameForDisk(*disk), disk->volumePath->toLocalFile() };
+    m_platform.workspace->findFolderAccess(
+        nameAndPath.constLast(), [self = QPointer(this), nameAndPath](bool isOpen) {
+            if (self && !isOpen)
+                self->infoMessageWithTitle(localizedString("VOLUME_OUT_OF_REACH_TITLE"),
+                    formatLocalized(localizedString("VOLUME_OUT_OF_REACH_TEXT_FMT"), nameAndPath));
+        });
 }
 
 void ZorvexDiskManagerAppDelegate::diskArbitrationDiskDidUnmount(

@@ -93,12 +93,16 @@ struct DADissenter
 {
     quint32 status = 0; // a DAReturn, or another number that a service made up
     std::optional<QString> statusString; // the service's own words
+    bool isDeclined = false; // the user said no to a question: nothing that they need to be told
 };
 
 // Null when the request was granted.
 using DADissenterRef = std::shared_ptr<const DADissenter>;
 
 DADissenterRef makeDissenter(DAReturn status, std::optional<QString> statusString = {});
+
+// For a request that ended because the user declined a question that came with it.
+DADissenterRef makeDeclinedDissenter(std::optional<QString> statusString = {});
 
 // Option bits of a request; 0 is the default.
 enum DAUnmountOption : quint32 {

@@ -3,6 +3,7 @@
 
 #include "platform/BlockDevice.h"
 #include "platform/DesktopUserMount.h"
+#include "platform/udisks/UDisksError.h"
 
 #include <QTimer>
 
@@ -58,11 +59,13 @@ void UDisksRequests::mount(const QString &path, Completion completion)
         return;
     }
     mountForDesktopUser(
-        *user, path, &m_bus, [this, path, completion = std::move(completion)](bool isMounted) {
-            if (isMounted)
-                readMountPoints(path, [completion](bool) { completion(nullptr); });
-            else
+        *user, path, &m_bus, [this, path, completion = std::move(completion)](const UserMountAnswer &answer) {
+            const DADissenterRef dissenter
+                = answer.isMounted ? nullptr : dissenterFromBusError(answer.errorName, answer.message);
+            if (dissenter && !dissenter->isDeclined)
                 callMount(path, noOptions, completion);
+            else
+                readMountPoints(path, [completion, dissenter](bool) { completion(dissenter); });
         });
 }
 

@@ -22,8 +22,8 @@ public:
     }
 
     // Where this process runs as root at a user's request, the volume is mounted for that user. A service
-    // that cannot mount for another user does so only where the user could have mounted the volume without a
-    // password; any other volume is mounted for root.
+    // that cannot mount for another user is asked in the user's own name, which may ask them for a password;
+    // a volume that it refuses them is mounted for root.
     void mount(const QString &path, Completion completion);
 
     // Unmounts the volume, or in order all volumes of its disk, up to the first refusal. A volume that is not

@@ -223,6 +223,26 @@ Mounts, formats, checks and repairs disks and volumes.</translation>
         <extracomment>Said by a screen reader after the mount point while it is shown as a link: what following it does.</extracomment>
         <translation>Link: opens the file manager</translation>
     </message>
+    <message id="FOLDER_NOT_OPENED_TITLE">
+        <source>The folder could not be opened</source>
+        <extracomment>Title of the alert when the file manager could not open the folder at which a volume is mounted.</extracomment>
+        <translation>The folder could not be opened</translation>
+    </message>
+    <message id="FOLDER_NOT_OPENED_TEXT_FMT">
+        <source>The volume is mounted at %@, but the file manager could not open that folder.</source>
+        <extracomment>Text of the alert when the file manager could not open the folder at which a volume is mounted. %@ is the path of the folder.</extracomment>
+        <translation>The volume is mounted at %@, but the file manager could not open that folder.</translation>
+    </message>
+    <message id="VOLUME_OUT_OF_REACH_TITLE">
+        <source>You cannot open this volume</source>
+        <extracomment>Title of the notice after a volume was mounted in a folder that the user may not open.</extracomment>
+        <translation>You cannot open this volume</translation>
+    </message>
+    <message id="VOLUME_OUT_OF_REACH_TEXT_FMT">
+        <source>The disk service could not mount “%@” for you. It is mounted at %@, which only the administrator can open.</source>
+        <extracomment>Text of the notice after a volume was mounted in a folder that the user may not open. The first %@ is the name of the volume, the second the path of the folder.</extracomment>
+        <translation>The disk service could not mount “%@” for you. It is mounted at %@, which only the administrator can open.</translation>
+    </message>
     <message id="DEVICE_NODE_TOOL_TIP_FMT">
         <source>Device node: %@</source>
         <extracomment>Tool tip of the device name. %@ is the system&apos;s name of the device, such as /dev/sda1.</extracomment>

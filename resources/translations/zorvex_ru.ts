@@ -223,6 +223,26 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <extracomment>Said by a screen reader after the mount point while it is shown as a link: what following it does.</extracomment>
         <translation>Ссылка: открывает диспетчер файлов</translation>
     </message>
+    <message id="FOLDER_NOT_OPENED_TITLE">
+        <source>The folder could not be opened</source>
+        <extracomment>Title of the alert when the file manager could not open the folder at which a volume is mounted.</extracomment>
+        <translation>Не удалось открыть папку</translation>
+    </message>
+    <message id="FOLDER_NOT_OPENED_TEXT_FMT">
+        <source>The volume is mounted at %@, but the file manager could not open that folder.</source>
+        <extracomment>Text of the alert when the file manager could not open the folder at which a volume is mounted. %@ is the path of the folder.</extracomment>
+        <translation>Том подключён в %@, но диспетчер файлов не смог открыть эту папку.</translation>
+    </message>
+    <message id="VOLUME_OUT_OF_REACH_TITLE">
+        <source>You cannot open this volume</source>
+        <extracomment>Title of the notice after a volume was mounted in a folder that the user may not open.</extracomment>
+        <translation>Вы не можете открыть этот том</translation>
+    </message>
+    <message id="VOLUME_OUT_OF_REACH_TEXT_FMT">
+        <source>The disk service could not mount “%@” for you. It is mounted at %@, which only the administrator can open.</source>
+        <extracomment>Text of the notice after a volume was mounted in a folder that the user may not open. The first %@ is the name of the volume, the second the path of the folder.</extracomment>
+        <translation>Служба дисков не смогла подключить «%@» для вас. Том подключён в %@, эту папку может открыть только администратор.</translation>
+    </message>
     <message id="DEVICE_NODE_TOOL_TIP_FMT">
         <source>Device node: %@</source>
         <extracomment>Tool tip of the device name. %@ is the system&apos;s name of the device, such as /dev/sda1.</extracomment>

@@ -223,6 +223,26 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <extracomment>Said by a screen reader after the mount point while it is shown as a link: what following it does.</extracomment>
         <translation>連結：開啟檔案管理員</translation>
     </message>
+    <message id="FOLDER_NOT_OPENED_TITLE">
+        <source>The folder could not be opened</source>
+        <extracomment>Title of the alert when the file manager could not open the folder at which a volume is mounted.</extracomment>
+        <translation>無法開啟資料夾</translation>
+    </message>
+    <message id="FOLDER_NOT_OPENED_TEXT_FMT">
+        <source>The volume is mounted at %@, but the file manager could not open that folder.</source>
+        <extracomment>Text of the alert when the file manager could not open the folder at which a volume is mounted. %@ is the path of the folder.</extracomment>
+        <translation>儲存區已掛載於 %@，但檔案管理員無法開啟該資料夾。</translation>
+    </message>
+    <message id="VOLUME_OUT_OF_REACH_TITLE">
+        <source>You cannot open this volume</source>
+        <extracomment>Title of the notice after a volume was mounted in a folder that the user may not open.</extracomment>
+        <translation>您無法開啟此儲存區</translation>
+    </message>
+    <message id="VOLUME_OUT_OF_REACH_TEXT_FMT">
+        <source>The disk service could not mount “%@” for you. It is mounted at %@, which only the administrator can open.</source>
+        <extracomment>Text of the notice after a volume was mounted in a folder that the user may not open. The first %@ is the name of the volume, the second the path of the folder.</extracomment>
+        <translation>磁碟服務無法為您掛載「%@」。該儲存區已掛載於 %@，只有管理員可以開啟此資料夾。</translation>
+    </message>
     <message id="DEVICE_NODE_TOOL_TIP_FMT">
         <source>Device node: %@</source>
         <extracomment>Tool tip of the device name. %@ is the system&apos;s name of the device, such as /dev/sda1.</extracomment>

@@ -3,6 +3,7 @@
 // What diskutil asks this machine. Every answer is read at the time of the call. Main thread only.
 #pragma once
 
+#include "platform/DesktopUserMount.h"
 #include "platform/DeviceUse.h"
 #include "tools/diskutil/preflight_rules.h"
 
@@ -63,4 +64,6 @@ struct Machine
     std::function<HeldDevice(const QString &deviceNode)> holdDevice = &::holdDevice;
     std::function<void(const QString &deviceNode)> announceChange = &::announceChange;
     std::function<void(const QString &mountPoint)> giveToDesktopUser = &::giveToDesktopUser;
+    std::function<void(const QString &path, QObject *context, std::function<void(bool isOpen)> done)>
+        findFolderAccess = &::findFolderAccess;
 };

@@ -86,6 +86,7 @@ private:
     void awaitNewVolume();
     void mount();
     void mountAnswered(const DADissenterRef &dissenter);
+    void reportPlaceOutOfReach(const QString &mountPoint);
     void giveServiceUp();
     void finish();
 
