@@ -5,6 +5,7 @@
 #include "ui/FlippedOutlineView.h"
 #include "ui/ImageAndTextCell.h"
 #include "ui/InterfaceStyle.h"
+#include "ui/panel_rules.h"
 
 #include "ui_MainWindow.h"
 
@@ -110,9 +111,17 @@ void enableAsButton(QAction *action, const QPushButton *button, const QTabWidget
     action->setEnabled(button->isEnabled() && tabs->indexOf(page) >= 0);
 }
 
-// What the menus offer for the disk that the panel shows.
-void followPanel(const Ui::MainWindow &ui)
+// The item that ejects is left out where the one above it does so already.
+void followDisk(QAction *eject, const ZorvexDiskManagerDisk *disk)
 {
+    eject->setVisible(!disk || !PanelRules::isEjectable(*disk));
+    eject->setEnabled(disk && !disk->operationInProgress && PanelRules::canBeEjected(*disk));
+}
+
+// What the menus offer for the disk that the panel shows.
+void followPanel(const Ui::MainWindow &ui, const ZorvexDiskManagerDisk *disk)
+{
+    followDisk(ui.actionEject, disk);
     ui.actionMountUnmount->setText(ui.mountUnmountButton->text());
     enableAsButton(ui.actionMountUnmount, ui.mountUnmountButton, ui.rightTabView, ui.infoTab);
     enableAsButton(ui.actionFormat, ui.formatButton, ui.rightTabView, ui.formatTab);
@@ -124,7 +133,7 @@ void connectToPanel(const ZorvexDiskManagerAppDelegate &controller, const Ui::Ma
 {
     QObject::connect(&controller, &ZorvexDiskManagerAppDelegate::panelDidChange, ui.rightTabView,
         [ui, shown = DiskRecord()](const DiskRecord &disk) mutable {
-            followPanel(ui);
+            followPanel(ui, disk.get());
             // A menu that was opened for one disk does nothing to another.
             if (disk != std::exchange(shown, disk)) {
                 ui.diskMenu->close();
@@ -177,6 +186,7 @@ void connectActions(ZorvexDiskManagerAppDelegate &controller, QMainWindow *windo
     connectButton(ui.checkButton, controller, &Controller::clickCheckButton);
     connectButton(ui.repairButton, controller, &Controller::clickRepairButton);
     connectToButton(ui.actionMountUnmount, ui.mountUnmountButton, ui.rightTabView, ui.infoTab);
+    connectAction(ui.actionEject, controller, &Controller::clickEjectMenuItem);
     connectFormatAction(ui);
     connectToButton(ui.actionCheck, ui.checkButton, ui.rightTabView, ui.maintenanceTab);
     connectToButton(ui.actionRepair, ui.repairButton, ui.rightTabView, ui.maintenanceTab);

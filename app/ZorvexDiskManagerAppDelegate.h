@@ -170,6 +170,9 @@ public:
     // --- Mount, unmount, eject. Implemented in operations/MountUnmountEject.cpp ---
 
     Q_INVOKABLE void clickMountUnmountButton(QObject *sender);
+    // Unmounts every volume of the selected disk, or of the disk that the selected medium is on, and ejects
+    // it.
+    Q_INVOKABLE void clickEjectMenuItem(QObject *sender);
     void unmountDidUnmountDisk(
         const DADiskRef &disk, const DADissenterRef &dissenter, const DiskRecord &daDisk);
     void unmountForceUnmountDialogDidEnd(AlertSheet *alert, int returnCode, const DiskRecord &contextInfo);

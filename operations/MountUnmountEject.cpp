@@ -8,6 +8,7 @@
 #include "platform/Localization.h"
 #include "platform/SystemLog.h"
 #include "ui/AlertSheet.h"
+#include "ui/panel_rules.h"
 
 #include <QMainWindow>
 #include <QPointer>
@@ -85,6 +86,16 @@ void ZorvexDiskManagerAppDelegate::clickMountUnmountButton(QObject *)
     else
         session->mount(disk->daDisk, kDADiskMountOptionDefault,
             completionWithContext(zorvex_disk_manager_da_disk_did_mount, disk));
+}
+
+void ZorvexDiskManagerAppDelegate::clickEjectMenuItem(QObject *)
+{
+    const DiskRecord disk = selectedDisk();
+    if (!disk || disk->operationInProgress || !PanelRules::canBeEjected(*disk))
+        return;
+    beginOperation(disk, RunningOperation::MountUnmountEject);
+    session->unmount(
+        disk->daDisk, kDADiskUnmountOptionWhole, completionWithContext(EjectDidUnmountDisk, disk));
 }
 
 // Shown directly and not as an alert: a force dialog neither waits for an alert nor keeps one away.

@@ -39,7 +39,8 @@ MNEMONIC_CONTEXTS = {
     "format question": ("CONFIRM_FORMAT_DIALOG_CONTINUE_BUTTON_TEXT",
                         "CONFIRM_FORMAT_DIALOG_CANCEL_BUTTON_TEXT"),
 } | {
-    f"menu of a row with {button}": (button,) + ROW_MENU for button in MOUNT_BUTTON
+    f"menu of a row with {button}": tuple(dict.fromkeys((button, "EJECT_BUTTON_TITLE"))) + ROW_MENU
+    for button in MOUNT_BUTTON
 } | {
     f"{page} with {button}": MENU_BAR + (button,) + keys
     for page, keys in TAB_PAGES.items() for button in MOUNT_BUTTON
