@@ -39,6 +39,11 @@ void DASession::setInitialListingCallback(std::function<void(bool serviceAvailab
     m_initialListing = std::move(callback);
 }
 
+void DASession::setPassphraseQuestion(PassphraseQuestion question)
+{
+    m_passphraseQuestion = std::move(question);
+}
+
 void DASession::deliverInitialListing(bool serviceAvailable)
 {
     if (const auto callback = std::exchange(m_initialListing, nullptr))

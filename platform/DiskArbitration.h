@@ -8,6 +8,7 @@
 // completion.
 #pragma once
 
+#include "platform/Passphrase.h"
 #include "platform/Property.h"
 
 #include <QStringList>
@@ -67,6 +68,14 @@ public:
     // The number by which file system bundles tell the variants of one file system apart (FSSubType), from
     // the medium's own data. Returns std::nullopt when it is unknown.
     virtual std::optional<qint16> filesystemSubtype() const = 0;
+
+    // The medium's part in encryption.
+    enum class Encryption {
+        None,
+        Encrypted, // locked, or with a medium of its own for what is unlocked on it
+        Unlocked, // what can be read of an encrypted medium
+    };
+    virtual Encryption encryption() const = 0;
 };
 
 using DADiskRef = std::shared_ptr<DADisk>;
@@ -123,6 +132,11 @@ using DADiskAppearedCallback = std::function<void(const DADiskRef &disk)>;
 using DADiskDisappearedCallback = std::function<void(const DADiskRef &disk)>;
 using DADiskDescriptionChangedCallback = std::function<void(const DADiskRef &disk, const QStringList &keys)>;
 
+// Asks the user for the passphrase of an encrypted medium; again when the last one was wrong. It answers
+// once, later; with none when the user declines. The session may have gone by then.
+using PassphraseAnswer = std::function<void(std::optional<Passphrase> passphrase)>;
+using PassphraseQuestion = std::function<void(const DADiskRef &disk, bool isRetry, PassphraseAnswer answer)>;
+
 // One client of the service. Nothing is delivered before scheduleWithRunLoop() or after
 // unscheduleFromRunLoop(). A whole disk is reported before its partitions and taken back after them.
 class DASession
@@ -143,12 +157,16 @@ public:
     // reached (its media are reported if it comes later).
     void setInitialListingCallback(std::function<void(bool serviceAvailable)> callback);
 
+    // Without a question, what is locked cannot be mounted.
+    void setPassphraseQuestion(PassphraseQuestion question);
+
     // From here on every medium that is present is reported as appeared, and what happens later as it
     // happens.
     virtual void scheduleWithRunLoop() = 0;
     virtual void unscheduleFromRunLoop() = 0;
 
-    // Mounts the volume where the service decides. A mounted volume dissents with Busy.
+    // Mounts the volume where the service decides. A mounted volume dissents with Busy. Of an encrypted
+    // medium, what can be read of it is mounted; the passphrase is asked for if it is locked.
     virtual void mount(const DADiskRef &disk, quint32 options, DADiskCompletion completion) = 0;
 
     // Unmounts the volume, or with the option Whole all volumes of the disk one after another, stopping at
@@ -156,8 +174,12 @@ public:
     // stands on dissent with NotPermitted.
     virtual void unmount(const DADiskRef &disk, quint32 options, DADiskCompletion completion) = 0;
 
-    // Ejects the disk, and powers it off where it can be; a loop disk is detached. A disk with a mounted
-    // volume dissents with Busy.
+    // Locks the encrypted medium that this one is, or is unlocked on. One that is mounted, or in use in
+    // another way, dissents.
+    virtual void lock(const DADiskRef &disk, DADiskCompletion completion) = 0;
+
+    // Locks what is unlocked on the disk, ejects it, and powers it off where it can be; a loop disk is
+    // detached. A disk with a mounted volume dissents with Busy.
     virtual void eject(const DADiskRef &disk, quint32 options, DADiskCompletion completion) = 0;
 
     // Gives the volume a new name.
@@ -171,6 +193,7 @@ protected:
     void deliverDisappeared(const DADiskRef &disk) const;
     void deliverDescriptionChanged(const DADiskRef &disk, const QStringList &keys) const;
     void deliverInitialListing(bool serviceAvailable);
+    const PassphraseQuestion &passphraseQuestion() const { return m_passphraseQuestion; }
 
 private:
     DADiskPeekCallback m_peek;
@@ -178,6 +201,7 @@ private:
     DADiskDisappearedCallback m_disappeared;
     DADiskDescriptionChangedCallback m_descriptionChanged;
     std::function<void(bool serviceAvailable)> m_initialListing;
+    PassphraseQuestion m_passphraseQuestion;
 };
 
 // Makes a session, or returns null when the service cannot be reached at all.

@@ -18,6 +18,7 @@ struct UDisksMedium
     PropertyDictionary description;
     PropertyDictionary mediaProperties;
     std::optional<qint16> subtype;
+    DADisk::Encryption encryption = DADisk::Encryption::None;
 };
 
 using BlockDeviceFactsReader = std::function<std::optional<BlockDeviceFacts>(const QString &deviceNode)>;
