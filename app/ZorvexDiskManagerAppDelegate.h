@@ -11,6 +11,7 @@
 //   Catalogue            filesystems/Catalogue.cpp
 //   Operation state      operations/OperationState.cpp
 //   Mount, unmount, eject  operations/MountUnmountEject.cpp
+//   Encrypted volumes    operations/EncryptedVolumes.cpp
 //   Volume labels        operations/VolumeLabel.cpp
 //   Format               operations/Format.cpp
 //   Check and repair     operations/CheckRepair.cpp
@@ -184,6 +185,13 @@ public:
     void diskArbitrationDiskDidEject(const DiskRecord &disk, const DADissenterRef &withDissenter);
     static QString dissenterStatusToString(const DADissenter &dissenter);
 
+    // --- Encrypted volumes. Implemented in operations/EncryptedVolumes.cpp ---
+
+    // Asks for the passphrase of a locked volume, again when the last one was wrong.
+    void askForPassphrase(const DADiskRef &disk, bool isRetry, PassphraseAnswer answer);
+    // Locks the volume that has been unmounted, if it was unlocked, and reports the end.
+    void finishUnmount(const DADiskRef &disk, const DiskRecord &record);
+
     // --- Volume labels. Implemented in operations/VolumeLabel.cpp ---
 
     // Whether the file system can hold the label; false after an alert that says why not.
@@ -286,6 +294,9 @@ private:
         const std::optional<QString> &reason = {});
     // Tells the user where the volume is mounted, if that is a place where they cannot go.
     void reportVolumeOutOfReach(const DiskRecord &disk);
+
+    // operations/EncryptedVolumes.cpp
+    QString lockedVolumeText(const ZorvexDiskManagerDisk &volume);
 
     // operations/Format.cpp, operations/CheckRepair.cpp: bodies of worker threads
     QString formatTargetText(const ZorvexDiskManagerDisk &disk) const;

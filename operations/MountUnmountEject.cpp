@@ -55,6 +55,15 @@ void UnmountDidUnmountDisk(const DADiskRef &disk, const DADissenterRef &dissente
     context->delegate->unmountDidUnmountDisk(disk, dissenter, context);
 }
 
+void UnmountDidForceUnmountDisk(
+    const DADiskRef &disk, const DADissenterRef &dissenter, const DiskRecord &context)
+{
+    if (dissenter)
+        zorvex_disk_manager_da_disk_did_unmount(disk, dissenter, context);
+    else
+        context->delegate->finishUnmount(disk, context);
+}
+
 void EjectDidUnmountDisk(const DADiskRef &, const DADissenterRef &dissenter, const DiskRecord &context)
 {
     context->delegate->ejectDidUnmountDisk(context, dissenter);
@@ -117,7 +126,7 @@ void ZorvexDiskManagerAppDelegate::unmountDidUnmountDisk(
     const DADiskRef &disk, const DADissenterRef &dissenter, const DiskRecord &daDisk)
 {
     if (!dissenter) {
-        zorvex_disk_manager_da_disk_did_unmount(disk, nullptr, daDisk);
+        finishUnmount(disk, daDisk);
         return;
     }
     if (dissenter->isDeclined) {
@@ -135,7 +144,7 @@ void ZorvexDiskManagerAppDelegate::unmountForceUnmountDialogDidEnd(
 {
     if (returnCode == AlertSheet::firstButtonReturn)
         session->unmount(contextInfo->daDisk, kDADiskUnmountOptionForce,
-            completionWithContext(zorvex_disk_manager_da_disk_did_unmount, contextInfo));
+            completionWithContext(UnmountDidForceUnmountDisk, contextInfo));
     else
         finishOperation(contextInfo);
 }

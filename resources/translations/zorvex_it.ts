@@ -313,6 +313,36 @@ Monta, formatta, controlla e ripara dischi e volumi.</translation>
         <extracomment>Button of the question after a failed unmount: leaves everything as it is.</extracomment>
         <translation>&amp;Annulla</translation>
     </message>
+    <message id="UNLOCK_DIALOG_TITLE">
+        <source>Unlock the volume?</source>
+        <extracomment>Title of the question for the passphrase of an encrypted volume.</extracomment>
+        <translation>Sbloccare il volume?</translation>
+    </message>
+    <message id="UNLOCK_DIALOG_TEXT_FMT">
+        <source>%@ on %@, %@</source>
+        <extracomment>Which volume the passphrase is for. The first %@ is its size, the second the name of its disk, the third its device, such as /dev/sdb3.</extracomment>
+        <translation>%@ su %@, %@</translation>
+    </message>
+    <message id="PASSPHRASE_ACCESSIBLE_NAME">
+        <source>Passphrase</source>
+        <extracomment>What a screen reader calls the field for the passphrase of an encrypted volume.</extracomment>
+        <translation>Frase segreta</translation>
+    </message>
+    <message id="WRONG_PASSPHRASE_TEXT">
+        <source>That was not the passphrase. Try again.</source>
+        <extracomment>In the question for a passphrase that is asked again, because the one before was wrong.</extracomment>
+        <translation>La frase segreta non è corretta. Riprova.</translation>
+    </message>
+    <message id="UNLOCK_BUTTON_TITLE">
+        <source>&amp;Unlock</source>
+        <extracomment>Button of the question for a passphrase: unlocks the encrypted volume and mounts it.</extracomment>
+        <translation>&amp;Sblocca</translation>
+    </message>
+    <message id="CANCEL_UNLOCK_BUTTON_TITLE">
+        <source>&amp;Cancel</source>
+        <extracomment>Button of the question for a passphrase: leaves the volume locked.</extracomment>
+        <translation>&amp;Annulla</translation>
+    </message>
     <message id="FAILED_TO_UNMOUNT_VOLUME_TITLE">
         <source>The volume could not be unmounted</source>
         <extracomment>Title of the question after a failed unmount.</extracomment>

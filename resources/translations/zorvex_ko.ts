@@ -313,6 +313,36 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <extracomment>Button of the question after a failed unmount: leaves everything as it is.</extracomment>
         <translation>취소(&amp;C)</translation>
     </message>
+    <message id="UNLOCK_DIALOG_TITLE">
+        <source>Unlock the volume?</source>
+        <extracomment>Title of the question for the passphrase of an encrypted volume.</extracomment>
+        <translation>볼륨의 잠금을 해제하시겠습니까?</translation>
+    </message>
+    <message id="UNLOCK_DIALOG_TEXT_FMT">
+        <source>%@ on %@, %@</source>
+        <extracomment>Which volume the passphrase is for. The first %@ is its size, the second the name of its disk, the third its device, such as /dev/sdb3.</extracomment>
+        <translation>%2$@의 %1$@, %3$@</translation>
+    </message>
+    <message id="PASSPHRASE_ACCESSIBLE_NAME">
+        <source>Passphrase</source>
+        <extracomment>What a screen reader calls the field for the passphrase of an encrypted volume.</extracomment>
+        <translation>암호문</translation>
+    </message>
+    <message id="WRONG_PASSPHRASE_TEXT">
+        <source>That was not the passphrase. Try again.</source>
+        <extracomment>In the question for a passphrase that is asked again, because the one before was wrong.</extracomment>
+        <translation>암호문이 올바르지 않습니다. 다시 입력하십시오.</translation>
+    </message>
+    <message id="UNLOCK_BUTTON_TITLE">
+        <source>&amp;Unlock</source>
+        <extracomment>Button of the question for a passphrase: unlocks the encrypted volume and mounts it.</extracomment>
+        <translation>잠금 해제(&amp;U)</translation>
+    </message>
+    <message id="CANCEL_UNLOCK_BUTTON_TITLE">
+        <source>&amp;Cancel</source>
+        <extracomment>Button of the question for a passphrase: leaves the volume locked.</extracomment>
+        <translation>취소(&amp;C)</translation>
+    </message>
     <message id="FAILED_TO_UNMOUNT_VOLUME_TITLE">
         <source>The volume could not be unmounted</source>
         <extracomment>Title of the question after a failed unmount.</extracomment>
