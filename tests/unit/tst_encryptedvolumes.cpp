@@ -8,6 +8,7 @@
 
 #include <QDBusMessage>
 #include <QTest>
+#include <QTimer>
 
 using namespace Qt::Literals::StringLiterals;
 using Encryption = DADisk::Encryption;
@@ -88,8 +89,8 @@ struct EncryptedStick
             UDisksInterfaces stages = readableDevice();
             const UDisksInterfaces last { { UDisks::filesystem, stages.take(UDisks::filesystem) } };
             fake.addInterfaces(readablePath, stages, Tell::Yes);
-            if (tellsFilesystem)
-                fake.addInterfaces(readablePath, last, Tell::Yes);
+            // The last stage comes after the answer.
+            QTimer::singleShot(0, &fake, [this, last] { fake.addInterfaces(readablePath, last, Tell::Yes); });
             return call.createReply(pathValue(readablePath));
         }
         if (method == "Lock"_L1)
@@ -124,7 +125,6 @@ struct EncryptedStick
     std::function<std::optional<BlockDeviceFacts>(const QString &node)> facts = FakeUDisks::facts;
     QHash<QString, DADiskRef> disks;
     bool isListed = false;
-    bool tellsFilesystem = true;
     QString wrongText = u"Error unlocking /dev/fake2p1: Failed to activate device: Incorrect passphrase."_s;
     QHash<QString, QString> refusals; // error by method
     QStringList passphrases; // that the service was given

@@ -26,6 +26,8 @@ const QHash<QString, VerbForm> &verbForms()
         { u"eraseVolume"_s, { Verb::EraseVolume, 3 } },
         { u"verifyVolume"_s, { Verb::VerifyVolume, 1 } },
         { u"repairVolume"_s, { Verb::RepairVolume, 1 } },
+        { u"unlockVolume"_s, { Verb::UnlockVolume, 1 } },
+        { u"lockVolume"_s, { Verb::LockVolume, 1 } },
     };
     return forms;
 }
@@ -64,6 +66,8 @@ QString usageText()
   eraseVolume FORMAT NAME DEVICE     Makes a new volume, losing all that is on the device
   verifyVolume DEVICE                Looks for errors, and changes nothing
   repairVolume DEVICE                Looks for errors, and repairs them
+  unlockVolume DEVICE                Unlocks an encrypted volume, and mounts it; asks for the passphrase
+  lockVolume DEVICE                  Unmounts an encrypted volume, and locks it
   --help                             Prints this text
 
 DEVICE is disk2s1, /dev/disk2s1 or a device node such as /dev/sda1.

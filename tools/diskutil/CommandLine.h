@@ -7,7 +7,7 @@
 
 #include <variant>
 
-enum class Verb { Help, List, Info, EraseVolume, VerifyVolume, RepairVolume };
+enum class Verb { Help, List, Info, EraseVolume, VerifyVolume, RepairVolume, UnlockVolume, LockVolume };
 
 struct CommandLine
 {

@@ -25,6 +25,7 @@ enum class ExitCode : int {
     MediumChanged = 17,
     ToolFailed = 18, // the file system's own tool could not do its work
     Interrupted = 19,
+    PassphraseRefused = 20, // it was wrong, or none was given
 };
 
 // Why nothing is done: the exit status and one line for the user.
