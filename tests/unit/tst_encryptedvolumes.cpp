@@ -8,7 +8,6 @@
 
 #include <QDBusMessage>
 #include <QTest>
-#include <QTimer>
 
 using namespace Qt::Literals::StringLiterals;
 using Encryption = DADisk::Encryption;
@@ -89,8 +88,9 @@ struct EncryptedStick
             UDisksInterfaces stages = readableDevice();
             const UDisksInterfaces last { { UDisks::filesystem, stages.take(UDisks::filesystem) } };
             fake.addInterfaces(readablePath, stages, Tell::Yes);
-            // The last stage comes after the answer.
-            QTimer::singleShot(0, &fake, [this, last] { fake.addInterfaces(readablePath, last, Tell::Yes); });
+            tellFilesystem = [this, last] { fake.addInterfaces(readablePath, last, Tell::Yes); };
+            if (tellsFilesystem)
+                tellFilesystem();
             return call.createReply(pathValue(readablePath));
         }
         if (method == "Lock"_L1)
@@ -125,6 +125,8 @@ struct EncryptedStick
     std::function<std::optional<BlockDeviceFacts>(const QString &node)> facts = FakeUDisks::facts;
     QHash<QString, DADiskRef> disks;
     bool isListed = false;
+    bool tellsFilesystem = true; // right when it has unlocked
+    std::function<void()> tellFilesystem;
     QString wrongText = u"Error unlocking /dev/fake2p1: Failed to activate device: Incorrect passphrase."_s;
     QHash<QString, QString> refusals; // error by method
     QStringList passphrases; // that the service was given
@@ -152,6 +154,7 @@ class TestEncryptedVolumes : public QObject
 private Q_SLOTS:
     void mountUnlocksAndMounts_data();
     void mountUnlocksAndMounts();
+    void unlockedDeviceIsMountedOnceItIsDescribed();
     void wrongPassphraseIsAskedAgain_data();
     void wrongPassphraseIsAskedAgain();
     void declinedQuestionChangesNothing();
@@ -201,6 +204,24 @@ void TestEncryptedVolumes::mountUnlocksAndMounts()
     QVERIFY(!stick.log.lines().join(u'\n').contains(right));
 }
 
+void TestEncryptedVolumes::unlockedDeviceIsMountedOnceItIsDescribed()
+{
+    EncryptedStick stick;
+    stick.tellsFilesystem = false;
+    stick.mount();
+    stick.reply(right);
+    QTRY_VERIFY(stick.disks.contains(u"disk9"_s));
+    bool isNextCallAnswered = false; // which comes after the answer to the first
+    stick.session->rename(stick.disks.value(u"disk2"_s), u"X"_s, 0,
+        [&isNextCallAnswered](const DADiskRef &, const DADissenterRef &) { isNextCallAnswered = true; });
+    QTRY_VERIFY(isNextCallAnswered);
+    QCOMPARE(stick.completions, 0);
+    stick.tellFilesystem();
+    QTRY_COMPARE(stick.completions, 1);
+    QVERIFY(!stick.outcome);
+    QCOMPARE(stick.fake.calls, calls({ "fake2p1 Unlock", "fake9 Mount" }));
+}
+
 void TestEncryptedVolumes::wrongPassphraseIsAskedAgain_data()
 {
     QTest::addColumn<QString>("text");
@@ -243,6 +264,7 @@ void TestEncryptedVolumes::refusedUnlockIsHandedOn()
     stick.reply(right);
     QTRY_COMPARE(stick.completions, 1);
     QVERIFY(stick.outcome && !stick.outcome->isDeclined);
+    QVERIFY(stick.outcome);
     QCOMPARE(stick.outcome->statusString.value_or(QString()), u"Unlock is refused"_s);
     QCOMPARE(stick.retries.size(), 1);
 }
@@ -254,6 +276,7 @@ void TestEncryptedVolumes::withoutAQuestionNothingIsUnlocked()
     stick.mount();
     QCOMPARE(stick.completions, 0);
     QTRY_COMPARE(stick.completions, 1);
+    QVERIFY(stick.outcome);
     QCOMPARE(stick.outcome->status, static_cast<quint32>(DAReturn::NotPermitted));
     QVERIFY(stick.fake.calls.isEmpty());
 }
@@ -283,6 +306,7 @@ void TestEncryptedVolumes::mediumThatIsAnotherByNowGetsNoPassphrase()
     };
     stick.reply(right);
     QTRY_COMPARE(stick.completions, 1);
+    QVERIFY(stick.outcome);
     QCOMPARE(stick.outcome->status, static_cast<quint32>(DAReturn::NotFound));
     QVERIFY(stick.passphrases.isEmpty());
 }
@@ -329,7 +353,9 @@ void TestEncryptedVolumes::refusedLockIsHandedOn()
     stick.refusals.insert(u"Lock"_s, u"DeviceBusy"_s);
     stick.session->lock(stick.disks.value(u"disk9"_s), stick.completion());
     QTRY_COMPARE(stick.completions, 1);
+    QVERIFY(stick.outcome);
     QCOMPARE(stick.outcome->status, static_cast<quint32>(DAReturn::Busy));
+    QVERIFY(stick.outcome);
     QCOMPARE(stick.outcome->statusString.value_or(QString()), u"Lock is refused"_s);
 }
 
@@ -350,6 +376,7 @@ void TestEncryptedVolumes::ejectLocksFirst()
     const DADiskRef disk = stick.disks.value(bsdName);
     stick.session->eject(disk, 0, stick.completion());
     QTRY_COMPARE(stick.completions, 2);
+    QVERIFY(stick.outcome);
     QCOMPARE(stick.outcome->status, static_cast<quint32>(DAReturn::Busy)); // it is still mounted
     stick.session->unmount(disk, kDADiskUnmountOptionWhole, stick.completion());
     QTRY_COMPARE(stick.completions, 3);
@@ -366,6 +393,8 @@ void TestEncryptedVolumes::ejectStopsAtARefusedLock()
     stick.refusals.insert(u"Lock"_s, u"Failed"_s);
     stick.session->eject(stick.disks.value(u"disk2"_s), 0, stick.completion());
     QTRY_COMPARE(stick.completions, 1);
+    QVERIFY(stick.outcome);
+    QVERIFY(stick.outcome);
     QCOMPARE(stick.outcome->statusString.value_or(QString()), u"Lock is refused"_s);
     QCOMPARE(stick.fake.calls, calls({ "fake2p1 Lock" }));
 }
