@@ -14,8 +14,8 @@ namespace {
 // could be recognised on it is waited for in vain.
 constexpr std::chrono::seconds newsLimit { 5 };
 
-// The service has no error of its own for a wrong passphrase, only the words of the library that unlocks:
-// those of today's and those of Debian 12's.
+// The service has no error of its own for a wrong passphrase, only the words of the library that unlocks, or
+// those of the system error that stands for it.
 bool isWrongPassphrase(const DADissenter &dissenter)
 {
     static const QRegularExpression words(u"Incorrect passphrase|Operation not permitted"_s);

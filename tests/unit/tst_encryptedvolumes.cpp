@@ -225,9 +225,9 @@ void TestEncryptedVolumes::unlockedDeviceIsMountedOnceItIsDescribed()
 void TestEncryptedVolumes::wrongPassphraseIsAskedAgain_data()
 {
     QTest::addColumn<QString>("text");
-    QTest::newRow("2.10")
+    QTest::newRow("words of the library")
         << u"Error unlocking /dev/fake2p1: Failed to activate device: Incorrect passphrase."_s;
-    QTest::newRow("2.9")
+    QTest::newRow("system error")
         << u"Error unlocking /dev/fake2p1: Failed to activate device: Operation not permitted"_s;
 }
 
