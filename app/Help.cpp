@@ -53,8 +53,12 @@ void ZorvexDiskManagerAppDelegate::showInFileManager()
     if (!disk || !disk->volumePath)
         return;
     const QString path = disk->volumePath->toLocalFile();
-    m_platform.workspace->openInFileManager(path, [path](bool success) {
-        if (!success)
-            systemLog(u"Unable to open \"%1\" in Finder."_s.arg(path));
+    m_platform.workspace->openInFileManager(path, [self = QPointer(this), path](bool success) {
+        if (success)
+            return;
+        systemLog(u"Unable to open \"%1\" in Finder."_s.arg(path));
+        if (self)
+            self->errorMessageWithTitle(localizedString("FOLDER_NOT_OPENED_TITLE"),
+                formatLocalized(localizedString("FOLDER_NOT_OPENED_TEXT_FMT"), { path }));
     });
 }

@@ -123,6 +123,9 @@ void ZorvexDiskManagerAppDelegate::applicationDidFinishLaunching()
             [this](const DADiskRef &disk, const QStringList &keys) {
                 zorvex_disk_manager_da_disk_description_changed(disk, keys, this);
             });
+        session->setPassphraseQuestion([this](const DADiskRef &disk, bool isRetry, PassphraseAnswer answer) {
+            askForPassphrase(disk, isRetry, std::move(answer));
+        });
         // A session without its service counts as none. It stays, for a service that comes later.
         session->setInitialListingCallback([](bool serviceAvailable) {
             if (!serviceAvailable)

@@ -5,6 +5,7 @@
 #include "ui/FlippedOutlineView.h"
 #include "ui/ImageAndTextCell.h"
 #include "ui/InterfaceStyle.h"
+#include "ui/panel_rules.h"
 
 #include "ui_MainWindow.h"
 
@@ -110,10 +111,18 @@ void enableAsButton(QAction *action, const QPushButton *button, const QTabWidget
     action->setEnabled(button->isEnabled() && tabs->indexOf(page) >= 0);
 }
 
+// The item that ejects is left out where the one above it does so already.
+void followDisk(QAction *eject, const ZorvexDiskManagerDisk *disk)
+{
+    eject->setVisible(!disk || !PanelRules::isEjectable(*disk));
+    eject->setEnabled(disk && !disk->operationInProgress && PanelRules::canBeEjected(*disk));
+}
+
 // What the menus offer for the disk that the panel shows.
 void followPanel(
     const ZorvexDiskManagerAppDelegate &controller, const DiskRecord &disk, const Ui::MainWindow &ui)
 {
+    followDisk(ui.actionEject, disk.get());
     ui.actionMountUnmount->setText(ui.mountUnmountButton->text());
     enableAsButton(ui.actionMountUnmount, ui.mountUnmountButton, ui.rightTabView, ui.infoTab);
     enableAsButton(ui.actionFormat, ui.formatButton, ui.rightTabView, ui.formatTab);
@@ -179,6 +188,7 @@ void connectActions(ZorvexDiskManagerAppDelegate &controller, QMainWindow *windo
     connectButton(ui.checkButton, controller, &Controller::clickCheckButton);
     connectButton(ui.repairButton, controller, &Controller::clickRepairButton);
     connectToButton(ui.actionMountUnmount, ui.mountUnmountButton, ui.rightTabView, ui.infoTab);
+    connectAction(ui.actionEject, controller, &Controller::clickEjectMenuItem);
     connectFormatAction(ui);
     connectAction(ui.actionEraseDisk, controller, &Controller::clickEraseDiskMenuItem);
     connectToButton(ui.actionCheck, ui.checkButton, ui.rightTabView, ui.maintenanceTab);

@@ -11,6 +11,7 @@
 //   Catalogue            filesystems/Catalogue.cpp
 //   Operation state      operations/OperationState.cpp
 //   Mount, unmount, eject  operations/MountUnmountEject.cpp
+//   Encrypted volumes    operations/EncryptedVolumes.cpp
 //   Volume labels        operations/VolumeLabel.cpp
 //   Format               operations/Format.cpp
 //   Erase disk           operations/EraseDisk.cpp
@@ -173,6 +174,9 @@ public:
     // --- Mount, unmount, eject. Implemented in operations/MountUnmountEject.cpp ---
 
     Q_INVOKABLE void clickMountUnmountButton(QObject *sender);
+    // Unmounts every volume of the selected disk, or of the disk that the selected medium is on, and ejects
+    // it.
+    Q_INVOKABLE void clickEjectMenuItem(QObject *sender);
     void unmountDidUnmountDisk(
         const DADiskRef &disk, const DADissenterRef &dissenter, const DiskRecord &daDisk);
     void unmountForceUnmountDialogDidEnd(AlertSheet *alert, int returnCode, const DiskRecord &contextInfo);
@@ -183,6 +187,13 @@ public:
     void diskArbitrationDiskDidUnmount(const DiskRecord &disk, const DADissenterRef &withDissenter);
     void diskArbitrationDiskDidEject(const DiskRecord &disk, const DADissenterRef &withDissenter);
     static QString dissenterStatusToString(const DADissenter &dissenter);
+
+    // --- Encrypted volumes. Implemented in operations/EncryptedVolumes.cpp ---
+
+    // Asks for the passphrase of a locked volume, again when the last one was wrong.
+    void askForPassphrase(const DADiskRef &disk, bool isRetry, PassphraseAnswer answer);
+    // Locks the volume that has been unmounted, if it was unlocked, and reports the end.
+    void finishUnmount(const DADiskRef &disk, const DiskRecord &record);
 
     // --- Volume labels. Implemented in operations/VolumeLabel.cpp ---
 
@@ -295,6 +306,11 @@ private:
         std::function<void(AlertSheet *, int)> didEnd);
     void reportOutcome(const DiskRecord &disk, const QString &format, const DADissenterRef &dissenter,
         const std::optional<QString> &reason = {});
+    // Tells the user where the volume is mounted, if that is a place where they cannot go.
+    void reportVolumeOutOfReach(const DiskRecord &disk);
+
+    // operations/EncryptedVolumes.cpp
+    QString lockedVolumeText(const ZorvexDiskManagerDisk &volume);
 
     // operations/EraseDisk.cpp
     QString eraseTargetText(const ZorvexDiskManagerDisk &disk) const;

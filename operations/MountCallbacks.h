@@ -12,6 +12,8 @@ using DiskRequestCallback
 
 // First steps.
 void UnmountDidUnmountDisk(const DADiskRef &disk, const DADissenterRef &dissenter, const DiskRecord &context);
+void UnmountDidForceUnmountDisk(
+    const DADiskRef &disk, const DADissenterRef &dissenter, const DiskRecord &context);
 void EjectDidUnmountDisk(const DADiskRef &disk, const DADissenterRef &dissenter, const DiskRecord &context);
 void EjectDidForceUnmountDisk(
     const DADiskRef &disk, const DADissenterRef &dissenter, const DiskRecord &context);

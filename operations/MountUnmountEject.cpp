@@ -8,8 +8,10 @@
 #include "platform/Localization.h"
 #include "platform/SystemLog.h"
 #include "ui/AlertSheet.h"
+#include "ui/panel_rules.h"
 
 #include <QMainWindow>
+#include <QPointer>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -53,6 +55,15 @@ void UnmountDidUnmountDisk(const DADiskRef &disk, const DADissenterRef &dissente
     context->delegate->unmountDidUnmountDisk(disk, dissenter, context);
 }
 
+void UnmountDidForceUnmountDisk(
+    const DADiskRef &disk, const DADissenterRef &dissenter, const DiskRecord &context)
+{
+    if (dissenter)
+        zorvex_disk_manager_da_disk_did_unmount(disk, dissenter, context);
+    else
+        context->delegate->finishUnmount(disk, context);
+}
+
 void EjectDidUnmountDisk(const DADiskRef &, const DADissenterRef &dissenter, const DiskRecord &context)
 {
     context->delegate->ejectDidUnmountDisk(context, dissenter);
@@ -86,6 +97,16 @@ void ZorvexDiskManagerAppDelegate::clickMountUnmountButton(QObject *)
             completionWithContext(zorvex_disk_manager_da_disk_did_mount, disk));
 }
 
+void ZorvexDiskManagerAppDelegate::clickEjectMenuItem(QObject *)
+{
+    const DiskRecord disk = selectedDisk();
+    if (!disk || disk->operationInProgress || !PanelRules::canBeEjected(*disk))
+        return;
+    beginOperation(disk, RunningOperation::MountUnmountEject);
+    session->unmount(
+        disk->daDisk, kDADiskUnmountOptionWhole, completionWithContext(EjectDidUnmountDisk, disk));
+}
+
 // Shown directly and not as an alert: a force dialog neither waits for an alert nor keeps one away.
 void ZorvexDiskManagerAppDelegate::showForceDialog(const DiskRecord &disk, const char *titleKey,
     const char *bodyKey, std::function<void(AlertSheet *, int)> didEnd)
@@ -105,7 +126,11 @@ void ZorvexDiskManagerAppDelegate::unmountDidUnmountDisk(
     const DADiskRef &disk, const DADissenterRef &dissenter, const DiskRecord &daDisk)
 {
     if (!dissenter) {
-        zorvex_disk_manager_da_disk_did_unmount(disk, nullptr, daDisk);
+        finishUnmount(disk, daDisk);
+        return;
+    }
+    if (dissenter->isDeclined) {
+        finishOperation(daDisk);
         return;
     }
     showForceDialog(daDisk, QT_TRID_NOOP("FAILED_TO_UNMOUNT_VOLUME_TITLE"),
@@ -119,7 +144,7 @@ void ZorvexDiskManagerAppDelegate::unmountForceUnmountDialogDidEnd(
 {
     if (returnCode == AlertSheet::firstButtonReturn)
         session->unmount(contextInfo->daDisk, kDADiskUnmountOptionForce,
-            completionWithContext(zorvex_disk_manager_da_disk_did_unmount, contextInfo));
+            completionWithContext(UnmountDidForceUnmountDisk, contextInfo));
     else
         finishOperation(contextInfo);
 }
@@ -130,6 +155,10 @@ void ZorvexDiskManagerAppDelegate::ejectDidUnmountDisk(
     if (!dissenter) {
         session->eject(disk->daDisk, kDADiskEjectOptionDefault,
             completionWithContext(zorvex_disk_manager_da_disk_did_eject, disk));
+        return;
+    }
+    if (dissenter->isDeclined) {
+        finishOperation(disk);
         return;
     }
     showForceDialog(disk, QT_TRID_NOOP("FAILED_TO_UNMOUNT_VOLUMES_TITLE"),
@@ -148,8 +177,13 @@ void ZorvexDiskManagerAppDelegate::ejectForceUnmountDialogDidEnd(
         finishOperation(contextInfo);
 }
 
-void ZorvexDiskManagerAppDelegate::ejectDidForceUnmountDisk(const DiskRecord &disk, const DADissenterRef &)
+void ZorvexDiskManagerAppDelegate::ejectDidForceUnmountDisk(
+    const DiskRecord &disk, const DADissenterRef &dissenter)
 {
+    if (dissenter && dissenter->isDeclined) {
+        finishOperation(disk);
+        return;
+    }
     // A refusal is not reported here: the eject that follows reports its own outcome.
     session->eject(disk->daDisk, kDADiskEjectOptionDefault,
         completionWithContext(zorvex_disk_manager_da_disk_did_eject, disk));
@@ -158,7 +192,7 @@ void ZorvexDiskManagerAppDelegate::ejectDidForceUnmountDisk(const DiskRecord &di
 void ZorvexDiskManagerAppDelegate::reportOutcome(const DiskRecord &disk, const QString &format,
     const DADissenterRef &dissenter, const std::optional<QString> &reason)
 {
-    if (!dissenter)
+    if (!dissenter || dissenter->isDeclined)
         return;
     const QString text = dissenterStatusToString(*dissenter);
     QString told = text;
@@ -179,6 +213,22 @@ void ZorvexDiskManagerAppDelegate::diskArbitrationDiskDidMount(
         reason = u"No supported file system found."_s;
     reportOutcome(disk, u"Error while mounting %@: %@"_s, withDissenter, reason);
     finishOperation(disk);
+    if (!withDissenter)
+        reportVolumeOutOfReach(disk);
+}
+
+// Some versions of the disk service mount for the user only what that user may mount themselves.
+void ZorvexDiskManagerAppDelegate::reportVolumeOutOfReach(const DiskRecord &disk)
+{
+    if (!disk->volumePath)
+        return;
+    const QStringList nameAndPath { getDisplayNameForDisk(*disk), disk->volumePath->toLocalFile() };
+    m_platform.workspace->findFolderAccess(
+        nameAndPath.constLast(), [self = QPointer(this), nameAndPath](bool isOpen) {
+            if (self && !isOpen)
+                self->infoMessageWithTitle(localizedString("VOLUME_OUT_OF_REACH_TITLE"),
+                    formatLocalized(localizedString("VOLUME_OUT_OF_REACH_TEXT_FMT"), nameAndPath));
+        });
 }
 
 void ZorvexDiskManagerAppDelegate::diskArbitrationDiskDidUnmount(

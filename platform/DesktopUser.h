@@ -50,6 +50,17 @@ std::optional<DesktopUser> desktopUser();
 void startProgram(const std::optional<DesktopUser> &user, const QString &program,
     const QStringList &arguments, QObject *context, std::function<void(bool hasSucceeded)> done);
 
+// How a program ended, and what it wrote to its standard error.
+struct ProgramEnd
+{
+    bool hasSucceeded = false; // it could be started and ended with 0
+    QByteArray errorOutput;
+};
+
+// The same for a program whose errors are read. It must leave nothing behind that writes there.
+void startProgramForErrors(const std::optional<DesktopUser> &user, const QString &program,
+    const QStringList &arguments, QObject *context, std::function<void(const ProgramEnd &end)> done);
+
 // Names the Wayland socket of the user's session in the environment, unless one is named already: pkexec
 // keeps only the X11 display. Call it before the interface is made.
 void adoptDisplayOfDesktopUser();

@@ -18,12 +18,24 @@
 std::optional<QVariantMap> mountOptions(
     const std::optional<DesktopUser> &user, const QString &serviceVersion);
 
+// What a disk service that was asked in the user's own name has answered.
+struct UserMountAnswer
+{
+    bool isMounted = false;
+    QString errorName; // on the bus; empty when there was no such answer
+    QString message; // of the error
+};
+
 // For a disk service that cannot mount for another user: asks it in the user's own name to mount the volume
-// with this object path; the user is not asked for a password. Runs done later, once, with whether it was
-// mounted, unless the context goes first. The thread of the context. Only UDisks2 before 2.10 needs this,
-// which is last in Debian 12.
-void mountForDesktopUser(
-    const DesktopUser &user, const QString &objectPath, QObject *context, std::function<void(bool)> done);
+// with this object path. Where the service wants a password for it, the user's desktop asks for that. Runs
+// done later, once, unless the context goes first. The thread of the context. Only UDisks2 before 2.10 needs
+// this, which is last in Debian 12.
+void mountForDesktopUser(const DesktopUser &user, const QString &objectPath, QObject *context,
+    std::function<void(const UserMountAnswer &)> done);
+
+// Finds out whether the user at the desktop, or the user of this process where there is none, may look into
+// the folder. Runs done later, once, unless the context goes first. The thread of the context.
+void findFolderAccess(const QString &path, QObject *context, std::function<void(bool isOpen)> done);
 
 // Gives a new, mounted volume to the user, if its file system has owners: a formatter makes it root's, and
 // nobody else could write to it. Does nothing without a user.

@@ -4,7 +4,13 @@
 DADissenterRef makeDissenter(DAReturn status, std::optional<QString> statusString)
 {
     return std::make_shared<const DADissenter>(
-        DADissenter { static_cast<quint32>(status), std::move(statusString) });
+        DADissenter { static_cast<quint32>(status), std::move(statusString), false });
+}
+
+DADissenterRef makeDeclinedDissenter(std::optional<QString> statusString)
+{
+    return std::make_shared<const DADissenter>(
+        DADissenter { static_cast<quint32>(DAReturn::NotPrivileged), std::move(statusString), true });
 }
 
 void DASession::registerDiskPeekCallback(DADiskPeekCallback callback, int)
@@ -31,6 +37,11 @@ void DASession::registerDiskDescriptionChangedCallback(DADiskDescriptionChangedC
 void DASession::setInitialListingCallback(std::function<void(bool serviceAvailable)> callback)
 {
     m_initialListing = std::move(callback);
+}
+
+void DASession::setPassphraseQuestion(PassphraseQuestion question)
+{
+    m_passphraseQuestion = std::move(question);
 }
 
 void DASession::deliverInitialListing(bool serviceAvailable)

@@ -8,6 +8,7 @@
 // completion.
 #pragma once
 
+#include "platform/Passphrase.h"
 #include "platform/Property.h"
 
 #include <QStringList>
@@ -87,6 +88,14 @@ public:
     virtual std::optional<qint16> filesystemSubtype() const = 0;
 
     virtual ProbedContent probedContent() const = 0;
+
+    // The medium's part in encryption.
+    enum class Encryption {
+        None,
+        Encrypted, // locked, or with a medium of its own for what is unlocked on it
+        Unlocked, // what can be read of an encrypted medium
+    };
+    virtual Encryption encryption() const = 0;
 };
 
 using DADiskRef = std::shared_ptr<DADisk>;
@@ -113,12 +122,16 @@ struct DADissenter
 {
     quint32 status = 0; // a DAReturn, or another number that a service made up
     std::optional<QString> statusString; // the service's own words
+    bool isDeclined = false; // the user said no to a question: nothing that they need to be told
 };
 
 // Null when the request was granted.
 using DADissenterRef = std::shared_ptr<const DADissenter>;
 
 DADissenterRef makeDissenter(DAReturn status, std::optional<QString> statusString = {});
+
+// For a request that ended because the user declined a question that came with it.
+DADissenterRef makeDeclinedDissenter(std::optional<QString> statusString = {});
 
 // Option bits of a request; 0 is the default.
 enum DAUnmountOption : quint32 {
@@ -138,6 +151,11 @@ using DADiskPeekCallback = std::function<void(const DADiskRef &disk)>;
 using DADiskAppearedCallback = std::function<void(const DADiskRef &disk)>;
 using DADiskDisappearedCallback = std::function<void(const DADiskRef &disk)>;
 using DADiskDescriptionChangedCallback = std::function<void(const DADiskRef &disk, const QStringList &keys)>;
+
+// Asks the user for the passphrase of an encrypted medium; again when the last one was wrong. It answers
+// once, later; with none when the user declines. The session may have gone by then.
+using PassphraseAnswer = std::function<void(std::optional<Passphrase> passphrase)>;
+using PassphraseQuestion = std::function<void(const DADiskRef &disk, bool isRetry, PassphraseAnswer answer)>;
 
 // One client of the service. Nothing is delivered before scheduleWithRunLoop() or after
 // unscheduleFromRunLoop(). A whole disk is reported before its partitions and taken back after them.
@@ -159,12 +177,16 @@ public:
     // reached (its media are reported if it comes later).
     void setInitialListingCallback(std::function<void(bool serviceAvailable)> callback);
 
+    // Without a question, what is locked cannot be mounted.
+    void setPassphraseQuestion(PassphraseQuestion question);
+
     // From here on every medium that is present is reported as appeared, and what happens later as it
     // happens.
     virtual void scheduleWithRunLoop() = 0;
     virtual void unscheduleFromRunLoop() = 0;
 
-    // Mounts the volume where the service decides. A mounted volume dissents with Busy.
+    // Mounts the volume where the service decides. A mounted volume dissents with Busy. Of an encrypted
+    // medium, what can be read of it is mounted; the passphrase is asked for if it is locked.
     virtual void mount(const DADiskRef &disk, quint32 options, DADiskCompletion completion) = 0;
 
     // Unmounts the volume, or with the option Whole all volumes of the disk one after another, stopping at
@@ -172,8 +194,12 @@ public:
     // stands on dissent with NotPermitted.
     virtual void unmount(const DADiskRef &disk, quint32 options, DADiskCompletion completion) = 0;
 
-    // Ejects the disk, and powers it off where it can be; a loop disk is detached. A disk with a mounted
-    // volume dissents with Busy.
+    // Locks the encrypted medium that this one is, or is unlocked on. One that is mounted, or in use in
+    // another way, dissents.
+    virtual void lock(const DADiskRef &disk, DADiskCompletion completion) = 0;
+
+    // Locks what is unlocked on the disk, ejects it, and powers it off where it can be; a loop disk is
+    // detached. A disk with a mounted volume dissents with Busy.
     virtual void eject(const DADiskRef &disk, quint32 options, DADiskCompletion completion) = 0;
 
     // Gives the volume a new name.
@@ -187,6 +213,7 @@ protected:
     void deliverDisappeared(const DADiskRef &disk) const;
     void deliverDescriptionChanged(const DADiskRef &disk, const QStringList &keys) const;
     void deliverInitialListing(bool serviceAvailable);
+    const PassphraseQuestion &passphraseQuestion() const { return m_passphraseQuestion; }
 
 private:
     DADiskPeekCallback m_peek;
@@ -194,6 +221,7 @@ private:
     DADiskDisappearedCallback m_disappeared;
     DADiskDescriptionChangedCallback m_descriptionChanged;
     std::function<void(bool serviceAvailable)> m_initialListing;
+    PassphraseQuestion m_passphraseQuestion;
 };
 
 // Makes a session, or returns null when the service cannot be reached at all.

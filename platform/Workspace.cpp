@@ -3,6 +3,7 @@
 
 #include "platform/dbus/PendingReply.h"
 #include "platform/DesktopUser.h"
+#include "platform/DesktopUserMount.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -75,4 +76,9 @@ void DesktopWorkspace::openDocument(const QString &path, Completion completion)
         return;
     }
     openWithDesktop(path, completion);
+}
+
+void DesktopWorkspace::findFolderAccess(const QString &path, Completion completion)
+{
+    ::findFolderAccess(path, qApp, std::move(completion));
 }

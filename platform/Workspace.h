@@ -16,6 +16,9 @@ public:
     virtual ~Workspace() = default;
     virtual void openInFileManager(const QString &path, Completion completion) = 0;
     virtual void openDocument(const QString &path, Completion completion) = 0;
+
+    // Whether the user at the desktop may look into the folder, instead of whether a request was taken.
+    virtual void findFolderAccess(const QString &path, Completion completion) = 0;
 };
 
 // The desktop that the user sits at, also where this process runs as root: the file manager on the bus of
@@ -25,4 +28,5 @@ class DesktopWorkspace : public Workspace
 public:
     void openInFileManager(const QString &path, Completion completion) override;
     void openDocument(const QString &path, Completion completion) override;
+    void findFolderAccess(const QString &path, Completion completion) override;
 };

@@ -42,6 +42,11 @@ bool isEjectable(const ZorvexDiskManagerDisk &disk)
     return disk.whole && !disk.leaf;
 }
 
+bool canBeEjected(const ZorvexDiskManagerDisk &disk)
+{
+    return (disk.ejectable || isEjectable(disk)) && !disk.internal;
+}
+
 const char *buttonTitleKey(const ZorvexDiskManagerDisk &disk)
 {
     if (isEjectable(disk))

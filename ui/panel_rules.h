@@ -38,6 +38,10 @@ const char *contentKey(ProbedContent::Kind kind);
 // Whether the list holds a personality for the disk's file system.
 bool hasMatchingBundle(const ZorvexDiskManagerDisk &disk, const std::optional<FilesystemBundleList> &list);
 
+// Whether the menus offer to eject the disk that the medium is on, or is. The button has the rule of its own
+// that isEjectable() is a part of.
+bool canBeEjected(const ZorvexDiskManagerDisk &disk);
+
 // What the panel's controls allow. While an operation is in progress nothing is.
 struct Abilities
 {

@@ -269,6 +269,25 @@ void UDisksBus::flush()
         Q_EMIT changed(std::exchange(m_changed, {}));
 }
 
+void UDisksBus::await(std::function<bool()> isFulfilled, std::chrono::milliseconds limit,
+    std::function<void(bool isFulfilled)> done)
+{
+    auto *wait = new QTimer(this);
+    wait->setSingleShot(true);
+    connect(wait, &QTimer::timeout, wait, [wait, isFulfilled, done = std::move(done)] {
+        wait->deleteLater();
+        done(isFulfilled());
+    });
+    const auto check = [wait, isFulfilled] {
+        if (wait->isActive() && isFulfilled())
+            wait->start(std::chrono::milliseconds(0));
+    };
+    connect(this, &UDisksBus::changed, wait, check);
+    connect(this, &UDisksBus::listed, wait, check);
+    wait->start(limit);
+    check();
+}
+
 void UDisksBus::call(const QString &path, const QString &interface, const QString &method,
     const QVariantList &arguments, Reply reply)
 {

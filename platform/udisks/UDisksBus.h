@@ -13,6 +13,7 @@
 #include <QObject>
 #include <QSet>
 
+#include <chrono>
 #include <functional>
 
 class UDisksBus : public QObject
@@ -45,6 +46,10 @@ public:
     // with whether the store now holds the service's answer: a value, or no such interface.
     void readProperty(const QString &path, const QString &interface, const QString &name,
         std::function<void(bool isKnown)> done);
+
+    // Runs done once, later: with true when the store fulfils the condition, or with false after the limit.
+    void await(std::function<bool()> isFulfilled, std::chrono::milliseconds limit,
+        std::function<void(bool isFulfilled)> done);
 
     // Emits changed() now for what has changed so far.
     void flush();

@@ -17,7 +17,6 @@ DADissenterRef dissenterFromBusError(const QString &name, const QString &message
         { prefix + u"NotMounted"_s, DAReturn::NotMounted },
         { prefix + u"NotAuthorized"_s, DAReturn::NotPrivileged },
         { prefix + u"NotAuthorizedCanObtain"_s, DAReturn::NotPrivileged },
-        { prefix + u"NotAuthorizedDismissed"_s, DAReturn::NotPrivileged },
         { prefix + u"NotSupported"_s, DAReturn::Unsupported },
         { prefix + u"OptionNotPermitted"_s, DAReturn::NotPermitted },
     };
@@ -32,6 +31,8 @@ DADissenterRef dissenterFromBusError(const QString &name, const QString &message
     std::optional<QString> statusString;
     if (!text.isEmpty())
         statusString = text;
+    if (name == prefix + "NotAuthorizedDismissed"_L1)
+        return makeDeclinedDissenter(statusString);
     const DAReturn status = statuses.value(name, DAReturn::Error);
     const bool isUnsupported = status == DAReturn::Error && cannotMount.match(text).hasMatch();
     return makeDissenter(isUnsupported ? DAReturn::Unsupported : status, statusString);

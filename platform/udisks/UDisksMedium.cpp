@@ -18,8 +18,8 @@ public:
     BlockReader(const UDisksStore &store, QString path)
         : m_store(store)
         , m_path(std::move(path))
-        , m_whole(store.wholeDiskOf(m_path))
-        , m_drive(store.objectPath(m_path, UDisks::block, "Drive"))
+        , m_whole(store.bottomDiskOf(m_path))
+        , m_drive(store.objectPath(isUnlocked() ? m_whole : m_path, UDisks::block, "Drive"))
     {
     }
 
@@ -46,6 +46,19 @@ public:
 
     QString deviceNode() const { return m_store.fileName(m_path, UDisks::block, "Device"); }
     bool isPartition() const { return m_store.hasInterface(m_path, UDisks::partition); }
+
+    // The service knows of no drive for what is unlocked: it is that of the disk at the bottom.
+    bool isUnlocked() const
+    {
+        return !m_store.objectPath(m_path, UDisks::block, "CryptoBackingDevice").isEmpty();
+    }
+
+    DADisk::Encryption encryption() const
+    {
+        if (m_store.hasInterface(m_path, UDisks::encrypted))
+            return DADisk::Encryption::Encrypted;
+        return isUnlocked() ? DADisk::Encryption::Unlocked : DADisk::Encryption::None;
+    }
 
     bool hasPartitions() const { return m_store.hasPartitions(m_path); }
     bool hasFilesystem() const { return m_store.hasInterface(m_path, UDisks::filesystem); }
@@ -93,6 +106,8 @@ public:
         const QString backingFile = m_store.fileName(m_path, UDisks::loop, "BackingFile");
         if (!backingFile.isEmpty())
             return QFileInfo(backingFile).fileName();
+        if (isUnlocked())
+            return {}; // the drive's is that of the encrypted medium
         return driveName(m_store.text(m_drive, UDisks::drive, "Vendor").simplified(),
             m_store.text(m_drive, UDisks::drive, "Model").simplified());
     }
@@ -221,7 +236,7 @@ std::optional<UDisksMedium> readUDisksMedium(const UDisksStore &store, const QSt
     if (!facts)
         return std::nullopt;
 
-    UDisksMedium medium { *facts, node, {}, {}, {}, {} };
+    UDisksMedium medium { *facts, node, {}, {}, {}, {}, block.encryption() };
     PropertyDictionary &description = medium.description;
     description.insert(DAKey::mediaBSDName, facts->bsdName);
     description.insert(DAKey::mediaWhole, !block.isPartition());

@@ -19,6 +19,7 @@ struct UDisksMedium
     PropertyDictionary mediaProperties;
     std::optional<qint16> subtype;
     ProbedContent content;
+    DADisk::Encryption encryption = DADisk::Encryption::None;
 };
 
 using BlockDeviceFactsReader = std::function<std::optional<BlockDeviceFacts>(const QString &deviceNode)>;

@@ -3,9 +3,11 @@
 
 #include "platform/BlockDevice.h"
 #include "platform/DesktopUserMount.h"
+#include "platform/udisks/UDisksError.h"
 
 #include <QTimer>
 
+#include <algorithm>
 #include <chrono>
 
 using namespace Qt::Literals::StringLiterals;
@@ -46,6 +48,10 @@ void UDisksRequests::readMountPoints(const QString &path, std::function<void(boo
 
 void UDisksRequests::mount(const QString &path, Completion completion)
 {
+    if (const QString device = m_bus.store().readableDeviceOf(path); !device.isEmpty()) {
+        mountReadable(device, std::move(completion));
+        return;
+    }
     if (!m_bus.store().hasInterface(path, UDisks::filesystem)) {
         answerLater(std::move(completion), DAReturn::Unsupported);
         return;
@@ -58,12 +64,47 @@ void UDisksRequests::mount(const QString &path, Completion completion)
         return;
     }
     mountForDesktopUser(
-        *user, path, &m_bus, [this, path, completion = std::move(completion)](bool isMounted) {
-            if (isMounted)
-                readMountPoints(path, [completion](bool) { completion(nullptr); });
-            else
+        *user, path, &m_bus, [this, path, completion = std::move(completion)](const UserMountAnswer &answer) {
+            const DADissenterRef dissenter
+                = answer.isMounted ? nullptr : dissenterFromBusError(answer.errorName, answer.message);
+            if (dissenter && !dissenter->isDeclined)
                 callMount(path, noOptions, completion);
+            else
+                readMountPoints(path, [completion, dissenter](bool) { completion(dissenter); });
         });
+}
+
+void UDisksRequests::mountReadable(const QString &path, Completion completion)
+{
+    if (isMounted(path))
+        answerLater(std::move(completion), DAReturn::Success);
+    else
+        mount(path, std::move(completion));
+}
+
+bool UDisksRequests::isLocked(const QString &path) const
+{
+    return m_encryption.isEncrypted(path) && m_bus.store().readableDeviceOf(path).isEmpty();
+}
+
+void UDisksRequests::unlockAndMount(const QString &path, const Passphrase &passphrase,
+    std::function<void()> wrongPassphrase, Completion completion)
+{
+    m_encryption.unlock(path, passphrase,
+        [this, wrongPassphrase = std::move(wrongPassphrase), completion = std::move(completion)](
+            const UDisksEncryption::Unlocked &unlocked) {
+            if (unlocked.isWrongPassphrase)
+                wrongPassphrase();
+            else if (unlocked.dissenter)
+                completion(unlocked.dissenter);
+            else
+                mountReadable(unlocked.readableDevice, completion);
+        });
+}
+
+void UDisksRequests::lock(const QString &path, Completion completion)
+{
+    m_encryption.lock(path, std::move(completion));
 }
 
 void UDisksRequests::callMount(const QString &path, const QVariantMap &options, Completion completion)
@@ -77,8 +118,11 @@ void UDisksRequests::callMount(const QString &path, const QVariantMap &options, 
 
 void UDisksRequests::unmount(const QString &path, Scope scope, Force force, Completion completion)
 {
-    QStringList mounted = scope == Scope::Disk ? m_bus.store().blockDevicesOn(m_bus.store().wholeDiskOf(path))
-                                               : QStringList { path };
+    QStringList mounted { path };
+    if (scope == Scope::Disk)
+        mounted = m_bus.store().blockDevicesOn(m_bus.store().bottomDiskOf(path));
+    else if (m_encryption.isEncrypted(path))
+        mounted = m_bus.store().blockDevicesOn(path);
     mounted.removeIf([this](const QString &device) { return !isMounted(device); });
     if (force == Force::Yes) {
         for (const QString &device : std::as_const(mounted)) {
@@ -132,12 +176,25 @@ void UDisksRequests::unmountNext(const QStringList &paths, Force force, int trie
 void UDisksRequests::eject(const QString &path, Completion completion)
 {
     // The service would detach a loop disk with a mounted volume, and the disk would vanish some time later.
-    for (const QString &device : m_bus.store().blockDevicesOn(path)) {
-        if (isMounted(device)) {
-            answerLater(std::move(completion), DAReturn::Busy, u"A volume of the disk is still mounted."_s);
-            return;
-        }
+    QStringList devices = m_bus.store().blockDevicesOn(path);
+    if (std::any_of(
+            devices.begin(), devices.end(), [this](const QString &device) { return isMounted(device); })) {
+        answerLater(std::move(completion), DAReturn::Busy, u"A volume of the disk is still mounted."_s);
+        return;
     }
+    // What is unlocked on something unlocked goes first.
+    std::reverse(devices.begin(), devices.end());
+    m_encryption.lockAll(
+        devices, [this, path, completion = std::move(completion)](const DADissenterRef &dissenter) {
+            if (dissenter)
+                completion(dissenter);
+            else
+                ejectLocked(path, completion);
+        });
+}
+
+void UDisksRequests::ejectLocked(const QString &path, Completion completion)
+{
     const QString drive = m_bus.store().objectPath(path, UDisks::block, "Drive");
     if (m_bus.store().hasInterface(path, UDisks::loop))
         detachLoop(path, std::move(completion));
@@ -166,27 +223,9 @@ void UDisksRequests::awaitDetachment(const QString &path, Completion completion)
         = [this, path] { return m_bus.store().fileName(path, UDisks::loop, "BackingFile").isEmpty(); };
     m_bus.readProperty(
         path, UDisks::loop, u"BackingFile"_s, [this, isDetached, completion = std::move(completion)](bool) {
-            if (isDetached()) {
-                completion(nullptr);
-                return;
-            }
-            auto *wait = new QTimer(&m_bus);
-            wait->setSingleShot(true);
-            const auto finish = [wait, completion](const DADissenterRef &dissenter) {
-                wait->deleteLater();
-                completion(dissenter);
-            };
-            QObject::connect(wait, &QTimer::timeout, wait,
-                [finish] { finish(makeDissenter(DAReturn::Busy, u"The disk is still in use."_s)); });
-            const auto check = [wait, isDetached, finish] {
-                if (wait->isActive() && isDetached()) {
-                    wait->stop();
-                    finish(nullptr);
-                }
-            };
-            QObject::connect(&m_bus, &UDisksBus::changed, wait, check);
-            QObject::connect(&m_bus, &UDisksBus::listed, wait, check);
-            wait->start(detachmentLimit);
+            m_bus.await(isDetached, detachmentLimit, [completion](bool isDone) {
+                completion(isDone ? nullptr : makeDissenter(DAReturn::Busy, u"The disk is still in use."_s));
+            });
         });
 }
 

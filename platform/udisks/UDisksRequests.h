@@ -6,6 +6,7 @@
 
 #include "platform/DiskArbitration.h"
 #include "platform/udisks/UDisksBus.h"
+#include "platform/udisks/UDisksEncryption.h"
 
 #include <QObject>
 
@@ -18,19 +19,31 @@ public:
 
     explicit UDisksRequests(UDisksBus &bus)
         : m_bus(bus)
+        , m_encryption(bus)
     {
     }
 
     // Where this process runs as root at a user's request, the volume is mounted for that user. A service
-    // that cannot mount for another user does so only where the user could have mounted the volume without a
-    // password; any other volume is mounted for root.
+    // that cannot mount for another user is asked in the user's own name, which may ask them for a password;
+    // a volume that it refuses them is mounted for root. Of an encrypted device, what is unlocked on it is
+    // mounted; mounted already counts as done.
     void mount(const QString &path, Completion completion);
+
+    // Whether the device has to be unlocked before it can be mounted.
+    bool isLocked(const QString &path) const;
+
+    // Unlocks the device and mounts what is on it. Runs one of the two functions.
+    void unlockAndMount(const QString &path, const Passphrase &passphrase,
+        std::function<void()> wrongPassphrase, Completion completion);
+
+    // Locks the device that is encrypted, or that this one is unlocked on. Locked already counts as done.
+    void lock(const QString &path, Completion completion);
 
     // Unmounts the volume, or in order all volumes of its disk, up to the first refusal. A volume that is not
     // mounted counts as done.
     void unmount(const QString &path, Scope scope, Force force, Completion completion);
 
-    // The path of a whole disk.
+    // The path of a whole disk. What is unlocked on it is locked first.
     void eject(const QString &path, Completion completion);
 
     // A mounted volume whose file system can be named only while it is not in use is unmounted first, and
@@ -48,5 +61,9 @@ private:
     void ejectDrive(const QString &drive, Completion completion);
     void awaitDetachment(const QString &path, Completion completion);
 
+    void mountReadable(const QString &path, Completion completion);
+    void ejectLocked(const QString &path, Completion completion);
+
     UDisksBus &m_bus;
+    UDisksEncryption m_encryption;
 };

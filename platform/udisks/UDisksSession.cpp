@@ -7,6 +7,7 @@
 #include "platform/udisks/UDisksMedium.h"
 #include "platform/udisks/UDisksRequests.h"
 
+#include <QPointer>
 #include <QTimer>
 
 #include <algorithm>
@@ -36,6 +37,8 @@ public:
     QString deviceNode() const override { return m_medium.deviceNode; }
     std::optional<qint16> filesystemSubtype() const override { return m_medium.subtype; }
     ProbedContent probedContent() const override { return m_medium.content; }
+
+    Encryption encryption() const override { return m_medium.encryption; }
 
     const QString &path() const { return m_path; }
     const UDisksMedium &medium() const { return m_medium; }
@@ -128,8 +131,19 @@ public:
     void mount(const DADiskRef &disk, quint32, DADiskCompletion completion) override
     {
         const QString path = presentPath(disk, completion);
-        if (!path.isEmpty())
+        if (path.isEmpty())
+            return;
+        if (m_requests.isLocked(path))
+            askAndUnlock(disk, false, completion);
+        else
             m_requests.mount(path, bound(disk, std::move(completion)));
+    }
+
+    void lock(const DADiskRef &disk, DADiskCompletion completion) override
+    {
+        const QString path = presentPath(disk, completion);
+        if (!path.isEmpty())
+            m_requests.lock(path, bound(disk, std::move(completion)));
     }
 
     void unmount(const DADiskRef &disk, quint32 options, DADiskCompletion completion) override
@@ -148,7 +162,7 @@ public:
     {
         const QString path = presentPath(disk, completion);
         if (!path.isEmpty())
-            m_requests.eject(m_bus.store().wholeDiskOf(path), bound(disk, std::move(completion)));
+            m_requests.eject(m_bus.store().bottomDiskOf(path), bound(disk, std::move(completion)));
     }
 
     void rename(const DADiskRef &disk, const QString &name, quint32, DADiskCompletion completion) override
@@ -183,6 +197,32 @@ private:
     {
         const std::optional<BlockDeviceFacts> facts = m_readFacts(disk.medium().deviceNode);
         return facts && facts->bsdName == disk.medium().facts.bsdName;
+    }
+
+    // The user may take their time: the medium is looked for again before it gets the passphrase.
+    void askAndUnlock(const DADiskRef &disk, bool isRetry, const DADiskCompletion &completion)
+    {
+        const auto answered = [this, session = QPointer(&m_bus), disk, completion](
+                                  const std::optional<Passphrase> &passphrase) {
+            if (!session)
+                return;
+            if (!passphrase) {
+                completion(disk, makeDeclinedDissenter());
+                return;
+            }
+            const QString path = presentPath(disk, completion);
+            if (!path.isEmpty())
+                m_requests.unlockAndMount(
+                    path, *passphrase, [this, disk, completion] { askAndUnlock(disk, true, completion); },
+                    bound(disk, completion));
+        };
+        if (passphraseQuestion()) {
+            passphraseQuestion()(disk, isRetry, answered);
+            return;
+        }
+        QTimer::singleShot(0, &m_bus, [disk, completion] {
+            completion(disk, makeDissenter(DAReturn::NotPermitted, u"The volume is encrypted and locked."_s));
+        });
     }
 
     static UDisksRequests::Completion bound(const DADiskRef &disk, DADiskCompletion completion)

@@ -22,8 +22,8 @@ QString decodedFileName(QByteArray bytes)
 
 bool isWanted(const QString &interface)
 {
-    static const QStringList wanted { UDisks::block, UDisks::drive, UDisks::filesystem, UDisks::loop,
-        UDisks::manager, UDisks::partition, UDisks::partitionTable };
+    static const QStringList wanted { UDisks::block, UDisks::drive, UDisks::encrypted, UDisks::filesystem,
+        UDisks::loop, UDisks::manager, UDisks::partition, UDisks::partitionTable };
     return wanted.contains(interface);
 }
 
@@ -153,6 +153,28 @@ QString UDisksStore::wholeDiskOf(const QString &path) const
 {
     const QString table = objectPath(path, UDisks::partition, "Table");
     return table.isEmpty() ? path : table;
+}
+
+QString UDisksStore::bottomDiskOf(const QString &path) const
+{
+    QString whole = wholeDiskOf(path);
+    QStringList passed; // a service may say nonsense
+    for (QString below = objectPath(whole, UDisks::block, "CryptoBackingDevice");
+        !below.isEmpty() && !passed.contains(whole);
+        below = objectPath(whole, UDisks::block, "CryptoBackingDevice")) {
+        passed.append(whole);
+        whole = wholeDiskOf(below);
+    }
+    return whole;
+}
+
+QString UDisksStore::readableDeviceOf(const QString &path) const
+{
+    const QStringList devices = children().values(path);
+    const auto found = std::find_if(devices.begin(), devices.end(), [&](const QString &device) {
+        return objectPath(device, UDisks::block, "CryptoBackingDevice") == path;
+    });
+    return found == devices.end() ? QString() : *found;
 }
 
 const QMultiHash<QString, QString> &UDisksStore::children() const

@@ -21,6 +21,7 @@ inline const QString service = QStringLiteral("org.freedesktop.UDisks2");
 inline const QString rootPath = QStringLiteral("/org/freedesktop/UDisks2");
 inline const QString block = QStringLiteral("org.freedesktop.UDisks2.Block");
 inline const QString drive = QStringLiteral("org.freedesktop.UDisks2.Drive");
+inline const QString encrypted = QStringLiteral("org.freedesktop.UDisks2.Encrypted");
 inline const QString filesystem = QStringLiteral("org.freedesktop.UDisks2.Filesystem");
 inline const QString loop = QStringLiteral("org.freedesktop.UDisks2.Loop");
 inline const QString managerPath = QStringLiteral("/org/freedesktop/UDisks2/Manager");
@@ -59,6 +60,13 @@ public:
 
     // The whole disk of a partition; the path itself for anything else.
     QString wholeDiskOf(const QString &path) const;
+
+    // The whole disk that is at the bottom: of a partition its disk, of what is unlocked that of the device
+    // below; the path itself for anything else.
+    QString bottomDiskOf(const QString &path) const;
+
+    // The device that is unlocked on an encrypted one; empty while that is locked.
+    QString readableDeviceOf(const QString &path) const;
 
     // Whether the disk has partitions.
     bool hasPartitions(const QString &path) const;

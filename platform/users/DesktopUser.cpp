@@ -44,6 +44,31 @@ std::vector<gid_t> groupsOf(const char *name, gid_t group)
     return groups;
 }
 
+// A process that is not started yet and deletes itself when it has ended.
+QProcess *makeProcess(
+    const std::optional<DesktopUser> &user, QObject *context, std::function<void(const ProgramEnd &end)> done)
+{
+    auto *process = new QProcess(context);
+    const auto finish = [process, done = std::move(done)](bool hasSucceeded) {
+        process->deleteLater();
+        done({ hasSucceeded, process->readAllStandardError() });
+    };
+    QObject::connect(
+        process, &QProcess::finished, process, [finish](int exitCode, QProcess::ExitStatus status) {
+            finish(status == QProcess::NormalExit && exitCode == 0);
+        });
+    // A program that has started and crashes finishes as well.
+    QObject::connect(process, &QProcess::errorOccurred, process, [finish](QProcess::ProcessError error) {
+        if (error == QProcess::FailedToStart)
+            finish(false);
+    });
+    if (user)
+        user->prepare(*process);
+    process->setStandardInputFile(QProcess::nullDevice());
+    process->setStandardOutputFile(QProcess::nullDevice());
+    return process;
+}
+
 } // namespace
 
 QString DesktopUser::runtimeFolder() const
@@ -107,26 +132,16 @@ std::optional<DesktopUser> desktopUser()
 void startProgram(const std::optional<DesktopUser> &user, const QString &program,
     const QStringList &arguments, QObject *context, std::function<void(bool hasSucceeded)> done)
 {
-    auto *process = new QProcess(context);
-    const auto finish = [process, done = std::move(done)](bool hasSucceeded) {
-        process->deleteLater();
-        done(hasSucceeded);
-    };
-    QObject::connect(
-        process, &QProcess::finished, process, [finish](int exitCode, QProcess::ExitStatus status) {
-            finish(status == QProcess::NormalExit && exitCode == 0);
-        });
-    // A program that has started and crashes finishes as well.
-    QObject::connect(process, &QProcess::errorOccurred, process, [finish](QProcess::ProcessError error) {
-        if (error == QProcess::FailedToStart)
-            finish(false);
-    });
-    if (user)
-        user->prepare(*process);
-    process->setStandardInputFile(QProcess::nullDevice());
-    process->setStandardOutputFile(QProcess::nullDevice());
+    QProcess *const process = makeProcess(
+        user, context, [done = std::move(done)](const ProgramEnd &end) { done(end.hasSucceeded); });
     process->setStandardErrorFile(QProcess::nullDevice());
     process->start(program, arguments);
+}
+
+void startProgramForErrors(const std::optional<DesktopUser> &user, const QString &program,
+    const QStringList &arguments, QObject *context, std::function<void(const ProgramEnd &end)> done)
+{
+    makeProcess(user, context, std::move(done))->start(program, arguments);
 }
 
 QString waylandSocket(const QString &runtimeFolder, uid_t user)

@@ -5,6 +5,7 @@
 #include "platform/SystemLog.h"
 
 #include <QFile>
+#include <QRegularExpression>
 #include <QVersionNumber>
 
 #include <cerrno>
@@ -20,6 +21,14 @@ const QString rootPath = u"/org/freedesktop/UDisks2/"_s;
 // The first version that mounts for another user. Earlier ones ignore the option and mount for the caller.
 const QVersionNumber firstThatMountsForOthers(2, 10);
 
+UserMountAnswer answerOf(const ProgramEnd &end)
+{
+    // "Error mounting /dev/sda1: GDBus.Error:NAME: MESSAGE"
+    static const QRegularExpression busError(u"GDBus\\.Error:([^: ]+): (.*)$"_s);
+    const auto match = busError.match(QString::fromUtf8(end.errorOutput).trimmed());
+    return { end.hasSucceeded, match.captured(1), match.captured(2) };
+}
+
 } // namespace
 
 std::optional<QVariantMap> mountOptions(const std::optional<DesktopUser> &user, const QString &serviceVersion)
@@ -32,13 +41,19 @@ std::optional<QVariantMap> mountOptions(const std::optional<DesktopUser> &user, 
 }
 
 // The service mounts for the user at the other end of the connection, so a process of that user has to ask:
-// the service's own command-line client.
-void mountForDesktopUser(
-    const DesktopUser &user, const QString &objectPath, QObject *context, std::function<void(bool)> done)
+// the service's own command-line client. It has no terminal, where it would ask for the password itself.
+void mountForDesktopUser(const DesktopUser &user, const QString &objectPath, QObject *context,
+    std::function<void(const UserMountAnswer &)> done)
 {
-    startProgram(user, u"udisksctl"_s,
-        { u"mount"_s, u"--no-user-interaction"_s, u"--object-path"_s, objectPath.mid(rootPath.size()) },
-        context, std::move(done));
+    startProgramForErrors(user, u"setsid"_s,
+        { u"udisksctl"_s, u"mount"_s, u"--object-path"_s, objectPath.mid(rootPath.size()) }, context,
+        [done = std::move(done)](const ProgramEnd &end) { done(answerOf(end)); });
+}
+
+void findFolderAccess(const QString &path, QObject *context, std::function<void(bool isOpen)> done)
+{
+    startProgram(
+        desktopUser(), u"test"_s, { u"-r"_s, path, u"-a"_s, u"-x"_s, path }, context, std::move(done));
 }
 
 void giveMountedVolume(const QString &mountPoint, const std::optional<DesktopUser> &user)

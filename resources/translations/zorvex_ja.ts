@@ -228,6 +228,26 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <extracomment>Said by a screen reader after the mount point while it is shown as a link: what following it does.</extracomment>
         <translation>リンク: ファイルマネージャーを開きます</translation>
     </message>
+    <message id="FOLDER_NOT_OPENED_TITLE">
+        <source>The folder could not be opened</source>
+        <extracomment>Title of the alert when the file manager could not open the folder at which a volume is mounted.</extracomment>
+        <translation>フォルダーを開けませんでした</translation>
+    </message>
+    <message id="FOLDER_NOT_OPENED_TEXT_FMT">
+        <source>The volume is mounted at %@, but the file manager could not open that folder.</source>
+        <extracomment>Text of the alert when the file manager could not open the folder at which a volume is mounted. %@ is the path of the folder.</extracomment>
+        <translation>ボリュームは %@ にマウントされていますが、ファイルマネージャーでこのフォルダーを開けませんでした。</translation>
+    </message>
+    <message id="VOLUME_OUT_OF_REACH_TITLE">
+        <source>You cannot open this volume</source>
+        <extracomment>Title of the notice after a volume was mounted in a folder that the user may not open.</extracomment>
+        <translation>このボリュームは開けません</translation>
+    </message>
+    <message id="VOLUME_OUT_OF_REACH_TEXT_FMT">
+        <source>The disk service could not mount “%@” for you. It is mounted at %@, which only the administrator can open.</source>
+        <extracomment>Text of the notice after a volume was mounted in a folder that the user may not open. The first %@ is the name of the volume, the second the path of the folder.</extracomment>
+        <translation>ディスクサービスは「%@」をあなた用にマウントできませんでした。ボリュームは %@ にマウントされていますが、このフォルダーを開けるのは管理者だけです。</translation>
+    </message>
     <message id="DEVICE_NODE_TOOL_TIP_FMT">
         <source>Device node: %@</source>
         <extracomment>Tool tip of the device name. %@ is the system&apos;s name of the device, such as /dev/sda1.</extracomment>
@@ -296,6 +316,36 @@ Mounts, formats, checks and repairs disks and volumes.</source>
     <message id="CANCEL_UNMOUNT_BUTTON_TITLE">
         <source>&amp;Cancel</source>
         <extracomment>Button of the question after a failed unmount: leaves everything as it is.</extracomment>
+        <translation>キャンセル(&amp;C)</translation>
+    </message>
+    <message id="UNLOCK_DIALOG_TITLE">
+        <source>Unlock the volume?</source>
+        <extracomment>Title of the question for the passphrase of an encrypted volume.</extracomment>
+        <translation>ボリュームのロックを解除しますか？</translation>
+    </message>
+    <message id="UNLOCK_DIALOG_TEXT_FMT">
+        <source>%@ on %@, %@</source>
+        <extracomment>Which volume the passphrase is for. The first %@ is its size, the second the name of its disk, the third its device, such as /dev/sdb3.</extracomment>
+        <translation>%2$@ の %1$@、%3$@</translation>
+    </message>
+    <message id="PASSPHRASE_ACCESSIBLE_NAME">
+        <source>Passphrase</source>
+        <extracomment>What a screen reader calls the field for the passphrase of an encrypted volume.</extracomment>
+        <translation>パスフレーズ</translation>
+    </message>
+    <message id="WRONG_PASSPHRASE_TEXT">
+        <source>That was not the passphrase. Try again.</source>
+        <extracomment>In the question for a passphrase that is asked again, because the one before was wrong.</extracomment>
+        <translation>パスフレーズが違います。もう一度入力してください。</translation>
+    </message>
+    <message id="UNLOCK_BUTTON_TITLE">
+        <source>&amp;Unlock</source>
+        <extracomment>Button of the question for a passphrase: unlocks the encrypted volume and mounts it.</extracomment>
+        <translation>ロックを解除(&amp;U)</translation>
+    </message>
+    <message id="CANCEL_UNLOCK_BUTTON_TITLE">
+        <source>&amp;Cancel</source>
+        <extracomment>Button of the question for a passphrase: leaves the volume locked.</extracomment>
         <translation>キャンセル(&amp;C)</translation>
     </message>
     <message id="DISK_SERVICE_GAVE_NO_REASON_TEXT">

@@ -27,6 +27,10 @@ public:
     {
         enqueue({ MemoryDiskService::RequestKind::Unmount, disk, options, {}, std::move(completion) });
     }
+    void lock(const DADiskRef &disk, DADiskCompletion completion) override
+    {
+        enqueue({ MemoryDiskService::RequestKind::Lock, disk, 0, {}, std::move(completion) });
+    }
     void eject(const DADiskRef &disk, quint32 options, DADiskCompletion completion) override
     {
         enqueue({ MemoryDiskService::RequestKind::Eject, disk, options, {}, std::move(completion) });
@@ -40,6 +44,7 @@ public:
     using DASession::deliverAppeared;
     using DASession::deliverDescriptionChanged;
     using DASession::deliverDisappeared;
+    using DASession::passphraseQuestion;
 
 private:
     void enqueue(MemoryDiskService::Request request) { m_service.m_requests.push_back(std::move(request)); }
@@ -78,6 +83,11 @@ void MemoryDiskService::changeDisk(const MemoryDiskRef &disk, const QStringList 
 {
     if (m_session)
         m_session->deliverDescriptionChanged(disk, keys);
+}
+
+void MemoryDiskService::askPassphrase(const DADiskRef &disk, bool isRetry, PassphraseAnswer answer)
+{
+    m_session->passphraseQuestion()(disk, isRetry, std::move(answer));
 }
 
 void MemoryDiskService::completeRequest(const DADissenterRef &dissenter)

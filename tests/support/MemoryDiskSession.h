@@ -21,12 +21,14 @@ public:
     QString deviceNode() const override { return node; }
     std::optional<qint16> filesystemSubtype() const override { return subtype; }
     ProbedContent probedContent() const override { return content; }
+    Encryption encryption() const override { return partInEncryption; }
 
     std::optional<PropertyDictionary> description;
     std::optional<PropertyDictionary> mediaProperties;
     QString node;
     std::optional<qint16> subtype;
     ProbedContent content;
+    Encryption partInEncryption = Encryption::None;
 };
 
 using MemoryDiskRef = std::shared_ptr<MemoryDisk>;
@@ -36,7 +38,7 @@ class MemoryDiskSession;
 class MemoryDiskService
 {
 public:
-    enum class RequestKind { Mount, Unmount, Eject, Rename };
+    enum class RequestKind { Mount, Unmount, Lock, Eject, Rename };
 
     struct Request
     {
@@ -53,6 +55,9 @@ public:
     void addDisk(const MemoryDiskRef &disk);
     void removeDisk(const MemoryDiskRef &disk);
     void changeDisk(const MemoryDiskRef &disk, const QStringList &keys = {});
+
+    // Asks the session's client for a passphrase.
+    void askPassphrase(const DADiskRef &disk, bool isRetry, PassphraseAnswer answer);
 
     // Requests that have not been answered, oldest first.
     const std::vector<Request> &requests() const { return m_requests; }

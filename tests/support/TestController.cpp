@@ -53,6 +53,11 @@ void TestWorkspace::openDocument(const QString &path, Completion completion)
     completion(succeeds);
 }
 
+void TestWorkspace::findFolderAccess(const QString &, Completion completion)
+{
+    completion(isFolderOpen);
+}
+
 LogCapture::LogCapture()
     : m_redirection([this](const QString &line) {
         const std::lock_guard lock(m_mutex);

@@ -21,8 +21,10 @@ class TestWorkspace : public Workspace
 public:
     void openInFileManager(const QString &path, Completion completion) override;
     void openDocument(const QString &path, Completion completion) override;
+    void findFolderAccess(const QString &path, Completion completion) override;
 
     bool succeeds = true;
+    bool isFolderOpen = true;
     QStringList folders;
     QStringList documents;
 };

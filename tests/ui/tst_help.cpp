@@ -45,7 +45,7 @@ private Q_SLOTS:
     void clickWithNothingSelectedDoesNothing();
     void returnKeyOpensTheVolume();
     void pathIsCopiedWithoutItsControls();
-    void failingFileManagerIsLogged();
+    void failingFileManagerIsTold();
     void hostilePathIsPlain();
     void manualIsOpened();
     void missingManualIsAlertedOnce();
@@ -338,13 +338,15 @@ void TestHelp::pathIsCopiedWithoutItsControls()
     QCOMPARE(clipboard->text(), QString());
 }
 
-void TestHelp::failingFileManagerIsLogged()
+void TestHelp::failingFileManagerIsTold()
 {
     const auto test = withMountedVolume();
     test->workspace->succeeds = false;
     click(test->controller().infoMountedPathView, 5);
     QCOMPARE(test->log.lines(), QStringList { u"Unable to open \"/Volumes/X\" in Finder."_s });
-    QVERIFY(test->sheets().isEmpty());
+    QCOMPARE(test->sheets().size(), 1);
+    QCOMPARE(test->sheets().constFirst()->text(), u"The folder could not be opened"_s);
+    QVERIFY(test->sheets().constFirst()->informativeText().contains(u"/Volumes/X"_s));
 }
 
 void TestHelp::hostilePathIsPlain()

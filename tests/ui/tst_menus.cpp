@@ -50,6 +50,8 @@ class TestMenus : public QObject
 private Q_SLOTS:
     void menuItemsFollowTheirButtons();
     void menuItemIsCalledAsTheButton();
+    void everyMediumThatCanBeEjectedHasTheItem_data();
+    void everyMediumThatCanBeEjectedHasTheItem();
     void formatItemNeedsItsPage();
     void menuClosesWithItsDisk();
     void menusShowTheirShortcuts();
@@ -123,6 +125,54 @@ void TestMenus::menuItemIsCalledAsTheButton()
     QCOMPARE(title(u"disk2s1"_s), u"&Mount"_s);
 }
 
+void TestMenus::everyMediumThatCanBeEjectedHasTheItem_data()
+{
+    QTest::addColumn<bool>("isEjectable");
+    QTest::addColumn<bool>("isInternal");
+    QTest::addColumn<bool>("isLeaf");
+    QTest::addColumn<bool>("isShown");
+    QTest::addColumn<bool>("isOffered");
+    QTest::newRow("disc or bare stick") << true << false << true << true << true;
+    QTest::newRow("built-in disk") << false << true << true << true << false;
+    QTest::newRow("built-in drive with a lever") << true << true << true << true << false;
+    QTest::newRow("disk with partitions") << true << false << false << false << false;
+    QTest::newRow("built-in disk with partitions") << false << true << false << false << false;
+    QTest::newRow("other disk") << false << false << true << true << false;
+}
+
+void TestMenus::everyMediumThatCanBeEjectedHasTheItem()
+{
+    QFETCH(bool, isEjectable);
+    QFETCH(bool, isInternal);
+    QFETCH(bool, isLeaf);
+    TestController test;
+    test.launch();
+    const MemoryDiskRef disk = makeDisk(u"disk2"_s);
+    disk->description->insert(DAKey::mediaEjectable, isEjectable);
+    disk->description->insert(DAKey::deviceInternal, isInternal);
+    disk->description->insert(DAKey::mediaLeaf, isLeaf);
+    setMounted(disk, u"/media/DISC"_s);
+    test.add(disk);
+    QAction *const eject = test.action(u"actionEject"_s);
+    QVERIFY(eject->isVisible() && !eject->isEnabled()); // nothing is selected
+    test.select(u"disk2"_s);
+    QTEST(eject->isVisible(), "isShown");
+    QTEST(eject->isVisible() && eject->isEnabled(), "isOffered");
+    if (!eject->isVisible() || !eject->isEnabled())
+        return;
+    eject->trigger();
+    QVERIFY(!eject->isEnabled()); // while it is at work
+    using Kind = MemoryDiskService::RequestKind;
+    QCOMPARE(test.service.requests().size(), std::size_t { 1 });
+    QCOMPARE(test.service.requests().front().kind, Kind::Unmount);
+    QCOMPARE(test.service.requests().front().options, quint32 { kDADiskUnmountOptionWhole });
+    test.service.completeRequest();
+    QCOMPARE(test.service.requests().front().kind, Kind::Eject);
+    test.service.completeRequest();
+    QVERIFY(test.sheets().isEmpty());
+    QVERIFY(eject->isEnabled());
+}
+
 void TestMenus::formatItemNeedsItsPage()
 {
     TestController test;
@@ -171,8 +221,8 @@ void TestMenus::menusShowTheirShortcuts()
 {
     TestController test;
     test.launch();
-    const QStringList operations { u"Mount|Ctrl+E"_s, u"Format…|Ctrl+Shift+F"_s,
-        u"Erase Disk…|Ctrl+Shift+E"_s, u"Check|Ctrl+K"_s, u"Repair|Ctrl+R"_s };
+    const QStringList operations { u"Mount|Ctrl+E"_s, u"Eject|Ctrl+Shift+E"_s, u"Format…|Ctrl+Shift+F"_s,
+        u"Erase Disk…|"_s, u"Check|Ctrl+K"_s, u"Repair|Ctrl+R"_s };
     const QString show = u"Show in File Manager|Ctrl+Return"_s;
     QCOMPARE(titlesOf(test.window().findChild<QMenu *>(u"diskMenu"_s)), operations + QStringList { show });
     QCOMPARE(titlesOf(test.window().findChild<QMenu *>(u"rowMenu"_s)),

@@ -27,6 +27,10 @@ private Q_SLOTS:
     void refusedMountIsReported();
     void outcomeIsReportedBeforeTheEnd_data();
     void outcomeIsReportedBeforeTheEnd();
+    void declinedQuestionEndsWithoutAnAlert_data();
+    void declinedQuestionEndsWithoutAnAlert();
+    void declinedQuestionOfAForcedEject();
+    void volumeOutOfReachIsTold();
     void refusedUnmountOffersForce();
     void cancelLeavesTheVolumeMounted();
     void keysOnTheForceDialog_data();
@@ -217,6 +221,54 @@ void TestMountUnmountEject::outcomeIsReportedBeforeTheEnd()
     QCOMPARE(f->test.sheets().constFirst()->informativeText(), text);
     QCOMPARE(watch.wasBusy, QList { true });
     QVERIFY(!isBusy(*f, bsdName));
+}
+
+void TestMountUnmountEject::declinedQuestionEndsWithoutAnAlert_data()
+{
+    QTest::addColumn<QString>("bsdName");
+    QTest::addColumn<QString>("mountPoint");
+    QTest::newRow("mount") << u"disk2s1"_s << QString();
+    QTest::newRow("unmount") << u"disk2s1"_s << u"/media/A"_s;
+    QTest::newRow("eject") << u"disk2"_s << u"/media/A"_s;
+}
+
+void TestMountUnmountEject::declinedQuestionEndsWithoutAnAlert()
+{
+    QFETCH(QString, bsdName);
+    QFETCH(QString, mountPoint);
+    const auto f = launched(mountPoint);
+    click(*f, bsdName);
+    QVERIFY(isBusy(*f, bsdName));
+    f->test.service.completeRequest(makeDeclinedDissenter(u"The authentication dialog was dismissed"_s));
+    QVERIFY(f->test.sheets().isEmpty());
+    QVERIFY(!isBusy(*f, bsdName));
+    QVERIFY(f->test.service.requests().empty());
+}
+
+void TestMountUnmountEject::declinedQuestionOfAForcedEject()
+{
+    const auto f = launched(u"/media/A"_s);
+    click(*f, u"disk2"_s);
+    f->test.service.completeRequest(makeDissenter(DAReturn::Busy));
+    press(f->test.sheets().constFirst(), firstButton);
+    QTRY_VERIFY(f->test.sheets().isEmpty());
+    f->test.service.completeRequest(makeDeclinedDissenter());
+    QVERIFY(f->test.sheets().isEmpty());
+    QVERIFY(f->test.service.requests().empty());
+    QVERIFY(!isBusy(*f, u"disk2"_s));
+}
+
+void TestMountUnmountEject::volumeOutOfReachIsTold()
+{
+    const auto f = launched();
+    f->test.workspace->isFolderOpen = false;
+    click(*f, u"disk2s1"_s);
+    setMounted(f->volume, u"/media/root/DATA"_s);
+    f->test.service.completeRequest();
+    QCOMPARE(f->test.sheets().size(), 1);
+    const QString text = f->test.sheets().constFirst()->informativeText();
+    QVERIFY2(text.contains(u"“DATA”"_s) && text.contains(u"/media/root/DATA"_s), qPrintable(text));
+    QVERIFY(!isBusy(*f, u"disk2s1"_s));
 }
 
 void TestMountUnmountEject::refusedUnmountOffersForce()

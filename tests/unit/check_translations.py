@@ -36,12 +36,14 @@ MNEMONIC_CONTEXTS = {
     "Edit menu": ("COPY_MENU_ITEM_TITLE", "SELECT_ALL_MENU_ITEM_TITLE"),
     "Help menu": ("MANUAL_MENU_ITEM_TITLE", "ABOUT_MENU_ITEM_TITLE"),
     "forced unmount question": ("FORCE_UNMOUNT_BUTTON_TITLE", "CANCEL_UNMOUNT_BUTTON_TITLE"),
+    "question for a passphrase": ("UNLOCK_BUTTON_TITLE", "CANCEL_UNLOCK_BUTTON_TITLE"),
     "format question": ("CONFIRM_FORMAT_DIALOG_CONTINUE_BUTTON_TEXT",
                         "CONFIRM_FORMAT_DIALOG_CANCEL_BUTTON_TEXT"),
     "erase disk sheet": ("FORMAT_FILESYSTEM_CAPTION", "FORMAT_LABEL_CAPTION", "ERASE_DISK_SCHEME_CAPTION",
                          "ERASE_DISK_CONTINUE_BUTTON_TEXT", "CONFIRM_FORMAT_DIALOG_CANCEL_BUTTON_TEXT"),
 } | {
-    f"menu of a row with {button}": (button,) + ROW_MENU for button in MOUNT_BUTTON
+    f"menu of a row with {button}": tuple(dict.fromkeys((button, "EJECT_BUTTON_TITLE"))) + ROW_MENU
+    for button in MOUNT_BUTTON
 } | {
     f"{page} with {button}": MENU_BAR + (button,) + keys
     for page, keys in TAB_PAGES.items() for button in MOUNT_BUTTON

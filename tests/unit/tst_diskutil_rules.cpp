@@ -118,6 +118,8 @@ void TestDiskutilRules::commandLine_data()
     row("info", { u"info"_s, u"disk1"_s }, Verb::Info, { {}, {}, u"disk1"_s });
     row("verify", { u"verifyVolume"_s, u"disk1"_s }, Verb::VerifyVolume, { {}, {}, u"disk1"_s });
     row("repair", { u"repairVolume"_s, u"disk1"_s }, Verb::RepairVolume, { {}, {}, u"disk1"_s });
+    row("unlock", { u"unlockVolume"_s, u"disk1"_s }, Verb::UnlockVolume, { {}, {}, u"disk1"_s });
+    row("lock", { u"lockVolume"_s, u"disk1"_s }, Verb::LockVolume, { {}, {}, u"disk1"_s });
     row("erase", { u"eraseVolume"_s, u"MS-DOS FAT32"_s, u"A B"_s, u"disk1"_s }, Verb::EraseVolume,
         { u"MS-DOS FAT32"_s, u"A B"_s, u"disk1"_s });
     row("erase without a name", { u"eraseVolume"_s, u"ext4"_s, u""_s, u"disk1"_s }, Verb::EraseVolume,

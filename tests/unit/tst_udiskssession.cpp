@@ -9,6 +9,7 @@
 
 #include <QDBusArgument>
 #include <QDBusMessage>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <cstdlib>
@@ -124,6 +125,9 @@ private Q_SLOTS:
     void mountOptionsGoByTheVersionOfTheService_data();
     void mountOptionsGoByTheVersionOfTheService();
     void serviceIsAskedToMountForTheUser();
+    void olderServiceIsAskedInTheUsersName_data();
+    void olderServiceIsAskedInTheUsersName();
+    void folderAccessIsThatOfTheUser();
     void errorOfAnUnknownNameIsAGeneralError();
     void unmountGoesOnUntilNothingIsMounted();
     void unmountOfWhatIsUnmountedMeanwhileIsDone();
@@ -373,6 +377,71 @@ void TestUDisksSession::serviceIsAskedToMountForTheUser()
     QTRY_COMPARE(test.completions, 1);
     const QVariantMap forTheUser { { u"as-user"_s, u"nobody"_s } };
     QCOMPARE(options, geteuid() == 0 ? forTheUser : QVariantMap());
+}
+
+void TestUDisksSession::olderServiceIsAskedInTheUsersName_data()
+{
+    QTest::addColumn<QByteArray>("script");
+    QTest::addColumn<QStringList>("calls"); // of this process to the service
+    QTest::addColumn<bool>("isDeclined");
+    const QByteArray error = "echo 'Error mounting /dev/sda1: GDBus.Error:org.freedesktop.UDisks2.Error.";
+    QTest::newRow("mounted") << QByteArray("[ \"$*\" = 'mount --object-path block_devices/fake2p1' ]")
+                             << QStringList() << false;
+    QTest::newRow("declined") << QByteArray(error + "NotAuthorizedDismissed: No' >&2; exit 1")
+                              << QStringList() << true;
+    QTest::newRow("refused") << QByteArray(error + "NotAuthorizedCanObtain: No' >&2; exit 1")
+                             << QStringList { u"fake2p1 Mount"_s } << false;
+}
+
+void TestUDisksSession::olderServiceIsAskedInTheUsersName()
+{
+    if (geteuid() != 0)
+        QSKIP("Only root mounts for another user.");
+    QFETCH(QByteArray, script);
+    QFETCH(QStringList, calls);
+    QFETCH(bool, isDeclined);
+    QTemporaryDir folder;
+    QFile client(folder.filePath(u"udisksctl"_s));
+    QVERIFY(client.open(QIODevice::WriteOnly));
+    // As the user, and in a session without a terminal.
+    client.write(
+        "#!/bin/sh\n[ \"$(id -u)\" = 65534 ] && [ \"$(cut -d' ' -f6 /proc/$$/stat)\" = $$ ] || exit 2\n"
+        + script + '\n');
+    client.close();
+    QVERIFY(client.setPermissions(QFile::Permissions(0x5555)));
+    QVERIFY(QFile::setPermissions(folder.path(), QFile::Permissions(0x7755)));
+    const QByteArray path = qgetenv("PATH");
+    qputenv("PATH", QFile::encodeName(folder.path()) + ':' + path);
+    SessionTest test;
+    test.fake.addInterfaces(
+        UDisks::managerPath, { { UDisks::manager, { { u"Version"_s, u"2.9.4"_s } } } }, Tell::No);
+    test.start();
+    qputenv("PKEXEC_UID", "65534");
+    test.session->mount(test.disks.value(u"disk2s1"_s), 0, test.completion());
+    qunsetenv("PKEXEC_UID");
+    qputenv("PATH", path);
+    QTRY_COMPARE(test.completions, 1);
+    QCOMPARE(test.fake.calls, calls);
+    QCOMPARE(test.outcome && test.outcome->isDeclined, isDeclined);
+}
+
+void TestUDisksSession::folderAccessIsThatOfTheUser()
+{
+    if (geteuid() != 0)
+        QSKIP("Only root acts for another user.");
+    QTemporaryDir folder; // 0700
+    QList<bool> answers;
+    const auto find
+        = [&] { findFolderAccess(folder.path(), this, [&answers](bool isOpen) { answers.append(isOpen); }); };
+    find();
+    QTRY_COMPARE(answers, QList<bool> { true });
+    qputenv("PKEXEC_UID", "65534");
+    find();
+    QTRY_COMPARE(answers, (QList<bool> { true, false }));
+    QVERIFY(QFile::setPermissions(folder.path(), QFile::Permissions(0x7755)));
+    find();
+    qunsetenv("PKEXEC_UID");
+    QTRY_COMPARE(answers, (QList<bool> { true, false, true }));
 }
 
 void TestUDisksSession::errorOfAnUnknownNameIsAGeneralError()

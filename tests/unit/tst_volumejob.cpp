@@ -156,6 +156,7 @@ public:
     QList<int> exits;
     QStringList announced;
     QStringList given;
+    bool isFolderOpen = true;
     QString lastLineThatIsRead; // the reader of the output goes once a line has begun so
 
 private:
@@ -174,6 +175,8 @@ private:
         };
         machine.announceChange = [this](const QString &device) { announced.append(device); };
         machine.giveToDesktopUser = [this](const QString &path) { given.append(path); };
+        machine.findFolderAccess
+            = [this](const QString &, QObject *, const auto &done) { done(isFolderOpen); };
         return machine;
     }
 
@@ -199,6 +202,7 @@ class TestVolumeJob : public QObject
 private Q_SLOTS:
     void verification();
     void erase();
+    void placeOutOfReachIsTold();
     void refusalAtTheFirstLook();
     void refusedUnmount();
     void refusalWithoutWords_data();
@@ -284,6 +288,20 @@ void TestVolumeJob::erase()
     QCOMPARE(run.exits, only(ExitCode::Success));
     QCOMPARE(run.given, QStringList { mountPoint });
     QCOMPARE(run.said.constLast(), u"Finished erase on disk2s1"_s);
+}
+
+void TestVolumeJob::placeOutOfReachIsTold()
+{
+    Run run(Operation::Verify);
+    run.setMounted(true);
+    run.isFolderOpen = false;
+    run.start();
+    run.grantUnmount();
+    run.tools.run(0);
+    run.grantMount();
+    QVERIFY(run.said.contains(
+        u"disk2s1 is mounted at %1, which only the administrator can open"_s.arg(mountPoint)));
+    QCOMPARE(run.exits, only(ExitCode::Success));
 }
 
 void TestVolumeJob::refusalAtTheFirstLook()

@@ -27,6 +27,8 @@ const QHash<QString, VerbForm> &verbForms()
         { u"eraseDisk"_s, { Verb::EraseDisk, 3 } },
         { u"verifyVolume"_s, { Verb::VerifyVolume, 1 } },
         { u"repairVolume"_s, { Verb::RepairVolume, 1 } },
+        { u"unlockVolume"_s, { Verb::UnlockVolume, 1 } },
+        { u"lockVolume"_s, { Verb::LockVolume, 1 } },
     };
     return forms;
 }
@@ -74,6 +76,8 @@ QString usageText()
                                      Makes a whole disk one new volume, losing all that is on it
   verifyVolume DEVICE                Looks for errors, and changes nothing
   repairVolume DEVICE                Looks for errors, and repairs them
+  unlockVolume DEVICE                Unlocks an encrypted volume, and mounts it; asks for the passphrase
+  lockVolume DEVICE                  Unmounts an encrypted volume, and locks it
   --help                             Prints this text
 
 DEVICE is disk2s1, /dev/disk2s1 or a device node such as /dev/sda1.

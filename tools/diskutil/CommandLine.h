@@ -8,7 +8,17 @@
 
 #include <variant>
 
-enum class Verb { Help, List, Info, EraseVolume, EraseDisk, VerifyVolume, RepairVolume };
+enum class Verb {
+    Help,
+    List,
+    Info,
+    EraseVolume,
+    EraseDisk,
+    VerifyVolume,
+    RepairVolume,
+    UnlockVolume,
+    LockVolume
+};
 
 struct CommandLine
 {

@@ -72,6 +72,11 @@ void Console::say(const QString &line)
     pass(QByteArray((m_endsWithLine ? "" : "\n") + line.toUtf8() + '\n'));
 }
 
+void Console::ask(const QString &question)
+{
+    writeAll(STDERR_FILENO, question.toUtf8());
+}
+
 void Console::pass(const QByteArray &bytes)
 {
     if (bytes.isEmpty())

@@ -20,6 +20,9 @@ public:
     // Writes a line to the standard output. May emit interrupted().
     void say(const QString &line);
 
+    // Writes a question to the standard error, and leaves the line open for the answer.
+    void ask(const QString &question);
+
     // Writes the bytes to the standard output as they are. May emit interrupted().
     void pass(const QByteArray &bytes);
 

@@ -27,6 +27,7 @@ enum class ExitCode : int {
     Interrupted = 19,
     MountRefused = 20, // the volume that an erase has made could not be mounted
     NotWholeDisk = 21, // eraseDisk was given a partition
+    PassphraseRefused = 22, // it was wrong, or none was given
 };
 
 // Why nothing is done: the exit status and one line for the user.

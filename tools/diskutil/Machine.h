@@ -3,6 +3,7 @@
 // What diskutil asks this machine. Every answer is read at the time of the call. Main thread only.
 #pragma once
 
+#include "platform/DesktopUserMount.h"
 #include "platform/DeviceUse.h"
 #include "platform/KernelPartitions.h"
 #include "tools/diskutil/preflight_rules.h"
@@ -78,4 +79,6 @@ struct Machine
     std::function<bool(const QString &diskNode, qint64 start, qint64 size)> makeOnlyPartition
         = &::makeOnlyPartition;
     std::function<void(const QString &mountPoint)> giveToDesktopUser = &::giveToDesktopUser;
+    std::function<void(const QString &path, QObject *context, std::function<void(bool isOpen)> done)>
+        findFolderAccess = &::findFolderAccess;
 };

@@ -281,7 +281,22 @@ void VolumeJob::mountAnswered(const DADissenterRef &dissenter)
     }
     if (isOldVolumeLost() && !medium.mountPoint.isEmpty())
         m_environment.machine.giveToDesktopUser(medium.mountPoint);
-    finish();
+    if (medium.mountPoint.isEmpty())
+        finish();
+    else
+        reportPlaceOutOfReach(medium.mountPoint);
+}
+
+void VolumeJob::reportPlaceOutOfReach(const QString &mountPoint)
+{
+    m_environment.machine.findFolderAccess(mountPoint, this, [this, mountPoint](bool isOpen) {
+        if (m_phase != Phase::Mounting)
+            return;
+        if (!isOpen)
+            Q_EMIT said(u"%1 is mounted at %2, which only the administrator can open"_s.arg(
+                m_plan.medium.bsdName, mountPoint));
+        finish();
+    });
 }
 
 // A volume that was there before is as good as it was. The new one is what was asked for, and nobody can use

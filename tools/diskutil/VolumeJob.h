@@ -77,6 +77,7 @@ private:
     void mount();
     void mountAnswered(const DADissenterRef &dissenter);
     void reportRefusedMount(const DADissenterRef &dissenter);
+    void reportPlaceOutOfReach(const QString &mountPoint);
     void giveServiceUp();
     void finish();
 

@@ -7,6 +7,7 @@
 #include "platform/DiskArbitration.h"
 #include "tools/diskutil/Console.h"
 #include "tools/diskutil/DiskJob.h"
+#include "tools/diskutil/EncryptionJob.h"
 #include "tools/diskutil/Privilege.h"
 #include "tools/diskutil/ToolProcess.h"
 #include "tools/diskutil/VolumeJob.h"
@@ -70,7 +71,7 @@ public:
         });
         m_session->setInitialListingCallback([this](bool isAvailable) { listed(isAvailable); });
         const auto stop = QObject::connect(&m_console, &Console::interrupted, &m_console, [this] {
-            if (!m_job)
+            if (!m_job && !m_encryptionJob)
                 finish(ExitCode::Interrupted);
         });
         m_session->scheduleWithRunLoop();
@@ -94,6 +95,8 @@ private:
             finish(serviceUnavailable());
         else if (const auto operation = PreflightRules::operationOfVerb(m_line.verb))
             startJob(*operation);
+        else if (EncryptionJob::isFor(m_line.verb))
+            startEncryptionJob();
         else if (m_line.verb == Verb::Info)
             finish(printInfo(m_media, m_line.device, m_console));
         else
@@ -114,12 +117,26 @@ private:
         m_job->start();
     }
 
+    void startEncryptionJob()
+    {
+        m_encryptionJob = std::make_unique<EncryptionJob>(m_line, *m_session, m_media, m_passphrases);
+        EncryptionJob *const job = m_encryptionJob.get();
+        QObject::connect(job, &EncryptionJob::said, &m_console, &Console::say);
+        QObject::connect(job, &EncryptionJob::asked, &m_console, &Console::ask);
+        QObject::connect(job, &EncryptionJob::complained, &m_console, &Console::complain);
+        QObject::connect(&m_console, &Console::interrupted, job, &EncryptionJob::interrupt);
+        QObject::connect(job, &EncryptionJob::finished, job, &Session::finish);
+        job->start();
+    }
+
     const CommandLine m_line;
     Console &m_console;
     MediaList m_media;
     std::unique_ptr<DASession> m_session;
     ToolProcess m_tools;
     std::unique_ptr<Job> m_job;
+    PassphraseReader m_passphrases;
+    std::unique_ptr<EncryptionJob> m_encryptionJob;
 };
 
 int runAsRoot(const QStringList &arguments, Console &console)

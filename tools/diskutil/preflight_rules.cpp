@@ -20,6 +20,8 @@ std::optional<Operation> operationOfVerb(Verb verb)
     case Verb::Help:
     case Verb::List:
     case Verb::Info:
+    case Verb::UnlockVolume:
+    case Verb::LockVolume:
         break;
     }
     return std::nullopt;

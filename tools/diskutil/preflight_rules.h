@@ -32,7 +32,7 @@ struct ToolSituation
     std::optional<QString> distrust; // why root must not run it
 };
 
-// What the verb does to a medium. Returns std::nullopt for a verb that only prints something.
+// What the verb does to a medium. Returns std::nullopt for a verb that runs no tool.
 std::optional<Operation> operationOfVerb(Verb verb);
 
 std::optional<Refusal> refusalOfDevice(
