@@ -343,6 +343,7 @@ private:
     PanelTexts textsOf(ZorvexDiskManagerDisk &disk);
     // The name of the file system of this subtype; what is there instead when there is none; else empty.
     QString filesystemTextOf(const ZorvexDiskManagerDisk &disk, qint32 subtype) const;
+    QString contentTextOf(const ZorvexDiskManagerDisk &disk) const;
     QString deviceNodeTextOf(const ZorvexDiskManagerDisk &disk) const;
     QString leftToRightInWindow(const QString &text) const; // set apart where the window is mirrored
     void showOutputOf(const ZorvexDiskManagerDisk &disk);

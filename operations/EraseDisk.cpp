@@ -59,16 +59,12 @@ QString ZorvexDiskManagerAppDelegate::eraseTargetText(const ZorvexDiskManagerDis
         return medium.mediaSize ? getDiskSpaceStringWithDiskSize(medium.mediaSize->longLongValue(), nullptr)
                                 : QString();
     };
-    const auto content = [this](const ZorvexDiskManagerDisk &medium) {
-        const QString text = filesystemTextOf(medium);
-        return text.isEmpty() ? localizedString("FORMAT_TARGET_NOTHING_TEXT") : text;
-    };
     QStringList volumes;
     if (disk.parent_item) {
         for (const ZorvexDiskManagerDiskListItem *node : disk_list_subtree(disk.parent_item)) {
             if (node != disk.parent_item)
                 volumes.append(QStringList(
-                    { getDisplayNameForDisk(*node->disk), content(*node->disk), size(*node->disk) })
+                    { getDisplayNameForDisk(*node->disk), contentTextOf(*node->disk), size(*node->disk) })
                         .join(localizedString("LIST_SEPARATOR_TEXT")));
         }
     }
@@ -77,7 +73,7 @@ QString ZorvexDiskManagerAppDelegate::eraseTargetText(const ZorvexDiskManagerDis
         + line(QT_TRID_NOOP("FORMAT_TARGET_SIZE_CAPTION"), size(disk))
         + line(QT_TRID_NOOP("FORMAT_TARGET_DEVICE_CAPTION"), leftToRightInWindow(device))
         + line(QT_TRID_NOOP("FORMAT_TARGET_CONTENT_CAPTION"),
-            EraseDiskRules::contentText(volumes, content(disk)));
+            EraseDiskRules::contentText(volumes, contentTextOf(disk)));
     return text.trimmed();
 }
 

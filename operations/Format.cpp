@@ -131,14 +131,18 @@ QString ZorvexDiskManagerAppDelegate::formatTargetText(const ZorvexDiskManagerDi
     const QString node = disk.deviceNode();
     const QString device
         = node.isEmpty() ? disk.description() : QString(disk.description() + u" (" + node + u')');
-    // The variant is named for a volume that is not mounted as well: it is what will be lost.
-    const QString content = filesystemTextOf(
-        disk, disk.daDisk->filesystemSubtype().value_or(static_cast<qint16>(disk.subtype)));
     return targetLine(QT_TRID_NOOP("FORMAT_TARGET_NAME_CAPTION"), getDisplayNameForDisk(disk))
         + targetLine(QT_TRID_NOOP("FORMAT_TARGET_SIZE_CAPTION"), size)
         + targetLine(QT_TRID_NOOP("FORMAT_TARGET_DEVICE_CAPTION"), leftToRightInWindow(device))
-        + targetLine(QT_TRID_NOOP("FORMAT_TARGET_CONTENT_CAPTION"),
-            content.isEmpty() ? localizedString("FORMAT_TARGET_NOTHING_TEXT") : content);
+        + targetLine(QT_TRID_NOOP("FORMAT_TARGET_CONTENT_CAPTION"), contentTextOf(disk));
+}
+
+// The variant is named for a volume that is not mounted as well: it is what will be lost.
+QString ZorvexDiskManagerAppDelegate::contentTextOf(const ZorvexDiskManagerDisk &disk) const
+{
+    const QString content = filesystemTextOf(
+        disk, disk.daDisk->filesystemSubtype().value_or(static_cast<qint16>(disk.subtype)));
+    return content.isEmpty() ? localizedString("FORMAT_TARGET_NOTHING_TEXT") : content;
 }
 
 void ZorvexDiskManagerAppDelegate::formatWarningAlertDidEnd(

@@ -23,6 +23,7 @@ def applications():
     for index in range(desktop.get_child_count()):
         application = desktop.get_child_at_index(index)
         if application is not None:
+            application.clear_cache()  # what has no event of its own would stay as it was
             yield application
 
 
