@@ -111,9 +111,11 @@ int main(int argc, char **argv)
         return EXIT_SUCCESS;
     }
     if (StartupRules::isElevated(arguments)) {
-        completeExecutionWithPrivileges();
+        const QByteArray accessibilityBus = completeExecutionWithPrivileges();
         adoptDisplayOfDesktopUser();
-        adoptSessionBusOfDesktopUser();
+        doWithoutSessionBus();
+        if (const std::optional<DesktopUser> user = desktopUser())
+            adoptAccessibilityBus(*user, accessibilityBus);
     }
     // A worker may still be running the tool after the interface has ended: no static object is destroyed
     // under it.

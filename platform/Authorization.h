@@ -46,5 +46,7 @@ public:
 std::unique_ptr<Authorization> createAuthorization();
 
 // Of the program that was started by executeWithPrivileges(), before anything else: makes it independent of
-// the process that started it, and lets that process end.
-void completeExecutionWithPrivileges();
+// the process that started it, and lets that process end. Returns the address of the user's accessibility bus
+// as that process told it, which is the user's word and to be looked at; empty when assistive technologies
+// are not in use.
+QByteArray completeExecutionWithPrivileges();

@@ -65,11 +65,22 @@ void startProgramForErrors(const std::optional<DesktopUser> &user, const QString
 // keeps only the X11 display. Call it before the interface is made.
 void adoptDisplayOfDesktopUser();
 
-// Names the bus of the user's session in the environment, where this process runs as root at that user's wish
-// and no bus is named: assistive technologies of the user find the window over it. Without such a bus, keeps
-// Qt from starting one for root, which nobody else would use and which would stay. Call it before the
+// Keeps Qt from starting a session bus for root, which nobody else would use and which would stay, where this
+// process runs as root at a user's wish and no bus is named. Call it before the interface is made.
+void doWithoutSessionBus();
+
+// Names the accessibility bus of the user's session in the environment, so that the user's assistive
+// technologies find the window of a process that runs as root at their wish. Only a socket of the user's in
+// their runtime folder is taken for one: an address could name a program to be run. Call it before the
 // interface is made.
-void adoptSessionBusOfDesktopUser();
+void adoptAccessibilityBus(const DesktopUser &user, const QByteArray &address);
+
+// The path of the socket that the address of a bus names, where it is the user's own, below the folder; else
+// empty.
+QString accessibilitySocket(const QByteArray &address, const QString &runtimeFolder, uid_t user);
+
+// Whether there is a bus of this process's own session. Where there is none, Qt would start one.
+bool hasSessionBus();
 
 // The Wayland socket in a runtime folder that the user owns; empty when there is none.
 QString waylandSocket(const QString &runtimeFolder, uid_t user);

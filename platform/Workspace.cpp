@@ -34,10 +34,7 @@ QDBusConnection desktopBus()
         return address.isEmpty() ? QDBusConnection(none)
                                  : QDBusConnection::connectToBus(address, u"desktop-user"_s);
     }
-    const QString folder = qEnvironmentVariable("XDG_RUNTIME_DIR");
-    const bool hasBus = qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS")
-        || (!folder.isEmpty() && QFileInfo::exists(folder + u"/bus"_s));
-    return hasBus ? QDBusConnection::sessionBus() : QDBusConnection(none);
+    return hasSessionBus() ? QDBusConnection::sessionBus() : QDBusConnection(none);
 }
 
 // xdg-open ends with 0 once it has handed the path to a program. A program of the desktop runs as the user

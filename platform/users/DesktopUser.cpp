@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include <algorithm>
 #include <grp.h>
@@ -153,13 +154,35 @@ QString waylandSocket(const QString &runtimeFolder, uid_t user)
     return found == names.end() ? QString() : runtimeFolder + u'/' + *found;
 }
 
-void adoptSessionBusOfDesktopUser()
+void doWithoutSessionBus()
 {
-    const std::optional<DesktopUser> user = desktopUser();
-    if (!user || qEnvironmentVariableIsSet(sessionBus))
-        return;
-    const QString address = user->busAddress();
-    qputenv(sessionBus, address.isEmpty() ? "disabled:"_ba : address.toUtf8());
+    if (desktopUser() && !qEnvironmentVariableIsSet(sessionBus))
+        qputenv(sessionBus, "disabled:");
+}
+
+QString accessibilitySocket(const QByteArray &address, const QString &runtimeFolder, uid_t user)
+{
+    const QByteArray prefix = "unix:path="_ba;
+    if (!address.startsWith(prefix) || address.contains(';'))
+        return {};
+    // The identifier of the bus follows. A path with escapes is not one that the bus chooses.
+    const QString path = QFile::decodeName(address.mid(prefix.size()).split(',').constFirst());
+    const bool isBelow = path.startsWith(runtimeFolder + u'/') && QDir::cleanPath(path) == path;
+    return isBelow && !path.contains(u'%') && isSocketOf(path, user) ? path : QString();
+}
+
+void adoptAccessibilityBus(const DesktopUser &user, const QByteArray &address)
+{
+    const QString socket = accessibilitySocket(address, user.runtimeFolder(), user.user);
+    if (!socket.isEmpty())
+        qputenv("AT_SPI_BUS_ADDRESS", "unix:path="_ba + QFile::encodeName(socket));
+}
+
+bool hasSessionBus()
+{
+    const QString folder = qEnvironmentVariable("XDG_RUNTIME_DIR");
+    return qEnvironmentVariableIsSet(sessionBus)
+        || (!folder.isEmpty() && QFileInfo::exists(folder + u"/bus"_s));
 }
 
 void adoptDisplayOfDesktopUser()

@@ -2,14 +2,17 @@
 #include "platform/users/PolkitAuthorization.h"
 
 #include "platform/dbus/PendingReply.h"
+#include "platform/DesktopUser.h"
 
 #include <QDBusArgument>
 #include <QDBusMessage>
 #include <QDBusMetaType>
+#include <QDBusVariant>
 #include <QFileInfo>
 #include <QSocketNotifier>
 #include <QStandardPaths>
 
+#include <algorithm>
 #include <array>
 #include <climits>
 #include <csignal>
@@ -29,6 +32,8 @@ const QString action = u"org.zorvex.DiskManager.run"_s;
 
 constexpr uint allowUserInteraction = 1;
 constexpr int noTimeLimit = INT_MAX;
+
+constexpr std::size_t longestAddress = 1024; // bytes; a socket's path has 108 at most
 
 struct Subject
 {
@@ -151,10 +156,34 @@ void PolkitAuthorization::create(StatusHandler handler)
     });
 }
 
+// The bus of the user's session does not let root in, so the program that runs as root cannot ask it. The
+// answers are there long before the user has given the password.
+void PolkitAuthorization::askForAccessibilityBus()
+{
+    if (!hasSessionBus())
+        return;
+    const QString bus = u"org.a11y.Bus"_s;
+    const QString path = u"/org/a11y/bus"_s;
+    auto question = QDBusMessage::createMethodCall(bus, path, u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
+    question.setArguments({ u"org.a11y.Status"_s, u"IsEnabled"_s });
+    onReply(QDBusConnection::sessionBus().asyncCall(question), this,
+        [this, bus, path](const QDBusMessage &reply) {
+            if (!reply.arguments().value(0).value<QDBusVariant>().variant().toBool())
+                return;
+            onReply(QDBusConnection::sessionBus().asyncCall(
+                        QDBusMessage::createMethodCall(bus, path, bus, u"GetAddress"_s)),
+                this, [this](const QDBusMessage &answer) {
+                    if (answer.type() == QDBusMessage::ReplyMessage)
+                        m_accessibilityBus = answer.arguments().value(0).toString().toUtf8();
+                });
+        });
+}
+
 void PolkitAuthorization::copyRights(const QByteArray &, StatusHandler handler)
 { // only the owner of an action may tell polkit more than its name
     auto message = QDBusMessage::createMethodCall(service, u"/org/freedesktop/PolicyKit1/Authority"_s,
         u"org.freedesktop.PolicyKit1.Authority"_s, u"CheckAuthorization"_s);
+    askForAccessibilityBus();
     // The name of a connection is never used again, unlike a process number.
     const Subject subject { u"system-bus-name"_s, { { u"name"_s, m_bus.baseService() } } };
     message.setArguments({ QVariant::fromValue(subject), action,
@@ -173,6 +202,10 @@ void PolkitAuthorization::executeWithPrivileges(
     const bool hasSocket = socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) == 0;
     m_handoverSocket = FileDescriptor(ends[0]);
     const FileDescriptor programsEnd(ends[1]);
+    // It is there for the program when it starts. A program that does not get it has no such bus.
+    if (hasSocket && !m_accessibilityBus.isEmpty())
+        send(ends[0], m_accessibilityBus.constData(), static_cast<std::size_t>(m_accessibilityBus.size()),
+            MSG_NOSIGNAL);
     if (!hasSocket || !spawnPkexec(program, arguments, programsEnd.number())) {
         QMetaObject::invokeMethod(this, std::move(done), Qt::QueuedConnection);
         return;
@@ -190,16 +223,21 @@ void PolkitAuthorization::free()
     m_bus = QDBusConnection(QString());
 }
 
-void completeExecutionWithPrivileges()
+QByteArray completeExecutionWithPrivileges()
 {
     prctl(PR_SET_PDEATHSIG, 0);
+    QByteArray accessibilityBus(longestAddress, Qt::Uninitialized);
+    // Whoever starts the program by hand has a terminal there, or nothing.
+    const ssize_t size = recv(STDIN_FILENO, accessibilityBus.data(), longestAddress, MSG_DONTWAIT);
+    accessibilityBus.truncate(std::max<ssize_t>(size, 0));
     // It gets the number of the input itself where that is closed, and then has to stay open.
     const int nothing = open("/dev/null", O_RDONLY | O_CLOEXEC);
     if (nothing < 0)
-        return;
+        return accessibilityBus;
     dup2(nothing, STDIN_FILENO);
     if (nothing != STDIN_FILENO)
         close(nothing);
+    return accessibilityBus;
 }
 
 std::unique_ptr<Authorization> createAuthorization()

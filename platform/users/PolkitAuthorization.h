@@ -33,8 +33,10 @@ public:
 
 private:
     QDBusPendingCall call(const QDBusMessage &message) const;
+    void askForAccessibilityBus();
 
     QDBusConnection m_bus;
+    QByteArray m_accessibilityBus; // its address, where assistive technologies are in use
     FileDescriptor m_handoverSocket;
     std::unique_ptr<QSocketNotifier> m_handover;
 };

@@ -21,7 +21,7 @@ class Window:
 
     def start(self, environment=""):
         """As the desktop's menu does."""
-        self.machine.run(f"systemd-run --user --quiet --collect --unit=program --setenv=QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1"
+        self.machine.run(f"systemd-run --user --quiet --collect --unit=program --property=ExitType=cgroup --setenv=QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1"
                          f" {environment} {PROGRAM}", user=self.user)
 
     def open(self):

@@ -2,6 +2,7 @@
 #include "app/Startup.h"
 #include "app/startup_rules.h"
 #include "platform/DesktopUser.h"
+#include "platform/FileDescriptor.h"
 #include "platform/SingleInstance.h"
 #include "platform/SystemLog.h"
 
@@ -64,6 +65,18 @@ public:
     void free() override { calls << u"free"_s; }
 };
 
+// A socket that waits at the path, as a bus or a compositor has it.
+FileDescriptor listenAt(const QString &path)
+{
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    qstrncpy(address.sun_path, QFile::encodeName(path).constData(), sizeof address.sun_path);
+    FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    if (::bind(socket.number(), reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0)
+        qFatal("no socket at %s", qPrintable(path));
+    return socket;
+}
+
 } // namespace
 
 class StartupTest : public QObject
@@ -89,6 +102,7 @@ private slots:
     void freedNameCanBeTakenAgain();
     void strangerHoldingTheNameIsNotObeyed();
     void waylandSocketIsTheUsersOwn();
+    void accessibilityBusIsTheUsersOwn();
     void logIsUtf8InEveryLocale();
     void errorTextsAreEnglish();
 
@@ -314,15 +328,40 @@ void StartupTest::waylandSocketIsTheUsersOwn()
     QFile lock(folder.filePath(u"wayland-0"_s));
     QVERIFY(lock.open(QIODevice::WriteOnly)); // a file, no socket
     const QString path = folder.filePath(u"wayland-1"_s);
-    sockaddr_un address = {};
-    address.sun_family = AF_UNIX;
-    qstrncpy(address.sun_path, QFile::encodeName(path).constData(), sizeof address.sun_path);
-    const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    QCOMPARE(::bind(socket, reinterpret_cast<const sockaddr *>(&address), sizeof address), 0);
+    const FileDescriptor socket = listenAt(path);
     QCOMPARE(waylandSocket(folder.path(), getuid()), path);
     QCOMPARE(waylandSocket(folder.path(), getuid() + 1), QString());
     QCOMPARE(waylandSocket(u"/nonexistent"_s, getuid()), QString());
-    ::close(socket);
+}
+
+// The address comes from the user, and an address can name a program to be run.
+void StartupTest::accessibilityBusIsTheUsersOwn()
+{
+    const QTemporaryDir folder;
+    QVERIFY(QDir(folder.path()).mkdir(u"run"_s));
+    const QString runtimeFolder = folder.filePath(u"run"_s);
+    const QString path = runtimeFolder + u"/bus_0"_s;
+    const FileDescriptor socket = listenAt(path);
+    const FileDescriptor other = listenAt(folder.filePath(u"other"_s));
+    const QByteArray address = "unix:path="_ba + QFile::encodeName(path);
+    const auto found = [&](const QByteArray &given, uid_t user) {
+        return accessibilitySocket(given, runtimeFolder, user);
+    };
+    QCOMPARE(found(address, getuid()), path);
+    QCOMPARE(found(address + ",guid=0123456789abcdef", getuid()), path);
+    QCOMPARE(found(address, getuid() + 1), QString());
+    QCOMPARE(found({}, getuid()), QString());
+    QCOMPARE(found("unixexec:path=/bin/sh", getuid()), QString());
+    QCOMPARE(found("unix:abstract=bus", getuid()), QString());
+    QCOMPARE(found(address + ";unixexec:path=/bin/sh", getuid()), QString());
+    QCOMPARE(found("unix:path="_ba + QFile::encodeName(folder.filePath(u"other"_s)), getuid()), QString());
+    QCOMPARE(found("unix:path="_ba + QFile::encodeName(runtimeFolder + u"/../other"_s), getuid()), QString());
+    QCOMPARE(found("unix:path="_ba + QFile::encodeName(runtimeFolder + u"/none"_s), getuid()), QString());
+    // A socket can have a name that is read as something else in an address.
+    for (const QString &name : { u"/bus;unixexec:path=sh"_s, u"/bus%2f..%2fother"_s }) {
+        const FileDescriptor misleading = listenAt(runtimeFolder + name);
+        QCOMPARE(found("unix:path="_ba + QFile::encodeName(runtimeFolder + name), getuid()), QString());
+    }
 }
 
 void StartupTest::logIsUtf8InEveryLocale()
