@@ -175,7 +175,7 @@ void adoptAccessibilityBus(const DesktopUser &user, const QByteArray &address)
 {
     const QString socket = accessibilitySocket(address, user.runtimeFolder(), user.user);
     if (!socket.isEmpty())
-        qputenv("AT_SPI_BUS_ADDRESS", "unix:path="_ba + QFile::encodeName(socket));
+        qputenv("AT_SPI_BUS_ADDRESS", QFile::encodeName(u"unix:path="_s + socket));
 }
 
 bool hasSessionBus()
