@@ -19,7 +19,7 @@ def volume(folder, kind, label, size=64 * MIB):
     file = pathlib.Path(folder) / f"{label}.volume"
     with open(file, "wb") as empty:
         empty.truncate(size)
-    subprocess.run([*MAKERS[kind], label, str(file)], check=True, stdout=subprocess.DEVNULL)
+    subprocess.run([*MAKERS[kind], label, str(file)], check=True, capture_output=True)
     return file
 
 
@@ -43,5 +43,19 @@ def disc(folder, label, files):
     for name, contents in files.items():
         (tree / name).write_text(contents)
     file = pathlib.Path(folder) / f"{label}.iso"
-    subprocess.run(["xorriso", "-as", "mkisofs", "-quiet", "-V", label, "-J", "-R", "-o", str(file), str(tree)], check=True)
+    subprocess.run(["xorriso", "-as", "mkisofs", "-quiet", "-V", label, "-J", "-R", "-o", str(file), str(tree)],
+                   check=True, capture_output=True)
+    return file
+
+
+def installer(folder, label):
+    """An image as a system's installer has it: a data disc that is a disk with partitions as well."""
+    tree = pathlib.Path(folder) / f"{label}.tree"
+    tree.mkdir()
+    (tree / "README").write_text("an installer\n")
+    efi = volume(folder, "fat32", "EFI", 40 * MIB)
+    file = pathlib.Path(folder) / f"{label}.iso"
+    subprocess.run(["xorriso", "-as", "mkisofs", "-quiet", "-V", label, "-J", "-R", "-partition_offset", "16",
+                    "-append_partition", "2", "0xef", str(efi), "-o", str(file), str(tree)],
+                   check=True, capture_output=True)
     return file

@@ -11,7 +11,7 @@ import time
 
 MEMORY = "2048"  # MiB
 BOOT_LIMIT = 240  # seconds, on a machine that is busy with other things
-ANSWER_LIMIT = 60
+ANSWER_LIMIT = 120
 SLOTS = ["slot1", "slot2", "slot3"]  # for what is plugged into the bus for extension cards
 
 
@@ -280,15 +280,25 @@ class Machine:
         self.monitor.ask("device_del", {"id": f"{name}-device"})
         self.monitor.wait_event("DEVICE_DELETED", since, lambda data: data.get("device") == f"{name}-device")
 
+    def insert(self, drive, disc):
+        """Puts a disc into an optical drive, and closes the tray."""
+        self.monitor.ask("blockdev-change-medium", {"id": drive, "filename": str(disc), "format": "raw"})
+
+    def is_tray_open(self, drive):
+        return any(block.get("tray_open", False) for block in self.monitor.ask("query-block")
+                   if drive in block.get("qdev", ""))
+
     def set_speed(self, name, bytes_a_second):
         """How fast a medium that was added as a slow one is from now on; 0 for no limit."""
         self.monitor.ask("qom-set", {"path": f"/objects/{name}-limit", "property": "limits",
                               "value": {"bps-total": bytes_a_second, "bps-total-max": bytes_a_second}})
 
     def type_keys(self, text):
+        """On the keyboard, which has the layout of the United States."""
         for letter in text:
-            code = {"\n": "ret", " ": "spc", "\t": "tab", "\x1b": "esc"}.get(letter, letter)
-            self.monitor.ask("send-key", {"keys": [{"type": "qcode", "data": code}]})
+            code = {"\n": "ret", " ": "spc", "\t": "tab", "\x1b": "esc", "-": "minus"}.get(letter, letter.lower())
+            shift = [{"type": "qcode", "data": "shift"}] if letter.isupper() else []
+            self.monitor.ask("send-key", {"keys": [*shift, {"type": "qcode", "data": code}]})
 
     def picture(self, file):
         self.monitor.ask("screendump", {"filename": str(file), "format": "png"})

@@ -7,7 +7,7 @@ from qemu import MachineError
 
 PROGRAM = "zorvex-disk-manager"
 AGENT = "polkit-mate-authentication-agent-1"
-LIMIT = 60  # seconds; the machine is slow, and others may use the computer
+LIMIT = 180  # seconds; the machine is slow, and others may use the computer
 
 
 class Window:
@@ -19,10 +19,10 @@ class Window:
 
     # Start and end
 
-    def start(self, environment=""):
+    def start(self):
         """As the desktop's menu does."""
-        self.machine.run(f"systemd-run --user --quiet --collect --unit=program --property=ExitType=cgroup --setenv=QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1"
-                         f" {environment} {PROGRAM}", user=self.user)
+        self.machine.run(f"systemd-run --user --quiet --collect --unit=program --property=ExitType=cgroup "
+                         f" {PROGRAM}", user=self.user)
 
     def open(self):
         """Starts the program and gives the password."""
@@ -42,6 +42,7 @@ class Window:
 
     def _look(self, kind, **query):
         query.setdefault("application", PROGRAM)
+        query.setdefault("limit", LIMIT)
         status, output = self.machine.look(self.user, kind=kind, **query)
         if status != 0:
             raise MachineError(f"the window does not show this: {kind} {query}\n{output}")
@@ -77,7 +78,40 @@ class Window:
 
     def press(self, name):
         """Presses a button once it can be pressed."""
-        self._look("press", role="button", name=name, states=["showing", "enabled", "sensitive"])
+        self._look("press", role="button", name=name, states=["showing", "enabled"])
 
     def type_into(self, role, name, text):
-        self._look("type", role=role, name=name, states=["showing"], typed=text)
+        self._look("type", role=role, name=name, states=["showing", "enabled"], typed=text)
+
+    def choose(self, name, text):
+        """Chooses in a pop-up menu, by typing what the entry begins with."""
+        self._look("focus", role="combo box", name=name, states=["showing", "enabled"])
+        self.wait("combo box", name=name, states=["focused"])
+        self.machine.type_keys(text)
+
+    def choose_in_menu(self, menu, item):
+        self._look("press", role="menu item", name=menu)
+        self._look("press", role="menu item", name=item, states=["enabled"])
+
+    # What takes several of these
+
+    def answer(self, text, button):
+        """Waits for the sheet that says the text, and presses its button."""
+        self.wait("label", name=f".*{re.escape(text)}.*")
+        self.press(button)
+        self.wait_gone("label", name=f".*{re.escape(text)}.*")
+
+    def operation_ends(self, button):
+        """Waits until the operation has ended that the button has begun."""
+        self.wait_gone("progress bar", limit=120)
+        self.wait("button", name=button, states=["showing", "enabled"])
+
+    def format(self, name, filesystem, label):
+        """Formats the volume whose row has the name, up to the row of the new volume."""
+        self.select(name)
+        self.page("Format")
+        self.choose("File system:", filesystem)
+        self.type_into("text", "Volume label:", label)
+        self.press("Format…")
+        self.press("Erase and Format")
+        self.row(label)

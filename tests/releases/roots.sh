@@ -125,7 +125,7 @@ sources_of_packages()
         'platform/*' 'resources/*' 'tools/*' 'ui/*' | sort | while read -r file; do sha256sum "$file"; done) | sha256sum
 }
 
-# build_packages [OPTION...]: builds the packages as a distribution builds, with further options for debian/rules: as
+# build_packages OPTIONS: builds the packages as a distribution builds, with further options for debian/rules: as
 # nobody in particular, without the network. Without what a debugger needs, it takes a fifth less time. What was built
 # is kept in $kept/packages.
 build_packages()
@@ -137,7 +137,7 @@ build_packages()
     (cd "$project" && our_files '*' | tar -c -T -) | tar -x -C "$root$folder"
     in_root "$root" chown -R builder: "$folder"
     logged unshare --net -- env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/home/builder LC_ALL=C.UTF-8 \
-        DEB_CXXFLAGS_APPEND="-Werror -g0" "DEB_BUILD_OPTIONS=noautodbgsym parallel=$(nproc) $*" \
+        DEB_CXXFLAGS_APPEND="-Werror -g0" "DEB_BUILD_OPTIONS=noautodbgsym parallel=$(nproc) $1" \
         chroot --userspec=builder:builder "$root" env --chdir="$folder" dpkg-buildpackage -us -uc
     rm -rf "$kept/packages"
     mkdir "$kept/packages"

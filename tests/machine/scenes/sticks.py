@@ -1,14 +1,92 @@
 # SPDX-License-Identifier: MIT
-"""Sticks on a USB port, on the user's desktop."""
+"""The life of a stick: plugged, mounted, written to, checked, mended, formatted, pulled, plugged again."""
 import media
+from qemu import MachineError
 
 BEGINS_AT = "window"
 
 
-def fat32(stage):
+def _life(stage, kind, driver, menu_name, damage):
     machine, window = stage.machine, stage.window
-    machine.add_medium("stick", source=media.stick(stage.folder, "fat32", "STICK"))
+    image = media.stick(stage.folder, kind, "STICK")
+    machine.add_medium("stick", source=image)
     machine.plug_stick("stick")
     window.row("STICK")
-    print(window.listed())
-    machine.picture("/tmp/screen.png")
+    window.select("STICK")
+    window.press("Mount")
+    machine.until(f"findmnt --noheadings --output FSTYPE,TARGET --source LABEL=STICK | grep -x '{driver} *//*media/ada/STICK'")
+    machine.run("echo mine > /media/ada/STICK/file", user="ada")
+
+    # After a check it is where it was.
+    window.page("Maintenance")
+    window.press("Check")
+    window.operation_ends("Check")
+    machine.until("grep -q mine /media/ada/STICK/file", user="ada")
+
+    # Damage is found and mended.
+    window.page("Info")
+    window.press("Unmount")
+    machine.until("! findmnt --source LABEL=STICK")
+    machine.run(damage.format(node="/dev/disk/by-label/STICK"))
+    window.page("Maintenance")
+    window.press("Check")
+    window.answer("Filesystem needs to be repaired.", "OK")
+    window.press("Repair")
+    window.operation_ends("Repair")
+    window.press("Check")
+    window.operation_ends("Check")
+
+    window.format("STICK", menu_name, "FRESH")
+    machine.until("findmnt --noheadings --output TARGET --source LABEL=FRESH | grep -x /media/ada/FRESH")
+    machine.run("echo mine > /media/ada/FRESH/file && sync /media/ada/FRESH/file", user="ada")
+
+    # Pulled while it is mounted: no alert, no mount is left.
+    machine.pull("stick")
+    window.wait_row_gone("FRESH")
+    machine.until("! findmnt --source LABEL=FRESH && ! test -e /media/ada/FRESH")
+    machine.plug_stick("stick")
+    window.row("FRESH")
+    if "label: Error" in window.listed():
+        raise MachineError(window.listed())
+
+
+def fat32(stage):
+    _life(stage, "fat32", "vfat", "MS-DOS (FAT32)", "printf Z | dd of={node} bs=1 seek=16600 conv=notrunc")
+
+
+def exfat(stage):
+    # A file entry without its other entries in the root directory.
+    damage = """python3 -c 'import struct
+with open("{node}", "r+b") as volume:
+    boot = volume.read(512)
+    heap, _, root = struct.unpack_from("<III", boot, 88)
+    volume.seek((heap + (root - 2) * (1 << boot[109])) * 512 + 3 * 32)
+    volume.write(b"\\x85\\x02")'"""
+    _life(stage, "exfat", "exfat", "exFAT", damage)
+
+
+def ntfs(stage):
+    # The copy of the first records.
+    damage = """python3 -c 'import struct
+with open("{node}", "r+b") as volume:
+    boot = volume.read(512)
+    sector, sectors = struct.unpack_from("<HB", boot, 11)
+    volume.seek(struct.unpack_from("<Q", boot, 56)[0] * sector * sectors)
+    volume.write(bytes(1024))'"""
+    _life(stage, "ntfs", "ntfs3", "NTFS", damage)
+
+
+def write_protected(stage):
+    """It can be mounted and checked; it is neither formatted nor repaired."""
+    machine, window = stage.machine, stage.window
+    image = media.stick(stage.folder, "fat32", "LOCKED")
+    machine.add_medium("stick", source=image, read_only=True)
+    machine.plug_stick("stick")
+    window.row("LOCKED")
+    window.select("LOCKED")
+    window.press("Mount")
+    machine.until("findmnt --noheadings --output OPTIONS --source LABEL=LOCKED | grep -w ro")
+    window.wait_gone("page tab", name="Format")
+    status, output = machine.status("diskutil eraseVolume exFAT X /dev/disk/by-label/LOCKED", user="ada")
+    if status == 0 or "write" not in output and "read-only" not in output:
+        raise MachineError(f"the erase of a write-protected stick ends with {status}: {output}")

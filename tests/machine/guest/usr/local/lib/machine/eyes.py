@@ -15,6 +15,7 @@ import gi
 gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib  # noqa: E402
 
+PATIENCE = (30000, 60000)  # milliseconds: for an answer of a program, and of one that has just started
 LOOK_AGAIN = 500  # milliseconds, where no event says that something has changed
 
 
@@ -55,10 +56,13 @@ def text_of(element):
     return Atspi.Text.get_text(element, 0, -1)
 
 
+# What the releases of AT-SPI and Qt call the same thing.
+ROLES = {"push button": "button", "table cell": "tree item", "menu": "menu item"}
+
+
 def role_of(element):
-    """AT-SPI calls it a "push button" up to 2.50, and a "button" since."""
     role = element.get_role_name()
-    return "button" if role == "push button" else role
+    return ROLES.get(role, role)
 
 
 def matches(element, query):
@@ -124,6 +128,10 @@ def select(element):
     element.get_parent().select_child(element.get_index_in_parent())
 
 
+def focus(element):
+    element.grab_focus()
+
+
 def type_text(element, text):
     if not element.set_text_contents(text):
         raise RuntimeError(f"{element.get_name()!r} takes no text")
@@ -139,7 +147,7 @@ def answer(query):
     element = wait(query, lambda: find(query))
     if element is None:
         return {"status": 1, "output": listed(query["application"])}
-    actions = {"press": press, "select": select, "type": lambda found: type_text(found, query["typed"])}
+    actions = {"press": press, "select": select, "focus": focus, "type": lambda found: type_text(found, query["typed"])}
     if kind in actions:
         actions[kind](element)
         return {"status": 0, "output": ""}
@@ -148,6 +156,7 @@ def answer(query):
 
 def main():
     Atspi.init()
+    Atspi.set_timeout(*PATIENCE)
     listener = Atspi.EventListener.new(lambda event: None)
     for event in ("object:state-changed", "object:children-changed", "object:text-changed", "window"):
         listener.register(event)
