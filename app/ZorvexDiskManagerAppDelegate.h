@@ -290,6 +290,8 @@ public:
     void splitView_resizeSubviewsWithOldSize(SplitView *view, const QSize &oldSize) override;
 
 Q_SIGNALS:
+    // The medium has gone, or is about to: its record still stands in the tree.
+    void diskWillDisappear(const DADiskRef &disk);
     // The information panel has been rebuilt and shows this disk; null for none.
     void panelDidChange(const DiskRecord &disk);
 
@@ -307,7 +309,7 @@ private:
     void reportOutcome(const DiskRecord &disk, const QString &format, const DADissenterRef &dissenter,
         const std::optional<QString> &reason = {});
     // Tells the user where the volume is mounted, if that is a place where they cannot go.
-    void reportVolumeOutOfReach(const DiskRecord &disk);
+    void reportVolumeOutOfReach(const ZorvexDiskManagerDisk &disk);
 
     // operations/EncryptedVolumes.cpp
     QString lockedVolumeText(const ZorvexDiskManagerDisk &volume);

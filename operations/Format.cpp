@@ -215,5 +215,5 @@ void ZorvexDiskManagerAppDelegate::postFormatRenameMountFinished(
     reportOutcome(params->disk, u"Error while mounting %@: %@"_s, dissenter);
     finishOperation(params->disk);
     if (!dissenter && !alertInProgress)
-        reportVolumeOutOfReach(params->disk);
+        reportVolumeOutOfReach(*params->disk);
 }
