@@ -37,6 +37,10 @@ struct ApplicationPlatform
     std::function<std::optional<DeviceIdentity>(const QString &deviceNode)> readDeviceIdentity
         = [](const QString &deviceNode) { return ::readDeviceIdentity(deviceNode); };
 
+    // The device nodes of a whole disk's partitions, those without a row as well.
+    std::function<QStringList(const QString &deviceNode)> partitionNodes
+        = [](const QString &deviceNode) { return ::partitionNodes(deviceNode); };
+
     // The program's localizations in the order of the user's preference, if known, and the locale's name.
     std::optional<QStringList> preferredLocalizations;
     QString localeIdentifier;

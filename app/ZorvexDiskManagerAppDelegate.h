@@ -13,6 +13,7 @@
 //   Mount, unmount, eject  operations/MountUnmountEject.cpp
 //   Encrypted volumes    operations/EncryptedVolumes.cpp
 //   Volume labels        operations/VolumeLabel.cpp
+//   Before an erase      operations/EraseQuestion.cpp
 //   Format               operations/Format.cpp
 //   Erase disk           operations/EraseDisk.cpp
 //   Check and repair     operations/CheckRepair.cpp
@@ -53,6 +54,8 @@ class QPushButton;
 class QTabWidget;
 struct CheckRepairOutputChunk;
 struct EraseDiskChoice;
+struct FormatTarget;
+struct NewVolume;
 
 class ZorvexDiskManagerAppDelegate : public QObject,
                                      public OutlineDataSource,
@@ -202,6 +205,16 @@ public:
     // The same for the rule that the file system's own bundle declares.
     bool bundleAllowsLabel(const QString &label, const ZorvexDiskManagerFSBundle &forFilesystem);
 
+    // --- Before an erase. Implemented in operations/EraseQuestion.cpp ---
+
+    // True after an alert that says how the medium is in use, beyond what an unmount ends.
+    bool refusesToFormat(const ZorvexDiskManagerDisk &disk);
+    // The medium as the question before an erase shows it.
+    FormatTarget formatTargetOf(const ZorvexDiskManagerDisk &disk) const;
+    // Asks whether what the text tells of is to be erased, and names what will be there instead.
+    void askBeforeErase(const QString &targetText, const NewVolume &newVolume,
+        std::function<void(AlertSheet *alert, int returnCode)> didEnd);
+
     // --- Format. Implemented in operations/Format.cpp ---
 
     Q_INVOKABLE void clickFormatButton(QObject *sender);
@@ -290,6 +303,8 @@ public:
     void splitView_resizeSubviewsWithOldSize(SplitView *view, const QSize &oldSize) override;
 
 Q_SIGNALS:
+    // The medium has gone, or is about to: its record still stands in the tree.
+    void diskWillDisappear(const DADiskRef &disk);
     // The information panel has been rebuilt and shows this disk; null for none.
     void panelDidChange(const DiskRecord &disk);
 
@@ -307,23 +322,36 @@ private:
     void reportOutcome(const DiskRecord &disk, const QString &format, const DADissenterRef &dissenter,
         const std::optional<QString> &reason = {});
     // Tells the user where the volume is mounted, if that is a place where they cannot go.
-    void reportVolumeOutOfReach(const DiskRecord &disk);
+    void reportVolumeOutOfReach(const ZorvexDiskManagerDisk &disk);
 
     // operations/EncryptedVolumes.cpp
     QString lockedVolumeText(const ZorvexDiskManagerDisk &volume);
 
+    // operations/VolumeLabel.cpp
+    // The sentence of the first rule, the application's or the bundle's, that the label does not keep.
+    std::optional<QString> bundleObjection(
+        const QString &label, const ZorvexDiskManagerFSBundle &forFilesystem) const;
+    std::optional<QString> volumeLabelObjection(
+        const QString &label, const ZorvexDiskManagerFSBundle &forFilesystem) const;
+    bool reportObjection(const std::optional<QString> &objection); // whether there is none
+
+    // operations/EraseQuestion.cpp
+    void refuseToErase(const char *key, const QString &name);
+    QString formatTargetText(const ZorvexDiskManagerDisk &disk, const QString &content) const;
+    QString contentTextOf(const ZorvexDiskManagerDisk &disk) const;
+    void reportNothingErased(const ZorvexDiskManagerDisk &disk);
+
     // operations/EraseDisk.cpp
     QString eraseTargetText(const ZorvexDiskManagerDisk &disk) const;
-    void confirmEraseDisk(const DiskRecord &disk, const EraseDiskChoice &choice);
+    bool refusesToEraseDisk(const ZorvexDiskManagerDisk &disk);
+    // The disk and each medium on it.
+    std::vector<FormatTarget> eraseTargetsOf(const ZorvexDiskManagerDisk &disk) const;
+    void confirmEraseDisk(const DiskRecord &disk, EraseDiskChoice choice);
     void beginEraseDisk(const DiskRecord &disk, const EraseDiskChoice &choice);
     static void doEraseDisk(const DiskRecord &disk, const QString &arguments,
         const std::shared_ptr<MainThreadRelay> &relay, ShellPipe &pipe); // on a worker thread
 
     // operations/Format.cpp, operations/CheckRepair.cpp: bodies of worker threads
-    // True after an alert that says how the medium is in use, beyond what an unmount ends.
-    bool refusesToFormat(const ZorvexDiskManagerDisk &disk);
-    FormatTarget formatTargetOf(const ZorvexDiskManagerDisk &disk) const;
-    QString formatTargetText(const ZorvexDiskManagerDisk &disk) const;
     static void doFormat(const std::shared_ptr<ZorvexDiskManagerFormatParams> &params, const QString &bsdName,
         const std::shared_ptr<MainThreadRelay> &relay, ShellPipe &pipe);
     static void doCheck(const DiskRecord &disk, const QString &bsdName,
@@ -343,7 +371,6 @@ private:
     PanelTexts textsOf(ZorvexDiskManagerDisk &disk);
     // The name of the file system of this subtype; what is there instead when there is none; else empty.
     QString filesystemTextOf(const ZorvexDiskManagerDisk &disk, qint32 subtype) const;
-    QString contentTextOf(const ZorvexDiskManagerDisk &disk) const;
     QString deviceNodeTextOf(const ZorvexDiskManagerDisk &disk) const;
     QString leftToRightInWindow(const QString &text) const; // set apart where the window is mirrored
     void showOutputOf(const ZorvexDiskManagerDisk &disk);

@@ -80,6 +80,7 @@ void ZorvexDiskManagerAppDelegate::diskArbitrationDiskDisappeared(const DADiskRe
         logNotFound(disk);
         return;
     }
+    Q_EMIT diskWillDisappear(disk);
 
     const DiskRecord record = position.item->disk;
     const int selectedRow = leftOutlineView->selectedRow();

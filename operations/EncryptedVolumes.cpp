@@ -38,6 +38,11 @@ void ZorvexDiskManagerAppDelegate::askForPassphrase(
     ZorvexDiskManagerDisk volume;
     zorvex_disk_manager_update_disk_description(disk, volume);
     auto *sheet = new PassphraseSheet(lockedVolumeText(volume), isRetry);
+    connect(
+        this, &ZorvexDiskManagerAppDelegate::diskWillDisappear, sheet, [sheet, disk](const DADiskRef &gone) {
+            if (gone == disk)
+                sheet->reject();
+        });
     sheet->beginSheetModalForWindow(window, std::move(answer));
 }
 

@@ -6,6 +6,7 @@
 #include "operations/DiskutilRunner.h"
 #include "operations/erase_disk_rules.h"
 #include "operations/format_rules.h"
+#include "operations/FormatTarget.h"
 #include "platform/DisturbingCharacters.h"
 #include "platform/KernelPartitions.h"
 #include "platform/Localization.h"
@@ -22,6 +23,17 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 const QString eraseDiskVerb = u"eraseDisk"_s;
+
+// The records of the disk and of all that is on it, as the tree has them; none when the disk has gone.
+std::vector<DiskRecord> mediaOf(const ZorvexDiskManagerDisk &disk)
+{
+    std::vector<DiskRecord> media;
+    if (disk.parent_item) {
+        for (const ZorvexDiskManagerDiskListItem *node : disk_list_subtree(disk.parent_item))
+            media.push_back(node->disk);
+    }
+    return media;
+}
 
 } // namespace
 
@@ -43,72 +55,88 @@ void ZorvexDiskManagerAppDelegate::clickEraseDiskMenuItem(QObject *)
             const ZorvexDiskManagerFSBundle &bundle) { return nameToShow(getFilesystemTypeString(bundle)); });
     const QString name = getDisplayNameForDisk(*disk) + u" ("_s + disk->description() + u')';
     auto *sheet = new EraseDiskSheet(name, menu, EraseDiskRules::firstScheme(*disk));
-    sheet->beginSheetModalForWindow(window, [this, disk](const EraseDiskChoice &choice) {
-        if (choice.label.isEmpty() || validateVolumeLabel(choice.label, *choice.filesystem))
-            confirmEraseDisk(disk, choice);
-    });
+    sheet->beginSheetModalForWindow(
+        window,
+        [this](const EraseDiskChoice &choice) {
+            return choice.label.isEmpty() ? std::nullopt
+                                          : volumeLabelObjection(choice.label, *choice.filesystem);
+        },
+        [this, disk](const EraseDiskChoice &choice) {
+            if (!refusesToEraseDisk(*disk))
+                confirmEraseDisk(disk, choice);
+        });
 }
 
-// The disk and all that is on it. The tree tells what the user sees.
-QString ZorvexDiskManagerAppDelegate::eraseTargetText(const ZorvexDiskManagerDisk &disk) const
+// Some media of a disk have no row: what the kernel tells of their use is told in their device's name.
+bool ZorvexDiskManagerAppDelegate::refusesToEraseDisk(const ZorvexDiskManagerDisk &disk)
 {
-    const auto line = [](const char *captionKey, const QString &value) -> QString {
-        return localizedString(captionKey) + u' ' + value + u'\n';
-    };
-    const auto size = [this](const ZorvexDiskManagerDisk &medium) {
-        return medium.mediaSize ? getDiskSpaceStringWithDiskSize(medium.mediaSize->longLongValue(), nullptr)
-                                : QString();
-    };
-    QStringList volumes;
-    if (disk.parent_item) {
-        for (const ZorvexDiskManagerDiskListItem *node : disk_list_subtree(disk.parent_item)) {
-            if (node != disk.parent_item)
-                volumes.append(QStringList(
-                    { getDisplayNameForDisk(*node->disk), contentTextOf(*node->disk), size(*node->disk) })
-                        .join(localizedString("LIST_SEPARATOR_TEXT")));
+    QStringList withoutRow = m_platform.partitionNodes(disk.deviceNode());
+    for (const DiskRecord &medium : mediaOf(disk)) {
+        if (refusesToFormat(*medium))
+            return true;
+        withoutRow.removeAll(medium->deviceNode());
+    }
+    for (const QString &node : std::as_const(withoutRow)) {
+        if (const char *const key
+            = formatRefusalKey(m_platform.readDeviceUse(node), ProbedContent::Kind::Nothing)) {
+            refuseToErase(key, node);
+            return true;
         }
     }
-    const QString device = disk.description() + u" ("_s + disk.deviceNode() + u')';
-    const QString text = line(QT_TRID_NOOP("FORMAT_TARGET_NAME_CAPTION"), getDisplayNameForDisk(disk))
-        + line(QT_TRID_NOOP("FORMAT_TARGET_SIZE_CAPTION"), size(disk))
-        + line(QT_TRID_NOOP("FORMAT_TARGET_DEVICE_CAPTION"), leftToRightInWindow(device))
-        + line(QT_TRID_NOOP("FORMAT_TARGET_CONTENT_CAPTION"),
-            EraseDiskRules::contentText(volumes, contentTextOf(disk)));
-    return text.trimmed();
+    return false;
 }
 
-void ZorvexDiskManagerAppDelegate::confirmEraseDisk(const DiskRecord &disk, const EraseDiskChoice &choice)
+// All that is on the disk, a line for each volume. The tree tells what the user sees.
+QString ZorvexDiskManagerAppDelegate::eraseTargetText(const ZorvexDiskManagerDisk &disk) const
 {
-    const QString shown = eraseTargetText(*disk);
-    auto *alert = new AlertSheet(AlertSheet::Style::Warning);
-    alert->addButtonWithTitle(localizedString("CONFIRM_FORMAT_DIALOG_CONTINUE_BUTTON_TEXT"));
-    alert->addButtonWithTitle(localizedString("CONFIRM_FORMAT_DIALOG_CANCEL_BUTTON_TEXT"));
-    alert->setMessageText(localizedString("CONFIRM_FORMAT_DIALOG_TITLE"));
-    alert->setInformativeText(localizedString("CONFIRM_FORMAT_DIALOG_BODY"));
-    alert->setAccessoryText(shown);
-    alert->setDefaultReturn(AlertSheet::firstButtonReturn + 1);
-    alert->beginSheetModalForWindow(window, [this, disk, choice, shown](int returnCode) {
-        if (returnCode != AlertSheet::firstButtonReturn || disk->operationInProgress)
-            return;
-        // Only what was shown is erased: another content is another question.
-        if (eraseTargetText(*disk) != shown)
-            confirmEraseDisk(disk, choice);
-        else
-            beginEraseDisk(disk, choice);
-    });
+    QStringList volumes;
+    for (const DiskRecord &medium : mediaOf(disk)) {
+        if (medium.get() == &disk)
+            continue;
+        const QString size = medium->mediaSize
+            ? getDiskSpaceStringWithDiskSize(medium->mediaSize->longLongValue(), nullptr)
+            : QString();
+        volumes.append(QStringList({ getDisplayNameForDisk(*medium), contentTextOf(*medium), size })
+                .join(localizedString("LIST_SEPARATOR_TEXT")));
+    }
+    return formatTargetText(disk, EraseDiskRules::contentText(volumes, contentTextOf(disk)));
+}
+
+std::vector<FormatTarget> ZorvexDiskManagerAppDelegate::eraseTargetsOf(
+    const ZorvexDiskManagerDisk &disk) const
+{
+    std::vector<FormatTarget> targets;
+    for (const DiskRecord &medium : mediaOf(disk))
+        targets.push_back(formatTargetOf(*medium));
+    return targets;
+}
+
+void ZorvexDiskManagerAppDelegate::confirmEraseDisk(const DiskRecord &disk, EraseDiskChoice choice)
+{
+    if (choice.label.isEmpty())
+        choice.label = FormatRules::defaultLabel(choice.filesystem->bundleName);
+    const NewVolume newVolume { choice.filesystemTitle, choice.label, choice.schemeTitle };
+    askBeforeErase(eraseTargetText(*disk), newVolume,
+        [this, disk, choice, targets = eraseTargetsOf(*disk)](AlertSheet *, int returnCode) {
+            if (returnCode != AlertSheet::firstButtonReturn)
+                return;
+            // Only what the question showed is erased.
+            if (eraseTargetsOf(*disk) != targets)
+                reportNothingErased(*disk);
+            else
+                beginEraseDisk(disk, choice);
+        });
 }
 
 void ZorvexDiskManagerAppDelegate::beginEraseDisk(const DiskRecord &disk, const EraseDiskChoice &choice)
 {
-    const QString bundleName = choice.filesystem->bundleName;
-    const QString label = choice.label.isEmpty() ? FormatRules::defaultLabel(bundleName) : choice.label;
     beginOperation(disk, RunningOperation::Format);
     if (selectedDisk() == disk)
         rightTabView->setCurrentWidget(formatTab); // its bar shows that the disk is being erased
 
     const std::shared_ptr<ShellPipe> pipe = m_platform.createShellPipe();
     const QString arguments = EraseDiskRules::eraseDiskArguments(
-        choice.filesystem->fsPersonality, label, choice.scheme, disk->description());
+        choice.filesystem->fsPersonality, choice.label, choice.scheme, disk->description());
     const int error = m_platform.startThread(
         [disk, arguments, relay = m_relay, pipe] { doEraseDisk(disk, arguments, relay, *pipe); });
     if (error != 0) {

@@ -7,13 +7,10 @@
 #include "operations/DiskutilRunner.h"
 #include "operations/format_rules.h"
 #include "operations/ZorvexDiskManagerFormatParams.h"
-#include "platform/DisturbingCharacters.h"
-#include "platform/Localization.h"
 #include "ui/AlertSheet.h"
 
 #include <QComboBox>
 #include <QLineEdit>
-#include <QMainWindow>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -49,20 +46,6 @@ DADiskCompletion completionWithParams(
                const DADiskRef &disk, const DADissenterRef &dissenter) { callback(disk, dissenter, params); };
 }
 
-// One line of what is about to be erased.
-QString targetLine(const char *captionKey, const QString &value)
-{
-    return localizedString(captionKey) + u' ' + value + u'\n';
-}
-
-// What will be there instead.
-QString newVolumeText(const QString &filesystem, const QString &label)
-{
-    return QString(targetLine(QT_TRID_NOOP("FORMAT_NEW_FILESYSTEM_CAPTION"), filesystem)
-        + targetLine(QT_TRID_NOOP("FORMAT_NEW_LABEL_CAPTION"), nameToShow(label)))
-        .trimmed();
-}
-
 } // namespace
 
 void ZorvexDiskManagerAppDelegate::clickFormatButton(QObject *)
@@ -90,59 +73,11 @@ void ZorvexDiskManagerAppDelegate::clickFormatButton(QObject *)
     params->volumeLabel = labels.volumeLabel;
     params->postFormatLabel = labels.postFormatLabel;
 
-    auto *alert = new AlertSheet(AlertSheet::Style::Warning);
-    alert->addButtonWithTitle(localizedString("CONFIRM_FORMAT_DIALOG_CONTINUE_BUTTON_TEXT"));
-    alert->addButtonWithTitle(localizedString("CONFIRM_FORMAT_DIALOG_CANCEL_BUTTON_TEXT"));
-    alert->setMessageText(localizedString("CONFIRM_FORMAT_DIALOG_TITLE"));
-    alert->setInformativeText(localizedString("CONFIRM_FORMAT_DIALOG_BODY"));
-    alert->setAccessoryText(formatTargetText(*disk)
-        + newVolumeText(
-            formatFilesystemsPopupButton->currentText(), typed.isEmpty() ? labels.volumeLabel : typed));
-    alert->setDefaultReturn(AlertSheet::firstButtonReturn + 1);
-    alert->beginSheetModalForWindow(window,
-        [this, alert, params](int returnCode) { formatWarningAlertDidEnd(alert, returnCode, params); });
-}
-
-bool ZorvexDiskManagerAppDelegate::refusesToFormat(const ZorvexDiskManagerDisk &disk)
-{
-    const DeviceUse use = m_platform.readDeviceUse(disk.deviceNode());
-    const char *const key = formatRefusalKey(use, disk.daDisk->probedContent().kind);
-    if (key)
-        errorMessageWithTitle(localizedString("FORMAT_REFUSED_TITLE"),
-            formatLocalized(localizedString(key), { getDisplayNameForDisk(disk) }));
-    return key != nullptr;
-}
-
-FormatTarget ZorvexDiskManagerAppDelegate::formatTargetOf(const ZorvexDiskManagerDisk &disk) const
-{
-    const auto properties = disk.daDisk->copyIOMediaProperties();
-    const PropertyNumber *const start = properties ? properties->number(IOMediaKey::base) : nullptr;
-    return { disk.mediaSize ? disk.mediaSize->longLongValue() : 0, start ? start->longLongValue() : 0,
-        disk.volumeName.value_or(QString()), disk.volumeKind.value_or(QString()),
-        disk.daDisk->filesystemSubtype(), disk.daDisk->probedContent(),
-        m_platform.readDeviceIdentity(disk.deviceNode()) };
-}
-
-QString ZorvexDiskManagerAppDelegate::formatTargetText(const ZorvexDiskManagerDisk &disk) const
-{
-    const QString size = disk.mediaSize
-        ? getDiskSpaceStringWithDiskSize(disk.mediaSize->longLongValue(), nullptr)
-        : QString();
-    const QString node = disk.deviceNode();
-    const QString device
-        = node.isEmpty() ? disk.description() : QString(disk.description() + u" (" + node + u')');
-    return targetLine(QT_TRID_NOOP("FORMAT_TARGET_NAME_CAPTION"), getDisplayNameForDisk(disk))
-        + targetLine(QT_TRID_NOOP("FORMAT_TARGET_SIZE_CAPTION"), size)
-        + targetLine(QT_TRID_NOOP("FORMAT_TARGET_DEVICE_CAPTION"), leftToRightInWindow(device))
-        + targetLine(QT_TRID_NOOP("FORMAT_TARGET_CONTENT_CAPTION"), contentTextOf(disk));
-}
-
-// The variant is named for a volume that is not mounted as well: it is what will be lost.
-QString ZorvexDiskManagerAppDelegate::contentTextOf(const ZorvexDiskManagerDisk &disk) const
-{
-    const QString content = filesystemTextOf(
-        disk, disk.daDisk->filesystemSubtype().value_or(static_cast<qint16>(disk.subtype)));
-    return content.isEmpty() ? localizedString("FORMAT_TARGET_NOTHING_TEXT") : content;
+    const NewVolume newVolume { formatFilesystemsPopupButton->currentText(),
+        typed.isEmpty() ? labels.volumeLabel : typed, {} };
+    askBeforeErase(formatTargetText(*disk, contentTextOf(*disk)), newVolume,
+        [this, params](
+            AlertSheet *alert, int returnCode) { formatWarningAlertDidEnd(alert, returnCode, params); });
 }
 
 void ZorvexDiskManagerAppDelegate::formatWarningAlertDidEnd(
@@ -153,8 +88,7 @@ void ZorvexDiskManagerAppDelegate::formatWarningAlertDidEnd(
     const ZorvexDiskManagerDisk &disk = *contextInfo->disk;
     // Only what the question showed is erased. A medium that has gone has no node any more.
     if (!disk.parent_item || formatTargetOf(disk) != contextInfo->target) {
-        errorMessageWithTitle(localizedString("FORMAT_TARGET_CHANGED_TITLE"),
-            formatLocalized(localizedString("FORMAT_TARGET_CHANGED_FMT"), { getDisplayNameForDisk(disk) }));
+        reportNothingErased(disk);
         return;
     }
     beginOperation(contextInfo->disk, RunningOperation::Format);
@@ -215,5 +149,5 @@ void ZorvexDiskManagerAppDelegate::postFormatRenameMountFinished(
     reportOutcome(params->disk, u"Error while mounting %@: %@"_s, dissenter);
     finishOperation(params->disk);
     if (!dissenter && !alertInProgress)
-        reportVolumeOutOfReach(params->disk);
+        reportVolumeOutOfReach(*params->disk);
 }

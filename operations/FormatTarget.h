@@ -24,6 +24,14 @@ struct FormatTarget
     friend bool operator==(const FormatTarget &, const FormatTarget &) = default;
 };
 
+// The volume that will be there instead, in the words of the window.
+struct NewVolume
+{
+    QString filesystem;
+    QString label;
+    QString scheme; // of a new partition table; empty when no table is written
+};
+
 // The string key of the reason why a device in this use is not formatted; null when there is none. A mount is
 // no reason: it can be ended.
 const char *formatRefusalKey(const DeviceUse &use, ProbedContent::Kind content);

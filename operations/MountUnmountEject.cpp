@@ -214,15 +214,19 @@ void ZorvexDiskManagerAppDelegate::diskArbitrationDiskDidMount(
     reportOutcome(disk, u"Error while mounting %@: %@"_s, withDissenter, reason);
     finishOperation(disk);
     if (!withDissenter)
-        reportVolumeOutOfReach(disk);
+        reportVolumeOutOfReach(*disk);
 }
 
 // Some versions of the disk service mount for the user only what that user may mount themselves.
-void ZorvexDiskManagerAppDelegate::reportVolumeOutOfReach(const DiskRecord &disk)
+// Of an encrypted medium, what is unlocked on it is mounted.
+void ZorvexDiskManagerAppDelegate::reportVolumeOutOfReach(const ZorvexDiskManagerDisk &disk)
 {
-    if (!disk->volumePath)
+    const DADiskRef unlocked = session->unlockedDisk(disk.daDisk);
+    ZorvexDiskManagerDisk volume;
+    zorvex_disk_manager_update_disk_description(unlocked ? unlocked : disk.daDisk, volume);
+    if (!volume.volumePath)
         return;
-    const QStringList nameAndPath { getDisplayNameForDisk(*disk), disk->volumePath->toLocalFile() };
+    const QStringList nameAndPath { getDisplayNameForDisk(volume), volume.volumePath->toLocalFile() };
     m_platform.workspace->findFolderAccess(
         nameAndPath.constLast(), [self = QPointer(this), nameAndPath](bool isOpen) {
             if (self && !isOpen)

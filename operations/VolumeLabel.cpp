@@ -71,25 +71,46 @@ QString objectionText(const LabelObjection &objection, const LabelRule &rule, co
     return formatLocalized(localizedString("LABEL_UNPRINTABLE_FMT"), { filesystem });
 }
 
+std::optional<QString> givenObjection(const QString &label, const ZorvexDiskManagerFSBundle &filesystem)
+{
+    const LabelRules::RuleSet ruleSet = LabelRules::ruleSetOf(filesystem.bundleName);
+    return LabelRules::isValidLabel(label, ruleSet) ? std::nullopt : std::optional(refusalText(ruleSet));
+}
+
 } // namespace
+
+std::optional<QString> ZorvexDiskManagerAppDelegate::bundleObjection(
+    const QString &label, const ZorvexDiskManagerFSBundle &forFilesystem) const
+{
+    const LabelRule rule = ruleOfBundle(forFilesystem.path());
+    const auto objection = objectionToLabel(rule, label);
+    return objection
+        ? std::optional(objectionText(*objection, rule, nameToShow(getFilesystemTypeString(forFilesystem))))
+        : std::nullopt;
+}
+
+std::optional<QString> ZorvexDiskManagerAppDelegate::volumeLabelObjection(
+    const QString &label, const ZorvexDiskManagerFSBundle &forFilesystem) const
+{
+    const std::optional<QString> given = givenObjection(label, forFilesystem);
+    return given ? given : bundleObjection(label, forFilesystem);
+}
+
+bool ZorvexDiskManagerAppDelegate::reportObjection(const std::optional<QString> &objection)
+{
+    if (objection)
+        errorMessageWithTitle(localizedString("INVALID_VOLUME_LABEL_TEXT"), *objection);
+    return !objection;
+}
 
 bool ZorvexDiskManagerAppDelegate::validateVolumeLabel(
     const QString &label, const ZorvexDiskManagerFSBundle &forFilesystem)
 {
-    const LabelRules::RuleSet ruleSet = LabelRules::ruleSetOf(forFilesystem.bundleName);
-    if (LabelRules::isValidLabel(label, ruleSet))
-        return true;
-    errorMessageWithTitle(localizedString("INVALID_VOLUME_LABEL_TEXT"), refusalText(ruleSet));
-    return false;
+    return reportObjection(givenObjection(label, forFilesystem));
 }
 
 bool ZorvexDiskManagerAppDelegate::bundleAllowsLabel(
     const QString &label, const ZorvexDiskManagerFSBundle &forFilesystem)
 {
-    const LabelRule rule = ruleOfBundle(forFilesystem.path());
-    const auto objection = objectionToLabel(rule, label);
-    if (objection)
-        errorMessageWithTitle(localizedString("INVALID_VOLUME_LABEL_TEXT"),
-            objectionText(*objection, rule, nameToShow(getFilesystemTypeString(forFilesystem))));
-    return !objection;
+    return reportObjection(bundleObjection(label, forFilesystem));
 }

@@ -189,6 +189,9 @@ public:
     // medium, what can be read of it is mounted; the passphrase is asked for if it is locked.
     virtual void mount(const DADiskRef &disk, quint32 options, DADiskCompletion completion) = 0;
 
+    // What is unlocked on the encrypted medium; null when nothing is.
+    virtual DADiskRef unlockedDisk(const DADiskRef &disk) const = 0;
+
     // Unmounts the volume, or with the option Whole all volumes of the disk one after another, stopping at
     // the first refusal. With Force open files do not hold a volume, but the volumes that the running system
     // stands on dissent with NotPermitted.

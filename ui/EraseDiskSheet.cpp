@@ -2,6 +2,7 @@
 #include "ui/EraseDiskSheet.h"
 
 #include "platform/Localization.h"
+#include "ui/AlertSheet.h"
 
 #include <QComboBox>
 #include <QDialogButtonBox>
@@ -66,12 +67,29 @@ void EraseDiskSheet::fillMenus(const FormatMenuRules::FormatMenu &menu, Partitio
 EraseDiskChoice EraseDiskSheet::choice() const
 {
     return { filesystemPopupButton->currentData().value<FilesystemBundleRef>(), labelField->text(),
-        static_cast<PartitionScheme>(schemePopupButton->currentData().toInt()) };
+        static_cast<PartitionScheme>(schemePopupButton->currentData().toInt()),
+        filesystemPopupButton->currentText(), schemePopupButton->currentText() };
 }
 
-void EraseDiskSheet::beginSheetModalForWindow(
-    QWidget *window, std::function<void(const EraseDiskChoice &choice)> didChoose)
+void EraseDiskSheet::accept()
 {
+    const std::optional<QString> objection = m_findObjectionToLabel(choice());
+    if (!objection) {
+        QDialog::accept();
+        return;
+    }
+    auto *alert = new AlertSheet(AlertSheet::Style::Warning);
+    alert->addButtonWithTitle(u"OK"_s);
+    alert->setMessageText(localizedString("INVALID_VOLUME_LABEL_TEXT"));
+    alert->setInformativeText(*objection);
+    alert->beginSheetModalForWindow(this, [this](int) { labelField->setFocus(); });
+}
+
+void EraseDiskSheet::beginSheetModalForWindow(QWidget *window,
+    std::function<std::optional<QString>(const EraseDiskChoice &choice)> findObjectionToLabel,
+    std::function<void(const EraseDiskChoice &choice)> didChoose)
+{
+    m_findObjectionToLabel = std::move(findObjectionToLabel);
     setParent(window, Qt::Dialog);
     setWindowModality(Qt::WindowModal);
     setAttribute(Qt::WA_DeleteOnClose);

@@ -10,6 +10,7 @@
 #include <QDialog>
 
 #include <functional>
+#include <optional>
 
 class QComboBox;
 class QLineEdit;
@@ -19,6 +20,8 @@ struct EraseDiskChoice
     FilesystemBundleRef filesystem; // null when the menu has none that fits
     QString label; // as it was typed
     PartitionScheme scheme = PartitionScheme::Gpt;
+    QString filesystemTitle; // as the menus show them
+    QString schemeTitle;
 };
 
 class EraseDiskSheet : public QDialog
@@ -29,11 +32,16 @@ public:
     // The name and the device say which disk it is.
     EraseDiskSheet(const QString &disk, const FormatMenuRules::FormatMenu &menu, PartitionScheme scheme);
 
-    // Shows the sheet. didChoose is called when the user goes on, and never when they cancel.
-    void beginSheetModalForWindow(
-        QWidget *window, std::function<void(const EraseDiskChoice &choice)> didChoose);
+    // Shows the sheet. didChoose is called when the user goes on, and never when they cancel. What
+    // findObjectionToLabel returns is shown above the sheet, which stays open.
+    void beginSheetModalForWindow(QWidget *window,
+        std::function<std::optional<QString>(const EraseDiskChoice &choice)> findObjectionToLabel,
+        std::function<void(const EraseDiskChoice &choice)> didChoose);
 
     EraseDiskChoice choice() const;
+
+    // Goes on, unless there is an objection to the label.
+    void accept() override;
 
     // The controls.
     QComboBox *filesystemPopupButton = nullptr;
@@ -42,4 +50,6 @@ public:
 
 private:
     void fillMenus(const FormatMenuRules::FormatMenu &menu, PartitionScheme scheme);
+
+    std::function<std::optional<QString>(const EraseDiskChoice &choice)> m_findObjectionToLabel;
 };

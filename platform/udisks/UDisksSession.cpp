@@ -139,6 +139,12 @@ public:
             m_requests.mount(path, bound(disk, std::move(completion)));
     }
 
+    DADiskRef unlockedDisk(const DADiskRef &disk) const override
+    {
+        const auto known = std::dynamic_pointer_cast<UDisksDisk>(disk);
+        return known ? m_disks.value(m_bus.store().readableDeviceOf(known->path())) : nullptr;
+    }
+
     void lock(const DADiskRef &disk, DADiskCompletion completion) override
     {
         const QString path = presentPath(disk, completion);

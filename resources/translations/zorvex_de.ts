@@ -538,6 +538,11 @@ Hängt Datenträger und Volumes ein und aus, formatiert, prüft und repariert si
         <extracomment>Caption in the question before formatting: the label that the volume will have.</extracomment>
         <translation>Neuer Name:</translation>
     </message>
+    <message id="FORMAT_NEW_SCHEME_CAPTION">
+        <source>New partition scheme:</source>
+        <extracomment>Caption in the question before a whole disk is erased: how the disk will be divided into partitions, MBR or GPT.</extracomment>
+        <translation>Neues Partitionsschema:</translation>
+    </message>
     <message id="FORMAT_REFUSED_TITLE">
         <source>The disk or volume cannot be formatted</source>
         <extracomment>Title of the message about a disk or volume that is not formatted because it is in use.</extracomment>

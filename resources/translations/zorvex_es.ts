@@ -538,6 +538,11 @@ Monta, formatea, comprueba y repara discos y volúmenes.</translation>
         <extracomment>Caption in the question before formatting: the label that the volume will have.</extracomment>
         <translation>Nombre nuevo:</translation>
     </message>
+    <message id="FORMAT_NEW_SCHEME_CAPTION">
+        <source>New partition scheme:</source>
+        <extracomment>Caption in the question before a whole disk is erased: how the disk will be divided into partitions, MBR or GPT.</extracomment>
+        <translation>Esquema de particiones nuevo:</translation>
+    </message>
     <message id="FORMAT_REFUSED_TITLE">
         <source>The disk or volume cannot be formatted</source>
         <extracomment>Title of the message about a disk or volume that is not formatted because it is in use.</extracomment>

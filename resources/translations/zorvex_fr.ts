@@ -501,7 +501,7 @@ Monte, formate, vérifie et répare les disques et les volumes.</translation>
     <message id="ERASE_DISK_SCHEME_CAPTION">
         <source>&amp;Partition scheme:</source>
         <extracomment>Caption in that sheet: how the disk is divided into partitions, MBR or GPT. &amp; marks the letter that leads there.</extracomment>
-        <translation>Sché&amp;ma de partition :</translation>
+        <translation>Sché&amp;ma de partition&#xa0;:</translation>
     </message>
     <message id="ERASE_DISK_CONTINUE_BUTTON_TEXT">
         <source>&amp;Erase…</source>
@@ -537,6 +537,11 @@ Monte, formate, vérifie et répare les disques et les volumes.</translation>
         <source>New label:</source>
         <extracomment>Caption in the question before formatting: the label that the volume will have.</extracomment>
         <translation>Nouveau nom&#xa0;:</translation>
+    </message>
+    <message id="FORMAT_NEW_SCHEME_CAPTION">
+        <source>New partition scheme:</source>
+        <extracomment>Caption in the question before a whole disk is erased: how the disk will be divided into partitions, MBR or GPT.</extracomment>
+        <translation>Nouveau schéma de partition&#xa0;:</translation>
     </message>
     <message id="FORMAT_REFUSED_TITLE">
         <source>The disk or volume cannot be formatted</source>

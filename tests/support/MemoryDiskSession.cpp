@@ -27,6 +27,11 @@ public:
     {
         enqueue({ MemoryDiskService::RequestKind::Unmount, disk, options, {}, std::move(completion) });
     }
+    DADiskRef unlockedDisk(const DADiskRef &disk) const override
+    {
+        const auto known = std::dynamic_pointer_cast<MemoryDisk>(disk);
+        return known ? known->unlocked.lock() : nullptr;
+    }
     void lock(const DADiskRef &disk, DADiskCompletion completion) override
     {
         enqueue({ MemoryDiskService::RequestKind::Lock, disk, 0, {}, std::move(completion) });

@@ -29,6 +29,7 @@ public:
     std::optional<qint16> subtype;
     ProbedContent content;
     Encryption partInEncryption = Encryption::None;
+    std::weak_ptr<MemoryDisk> unlocked; // what is unlocked on an encrypted medium
 };
 
 using MemoryDiskRef = std::shared_ptr<MemoryDisk>;

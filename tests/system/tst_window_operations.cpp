@@ -5,8 +5,11 @@
 #include "tests/support/RealWindow.h"
 
 #include "ui/AlertSheet.h"
+#include "ui/EraseDiskSheet.h"
+#include "ui/OutlineView.h"
 #include "ui/OutputView.h"
 
+#include <QAction>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -78,6 +81,7 @@ private Q_SLOTS:
     void volumeNamedRecoveryIsListed();
     void formatsAsEveryFilesystem_data();
     void formatsAsEveryFilesystem();
+    void diskIsErasedToOneVolume();
 
 private:
     void runToItsEnd(RealWindow &window, const DiskRecord &volume, QPushButton *button);
@@ -257,6 +261,47 @@ void TestWindowOperations::formatsAsEveryFilesystem()
         ++formatted;
     }
     QVERIFY(formatted >= 12);
+}
+
+void TestWindowOperations::diskIsErasedToOneVolume()
+{
+    const QString type = QString::fromLatin1(LoopDisk::linuxType);
+    const LoopDisk disk({ { 40, type, u"ext4"_s, u"Photos"_s }, { 40, type, u"ext4"_s, u"Music"_s } });
+    RealWindow window;
+    const DiskRecord first = selectedVolume(window, disk);
+    QVERIFY(first);
+    QTRY_VERIFY_WITH_TIMEOUT(window.recordOf(disk.node(2)), limit);
+    window.controller().clickMountUnmountButton(nullptr);
+    QTRY_VERIFY_WITH_TIMEOUT(!mountPointsOf(disk.node(1)).isEmpty() && !first->operationInProgress, limit);
+
+    const DiskRecord whole = window.recordOf(disk.node());
+    window.select(whole);
+    window.window().findChild<QAction *>(u"actionEraseDisk"_s)->trigger();
+    auto *const sheet = window.window().findChild<EraseDiskSheet *>();
+    QVERIFY(sheet);
+    sheet->filesystemPopupButton->setCurrentText(u"ext4"_s);
+    sheet->schemePopupButton->setCurrentIndex(
+        sheet->schemePopupButton->findData(static_cast<int>(PartitionScheme::Gpt)));
+    sheet->labelField->setText(u"Fresh"_s);
+    sheet->accept();
+    QCOMPARE(window.sheets().size(), 1);
+    const QString question = window.sheets().constFirst()->informativeText();
+    for (const QString &words : { disk.node(), u"Photos"_s, u"Music"_s, u"New label: Fresh"_s, u"(GPT)"_s })
+        QVERIFY2(question.contains(words), qPrintable(question));
+    window.endSheet(AlertSheet::firstButtonReturn);
+    QTRY_VERIFY_WITH_TIMEOUT(!whole->operationInProgress, limit);
+    const AlertSheet *const alert = window.sheets().value(0);
+    QVERIFY2(!alert, qPrintable(alert ? alert->informativeText() : QString()));
+
+    QCOMPARE(window.nodesOfDisk(disk.node()), (QStringList { disk.node(), disk.node(1) }));
+    QCOMPARE(probed(disk.node(), u"PTTYPE"_s), u"gpt"_s);
+    QCOMPARE(probed(disk.node(1), u"LABEL"_s), u"Fresh"_s);
+    const DiskRecord volume = window.recordOf(disk.node(1));
+    const OutlineView *const view = window.controller().leftOutlineView;
+    QVERIFY(view->itemAtRow(view->selectedRow()) == volume);
+    QCOMPARE(volume->volumeName.value_or(QString()), u"Fresh"_s);
+    QVERIFY(volume->volumePath);
+    QCOMPARE(mountPointsOf(disk.node(1)), QStringList { volume->volumePath->toLocalFile() });
 }
 
 QTEST_MAIN(TestWindowOperations)

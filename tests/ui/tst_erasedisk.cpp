@@ -29,6 +29,7 @@ struct EraseTest : TestController
         for (const char *name : { "exfat", "ext4" })
             writeWholeBundle(systemDirectory(), QLatin1String(name), QLatin1String(name));
         platform().isSystemDevice = [this](const QString &node) { return node == systemNode; };
+        platform().partitionNodes = [this](const QString &) { return partitionNodes; };
         setDiskutilScript("printf '%s|' \"$@\" >\"$dir/arguments\"\n" + endOfTool);
         launch();
         stick->description->insert(DAKey::mediaLeaf, false);
@@ -53,6 +54,7 @@ struct EraseTest : TestController
     }
 
     QString systemNode;
+    QStringList partitionNodes { u"/dev/disk2s1"_s, u"/dev/disk2s2"_s }; // as the kernel has them
     MemoryDiskRef stick = makeDisk(u"disk2"_s);
     MemoryDiskRef first = makePartition(u"disk2s1"_s, 1000, u"PHOTOS"_s);
     MemoryDiskRef second = makePartition(u"disk2s2"_s, 2000, u"MUSIC"_s);
@@ -71,8 +73,12 @@ private Q_SLOTS:
     void wholeCourse();
     void labelThatIsLeftEmpty();
     void cancelRunsNothing();
-    void questionIsAskedAgainWhenTheContentHasChanged();
-    void refusedLabelStopsBeforeTheQuestion();
+    void mediumInUseIsRefusedBeforeTheQuestion_data();
+    void mediumInUseIsRefusedBeforeTheQuestion();
+    void onlyWhatTheQuestionShowedIsErased_data();
+    void onlyWhatTheQuestionShowedIsErased();
+    void refusedLabelKeepsTheSheetOpen_data();
+    void refusedLabelKeepsTheSheetOpen();
     void refusalIsToldAndTheDiskStaysSelected();
     void selectionThatHasGoneElsewhereStays();
 };
@@ -123,6 +129,9 @@ void TestEraseDisk::wholeCourse()
     const AlertSheet *const question = test.sheets().constFirst();
     for (const char *text : { "disk2", "/dev/disk2", "500", "PHOTOS", "MUSIC" })
         QVERIFY2(question->informativeText().contains(QLatin1String(text)), text);
+    const QString newVolume
+        = u"New file system: exfat\nNew label: FRESH\nNew partition scheme: Master Boot Record (MBR)"_s;
+    QVERIFY2(question->informativeText().endsWith(newVolume), qPrintable(question->informativeText()));
     QCOMPARE(question->defaultButton(), question->buttonForReturn(cancel));
     QVERIFY(!test.record->operationInProgress);
     press(question, goOn);
@@ -144,6 +153,7 @@ void TestEraseDisk::labelThatIsLeftEmpty()
 {
     EraseTest test;
     test.choose(u"ext4"_s, QString());
+    QVERIFY(test.sheets().constFirst()->informativeText().contains(u"\nNew label: Untitled\n"_s));
     press(test.sheets().constFirst(), goOn);
     QTRY_COMPARE(test.toolArguments(), u"eraseDisk|ext4|Untitled|MBR|/dev/disk2|"_s);
     QTRY_VERIFY(!test.record->operationInProgress);
@@ -161,28 +171,129 @@ void TestEraseDisk::cancelRunsNothing()
     QVERIFY(test.toolArguments().isEmpty());
 }
 
-void TestEraseDisk::questionIsAskedAgainWhenTheContentHasChanged()
+void TestEraseDisk::mediumInUseIsRefusedBeforeTheQuestion_data()
 {
-    EraseTest test;
-    test.choose(u"ext4"_s, QString());
-    test.add(makePartition(u"disk2s3"_s, 3000, u"THESIS"_s));
-    press(test.sheets().constFirst(), goOn);
-    QVERIFY(!test.record->operationInProgress);
-    QTRY_COMPARE(test.sheets().size(), 1);
-    QVERIFY(test.sheets().constFirst()->informativeText().contains(u"THESIS"_s));
-    press(test.sheets().constFirst(), goOn);
-    QVERIFY(test.record->operationInProgress);
-    QTRY_VERIFY(!test.record->operationInProgress);
+    using Found = ProbedContent::Kind;
+    QTest::addColumn<QString>("node");
+    QTest::addColumn<DeviceUse>("use");
+    QTest::addColumn<ProbedContent>("content");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("reason");
+    const DeviceUse held { {}, { u"dm-0"_s }, false };
+    QTest::newRow("swap on a volume")
+        << u"/dev/disk2s2"_s << DeviceUse { {}, {}, true } << ProbedContent { Found::Swap, u"swap"_s }
+        << u"“MUSIC”"_s << u"swap space"_s;
+    QTest::newRow("LVM on the disk") << u"/dev/disk2"_s << held
+                                     << ProbedContent { Found::LvmMember, u"LVM2_member"_s } << u"“disk2”"_s
+                                     << u"LVM volume group"_s;
+    QTest::newRow("RAID") << u"/dev/disk2s1"_s << held
+                          << ProbedContent { Found::RaidMember, u"linux_raid_member"_s } << u"“PHOTOS”"_s
+                          << u"RAID array"_s;
+    QTest::newRow("unlocked") << u"/dev/disk2s1"_s << held
+                              << ProbedContent { Found::Encrypted, u"crypto_LUKS"_s } << u"“PHOTOS”"_s
+                              << u"unlocked"_s;
+    QTest::newRow("partition without a row")
+        << u"/dev/disk2s3"_s << held << ProbedContent {} << u"“/dev/disk2s3”"_s << u"Another device"_s;
 }
 
-void TestEraseDisk::refusedLabelStopsBeforeTheQuestion()
+void TestEraseDisk::mediumInUseIsRefusedBeforeTheQuestion()
 {
+    QFETCH(const QString, node);
+    QFETCH(const DeviceUse, use);
+    QFETCH(const ProbedContent, content);
+    QFETCH(const QString, name);
+    QFETCH(const QString, reason);
     EraseTest test;
-    test.choose(u"exfat"_s, u"a*b"_s);
+    test.partitionNodes.append(u"/dev/disk2s3"_s);
+    for (const MemoryDiskRef &medium : { test.stick, test.first, test.second })
+        medium->content = content;
+    test.deviceUses.insert(node, use);
+    test.choose(u"ext4"_s, QString());
     QCOMPARE(test.sheets().size(), 1);
-    QCOMPARE(test.sheets().constFirst()->text(), localizedString("INVALID_VOLUME_LABEL_TEXT"));
+    QCOMPARE(test.sheets().constFirst()->text(), u"The disk or volume cannot be formatted"_s);
+    const QString text = test.sheets().constFirst()->informativeText();
+    QVERIFY2(text.contains(name) && text.contains(reason), qPrintable(text));
     press(test.sheets().constFirst(), goOn);
+    QVERIFY(test.sheets().isEmpty());
+    QVERIFY(!test.record->operationInProgress && test.toolArguments().isEmpty());
+}
+
+void TestEraseDisk::onlyWhatTheQuestionShowedIsErased_data()
+{
+    QTest::addColumn<QString>("what");
+    for (const char *what :
+        { "volume that came", "volume that went", "label", "content", "size of the disk", "device", "disk" })
+        QTest::newRow(what) << QString::fromLatin1(what);
+}
+
+void TestEraseDisk::onlyWhatTheQuestionShowedIsErased()
+{
+    QFETCH(const QString, what);
+    EraseTest test;
+    test.choose(u"ext4"_s, QString());
+    if (what == "label"_L1)
+        test.second->description->insert(DAKey::volumeName, u"THESIS"_s);
+    else if (what == "content"_L1)
+        test.first->content = { ProbedContent::Kind::Encrypted, u"crypto_LUKS"_s };
+    else if (what == "size of the disk"_L1)
+        test.stick->description->insert(DAKey::mediaSize, PropertyNumber(qint64 { 50000000 }));
+    else if (what == "device"_L1)
+        test.deviceIdentities.insert(u"/dev/disk2"_s, DeviceIdentity { 1, 2, 3, 4 });
+    for (const MemoryDiskRef &medium : { test.stick, test.first, test.second })
+        test.service.changeDisk(medium);
+    if (what == "volume that came"_L1)
+        test.add(makePartition(u"disk2s3"_s, 3000, u"THESIS"_s));
+    else if (what == "volume that went"_L1)
+        test.service.removeDisk(test.second);
+    else if (what == "disk"_L1)
+        test.service.removeDisk(test.stick);
+    press(test.sheets().constFirst(), goOn);
+    QTRY_COMPARE(test.sheets().size(), 1);
+    QCOMPARE(test.sheets().constFirst()->text(), u"Nothing was erased"_s);
+    QVERIFY(!test.record->operationInProgress);
+    press(test.sheets().constFirst(), goOn);
+    QVERIFY(test.sheets().isEmpty());
     QVERIFY(test.toolArguments().isEmpty());
+}
+
+void TestEraseDisk::refusedLabelKeepsTheSheetOpen_data()
+{
+    QTest::addColumn<QString>("filesystem");
+    QTest::addColumn<QString>("label");
+    QTest::addColumn<QString>("sentence");
+    QTest::newRow("rule of the application") << u"exfat"_s << u"a*b"_s << u"An exFAT"_s;
+    QTest::newRow("rule of the bundle") << u"Own"_s << u"Photos"_s
+                                        << u"A volume label for Own can be at most 4 bytes long. Accented "
+                                           "letters and characters of many scripts take two or more."_s;
+}
+
+void TestEraseDisk::refusedLabelKeepsTheSheetOpen()
+{
+    QFETCH(const QString, filesystem);
+    QFETCH(const QString, label);
+    QFETCH(const QString, sentence);
+    EraseTest test;
+    writeBundle(test.localDirectory(), u"own"_s,
+        "<key>CFBundleIdentifier</key><string>i</string><key>FSLabelLimit</key><integer>4</integer>"
+        "<key>FSLabelUnit</key><string>bytes</string>"
+        "<key>FSPersonalities</key><dict><key>Own</key><dict><key>FSName</key><string>Own</string>"
+        "<key>FSFormatExecutable</key><string>x</string></dict></dict>");
+    test.controller().refreshFilesystems();
+    test.choose(filesystem, label);
+    QCOMPARE(test.sheets().size(), 1);
+    const AlertSheet *const objection = test.sheets().constFirst();
+    QCOMPARE(objection->text(), u"The volume label is not valid"_s);
+    QVERIFY2(objection->informativeText().startsWith(sentence), qPrintable(objection->informativeText()));
+    press(objection, goOn);
+    QTRY_VERIFY(test.sheets().isEmpty());
+    QVERIFY(test.sheet()->isVisible());
+    QCOMPARE(test.sheet()->labelField->text(), label);
+    QVERIFY(test.toolArguments().isEmpty());
+
+    test.sheet()->labelField->setText(u"Good"_s);
+    test.sheet()->accept();
+    QCOMPARE(test.sheets().size(), 1);
+    QVERIFY(test.sheets().constFirst()->informativeText().contains(u"\nNew label: Good\n"_s));
 }
 
 void TestEraseDisk::refusalIsToldAndTheDiskStaysSelected()

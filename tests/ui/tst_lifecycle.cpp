@@ -60,6 +60,7 @@ public:
     void unscheduleFromRunLoop() override { m_calls += u"unschedule"_s; }
     void mount(const DADiskRef &, quint32, DADiskCompletion) override { }
     void unmount(const DADiskRef &, quint32, DADiskCompletion) override { }
+    DADiskRef unlockedDisk(const DADiskRef &) const override { return nullptr; }
     void lock(const DADiskRef &, DADiskCompletion) override { }
     void eject(const DADiskRef &, quint32, DADiskCompletion) override { }
     void rename(const DADiskRef &, const QString &, quint32, DADiskCompletion) override { }
@@ -107,6 +108,7 @@ public:
     void unscheduleFromRunLoop() override { }
     void mount(const DADiskRef &, quint32, DADiskCompletion) override { }
     void unmount(const DADiskRef &, quint32, DADiskCompletion) override { }
+    DADiskRef unlockedDisk(const DADiskRef &) const override { return nullptr; }
     void lock(const DADiskRef &, DADiskCompletion) override { }
     void eject(const DADiskRef &, quint32, DADiskCompletion) override { }
     void rename(const DADiskRef &, const QString &, quint32, DADiskCompletion) override { }

@@ -91,6 +91,8 @@ private Q_SLOTS:
     void wrongPassphraseIsTold();
     void hostileNameIsPlain();
     void windowThatGoesTakesTheQuestionAlong();
+    void mediumThatGoesTakesTheQuestionAlong();
+    void unlockedVolumeOutOfReachIsTold();
     void unmountLocks_data();
     void unmountLocks();
     void refusedLockIsTold();
@@ -175,6 +177,38 @@ void TestPassphrase::windowThatGoesTakesTheQuestionAlong()
         QVERIFY(v.sheet());
     }
     QVERIFY(answers.isEmpty());
+}
+
+void TestPassphrase::mediumThatGoesTakesTheQuestionAlong()
+{
+    LockedVolume v;
+    const DiskRecord record = v.test.recordOf(u"disk2s3"_s);
+    const MemoryDiskRef other = makeDisk(u"disk3"_s);
+    v.test.add(other);
+    QTest::mouseClick(v.test.controller().mountUnmountButton, Qt::LeftButton);
+    v.ask(false);
+    v.test.service.removeDisk(other);
+    QVERIFY(v.sheet()->isVisible());
+    v.test.service.removeDisk(v.volume);
+    QCOMPARE(v.answers, QStringList { u"declined"_s });
+    QTRY_VERIFY(!v.sheet());
+    v.test.service.completeRequest(makeDeclinedDissenter());
+    QVERIFY(v.test.sheets().isEmpty());
+    QVERIFY(!record->operationInProgress);
+}
+
+void TestPassphrase::unlockedVolumeOutOfReachIsTold()
+{
+    LockedVolume v;
+    v.test.workspace->isFolderOpen = false;
+    QTest::mouseClick(v.test.controller().mountUnmountButton, Qt::LeftButton);
+    const MemoryDiskRef unlocked = addUnlocked(v.test);
+    setMounted(unlocked, u"/media/root/SECRETS"_s);
+    v.volume->unlocked = unlocked;
+    v.test.service.completeRequest();
+    QCOMPARE(v.test.sheets().size(), 1);
+    const QString text = v.test.sheets().constFirst()->informativeText();
+    QVERIFY2(text.contains(u"“SECRETS”"_s) && text.contains(u"/media/root/SECRETS"_s), qPrintable(text));
 }
 
 void TestPassphrase::unmountLocks_data()

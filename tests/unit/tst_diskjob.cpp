@@ -4,6 +4,7 @@
 // no real disk can be made to do at the right moment.
 #include "platform/SystemLog.h"
 #include "tests/support/MemoryDiskSession.h"
+#include "tests/unit/JobTools.h"
 #include "tools/diskutil/DiskJob.h"
 
 #include <QTest>
@@ -15,36 +16,6 @@ namespace {
 
 const QString diskNode = u"/nonexistent/sdb"_s;
 constexpr qint64 diskSize = qint64 { 100 } << 20;
-
-class TestTools : public ToolRunner
-{
-public:
-    void start(const ToolCommand &command) override { commands.push_back(command); }
-    void stop() override { ++stops; }
-
-    void run(int status)
-    {
-        Q_EMIT started();
-        Q_EMIT ended({ ToolEnd::Kind::Exited, status, {} });
-    }
-
-    std::vector<ToolCommand> commands;
-    int stops = 0;
-};
-
-FilesystemBundle bundle()
-{
-    Personality personality;
-    personality.key = u"Test"_s;
-    personality.minimumSize = qint64 { 99 } << 20;
-    personality.format = BundleTool { u"format"_s, {} };
-    FilesystemBundle bundle;
-    bundle.path = u"/bundles/testfs.fs"_s;
-    bundle.name = u"testfs"_s;
-    bundle.personalities = { personality };
-    bundle.linuxTypes = { u"testfs"_s };
-    return bundle;
-}
 
 // disk2 with disk2s1 and disk2s2, and one job on it.
 class Run
@@ -152,7 +123,11 @@ private:
     Machine machine()
     {
         Machine machine;
-        machine.readInstalledBundles = [] { return std::vector { bundle() }; };
+        machine.readInstalledBundles = [] {
+            FilesystemBundle bundle = testBundle();
+            bundle.personalities.front().minimumSize = qint64 { 99 } << 20;
+            return std::vector { bundle };
+        };
         machine.readDeviceSituation = [this](const auto &, const auto &) { return situation; };
         machine.readDiskSituation = [this](const Medium &whole, const std::vector<Medium> &media) {
             std::vector<PartSituation> parts;
@@ -177,6 +152,7 @@ private:
         machine.makeOnlyPartition = [this](const auto &...) { return isTaken; };
         machine.announceChange = [this](const QString &device) { announced.append(device); };
         machine.giveToDesktopUser = [](const QString &) { };
+        machine.findFolderAccess = [](const QString &, QObject *, const auto &done) { done(true); };
         return machine;
     }
 

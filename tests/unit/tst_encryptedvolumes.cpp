@@ -110,6 +110,10 @@ struct EncryptedStick
         return [this](const DADiskRef &, const DADissenterRef &dissenter) {
             ++completions;
             outcome = dissenter;
+            const DADiskRef unlocked = session->unlockedDisk(disks.value(u"disk2s1"_s));
+            const PropertyValue *const path
+                = unlocked ? unlocked->copyDescription()->value(DAKey::volumePath) : nullptr;
+            mountedAt = path ? path->asUrl()->toLocalFile() : QString();
         };
     }
 
@@ -134,6 +138,7 @@ struct EncryptedStick
     std::vector<PassphraseAnswer> questions; // that wait for an answer
     int completions = 0;
     DADissenterRef outcome;
+    QString mountedAt; // what was unlocked, at the last completion
     std::unique_ptr<DASession> session; // first to go
 };
 
@@ -187,6 +192,7 @@ void TestEncryptedVolumes::mountUnlocksAndMounts()
     const DADiskRef encrypted = stick.disks.value(u"disk2s1"_s);
     QVERIFY(*encrypted->copyDescription()->value(DAKey::volumeMountable)->asBoolean());
     QCOMPARE(encrypted->encryption(), Encryption::Encrypted);
+    QVERIFY(!stick.session->unlockedDisk(encrypted));
     stick.mount();
     QCOMPARE(stick.retries, QList<bool> { false });
     QVERIFY(stick.fake.calls.isEmpty());
@@ -197,10 +203,11 @@ void TestEncryptedVolumes::mountUnlocksAndMounts()
     QCOMPARE(stick.fake.calls, calls({ "fake2p1 Unlock", "fake9 Mount" }));
     const DADiskRef readable = stick.disks.value(u"disk9"_s);
     QVERIFY(readable);
+    QCOMPARE(stick.session->unlockedDisk(encrypted), readable);
+    QVERIFY(!stick.session->unlockedDisk(readable));
     QCOMPARE(readable->encryption(), Encryption::Unlocked);
     QCOMPARE(*readable->copyDescription()->value(DAKey::volumeName)->asString(), u"SECRETS"_s);
-    QCOMPARE(
-        readable->copyDescription()->value(DAKey::volumePath)->asUrl()->toLocalFile(), u"/media/SECRETS"_s);
+    QCOMPARE(stick.mountedAt, u"/media/SECRETS"_s);
     QVERIFY(!stick.log.lines().join(u'\n').contains(right));
 }
 

@@ -4,6 +4,7 @@
 // made to do at the right moment.
 #include "platform/SystemLog.h"
 #include "tests/support/MemoryDiskSession.h"
+#include "tests/unit/JobTools.h"
 #include "tools/diskutil/VolumeJob.h"
 
 #include <QTest>
@@ -17,39 +18,6 @@ namespace {
 
 const QString node = u"/nonexistent/sdb1"_s;
 const QString mountPoint = u"/media/user/Volume"_s;
-
-class TestTools : public ToolRunner
-{
-public:
-    void start(const ToolCommand &command) override { commands.push_back(command); }
-    void stop() override { ++stops; }
-
-    // The command that was started last has begun, and has come to its end.
-    void run(int status)
-    {
-        Q_EMIT started();
-        end(status);
-    }
-    void end(int status) { Q_EMIT ended({ ToolEnd::Kind::Exited, status, {} }); }
-
-    std::vector<ToolCommand> commands;
-    int stops = 0;
-};
-
-FilesystemBundle bundle()
-{
-    Personality personality;
-    personality.key = u"Test"_s;
-    personality.format = BundleTool { u"format"_s, {} };
-    personality.verification = BundleTool { u"verify"_s, {} };
-    personality.repair = BundleTool { u"repair"_s, {} };
-    FilesystemBundle bundle;
-    bundle.path = u"/bundles/testfs.fs"_s;
-    bundle.name = u"testfs"_s;
-    bundle.personalities = { personality };
-    bundle.linuxTypes = { u"testfs"_s };
-    return bundle;
-}
 
 // A volume named "Old" on disk2s1, and one job on it.
 class Run
@@ -163,7 +131,7 @@ private:
     Machine machine()
     {
         Machine machine;
-        machine.readInstalledBundles = [] { return std::vector { bundle() }; };
+        machine.readInstalledBundles = [] { return std::vector { testBundle() }; };
         machine.readDeviceSituation = [this](const auto &, const auto &) { return situation; };
         machine.readToolSituation = [this](const auto &, const auto &) { return toolSituation; };
         machine.findTool = [](const QString &name) -> QString { return u"/tools/"_s + name; };

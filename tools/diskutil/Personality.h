@@ -2,8 +2,8 @@
 #pragma once
 
 #include "filesystems/BundleScan.h"
-#include "filesystems/LabelRule.h"
 #include "filesystems/disk_layout_rules.h"
+#include "filesystems/LabelRule.h"
 
 #include <QStringList>
 
