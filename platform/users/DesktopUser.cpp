@@ -52,7 +52,8 @@ QProcess *makeProcess(
     auto *process = new QProcess(context);
     const auto finish = [process, done = std::move(done)](bool hasSucceeded) {
         process->deleteLater();
-        done({ hasSucceeded, process->readAllStandardError() });
+        // With all output in files there is nothing to read, and Qt would complain of the try.
+        done({ hasSucceeded, process->isReadable() ? process->readAllStandardError() : QByteArray() });
     };
     QObject::connect(
         process, &QProcess::finished, process, [finish](int exitCode, QProcess::ExitStatus status) {
