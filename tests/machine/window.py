@@ -21,8 +21,7 @@ class Window:
 
     def start(self):
         """As the desktop's menu does."""
-        self.machine.run(f"systemd-run --user --quiet --collect --unit=program --property=ExitType=cgroup "
-                         f" {PROGRAM}", user=self.user)
+        self.machine.run(f"systemd-run --user --quiet --collect --property=ExitType=cgroup {PROGRAM}", user=self.user)
 
     def open(self):
         """Starts the program and gives the password."""
@@ -72,7 +71,8 @@ class Window:
         self.wait("tree item", name=f"{re.escape(name)}.*", states=["selected"])
 
     def page(self, name):
-        self._look("select", role="page tab", name=name, states=["showing"])
+        self._look("press", role="page tab", name=name, states=["showing"])
+        self.wait("page tab", name=name, states=["selected"])
 
     # What a user does
 
@@ -84,7 +84,7 @@ class Window:
         self._look("type", role=role, name=name, states=["showing", "enabled"], typed=text)
 
     def choose(self, name, text):
-        """Chooses in a pop-up menu, by typing what the entry begins with."""
+        """Chooses in a pop-up menu, by typing on the keyboard what the entry begins with."""
         self._look("focus", role="combo box", name=name, states=["showing", "enabled"])
         self.wait("combo box", name=name, states=["focused"])
         self.machine.type_keys(text)
