@@ -1,7 +1,6 @@
 # SPDX-License-Identifier: MIT
 """A virtual computer: QEMU by software alone, driven over QMP from outside and over a channel from inside."""
 import json
-import os
 import pathlib
 import queue
 import socket
@@ -119,10 +118,11 @@ class Channel:
 class Running:
     """A command that runs inside."""
 
-    def __init__(self, command, answer, limit):
+    def __init__(self, command, answer, limit, note):
         self.command = command
         self.answer = answer
         self.limit = limit
+        self.note = note
 
     def result(self):
         """Its status and output, once it has ended."""
@@ -130,6 +130,7 @@ class Running:
             answer = self.answer.get(timeout=self.limit + ANSWER_LIMIT)
         except queue.Empty:
             raise MachineError(f"no answer to: {self.command}") from None
+        self.note(f"{answer['status']} {self.command}")
         return answer["status"], answer["output"]
 
 
@@ -141,6 +142,7 @@ class Machine:
         that it must not write, state what save() has kept: then, it goes on from there."""
         self.folder = pathlib.Path(folder)
         self.folder.mkdir(parents=True, exist_ok=True)
+        self.began = time.monotonic()
         self.media = {}
         overlay = self.folder / "disk.qcow2"
         self.overlay = overlay
@@ -214,11 +216,16 @@ class Machine:
         self.monitor.ask("quit")
         self.process.wait()
 
+    def note(self, step):
+        """Writes a step of the test to the file "steps", with the seconds since the machine runs."""
+        with open(self.folder / "steps", "a") as file:
+            file.write(f"{time.monotonic() - self.began:7.1f} {step}\n")
+
     # Inside
 
     def begin(self, command, user="root", stdin="", until=False, limit=ANSWER_LIMIT):
         answer = self.channel.begin(run=command, user=user, input=stdin, until=until, limit=limit)
-        return Running(command, answer, limit)
+        return Running(command, answer, limit, self.note)
 
     def status(self, command, user="root", stdin="", limit=ANSWER_LIMIT):
         """Runs a command; returns its status and output."""
@@ -241,7 +248,7 @@ class Machine:
     def look(self, user, **query):
         query.setdefault("limit", ANSWER_LIMIT)
         answer = self.channel.begin(look=query, user=user)
-        return Running(str(query), answer, query["limit"]).result()
+        return Running(str(query), answer, query["limit"], self.note).result()
 
     # Outside
 
