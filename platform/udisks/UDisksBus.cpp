@@ -269,7 +269,7 @@ void UDisksBus::flush()
         Q_EMIT changed(std::exchange(m_changed, {}));
 }
 
-void UDisksBus::await(std::function<bool()> isFulfilled, std::chrono::milliseconds limit,
+void UDisksBus::await(const std::function<bool()> &isFulfilled, std::chrono::milliseconds limit,
     std::function<void(bool isFulfilled)> done)
 {
     auto *wait = new QTimer(this);

@@ -48,7 +48,7 @@ public:
         std::function<void(bool isKnown)> done);
 
     // Runs done once, later: with true when the store fulfils the condition, or with false after the limit.
-    void await(std::function<bool()> isFulfilled, std::chrono::milliseconds limit,
+    void await(const std::function<bool()> &isFulfilled, std::chrono::milliseconds limit,
         std::function<void(bool isFulfilled)> done);
 
     // Emits changed() now for what has changed so far.
