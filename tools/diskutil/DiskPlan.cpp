@@ -89,7 +89,7 @@ std::variant<DiskPlan, std::vector<Refusal>> planDisk(
     plan.disk = *disk;
     plan.identity = machine.readDeviceIdentity(disk->deviceNode);
     const std::vector<PartSituation> parts = machine.readDiskSituation(*disk, media);
-    const std::vector<Refusal> refusals = refusalsOfParts(parts, disk->deviceNode);
+    std::vector<Refusal> refusals = refusalsOfParts(parts, disk->deviceNode);
     if (!refusals.empty())
         return refusals;
     if (const auto refusal = layOut(plan, line))
