@@ -18,6 +18,8 @@
 #include <QMainWindow>
 #include <QTabWidget>
 
+#include <algorithm>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
@@ -39,8 +41,12 @@ std::vector<DiskRecord> mediaOf(const ZorvexDiskManagerDisk &disk)
 
 bool ZorvexDiskManagerAppDelegate::canEraseDisk(const ZorvexDiskManagerDisk &disk) const
 {
+    const std::vector<DiskRecord> media = mediaOf(disk);
+    const bool isBusy = std::any_of(
+        media.begin(), media.end(), [](const DiskRecord &medium) { return medium->operationInProgress; });
     const QString node = disk.deviceNode();
-    return EraseDiskRules::canErase(disk) && takesPartitions(node) && !m_platform.isSystemDevice(node);
+    return !isBusy && EraseDiskRules::canErase(disk) && takesPartitions(node)
+        && !m_platform.isSystemDevice(node);
 }
 
 void ZorvexDiskManagerAppDelegate::clickEraseDiskMenuItem(QObject *)

@@ -94,6 +94,13 @@ void TestEraseDisk::itemIsForWholeDisksThatCanBeErased()
     test.controller().outlineViewSelectionDidChange();
     QVERIFY(!test.item()->isEnabled());
     test.record->operationInProgress = false;
+    const DiskRecord part = test.recordOf(u"disk2s2"_s);
+    part->operationInProgress = true;
+    test.controller().outlineViewSelectionDidChange();
+    QVERIFY(!test.item()->isEnabled());
+    part->operationInProgress = false;
+    test.controller().outlineViewSelectionDidChange();
+    QVERIFY(test.item()->isEnabled());
     test.systemNode = u"/dev/disk2"_s;
     test.controller().outlineViewSelectionDidChange();
     QVERIFY(!test.item()->isEnabled());
