@@ -411,7 +411,8 @@ void TestUDisksSession::olderServiceIsAskedInTheUsersName()
     QVERIFY(client.setPermissions(QFile::Permissions(0x5555)));
     QVERIFY(QFile::setPermissions(folder.path(), QFile::Permissions(0x7755)));
     const QByteArray path = qgetenv("PATH");
-    qputenv("PATH", QFile::encodeName(folder.path()) + ':' + path);
+    const QByteArray withClient = QFile::encodeName(folder.path()) + ':' + path;
+    qputenv("PATH", withClient);
     SessionTest test;
     test.fake.addInterfaces(
         UDisks::managerPath, { { UDisks::manager, { { u"Version"_s, u"2.9.4"_s } } } }, Tell::No);
