@@ -91,8 +91,10 @@ bool mayBeUnmountable(const SoakVolume &volume, const QString &text)
 {
     static const QStringList mountedEverywhere { u"ext2"_s, u"ext3"_s, u"ext4"_s, u"xfs"_s, u"btrfs"_s,
         u"ntfs"_s };
-    return text.startsWith(u"Error while mounting"_s)
-        && (text.endsWith(u"not configured in kernel."_s)
-            || text.endsWith(u"No supported file system found."_s))
+    const bool isOfFormat = text.startsWith(u"diskutil returned error code: 20\n"_s);
+    const QString reason = text.trimmed();
+    return (isOfFormat || text.startsWith(u"Error while mounting"_s))
+        && (reason.endsWith(u"not configured in kernel."_s)
+            || reason.endsWith(u"No supported file system found."_s))
         && !mountedEverywhere.contains(probed(volume.node, u"TYPE"_s));
 }
