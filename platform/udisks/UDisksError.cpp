@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/udisks/UDisksError.h"
 
+#include <QDBusError>
 #include <QHash>
 #include <QRegularExpression>
 
@@ -19,6 +20,10 @@ DADissenterRef dissenterFromBusError(const QString &name, const QString &message
         { prefix + u"NotAuthorizedCanObtain"_s, DAReturn::NotPrivileged },
         { prefix + u"NotSupported"_s, DAReturn::Unsupported },
         { prefix + u"OptionNotPermitted"_s, DAReturn::NotPermitted },
+        // The object has gone, or is just being looked at again and has lost this interface until then.
+        { QDBusError::errorString(QDBusError::UnknownObject), DAReturn::NotFound },
+        { QDBusError::errorString(QDBusError::UnknownInterface), DAReturn::NotFound },
+        { QDBusError::errorString(QDBusError::UnknownMethod), DAReturn::NotFound },
     };
     // The service has no error of its own for a file system that the machine cannot mount, only the message
     // of the library that mounts it.

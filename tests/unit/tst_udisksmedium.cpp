@@ -344,6 +344,9 @@ void TestUDisksMedium::errorsBecomeDissenters_data()
         { "Cancelled", 0xF8DA0001 }, { "Timedout", 0xF8DA0001 } };
     for (const auto &[name, status] : known)
         QTest::newRow(name) << QString(prefix + QLatin1String(name)) << u"words"_s << status;
+    for (const char *name : { "UnknownObject", "UnknownInterface", "UnknownMethod" })
+        QTest::newRow(name) << u"org.freedesktop.DBus.Error."_s + QLatin1String(name) << u"words"_s
+                            << 0xF8DA0006U;
     QTest::newRow("unknown") << u"org.gtk.GDBus.UnmappedGError.Quark._g.Code6"_s << u"words"_s << 0xF8DA0001U;
     QTest::newRow("no driver") << QString(prefix + u"Failed")
                                << u"Filesystem type exfat not configured in kernel."_s << 0xF8DA000CU;

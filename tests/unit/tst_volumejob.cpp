@@ -183,6 +183,7 @@ private Q_SLOTS:
     void secondCommandIsRefused();
     void toolThatCannotBeStarted();
     void newVolumeIsToldLate();
+    void newVolumeThatIsLookedAtAgain();
     void newVolumeIsNeverTold();
     void newVolumeIsToldInTime();
     void oldVolumeIsTakenForTheNew();
@@ -440,6 +441,22 @@ void TestVolumeJob::newVolumeIsToldLate()
     run.disk->description->insert(DAKey::volumeMountable, true);
     run.tellVolume(u"New"_s);
     QVERIFY(run.waitsForMount());
+}
+
+// It went while the service was asked to mount it, and was back when the answer came.
+void TestVolumeJob::newVolumeThatIsLookedAtAgain()
+{
+    Run run(Operation::Erase);
+    run.start();
+    run.tools.run(0);
+    run.tools.run(0);
+    run.tellVolume(u"New"_s);
+    QVERIFY(run.waitsForMount());
+    run.service.completeRequest(makeDissenter(DAReturn::NotFound, u"no such interface"_s));
+    QVERIFY(run.complained.isEmpty());
+    QVERIFY(run.waitsForMount());
+    run.grantMount();
+    QCOMPARE(run.exits, only(ExitCode::Success));
 }
 
 void TestVolumeJob::newVolumeIsNeverTold()

@@ -272,8 +272,10 @@ void VolumeJob::mountAnswered(const DADissenterRef &dissenter)
     const Medium medium = readMedium(*m_plan.disk);
     const bool isMounted = !dissenter || !medium.mountPoint.isEmpty(); // the desktop may have been quicker
     if (!isMounted) {
-        const bool mayBeOldVolume = isOldVolumeLost() && !isNewVolume(m_plan, medium);
-        if (mayBeOldVolume && !isInterrupted() && !m_deadline.hasExpired()) {
+        // The service takes a volume back for a moment when udev looks at the device once more.
+        const bool hasGone = dissenter->status == static_cast<quint32>(DAReturn::NotFound);
+        const bool comesAgain = isOldVolumeLost() && (hasGone || !isNewVolume(m_plan, medium));
+        if (comesAgain && !isInterrupted() && !m_deadline.hasExpired()) {
             awaitNewVolume();
             return;
         }
