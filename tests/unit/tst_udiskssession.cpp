@@ -441,8 +441,11 @@ void TestUDisksSession::folderAccessIsThatOfTheUser()
     QTRY_COMPARE(answers, (QList<bool> { true, false }));
     QVERIFY(QFile::setPermissions(folder.path(), QFile::Permissions(0x7755)));
     find();
-    qunsetenv("PKEXEC_UID");
     QTRY_COMPARE(answers, (QList<bool> { true, false, true }));
+    QVERIFY(folder.remove()); // as with a volume that is unmounted
+    find();
+    qunsetenv("PKEXEC_UID");
+    QTRY_COMPARE(answers, (QList<bool> { true, false, true, true }));
 }
 
 void TestUDisksSession::errorOfAnUnknownNameIsAGeneralError()
