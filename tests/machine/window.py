@@ -34,9 +34,6 @@ class Window:
         self._look("type", application=AGENT, role="password text", states=["showing"], typed=password)
         self._look("press", application=AGENT, role="button", name="Authenticate")
 
-    def close(self):
-        self.machine.run(f"pkill --signal TERM --full {PROGRAM}")
-
     # What it shows
 
     def _look(self, kind, **query):
@@ -70,10 +67,6 @@ class Window:
         self._look("select", role="tree item", name=f"{re.escape(name)}.*")
         self.wait("tree item", name=f"{re.escape(name)}.*", states=["selected"])
 
-    def page(self, name):
-        self._look("press", role="page tab", name=name, states=["showing"])
-        self.wait("page tab", name=name, states=["selected"])
-
     # What a user does
 
     def press(self, name):
@@ -83,35 +76,6 @@ class Window:
     def type_into(self, role, name, text):
         self._look("type", role=role, name=name, states=["showing", "enabled"], typed=text)
 
-    def choose(self, name, text):
-        """Chooses in a pop-up menu, by typing on the keyboard what the entry begins with."""
-        self._look("focus", role="combo box", name=name, states=["showing", "enabled"])
-        self.wait("combo box", name=name, states=["focused"])
-        self.machine.type_keys(text)
-
     def choose_in_menu(self, menu, item):
         self._look("press", role="menu item", name=menu)
         self._look("press", role="menu item", name=item, states=["enabled"])
-
-    # What takes several of these
-
-    def answer(self, text, button):
-        """Waits for the sheet that says the text, and presses its button."""
-        self.wait("label", name=f".*{re.escape(text)}.*")
-        self.press(button)
-        self.wait_gone("label", name=f".*{re.escape(text)}.*")
-
-    def operation_ends(self, button):
-        """Waits until the operation has ended that the button has begun."""
-        self.wait_gone("progress bar", limit=120)
-        self.wait("button", name=button, states=["showing", "enabled"])
-
-    def format(self, name, filesystem, label):
-        """Formats the volume whose row has the name, up to the row of the new volume."""
-        self.select(name)
-        self.page("Format")
-        self.choose("File system:", filesystem)
-        self.type_into("text", "Volume label:", label)
-        self.press("Format…")
-        self.press("Erase and Format")
-        self.row(label)

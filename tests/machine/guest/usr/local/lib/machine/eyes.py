@@ -128,10 +128,6 @@ def select(element):
     element.get_parent().select_child(element.get_index_in_parent())
 
 
-def focus(element):
-    element.grab_focus()
-
-
 def type_text(element, text):
     if not element.set_text_contents(text):
         raise RuntimeError(f"{element.get_name()!r} takes no text")
@@ -147,7 +143,7 @@ def answer(query):
     element = wait(query, lambda: find(query))
     if element is None:
         return {"status": 1, "output": listed(query["application"])}
-    actions = {"press": press, "select": select, "focus": focus, "type": lambda found: type_text(found, query["typed"])}
+    actions = {"press": press, "select": select, "type": lambda found: type_text(found, query["typed"])}
     if kind in actions:
         actions[kind](element)
         return {"status": 0, "output": ""}
