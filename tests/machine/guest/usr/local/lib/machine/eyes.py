@@ -15,7 +15,6 @@ import gi
 gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib  # noqa: E402
 
-PATIENCE = (30000, 60000)  # milliseconds: for an answer of a program, and of one that has just started
 LOOK_AGAIN = 500  # milliseconds, where no event says that something has changed
 
 
@@ -152,7 +151,6 @@ def answer(query):
 
 def main():
     Atspi.init()
-    Atspi.set_timeout(*PATIENCE)
     listener = Atspi.EventListener.new(lambda event: None)
     for event in ("object:state-changed", "object:children-changed", "object:text-changed", "window"):
         listener.register(event)
