@@ -61,7 +61,9 @@ OutlineView::OutlineView(QWidget *parent)
     : QTreeView(parent)
     , m_model(std::make_unique<OutlineModel>(this))
     , m_cell(std::make_unique<ImageAndTextCell>())
+    , m_isAskedAbout(QAccessible::isActive())
 {
+    QAccessible::installActivationObserver(this);
     setModel(m_model.get());
     setItemDelegate(new CellDelegate(this));
     setHeaderHidden(true);
@@ -87,6 +89,7 @@ OutlineView::OutlineView(QWidget *parent)
 
 OutlineView::~OutlineView()
 {
+    QAccessible::removeActivationObserver(this);
     m_delegate = nullptr;
     setModel(nullptr); // before the model goes
 }
@@ -168,6 +171,7 @@ void OutlineView::reloadData()
     if (row >= 0)
         selectRow(row);
     setAutoScroll(true);
+    layOutForAssistiveTechnologies();
 }
 
 void OutlineView::expandAllItems()
@@ -176,12 +180,28 @@ void OutlineView::expandAllItems()
         expand(item);
         m_model->setExpanded(item, true);
     }
+    layOutForAssistiveTechnologies();
 }
 
 void OutlineView::insertItem(const OutlineItem &item, const OutlineItem &parent, int index)
 {
     if (!m_model->insert(item, parent, index))
         reloadData();
+    layOutForAssistiveTechnologies();
+}
+
+// A row that is asked about while a layout is pending has it made first, and that layout takes away what
+// stands for the rows: Qt would go on with a row that is gone.
+void OutlineView::layOutForAssistiveTechnologies()
+{
+    if (m_isAskedAbout)
+        executeDelayedItemsLayout();
+}
+
+void OutlineView::accessibilityActiveChanged(bool active)
+{
+    m_isAskedAbout = active;
+    layOutForAssistiveTechnologies();
 }
 
 void OutlineView::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected)

@@ -6,6 +6,7 @@
 
 #include "ui/OutlineDataSource.h"
 
+#include <QAccessible>
 #include <QSet>
 #include <QTreeView>
 
@@ -15,7 +16,7 @@
 class ImageAndTextCell;
 class OutlineModel;
 
-class OutlineView : public QTreeView
+class OutlineView : public QTreeView, private QAccessible::ActivationObserver
 {
     Q_OBJECT
 
@@ -80,10 +81,13 @@ protected:
 private:
     class CellDelegate;
 
+    void accessibilityActiveChanged(bool active) override;
+    void layOutForAssistiveTechnologies();
     QModelIndex triangleAt(const QPoint &position) const; // invalid where there is none
 
     std::unique_ptr<OutlineModel> m_model;
     std::unique_ptr<ImageAndTextCell> m_cell;
     OutlineDelegate *m_delegate = nullptr;
     bool m_isReloading = false;
+    bool m_isAskedAbout; // assistive technologies are in use
 };

@@ -9,6 +9,7 @@
 #include "ui/OutlineView.h"
 
 #include <QAbstractItemModelTester>
+#include <QAccessible>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
@@ -53,6 +54,7 @@ private Q_SLOTS:
     void closedTriangleLeadsToItsRow();
     void mirroredViewFillsItsContainer();
     void plainViewIsNotFittedToItsContainer();
+    void rowStaysWhileAssistiveTechnologiesAskAboutIt();
 };
 
 namespace {
@@ -669,6 +671,28 @@ void TestDiskOutline::plainViewIsNotFittedToItsContainer()
     test.controller().outlineViewColumnDidResize();
     test.controller().outlineView_child_ofItem(view, 0, nullptr);
     QCOMPARE(view->size(), QSize(50, 50));
+}
+
+// Whoever looks at the tree with a screen reader plugs in a stick: the newer releases of Qt crashed.
+void TestDiskOutline::rowStaysWhileAssistiveTechnologiesAskAboutIt()
+{
+    TestController test;
+    test.launch();
+    QAccessible::setActive(true);
+    test.add(makeDisk(u"disk1"_s));
+    QAccessibleInterface *const tree
+        = QAccessible::queryAccessibleInterface(test.controller().leftOutlineView);
+    addDiskWithVolume(test);
+    const int children = tree->childCount();
+    QVERIFY(children >= 3);
+    for (int number = 0; number < children; ++number) {
+        QAccessibleInterface *const told = tree->child(number);
+        QVERIFY(told);
+        const QAccessible::Id id = QAccessible::uniqueId(told);
+        told->state();
+        QCOMPARE(QAccessible::accessibleInterface(id), told);
+    }
+    QAccessible::setActive(false);
 }
 
 QTEST_MAIN(TestDiskOutline)
