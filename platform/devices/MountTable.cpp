@@ -35,7 +35,8 @@ std::vector<KernelMount> readKernelMounts(const SystemRoot &system)
         if (!source || !target)
             return;
         const dev_t device = mnt_fs_get_devno(entry);
-        mounts.push_back({ mnt_fs_get_id(entry), source, target, major(device), minor(device) });
+        mounts.push_back(
+            { mnt_fs_get_id(entry), source, target, major(device), minor(device), mnt_fs_get_fstype(entry) });
     });
     return mounts;
 }

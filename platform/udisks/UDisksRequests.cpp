@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/udisks/UDisksRequests.h"
 
-#include "platform/BlockDevice.h"
 #include "platform/DesktopUserMount.h"
+#include "platform/SystemDevices.h"
 #include "platform/udisks/UDisksError.h"
 
 #include <QTimer>
@@ -128,7 +128,7 @@ void UDisksRequests::unmount(const QString &path, Scope scope, Force force, Comp
         for (const QString &device : std::as_const(mounted)) {
             if (isSystemDevice(m_bus.store().fileName(device, UDisks::block, "Device"))) {
                 answerLater(std::move(completion), DAReturn::NotPermitted,
-                    u"The running system stands on this volume."_s);
+                    u"The volume belongs to the running system."_s);
                 return;
             }
         }

@@ -277,7 +277,7 @@ void TestVolumeJob::refusalAtTheFirstLook()
 {
     Run run(Operation::Erase);
     run.setMounted(true);
-    run.situation.isSystemDevice = true;
+    run.situation.systemUse = SystemUse::Current;
     run.start();
     QCOMPARE(run.exits, only(ExitCode::SystemVolume));
     QVERIFY(run.requests().empty() && run.programs().isEmpty() && run.said.isEmpty());
