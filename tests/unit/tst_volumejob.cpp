@@ -142,7 +142,7 @@ private:
             return HeldDevice { [this, hold] { return heldIdentity; }, [this] { return isClaimed; } };
         };
         machine.announceChange = [this](const QString &device) { announced.append(device); };
-        machine.giveToDesktopUser = [this](const QString &path) { given.append(path); };
+        machine.giveToDesktopUser = [this](const QString &path, const QString &) { given.append(path); };
         machine.findFolderAccess
             = [this](const QString &, QObject *, const auto &done) { done(isFolderOpen); };
         return machine;

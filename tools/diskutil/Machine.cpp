@@ -169,7 +169,7 @@ HeldDevice holdDevice(const QString &deviceNode)
     return { [device] { return device->identity(); }, [device] { return device->isClaimed(); } };
 }
 
-void giveToDesktopUser(const QString &mountPoint)
+void giveToDesktopUser(const QString &mountPoint, const QString &deviceNode)
 {
-    giveMountedVolume(mountPoint, desktopUser());
+    giveMountedVolume(mountPoint, deviceNode, desktopUser());
 }
