@@ -6,12 +6,12 @@
 
 #include "disks/ZorvexDiskManagerDiskListItem.h"
 #include "filesystems/FilesystemCatalogue.h"
-#include "platform/BlockDevice.h"
 #include "platform/DetachedThread.h"
 #include "platform/DeviceUse.h"
 #include "platform/DiskArbitration.h"
 #include "platform/MountTable.h"
 #include "platform/ShellPipe.h"
+#include "platform/SystemDevices.h"
 #include "platform/Workspace.h"
 
 #include <QString>

@@ -83,8 +83,8 @@ bool ZorvexDiskManagerAppDelegate::refusesToEraseDisk(const ZorvexDiskManagerDis
         withoutRow.removeAll(medium->deviceNode());
     }
     for (const QString &node : std::as_const(withoutRow)) {
-        if (const char *const key
-            = formatRefusalKey(m_platform.readDeviceUse(node), ProbedContent::Kind::Nothing)) {
+        if (const char *const key = formatRefusalKey(m_platform.readDeviceUse(node),
+                m_platform.isSystemDevice(node), ProbedContent::Kind::Nothing)) {
             refuseToErase(key, node);
             return true;
         }

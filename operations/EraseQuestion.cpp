@@ -39,8 +39,9 @@ void ZorvexDiskManagerAppDelegate::refuseToErase(const char *key, const QString 
 
 bool ZorvexDiskManagerAppDelegate::refusesToFormat(const ZorvexDiskManagerDisk &disk)
 {
-    const DeviceUse use = m_platform.readDeviceUse(disk.deviceNode());
-    const char *const key = formatRefusalKey(use, disk.daDisk->probedContent().kind);
+    const QString node = disk.deviceNode();
+    const char *const key = formatRefusalKey(
+        m_platform.readDeviceUse(node), m_platform.isSystemDevice(node), disk.daDisk->probedContent().kind);
     if (key)
         refuseToErase(key, getDisplayNameForDisk(disk));
     return key != nullptr;

@@ -3,10 +3,12 @@
 
 #include "platform/NoWidgets.h"
 
-const char *formatRefusalKey(const DeviceUse &use, ProbedContent::Kind content)
+const char *formatRefusalKey(const DeviceUse &use, bool isSystemDevice, ProbedContent::Kind content)
 {
     if (use.isSwap)
         return QT_TRID_NOOP("FORMAT_REFUSED_SWAP_FMT");
+    if (isSystemDevice)
+        return QT_TRID_NOOP("FORMAT_REFUSED_SYSTEM_FMT");
     if (use.holders.isEmpty())
         return nullptr;
     switch (content) {

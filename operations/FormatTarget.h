@@ -34,4 +34,4 @@ struct NewVolume
 
 // The string key of the reason why a device in this use is not formatted; null when there is none. A mount is
 // no reason: it can be ended.
-const char *formatRefusalKey(const DeviceUse &use, ProbedContent::Kind content);
+const char *formatRefusalKey(const DeviceUse &use, bool isSystemDevice, ProbedContent::Kind content);

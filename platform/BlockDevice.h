@@ -28,7 +28,3 @@ std::optional<BlockDeviceFacts> readFactsOfDevice(std::optional<dev_t> device, c
 
 // The kernel's name (sda1) of a device node, links followed; empty when it is no block device.
 QString kernelDeviceName(const QString &deviceNode, const SystemRoot &system = {});
-
-// Whether the running system stands on this device or on something above it: "/", "/boot", "/boot/efi",
-// "/usr" and what lies between them and the disk, and swap space in use.
-bool isSystemDevice(const QString &deviceNode, const SystemRoot &system = {});

@@ -38,6 +38,9 @@ void mountForDesktopUser(const DesktopUser &user, const QString &objectPath, QOb
 // goes first. The thread of the context.
 void findFolderAccess(const QString &path, QObject *context, std::function<void(bool isOpen)> done);
 
-// Gives a new, mounted volume to the user, if its file system has owners: a formatter makes it root's, and
-// nobody else could write to it. Does nothing without a user.
-void giveMountedVolume(const QString &mountPoint, const std::optional<DesktopUser> &user);
+// Gives a new volume to the user, if its file system has owners: a formatter makes it root's, and nobody else
+// could write to it. It must be mounted from this device, without any link on the way, in a place where the
+// disk service mounts for users; where fstab names the mount point, the volume stays the administrator's.
+// Does nothing without a user.
+void giveMountedVolume(
+    const QString &mountPoint, const QString &deviceNode, const std::optional<DesktopUser> &user);

@@ -15,12 +15,16 @@
 struct DeviceUse
 {
     QStringList mountPoints; // as this process sees them
-    QStringList holders; // kernel names of devices that are made from this one, such as dm-0
+    QStringList holders; // kernel names of devices that are made from this one, such as dm-0 or loop0
     bool isSwap = false;
 };
 
 // How the device itself is used, without its partitions. Unused when it is no block device.
 DeviceUse readDeviceUse(const QString &deviceNode, const SystemRoot &system = {});
+
+// Whether a file system is mounted, or swap space in use, on the device, on a partition of it, or on anything
+// that is made from them: logical volumes, arrays, loop devices.
+bool carriesMount(const QString &deviceNode, const SystemRoot &system = {});
 
 // The device nodes of a whole disk's partitions; none for a partition.
 QStringList partitionNodes(const QString &deviceNode, const SystemRoot &system = {});

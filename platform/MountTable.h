@@ -20,6 +20,7 @@ struct KernelMount
     QByteArray mountPoint;
     quint32 deviceMajor = 0; // 0: the number is the file system's own, and no device's
     quint32 deviceMinor = 0;
+    QByteArray type; // such as ext4
 };
 
 // The kernel's table; empty when it cannot be read.

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
 // Where facts about the machine are read. By default, that is the running system. Anything else is a folder
-// with sys/ and proc/ in it, and a function that says what device nodes are, because only root can make one.
-// Any thread.
+// with sys/, proc/, etc/ and run/ in it, and a function that says what device nodes are, because only root
+// can make one. Any thread.
 #pragma once
 
 #include <QByteArray>
@@ -16,6 +16,6 @@ std::optional<struct stat> readFileStatus(const QByteArray &path);
 
 struct SystemRoot
 {
-    QByteArray folder; // stands before /sys and /proc; empty for the running system
+    QByteArray folder; // stands before /sys, /proc, /etc and /run; empty for the running system
     std::function<std::optional<struct stat>(const QByteArray &path)> fileStatus = readFileStatus;
 };

@@ -7,10 +7,14 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
+#include <linux/major.h>
+#include <sys/sysmacros.h>
+#include <vector>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -32,6 +36,60 @@ QString descriptorPath(const FileDescriptor &file)
     return u"/proc/self/fd/%1"_s.arg(file.number());
 }
 
+// The folders of the loop devices that have the device with this folder in the place of a file. Such a device
+// is no holder in sysfs.
+QByteArrayList loopFolders(const QByteArray &folder, const SystemRoot &system)
+{
+    QByteArrayList loops;
+    const QDir devices(QFile::decodeName(system.folder + "/sys/dev/block"));
+    const QStringList numbers { QString::number(LOOP_MAJOR) + u":*"_s };
+    for (const QString &number : devices.entryList(numbers, QDir::AllEntries | QDir::System)) {
+        const QByteArray loop = sysfsFolder(makedev(LOOP_MAJOR, number.section(u':', 1).toUInt()), system);
+        const QByteArray file = sysfsText(loop + "/loop/backing_file");
+        if (file.startsWith("/dev/") && sysfsFolder(blockDeviceNumber(file, system), system) == folder)
+            loops.append(loop);
+    }
+    return loops;
+}
+
+// The folders of the devices that are made right from the one with this folder.
+QByteArrayList holderFolders(const QByteArray &folder, const SystemRoot &system)
+{
+    if (folder.isEmpty())
+        return {};
+    QByteArrayList folders;
+    const QDir holders(QFile::decodeName(folder + "/holders"));
+    for (const QFileInfo &holder : holders.entryInfoList(QDir::AllEntries | QDir::NoDotAndDotDot))
+        folders.append(QFile::encodeName(holder.canonicalFilePath()));
+    return folders + loopFolders(folder, system);
+}
+
+QByteArrayList partitionFolders(const QByteArray &folder)
+{
+    QByteArrayList folders;
+    for (const QString &entry :
+        QDir(QFile::decodeName(folder)).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        const QByteArray partition = folder + '/' + QFile::encodeName(entry);
+        if (QFile::exists(QFile::decodeName(partition + "/partition")))
+            folders.append(partition);
+    }
+    return folders;
+}
+
+// The folders of the device, of its partitions, and of all that is made from them.
+QByteArrayList foldersOn(const QByteArray &folder, const SystemRoot &system)
+{
+    QByteArrayList folders { folder };
+    for (qsizetype i = 0; i < folders.size(); ++i) {
+        for (const QByteArray &upper :
+            partitionFolders(folders.at(i)) + holderFolders(folders.at(i), system)) {
+            if (!folders.contains(upper))
+                folders.append(upper);
+        }
+    }
+    return folders;
+}
+
 } // namespace
 
 DeviceUse readDeviceUse(const QString &deviceNode, const SystemRoot &system)
@@ -44,12 +102,28 @@ DeviceUse readDeviceUse(const QString &deviceNode, const SystemRoot &system)
         if (mountedDevice(mount, system) == device)
             use.mountPoints.append(QFile::decodeName(mount.mountPoint));
     }
-    use.holders
-        = QDir(folderOf(device, system) + u"/holders"_s).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
+    for (const QByteArray &folder : holderFolders(sysfsFolder(device, system), system))
+        use.holders.append(QFile::decodeName(nameOfFolder(folder)));
     const std::vector<SwapSpace> spaces = readSwapSpaces(system);
     use.isSwap = std::any_of(spaces.begin(), spaces.end(),
         [&](const SwapSpace &space) { return !space.isFile && space.device == *device; });
     return use;
+}
+
+bool carriesMount(const QString &deviceNode, const SystemRoot &system)
+{
+    const QByteArray folder = sysfsFolder(blockDeviceNumber(QFile::encodeName(deviceNode), system), system);
+    if (folder.isEmpty())
+        return false;
+    const QByteArrayList folders = foldersOn(folder, system);
+    const auto isOnIt
+        = [&](std::optional<dev_t> used) { return used && folders.contains(sysfsFolder(used, system)); };
+    const std::vector<KernelMount> mounts = readKernelMounts(system);
+    const std::vector<SwapSpace> spaces = readSwapSpaces(system);
+    return std::any_of(mounts.begin(), mounts.end(),
+               [&](const KernelMount &mount) { return isOnIt(mountedDevice(mount, system)); })
+        || std::any_of(
+            spaces.begin(), spaces.end(), [&](const SwapSpace &space) { return isOnIt(space.device); });
 }
 
 QStringList partitionNodes(const QString &deviceNode, const SystemRoot &system)
@@ -58,11 +132,8 @@ QStringList partitionNodes(const QString &deviceNode, const SystemRoot &system)
     if (!device)
         return {};
     QStringList nodes;
-    const QDir folder(folderOf(device, system));
-    for (const QString &entry : folder.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
-        if (QFile::exists(folder.filePath(entry + u"/partition"_s)))
-            nodes.append(u"/dev/"_s + QString(entry).replace(u'!', u'/'));
-    }
+    for (const QByteArray &folder : partitionFolders(sysfsFolder(device, system)))
+        nodes.append(u"/dev/"_s + QFile::decodeName(nameOfFolder(folder)).replace(u'!', u'/'));
     return nodes;
 }
 

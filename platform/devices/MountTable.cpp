@@ -5,12 +5,10 @@
 #include "platform/devices/LibmountTable.h"
 #include "platform/devices/SysfsDevice.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <dirent.h>
 #include <fcntl.h>
 #include <memory>
-#include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <sys/sysmacros.h>
 
@@ -35,7 +33,8 @@ std::vector<KernelMount> readKernelMounts(const SystemRoot &system)
         if (!source || !target)
             return;
         const dev_t device = mnt_fs_get_devno(entry);
-        mounts.push_back({ mnt_fs_get_id(entry), source, target, major(device), minor(device) });
+        mounts.push_back(
+            { mnt_fs_get_id(entry), source, target, major(device), minor(device), mnt_fs_get_fstype(entry) });
     });
     return mounts;
 }
@@ -57,19 +56,10 @@ std::vector<MountedFilesystem> KernelMountTable::mountedFilesystems() const
     return result;
 }
 
-// The path leads to a mount, and its line has the number. The number from stat(2) differs on Btrfs, where
-// each subvolume has its own. Like stat(2), this triggers no automount; it asks no server either.
 std::optional<FilesystemID> KernelMountTable::filesystemID(const QByteArray &path) const
 {
-    struct statx status = {};
-    constexpr int flags = AT_NO_AUTOMOUNT | AT_STATX_DONT_SYNC;
-    if (statx(AT_FDCWD, path.constData(), flags, STATX_MNT_ID, &status) != 0
-        || !(status.stx_mask & STATX_MNT_ID))
-        return std::nullopt;
-    const std::vector<KernelMount> mounts = readKernelMounts(m_system);
-    const auto found = std::find_if(mounts.begin(), mounts.end(),
-        [&](const KernelMount &mount) { return static_cast<quint64>(mount.id) == status.stx_mnt_id; });
-    return found == mounts.end() ? std::nullopt : std::optional(identityOf(*found));
+    const auto mount = path.isEmpty() ? std::nullopt : mountOf(AT_FDCWD, path, m_system);
+    return mount ? std::optional(identityOf(*mount)) : std::nullopt;
 }
 
 std::optional<std::vector<QByteArray>> KernelMountTable::folderEntries(const QByteArray &path) const

@@ -3,6 +3,7 @@
 
 #include "platform/FileDescriptor.h"
 
+#include <algorithm>
 #include <climits>
 #include <cstdlib>
 #include <fcntl.h>
@@ -27,6 +28,19 @@ std::optional<dev_t> mountedDevice(const KernelMount &mount, const SystemRoot &s
     if (mount.deviceMajor != 0)
         return makedev(mount.deviceMajor, mount.deviceMinor);
     return mount.source.startsWith("/dev/") ? blockDeviceNumber(mount.source, system) : std::nullopt;
+}
+
+// The number from stat(2) would not do: on Btrfs, each subvolume has its own.
+std::optional<KernelMount> mountOf(int file, const QByteArray &path, const SystemRoot &system)
+{
+    struct statx status = {};
+    constexpr int flags = AT_EMPTY_PATH | AT_NO_AUTOMOUNT | AT_STATX_DONT_SYNC;
+    if (statx(file, path.constData(), flags, STATX_MNT_ID, &status) != 0 || !(status.stx_mask & STATX_MNT_ID))
+        return std::nullopt;
+    const std::vector<KernelMount> mounts = readKernelMounts(system);
+    const auto found = std::find_if(mounts.begin(), mounts.end(),
+        [&](const KernelMount &mount) { return static_cast<quint64>(mount.id) == status.stx_mnt_id; });
+    return found == mounts.end() ? std::nullopt : std::optional(*found);
 }
 
 QByteArray sysfsFolder(std::optional<dev_t> device, const SystemRoot &system)

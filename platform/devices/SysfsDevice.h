@@ -18,6 +18,10 @@ std::optional<dev_t> blockDeviceNumber(const QByteArray &node, const SystemRoot 
 // The block device that a file system is mounted from. Returns std::nullopt for a file system without one.
 std::optional<dev_t> mountedDevice(const KernelMount &mount, const SystemRoot &system);
 
+// The mount that this path leads to, or that the open file is on where the path is empty. It triggers no
+// automount and asks no server. Returns std::nullopt when it cannot be told.
+std::optional<KernelMount> mountOf(int file, const QByteArray &path, const SystemRoot &system);
+
 // The folder of a block device, links resolved; empty when there is no such device.
 QByteArray sysfsFolder(std::optional<dev_t> device, const SystemRoot &system);
 

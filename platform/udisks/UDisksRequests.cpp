@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "platform/udisks/UDisksRequests.h"
 
-#include "platform/BlockDevice.h"
 #include "platform/DesktopUserMount.h"
+#include "platform/DeviceUse.h"
+#include "platform/SystemDevices.h"
 #include "platform/udisks/UDisksError.h"
 
 #include <QTimer>
@@ -25,6 +26,11 @@ constexpr std::chrono::seconds detachmentLimit { 5 };
 const QVariantMap noOptions;
 
 } // namespace
+
+bool isMountOnDisk(const QString &deviceNode)
+{
+    return carriesMount(deviceNode);
+}
 
 void UDisksRequests::answerLater(
     Completion completion, DAReturn status, const std::optional<QString> &statusString)
@@ -128,7 +134,7 @@ void UDisksRequests::unmount(const QString &path, Scope scope, Force force, Comp
         for (const QString &device : std::as_const(mounted)) {
             if (isSystemDevice(m_bus.store().fileName(device, UDisks::block, "Device"))) {
                 answerLater(std::move(completion), DAReturn::NotPermitted,
-                    u"The running system stands on this volume."_s);
+                    u"The volume belongs to the running system."_s);
                 return;
             }
         }
@@ -176,9 +182,11 @@ void UDisksRequests::unmountNext(const QStringList &paths, Force force, int trie
 void UDisksRequests::eject(const QString &path, Completion completion)
 {
     // The service would detach a loop disk with a mounted volume, and the disk would vanish some time later.
+    // It does not know what logical volumes and arrays are made from.
     QStringList devices = m_bus.store().blockDevicesOn(path);
     if (std::any_of(
-            devices.begin(), devices.end(), [this](const QString &device) { return isMounted(device); })) {
+            devices.begin(), devices.end(), [this](const QString &device) { return isMounted(device); })
+        || m_findMount(m_bus.store().fileName(path, UDisks::block, "Device"))) {
         answerLater(std::move(completion), DAReturn::Busy, u"A volume of the disk is still mounted."_s);
         return;
     }
@@ -232,7 +240,10 @@ void UDisksRequests::awaitDetachment(const QString &path, Completion completion)
 void UDisksRequests::ejectDrive(const QString &drive, Completion completion)
 {
     const bool canEject = m_bus.store().flag(drive, UDisks::drive, "Ejectable");
-    const bool canPowerOff = m_bus.store().flag(drive, UDisks::drive, "CanPowerOff");
+    // Without power, the slot of a medium that is taken out would stay dead, and so would all others of its
+    // reader.
+    const bool canPowerOff = m_bus.store().flag(drive, UDisks::drive, "CanPowerOff")
+        && !m_bus.store().flag(drive, UDisks::drive, "MediaRemovable");
     if (!canEject && !canPowerOff) {
         answerLater(std::move(completion), DAReturn::Unsupported);
         return;

@@ -10,6 +10,14 @@
 
 #include <QObject>
 
+#include <functional>
+
+// Tells whether anything is mounted on a disk or on what is made from it.
+using MountFinder = std::function<bool(const QString &deviceNode)>;
+
+// The same of this machine.
+bool isMountOnDisk(const QString &deviceNode);
+
 class UDisksRequests
 {
 public:
@@ -17,9 +25,10 @@ public:
     enum class Force { No, Yes };
     enum class Scope { Volume, Disk };
 
-    explicit UDisksRequests(UDisksBus &bus)
+    UDisksRequests(UDisksBus &bus, MountFinder findMount)
         : m_bus(bus)
         , m_encryption(bus)
+        , m_findMount(std::move(findMount))
     {
     }
 
@@ -43,7 +52,8 @@ public:
     // mounted counts as done.
     void unmount(const QString &path, Scope scope, Force force, Completion completion);
 
-    // The path of a whole disk. What is unlocked on it is locked first.
+    // The path of a whole disk, on which nothing may be mounted. What is unlocked on it is locked first. A
+    // drive that keeps its medium is powered off as well.
     void eject(const QString &path, Completion completion);
 
     // A mounted volume whose file system can be named only while it is not in use is unmounted first, and
@@ -66,4 +76,5 @@ private:
 
     UDisksBus &m_bus;
     UDisksEncryption m_encryption;
+    MountFinder m_findMount;
 };

@@ -100,11 +100,11 @@ class UDisksSession : public DASession
 {
 public:
     UDisksSession(VolumeClaimReader readClaims, const QDBusConnection &bus,
-        std::function<QDBusConnection()> reconnect, BlockDeviceFactsReader readFacts)
+        std::function<QDBusConnection()> reconnect, BlockDeviceFactsReader readFacts, MountFinder findMount)
         : m_readClaims(std::move(readClaims))
         , m_readFacts(std::move(readFacts))
         , m_bus(bus, std::move(reconnect))
-        , m_requests(m_bus)
+        , m_requests(m_bus, std::move(findMount))
     {
         QObject::connect(
             &m_bus, &UDisksBus::listed, &m_bus, [this](bool available) { followListing(available); });
@@ -325,12 +325,13 @@ private:
 };
 
 std::unique_ptr<DASession> makeSession(VolumeClaimReader readClaims, const QDBusConnection &bus,
-    std::function<QDBusConnection()> reconnect, BlockDeviceFactsReader readFacts, MediaListing listing)
+    std::function<QDBusConnection()> reconnect, BlockDeviceFactsReader readFacts, MediaListing listing,
+    MountFinder findMount)
 {
     if (!bus.isConnected())
         return nullptr;
     auto session = std::make_unique<UDisksSession>(
-        std::move(readClaims), bus, std::move(reconnect), std::move(readFacts));
+        std::move(readClaims), bus, std::move(reconnect), std::move(readFacts), std::move(findMount));
     if (listing == MediaListing::Ahead)
         session->listAhead();
     return session;
@@ -340,13 +341,14 @@ std::unique_ptr<DASession> makeSession(VolumeClaimReader readClaims, const QDBus
 
 std::unique_ptr<DASession> createDiskArbitrationSession(VolumeClaimReader readClaims, MediaListing listing)
 {
-    return makeSession(
-        std::move(readClaims), QDBusConnection::systemBus(), connectAgain, readBlockDeviceFacts, listing);
+    return makeSession(std::move(readClaims), QDBusConnection::systemBus(), connectAgain,
+        readBlockDeviceFacts, listing, isMountOnDisk);
 }
 
 // Connecting the caller's bus again is up to the caller.
 std::unique_ptr<DASession> createUDisksSession(VolumeClaimReader readClaims, const QDBusConnection &bus,
-    BlockDeviceFactsReader readFacts, MediaListing listing)
+    BlockDeviceFactsReader readFacts, MediaListing listing, MountFinder findMount)
 {
-    return makeSession(std::move(readClaims), bus, nullptr, std::move(readFacts), listing);
+    return makeSession(
+        std::move(readClaims), bus, nullptr, std::move(readFacts), listing, std::move(findMount));
 }

@@ -7,12 +7,15 @@
 
 #include "platform/DiskArbitration.h"
 #include "platform/udisks/UDisksMedium.h"
+#include "platform/udisks/UDisksRequests.h"
 
 #include <QDBusConnection>
 
 #include <memory>
 
-// Makes the session over this connection, with facts about devices from this reader; null when the connection
-// is down. createDiskArbitrationSession() makes it over the system bus.
+// Makes the session over this connection, with facts about devices from this reader, and word from this
+// function on whether anything is mounted on a disk; null when the connection is down.
+// createDiskArbitrationSession() makes it over the system bus.
 std::unique_ptr<DASession> createUDisksSession(VolumeClaimReader readClaims, const QDBusConnection &bus,
-    BlockDeviceFactsReader readFacts, MediaListing listing = MediaListing::WhenScheduled);
+    BlockDeviceFactsReader readFacts, MediaListing listing = MediaListing::WhenScheduled,
+    MountFinder findMount = &isMountOnDisk);

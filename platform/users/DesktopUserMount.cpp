@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "platform/DesktopUserMount.h"
 
+#include "platform/devices/SysfsDevice.h"
 #include "platform/FileDescriptor.h"
+#include "platform/SystemDevices.h"
 #include "platform/SystemLog.h"
 
 #include <QFile>
@@ -10,6 +12,8 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <linux/openat2.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 using namespace Qt::Literals::StringLiterals;
@@ -27,6 +31,23 @@ UserMountAnswer answerOf(const ProgramEnd &end)
     static const QRegularExpression busError(u"GDBus\\.Error:([^: ]+): (.*)$"_s);
     const auto match = busError.match(QString::fromUtf8(end.errorOutput).trimmed());
     return { end.hasSucceeded, match.captured(1), match.captured(2) };
+}
+
+// Where the disk service mounts what fstab does not name.
+bool isPlaceForUsers(const QString &mountPoint)
+{
+    const bool isOfService = mountPoint.startsWith("/media/"_L1) || mountPoint.startsWith("/run/media/"_L1);
+    return isOfService && !isInFstab(mountPoint);
+}
+
+// The C library has no function for openat2(2).
+FileDescriptor openWithoutLinks(const QByteArray &path)
+{
+    open_how how = {};
+    how.flags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+    how.resolve = RESOLVE_NO_SYMLINKS;
+    return FileDescriptor(
+        static_cast<int>(syscall(SYS_openat2, AT_FDCWD, path.constData(), &how, sizeof how)));
 }
 
 } // namespace
@@ -59,14 +80,19 @@ void findFolderAccess(const QString &path, QObject *context, std::function<void(
     startProgram(desktopUser(), u"test"_s, { u"-r"_s, path, u"-a"_s, u"-x"_s, path }, context, answer);
 }
 
-void giveMountedVolume(const QString &mountPoint, const std::optional<DesktopUser> &user)
+void giveMountedVolume(
+    const QString &mountPoint, const QString &deviceNode, const std::optional<DesktopUser> &user)
 {
-    if (!user)
+    if (!user || !isPlaceForUsers(mountPoint))
         return;
-    const FileDescriptor folder(
-        open(QFile::encodeName(mountPoint).constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
-    if (!folder.isOpen())
+    const SystemRoot running;
+    const FileDescriptor folder = openWithoutLinks(QFile::encodeName(mountPoint));
+    const auto mount = folder.isOpen() ? mountOf(folder.number(), {}, running) : std::nullopt;
+    const auto device = blockDeviceNumber(QFile::encodeName(deviceNode), running);
+    if (!mount || !device || mountedDevice(*mount, running) != device) {
+        systemLog(u"%1 does not lead to %2, and its owner stays."_s.arg(mountPoint, deviceNode));
         return;
+    }
     if (fchown(folder.number(), user->user, user->group) != 0 && errno != EPERM)
         systemLog(u"The volume at %1 could not be made the user's: %2"_s.arg(mountPoint, errnoText(errno)));
 }

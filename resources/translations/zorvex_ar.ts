@@ -553,6 +553,11 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <extracomment>Why a volume is not formatted. %@ is its name.</extracomment>
         <translation>يُستخدم «&#x2068;%@&#x2069;» مساحة إبدال. عطّل مساحة الإبدال أولًا.</translation>
     </message>
+    <message id="FORMAT_REFUSED_SYSTEM_FMT">
+        <source>“%@” belongs to the running system. To erase it, start the computer from another disk.</source>
+        <extracomment>Why a disk or volume is not formatted. %@ is its name.</extracomment>
+        <translation>ينتمي «&#x2068;%@&#x2069;» إلى النظام قيد التشغيل. لمسحه، شغّل الحاسوب من قرص آخر.</translation>
+    </message>
     <message id="FORMAT_REFUSED_LVM_FMT">
         <source>“%@” belongs to an LVM volume group that is in use. Remove it from the volume group first.</source>
         <extracomment>Why a volume is not formatted. %@ is its name.</extracomment>

@@ -553,6 +553,11 @@ Hängt Datenträger und Volumes ein und aus, formatiert, prüft und repariert si
         <extracomment>Why a volume is not formatted. %@ is its name.</extracomment>
         <translation>„%@“ wird als Auslagerungsspeicher benutzt. Schalten Sie ihn zuerst ab.</translation>
     </message>
+    <message id="FORMAT_REFUSED_SYSTEM_FMT">
+        <source>“%@” belongs to the running system. To erase it, start the computer from another disk.</source>
+        <extracomment>Why a disk or volume is not formatted. %@ is its name.</extracomment>
+        <translation>„%@“ gehört zum laufenden System. Zum Löschen starten Sie den Computer von einem anderen Datenträger.</translation>
+    </message>
     <message id="FORMAT_REFUSED_LVM_FMT">
         <source>“%@” belongs to an LVM volume group that is in use. Remove it from the volume group first.</source>
         <extracomment>Why a volume is not formatted. %@ is its name.</extracomment>

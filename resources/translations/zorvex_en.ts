@@ -553,6 +553,11 @@ Mounts, formats, checks and repairs disks and volumes.</translation>
         <extracomment>Why a volume is not formatted. %@ is its name.</extracomment>
         <translation>“%@” is in use as swap space. Turn the swap space off first.</translation>
     </message>
+    <message id="FORMAT_REFUSED_SYSTEM_FMT">
+        <source>“%@” belongs to the running system. To erase it, start the computer from another disk.</source>
+        <extracomment>Why a disk or volume is not formatted. %@ is its name.</extracomment>
+        <translation>“%@” belongs to the running system. To erase it, start the computer from another disk.</translation>
+    </message>
     <message id="FORMAT_REFUSED_LVM_FMT">
         <source>“%@” belongs to an LVM volume group that is in use. Remove it from the volume group first.</source>
         <extracomment>Why a volume is not formatted. %@ is its name.</extracomment>

@@ -553,6 +553,11 @@ Monta, formatea, comprueba y repara discos y volúmenes.</translation>
         <extracomment>Why a volume is not formatted. %@ is its name.</extracomment>
         <translation>«%@» está en uso como espacio de intercambio. Desactive primero el espacio de intercambio.</translation>
     </message>
+    <message id="FORMAT_REFUSED_SYSTEM_FMT">
+        <source>“%@” belongs to the running system. To erase it, start the computer from another disk.</source>
+        <extracomment>Why a disk or volume is not formatted. %@ is its name.</extracomment>
+        <translation>«%@» pertenece al sistema en ejecución. Para borrarlo, inicie el equipo desde otro disco.</translation>
+    </message>
     <message id="FORMAT_REFUSED_LVM_FMT">
         <source>“%@” belongs to an LVM volume group that is in use. Remove it from the volume group first.</source>
         <extracomment>Why a volume is not formatted. %@ is its name.</extracomment>

@@ -553,6 +553,11 @@ Monte, formate, vérifie et répare les disques et les volumes.</translation>
         <extracomment>Why a volume is not formatted. %@ is its name.</extracomment>
         <translation>«&#xa0;%@&#xa0;» sert d’espace d’échange. Désactivez d’abord cet espace d’échange.</translation>
     </message>
+    <message id="FORMAT_REFUSED_SYSTEM_FMT">
+        <source>“%@” belongs to the running system. To erase it, start the computer from another disk.</source>
+        <extracomment>Why a disk or volume is not formatted. %@ is its name.</extracomment>
+        <translation>«&#xa0;%@&#xa0;» appartient au système en cours d’exécution. Pour l’effacer, démarrez l’ordinateur à partir d’un autre disque.</translation>
+    </message>
     <message id="FORMAT_REFUSED_LVM_FMT">
         <source>“%@” belongs to an LVM volume group that is in use. Remove it from the volume group first.</source>
         <extracomment>Why a volume is not formatted. %@ is its name.</extracomment>

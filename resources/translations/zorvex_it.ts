@@ -553,6 +553,11 @@ Monta, formatta, controlla e ripara dischi e volumi.</translation>
         <extracomment>Why a volume is not formatted. %@ is its name.</extracomment>
         <translation>“%@” è in uso come spazio di swap. Disattiva prima lo spazio di swap.</translation>
     </message>
+    <message id="FORMAT_REFUSED_SYSTEM_FMT">
+        <source>“%@” belongs to the running system. To erase it, start the computer from another disk.</source>
+        <extracomment>Why a disk or volume is not formatted. %@ is its name.</extracomment>
+        <translation>“%@” appartiene al sistema in esecuzione. Per cancellarlo, avvia il computer da un altro disco.</translation>
+    </message>
     <message id="FORMAT_REFUSED_LVM_FMT">
         <source>“%@” belongs to an LVM volume group that is in use. Remove it from the volume group first.</source>
         <extracomment>Why a volume is not formatted. %@ is its name.</extracomment>

@@ -553,6 +553,11 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <extracomment>Why a volume is not formatted. %@ is its name.</extracomment>
         <translation>「%@」はスワップ領域として使用中です。先にスワップを無効にしてください。</translation>
     </message>
+    <message id="FORMAT_REFUSED_SYSTEM_FMT">
+        <source>“%@” belongs to the running system. To erase it, start the computer from another disk.</source>
+        <extracomment>Why a disk or volume is not formatted. %@ is its name.</extracomment>
+        <translation>「%@」は実行中のシステムの一部です。消去するには、別のディスクからコンピューターを起動してください。</translation>
+    </message>
     <message id="FORMAT_REFUSED_LVM_FMT">
         <source>“%@” belongs to an LVM volume group that is in use. Remove it from the volume group first.</source>
         <extracomment>Why a volume is not formatted. %@ is its name.</extracomment>

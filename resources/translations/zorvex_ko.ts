@@ -553,6 +553,11 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <extracomment>Why a volume is not formatted. %@ is its name.</extracomment>
         <translation>‘%@’은(는) 스왑 공간으로 사용 중입니다. 먼저 스왑을 끄십시오.</translation>
     </message>
+    <message id="FORMAT_REFUSED_SYSTEM_FMT">
+        <source>“%@” belongs to the running system. To erase it, start the computer from another disk.</source>
+        <extracomment>Why a disk or volume is not formatted. %@ is its name.</extracomment>
+        <translation>‘%@’은(는) 실행 중인 시스템에 속합니다. 지우려면 다른 디스크로 컴퓨터를 시작하십시오.</translation>
+    </message>
     <message id="FORMAT_REFUSED_LVM_FMT">
         <source>“%@” belongs to an LVM volume group that is in use. Remove it from the volume group first.</source>
         <extracomment>Why a volume is not formatted. %@ is its name.</extracomment>

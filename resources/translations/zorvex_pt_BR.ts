@@ -553,6 +553,11 @@ Monta, formata, verifica e repara discos e volumes.</translation>
         <extracomment>Why a volume is not formatted. %@ is its name.</extracomment>
         <translation>“%@” está em uso como espaço de troca. Desative o espaço de troca primeiro.</translation>
     </message>
+    <message id="FORMAT_REFUSED_SYSTEM_FMT">
+        <source>“%@” belongs to the running system. To erase it, start the computer from another disk.</source>
+        <extracomment>Why a disk or volume is not formatted. %@ is its name.</extracomment>
+        <translation>“%@” pertence ao sistema em execução. Para apagá-lo, inicie o computador a partir de outro disco.</translation>
+    </message>
     <message id="FORMAT_REFUSED_LVM_FMT">
         <source>“%@” belongs to an LVM volume group that is in use. Remove it from the volume group first.</source>
         <extracomment>Why a volume is not formatted. %@ is its name.</extracomment>

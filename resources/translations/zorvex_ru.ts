@@ -553,6 +553,11 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <extracomment>Why a volume is not formatted. %@ is its name.</extracomment>
         <translation>«%@» используется как раздел подкачки. Сначала отключите подкачку.</translation>
     </message>
+    <message id="FORMAT_REFUSED_SYSTEM_FMT">
+        <source>“%@” belongs to the running system. To erase it, start the computer from another disk.</source>
+        <extracomment>Why a disk or volume is not formatted. %@ is its name.</extracomment>
+        <translation>«%@» принадлежит работающей системе. Чтобы стереть эти данные, запустите компьютер с другого диска.</translation>
+    </message>
     <message id="FORMAT_REFUSED_LVM_FMT">
         <source>“%@” belongs to an LVM volume group that is in use. Remove it from the volume group first.</source>
         <extracomment>Why a volume is not formatted. %@ is its name.</extracomment>

@@ -553,6 +553,11 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <extracomment>Why a volume is not formatted. %@ is its name.</extracomment>
         <translation>“%@”正在用作交换空间。请先停用交换空间。</translation>
     </message>
+    <message id="FORMAT_REFUSED_SYSTEM_FMT">
+        <source>“%@” belongs to the running system. To erase it, start the computer from another disk.</source>
+        <extracomment>Why a disk or volume is not formatted. %@ is its name.</extracomment>
+        <translation>“%@”属于正在运行的系统。要擦除它，请从其他磁盘启动计算机。</translation>
+    </message>
     <message id="FORMAT_REFUSED_LVM_FMT">
         <source>“%@” belongs to an LVM volume group that is in use. Remove it from the volume group first.</source>
         <extracomment>Why a volume is not formatted. %@ is its name.</extracomment>

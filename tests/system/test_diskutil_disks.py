@@ -153,7 +153,7 @@ class Disks(DiskutilCase):
         for node in disk.partitions[1:]:
             run("swapoff", node)
         self.assertEqual(result.stderr.splitlines(),
-                         [f"diskutil: {disk.bsd_name(node)} is in use by the running system"
+                         [f"diskutil: {disk.bsd_name(node)} belongs to the running system"
                           for node in disk.partitions[1:]])
         self.assertTrue(untouched() == before, "the refused erase has written")
 

@@ -4,12 +4,13 @@
 import os
 import subprocess
 import sys
+import tempfile
 import unittest
 
 sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "support"))
 import diskutil_case as case  # noqa: E402
 from diskutil_case import DiskutilCase, diskutil  # noqa: E402
-from loop_disk import SERVICE, run  # noqa: E402
+from loop_disk import SERVICE, probe, run  # noqa: E402
 
 
 class Refusals(DiskutilCase):
@@ -27,6 +28,14 @@ class Refusals(DiskutilCase):
         """Hides a file of the installation in this mount namespace."""
         run("mount", "--bind", "/dev/null", path)
         self.addCleanup(run, "umount", path)
+
+    def write_fstab(self, text):
+        """A table of this mount namespace."""
+        with tempfile.NamedTemporaryFile("w", encoding="utf-8") as file:
+            file.write(text)
+            file.flush()
+            run("mount", "--bind", file.name, "/etc/fstab")
+        self.addCleanup(run, "umount", "/etc/fstab")
 
     def test_arguments_that_make_no_sense(self):
         for arguments in [[], ["eraseDisk"], ["eraseVolume", "ext4", "Name"], ["verifyVolume"], ["info"],
@@ -54,9 +63,37 @@ class Refusals(DiskutilCase):
         for device in [node, disk.node]:
             for arguments in [["verifyVolume"], ["repairVolume"], ["eraseVolume", "ext4", "Name"]]:
                 with self.subTest(arguments + [device]):
-                    self.assert_refused(case.SYSTEM_VOLUME, "in use by the running system", *arguments, device,
+                    self.assert_refused(case.SYSTEM_VOLUME, "belongs to the running system", *arguments, device,
                                         disk=disk)
         self.assertIn(node, run("cat", "/proc/self/mounts"))
+
+    def test_a_volume_that_fstab_names_for_the_system(self):
+        disk = self.make_disk(20, 20)
+        node = disk.partitions[0]
+        self.erase(disk, node, "ext4", "System Boot")
+        for source in [node, "LABEL=System\\040Boot", f"UUID={probe(node, 'UUID')}",
+                       f"PARTUUID={probe(node, 'PART_ENTRY_UUID')}"]:
+            self.write_fstab(f"{source} /boot ext4 noauto 0 2\n")
+            for arguments in [["repairVolume", node], ["eraseVolume", "ext4", "Name", node],
+                              ["eraseVolume", "ext4", "Name", disk.node], ["eraseDisk", "ext4", "Name", disk.node]]:
+                with self.subTest([source] + arguments):
+                    self.assert_refused(case.SYSTEM_VOLUME, "belongs to the running system", *arguments, disk=disk)
+            self.assert_exit(diskutil("verifyVolume", node), case.SUCCESS)
+        self.write_fstab("UUID=00000000-0000-0000-0000-000000000000 /boot ext4 noauto 0 2\n")
+        self.assert_exit(diskutil("repairVolume", node), case.SUCCESS)
+
+    def test_the_boot_partition_of_a_disk_of_the_system(self):
+        disk = self.make_disk(40, 20, with_partitions=False)
+        disk.check_ours()
+        run("sfdisk", "--quiet", "--no-reread", "--no-tell-kernel", "--part-type", disk.node, "1", "U")
+        disk.add_partitions()
+        boot, other = disk.partitions
+        self.erase(disk, boot, "MS-DOS FAT16", "EFI")
+        self.erase(disk, other, "ext4", "Other")
+        run("mount", other, "/boot")
+        self.addCleanup(run, "umount", "/boot")
+        self.assert_refused(case.SYSTEM_VOLUME, "belongs to the running system", "eraseVolume", "ext4", "Name", boot,
+                            disk=disk)
 
     def test_swap_space_in_use(self):
         disk = self.make_disk(20)
@@ -65,7 +102,7 @@ class Refusals(DiskutilCase):
         run("mkswap", node)
         run("swapon", node)
         self.addCleanup(run, "swapoff", node)
-        self.assert_refused(case.SYSTEM_VOLUME, "in use by the running system", "eraseVolume", "ext4", "Name", node)
+        self.assert_refused(case.SYSTEM_VOLUME, "belongs to the running system", "eraseVolume", "ext4", "Name", node)
 
     def test_a_disk_with_a_mounted_partition(self):
         disk = self.make_disk(20, 20)

@@ -7,6 +7,7 @@ import os
 import re
 import signal
 import sys
+import tempfile
 import unittest
 
 sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "support"))
@@ -96,6 +97,17 @@ class DiskutilOfUser(DiskutilCase):
             self.assert_users_own("Asked")
         else:
             self.assertIn(mount_point(self.node), [f"{folder}/root/Asked" for folder in FOLDERS_OF_MOUNTS])
+
+    def test_a_volume_that_fstab_names_stays_the_administrators(self):
+        self.sit_at_the_machine()
+        for folder in ("/tmp", "/media"):
+            with self.subTest(folder), tempfile.TemporaryDirectory(dir=folder) as place:
+                with open("/etc/fstab", "w", encoding="utf-8") as table:
+                    table.write(f"LABEL=Trusted {place} ext4 noauto 0 0\n")
+                self.erase_as_user("ext4", "Trusted")
+                self.assertEqual(mount_point(self.node), place)
+                self.assertEqual(os.stat(place).st_uid, 0)
+                self.unmount(self.node)
 
     def test_errors_are_told(self):
         self.erase_as_user("ext4", "Errors")

@@ -46,6 +46,7 @@ struct FormatTest : TestController
             + "\necho words of the tool\nexit " + QByteArray::number(exitCode) + "\n");
         tool.close();
         tool.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        platform().isSystemDevice = [this](const QString &node) { return node == systemNode; };
         launch();
         record = add(volume);
         select(volumeName);
@@ -76,6 +77,7 @@ struct FormatTest : TestController
     }
     bool isBusy() const { return record->operationInProgress; }
 
+    QString systemNode;
     MemoryDiskRef volume = makePartition(volumeName, 1000, u"Old"_s);
     DiskRecord record;
 };
@@ -97,6 +99,7 @@ private Q_SLOTS:
     void confirmationSaysWhatIsThereAndWhatWillBe();
     void mediumInUseIsRefusedBeforeTheQuestion_data();
     void mediumInUseIsRefusedBeforeTheQuestion();
+    void volumeOfTheSystemIsRefusedBeforeTheQuestion();
     void onlyWhatTheQuestionShowedIsErased_data();
     void onlyWhatTheQuestionShowedIsErased();
     void mountWhileTheQuestionIsOpenIsNoChange();
@@ -270,6 +273,20 @@ void TestFormat::mediumInUseIsRefusedBeforeTheQuestion()
     QCOMPARE(test.sheets().constFirst()->text(), u"The disk or volume cannot be formatted"_s);
     const QString text = test.alertText();
     QVERIFY2(text.contains(u"“Old”"_s) && text.contains(reason), qPrintable(text));
+    test.endSheet(goOn);
+    QTRY_VERIFY(test.sheets().isEmpty());
+    QVERIFY(!test.isBusy() && test.toolArguments().isEmpty());
+}
+
+void TestFormat::volumeOfTheSystemIsRefusedBeforeTheQuestion()
+{
+    FormatTest test;
+    test.systemNode = u"/dev/disk2s1"_s;
+    test.press(u"exfat"_s, QString());
+    QCOMPARE(test.sheets().size(), 1);
+    QCOMPARE(test.sheets().constFirst()->text(), u"The disk or volume cannot be formatted"_s);
+    QVERIFY2(
+        test.alertText().startsWith(u"“Old” belongs to the running system."_s), qPrintable(test.alertText()));
     test.endSheet(goOn);
     QTRY_VERIFY(test.sheets().isEmpty());
     QVERIFY(!test.isBusy() && test.toolArguments().isEmpty());

@@ -95,6 +95,20 @@ void FakeSystem::mount(const QByteArray &number, const QByteArray &source, const
     writeMounts(m_mounts);
 }
 
+void FakeSystem::automount(const QByteArray &mountPoint)
+{
+    m_mounts += "29 1 0:29 / " + mountPoint + " rw,relatime shared:1 - autofs systemd-1 rw,fd=1\n";
+    writeMounts(m_mounts);
+}
+
+void FakeSystem::writeProperties(dev_t number, const QByteArrayList &properties)
+{
+    QByteArray text = "S:disk/by-path/fake\nI:1\n";
+    for (const QByteArray &property : properties)
+        text += "E:" + property + '\n';
+    write("/run/udev/data/b" + numberText(number), text);
+}
+
 void FakeSystem::writeMounts(const QByteArray &text)
 {
     write("/proc/self/mountinfo", text);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// A machine made of values: sysfs, /proc/swaps and mountinfo as files in a temporary folder, and device nodes
-// in a table.
+// A machine made of values: sysfs, procfs, /etc and udev's database as files in a temporary folder, and
+// device nodes in a table.
 #pragma once
 
 #include "platform/SystemRoot.h"
@@ -37,6 +37,12 @@ public:
     // Adds a line to mountinfo. The number is "8:1", the mount point is escaped as the kernel does.
     void mount(const QByteArray &number, const QByteArray &source, const QByteArray &mountPoint, int id = 30,
         const QByteArray &folderOfIt = "/");
+
+    // Adds the line of a mount on demand.
+    void automount(const QByteArray &mountPoint);
+
+    // Says in udev's database what it has found out about a device, such as "ID_FS_UUID_ENC=1234-ABCD".
+    void writeProperties(dev_t number, const QByteArrayList &properties);
 
     void writeMounts(const QByteArray &text);
 

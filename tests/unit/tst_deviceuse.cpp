@@ -25,6 +25,10 @@ private Q_SLOTS:
     void filesystemOverSeveralDevicesIsKnownByItsSource();
     void filesystemWithoutADeviceUsesNone();
     void holders();
+    void loopDeviceIsAHolder();
+    void mountOnWhatIsMadeFromTheDisk_data();
+    void mountOnWhatIsMadeFromTheDisk();
+    void swapOnWhatIsMadeFromTheDisk();
     void swapPartition();
     void swapPartitionWithABlankInItsName();
     void swapFileIsNoUseOfTheDevice();
@@ -119,6 +123,57 @@ void TestDeviceUse::holders()
     QCOMPARE(use(u"sda1"_s).holders, QStringList(u"dm-0"_s));
     QCOMPARE(use(u"sda"_s).holders, QStringList());
     QCOMPARE(use(u"dm-0"_s).holders, QStringList());
+}
+
+void TestDeviceUse::loopDeviceIsAHolder()
+{
+    m_system->addDisk("loop3", makedev(7, 3), "30");
+    m_system->addDisk("loop4", makedev(7, 4), "31");
+    m_system->write("/sys/devices/pci/block/loop3/loop/backing_file", "/dev/sda1\n");
+    m_system->write("/sys/devices/pci/block/loop4/loop/backing_file", "/home/image\n");
+    QCOMPARE(use(u"sda1"_s).holders, QStringList(u"loop3"_s));
+    QCOMPARE(use(u"sda"_s).holders, QStringList());
+}
+
+void TestDeviceUse::mountOnWhatIsMadeFromTheDisk_data()
+{
+    QTest::addColumn<QByteArray>("number");
+    QTest::addColumn<QByteArray>("node");
+    QTest::addColumn<bool>("isOnDisk");
+    QTest::newRow("disk") << QByteArray("8:0") << QByteArray("/dev/sda") << true;
+    QTest::newRow("partition") << QByteArray("8:2") << QByteArray("/dev/sda2") << true;
+    QTest::newRow("logical volume on an array") << QByteArray("253:0") << QByteArray("/dev/dm-0") << true;
+    QTest::newRow("partition of an array") << QByteArray("259:0") << QByteArray("/dev/md0p1") << true;
+    QTest::newRow("loop device on a logical volume") << QByteArray("7:3") << QByteArray("/dev/loop3") << true;
+    QTest::newRow("Btrfs on a logical volume") << QByteArray("0:50") << QByteArray("/dev/dm-0") << true;
+    QTest::newRow("another disk") << QByteArray("8:16") << QByteArray("/dev/sdb") << false;
+    QTest::newRow("no disk") << QByteArray("0:50") << QByteArray("tmpfs") << false;
+}
+
+void TestDeviceUse::mountOnWhatIsMadeFromTheDisk()
+{
+    QFETCH(const QByteArray, number);
+    QFETCH(const QByteArray, node);
+    QFETCH(const bool, isOnDisk);
+    m_system->addDisk("sdb", makedev(8, 16), "5");
+    m_system->addDisk("md0", makedev(9, 0), "22");
+    m_system->addPartition("md0", "md0p1", makedev(259, 0), "1");
+    m_system->addHolder("sda2", "md0");
+    m_system->addHolder("md0", "dm-0");
+    m_system->addHolder("dm-0", "md0"); // a circle does no harm
+    m_system->addDisk("loop3", makedev(7, 3), "30");
+    m_system->write("/sys/devices/pci/block/loop3/loop/backing_file", "/dev/dm-0\n");
+    QVERIFY(!carriesMount(u"/dev/sda"_s, m_system->root()));
+    m_system->mount(number, node, "/media/A");
+    QCOMPARE(carriesMount(u"/dev/sda"_s, m_system->root()), isOnDisk);
+}
+
+void TestDeviceUse::swapOnWhatIsMadeFromTheDisk()
+{
+    m_system->addHolder("sda2", "dm-0");
+    m_system->writeSwaps("/dev/dm-0 partition\t1000\t\t0\t\t-2\n");
+    QVERIFY(carriesMount(u"/dev/sda"_s, m_system->root()));
+    QVERIFY(!carriesMount(u"/dev/sda1"_s, m_system->root()));
 }
 
 void TestDeviceUse::swapPartition()

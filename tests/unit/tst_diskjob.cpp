@@ -151,7 +151,7 @@ private:
         machine.takesPartitions = [this](const auto &) { return takesPartitions; };
         machine.makeOnlyPartition = [this](const auto &...) { return isTaken; };
         machine.announceChange = [this](const QString &device) { announced.append(device); };
-        machine.giveToDesktopUser = [](const QString &) { };
+        machine.giveToDesktopUser = [](const QString &, const QString &) { };
         machine.findFolderAccess = [](const QString &, QObject *, const auto &done) { done(true); };
         return machine;
     }

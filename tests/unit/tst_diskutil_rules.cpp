@@ -342,9 +342,15 @@ void TestDiskutilRules::refusedDevices()
     QCOMPARE(codeOf(PreflightRules::refusalOfDevice(Operation::Verify, medium, situation)),
         ExitCode::NoBlockDevice);
     situation = freeDevice();
-    situation.isSystemDevice = true;
+    situation.systemUse = SystemUse::Current;
     QCOMPARE(codeOf(PreflightRules::refusalOfDevice(Operation::Verify, medium, situation)),
         ExitCode::SystemVolume);
+    situation.systemUse = SystemUse::Named;
+    QCOMPARE(
+        codeOf(PreflightRules::refusalOfDevice(Operation::Verify, medium, situation)), ExitCode::Success);
+    for (const Operation operation : { Operation::Repair, Operation::Erase })
+        QCOMPARE(
+            codeOf(PreflightRules::refusalOfDevice(operation, medium, situation)), ExitCode::SystemVolume);
     situation = freeDevice();
     situation.inUse = { u"dm-0 uses it"_s };
     QCOMPARE(codeOf(PreflightRules::refusalOfDevice(Operation::Verify, medium, situation)), ExitCode::InUse);

@@ -61,27 +61,38 @@ void TestFormatRules::reasonsNotToFormat_data()
     using Kind = ProbedContent::Kind;
     QTest::addColumn<QStringList>("holders");
     QTest::addColumn<bool>("isSwap");
+    QTest::addColumn<bool>("isOfSystem");
     QTest::addColumn<Kind>("content");
     QTest::addColumn<QByteArray>("key"); // empty for no reason
     const QStringList none;
     const QStringList one { u"dm-0"_s };
-    QTest::newRow("unused") << none << false << Kind::Filesystem << QByteArray();
-    QTest::newRow("swap that is off") << none << false << Kind::Swap << QByteArray();
-    QTest::newRow("swap that is on") << none << true << Kind::Swap << QByteArray("FORMAT_REFUSED_SWAP_FMT");
-    QTest::newRow("LVM") << one << false << Kind::LvmMember << QByteArray("FORMAT_REFUSED_LVM_FMT");
-    QTest::newRow("LVM that is not in use") << none << false << Kind::LvmMember << QByteArray();
-    QTest::newRow("RAID") << one << false << Kind::RaidMember << QByteArray("FORMAT_REFUSED_RAID_FMT");
-    QTest::newRow("unlocked") << one << false << Kind::Encrypted << QByteArray("FORMAT_REFUSED_UNLOCKED_FMT");
-    QTest::newRow("locked") << none << false << Kind::Encrypted << QByteArray();
-    QTest::newRow("another holder") << one << false << Kind::Other << QByteArray("FORMAT_REFUSED_IN_USE_FMT");
+    QTest::newRow("unused") << none << false << false << Kind::Filesystem << QByteArray();
+    QTest::newRow("swap that is off") << none << false << false << Kind::Swap << QByteArray();
+    QTest::newRow("swap that is on") << none << true << false << Kind::Swap
+                                     << QByteArray("FORMAT_REFUSED_SWAP_FMT");
+    QTest::newRow("LVM") << one << false << false << Kind::LvmMember << QByteArray("FORMAT_REFUSED_LVM_FMT");
+    QTest::newRow("LVM that is not in use") << none << false << false << Kind::LvmMember << QByteArray();
+    QTest::newRow("RAID") << one << false << false << Kind::RaidMember
+                          << QByteArray("FORMAT_REFUSED_RAID_FMT");
+    QTest::newRow("unlocked") << one << false << false << Kind::Encrypted
+                              << QByteArray("FORMAT_REFUSED_UNLOCKED_FMT");
+    QTest::newRow("locked") << none << false << false << Kind::Encrypted << QByteArray();
+    QTest::newRow("another holder") << one << false << false << Kind::Other
+                                    << QByteArray("FORMAT_REFUSED_IN_USE_FMT");
+    const QByteArray system("FORMAT_REFUSED_SYSTEM_FMT");
+    QTest::newRow("the system's") << none << false << true << Kind::Filesystem << system;
+    QTest::newRow("LVM that the system stands on") << one << false << true << Kind::LvmMember << system;
+    QTest::newRow("the system's swap that is on")
+        << none << true << true << Kind::Swap << QByteArray("FORMAT_REFUSED_SWAP_FMT");
 }
 
 void TestFormatRules::reasonsNotToFormat()
 {
     QFETCH(const QStringList, holders);
     QFETCH(const bool, isSwap);
+    QFETCH(const bool, isOfSystem);
     QFETCH(const ProbedContent::Kind, content);
-    const char *const key = formatRefusalKey({ { u"/media/A"_s }, holders, isSwap }, content);
+    const char *const key = formatRefusalKey({ { u"/media/A"_s }, holders, isSwap }, isOfSystem, content);
     QTEST(QByteArray(key), "key");
 }
 

@@ -53,7 +53,8 @@ struct SessionTest
     void makeSession(MediaListing when)
     {
         session = createUDisksSession(
-            noClaims, fake.client(), [this](const QString &node) { return facts(node); }, when);
+            noClaims, fake.client(), [this](const QString &node) { return facts(node); }, when,
+            [this](const QString &node) { return node == mountedDisk; });
         session->registerDiskAppearedCallback([this](const DADiskRef &disk) {
             events.append(u'+' + nameOf(disk));
             disks.insert(nameOf(disk), disk);
@@ -85,6 +86,7 @@ struct SessionTest
     LogCapture log;
     FakeUDisks fake;
     std::function<std::optional<BlockDeviceFacts>(const QString &node)> facts = FakeUDisks::facts;
+    QString mountedDisk; // node of one with something mounted that the service does not connect with it
     QStringList events;
     QHash<QString, DADiskRef> disks;
     std::optional<bool> listing;
@@ -137,6 +139,9 @@ private Q_SLOTS:
     void unmountOfAWholeDiskStopsAtTheFirstRefusal();
     void ejectOfALoopDiskWaitsUntilItIsDetached();
     void ejectOfADiskWithAMountedVolumeIsRefused();
+    void ejectOfADiskWithAMountedLogicalVolumeIsRefused();
+    void powerGoesOnlyFromADriveThatKeepsItsMedium_data();
+    void powerGoesOnlyFromADriveThatKeepsItsMedium();
     void renameOfAMountedVolumeUnmountsItWhereItMust();
     void mediumThatHasGoneIsNotFound();
     void mediumThatIsAnotherByNowIsLeftAlone();
@@ -591,6 +596,51 @@ void TestUDisksSession::ejectOfADiskWithAMountedVolumeIsRefused()
     QTRY_COMPARE(test.completions, 1);
     QCOMPARE(test.outcome->status, 0xF8DA0002U);
     QCOMPARE(test.fake.calls, QStringList());
+}
+
+void TestUDisksSession::ejectOfADiskWithAMountedLogicalVolumeIsRefused()
+{
+    SessionTest test;
+    test.mountedDisk = u"/dev/fake2"_s;
+    test.start();
+    test.session->eject(test.disks.value(u"disk2"_s), 0, test.completion());
+    QTRY_COMPARE(test.completions, 1);
+    QCOMPARE(test.outcome->status, 0xF8DA0002U);
+    QCOMPARE(test.fake.calls, QStringList());
+}
+
+void TestUDisksSession::powerGoesOnlyFromADriveThatKeepsItsMedium_data()
+{
+    QTest::addColumn<bool>("isMediaRemovable");
+    QTest::addColumn<bool>("isEjectable");
+    QTest::addColumn<QStringList>("calls");
+    QTest::newRow("card reader") << true << true << list({ "Reader Eject" });
+    QTest::newRow("card reader that cannot eject") << true << false << QStringList();
+    QTest::newRow("disk") << false << false << list({ "Reader PowerOff" });
+    QTest::newRow("disk that can be ejected") << false << true << list({ "Reader Eject", "Reader PowerOff" });
+}
+
+// The power of a card reader is that of all its slots.
+void TestUDisksSession::powerGoesOnlyFromADriveThatKeepsItsMedium()
+{
+    QFETCH(const bool, isMediaRemovable);
+    QFETCH(const bool, isEjectable);
+    QFETCH(const QStringList, calls);
+    SessionTest test(false);
+    const QString drivePath = UDisks::rootPath + u"/drives/Reader"_s;
+    UDisksInterfaces disk = fakeWholeDisk(u"fake2"_s);
+    disk[UDisks::block].insert(u"Drive"_s, QVariant::fromValue(QDBusObjectPath(drivePath)));
+    test.fake.addInterfaces(drivePath,
+        { { UDisks::drive,
+            { { u"MediaRemovable"_s, isMediaRemovable }, { u"Ejectable"_s, isEjectable },
+                { u"CanPowerOff"_s, true } } } },
+        Tell::No);
+    test.fake.addInterfaces(diskPath, disk, Tell::No);
+    test.start();
+    test.session->eject(test.disks.value(u"disk2"_s), 0, test.completion());
+    QTRY_COMPARE(test.completions, 1);
+    QCOMPARE(test.fake.calls, calls);
+    QCOMPARE(test.outcome == nullptr, !calls.isEmpty());
 }
 
 void TestUDisksSession::renameOfAMountedVolumeUnmountsItWhereItMust()

@@ -142,7 +142,7 @@ private:
             return HeldDevice { [this, hold] { return heldIdentity; }, [this] { return isClaimed; } };
         };
         machine.announceChange = [this](const QString &device) { announced.append(device); };
-        machine.giveToDesktopUser = [this](const QString &path) { given.append(path); };
+        machine.giveToDesktopUser = [this](const QString &path, const QString &) { given.append(path); };
         machine.findFolderAccess
             = [this](const QString &, QObject *, const auto &done) { done(isFolderOpen); };
         return machine;
@@ -277,7 +277,7 @@ void TestVolumeJob::refusalAtTheFirstLook()
 {
     Run run(Operation::Erase);
     run.setMounted(true);
-    run.situation.isSystemDevice = true;
+    run.situation.systemUse = SystemUse::Current;
     run.start();
     QCOMPARE(run.exits, only(ExitCode::SystemVolume));
     QVERIFY(run.requests().empty() && run.programs().isEmpty() && run.said.isEmpty());

@@ -76,7 +76,7 @@ PreflightRules::DeviceSituation readDeviceSituation(const Medium &medium, const 
     PreflightRules::DeviceSituation situation;
     const QString &node = medium.deviceNode;
     situation.isBlockDevice = !kernelDeviceName(node).isEmpty();
-    situation.isSystemDevice = isSystemDevice(node);
+    situation.systemUse = systemUse(node);
     situation.inUse = usesBeyondMount(node);
     for (const QString &partition : partitionNodes(node))
         situation.inUse += usesOfPartition(partition, media);
@@ -99,7 +99,7 @@ std::vector<PartSituation> readDiskSituation(const Medium &disk, const std::vect
             part.medium.bsdName = node;
         part.medium.isWritable = disk.isWritable;
         part.situation.isBlockDevice = !kernelDeviceName(node).isEmpty();
-        part.situation.isSystemDevice = isSystemDevice(node);
+        part.situation.systemUse = systemUse(node);
         part.situation.inUse = usesBeyondMount(node);
         if (part.medium.mountPoint.isEmpty()) {
             for (const QString &mountPoint : readDeviceUse(node).mountPoints)
@@ -169,7 +169,7 @@ HeldDevice holdDevice(const QString &deviceNode)
     return { [device] { return device->identity(); }, [device] { return device->isClaimed(); } };
 }
 
-void giveToDesktopUser(const QString &mountPoint)
+void giveToDesktopUser(const QString &mountPoint, const QString &deviceNode)
 {
-    giveMountedVolume(mountPoint, desktopUser());
+    giveMountedVolume(mountPoint, deviceNode, desktopUser());
 }

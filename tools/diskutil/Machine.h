@@ -57,8 +57,9 @@ struct HeldDevice
 
 HeldDevice holdDevice(const QString &deviceNode);
 
-// Makes a new volume the desktop user's. Does nothing when there is no such user.
-void giveToDesktopUser(const QString &mountPoint);
+// Makes the new volume of this device the desktop user's, where that user could have mounted it. Does nothing
+// when there is no such user.
+void giveToDesktopUser(const QString &mountPoint, const QString &deviceNode);
 
 // What a job asks. The defaults ask this machine; a test gives its own answers.
 struct Machine
@@ -78,7 +79,8 @@ struct Machine
     std::function<bool(const QString &diskNode)> takesPartitions = &::takesPartitions;
     std::function<bool(const QString &diskNode, qint64 start, qint64 size)> makeOnlyPartition
         = &::makeOnlyPartition;
-    std::function<void(const QString &mountPoint)> giveToDesktopUser = &::giveToDesktopUser;
+    std::function<void(const QString &mountPoint, const QString &deviceNode)> giveToDesktopUser
+        = &::giveToDesktopUser;
     std::function<void(const QString &path, QObject *context, std::function<void(bool isOpen)> done)>
         findFolderAccess = &::findFolderAccess;
 };

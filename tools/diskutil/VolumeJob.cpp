@@ -282,7 +282,7 @@ void VolumeJob::mountAnswered(const DADissenterRef &dissenter)
         reportRefusedMount(dissenter);
     }
     if (isOldVolumeLost() && !medium.mountPoint.isEmpty())
-        m_environment.machine.giveToDesktopUser(medium.mountPoint);
+        m_environment.machine.giveToDesktopUser(medium.mountPoint, m_plan.medium.deviceNode);
     if (medium.mountPoint.isEmpty())
         finish();
     else

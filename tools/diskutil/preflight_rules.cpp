@@ -34,8 +34,9 @@ std::optional<Refusal> refusalOfDevice(
     const bool writes = operation != Operation::Verify;
     if (!situation.isBlockDevice)
         return Refusal { ExitCode::NoBlockDevice, u"%1 is not a block device"_s.arg(medium.deviceNode) };
-    if (situation.isSystemDevice)
-        return Refusal { ExitCode::SystemVolume, u"%1 is in use by the running system"_s.arg(name) };
+    // To look at what the system does not use now does it no harm.
+    if (situation.systemUse == SystemUse::Current || (writes && situation.systemUse == SystemUse::Named))
+        return Refusal { ExitCode::SystemVolume, u"%1 belongs to the running system"_s.arg(name) };
     if (!situation.inUse.isEmpty())
         return Refusal { ExitCode::InUse, u"%1 is in use: %2"_s.arg(name, situation.inUse.join(u", "_s)) };
     if (writes && !medium.isWritable)

@@ -4,6 +4,7 @@
 // Each returns std::nullopt when it has none.
 #pragma once
 
+#include "platform/SystemDevices.h"
 #include "tools/diskutil/CommandLine.h"
 #include "tools/diskutil/ExitCode.h"
 #include "tools/diskutil/Medium.h"
@@ -19,7 +20,7 @@ namespace PreflightRules {
 struct DeviceSituation
 {
     bool isBlockDevice = false;
-    bool isSystemDevice = false;
+    SystemUse systemUse = SystemUse::None;
     QStringList inUse; // uses of the device besides its own mounts, a few words each
     bool canRead = false; // by this process
     bool canWrite = false;
