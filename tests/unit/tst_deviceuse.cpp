@@ -5,6 +5,7 @@
 #include "tests/unit/FakeSystem.h"
 
 #include <QTest>
+#include <QTemporaryFile>
 
 #include <sys/sysmacros.h>
 
@@ -41,6 +42,7 @@ private:
     DeviceUse use(const QString &name) const { return readDeviceUse(u"/dev/"_s + name, m_system->root()); }
 
     std::unique_ptr<FakeSystem> m_system;
+    void lockIsHeldOnce();
 };
 
 void TestDeviceUse::init()
@@ -208,12 +210,32 @@ void TestDeviceUse::whatIsNoBlockDeviceHasNoIdentity()
 
 void TestDeviceUse::deviceThatCannotBeOpened()
 {
-    const OpenDevice missing(u"/no such device"_s);
+    OpenDevice missing(u"/no such device"_s);
     QVERIFY(!missing.identity());
-    QVERIFY(!missing.isClaimed());
-    const OpenDevice file(u"/dev/null"_s);
+    QVERIFY(!missing.take(Claimant::Program));
+    QVERIFY(missing.descriptors().empty());
+    OpenDevice file(u"/dev/null"_s);
     QVERIFY(!file.identity());
-    QVERIFY(!file.isClaimed());
+}
+
+// A plain file stands for a device: locks are the same, and there is nothing to claim.
+void TestDeviceUse::lockIsHeldOnce()
+{
+    QTemporaryFile file;
+    QVERIFY(file.open());
+    std::optional<OpenDevice> first(std::in_place, file.fileName());
+    OpenDevice second(file.fileName());
+    QVERIFY(first->take(Claimant::Program));
+    QCOMPARE(first->descriptors().size(), 1U);
+    QVERIFY(!second.take(Claimant::Program));
+    QVERIFY(first->take(Claimant::ThisProcess));
+    QCOMPARE(first->descriptors().size(), 2U);
+    QVERIFY(!second.take(Claimant::ThisProcess));
+    const int inherited = dup(first->descriptors().front());
+    first.reset();
+    QVERIFY(!second.take(Claimant::Program));
+    close(inherited);
+    QVERIFY(second.take(Claimant::Program));
 }
 
 QTEST_GUILESS_MAIN(TestDeviceUse)

@@ -105,6 +105,7 @@ public:
     QStringList complained;
     QList<int> exits;
     QStringList announced;
+    QStringList heldNodes;
     QString lastLineThatIsRead; // the reader of the output goes once a line has begun so
 
 private:
@@ -145,8 +146,10 @@ private:
             = [](const auto &, const auto &) { return PreflightRules::ToolSituation {}; };
         machine.findTool = [](const QString &name) -> QString { return u"/tools/"_s + name; };
         machine.readDeviceIdentity = [this](const auto &) { return identity; };
-        machine.holdDevice = [this](const auto &) {
-            return HeldDevice { [this] { return heldIdentity; }, [this] { return isClaimed; } };
+        machine.holdDevice = [this](const QString &held) {
+            heldNodes.append(held);
+            return HeldDevice { [this] { return heldIdentity; }, [this](Claimant) { return !isClaimed; },
+                [] { return std::vector { 3 }; } };
         };
         machine.takesPartitions = [this](const auto &) { return takesPartitions; };
         machine.makeOnlyPartition = [this](const auto &...) { return isTaken; };

@@ -112,11 +112,12 @@ public:
     TestTools tools;
 
     // What the machine answers.
+    FilesystemBundle bundle = testBundle();
     PreflightRules::DeviceSituation situation;
     PreflightRules::ToolSituation toolSituation;
     std::optional<DeviceIdentity> identity { DeviceIdentity { 1, 2, 3, 4 } };
     std::optional<DeviceIdentity> heldIdentity = identity;
-    bool isClaimed = false;
+    bool isClaimed = false; // by somebody else
 
     // What came of it.
     QStringList said;
@@ -128,10 +129,11 @@ public:
     QString lastLineThatIsRead; // the reader of the output goes once a line has begun so
 
 private:
+    QList<Claimant> claimants; // of the device, each time that it was taken
     Machine machine()
     {
         Machine machine;
-        machine.readInstalledBundles = [] { return std::vector { testBundle() }; };
+        machine.readInstalledBundles = [this] { return std::vector { bundle }; };
         machine.readDeviceSituation = [this](const auto &, const auto &) { return situation; };
         machine.readToolSituation = [this](const auto &, const auto &) { return toolSituation; };
         machine.findTool = [](const QString &name) -> QString { return u"/tools/"_s + name; };
@@ -139,7 +141,12 @@ private:
         machine.holdDevice = [this](const auto &) {
             auto hold = std::make_shared<int>();
             m_hold = hold;
-            return HeldDevice { [this, hold] { return heldIdentity; }, [this] { return isClaimed; } };
+            return HeldDevice { [this, hold] { return heldIdentity; },
+                [this](Claimant claimant) {
+                    claimants.append(claimant);
+                    return !isClaimed;
+                },
+                [] { return std::vector { 7, 8 }; } };
         };
         machine.announceChange = [this](const QString &device) { announced.append(device); };
         machine.giveToDesktopUser = [this](const QString &path) { given.append(path); };
@@ -170,6 +177,8 @@ class TestVolumeJob : public QObject
 private Q_SLOTS:
     void verification();
     void erase();
+    void deviceIsClaimedForAToolThatDoesNotClaimIt();
+    void nodeThatLeadsElsewhereByNow();
     void placeOutOfReachIsTold();
     void refusalAtTheFirstLook();
     void refusedUnmount();
@@ -248,15 +257,47 @@ void TestVolumeJob::erase()
     QCOMPARE(run.tools.commands.back().arguments, QStringList({ u"-v"_s, u"New"_s, node }));
     QVERIFY(run.isHeld());
     run.tools.run(0);
-    QVERIFY(!run.isHeld());
+    QVERIFY(run.isHeld());
     QCOMPARE(run.announced, QStringList { node });
     QVERIFY(run.requests().empty());
+    QCOMPARE(run.tools.commands.front().descriptors, std::vector({ 7, 8 }));
     run.tellVolume(u"New"_s);
     QVERIFY(run.waitsForMount());
     run.grantMount();
+    QVERIFY(!run.isHeld());
     QCOMPARE(run.exits, only(ExitCode::Success));
     QCOMPARE(run.given, QStringList { mountPoint });
     QCOMPARE(run.said.constLast(), u"Finished erase on disk2s1"_s);
+}
+
+void TestVolumeJob::deviceIsClaimedForAToolThatDoesNotClaimIt()
+{
+    for (const auto operation : { Operation::Erase, Operation::Verify, Operation::Repair }) {
+        Run run(operation);
+        Personality &personality = run.bundle.personalities.front();
+        for (auto *tool : { &personality.format, &personality.verification, &personality.repair })
+            (*tool)->claimant = Claimant::ThisProcess;
+        run.start();
+        if (operation == Operation::Erase) {
+            QCOMPARE(run.claimants, QList { Claimant::Program });
+            run.tools.run(0);
+        }
+        QCOMPARE(run.claimants.constLast(), Claimant::ThisProcess);
+        QVERIFY(run.isHeld());
+        run.tools.run(0);
+        QVERIFY(!run.isHeld());
+    }
+}
+
+// The device is held, and the node is what the tool is given.
+void TestVolumeJob::nodeThatLeadsElsewhereByNow()
+{
+    Run run(Operation::Erase);
+    run.start();
+    run.identity->diskSequence = 3;
+    run.tools.run(0);
+    QCOMPARE(run.programs(), QStringList { u"wipefs"_s });
+    QCOMPARE(run.exits, only(ExitCode::ToolFailed));
 }
 
 void TestVolumeJob::placeOutOfReachIsTold()

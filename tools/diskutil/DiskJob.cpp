@@ -110,10 +110,11 @@ void DiskJob::beginTable()
 
 void DiskJob::claim()
 {
-    m_device = m_environment.machine.holdDevice(m_plan.disk.deviceNode);
+    if (!m_device)
+        m_device = m_environment.machine.holdDevice(m_plan.disk.deviceNode);
     const std::vector<Medium> media = m_environment.media.media();
     auto refusal = refusalOfDiskHandOver(m_plan, *m_device, media, m_environment.machine);
-    if (!refusal && m_device->isClaimed()) {
+    if (!refusal && !takeAll()) {
         if (!m_deadline.hasExpired()) {
             m_phaseTimer.start(m_environment.limits.claimStep);
             return;
@@ -134,7 +135,30 @@ void DiskJob::claim()
 void DiskJob::runNextCommand()
 {
     enter(Phase::Running);
-    const ToolCommand command = m_plan.commands.front();
+// A run on a partition has locked the partition, not the disk: udev does not look at a disk that is locked.
+bool DiskJob::takeAll()
+{
+    m_parts.clear();
+    for (const QString &node : std::as_const(m_plan.formerNodes)) {
+        m_parts.push_back(m_environment.machine.holdDevice(node));
+        if (!m_parts.back().take(Claimant::Program))
+            return false;
+    }
+    return m_device->take(Claimant::Program);
+}
+
+void DiskJob::release()
+{
+    m_parts.clear();
+    m_device.reset();
+}
+
+    ToolCommand command = m_plan.commands.front();
+    command.descriptors = m_device->descriptors();
+    for (const HeldDevice &part : m_parts) {
+        const std::vector<int> descriptors = part.descriptors();
+        command.descriptors.insert(command.descriptors.end(), descriptors.begin(), descriptors.end());
+    }
     m_plan.commands.pop_front();
     systemLog(u"diskutil runs: %1"_s.arg(commandText(command)));
     m_environment.tools.start(command);
@@ -159,7 +183,7 @@ void DiskJob::commandEnded(const ToolEnd &end)
 void DiskJob::awaitPartition()
 {
     enter(Phase::AwaitingPartition);
-    m_device.reset();
+    release();
     Q_EMIT said(u"Waiting for %1"_s.arg(m_plan.volumeBsdName));
     m_deadline.setRemainingTime(m_environment.limits.newVolume);
     lookForPartition();
@@ -231,7 +255,7 @@ void DiskJob::failTable(const QString &reason)
 // Mounts what was unmounted, as far as nothing has been written.
 void DiskJob::restoreNext()
 {
-    m_device.reset();
+    release();
     if (m_toRestore.empty() || m_hasRun) {
         finish();
         return;
@@ -277,7 +301,7 @@ void DiskJob::mediumChanged(const DADiskRef &disk)
 void DiskJob::finish()
 {
     enter(Phase::Ended);
-    m_device.reset();
+    release();
     if (m_outcome == ExitCode::Success)
         Q_EMIT said(u"Finished erase on %1"_s.arg(m_plan.disk.bsdName));
     else if (isInterrupted())

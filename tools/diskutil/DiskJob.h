@@ -43,6 +43,8 @@ private:
     void makeVolume();
     void volumeMade(ExitCode code);
     void abandon(ExitCode code, const QString &complaint); // before anything was written
+    bool takeAll();
+    void release();
     void failTable(const QString &reason); // after it
     void restoreNext();
     void finish();
@@ -58,6 +60,7 @@ private:
     QTimer m_phaseTimer; // ends the phase, or one step of it
     QDeadlineTimer m_deadline; // of Claiming and AwaitingPartition
     std::optional<HeldDevice> m_device; // from the last look to the end of the table
+    std::vector<HeldDevice> m_parts; // its partitions, as long
     std::deque<Medium> m_toUnmount;
     std::deque<Medium> m_toRestore;
     bool m_hasRun = false; // the first command

@@ -38,6 +38,10 @@ std::optional<Refusal> planTools(JobPlan &plan, const CommandLine &line, const M
 // Why there is nothing to be done with an argument that names no medium.
 Refusal refusalOfUnknownDevice(const QString &device);
 
+// Whether the device that is held is the medium with this identity, and the node still leads to it.
+bool isSameMedium(const std::optional<DeviceIdentity> &identity, const QString &deviceNode,
+    const HeldDevice &device, const Machine &machine);
+
 // Why the medium, which is held, cannot be handed to the next command. Since the first look it may have been
 // pulled and its node given to another, it may have been mounted, and the bundle may have been changed.
 std::optional<Refusal> refusalOfHandOver(

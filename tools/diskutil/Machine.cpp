@@ -166,7 +166,9 @@ bool isOtherFile(const QString &argument)
 HeldDevice holdDevice(const QString &deviceNode)
 {
     const auto device = std::make_shared<OpenDevice>(deviceNode);
-    return { [device] { return device->identity(); }, [device] { return device->isClaimed(); } };
+    return { [device] { return device->identity(); },
+        [device](Claimant claimant) { return device->take(claimant); },
+        [device] { return device->descriptors(); } };
 }
 
 void giveToDesktopUser(const QString &mountPoint)

@@ -51,8 +51,11 @@ struct HeldDevice
     // Of the device itself, wherever its node leads by now. Returns std::nullopt when it could not be opened.
     std::function<std::optional<DeviceIdentity>()> identity;
 
-    // Whether anything else has claimed it, a part of it or the disk that it is on.
-    std::function<bool()> isClaimed;
+    // Locks it, and claims it where the program does not. Returns false when somebody else has it.
+    std::function<bool(Claimant claimant)> take;
+
+    // What a program inherits so that lock and claim live as long as it does.
+    std::function<std::vector<int>()> descriptors;
 };
 
 HeldDevice holdDevice(const QString &deviceNode);

@@ -127,9 +127,10 @@ void VolumeJob::claimForNextCommand()
 
 void VolumeJob::claim()
 {
-    m_device = m_environment.machine.holdDevice(m_plan.medium.deviceNode);
+    if (!m_device)
+        m_device = m_environment.machine.holdDevice(m_plan.medium.deviceNode);
     auto refusal = refusalOfHandOver(m_plan, *m_device, m_environment.media.media(), m_environment.machine);
-    if (!refusal && m_device->isClaimed()) {
+    if (!refusal && !m_device->take(m_plan.commands.front().claimant)) {
         if (!m_deadline.hasExpired()) {
             m_phaseTimer.start(m_environment.limits.claimStep);
             return;
@@ -148,7 +149,8 @@ void VolumeJob::claim()
 void VolumeJob::runNextCommand()
 {
     enter(Phase::Running);
-    const ToolCommand command = m_plan.commands.front();
+    ToolCommand command = m_plan.commands.front();
+    command.descriptors = m_device->descriptors();
     m_plan.commands.pop_front();
     systemLog(u"diskutil runs: %1"_s.arg(commandText(command)));
     m_environment.tools.start(command);
@@ -156,11 +158,8 @@ void VolumeJob::runNextCommand()
 
 void VolumeJob::commandStarted()
 {
-    if (m_phase != Phase::Running)
-        return;
-    m_hasRun = true;
-    // The command holds the device now. A second hold could outlast it, and keep a pulled disk from going.
-    m_device.reset();
+    if (m_phase == Phase::Running)
+        m_hasRun = true;
 }
 
 void VolumeJob::commandEnded(const ToolEnd &end)

@@ -95,7 +95,7 @@ private:
     Phase m_phase = Phase::Preparing;
     QTimer m_phaseTimer; // ends the phase, or one step of it
     QDeadlineTimer m_deadline; // of Claiming; of AwaitingVolume, mounts that are tried meanwhile included
-    std::optional<HeldDevice> m_device; // from the last look to the start of a command
+    std::optional<HeldDevice> m_device; // from the last look before the first command to the end of the last
 
     bool m_isUnmounted = false; // by this job
     bool m_hasRun = false; // at least one command
