@@ -16,7 +16,7 @@
 struct DeviceUse
 {
     QStringList mountPoints; // as this process sees them
-    QStringList holders; // kernel names of devices that are made from this one, such as dm-0
+    QStringList holders; // kernel names of devices that are made from this one, such as dm-0 or loop3
     bool isSwap = false;
 };
 

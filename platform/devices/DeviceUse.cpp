@@ -27,6 +27,20 @@ quint64 sysfsNumber(const QByteArray &path)
     return sysfsText(path).toULongLong();
 }
 
+// The kernel opens what a loop device stands on like any reader, so that it is nobody's holder.
+QStringList loopDevicesOn(dev_t device, const SystemRoot &system)
+{
+    QStringList names;
+    const QDir folder(QFile::decodeName(system.folder + "/sys/block"));
+    for (const QString &name : folder.entryList({ u"loop*"_s }, QDir::AllEntries)) {
+        const QByteArray backing
+            = sysfsText(QFile::encodeName(folder.filePath(name + u"/loop/backing_file"_s)));
+        if (!backing.isEmpty() && blockDeviceNumber(backing, system) == device)
+            names.append(name);
+    }
+    return names;
+}
+
 // Leads to the open device, even when its node leads to another one by now.
 QString descriptorPath(const FileDescriptor &file)
 {
@@ -47,6 +61,7 @@ DeviceUse readDeviceUse(const QString &deviceNode, const SystemRoot &system)
     }
     use.holders
         = QDir(folderOf(device, system) + u"/holders"_s).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
+    use.holders += loopDevicesOn(*device, system);
     const std::vector<SwapSpace> spaces = readSwapSpaces(system);
     use.isSwap = std::any_of(spaces.begin(), spaces.end(),
         [&](const SwapSpace &space) { return !space.isFile && space.device == *device; });

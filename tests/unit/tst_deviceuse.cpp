@@ -26,6 +26,7 @@ private Q_SLOTS:
     void filesystemOverSeveralDevicesIsKnownByItsSource();
     void filesystemWithoutADeviceUsesNone();
     void holders();
+    void loopDeviceOnTheDevice();
     void swapPartition();
     void swapPartitionWithABlankInItsName();
     void swapFileIsNoUseOfTheDevice();
@@ -121,6 +122,17 @@ void TestDeviceUse::holders()
     QCOMPARE(use(u"sda1"_s).holders, QStringList(u"dm-0"_s));
     QCOMPARE(use(u"sda"_s).holders, QStringList());
     QCOMPARE(use(u"dm-0"_s).holders, QStringList());
+}
+
+void TestDeviceUse::loopDeviceOnTheDevice()
+{
+    m_system->write("/sys/block/loop0/loop/backing_file", "/home/image\n");
+    m_system->write("/sys/block/loop3/loop/backing_file", "/dev/disk/by-label/A\n");
+    m_system->write("/sys/block/loop4/size", "0\n");
+    m_system->addFile("/home/image", makedev(8, 1));
+    m_system->addNode("/dev/disk/by-label/A", makedev(8, 1));
+    QCOMPARE(use(u"sda1"_s).holders, QStringList(u"loop3"_s));
+    QCOMPARE(use(u"sda"_s).holders, QStringList());
 }
 
 void TestDeviceUse::swapPartition()
