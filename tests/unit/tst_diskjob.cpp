@@ -130,6 +130,7 @@ private:
             return std::vector { bundle };
         };
         machine.readDeviceSituation = [this](const auto &, const auto &) { return situation; };
+        machine.inhibitShutdown = [](const auto &) { return std::make_shared<int>(); };
         machine.readDiskSituation = [this](const Medium &whole, const std::vector<Medium> &media) {
             std::vector<PartSituation> parts;
             for (const Medium &medium : media) {

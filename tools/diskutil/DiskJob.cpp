@@ -132,9 +132,6 @@ void DiskJob::claim()
         runNextCommand();
 }
 
-void DiskJob::runNextCommand()
-{
-    enter(Phase::Running);
 // A run on a partition has locked the partition, not the disk: udev does not look at a disk that is locked.
 bool DiskJob::takeAll()
 {
@@ -156,6 +153,9 @@ void DiskJob::release()
     ToolCommand command = m_plan.commands.front();
     command.descriptors = m_device->descriptors();
     for (const HeldDevice &part : m_parts) {
+void DiskJob::runNextCommand()
+{
+    enter(Phase::Running);
         const std::vector<int> descriptors = part.descriptors();
         command.descriptors.insert(command.descriptors.end(), descriptors.begin(), descriptors.end());
     }
@@ -163,6 +163,8 @@ void DiskJob::release()
     systemLog(u"diskutil runs: %1"_s.arg(commandText(command)));
     m_environment.tools.start(command);
 }
+    if (!m_inhibition)
+        m_inhibition = m_environment.machine.inhibitShutdown(u"A disk is being erased"_s);
 
 // A table that has been begun is completed, also when the job has been told to stop meanwhile: it takes no
 // second, and leaves a disk that can be read.
@@ -301,6 +303,12 @@ void DiskJob::mediumChanged(const DADiskRef &disk)
 void DiskJob::finish()
 {
     enter(Phase::Ended);
+void DiskJob::loseReader(const QString &reason)
+{
+    if (!m_hasRun && m_phase != Phase::Running)
+        interrupt(reason);
+}
+
     release();
     if (m_outcome == ExitCode::Success)
         Q_EMIT said(u"Finished erase on %1"_s.arg(m_plan.disk.bsdName));
@@ -310,3 +318,4 @@ void DiskJob::finish()
         m_environment.machine.announceChange(m_plan.disk.deviceNode);
     Q_EMIT finished(m_outcome);
 }
+    m_inhibition.reset();

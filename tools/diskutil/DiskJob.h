@@ -16,6 +16,7 @@ public:
 
     void start() override;
     void interrupt(const QString &reason) override;
+    void loseReader(const QString &reason) override;
     void mediumChanged(const DADiskRef &disk) override;
 
 private:
@@ -36,6 +37,8 @@ private:
     void unmountAnswered(const DADissenterRef &dissenter);
     void beginTable();
     void claim();
+    bool takeAll();
+    void release();
     void runNextCommand();
     void commandEnded(const ToolEnd &end);
     void awaitPartition();
@@ -43,8 +46,6 @@ private:
     void makeVolume();
     void volumeMade(ExitCode code);
     void abandon(ExitCode code, const QString &complaint); // before anything was written
-    bool takeAll();
-    void release();
     void failTable(const QString &reason); // after it
     void restoreNext();
     void finish();
@@ -63,6 +64,7 @@ private:
     std::vector<HeldDevice> m_parts; // its partitions, as long
     std::deque<Medium> m_toUnmount;
     std::deque<Medium> m_toRestore;
+    std::shared_ptr<void> m_inhibition; // of shutdown and sleep, once a command has written
     bool m_hasRun = false; // the first command
     ExitCode m_outcome = ExitCode::Success;
     std::unique_ptr<VolumeJob> m_volumeJob;

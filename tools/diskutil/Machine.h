@@ -6,6 +6,7 @@
 #include "platform/DesktopUserMount.h"
 #include "platform/DeviceUse.h"
 #include "platform/KernelPartitions.h"
+#include "platform/ShutdownInhibition.h"
 #include "tools/diskutil/preflight_rules.h"
 
 #include <functional>
@@ -81,6 +82,7 @@ struct Machine
     std::function<bool(const QString &diskNode)> takesPartitions = &::takesPartitions;
     std::function<bool(const QString &diskNode, qint64 start, qint64 size)> makeOnlyPartition
         = &::makeOnlyPartition;
+    std::function<std::shared_ptr<void>(const QString &reason)> inhibitShutdown = &::inhibitShutdown;
     std::function<void(const QString &mountPoint)> giveToDesktopUser = &::giveToDesktopUser;
     std::function<void(const QString &path, QObject *context, std::function<void(bool isOpen)> done)>
         findFolderAccess = &::findFolderAccess;

@@ -152,6 +152,10 @@ void VolumeJob::runNextCommand()
     ToolCommand command = m_plan.commands.front();
     command.descriptors = m_device->descriptors();
     m_plan.commands.pop_front();
+    if (m_operation != Operation::Verify && !m_inhibition)
+        m_inhibition = m_environment.machine.inhibitShutdown(m_operation == Operation::Erase
+                ? u"A volume is being erased"_s
+                : u"A volume is being repaired"_s);
     systemLog(u"diskutil runs: %1"_s.arg(commandText(command)));
     m_environment.tools.start(command);
 }
@@ -220,10 +224,18 @@ void VolumeJob::interrupt(const QString &reason)
     }
 }
 
+void VolumeJob::loseReader(const QString &reason)
+{
+    const bool writes = m_operation != Operation::Verify && (m_hasRun || m_phase == Phase::Running);
+    if (!writes)
+        interrupt(reason);
+}
+
 // Called when no command is running, and none is to be run.
 void VolumeJob::conclude()
 {
     m_device.reset();
+    m_inhibition.reset();
     if (isInterrupted())
         Q_EMIT complained(
             u"the %1 on %2 was stopped"_s.arg(operationText(), m_plan.medium.bsdName) + lossText());
