@@ -31,6 +31,12 @@ private:
         Ended,
     };
 
+    struct Unmounted
+    {
+        Medium medium;
+        std::optional<VolumeMount> formerMount;
+    };
+
     void enter(Phase phase);
     void phaseTimedOut();
     void unmountNext();
@@ -62,8 +68,8 @@ private:
     QDeadlineTimer m_deadline; // of Claiming and AwaitingPartition
     std::optional<HeldDevice> m_device; // from the last look to the end of the table
     std::vector<HeldDevice> m_parts; // its partitions, as long
-    std::deque<Medium> m_toUnmount;
-    std::deque<Medium> m_toRestore;
+    std::deque<Unmounted> m_toUnmount;
+    std::deque<Unmounted> m_toRestore;
     std::shared_ptr<void> m_inhibition; // of shutdown and sleep, once a command has written
     bool m_hasRun = false; // the first command
     ExitCode m_outcome = ExitCode::Success;

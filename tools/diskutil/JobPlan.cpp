@@ -82,9 +82,21 @@ std::variant<JobPlan, Refusal> planJob(
     if (auto refusal
         = PreflightRules::refusalOfDevice(operation, *medium, machine.readDeviceSituation(*medium, media)))
         return *refusal;
+    const std::vector<VolumeMount> mounts = machine.readVolumeMounts(medium->deviceNode);
+    if (operation != Operation::Erase) {
+        if (auto refusal = PreflightRules::refusalOfMounts(*medium, mounts, machine.invokingUser()))
+            return *refusal;
+    }
+    plan.formerMount = formerMount(mounts);
     if (auto refusal = planTools(plan, line, machine))
         return *refusal;
     return plan;
+}
+
+std::optional<VolumeMount> formerMount(const std::vector<VolumeMount> &mounts)
+{
+    const bool canBeMadeAgain = mounts.size() == 1 && mounts.front().isServices;
+    return canBeMadeAgain ? std::optional(mounts.front()) : std::nullopt;
 }
 
 bool isSameMedium(const std::optional<DeviceIdentity> &identity, const QString &deviceNode,

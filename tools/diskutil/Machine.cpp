@@ -171,6 +171,12 @@ HeldDevice holdDevice(const QString &deviceNode)
         [device] { return device->descriptors(); } };
 }
 
+QString invokingUserName()
+{
+    const std::optional<DesktopUser> user = desktopUser();
+    return user ? user->name : QString();
+}
+
 void giveToDesktopUser(const QString &mountPoint)
 {
     giveMountedVolume(mountPoint, desktopUser());

@@ -7,6 +7,7 @@
 #include "platform/DeviceUse.h"
 #include "platform/KernelPartitions.h"
 #include "platform/ShutdownInhibition.h"
+#include "platform/VolumeMount.h"
 #include "tools/diskutil/preflight_rules.h"
 
 #include <functional>
@@ -61,6 +62,9 @@ struct HeldDevice
 
 HeldDevice holdDevice(const QString &deviceNode);
 
+// The name of the user at whose wish this process runs as root; empty when there is none.
+QString invokingUserName();
+
 // Makes a new volume the desktop user's. Does nothing when there is no such user.
 void giveToDesktopUser(const QString &mountPoint);
 
@@ -82,6 +86,9 @@ struct Machine
     std::function<bool(const QString &diskNode)> takesPartitions = &::takesPartitions;
     std::function<bool(const QString &diskNode, qint64 start, qint64 size)> makeOnlyPartition
         = &::makeOnlyPartition;
+    std::function<std::vector<VolumeMount>(const QString &deviceNode)> readVolumeMounts
+        = [](const QString &deviceNode) { return ::readVolumeMounts(deviceNode); };
+    std::function<QString()> invokingUser = &::invokingUserName; // empty when root itself has started this
     std::function<std::shared_ptr<void>(const QString &reason)> inhibitShutdown = &::inhibitShutdown;
     std::function<void(const QString &mountPoint)> giveToDesktopUser = &::giveToDesktopUser;
     std::function<void(const QString &path, QObject *context, std::function<void(bool isOpen)> done)>

@@ -272,8 +272,13 @@ void VolumeJob::mount()
     if (isInterrupted())
         m_phaseTimer.start(m_environment.limits.interruptedService);
     Q_EMIT said(u"Mounting %1"_s.arg(m_plan.medium.bsdName));
-    m_environment.session.mount(m_plan.disk, kDADiskMountOptionDefault,
-        [this](const DADiskRef &, const DADissenterRef &dissenter) { mountAnswered(dissenter); });
+    const auto answered
+        = [this](const DADiskRef &, const DADissenterRef &dissenter) { mountAnswered(dissenter); };
+    if (m_plan.formerMount && !isOldVolumeLost())
+        m_environment.session.mountAgain(
+            m_plan.disk, m_plan.formerMount->user, m_plan.formerMount->options, answered);
+    else
+        m_environment.session.mount(m_plan.disk, kDADiskMountOptionDefault, answered);
 }
 
 void VolumeJob::mountAnswered(const DADissenterRef &dissenter)
