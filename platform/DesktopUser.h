@@ -44,6 +44,9 @@ private:
 // Returns std::nullopt when this process runs with its user's own rights.
 std::optional<DesktopUser> desktopUser();
 
+// The user of this name. Returns std::nullopt when there is none.
+std::optional<DesktopUser> userNamed(const QString &name);
+
 // Starts a program as this user, or as this process's own where there is none; it has no input, and its
 // output is lost. Runs done once, with whether it could be started and ended with 0, unless the context goes
 // first: then the program is ended. The thread of the context.

@@ -31,7 +31,7 @@ struct UserMountAnswer
 // done later, once, unless the context goes first. The thread of the context. Only UDisks2 before 2.10 needs
 // this, which is last in Debian 12.
 void mountForDesktopUser(const DesktopUser &user, const QString &objectPath, QObject *context,
-    std::function<void(const UserMountAnswer &)> done);
+    std::function<void(const UserMountAnswer &)> done, const QStringList &options = {});
 
 // Finds out whether the user at the desktop, or the user of this process where there is none, may look into
 // the folder; a folder that is not there any more counts as open. Runs done later, once, unless the context

@@ -11,6 +11,7 @@
 #include <QStringList>
 
 #include <optional>
+#include <vector>
 
 struct DeviceUse
 {
@@ -41,6 +42,9 @@ struct DeviceIdentity
 // Returns std::nullopt when the node leads to no block device.
 std::optional<DeviceIdentity> readDeviceIdentity(const QString &deviceNode, const SystemRoot &system = {});
 
+// Who claims a device for the time that a program works on it: the program, or the process that starts it.
+enum class Claimant { Program, ThisProcess };
+
 // A block device that is held open for reading. While it is held, its number is given to no other medium.
 class OpenDevice
 {
@@ -52,12 +56,19 @@ public:
     // when the device could not be opened.
     std::optional<DeviceIdentity> identity() const;
 
-    // Whether something on the machine has claimed the device, a part of it or the disk that it is on: a
-    // mount in any namespace, a device made from it, swap space, a program that is at work on it.
-    bool isClaimed() const;
+    // Locks the device (flock) as long as this object, or a program that has inherited its descriptors, is
+    // there; with ThisProcess, it is claimed as well. Returns false when somebody else has the lock, or has
+    // claimed the device, a part of it or the disk that it is on: a mount in any namespace, a device made
+    // from it, swap space, a program that is at work on it. May be called again, also with the other
+    // claimant.
+    bool take(Claimant claimant);
+
+    // What a program inherits so that lock and claim live as long as it does.
+    std::vector<int> descriptors() const;
 
 private:
-    FileDescriptor m_device;
+    FileDescriptor m_device; // has the lock
+    FileDescriptor m_claim;
 };
 
 // Makes udev look at the device again. It looks by itself when a writer closes the device, but misses a

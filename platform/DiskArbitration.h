@@ -189,6 +189,12 @@ public:
     // medium, what can be read of it is mounted; the passphrase is asked for if it is locked.
     virtual void mount(const DADiskRef &disk, quint32 options, DADiskCompletion completion) = 0;
 
+    // Mounts the volume as it was: for the same user, which is nobody else's to have, and with these options.
+    // With an empty user, the service decides.
+    virtual void mountAgain(
+        const DADiskRef &disk, const QString &user, const QStringList &options, DADiskCompletion completion)
+        = 0;
+
     // What is unlocked on the encrypted medium; null when nothing is.
     virtual DADiskRef unlockedDisk(const DADiskRef &disk) const = 0;
 

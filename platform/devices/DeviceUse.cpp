@@ -13,6 +13,7 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <linux/major.h>
+#include <sys/file.h>
 #include <sys/sysmacros.h>
 #include <vector>
 
@@ -159,11 +160,27 @@ std::optional<DeviceIdentity> OpenDevice::identity() const
     return m_device.isOpen() ? readDeviceIdentity(descriptorPath(m_device)) : std::nullopt;
 }
 
-bool OpenDevice::isClaimed() const
+bool OpenDevice::take(Claimant claimant)
 {
-    const FileDescriptor claim(
+    if (flock(m_device.number(), LOCK_EX | LOCK_NB) != 0)
+        return false;
+    m_claim = {};
+    m_claim = FileDescriptor(
         open(QFile::encodeName(descriptorPath(m_device)).constData(), O_RDONLY | O_CLOEXEC | O_EXCL));
-    return !claim.isOpen() && errno == EBUSY;
+    if (claimant == Claimant::ThisProcess || !m_claim.isOpen())
+        return m_claim.isOpen();
+    m_claim = {};
+    return true;
+}
+
+std::vector<int> OpenDevice::descriptors() const
+{
+    std::vector<int> numbers;
+    for (const FileDescriptor *descriptor : { &m_device, &m_claim }) {
+        if (descriptor->isOpen())
+            numbers.push_back(descriptor->number());
+    }
+    return numbers;
 }
 
 void announceChange(const QString &deviceNode)

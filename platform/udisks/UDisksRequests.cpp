@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <unistd.h>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -78,6 +79,33 @@ void UDisksRequests::mount(const QString &path, Completion completion)
             else
                 readMountPoints(path, [completion, dissenter](bool) { completion(dissenter); });
         });
+}
+
+void UDisksRequests::mountAgain(
+    const QString &path, const QString &user, const QStringList &options, Completion completion)
+{
+    const std::optional<DesktopUser> owner = userNamed(user);
+    if (!user.isEmpty() && !owner) {
+        answerLater(std::move(completion), DAReturn::NotFound, u"There is no user %1."_s.arg(user));
+        return;
+    }
+    const bool isCallers = !owner || owner->user == geteuid();
+    auto request = mountOptions(isCallers ? std::nullopt : owner,
+        m_bus.store().text(UDisks::managerPath, UDisks::manager, "Version"));
+    if (request) {
+        if (!options.isEmpty())
+            request->insert(u"options"_s, options.join(u','));
+        callMount(path, *request, std::move(completion));
+        return;
+    }
+    mountForDesktopUser(
+        *owner, path, &m_bus,
+        [this, path, completion = std::move(completion)](const UserMountAnswer &answer) {
+            const DADissenterRef dissenter
+                = answer.isMounted ? nullptr : dissenterFromBusError(answer.errorName, answer.message);
+            readMountPoints(path, [completion, dissenter](bool) { completion(dissenter); });
+        },
+        options);
 }
 
 void UDisksRequests::mountReadable(const QString &path, Completion completion)

@@ -38,6 +38,11 @@ public:
     // mounted; mounted already counts as done.
     void mount(const QString &path, Completion completion);
 
+    // Mounts the volume as it was, for this user and with these options; for nobody else when that is
+    // refused. With an empty user, the service decides.
+    void mountAgain(
+        const QString &path, const QString &user, const QStringList &options, Completion completion);
+
     // Whether the device has to be unlocked before it can be mounted.
     bool isLocked(const QString &path) const;
 

@@ -139,6 +139,14 @@ public:
             m_requests.mount(path, bound(disk, std::move(completion)));
     }
 
+    void mountAgain(const DADiskRef &disk, const QString &user, const QStringList &options,
+        DADiskCompletion completion) override
+    {
+        const QString path = presentPath(disk, completion);
+        if (!path.isEmpty())
+            m_requests.mountAgain(path, user, options, bound(disk, std::move(completion)));
+    }
+
     DADiskRef unlockedDisk(const DADiskRef &disk) const override
     {
         const auto known = std::dynamic_pointer_cast<UDisksDisk>(disk);

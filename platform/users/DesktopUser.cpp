@@ -45,6 +45,12 @@ std::vector<gid_t> groupsOf(const char *name, gid_t group)
     return groups;
 }
 
+DesktopUser describe(const passwd &entry)
+{
+    return { entry.pw_uid, entry.pw_gid, groupsOf(entry.pw_name, entry.pw_gid),
+        QFile::decodeName(entry.pw_name), QFile::decodeName(entry.pw_dir) };
+}
+
 // A process that is not started yet and deletes itself when it has ended.
 QProcess *makeProcess(
     const std::optional<DesktopUser> &user, QObject *context, std::function<void(const ProgramEnd &end)> done)
@@ -127,8 +133,16 @@ std::optional<DesktopUser> desktopUser()
     getpwuid_r(*invoking, &entry, buffer.data(), buffer.size(), &found);
     if (!found)
         return std::nullopt;
-    return DesktopUser { found->pw_uid, found->pw_gid, groupsOf(found->pw_name, found->pw_gid),
-        QFile::decodeName(found->pw_name), QFile::decodeName(found->pw_dir) };
+    return describe(*found);
+}
+
+std::optional<DesktopUser> userNamed(const QString &name)
+{
+    std::vector<char> buffer(entrySize);
+    passwd entry = {};
+    passwd *found = nullptr;
+    getpwnam_r(QFile::encodeName(name).constData(), &entry, buffer.data(), buffer.size(), &found);
+    return found ? std::optional(describe(*found)) : std::nullopt;
 }
 
 void startProgram(const std::optional<DesktopUser> &user, const QString &program,

@@ -64,10 +64,12 @@ std::optional<QVariantMap> mountOptions(const std::optional<DesktopUser> &user, 
 // The service mounts for the user at the other end of the connection, so a process of that user has to ask:
 // the service's own command-line client. It has no terminal, where it would ask for the password itself.
 void mountForDesktopUser(const DesktopUser &user, const QString &objectPath, QObject *context,
-    std::function<void(const UserMountAnswer &)> done)
+    std::function<void(const UserMountAnswer &)> done, const QStringList &options)
 {
-    startProgramForErrors(user, u"setsid"_s,
-        { u"udisksctl"_s, u"mount"_s, u"--object-path"_s, objectPath.mid(rootPath.size()) }, context,
+    QStringList arguments { u"udisksctl"_s, u"mount"_s, u"--object-path"_s, objectPath.mid(rootPath.size()) };
+    if (!options.isEmpty())
+        arguments += { u"--options"_s, options.join(u',') };
+    startProgramForErrors(user, u"setsid"_s, arguments, context,
         [done = std::move(done)](const ProgramEnd &end) { done(answerOf(end)); });
 }
 

@@ -23,6 +23,12 @@ public:
     {
         enqueue({ MemoryDiskService::RequestKind::Mount, disk, options, {}, std::move(completion) });
     }
+    void mountAgain(const DADiskRef &disk, const QString &user, const QStringList &options,
+        DADiskCompletion completion) override
+    {
+        enqueue({ MemoryDiskService::RequestKind::MountAgain, disk, kDADiskMountOptionDefault, user,
+            std::move(completion), options });
+    }
     void unmount(const DADiskRef &disk, quint32 options, DADiskCompletion completion) override
     {
         enqueue({ MemoryDiskService::RequestKind::Unmount, disk, options, {}, std::move(completion) });

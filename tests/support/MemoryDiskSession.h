@@ -39,15 +39,16 @@ class MemoryDiskSession;
 class MemoryDiskService
 {
 public:
-    enum class RequestKind { Mount, Unmount, Lock, Eject, Rename };
+    enum class RequestKind { Mount, MountAgain, Unmount, Lock, Eject, Rename };
 
     struct Request
     {
         RequestKind kind = RequestKind::Mount;
         DADiskRef disk;
         quint32 options = 0;
-        QString name; // the new name of a rename
+        QString name; // the new name of a rename, or the user of a mount like the one before
         DADiskCompletion completion;
+        QStringList mountOptions = {}; // of a mount like the one before
     };
 
     // Makes the session of this service; the service outlives it.

@@ -2,6 +2,7 @@
 """What someone who means harm could try with diskutil as root: names, device paths, what the caller leaves behind,
 bundles and devices that change between the look and the run. A second disk stands by, and stays as it is."""
 
+import errno
 import fcntl
 import os
 import select
@@ -29,6 +30,7 @@ WITNESS = """while read -r name signals; do case $name in Sig[IB]*) echo "$name 
 echo "arguments:$*"
 env | sort | sed 's/^/env:/'
 for fd in 0 1 2 3 4 5 6 7 8 9 11 12 13 14 15 16 17 18 19; do [ ! -e "/proc/$$/fd/$fd" ] || echo "fd:$fd"; done
+for fd in /proc/$$/fd/*; do [ "${fd##*/}" -lt 20 ] || echo "held:$(readlink "$fd")"; done
 [ /proc/$$/fd/0 -ef /dev/null ] && echo "input:empty"
 echo "mask:$(umask)"
 echo "folder:$PWD"
@@ -112,6 +114,29 @@ class Attacks(DiskutilCase):
         claim = os.open(self.node, os.O_RDONLY | os.O_EXCL)
         self.addCleanup(os.close, claim)
         self.assert_refused(case.IN_USE, "is in use", "eraseVolume", "ext4", "Name", self.node)
+
+    def test_a_device_that_a_tool_works_on_without_a_claim(self):
+        """fsck.fat opens the device as any reader may, and writes at its end what it read at its beginning."""
+        self.make_volume("MS-DOS FAT16", "VOLUME")
+        fifo = f"{self.folder}/fifo"
+        os.mkfifo(fifo)
+        self.put_over(shutil.which("fsck.fat"), "#!/bin/sh\n"
+                      f'for node in "$@"; do :; done\nexec 3<>"$node"\necho ready\nread -r line <"{fifo}"\n')
+        for verb in ["verifyVolume", "repairVolume"]:
+            with self.subTest(verb), subprocess.Popen([DISKUTIL, verb, self.node], stdout=subprocess.PIPE) as process:
+                while process.stdout.readline() not in (b"ready\n", b""):
+                    pass
+                with self.assertRaises(OSError) as mount:
+                    os.open(self.node, os.O_RDONLY | os.O_EXCL)  # as a mount does
+                self.assertEqual(mount.exception.errno, errno.EBUSY)
+                self.assertNotEqual(subprocess.run(["flock", "--nonblock", self.node, "true"]).returncode, 0)
+                for arguments in VERBS[1:]:
+                    self.assert_refused(case.IN_USE, "is in use", *arguments, self.node)
+                self.assert_refused(case.IN_USE, "is in use", "eraseDisk", "ext4", "Name", self.disk.node)
+                with open(fifo, "w") as go:
+                    go.write("\n")
+                process.communicate(timeout=LIMIT)
+                self.assertEqual(process.returncode, case.SUCCESS)
 
     def start_and_hold(self, arguments):
         """Starts diskutil on a device that is held, so that it has looked at everything and waits."""
@@ -267,6 +292,8 @@ class Attacks(DiskutilCase):
         self.assertIn("env:PATH=/usr/sbin:/usr/bin:/sbin:/bin", lines)
         # The shell has its script open as the tenth.
         self.assertEqual([line for line in lines if line.startswith("fd:")], ["fd:0", "fd:1", "fd:2"])
+        # The lock on the device lives as long as the tool.
+        self.assertEqual([line for line in lines if line.startswith("held:")], [f"held:{self.node}"])
         self.assertIn("input:empty", lines)
         self.assertEqual([line for line in lines if line.startswith("Sig")],
                          ["SigBlk: 0000000000000000", "SigIgn: 0000000000000000"])

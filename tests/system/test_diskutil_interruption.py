@@ -3,10 +3,13 @@
 ends by itself."""
 
 import os
+import select
 import shutil
 import signal
 import subprocess
 import sys
+import tempfile
+import time
 import unittest
 
 sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "support"))
@@ -55,6 +58,64 @@ class Interruption(DiskutilCase):
         process.stdout.close()
         self.assertEqual(process.wait(LIMIT), case.INTERRUPTED)
         endless_bundle.assert_ended(self, worker)
+
+    def start_repair(self):
+        """A repair that waits for a line in a pipe, prints more than any pipe holds, and leaves a file at its end."""
+        folder = tempfile.mkdtemp(prefix="zorvex-repair.")
+        self.addCleanup(shutil.rmtree, folder)
+        os.mkfifo(f"{folder}/go")
+        self.install_bundle("slow", f"echo ready\nread -r line <'{folder}/go'\nseq 100000\n: >'{folder}/end'\n", "ext2",
+                            FSRepairExecutable="work")
+        process = subprocess.Popen([DISKUTIL, "repairVolume", self.node], stdout=subprocess.PIPE,
+                                   stderr=subprocess.PIPE)
+        self.addCleanup(process.stderr.close)
+        self.addCleanup(process.stdout.close)
+        while process.stdout.readline() not in (b"ready\n", b""):
+            pass
+        return process, folder
+
+    def assert_repair_ends(self, process, folder):
+        with open(f"{folder}/go", "w") as go:
+            go.write("\n")
+        errors = process.communicate(timeout=LIMIT)[1]
+        self.assertEqual(process.returncode, case.SUCCESS, errors)
+        self.assertTrue(os.path.exists(f"{folder}/end"), "the repair was stopped")
+        self.assertEqual(errors, b"")
+
+    def test_a_repair_runs_on_without_a_reader(self):
+        process, folder = self.start_repair()
+        process.stdout.close()
+        process.stdout = None
+        self.assert_repair_ends(process, folder)
+
+    def test_a_repair_runs_on_when_the_terminal_hangs_up(self):
+        process, folder = self.start_repair()
+        process.send_signal(signal.SIGHUP)
+        self.assert_repair_ends(process, folder)
+
+    def test_a_signal_stops_a_repair(self):
+        process, folder = self.start_repair()
+        process.terminate()
+        self.assertEqual(process.wait(LIMIT), case.INTERRUPTED)
+        self.assertFalse(os.path.exists(f"{folder}/end"))
+
+    def test_a_signal_is_heard_while_the_reader_takes_nothing(self):
+        self.install_bundle("talker", "exec yes\n", "ext2")
+        for errors in [subprocess.PIPE, subprocess.STDOUT]:
+            with self.subTest(errors):
+                reader, writer = os.pipe()
+                self.addCleanup(os.close, reader)
+                process = subprocess.Popen([DISKUTIL, "verifyVolume", self.node], stdout=writer, stderr=errors)
+                self.addCleanup(process.kill)
+                deadline = time.monotonic() + LIMIT
+                while select.select([], [writer], [], 0)[1]:
+                    self.assertLess(time.monotonic(), deadline, "the pipe is never full")
+                    os.sched_yield()
+                os.close(writer)
+                process.terminate()
+                self.assertEqual(process.wait(LIMIT), case.INTERRUPTED)
+                if process.stderr:
+                    process.stderr.close()
 
     def test_a_checker_that_does_not_listen_is_killed(self):
         endless_bundle.install(self, "trap '' TERM")

@@ -104,6 +104,15 @@ class Refusals(DiskutilCase):
         self.addCleanup(run, "swapoff", node)
         self.assert_refused(case.SYSTEM_VOLUME, "belongs to the running system", "eraseVolume", "ext4", "Name", node)
 
+    def test_a_loop_device_on_a_partition(self):
+        disk = self.make_disk(20)
+        node = disk.partitions[0]
+        self.erase(disk, node, "ext4", "Below")
+        loop = run("losetup", "--find", "--show", "--read-only", node).strip()
+        self.addCleanup(run, "losetup", "--detach", loop)
+        for arguments in [["verifyVolume"], ["repairVolume"], ["eraseVolume", "ext4", "Name"]]:
+            self.assert_refused(case.IN_USE, f"{os.path.basename(loop)} uses it", *arguments, node, disk=disk)
+
     def test_a_disk_with_a_mounted_partition(self):
         disk = self.make_disk(20, 20)
         node = disk.partitions[1]

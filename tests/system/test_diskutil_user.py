@@ -12,7 +12,7 @@ import unittest
 
 sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "support"))
 import endless_bundle  # noqa: E402
-from diskutil_case import DISKUTIL, ERRORS_FOUND, INTERRUPTED, SUCCESS, DiskutilCase  # noqa: E402
+from diskutil_case import DISKUTIL, ERRORS_FOUND, IN_USE, INTERRUPTED, SUCCESS, DiskutilCase, diskutil  # noqa: E402
 from loop_disk import LIMIT, probe, run  # noqa: E402
 from private_user import PrivateUser  # noqa: E402
 
@@ -25,7 +25,7 @@ AT_THE_MACHINE = """polkit.addRule(function (action, subject) {
         return polkit.Result.YES;
     return polkit.Result.NOT_HANDLED;
 });
-""" % NAME
+"""
 
 
 def service_mounts_for_others():
@@ -51,10 +51,10 @@ class DiskutilOfUser(DiskutilCase):
         self.disk = self.make_disk(64)
         self.node = self.disk.partitions[0]
 
-    def sit_at_the_machine(self):
-        rule = "/etc/polkit-1/rules.d/10-at-the-machine.rules"
+    def sit_at_the_machine(self, name=NAME):
+        rule = f"/etc/polkit-1/rules.d/10-at-the-machine-{name}.rules"
         with open(rule, "w", encoding="utf-8") as file:
-            file.write(AT_THE_MACHINE)
+            file.write(AT_THE_MACHINE % name)
         self.addCleanup(os.unlink, rule)
 
     def erase_as_user(self, file_system, name):
@@ -90,6 +90,36 @@ class DiskutilOfUser(DiskutilCase):
         os.chown(mount_point(self.node), 0, 0)
         self.assert_exit(self.user.run(DISKUTIL, "verifyVolume", self.node), SUCCESS)
         self.assertEqual(os.stat(mount_point(self.node)).st_uid, 0)
+
+    def test_another_users_volume_stays_theirs(self):
+        other = PrivateUser("zvother", 61013)
+        self.sit_at_the_machine(other.name)
+        self.disk.check_ours()
+        run("mkfs.ext4", "-q", "-F", "-L", "Others", self.node)
+        run("udevadm", "trigger", "--settle", self.node)
+        self.service.wait("the volume is known",
+                          lambda: self.service.property(self.node, "Block", "IdLabel") == 's "Others"')
+        self.assert_exit(other.run("udisksctl", "mount", "--block-device", self.node), SUCCESS)
+        point = mount_point(self.node)
+        for verb in ("verifyVolume", "repairVolume"):
+            result = self.user.run(DISKUTIL, verb, self.node)
+            self.assert_exit(result, IN_USE)
+            self.assertIn(f"it is mounted at {point} for the user {other.name}", result.stderr)
+            self.assertEqual(mount_point(self.node), point)
+        # Root alone checks it, and mounts it for its user again.
+        self.assert_exit(diskutil("verifyVolume", self.node), SUCCESS)
+        self.assertEqual(mount_point(self.node), point)
+
+    def test_a_signal_stops_a_repair_of_root(self):
+        self.erase_as_user("ext2", "Stopped")
+        self.unmount(self.node)
+        self.install_bundle("endless", endless_bundle.WORK.format(prologue=""), "ext2", FSRepairExecutable="work")
+        for number in (signal.SIGTERM, signal.SIGINT):
+            with self.subTest(number), self.user.start(DISKUTIL, "repairVolume", self.node) as process:
+                worker = endless_bundle.worker_of(self, process)
+                process.send_signal(number)
+                self.assertEqual(process.wait(LIMIT), INTERRUPTED)
+                endless_bundle.assert_ended(self, worker)
 
     def test_whom_the_service_would_ask_for_a_password(self):
         self.erase_as_user("ext4", "Asked")

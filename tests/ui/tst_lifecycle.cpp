@@ -59,6 +59,7 @@ public:
     void scheduleWithRunLoop() override { m_calls += u"schedule"_s; }
     void unscheduleFromRunLoop() override { m_calls += u"unschedule"_s; }
     void mount(const DADiskRef &, quint32, DADiskCompletion) override { }
+    void mountAgain(const DADiskRef &, const QString &, const QStringList &, DADiskCompletion) override { }
     void unmount(const DADiskRef &, quint32, DADiskCompletion) override { }
     DADiskRef unlockedDisk(const DADiskRef &) const override { return nullptr; }
     void lock(const DADiskRef &, DADiskCompletion) override { }
@@ -107,6 +108,7 @@ public:
     }
     void unscheduleFromRunLoop() override { }
     void mount(const DADiskRef &, quint32, DADiskCompletion) override { }
+    void mountAgain(const DADiskRef &, const QString &, const QStringList &, DADiskCompletion) override { }
     void unmount(const DADiskRef &, quint32, DADiskCompletion) override { }
     DADiskRef unlockedDisk(const DADiskRef &) const override { return nullptr; }
     void lock(const DADiskRef &, DADiskCompletion) override { }

@@ -2,8 +2,10 @@
 //
 // What a block device is used for, its partitions and its identity.
 #include "platform/DeviceUse.h"
+#include "platform/VolumeMount.h"
 #include "tests/unit/FakeSystem.h"
 
+#include <QTemporaryFile>
 #include <QTest>
 
 #include <sys/sysmacros.h>
@@ -29,6 +31,9 @@ private Q_SLOTS:
     void mountOnWhatIsMadeFromTheDisk_data();
     void mountOnWhatIsMadeFromTheDisk();
     void swapOnWhatIsMadeFromTheDisk();
+    void mountOfTheDiskService();
+    void mountOfFstab();
+    void mountByHand();
     void swapPartition();
     void swapPartitionWithABlankInItsName();
     void swapFileIsNoUseOfTheDevice();
@@ -40,6 +45,7 @@ private Q_SLOTS:
     void changedMediumHasAnotherIdentity();
     void whatIsNoBlockDeviceHasNoIdentity();
     void deviceThatCannotBeOpened();
+    void lockIsHeldOnce();
 
 private:
     DeviceUse use(const QString &name) const { return readDeviceUse(u"/dev/"_s + name, m_system->root()); }
@@ -176,6 +182,49 @@ void TestDeviceUse::swapOnWhatIsMadeFromTheDisk()
     QVERIFY(!carriesMount(u"/dev/sda1"_s, m_system->root()));
 }
 
+void TestDeviceUse::mountOfTheDiskService()
+{
+    m_system->writeMounts(
+        "40 1 8:1 / /media/anna/My\\040disk rw,nosuid,nodev,noexec,noatime - ext4 /dev/sda1 "
+        "ro,norecovery\n"
+        "41 1 8:2 / /media/SHARED rw,nosuid,relatime - vfat /dev/sda2 rw,sync\n");
+    m_system->write("/run/mount/utab",
+        "SRC=/dev/sda1 TARGET=/media/anna/My\\040disk ROOT=/ OPTS=uhelper=udisks2\n"
+        "SRC=/dev/sda2 TARGET=/media/SHARED ROOT=/ OPTS=x-test,uhelper=udisks2\n");
+    const auto first = readVolumeMounts(u"/dev/sda1"_s, m_system->root());
+    QCOMPARE(first.size(), 1U);
+    QCOMPARE(first.front().place, u"/media/anna/My disk"_s);
+    QVERIFY(first.front().isServices);
+    QCOMPARE(first.front().user, u"anna"_s);
+    QCOMPARE(first.front().options, QStringList({ u"ro"_s, u"noexec"_s, u"noatime"_s, u"noload"_s }));
+    const auto second = readVolumeMounts(u"/dev/sda2"_s, m_system->root());
+    QVERIFY(second.front().isServices);
+    QCOMPARE(second.front().user, QString());
+    QCOMPARE(second.front().options, QStringList(u"sync"_s));
+    QVERIFY(readVolumeMounts(u"/dev/sda"_s, m_system->root()).empty());
+}
+
+void TestDeviceUse::mountOfFstab()
+{
+    m_system->writeMounts("40 1 8:1 / /srv/data rw,relatime - ext4 /dev/sda1 rw\n"
+                          "41 1 8:2 / /srv/kept ro,relatime - ext4 /dev/sda2 rw\n");
+    m_system->write(
+        "/etc/fstab", "LABEL=Data /srv/data ext4 noauto 0 0\nLABEL=Kept /srv/kept ext4 defaults 0 0\n");
+    QVERIFY(readVolumeMounts(u"/dev/sda1"_s, m_system->root()).front().isServices);
+    // The service would mount it for writing.
+    QVERIFY(!readVolumeMounts(u"/dev/sda2"_s, m_system->root()).front().isServices);
+}
+
+void TestDeviceUse::mountByHand()
+{
+    m_system->writeMounts("40 1 8:1 / /media/anna/A rw,relatime - ext4 /dev/sda1 rw\n"
+                          "41 1 8:1 /folder /srv/b rw,relatime - ext4 /dev/sda1 rw\n");
+    m_system->write("/run/mount/utab", "SRC=/dev/sda1 TARGET=/media/anna/AB ROOT=/ OPTS=uhelper=udisks2\n");
+    const auto mounts = readVolumeMounts(u"/dev/sda1"_s, m_system->root());
+    QCOMPARE(mounts.size(), 2U);
+    QVERIFY(!mounts.front().isServices && !mounts.back().isServices);
+}
+
 void TestDeviceUse::swapPartition()
 {
     m_system->writeSwaps("/dev/dm-0                               partition\t1000\t\t0\t\t-2\n"
@@ -263,12 +312,32 @@ void TestDeviceUse::whatIsNoBlockDeviceHasNoIdentity()
 
 void TestDeviceUse::deviceThatCannotBeOpened()
 {
-    const OpenDevice missing(u"/no such device"_s);
+    OpenDevice missing(u"/no such device"_s);
     QVERIFY(!missing.identity());
-    QVERIFY(!missing.isClaimed());
-    const OpenDevice file(u"/dev/null"_s);
+    QVERIFY(!missing.take(Claimant::Program));
+    QVERIFY(missing.descriptors().empty());
+    OpenDevice file(u"/dev/null"_s);
     QVERIFY(!file.identity());
-    QVERIFY(!file.isClaimed());
+}
+
+// A plain file stands for a device: locks are the same, and there is nothing to claim.
+void TestDeviceUse::lockIsHeldOnce()
+{
+    QTemporaryFile file;
+    QVERIFY(file.open());
+    std::optional<OpenDevice> first(std::in_place, file.fileName());
+    OpenDevice second(file.fileName());
+    QVERIFY(first->take(Claimant::Program));
+    QCOMPARE(first->descriptors().size(), 1U);
+    QVERIFY(!second.take(Claimant::Program));
+    QVERIFY(first->take(Claimant::ThisProcess));
+    QCOMPARE(first->descriptors().size(), 2U);
+    QVERIFY(!second.take(Claimant::ThisProcess));
+    const int inherited = dup(first->descriptors().front());
+    first.reset();
+    QVERIFY(!second.take(Claimant::Program));
+    close(inherited);
+    QVERIFY(second.take(Claimant::Program));
 }
 
 QTEST_GUILESS_MAIN(TestDeviceUse)

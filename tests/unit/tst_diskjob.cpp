@@ -105,6 +105,7 @@ public:
     QStringList complained;
     QList<int> exits;
     QStringList announced;
+    QStringList heldNodes;
     QString lastLineThatIsRead; // the reader of the output goes once a line has begun so
 
 private:
@@ -129,6 +130,7 @@ private:
             return std::vector { bundle };
         };
         machine.readDeviceSituation = [this](const auto &, const auto &) { return situation; };
+        machine.inhibitShutdown = [](const auto &) { return std::make_shared<int>(); };
         machine.readDiskSituation = [this](const Medium &whole, const std::vector<Medium> &media) {
             std::vector<PartSituation> parts;
             for (const Medium &medium : media) {
@@ -145,8 +147,10 @@ private:
             = [](const auto &, const auto &) { return PreflightRules::ToolSituation {}; };
         machine.findTool = [](const QString &name) -> QString { return u"/tools/"_s + name; };
         machine.readDeviceIdentity = [this](const auto &) { return identity; };
-        machine.holdDevice = [this](const auto &) {
-            return HeldDevice { [this] { return heldIdentity; }, [this] { return isClaimed; } };
+        machine.holdDevice = [this](const QString &held) {
+            heldNodes.append(held);
+            return HeldDevice { [this] { return heldIdentity; }, [this](Claimant) { return !isClaimed; },
+                [] { return std::vector { 3 }; } };
         };
         machine.takesPartitions = [this](const auto &) { return takesPartitions; };
         machine.makeOnlyPartition = [this](const auto &...) { return isTaken; };

@@ -135,6 +135,8 @@ class FilesystemTools(unittest.TestCase):
         self.plan("btrfs", "exit 1")
         self.assertEqual(self.run_it("btrfs/repair"), CLEAN)
         self.assertEqual([call.split()[2] for call in self.calls()], ["--readonly", "--repair", "--readonly"])
+        # It would drop the claim on the device, and the look for a mount.
+        self.assertNotIn("--force", " ".join(self.calls()))
 
         for plan, result in [
             (["exit 1", "exit 1", "exit 0"], CLEAN),

@@ -54,6 +54,7 @@ public:
 
     void start() { m_job->start(); }
     void interrupt() { m_job->interrupt(u"test"_s); }
+    void loseReader() { m_job->loseReader(u"test"_s); }
 
     void setMounted(bool isMounted)
     {
@@ -105,18 +106,22 @@ public:
     }
 
     bool isHeld() const { return !m_hold.expired(); }
+    bool isShutdownInhibited() const { return !m_inhibition.expired(); }
 
     CommandLine line;
     MemoryDiskService service;
     MemoryDiskRef disk = std::make_shared<MemoryDisk>();
     TestTools tools;
+    FilesystemBundle bundle = testBundle();
 
     // What the machine answers.
     PreflightRules::DeviceSituation situation;
     PreflightRules::ToolSituation toolSituation;
     std::optional<DeviceIdentity> identity { DeviceIdentity { 1, 2, 3, 4 } };
     std::optional<DeviceIdentity> heldIdentity = identity;
-    bool isClaimed = false;
+    bool isClaimed = false; // by somebody else
+    std::vector<VolumeMount> mounts;
+    QString invokingUser;
 
     // What came of it.
     QStringList said;
@@ -124,6 +129,7 @@ public:
     QList<int> exits;
     QStringList announced;
     QStringList given;
+    QList<Claimant> claimants; // of the device, each time that it was taken
     bool isFolderOpen = true;
     QString lastLineThatIsRead; // the reader of the output goes once a line has begun so
 
@@ -131,7 +137,7 @@ private:
     Machine machine()
     {
         Machine machine;
-        machine.readInstalledBundles = [] { return std::vector { testBundle() }; };
+        machine.readInstalledBundles = [this] { return std::vector { bundle }; };
         machine.readDeviceSituation = [this](const auto &, const auto &) { return situation; };
         machine.readToolSituation = [this](const auto &, const auto &) { return toolSituation; };
         machine.findTool = [](const QString &name) -> QString { return u"/tools/"_s + name; };
@@ -139,7 +145,19 @@ private:
         machine.holdDevice = [this](const auto &) {
             auto hold = std::make_shared<int>();
             m_hold = hold;
-            return HeldDevice { [this, hold] { return heldIdentity; }, [this] { return isClaimed; } };
+            return HeldDevice { [this, hold] { return heldIdentity; },
+                [this](Claimant claimant) {
+                    claimants.append(claimant);
+                    return !isClaimed;
+                },
+                [] { return std::vector { 7, 8 }; } };
+        };
+        machine.readVolumeMounts = [this](const auto &) { return mounts; };
+        machine.invokingUser = [this] { return invokingUser; };
+        machine.inhibitShutdown = [this](const auto &) {
+            auto inhibition = std::make_shared<int>();
+            m_inhibition = inhibition;
+            return inhibition;
         };
         machine.announceChange = [this](const QString &device) { announced.append(device); };
         machine.giveToDesktopUser = [this](const QString &path, const QString &) { given.append(path); };
@@ -149,6 +167,7 @@ private:
     }
 
     std::weak_ptr<int> m_hold;
+    std::weak_ptr<int> m_inhibition;
     MediaList m_media;
     std::unique_ptr<DASession> m_session;
     std::unique_ptr<VolumeJob> m_job;
@@ -170,6 +189,16 @@ class TestVolumeJob : public QObject
 private Q_SLOTS:
     void verification();
     void erase();
+    void deviceIsClaimedForAToolThatDoesNotClaimIt();
+    void nodeThatLeadsElsewhereByNow();
+    void volumeIsMountedAsItWas();
+    void newVolumeIsNotMountedAsTheOldOne();
+    void mountThatCannotBeMadeAgain_data();
+    void mountThatCannotBeMadeAgain();
+    void shutdownIsInhibitedWhileAToolWrites();
+    void readerLeavesAVerification();
+    void readerLeavesBeforeAnythingIsWritten();
+    void readerLeavesWhileAToolWrites();
     void placeOutOfReachIsTold();
     void refusalAtTheFirstLook();
     void refusedUnmount();
@@ -224,9 +253,11 @@ void TestVolumeJob::verification()
     QCOMPARE(run.programs(), QStringList { u"verify"_s });
     QCOMPARE(run.tools.commands.front().arguments, QStringList { node });
     QVERIFY(run.isHeld());
+    QCOMPARE(run.tools.commands.front().descriptors, std::vector({ 7, 8 }));
     Q_EMIT run.tools.started();
-    QVERIFY(!run.isHeld());
+    QVERIFY(run.isHeld());
     run.tools.end(8);
+    QVERIFY(!run.isHeld());
     QVERIFY(run.waitsForMount());
     QVERIFY(run.exits.isEmpty());
     run.grantMount();
@@ -257,6 +288,169 @@ void TestVolumeJob::erase()
     QCOMPARE(run.exits, only(ExitCode::Success));
     QCOMPARE(run.given, QStringList { mountPoint });
     QCOMPARE(run.said.constLast(), u"Finished erase on disk2s1"_s);
+}
+
+void TestVolumeJob::deviceIsClaimedForAToolThatDoesNotClaimIt()
+{
+    for (const auto operation : { Operation::Erase, Operation::Verify, Operation::Repair }) {
+        Run run(operation);
+        Personality &personality = run.bundle.personalities.front();
+        for (auto *tool : { &personality.format, &personality.verification, &personality.repair })
+            (*tool)->claimant = Claimant::ThisProcess;
+        run.start();
+        if (operation == Operation::Erase) {
+            QCOMPARE(run.claimants, QList { Claimant::Program });
+            run.tools.run(0);
+        }
+        QCOMPARE(run.claimants.constLast(), Claimant::ThisProcess);
+        QVERIFY(run.isHeld());
+        run.tools.run(0);
+        QVERIFY(!run.isHeld());
+    }
+}
+
+// The device is held, and the node is what the tool is given.
+void TestVolumeJob::nodeThatLeadsElsewhereByNow()
+{
+    Run run(Operation::Erase);
+    run.start();
+    run.identity->diskSequence = 3;
+    run.tools.run(0);
+    QCOMPARE(run.programs(), QStringList { u"wipefs"_s });
+    QCOMPARE(run.exits, only(ExitCode::ToolFailed));
+}
+
+void TestVolumeJob::volumeIsMountedAsItWas()
+{
+    for (const auto operation : { Operation::Verify, Operation::Repair }) {
+        Run run(operation);
+        run.setMounted(true);
+        run.mounts = { { mountPoint, true, u"anna"_s, { u"ro"_s, u"noexec"_s } } };
+        run.invokingUser = u"anna"_s;
+        run.start();
+        run.grantUnmount();
+        run.tools.run(0);
+        QCOMPARE(run.requests(), std::vector { MemoryDiskService::RequestKind::MountAgain });
+        const MemoryDiskService::Request &request = run.service.requests().front();
+        QCOMPARE(request.name, u"anna"_s);
+        QCOMPARE(request.mountOptions, QStringList({ u"ro"_s, u"noexec"_s }));
+        run.grantMount();
+        QCOMPARE(run.exits, only(ExitCode::Success));
+    }
+}
+
+void TestVolumeJob::newVolumeIsNotMountedAsTheOldOne()
+{
+    Run run(Operation::Erase);
+    run.setMounted(true);
+    run.mounts = { { mountPoint, true, u"anna"_s, { u"ro"_s } } };
+    run.invokingUser = u"berta"_s;
+    run.start();
+    run.grantUnmount();
+    run.tools.run(0);
+    run.tools.run(0);
+    run.tellVolume(u"New"_s);
+    QVERIFY(run.waitsForMount());
+}
+
+void TestVolumeJob::mountThatCannotBeMadeAgain_data()
+{
+    QTest::addColumn<std::vector<VolumeMount>>("mounts");
+    QTest::addColumn<QString>("user");
+    QTest::addColumn<QString>("words");
+    using Mounts = std::vector<VolumeMount>;
+    QTest::newRow("by hand") << Mounts { { u"/srv/x"_s, false, {}, {} } } << QString()
+                             << u"it is mounted at /srv/x, not by the disk service"_s;
+    QTest::newRow("twice") << Mounts { { u"/a"_s, true, {}, {} }, { u"/b"_s, true, {}, {} } } << QString()
+                           << u"it is mounted at /a, it is mounted at /b"_s;
+    QTest::newRow("another user's") << Mounts { { u"/media/anna/X"_s, true, u"anna"_s, {} } } << u"berta"_s
+                                    << u"it is mounted at /media/anna/X for the user anna"_s;
+    QTest::newRow("root's") << Mounts { { u"/media/root/X"_s, true, u"root"_s, {} } } << u"berta"_s
+                            << QString();
+    QTest::newRow("done by root") << Mounts { { u"/media/anna/X"_s, true, u"anna"_s, {} } } << QString()
+                                  << QString();
+}
+
+void TestVolumeJob::mountThatCannotBeMadeAgain()
+{
+    QFETCH(const std::vector<VolumeMount>, mounts);
+    QFETCH(const QString, user);
+    QFETCH(const QString, words);
+    for (const auto operation : { Operation::Verify, Operation::Repair }) {
+        Run run(operation);
+        run.setMounted(true);
+        run.mounts = mounts;
+        run.invokingUser = user;
+        run.start();
+        if (words.isEmpty()) {
+            QVERIFY(run.waitsForUnmount());
+            continue;
+        }
+        QCOMPARE(run.exits, only(ExitCode::InUse));
+        QCOMPARE(run.complained, QStringList { u"disk2s1 is in use: "_s + words });
+        QVERIFY(run.requests().empty() && run.programs().isEmpty());
+    }
+}
+
+void TestVolumeJob::shutdownIsInhibitedWhileAToolWrites()
+{
+    for (const auto operation : { Operation::Verify, Operation::Repair, Operation::Erase }) {
+        Run run(operation);
+        run.start();
+        QCOMPARE(run.isShutdownInhibited(), operation != Operation::Verify);
+        run.tools.run(0);
+        if (operation == Operation::Erase) {
+            QVERIFY(run.isShutdownInhibited());
+            run.tools.run(0);
+        }
+        QVERIFY(!run.isShutdownInhibited());
+    }
+}
+
+void TestVolumeJob::readerLeavesAVerification()
+{
+    Run run(Operation::Verify);
+    run.start();
+    Q_EMIT run.tools.started();
+    run.loseReader();
+    QCOMPARE(run.tools.stops, 1);
+    run.tools.end(0);
+    QCOMPARE(run.exits, only(ExitCode::Interrupted));
+}
+
+void TestVolumeJob::readerLeavesBeforeAnythingIsWritten()
+{
+    for (const auto operation : { Operation::Repair, Operation::Erase }) {
+        Run run(operation);
+        run.setMounted(true);
+        run.start();
+        run.loseReader();
+        run.grantUnmount();
+        QVERIFY(run.programs().isEmpty());
+        run.grantMount();
+        QCOMPARE(run.exits, only(ExitCode::Interrupted));
+    }
+}
+
+void TestVolumeJob::readerLeavesWhileAToolWrites()
+{
+    Run repair(Operation::Repair);
+    repair.start();
+    repair.loseReader();
+    repair.tools.run(0);
+    QCOMPARE(repair.tools.stops, 0);
+    QCOMPARE(repair.exits, only(ExitCode::Success));
+
+    Run erase(Operation::Erase);
+    erase.start();
+    Q_EMIT erase.tools.started();
+    erase.loseReader();
+    erase.tools.end(0);
+    QCOMPARE(erase.programs(), QStringList({ u"wipefs"_s, u"format"_s }));
+    erase.interrupt(); // is still heard
+    QCOMPARE(erase.tools.stops, 1);
+    erase.tools.run(0);
+    QCOMPARE(erase.exits, only(ExitCode::Interrupted));
 }
 
 void TestVolumeJob::placeOutOfReachIsTold()

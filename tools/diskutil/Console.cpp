@@ -11,7 +11,9 @@
 #include <cstring>
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -29,35 +31,39 @@ void noteSignal(int number)
     errno = savedError;
 }
 
-// Writes everything. Returns false when the reader has gone.
-bool writeAll(int fd, QByteArrayView bytes)
+const QString noReader = u"its output is no longer read"_s;
+
+// The same pipe or terminal, to write to without ever blocking. Others who have it, too, must not notice, so
+// it is opened once more. Not open for a file, which never blocks, and for what cannot be opened.
+FileDescriptor openWithoutBlocking(int fd)
 {
-    while (!bytes.isEmpty()) {
-        const ssize_t written = write(fd, bytes.data(), static_cast<std::size_t>(bytes.size()));
-        if (written > 0) {
-            bytes = bytes.sliced(written);
-        } else if (errno == EAGAIN) {
-            pollfd waiting { fd, POLLOUT, 0 };
-            poll(&waiting, 1, -1);
-        } else if (errno != EINTR) {
-            return false;
-        }
-    }
-    return true;
+    struct stat status = {};
+    if (fstat(fd, &status) != 0 || !(S_ISFIFO(status.st_mode) || S_ISCHR(status.st_mode)))
+        return {};
+    const int packets = fcntl(fd, F_GETFL) & O_DIRECT;
+    return FileDescriptor(open(QByteArray("/dev/fd/" + QByteArray::number(fd)).constData(),
+        O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC | packets));
+}
+
+bool isWritable(int fd)
+{
+    pollfd state { fd, POLLOUT, 0 };
+    return poll(&state, 1, 0) > 0;
 }
 
 } // namespace
 
 Console::Console(QObject *parent)
     : QObject(parent)
+    , m_output(openWithoutBlocking(STDOUT_FILENO))
+    , m_errors(openWithoutBlocking(STDERR_FILENO))
 {
     std::signal(SIGPIPE, SIG_IGN); // a failed write is noticed where it happens
     if (pipe2(signalPipe.data(), O_CLOEXEC | O_NONBLOCK) == 0) {
         m_signalNotifier = new QSocketNotifier(signalPipe[0], QSocketNotifier::Read, this);
         connect(m_signalNotifier, &QSocketNotifier::activated, this, &Console::signalArrived);
         struct sigaction action = {};
-        action.sa_handler = noteSignal;
-        action.sa_flags = SA_RESTART;
+        action.sa_handler = noteSignal; // interrupts a write that blocks
         for (const int number : { SIGINT, SIGTERM, SIGHUP })
             sigaction(number, &action, nullptr);
     }
@@ -67,6 +73,43 @@ Console::Console(QObject *parent)
     connect(m_outputNotifier, &QSocketNotifier::activated, this, &Console::outputClosed);
 }
 
+void Console::heedInput()
+{
+    m_inputNotifier = new QSocketNotifier(STDIN_FILENO, QSocketNotifier::Read, this);
+    connect(m_inputNotifier, &QSocketNotifier::activated, this, &Console::inputArrived);
+}
+
+// Writes everything, and waits for a reader who is slow. Once the run has been interrupted, what the reader
+// does not take at once is dropped. Returns false when the reader has gone.
+bool Console::write(const FileDescriptor &own, int fd, QByteArrayView bytes)
+{
+    const int target = own.isOpen() ? own.number() : fd;
+    while (!bytes.isEmpty()) {
+        if (m_isInterrupted && !isWritable(target))
+            return true;
+        const ssize_t written = ::write(target, bytes.data(), static_cast<std::size_t>(bytes.size()));
+        if (written > 0)
+            bytes = bytes.sliced(written);
+        else if (errno == EAGAIN || errno == EINTR)
+            awaitReader(target);
+        else
+            return false;
+    }
+    return true;
+}
+
+void Console::awaitReader(int fd)
+{
+    std::array<pollfd, 3> waiting { { { fd, POLLOUT, 0 }, { signalPipe[0], POLLIN, 0 },
+        { m_inputNotifier ? STDIN_FILENO : -1, POLLIN, 0 } } };
+    if (poll(waiting.data(), waiting.size(), m_isInterrupted ? 0 : -1) <= 0)
+        return;
+    if (waiting[1].revents)
+        signalArrived();
+    if (waiting[2].revents)
+        inputArrived();
+}
+
 void Console::say(const QString &line)
 {
     pass(QByteArray((m_endsWithLine ? "" : "\n") + line.toUtf8() + '\n'));
@@ -74,16 +117,18 @@ void Console::say(const QString &line)
 
 void Console::ask(const QString &question)
 {
-    writeAll(STDERR_FILENO, question.toUtf8());
+    write(m_errors, STDERR_FILENO, question.toUtf8());
 }
 
 void Console::pass(const QByteArray &bytes)
 {
-    if (bytes.isEmpty())
+    if (bytes.isEmpty() || m_isOutputClosed)
         return;
     m_endsWithLine = bytes.endsWith('\n');
-    if (!writeAll(STDOUT_FILENO, bytes))
-        interrupt(u"its output is no longer read"_s);
+    if (write(m_output, STDOUT_FILENO, bytes))
+        return;
+    m_isOutputClosed = true;
+    loseReader(noReader);
 }
 
 void Console::complain(const QString &line)
@@ -92,14 +137,29 @@ void Console::complain(const QString &line)
     m_endsWithLine = true;
     // The line may hold names from a disk or an argument, which must not begin another line. A failed write
     // is no reason to stop: the caller still has the exit status.
-    writeAll(STDERR_FILENO, QByteArray(start + escapedForLog(line).toUtf8() + '\n'));
+    write(m_errors, STDERR_FILENO, QByteArray(start + escapedForLog(line).toUtf8() + '\n'));
 }
 
 void Console::signalArrived()
 {
     unsigned char number = 0;
-    if (read(signalPipe[0], &number, 1) == 1)
-        interrupt(QString::fromLatin1(strsignal(number)));
+    if (read(signalPipe[0], &number, 1) != 1)
+        return;
+    const QString name = QString::fromLatin1(strsignal(number));
+    if (number == SIGHUP)
+        loseReader(name);
+    else
+        interrupt(name);
+}
+
+void Console::inputArrived()
+{
+    char byte = 0;
+    const bool isStop = read(STDIN_FILENO, &byte, 1) == 1;
+    m_inputNotifier->setEnabled(false);
+    std::exchange(m_inputNotifier, nullptr)->deleteLater();
+    if (isStop)
+        interrupt(u"stopped"_s);
 }
 
 void Console::outputClosed()
@@ -107,7 +167,8 @@ void Console::outputClosed()
     pollfd state { STDOUT_FILENO, 0, 0 };
     if (poll(&state, 1, 0) > 0 && (state.revents & POLLERR)) {
         m_outputNotifier->setEnabled(false);
-        interrupt(u"its output is no longer read"_s);
+        m_isOutputClosed = true;
+        loseReader(noReader);
     }
 }
 
@@ -117,4 +178,10 @@ void Console::interrupt(const QString &reason)
         return;
     m_isInterrupted = true;
     Q_EMIT interrupted(reason);
+}
+
+void Console::loseReader(const QString &reason)
+{
+    if (!std::exchange(m_hasLostReader, true))
+        Q_EMIT readerLeft(reason);
 }

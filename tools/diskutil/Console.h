@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 //
-// Standard output and standard error without buffers, and what asks diskutil to stop: a signal, or the reader
-// of its output that has gone. Main thread only.
+// Standard output and standard error without buffers, what asks diskutil to stop, and the reader of its
+// output who leaves. A reader who takes nothing keeps diskutil waiting, and no signal. Main thread only.
 #pragma once
+
+#include "platform/FileDescriptor.h"
 
 #include <QByteArray>
 #include <QObject>
@@ -17,29 +19,45 @@ class Console : public QObject
 public:
     explicit Console(QObject *parent = nullptr);
 
-    // Writes a line to the standard output. May emit interrupted().
+    // From now on, a byte on the standard input stops the run like a signal.
+    void heedInput();
+
+    // Writes a line to the standard output. May emit any signal.
     void say(const QString &line);
 
     // Writes a question to the standard error, and leaves the line open for the answer.
     void ask(const QString &question);
 
-    // Writes the bytes to the standard output as they are. May emit interrupted().
+    // Writes the bytes to the standard output as they are. May emit any signal.
     void pass(const QByteArray &bytes);
 
-    // Writes one line, with the program's name before it, to the standard error.
+    // Writes one line, with the program's name before it, to the standard error. May emit any signal.
     void complain(const QString &line);
 
 Q_SIGNALS:
-    // Emitted at most once. The reason is a few words.
+    // The run is to end: a signal, or a byte on an input that is heeded. Emitted at most once. The reason is
+    // a few words.
     void interrupted(const QString &reason);
 
+    // Nobody reads the output any more, or the terminal has hung up (SIGHUP). Emitted at most once.
+    void readerLeft(const QString &reason);
+
 private:
+    bool write(const FileDescriptor &own, int fd, QByteArrayView bytes);
+    void awaitReader(int fd);
     void signalArrived();
+    void inputArrived();
     void outputClosed();
     void interrupt(const QString &reason);
+    void loseReader(const QString &reason);
 
+    FileDescriptor m_output; // the standard output and error, opened once more: they never block
+    FileDescriptor m_errors;
     QSocketNotifier *m_signalNotifier = nullptr;
+    QSocketNotifier *m_inputNotifier = nullptr; // while the input is heeded
     QSocketNotifier *m_outputNotifier = nullptr;
     bool m_isInterrupted = false;
+    bool m_hasLostReader = false;
+    bool m_isOutputClosed = false;
     bool m_endsWithLine = true; // what has been written so far
 };

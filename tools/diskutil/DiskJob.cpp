@@ -64,7 +64,9 @@ void DiskJob::start()
         return;
     }
     m_plan = std::move(std::get<DiskPlan>(plan));
-    m_toUnmount.assign(m_plan.mounted.begin(), m_plan.mounted.end());
+    for (const Medium &medium : m_plan.mounted)
+        m_toUnmount.push_back(
+            { medium, formerMount(m_environment.machine.readVolumeMounts(medium.deviceNode)) });
     Q_EMIT said(u"Started erase on %1"_s.arg(m_plan.disk.bsdName));
     unmountNext();
 }
@@ -80,7 +82,7 @@ void DiskJob::unmountNext()
         return;
     }
     enter(Phase::Unmounting);
-    const QString name = m_toUnmount.front().bsdName;
+    const QString name = m_toUnmount.front().medium.bsdName;
     Q_EMIT said(u"Unmounting %1"_s.arg(name));
     m_environment.session.unmount(m_environment.media.disk(name), kDADiskUnmountOptionDefault,
         [this](const DADiskRef &, const DADissenterRef &dissenter) { unmountAnswered(dissenter); });
@@ -90,10 +92,11 @@ void DiskJob::unmountAnswered(const DADissenterRef &dissenter)
 {
     if (m_phase != Phase::Unmounting)
         return;
-    const Medium medium = m_toUnmount.front();
+    const Unmounted unmounted = m_toUnmount.front();
+    const Medium &medium = unmounted.medium;
     m_toUnmount.pop_front();
     if (!dissenter)
-        m_toRestore.push_back(medium);
+        m_toRestore.push_back(unmounted);
     if (dissenter && !isInterrupted())
         abandon(ExitCode::UnmountRefused,
             u"%1 could not be unmounted: %2"_s.arg(medium.bsdName, dissenterText(dissenter)));
@@ -110,10 +113,11 @@ void DiskJob::beginTable()
 
 void DiskJob::claim()
 {
-    m_device = m_environment.machine.holdDevice(m_plan.disk.deviceNode);
+    if (!m_device)
+        m_device = m_environment.machine.holdDevice(m_plan.disk.deviceNode);
     const std::vector<Medium> media = m_environment.media.media();
     auto refusal = refusalOfDiskHandOver(m_plan, *m_device, media, m_environment.machine);
-    if (!refusal && m_device->isClaimed()) {
+    if (!refusal && !takeAll()) {
         if (!m_deadline.hasExpired()) {
             m_phaseTimer.start(m_environment.limits.claimStep);
             return;
@@ -131,11 +135,36 @@ void DiskJob::claim()
         runNextCommand();
 }
 
+// A run on a partition has locked the partition, not the disk: udev does not look at a disk that is locked.
+bool DiskJob::takeAll()
+{
+    m_parts.clear();
+    for (const QString &node : std::as_const(m_plan.formerNodes)) {
+        m_parts.push_back(m_environment.machine.holdDevice(node));
+        if (!m_parts.back().take(Claimant::Program))
+            return false;
+    }
+    return m_device->take(Claimant::Program);
+}
+
+void DiskJob::release()
+{
+    m_parts.clear();
+    m_device.reset();
+}
+
 void DiskJob::runNextCommand()
 {
     enter(Phase::Running);
-    const ToolCommand command = m_plan.commands.front();
+    ToolCommand command = m_plan.commands.front();
+    command.descriptors = m_device->descriptors();
+    for (const HeldDevice &part : m_parts) {
+        const std::vector<int> descriptors = part.descriptors();
+        command.descriptors.insert(command.descriptors.end(), descriptors.begin(), descriptors.end());
+    }
     m_plan.commands.pop_front();
+    if (!m_inhibition)
+        m_inhibition = m_environment.machine.inhibitShutdown(u"A disk is being erased"_s);
     systemLog(u"diskutil runs: %1"_s.arg(commandText(command)));
     m_environment.tools.start(command);
 }
@@ -159,7 +188,7 @@ void DiskJob::commandEnded(const ToolEnd &end)
 void DiskJob::awaitPartition()
 {
     enter(Phase::AwaitingPartition);
-    m_device.reset();
+    release();
     Q_EMIT said(u"Waiting for %1"_s.arg(m_plan.volumeBsdName));
     m_deadline.setRemainingTime(m_environment.limits.newVolume);
     lookForPartition();
@@ -231,7 +260,7 @@ void DiskJob::failTable(const QString &reason)
 // Mounts what was unmounted, as far as nothing has been written.
 void DiskJob::restoreNext()
 {
-    m_device.reset();
+    release();
     if (m_toRestore.empty() || m_hasRun) {
         finish();
         return;
@@ -239,17 +268,23 @@ void DiskJob::restoreNext()
     enter(Phase::Restoring);
     if (isInterrupted())
         m_phaseTimer.start(m_environment.limits.interruptedService);
-    const QString name = m_toRestore.front().bsdName;
+    const Unmounted unmounted = m_toRestore.front();
+    const QString name = unmounted.medium.bsdName;
     m_toRestore.pop_front();
     Q_EMIT said(u"Mounting %1"_s.arg(name));
-    m_environment.session.mount(m_environment.media.disk(name), kDADiskMountOptionDefault,
-        [this, name](const DADiskRef &, const DADissenterRef &dissenter) {
-            if (m_phase != Phase::Restoring)
-                return;
-            if (dissenter)
-                Q_EMIT said(u"%1 could not be mounted: %2"_s.arg(name, dissenterText(dissenter)));
-            restoreNext();
-        });
+    const auto answered = [this, name](const DADiskRef &, const DADissenterRef &dissenter) {
+        if (m_phase != Phase::Restoring)
+            return;
+        if (dissenter)
+            Q_EMIT said(u"%1 could not be mounted: %2"_s.arg(name, dissenterText(dissenter)));
+        restoreNext();
+    };
+    const DADiskRef disk = m_environment.media.disk(name);
+    if (unmounted.formerMount)
+        m_environment.session.mountAgain(
+            disk, unmounted.formerMount->user, unmounted.formerMount->options, answered);
+    else
+        m_environment.session.mount(disk, kDADiskMountOptionDefault, answered);
 }
 
 void DiskJob::interrupt(const QString &reason)
@@ -268,6 +303,12 @@ void DiskJob::interrupt(const QString &reason)
         restoreNext();
 }
 
+void DiskJob::loseReader(const QString &reason)
+{
+    if (!m_hasRun && m_phase != Phase::Running)
+        interrupt(reason);
+}
+
 void DiskJob::mediumChanged(const DADiskRef &disk)
 {
     if (m_volumeJob)
@@ -277,7 +318,8 @@ void DiskJob::mediumChanged(const DADiskRef &disk)
 void DiskJob::finish()
 {
     enter(Phase::Ended);
-    m_device.reset();
+    release();
+    m_inhibition.reset();
     if (m_outcome == ExitCode::Success)
         Q_EMIT said(u"Finished erase on %1"_s.arg(m_plan.disk.bsdName));
     else if (isInterrupted())

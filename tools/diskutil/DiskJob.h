@@ -16,6 +16,7 @@ public:
 
     void start() override;
     void interrupt(const QString &reason) override;
+    void loseReader(const QString &reason) override;
     void mediumChanged(const DADiskRef &disk) override;
 
 private:
@@ -30,12 +31,20 @@ private:
         Ended,
     };
 
+    struct Unmounted
+    {
+        Medium medium;
+        std::optional<VolumeMount> formerMount;
+    };
+
     void enter(Phase phase);
     void phaseTimedOut();
     void unmountNext();
     void unmountAnswered(const DADissenterRef &dissenter);
     void beginTable();
     void claim();
+    bool takeAll();
+    void release();
     void runNextCommand();
     void commandEnded(const ToolEnd &end);
     void awaitPartition();
@@ -58,8 +67,10 @@ private:
     QTimer m_phaseTimer; // ends the phase, or one step of it
     QDeadlineTimer m_deadline; // of Claiming and AwaitingPartition
     std::optional<HeldDevice> m_device; // from the last look to the end of the table
-    std::deque<Medium> m_toUnmount;
-    std::deque<Medium> m_toRestore;
+    std::vector<HeldDevice> m_parts; // its partitions, as long
+    std::deque<Unmounted> m_toUnmount;
+    std::deque<Unmounted> m_toRestore;
+    std::shared_ptr<void> m_inhibition; // of shutdown and sleep, once a command has written
     bool m_hasRun = false; // the first command
     ExitCode m_outcome = ExitCode::Success;
     std::unique_ptr<VolumeJob> m_volumeJob;

@@ -116,7 +116,7 @@ std::variant<DiskPlan, std::vector<Refusal>> planDisk(
 std::optional<Refusal> refusalOfDiskHandOver(
     const DiskPlan &plan, const HeldDevice &device, const std::vector<Medium> &media, const Machine &machine)
 {
-    if (!plan.identity || device.identity() != plan.identity)
+    if (!isSameMedium(plan.identity, plan.disk.deviceNode, device, machine))
         return Refusal { ExitCode::MediumChanged,
             u"%1 is no longer the same disk"_s.arg(plan.disk.deviceNode) };
     const std::vector<PartSituation> parts = machine.readDiskSituation(plan.disk, media);

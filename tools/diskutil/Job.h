@@ -22,6 +22,11 @@ public:
     // reason is a few words. May be called from within a slot of said().
     virtual void interrupt(const QString &reason) = 0;
 
+    // Tells that nobody reads what the job says any more. A job that only reads the medium, or has not begun
+    // to write, is interrupted; one that has begun to write goes on to its end. May be called like
+    // interrupt().
+    virtual void loseReader(const QString &reason) = 0;
+
     // Tells that a medium's description has changed.
     virtual void mediumChanged(const DADiskRef &disk) = 0;
 

@@ -34,7 +34,7 @@ std::optional<Refusal> listCommands(JobPlan &plan, const Machine &machine)
         return refusal;
     const QString &node = plan.medium.deviceNode;
     ToolCommand command { executablePath(plan.bundle, plan.tool), plan.tool.arguments,
-        ToolCommand::Output::Terminal };
+        ToolCommand::Output::Terminal, {}, plan.tool.claimant };
     if (plan.operation == Operation::Erase) {
         // Traces of a former file system anywhere on the medium could be taken for the volume later.
         const QString wipe = machine.findTool(u"wipefs"_s);
@@ -82,15 +82,33 @@ std::variant<JobPlan, Refusal> planJob(
     if (auto refusal
         = PreflightRules::refusalOfDevice(operation, *medium, machine.readDeviceSituation(*medium, media)))
         return *refusal;
+    const std::vector<VolumeMount> mounts = machine.readVolumeMounts(medium->deviceNode);
+    if (operation != Operation::Erase) {
+        if (auto refusal = PreflightRules::refusalOfMounts(*medium, mounts, machine.invokingUser()))
+            return *refusal;
+    }
+    plan.formerMount = formerMount(mounts);
     if (auto refusal = planTools(plan, line, machine))
         return *refusal;
     return plan;
 }
 
+std::optional<VolumeMount> formerMount(const std::vector<VolumeMount> &mounts)
+{
+    const bool canBeMadeAgain = mounts.size() == 1 && mounts.front().isServices;
+    return canBeMadeAgain ? std::optional(mounts.front()) : std::nullopt;
+}
+
+bool isSameMedium(const std::optional<DeviceIdentity> &identity, const QString &deviceNode,
+    const HeldDevice &device, const Machine &machine)
+{
+    return identity && device.identity() == identity && machine.readDeviceIdentity(deviceNode) == identity;
+}
+
 std::optional<Refusal> refusalOfHandOver(
     const JobPlan &plan, const HeldDevice &device, const std::vector<Medium> &media, const Machine &machine)
 {
-    if (!plan.identity || device.identity() != plan.identity)
+    if (!isSameMedium(plan.identity, plan.medium.deviceNode, device, machine))
         return Refusal { ExitCode::MediumChanged,
             u"%1 is no longer the same disk"_s.arg(plan.medium.deviceNode) };
     if (auto refusal = PreflightRules::refusalOfDevice(

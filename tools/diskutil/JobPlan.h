@@ -15,6 +15,7 @@ struct JobPlan
     Operation operation = Operation::Verify;
     Medium medium; // as it was at the first look
     DADiskRef disk;
+    std::optional<VolumeMount> formerMount; // if that can be made again
     std::optional<DeviceIdentity> identity; // of that medium
     std::vector<FilesystemBundle> bundles;
     FilesystemBundle bundle; // one of them, which does the work
@@ -37,6 +38,14 @@ std::optional<Refusal> planTools(JobPlan &plan, const CommandLine &line, const M
 
 // Why there is nothing to be done with an argument that names no medium.
 Refusal refusalOfUnknownDevice(const QString &device);
+
+// The mount of the device that the disk service can make again. Returns std::nullopt when there is none, or
+// more than one.
+std::optional<VolumeMount> formerMount(const std::vector<VolumeMount> &mounts);
+
+// Whether the device that is held is the medium with this identity, and the node still leads to it.
+bool isSameMedium(const std::optional<DeviceIdentity> &identity, const QString &deviceNode,
+    const HeldDevice &device, const Machine &machine);
 
 // Why the medium, which is held, cannot be handed to the next command. Since the first look it may have been
 // pulled and its node given to another, it may have been mounted, and the bundle may have been changed.

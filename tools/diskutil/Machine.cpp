@@ -166,7 +166,15 @@ bool isOtherFile(const QString &argument)
 HeldDevice holdDevice(const QString &deviceNode)
 {
     const auto device = std::make_shared<OpenDevice>(deviceNode);
-    return { [device] { return device->identity(); }, [device] { return device->isClaimed(); } };
+    return { [device] { return device->identity(); },
+        [device](Claimant claimant) { return device->take(claimant); },
+        [device] { return device->descriptors(); } };
+}
+
+QString invokingUserName()
+{
+    const std::optional<DesktopUser> user = desktopUser();
+    return user ? user->name : QString();
 }
 
 void giveToDesktopUser(const QString &mountPoint, const QString &deviceNode)

@@ -6,6 +6,8 @@
 #include "platform/DesktopUserMount.h"
 #include "platform/DeviceUse.h"
 #include "platform/KernelPartitions.h"
+#include "platform/ShutdownInhibition.h"
+#include "platform/VolumeMount.h"
 #include "tools/diskutil/preflight_rules.h"
 
 #include <functional>
@@ -51,11 +53,17 @@ struct HeldDevice
     // Of the device itself, wherever its node leads by now. Returns std::nullopt when it could not be opened.
     std::function<std::optional<DeviceIdentity>()> identity;
 
-    // Whether anything else has claimed it, a part of it or the disk that it is on.
-    std::function<bool()> isClaimed;
+    // Locks it, and claims it where the program does not. Returns false when somebody else has it.
+    std::function<bool(Claimant claimant)> take;
+
+    // What a program inherits so that lock and claim live as long as it does.
+    std::function<std::vector<int>()> descriptors;
 };
 
 HeldDevice holdDevice(const QString &deviceNode);
+
+// The name of the user at whose wish this process runs as root; empty when there is none.
+QString invokingUserName();
 
 // Makes the new volume of this device the desktop user's, where that user could have mounted it. Does nothing
 // when there is no such user.
@@ -79,6 +87,10 @@ struct Machine
     std::function<bool(const QString &diskNode)> takesPartitions = &::takesPartitions;
     std::function<bool(const QString &diskNode, qint64 start, qint64 size)> makeOnlyPartition
         = &::makeOnlyPartition;
+    std::function<std::vector<VolumeMount>(const QString &deviceNode)> readVolumeMounts
+        = [](const QString &deviceNode) { return ::readVolumeMounts(deviceNode); };
+    std::function<QString()> invokingUser = &::invokingUserName; // empty when root itself has started this
+    std::function<std::shared_ptr<void>(const QString &reason)> inhibitShutdown = &::inhibitShutdown;
     std::function<void(const QString &mountPoint, const QString &deviceNode)> giveToDesktopUser
         = &::giveToDesktopUser;
     std::function<void(const QString &path, QObject *context, std::function<void(bool isOpen)> done)>

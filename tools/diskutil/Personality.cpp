@@ -18,14 +18,16 @@ std::optional<qint64> numberOf(const PropertyDictionary &dictionary, const QStri
     return number ? number->toLongLong() : std::nullopt;
 }
 
-// An executable is a name in the bundle, never a path out of it.
-std::optional<BundleTool> toolOf(
-    const PropertyDictionary &dictionary, const QString &executableKey, const QString &argumentsKey)
+// The tool whose keys begin with this. An executable is a name in the bundle, never a path out of it.
+std::optional<BundleTool> toolOf(const PropertyDictionary &dictionary, const QString &prefix)
 {
-    const QString executable = dictionary.text(executableKey);
+    const QString executable = dictionary.text(prefix + u"Executable"_s);
     if (executable.isEmpty() || executable.contains(u'/') || executable.startsWith(u'.'))
         return std::nullopt;
-    return BundleTool { executable, dictionary.texts(argumentsKey) };
+    const PropertyValue *const claims = dictionary.value(prefix + u"ClaimsDevice"_s);
+    const bool leavesTheClaim = claims && claims->asBoolean() && !*claims->asBoolean();
+    return BundleTool { executable, dictionary.texts(prefix + u"Arguments"_s),
+        leavesTheClaim ? Claimant::ThisProcess : Claimant::Program };
 }
 
 PartitionTypes partitionTypesOf(const PropertyDictionary &dictionary)
@@ -50,9 +52,9 @@ Personality readPersonality(
         numberOf(dictionary, u"FSSubType"_s),
         numberOf(dictionary, u"FSFormatMinimumSize"_s),
         numberOf(dictionary, u"FSFormatMaximumSize"_s),
-        toolOf(dictionary, u"FSFormatExecutable"_s, u"FSFormatArguments"_s),
-        toolOf(dictionary, u"FSVerificationExecutable"_s, u"FSVerificationArguments"_s),
-        toolOf(dictionary, u"FSRepairExecutable"_s, u"FSRepairArguments"_s),
+        toolOf(dictionary, u"FSFormat"_s),
+        toolOf(dictionary, u"FSVerification"_s),
+        toolOf(dictionary, u"FSRepair"_s),
         partitionTypesOf(dictionary),
     };
 }

@@ -4,6 +4,7 @@
 #include "filesystems/BundleScan.h"
 #include "filesystems/disk_layout_rules.h"
 #include "filesystems/LabelRule.h"
+#include "platform/DeviceUse.h"
 
 #include <QStringList>
 
@@ -17,6 +18,7 @@ struct BundleTool
 {
     QString executable; // a file in the bundle's Contents/Resources
     QStringList arguments;
+    Claimant claimant = Claimant::Program;
 };
 
 // One personality of a bundle with what diskutil does with it.

@@ -19,12 +19,14 @@ namespace {
 constexpr int dismissedStatus = 126;
 constexpr int refusedStatus = 127;
 
+// Stands before the verb.
+const QString mark = u"--stopped-by-input"_s;
+
 } // namespace
 
 PrivilegedRun::PrivilegedRun(Console &console)
     : m_console(console)
 {
-    m_process.setInputChannelMode(QProcess::ForwardedInputChannel);
     m_process.setProcessChannelMode(QProcess::ForwardedChannels);
     m_process.setChildProcessModifier([this] { dup2(m_childOutput.number(), STDOUT_FILENO); });
     connect(&m_process, &QProcess::finished, this, &PrivilegedRun::programEnded);
@@ -35,11 +37,20 @@ PrivilegedRun::PrivilegedRun(Console &console)
                     .arg(m_process.errorString()));
     });
     connect(&m_console, &Console::interrupted, this, &PrivilegedRun::stop);
+    connect(&m_console, &Console::readerLeft, this, &PrivilegedRun::loseReader);
 }
 
 PrivilegedRun::~PrivilegedRun()
 {
     m_process.disconnect(this);
+}
+
+bool PrivilegedRun::takeMark(QStringList &arguments)
+{
+    if (arguments.value(0) != mark)
+        return false;
+    arguments.removeFirst();
+    return true;
 }
 
 void PrivilegedRun::start(const QString &program, const QStringList &arguments)
@@ -55,7 +66,7 @@ void PrivilegedRun::start(const QString &program, const QStringList &arguments)
     fcntl(m_output.number(), F_SETFL, O_NONBLOCK);
     m_notifier = std::make_unique<QSocketNotifier>(m_output.number(), QSocketNotifier::Read);
     connect(m_notifier.get(), &QSocketNotifier::activated, this, &PrivilegedRun::passOutput);
-    m_process.start(u"pkexec"_s, QStringList { program } + arguments);
+    m_process.start(u"pkexec"_s, QStringList { program, mark } + arguments);
     m_childOutput = {};
 }
 
@@ -65,7 +76,7 @@ void PrivilegedRun::passOutput()
     while (m_output.isOpen()) {
         const ssize_t length = read(m_output.number(), buffer.data(), buffer.size());
         if (length > 0) {
-            m_console.pass(QByteArray(buffer.data(), length)); // may close m_output
+            m_console.pass(QByteArray(buffer.data(), length)); // may emit any signal
         } else if (length == 0 || (errno != EINTR && errno != EAGAIN)) {
             m_notifier->setEnabled(false);
             return;
@@ -75,10 +86,20 @@ void PrivilegedRun::passOutput()
     }
 }
 
-// Until the user has answered, pkexec still runs as that user and receives the signal. After that, the tool
-// notices that its reader has gone.
+// Until the user has answered, pkexec still runs as that user and receives the signal. After that, only the
+// byte arrives.
 void PrivilegedRun::stop()
 {
+    m_isStopped = true;
+    m_process.write("\n");
+    m_process.terminate();
+}
+
+// As root, diskutil knows whether it has begun to write. Nobody can answer the question for the password any
+// more.
+void PrivilegedRun::loseReader()
+{
+    m_isStopped = true;
     if (m_notifier)
         m_notifier->setEnabled(false);
     m_output = {};
@@ -88,7 +109,7 @@ void PrivilegedRun::stop()
 void PrivilegedRun::programEnded(int code, QProcess::ExitStatus status)
 {
     passOutput();
-    if (!m_output.isOpen())
+    if (m_isStopped && status == QProcess::CrashExit)
         Q_EMIT finished(static_cast<int>(ExitCode::Interrupted));
     else if (status == QProcess::CrashExit)
         fail(ExitCode::ToolFailed, u"the run with administrator rights was killed by signal %1"_s.arg(code));

@@ -3,9 +3,9 @@
 // One run of diskutil as root for a user who is not root: the same program with the same arguments, started
 // by pkexec.
 //
-// Only root can send that process a signal. It writes to a pipe that is read here, and stops when the reader
-// goes. So it stops when this process ends, however that ends, when this process is told to stop, and when
-// the reader of this one has gone. Main thread only.
+// Only root can send that process a signal. Its standard input is a pipe from here: a byte in it is the
+// signal that this process has been sent. Its output is a pipe that is read here: when this process ends,
+// however it ends, or its own reader has gone, that process has lost its reader, too. Main thread only.
 #pragma once
 
 #include "platform/FileDescriptor.h"
@@ -27,6 +27,9 @@ public:
     explicit PrivilegedRun(Console &console);
     ~PrivilegedRun() override;
 
+    // Takes the mark of a run that was started like this out of the arguments. Returns whether it was there.
+    static bool takeMark(QStringList &arguments);
+
     // Runs the program with the arguments. finished() always follows later.
     void start(const QString &program, const QStringList &arguments);
 
@@ -37,6 +40,7 @@ Q_SIGNALS:
 private:
     void passOutput();
     void stop();
+    void loseReader();
     void programEnded(int code, QProcess::ExitStatus status);
     void fail(ExitCode code, const QString &message);
 
@@ -45,4 +49,5 @@ private:
     std::unique_ptr<QSocketNotifier> m_notifier;
     FileDescriptor m_output;
     FileDescriptor m_childOutput;
+    bool m_isStopped = false;
 };

@@ -34,6 +34,9 @@ constexpr unsigned short terminalRows = 24;
 
 constexpr mode_t usualMask = 022;
 
+// Above the descriptors that a shell, and its scripts, use for themselves.
+constexpr int firstInherited = 20;
+
 // Drops what the program would inherit from the caller of diskutil besides the environment: open files,
 // ignored and blocked signals, the file mode mask. Safe between fork and exec.
 void forgetCaller()
@@ -82,6 +85,8 @@ void ToolProcess::prepareProcess()
         dup2(output, STDOUT_FILENO);
         dup2(output, STDERR_FILENO);
         forgetCaller();
+        for (const int number : m_inherited)
+            fcntl(number, F_DUPFD, firstInherited);
     });
 }
 
@@ -120,6 +125,7 @@ void ToolProcess::start(const ToolCommand &command)
     m_end = {};
     m_output = {};
     m_childOutput = {};
+    m_inherited = command.descriptors;
     if (!openChannels(command.output)) {
         m_end.message = errnoText(errno);
         QTimer::singleShot(0, this, [this] { finish(m_end); });

@@ -45,6 +45,7 @@ private:
     FileDescriptor m_childTerminal;
     FileDescriptor m_output; // what is read; not open when that is the terminal
     FileDescriptor m_childOutput;
+    std::vector<int> m_inherited; // by the program
     std::unique_ptr<QSocketNotifier> m_notifier;
     qint64 m_group = 0; // process group of the program
     bool m_isStopping = false;

@@ -3,8 +3,12 @@
 // Runs the tools of file systems, one at a time. Main thread only.
 #pragma once
 
+#include "platform/DeviceUse.h"
+
 #include <QObject>
 #include <QStringList>
+
+#include <vector>
 
 struct ToolCommand
 {
@@ -16,6 +20,8 @@ struct ToolCommand
     QStringList arguments;
     Output output = Output::Pipe;
     QByteArray input = {}; // what it reads from its standard input
+    Claimant claimant = Claimant::Program; // of the device that it works on
+    std::vector<int> descriptors = {}; // that it inherits, and does not use
 };
 
 // How a program ended.

@@ -127,9 +127,10 @@ void VolumeJob::claimForNextCommand()
 
 void VolumeJob::claim()
 {
-    m_device = m_environment.machine.holdDevice(m_plan.medium.deviceNode);
+    if (!m_device)
+        m_device = m_environment.machine.holdDevice(m_plan.medium.deviceNode);
     auto refusal = refusalOfHandOver(m_plan, *m_device, m_environment.media.media(), m_environment.machine);
-    if (!refusal && m_device->isClaimed()) {
+    if (!refusal && !m_device->take(m_plan.commands.front().claimant)) {
         if (!m_deadline.hasExpired()) {
             m_phaseTimer.start(m_environment.limits.claimStep);
             return;
@@ -148,19 +149,21 @@ void VolumeJob::claim()
 void VolumeJob::runNextCommand()
 {
     enter(Phase::Running);
-    const ToolCommand command = m_plan.commands.front();
+    ToolCommand command = m_plan.commands.front();
+    command.descriptors = m_device->descriptors();
     m_plan.commands.pop_front();
+    if (m_operation != Operation::Verify && !m_inhibition)
+        m_inhibition = m_environment.machine.inhibitShutdown(m_operation == Operation::Erase
+                ? u"A volume is being erased"_s
+                : u"A volume is being repaired"_s);
     systemLog(u"diskutil runs: %1"_s.arg(commandText(command)));
     m_environment.tools.start(command);
 }
 
 void VolumeJob::commandStarted()
 {
-    if (m_phase != Phase::Running)
-        return;
-    m_hasRun = true;
-    // The command holds the device now. A second hold could outlast it, and keep a pulled disk from going.
-    m_device.reset();
+    if (m_phase == Phase::Running)
+        m_hasRun = true;
 }
 
 void VolumeJob::commandEnded(const ToolEnd &end)
@@ -221,10 +224,18 @@ void VolumeJob::interrupt(const QString &reason)
     }
 }
 
+void VolumeJob::loseReader(const QString &reason)
+{
+    const bool writes = m_operation != Operation::Verify && (m_hasRun || m_phase == Phase::Running);
+    if (!writes)
+        interrupt(reason);
+}
+
 // Called when no command is running, and none is to be run.
 void VolumeJob::conclude()
 {
     m_device.reset();
+    m_inhibition.reset();
     if (isInterrupted())
         Q_EMIT complained(
             u"the %1 on %2 was stopped"_s.arg(operationText(), m_plan.medium.bsdName) + lossText());
@@ -261,8 +272,13 @@ void VolumeJob::mount()
     if (isInterrupted())
         m_phaseTimer.start(m_environment.limits.interruptedService);
     Q_EMIT said(u"Mounting %1"_s.arg(m_plan.medium.bsdName));
-    m_environment.session.mount(m_plan.disk, kDADiskMountOptionDefault,
-        [this](const DADiskRef &, const DADissenterRef &dissenter) { mountAnswered(dissenter); });
+    const auto answered
+        = [this](const DADiskRef &, const DADissenterRef &dissenter) { mountAnswered(dissenter); };
+    if (m_plan.formerMount && !isOldVolumeLost())
+        m_environment.session.mountAgain(
+            m_plan.disk, m_plan.formerMount->user, m_plan.formerMount->options, answered);
+    else
+        m_environment.session.mount(m_plan.disk, kDADiskMountOptionDefault, answered);
 }
 
 void VolumeJob::mountAnswered(const DADissenterRef &dissenter)

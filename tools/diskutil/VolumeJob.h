@@ -49,6 +49,7 @@ public:
 
     void start() override;
     void interrupt(const QString &reason) override;
+    void loseReader(const QString &reason) override;
     void mediumChanged(const DADiskRef &disk) override;
 
 private:
@@ -95,8 +96,9 @@ private:
     Phase m_phase = Phase::Preparing;
     QTimer m_phaseTimer; // ends the phase, or one step of it
     QDeadlineTimer m_deadline; // of Claiming; of AwaitingVolume, mounts that are tried meanwhile included
-    std::optional<HeldDevice> m_device; // from the last look to the start of a command
+    std::optional<HeldDevice> m_device; // from the last look before the first command to the end of the last
 
+    std::shared_ptr<void> m_inhibition; // of shutdown and sleep, while a command writes
     bool m_isUnmounted = false; // by this job
     bool m_hasRun = false; // at least one command
     ExitCode m_outcome = ExitCode::Success;

@@ -70,14 +70,15 @@ public:
                 m_job->mediumChanged(disk);
         });
         m_session->setInitialListingCallback([this](bool isAvailable) { listed(isAvailable); });
-        const auto stop = QObject::connect(&m_console, &Console::interrupted, &m_console, [this] {
+        QObject beforeTheJob;
+        const auto stop = [this] {
             if (!m_job && !m_encryptionJob)
                 finish(ExitCode::Interrupted);
-        });
+        };
+        QObject::connect(&m_console, &Console::interrupted, &beforeTheJob, stop);
+        QObject::connect(&m_console, &Console::readerLeft, &beforeTheJob, stop);
         m_session->scheduleWithRunLoop();
-        const int status = QCoreApplication::exec();
-        QObject::disconnect(stop);
-        return static_cast<ExitCode>(status);
+        return static_cast<ExitCode>(QCoreApplication::exec());
     }
 
 private:
@@ -113,6 +114,7 @@ private:
         QObject::connect(m_job.get(), &Job::said, &m_console, &Console::say);
         QObject::connect(m_job.get(), &Job::complained, &m_console, &Console::complain);
         QObject::connect(&m_console, &Console::interrupted, m_job.get(), &Job::interrupt);
+        QObject::connect(&m_console, &Console::readerLeft, m_job.get(), &Job::loseReader);
         QObject::connect(m_job.get(), &Job::finished, m_job.get(), &Session::finish);
         m_job->start();
     }
@@ -125,6 +127,7 @@ private:
         QObject::connect(job, &EncryptionJob::asked, &m_console, &Console::ask);
         QObject::connect(job, &EncryptionJob::complained, &m_console, &Console::complain);
         QObject::connect(&m_console, &Console::interrupted, job, &EncryptionJob::interrupt);
+        QObject::connect(&m_console, &Console::readerLeft, job, &EncryptionJob::interrupt);
         QObject::connect(job, &EncryptionJob::finished, job, &Session::finish);
         job->start();
     }
@@ -186,9 +189,11 @@ int main(int argc, char **argv)
     setenv("LC_ALL", "C.UTF-8", 1);
     openMissingStandardDescriptors();
     hearSignals();
-    const QStringList arguments = argumentsOf(argc, argv);
+    QStringList arguments = argumentsOf(argc, argv);
     QCoreApplication application(argc, argv);
     Console console;
+    if (PrivilegedRun::takeMark(arguments))
+        console.heedInput();
     const auto parsed = parseCommandLine(arguments);
     if (const auto *refusal = std::get_if<Refusal>(&parsed)) {
         console.complain(refusal->message);

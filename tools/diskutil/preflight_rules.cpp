@@ -46,6 +46,26 @@ std::optional<Refusal> refusalOfDevice(
     return std::nullopt;
 }
 
+std::optional<Refusal> refusalOfMounts(
+    const Medium &medium, const std::vector<VolumeMount> &mounts, const QString &user)
+{
+    QStringList uses;
+    for (const VolumeMount &mount : mounts) {
+        const bool isOthers
+            = !user.isEmpty() && !mount.user.isEmpty() && mount.user != u"root"_s && mount.user != user;
+        QString use = u"it is mounted at %1"_s.arg(mount.place);
+        if (!mount.isServices)
+            use += u", not by the disk service"_s;
+        else if (isOthers)
+            use += u" for the user %1"_s.arg(mount.user);
+        if (mounts.size() > 1 || !mount.isServices || isOthers)
+            uses.append(use);
+    }
+    if (uses.isEmpty())
+        return std::nullopt;
+    return Refusal { ExitCode::InUse, u"%1 is in use: %2"_s.arg(medium.bsdName, uses.join(u", "_s)) };
+}
+
 std::optional<Refusal> refusalOfChoice(Operation operation, const CommandLine &line, const Medium &medium,
     const PersonalityChoice &choice, const QStringList &formats)
 {

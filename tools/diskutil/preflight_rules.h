@@ -5,6 +5,7 @@
 #pragma once
 
 #include "platform/SystemDevices.h"
+#include "platform/VolumeMount.h"
 #include "tools/diskutil/CommandLine.h"
 #include "tools/diskutil/ExitCode.h"
 #include "tools/diskutil/Medium.h"
@@ -38,6 +39,11 @@ std::optional<Operation> operationOfVerb(Verb verb);
 
 std::optional<Refusal> refusalOfDevice(
     Operation operation, const Medium &medium, const DeviceSituation &situation);
+
+// Refuses where the volume could not be mounted afterwards as it is now. The user is the one that this is
+// done for, empty for root alone.
+std::optional<Refusal> refusalOfMounts(
+    const Medium &medium, const std::vector<VolumeMount> &mounts, const QString &user);
 
 // Refuses when no personality does what is asked. The formats are the names that can be asked for.
 std::optional<Refusal> refusalOfChoice(Operation operation, const CommandLine &line, const Medium &medium,
