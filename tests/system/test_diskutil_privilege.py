@@ -70,22 +70,23 @@ class DiskutilPrivilege(unittest.TestCase):
         path = self.stand_in("import sys; print(sys.argv[1:]); sys.exit(8)")
         code, out, _ = self.diskutil("eraseVolume", "ext4", "it's; a $(name)", "disk1s1", path=path)
         self.assertEqual(code, 8)
-        self.assertEqual(out, str([DISKUTIL, "eraseVolume", "ext4", "it's; a $(name)", "disk1s1"]) + "\n")
+        self.assertEqual(out, str([DISKUTIL, "--stopped-by-input", "eraseVolume", "ext4", "it's; a $(name)", "disk1s1"]) + "\n")
 
     def test_the_question_was_closed(self):
         code, _, err = self.diskutil("verifyVolume", "disk1s1", path=self.stand_in("raise SystemExit(126)"))
         self.assertEqual(code, NOT_PERMITTED)
         self.assertEqual(err, "diskutil: the request for administrator rights was dismissed\n")
 
-    # Root's process does not hear the user's signals; it sees that its reader goes.
+    # Root's process does not hear the user's signals; it gets a byte, or sees that its reader goes.
     DEAF = """
-import os, signal, sys
+import os, select, signal, sys
 for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
     signal.signal(number, signal.SIG_IGN)
 signal.signal(signal.SIGPIPE, signal.SIG_IGN)
 try:
-    while True:
+    while not (select.select([0], [], [], 0)[0] and os.read(0, 1)):
         os.write(1, b"working\\n")
+    raise BrokenPipeError
 except BrokenPipeError:
     os.write(2, b"stopped\\n")
     sys.exit(19)

@@ -50,6 +50,7 @@ public:
 
     void start() { m_job->start(); }
     void interrupt() { m_job->interrupt(u"test"_s); }
+    void loseReader() { m_job->loseReader(u"test"_s); }
 
     static void mount(const MemoryDiskRef &medium)
     {
@@ -106,6 +107,7 @@ public:
     QList<int> exits;
     QStringList announced;
     QStringList heldNodes;
+    std::vector<VolumeMount> mounts; // of any medium
     QString lastLineThatIsRead; // the reader of the output goes once a line has begun so
 
 private:
@@ -130,6 +132,7 @@ private:
             return std::vector { bundle };
         };
         machine.readDeviceSituation = [this](const auto &, const auto &) { return situation; };
+        machine.readVolumeMounts = [this](const auto &) { return mounts; };
         machine.inhibitShutdown = [](const auto &) { return std::make_shared<int>(); };
         machine.readDiskSituation = [this](const Medium &whole, const std::vector<Medium> &media) {
             std::vector<PartSituation> parts;
@@ -178,6 +181,8 @@ class TestDiskJob : public QObject
 
 private Q_SLOTS:
     void wholeCourse();
+    void readerWhoLeavesStopsNothingThatHasBegun();
+    void whatWasUnmountedIsMountedAsItWas();
     void schemeThatIsAskedFor();
     void diskThatTakesNoPartitions();
     void everyPartInUseIsNamed();
@@ -208,6 +213,9 @@ void TestDiskJob::wholeCourse()
     run.grant(run.second);
     QCOMPARE(run.programs(), QStringList { u"wipefs"_s });
     QCOMPARE(run.tools.commands.back().arguments.mid(2), QStringList({ diskNode + u'1', diskNode + u'2' }));
+    // The disk and its partitions are locked until the table is there.
+    QCOMPARE(run.heldNodes, QStringList({ diskNode, diskNode + u'1', diskNode + u'2' }));
+    QCOMPARE(run.tools.commands.back().descriptors.size(), 3U);
     run.tools.run(0);
     QCOMPARE(run.programs(), QStringList({ u"wipefs"_s, u"sfdisk"_s }));
     QCOMPARE(run.tools.commands.back().arguments.constLast(), diskNode);
@@ -229,6 +237,48 @@ void TestDiskJob::wholeCourse()
         QStringList({ u"Started erase on disk2"_s, u"Unmounting disk2s1"_s, u"Unmounting disk2s2"_s,
             u"Creating the partition map"_s, u"Waiting for disk2s1"_s, u"Formatting disk2s1 as Test"_s,
             u"Mounting disk2s1"_s, u"Finished erase on disk2"_s }));
+}
+
+void TestDiskJob::readerWhoLeavesStopsNothingThatHasBegun()
+{
+    Run early;
+    Run::mount(early.first);
+    early.start();
+    early.loseReader();
+    early.grant(early.first);
+    early.grant(early.first);
+    QCOMPARE(early.exits, only(ExitCode::Interrupted));
+    QVERIFY(early.programs().isEmpty());
+
+    Run late;
+    late.start();
+    late.loseReader();
+    late.tools.run(0);
+    late.tools.run(0);
+    late.showPartition();
+    QTRY_COMPARE(late.programs().size(), 3);
+    late.loseReader();
+    late.tools.run(0);
+    QCOMPARE(late.programs().constLast(), u"format"_s);
+    QCOMPARE(late.tools.stops, 0);
+}
+
+void TestDiskJob::whatWasUnmountedIsMountedAsItWas()
+{
+    JobLimits limits;
+    limits.claim = 1ms;
+    limits.claimStep = 1ms;
+    Run run(limits);
+    Run::mount(run.first);
+    run.mounts = { { u"/media/anna/X"_s, true, u"anna"_s, { u"ro"_s } } };
+    run.isClaimed = true;
+    run.start();
+    run.grant(run.first);
+    QTRY_COMPARE(run.service.requests().size(), 1U);
+    const MemoryDiskService::Request &request = run.service.requests().front();
+    QCOMPARE(request.kind, MemoryDiskService::RequestKind::MountAgain);
+    QCOMPARE(request.name, u"anna"_s);
+    QCOMPARE(request.mountOptions, QStringList { u"ro"_s });
 }
 
 void TestDiskJob::schemeThatIsAskedFor()

@@ -129,6 +129,8 @@ private Q_SLOTS:
     void serviceIsAskedToMountForTheUser();
     void olderServiceIsAskedInTheUsersName_data();
     void olderServiceIsAskedInTheUsersName();
+    void volumeIsMountedAgainForItsUserAlone_data();
+    void volumeIsMountedAgainForItsUserAlone();
     void folderAccessIsThatOfTheUser();
     void errorOfAnUnknownNameIsAGeneralError();
     void unmountGoesOnUntilNothingIsMounted();
@@ -429,6 +431,55 @@ void TestUDisksSession::olderServiceIsAskedInTheUsersName()
     QTRY_COMPARE(test.completions, 1);
     QCOMPARE(test.fake.calls, calls);
     QCOMPARE(test.outcome && test.outcome->isDeclined, isDeclined);
+}
+
+void TestUDisksSession::volumeIsMountedAgainForItsUserAlone_data()
+{
+    QTest::addColumn<QString>("version");
+    QTest::addColumn<QString>("user");
+    QTest::addColumn<QVariant>("options"); // of the call to the service; none where there is no call
+    QTest::addColumn<bool>("isMounted");
+    const QString ro = u"ro,noexec"_s;
+    QTest::newRow("root's") << u"2.9.4"_s << u"root"_s << QVariant(QVariantMap { { u"options"_s, ro } })
+                            << true;
+    QTest::newRow("nobody's") << u"2.10.1"_s << QString() << QVariant(QVariantMap { { u"options"_s, ro } })
+                              << true;
+    QTest::newRow("a user's") << u"2.10.1"_s << u"nobody"_s
+                              << QVariant(QVariantMap { { u"options"_s, ro }, { u"as-user"_s, u"nobody"_s } })
+                              << true;
+    QTest::newRow("refused") << u"2.9.4"_s << u"nobody"_s << QVariant() << false;
+    QTest::newRow("of one who has gone") << u"2.10.1"_s << u"no such user"_s << QVariant() << false;
+}
+
+void TestUDisksSession::volumeIsMountedAgainForItsUserAlone()
+{
+    if (geteuid() != 0)
+        QSKIP("Only root mounts for another user.");
+    QFETCH(const QString, version);
+    QFETCH(const QString, user);
+    QFETCH(const QVariant, options);
+    QFETCH(const bool, isMounted);
+    QTemporaryDir folder; // with a client that the service refuses
+    QVERIFY(QFile::link(u"/bin/false"_s, folder.filePath(u"udisksctl"_s)));
+    SessionTest test;
+    test.fake.addInterfaces(
+        UDisks::managerPath, { { UDisks::manager, { { u"Version"_s, version } } } }, Tell::No);
+    test.start();
+    QVariant given;
+    test.fake.answer = [&](const QDBusMessage &call) {
+        given = qdbus_cast<QVariantMap>(call.arguments().constFirst());
+        return call.createReply(u"/media/A"_s);
+    };
+    const QByteArray path = qgetenv("PATH");
+    QVERIFY(QFile::setPermissions(folder.path(), QFile::Permissions(0x7755)));
+    const QByteArray withClient = QFile::encodeName(folder.path()) + ':' + path;
+    qputenv("PATH", withClient);
+    test.session->mountAgain(
+        test.disks.value(u"disk2s1"_s), user, { u"ro"_s, u"noexec"_s }, test.completion());
+    qputenv("PATH", path);
+    QTRY_COMPARE(test.completions, 1);
+    QCOMPARE(!test.outcome, isMounted);
+    QCOMPARE(given, options);
 }
 
 void TestUDisksSession::folderAccessIsThatOfTheUser()

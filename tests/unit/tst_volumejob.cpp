@@ -192,6 +192,7 @@ private Q_SLOTS:
     void deviceIsClaimedForAToolThatDoesNotClaimIt();
     void nodeThatLeadsElsewhereByNow();
     void volumeIsMountedAsItWas();
+    void otherPlaceIsTold();
     void newVolumeIsNotMountedAsTheOldOne();
     void mountThatCannotBeMadeAgain_data();
     void mountThatCannotBeMadeAgain();
@@ -336,7 +337,21 @@ void TestVolumeJob::volumeIsMountedAsItWas()
         QCOMPARE(request.mountOptions, QStringList({ u"ro"_s, u"noexec"_s }));
         run.grantMount();
         QCOMPARE(run.exits, only(ExitCode::Success));
+        QVERIFY(!run.said.join(u'\n').contains(u" now, "_s));
     }
+}
+
+void TestVolumeJob::otherPlaceIsTold()
+{
+    Run run(Operation::Verify);
+    run.setMounted(true);
+    run.mounts = { { u"/media/user/Other"_s, true, u"user"_s, {} } };
+    run.start();
+    run.grantUnmount();
+    run.tools.run(0);
+    run.grantMount();
+    QVERIFY(
+        run.said.contains(u"disk2s1 is mounted at /media/user/Volume now, no longer at /media/user/Other"_s));
 }
 
 void TestVolumeJob::newVolumeIsNotMountedAsTheOldOne()

@@ -299,10 +299,20 @@ void VolumeJob::mountAnswered(const DADissenterRef &dissenter)
     }
     if (isOldVolumeLost() && !medium.mountPoint.isEmpty())
         m_environment.machine.giveToDesktopUser(medium.mountPoint, m_plan.medium.deviceNode);
-    if (medium.mountPoint.isEmpty())
+    if (medium.mountPoint.isEmpty()) {
         finish();
-    else
-        reportPlaceOutOfReach(medium.mountPoint);
+        return;
+    }
+    reportOtherPlace(medium.mountPoint);
+    reportPlaceOutOfReach(medium.mountPoint);
+}
+
+// The service takes another folder where something else has the one before.
+void VolumeJob::reportOtherPlace(const QString &mountPoint)
+{
+    if (m_plan.formerMount && !isOldVolumeLost() && m_plan.formerMount->place != mountPoint)
+        Q_EMIT said(u"%1 is mounted at %2 now, no longer at %3"_s.arg(
+            m_plan.medium.bsdName, mountPoint, m_plan.formerMount->place));
 }
 
 void VolumeJob::reportPlaceOutOfReach(const QString &mountPoint)

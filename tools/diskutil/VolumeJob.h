@@ -78,6 +78,7 @@ private:
     void mount();
     void mountAnswered(const DADissenterRef &dissenter);
     void reportRefusedMount(const DADissenterRef &dissenter);
+    void reportOtherPlace(const QString &mountPoint);
     void reportPlaceOutOfReach(const QString &mountPoint);
     void giveServiceUp();
     void finish();
