@@ -29,13 +29,17 @@ class Refusals(DiskutilCase):
         run("mount", "--bind", "/dev/null", path)
         self.addCleanup(run, "umount", path)
 
-    def write_fstab(self, text):
-        """A table of this mount namespace."""
-        with tempfile.NamedTemporaryFile("w", encoding="utf-8") as file:
-            file.write(text)
-            file.flush()
-            run("mount", "--bind", file.name, "/etc/fstab")
+    def private_fstab(self):
+        """Makes /etc/fstab an empty file of this mount namespace."""
+        file = tempfile.NamedTemporaryFile()
+        self.addCleanup(file.close)
+        run("mount", "--bind", file.name, "/etc/fstab")
         self.addCleanup(run, "umount", "/etc/fstab")
+
+    @staticmethod
+    def write_fstab(line):
+        with open("/etc/fstab", "w", encoding="utf-8") as table:
+            table.write(line + "\n")
 
     def test_arguments_that_make_no_sense(self):
         for arguments in [[], ["eraseDisk"], ["eraseVolume", "ext4", "Name"], ["verifyVolume"], ["info"],
@@ -71,15 +75,16 @@ class Refusals(DiskutilCase):
         disk = self.make_disk(20, 20)
         node = disk.partitions[0]
         self.erase(disk, node, "ext4", "System Boot")
+        self.private_fstab()
         for source in [node, "LABEL=System\\040Boot", f"UUID={probe(node, 'UUID')}",
                        f"PARTUUID={probe(node, 'PART_ENTRY_UUID')}"]:
-            self.write_fstab(f"{source} /boot ext4 noauto 0 2\n")
+            self.write_fstab(f"{source} /boot ext4 noauto 0 2")
             for arguments in [["repairVolume", node], ["eraseVolume", "ext4", "Name", node],
                               ["eraseVolume", "ext4", "Name", disk.node], ["eraseDisk", "ext4", "Name", disk.node]]:
                 with self.subTest([source] + arguments):
                     self.assert_refused(case.SYSTEM_VOLUME, "belongs to the running system", *arguments, disk=disk)
             self.assert_exit(diskutil("verifyVolume", node), case.SUCCESS)
-        self.write_fstab("UUID=00000000-0000-0000-0000-000000000000 /boot ext4 noauto 0 2\n")
+        self.write_fstab("UUID=00000000-0000-0000-0000-000000000000 /boot ext4 noauto 0 2")
         self.assert_exit(diskutil("repairVolume", node), case.SUCCESS)
 
     def test_the_boot_partition_of_a_disk_of_the_system(self):
@@ -88,7 +93,8 @@ class Refusals(DiskutilCase):
         run("sfdisk", "--quiet", "--no-reread", "--no-tell-kernel", "--part-type", disk.node, "1", "U")
         disk.add_partitions()
         boot, other = disk.partitions
-        self.erase(disk, boot, "MS-DOS FAT16", "EFI")
+        run("mkfs.fat", boot)
+        self.service.wait(f"{boot} has a volume", lambda: "vfat" in self.service.property(boot, "Block", "IdType"))
         self.erase(disk, other, "ext4", "Other")
         run("mount", other, "/boot")
         self.addCleanup(run, "umount", "/boot")
