@@ -44,6 +44,7 @@ class DiskutilOfUser(DiskutilCase):
     def setUpClass(cls):
         cls.user = PrivateUser(NAME, 61012)
         cls.user.join_administrators()
+        cls.user.have_session("local", "active")
 
     def setUp(self):
         super().setUp()
