@@ -26,10 +26,11 @@ namespace {
 ApplicationPlatform realPlatform()
 {
     ApplicationPlatform platform;
+    platform.bundleGuard = guardOfThisProcess();
     // The disk service lists its media while the window is made. The controller still takes the session after
     // its first scan: until the session is scheduled, it reports and logs nothing.
-    auto session = std::make_shared<std::unique_ptr<DASession>>(
-        createDiskArbitrationSession(volumeClaimReader(filesystemDirectories()), MediaListing::Ahead));
+    auto session = std::make_shared<std::unique_ptr<DASession>>(createDiskArbitrationSession(
+        volumeClaimReader(filesystemDirectories(), platform.bundleGuard), MediaListing::Ahead));
     platform.createSession = [session] { return std::move(*session); };
     platform.mountTable = std::make_shared<KernelMountTable>();
     platform.workspace = std::make_shared<DesktopWorkspace>();

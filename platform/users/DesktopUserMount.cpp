@@ -61,7 +61,7 @@ void findFolderAccess(const QString &path, QObject *context, std::function<void(
 
 void giveMountedVolume(const QString &mountPoint, const std::optional<DesktopUser> &user)
 {
-    if (!user)
+    if (!user || !user->isKnown())
         return;
     const FileDescriptor folder(
         open(QFile::encodeName(mountPoint).constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));

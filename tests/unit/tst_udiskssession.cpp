@@ -127,6 +127,7 @@ private Q_SLOTS:
     void serviceIsAskedToMountForTheUser();
     void olderServiceIsAskedInTheUsersName_data();
     void olderServiceIsAskedInTheUsersName();
+    void nothingIsMountedForAUserWhoCannotBeLookedUp();
     void folderAccessIsThatOfTheUser();
     void errorOfAnUnknownNameIsAGeneralError();
     void unmountGoesOnUntilNothingIsMounted();
@@ -424,6 +425,21 @@ void TestUDisksSession::olderServiceIsAskedInTheUsersName()
     QTRY_COMPARE(test.completions, 1);
     QCOMPARE(test.fake.calls, calls);
     QCOMPARE(test.outcome && test.outcome->isDeclined, isDeclined);
+}
+
+void TestUDisksSession::nothingIsMountedForAUserWhoCannotBeLookedUp()
+{
+    if (geteuid() != 0)
+        QSKIP("Only root mounts for another user.");
+    SessionTest test;
+    test.start();
+    qputenv("PKEXEC_UID", "61999");
+    test.session->mount(test.disks.value(u"disk2s1"_s), 0, test.completion());
+    qunsetenv("PKEXEC_UID");
+    QTRY_COMPARE(test.completions, 1);
+    QCOMPARE(test.fake.calls, QStringList());
+    QVERIFY(test.outcome);
+    QCOMPARE(test.outcome->status, static_cast<quint32>(DAReturn::NotPermitted));
 }
 
 void TestUDisksSession::folderAccessIsThatOfTheUser()
