@@ -25,6 +25,7 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 const QString program = u"/usr/bin/zorvex-disk-manager"_s;
+const QString windowTitle = u"^Zorvex Disk Manager$"_s; // and that of the message
 constexpr int startLimit = 30000; // milliseconds
 
 const TestUser plainUser { "nobody", 65534, 65534 }; // whom every machine has
@@ -190,8 +191,7 @@ void ElevationTest::startAs(UserProcess &process, const QStringList &arguments, 
 QString ElevationTest::visibleWindow()
 {
     QProcess search;
-    search.start(u"xdotool"_s,
-        { u"search"_s, u"--sync"_s, u"--onlyvisible"_s, u"--name"_s, u"^Zorvex Disk Manager$"_s });
+    search.start(u"xdotool"_s, { u"search"_s, u"--sync"_s, u"--onlyvisible"_s, u"--name"_s, windowTitle });
     const bool isFound = QTest::qWaitFor([&] { return search.state() == QProcess::NotRunning; }, startLimit);
     search.kill();
     search.waitForFinished();
@@ -212,14 +212,25 @@ void ElevationTest::waitForSilentEnd(UserProcess &process)
     QCOMPARE(process.exitCode(), 0);
 }
 
-// The message is on the display; the process ends when it is closed.
+// The message is on the display; the process ends when it is closed. A key that comes before the window has
+// been drawn is lost.
 void ElevationTest::closeMessage(UserProcess &process)
 {
-    const QString message = visibleWindow();
-    QVERIFY2(!message.isEmpty(), process.terminalOutput().constData());
-    QCOMPARE(process.state(), QProcess::Running);
-    // The window goes while the key is still held, which xdotool calls a failure.
-    QProcess::execute(u"xdotool"_s, { u"key"_s, u"--window"_s, message, u"Return"_s });
+    bool isSeen = false;
+    const bool hasEnded = QTest::qWaitFor(
+        [&] {
+            QProcess search;
+            search.start(u"xdotool"_s, { u"search"_s, u"--onlyvisible"_s, u"--name"_s, windowTitle });
+            search.waitForFinished();
+            const QString message = QString::fromLatin1(search.readAllStandardOutput()).section(u'\n', 0, 0);
+            isSeen = isSeen || !message.isEmpty();
+            if (!message.isEmpty())
+                QProcess::execute(u"xdotool"_s, { u"key"_s, u"--window"_s, message, u"Return"_s });
+            return process.state() == QProcess::NotRunning;
+        },
+        startLimit);
+    QVERIFY2(isSeen, process.terminalOutput().constData());
+    QVERIFY(hasEnded);
     waitForSilentEnd(process);
 }
 
