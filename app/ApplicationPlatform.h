@@ -46,6 +46,7 @@ struct ApplicationPlatform
     QString localeIdentifier;
 
     QStringList filesystemDirectories;
+    BundleGuard bundleGuard;
     QString userManualPath;
 
     // Where records get their memory; null when memory is short.

@@ -31,25 +31,27 @@ bool mayRunInterface(const QByteArrayList &arguments, const GroupLookup &lookUpG
     return StartupRules::isAdministrator(list);
 }
 
-void elevate(const QByteArray &program, Authorization &authorization, std::function<void()> finished)
+void elevate(const QByteArray &program, Authorization &authorization,
+    std::function<void(AuthorizationStatus status)> finished)
 {
-    const auto end = [&authorization, finished = std::move(finished)] {
+    const auto end = [&authorization, finished = std::move(finished)](AuthorizationStatus status) {
         authorization.free();
-        finished();
+        finished(status);
     };
     authorization.create([program, &authorization, end](AuthorizationStatus created) {
         if (created != AuthorizationStatus::Success) {
             systemLog(u"Error while creating AuthorizationRef. Status: %1"_s.arg(number(created)));
-            end();
+            end(created);
             return;
         }
         authorization.copyRights(program, [program, &authorization, end](AuthorizationStatus granted) {
             if (granted != AuthorizationStatus::Success) {
                 systemLog(u"AuthorizationCopyRights failed with status: %1"_s.arg(number(granted)));
-                end();
+                end(granted);
                 return;
             }
-            authorization.executeWithPrivileges(program, { StartupRules::elevatedArgument }, end);
+            authorization.executeWithPrivileges(
+                program, { StartupRules::elevatedArgument }, [end] { end(AuthorizationStatus::Success); });
         });
     });
 }

@@ -15,5 +15,7 @@
 bool mayRunInterface(const QByteArrayList &arguments, const GroupLookup &lookUpGroups);
 
 // Asks for the administrator's right and starts the program at the path as root. Calls finished once, in
-// every case, after the authorisation session has ended. Main thread; the authorization must live until then.
-void elevate(const QByteArray &program, Authorization &authorization, std::function<void()> finished);
+// every case, after the authorisation session has ended, with the answer that ended it. Main thread; the
+// authorization must live until then.
+void elevate(const QByteArray &program, Authorization &authorization,
+    std::function<void(AuthorizationStatus status)> finished);

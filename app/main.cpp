@@ -3,6 +3,7 @@
 // Starts the program: decides whether this process may run the interface, chooses the real services and
 // brings the interface up.
 #include "app/MainWindow.h"
+#include "app/StartMessage.h"
 #include "app/Startup.h"
 #include "app/startup_rules.h"
 #include "app/ZorvexDiskManagerAppDelegate.h"
@@ -11,6 +12,7 @@
 #include "platform/Authorization.h"
 #include "platform/DesktopUser.h"
 #include "platform/Localization.h"
+#include "platform/RuntimeFolder.h"
 #include "platform/SingleInstance.h"
 
 #include <QApplication>
@@ -26,10 +28,11 @@ namespace {
 ApplicationPlatform realPlatform()
 {
     ApplicationPlatform platform;
+    platform.bundleGuard = guardOfThisProcess();
     // The disk service lists its media while the window is made. The controller still takes the session after
     // its first scan: until the session is scheduled, it reports and logs nothing.
-    auto session = std::make_shared<std::unique_ptr<DASession>>(
-        createDiskArbitrationSession(volumeClaimReader(filesystemDirectories()), MediaListing::Ahead));
+    auto session = std::make_shared<std::unique_ptr<DASession>>(createDiskArbitrationSession(
+        volumeClaimReader(filesystemDirectories(), platform.bundleGuard), MediaListing::Ahead));
     platform.createSession = [session] { return std::move(*session); };
     platform.mountTable = std::make_shared<KernelMountTable>();
     platform.workspace = std::make_shared<DesktopWorkspace>();
@@ -65,12 +68,18 @@ void raiseWindow(QWidget *window, const QByteArray &token)
 
 int runInterface(int argc, char **argv)
 {
-    if (raiseInstance(ownInstance(), activationToken()))
+    InstanceAnswer answer = raiseInstance(ownInstance(), activationToken());
+    if (answer == InstanceAnswer::Raised)
         return EXIT_SUCCESS;
     QApplication application(argc, argv);
     SingleInstance instance(ownInstance());
-    // When two start in the same instant, only the one that got the name shows a window.
-    if (!instance.listen() && raiseInstance(ownInstance(), activationToken()))
+    // When two start in the same instant, only the one that listens shows a window. One that hangs may still
+    // work on a disk, and gets no other beside it.
+    if (answer == InstanceAnswer::None)
+        answer = instance.listenOrRaise(activationToken());
+    if (answer == InstanceAnswer::Silent)
+        showStartProblem(StartProblem::NoAnswer);
+    if (answer != InstanceAnswer::None)
         return EXIT_SUCCESS;
     QApplication::setApplicationName(u"zorvex-disk-manager"_s);
     QApplication::setApplicationVersion(QStringLiteral(ZORVEX_VERSION));
@@ -88,17 +97,26 @@ int runInterface(int argc, char **argv)
     return QApplication::exec();
 }
 
-// Hands over to the process with administrator rights. It is started unless it runs already.
-void runElevated(int argc, char **argv)
+// Hands over to the process with administrator rights. It is started unless it runs already. Returns what the
+// user is to be told.
+std::optional<StartProblem> runElevated(int argc, char **argv)
 {
-    if (raiseInstance(elevatedInstance(), activationToken()))
-        return;
+    const InstanceAnswer answer = raiseInstance(elevatedInstance(), activationToken());
+    if (answer == InstanceAnswer::Raised)
+        return std::nullopt;
+    if (answer == InstanceAnswer::Silent)
+        return StartProblem::NoAnswer;
     QCoreApplication application(argc, argv);
     const std::unique_ptr<Authorization> authorization = createAuthorization();
+    std::optional<StartProblem> problem;
+    const auto finish = [&problem](AuthorizationStatus status) {
+        problem = StartupRules::problemOf(status);
+        QCoreApplication::quit();
+    };
     QMetaObject::invokeMethod(
-        &application, [&] { elevate(argv[0], *authorization, &QCoreApplication::quit); },
-        Qt::QueuedConnection);
+        &application, [&] { elevate(argv[0], *authorization, finish); }, Qt::QueuedConnection);
     QCoreApplication::exec();
+    return problem;
 }
 
 } // namespace
@@ -107,13 +125,15 @@ int main(int argc, char **argv)
 {
     const QByteArrayList arguments(argv, argv + argc);
     if (!mayRunInterface(arguments, lookUpGroupsOfUser)) {
-        runElevated(argc, argv);
+        if (const auto problem = runElevated(argc, argv))
+            showStartProblem(*problem, argc, argv);
         return EXIT_SUCCESS;
     }
     if (StartupRules::isElevated(arguments)) {
         const QByteArray accessibilityBus = completeExecutionWithPrivileges();
         adoptDisplayOfDesktopUser();
         doWithoutSessionBus();
+        provideRuntimeFolder();
         if (const std::optional<DesktopUser> user = desktopUser())
             adoptAccessibilityBus(*user, accessibilityBus);
     }

@@ -26,4 +26,35 @@ bool isAdministrator(const GroupList &list)
     return std::find(list.groups.begin(), end, administratorsGroup) != end;
 }
 
+std::optional<StartProblem> problemOf(AuthorizationStatus status)
+{
+    switch (status) {
+    case AuthorizationStatus::Success:
+    case AuthorizationStatus::Canceled:
+        break;
+    case AuthorizationStatus::Denied:
+        return StartProblem::Refused;
+    case AuthorizationStatus::InteractionNotAllowed:
+        return StartProblem::NobodyAsks;
+    case AuthorizationStatus::Internal:
+        return StartProblem::NoAuthority;
+    }
+    return std::nullopt;
+}
+
+ProblemTexts textsOf(StartProblem problem)
+{
+    switch (problem) {
+    case StartProblem::NobodyAsks:
+        return { QT_TRID_NOOP("START_NOBODY_ASKS_TITLE"), QT_TRID_NOOP("START_NOBODY_ASKS_TEXT") };
+    case StartProblem::Refused:
+        return { QT_TRID_NOOP("START_REFUSED_TITLE"), QT_TRID_NOOP("START_REFUSED_TEXT") };
+    case StartProblem::NoAuthority:
+        return { QT_TRID_NOOP("START_NO_AUTHORITY_TITLE"), QT_TRID_NOOP("START_NO_AUTHORITY_TEXT") };
+    case StartProblem::NoAnswer:
+        break;
+    }
+    return { QT_TRID_NOOP("START_NO_ANSWER_TITLE"), QT_TRID_NOOP("START_NO_ANSWER_TEXT") };
+}
+
 } // namespace StartupRules

@@ -3,9 +3,20 @@
 // Whether this process may run the interface. Functions of values, any thread.
 #pragma once
 
+#include "platform/Authorization.h"
 #include "platform/UserGroups.h"
 
 #include <QByteArrayList>
+
+#include <optional>
+
+// Why the program ends without a window, where the user has to be told.
+enum class StartProblem {
+    NobodyAsks, // no program that asks for passwords runs in the session
+    Refused,
+    NoAuthority, // the authorisation service cannot be reached
+    NoAnswer, // the program runs already, and hangs
+};
 
 namespace StartupRules {
 
@@ -24,5 +35,17 @@ bool hasFailed(const GroupList &list);
 
 // Whether the administrators' group is among those that were found; those beyond the array are unknown.
 bool isAdministrator(const GroupList &list);
+
+// What the user is told about the answer. Returns std::nullopt when they know: they were granted the right,
+// or have closed the question.
+std::optional<StartProblem> problemOf(AuthorizationStatus status);
+
+// The keys of a problem's texts: what is the matter, and what can be done.
+struct ProblemTexts
+{
+    const char *title;
+    const char *text;
+};
+ProblemTexts textsOf(StartProblem problem);
 
 } // namespace StartupRules

@@ -8,6 +8,9 @@
 #include <QSet>
 #include <QStringDecoder>
 
+#include <memory>
+#include <unistd.h>
+
 #include "platform/NoWidgets.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -35,9 +38,10 @@ QString bundlePath(const QString &baseDir, const QString &name)
 class BundleScan
 {
 public:
-    BundleScan(const BundleScanLog &log, const BundleVisitor &visit)
+    BundleScan(const BundleScanLog &log, const BundleVisitor &visit, const BundleGuard &guard)
         : m_log(log)
         , m_visit(visit)
+        , m_guard(guard)
     {
     }
 
@@ -63,9 +67,10 @@ private:
             m_log(u"Error while allocating temporary string for fs bundle name."_s);
             return;
         }
-        if (m_hidden.contains(*name))
+        const QString path = bundlePath(baseDir, *name);
+        if (m_hidden.contains(*name) || (m_guard && !m_guard(path)))
             return;
-        const auto bundle = Bundle::open(bundlePath(baseDir, *name));
+        const auto bundle = Bundle::open(path);
         const auto information = bundle ? bundle->infoDictionary() : std::nullopt;
         const auto description
             = information ? describeBundle(baseDir, *name, *information, m_log) : std::nullopt;
@@ -75,6 +80,7 @@ private:
 
     const BundleScanLog &m_log;
     const BundleVisitor &m_visit;
+    const BundleGuard &m_guard;
     QSet<QString> m_hidden; // names
 };
 
@@ -83,6 +89,23 @@ private:
 QString BundleDescription::path() const
 {
     return bundlePath(baseDir, name);
+}
+
+BundleGuard guardOfTrustedBundles(const TrustedOwner &owner)
+{
+    return [owner, told = std::make_shared<QSet<QString>>()](const QString &bundlePath) {
+        const auto reason = reasonForDistrustOfTree(bundlePath, owner);
+        if (reason && !told->contains(*reason)) {
+            told->insert(*reason);
+            systemLog(u"The bundle %1 is not read with administrator rights: %2"_s.arg(bundlePath, *reason));
+        }
+        return !reason;
+    };
+}
+
+BundleGuard guardOfThisProcess()
+{
+    return geteuid() == 0 ? guardOfTrustedBundles() : BundleGuard();
 }
 
 std::optional<BundleDescription> describeBundle(const QString &baseDir, const QString &name,
@@ -104,9 +127,10 @@ std::optional<BundleDescription> describeBundle(const QString &baseDir, const QS
     return description.personalities.empty() ? std::nullopt : std::optional(std::move(description));
 }
 
-void scanBundles(const QStringList &directories, const BundleScanLog &log, const BundleVisitor &visit)
+void scanBundles(const QStringList &directories, const BundleScanLog &log, const BundleVisitor &visit,
+    const BundleGuard &guard)
 {
-    BundleScan scan(log, visit);
+    BundleScan scan(log, visit, guard);
     for (const QString &directory : directories)
         scan.scanDirectory(directory);
 }

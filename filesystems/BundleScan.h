@@ -5,6 +5,7 @@
 #pragma once
 
 #include "platform/Property.h"
+#include "platform/TrustedFile.h"
 
 #include <QStringList>
 
@@ -39,6 +40,17 @@ using BundleVisitor = std::function<bool(const BundleDescription &bundle)>;
 // Takes a line about something that could not be read.
 using BundleScanLog = std::function<void(const QString &line)>;
 
+// Says whether the bundle at this path may be read. An empty function lets all be read.
+using BundleGuard = std::function<bool(const QString &bundlePath)>;
+
+// The guard of a process that has root's rights: it lets those bundles be read that reasonForDistrustOfTree()
+// has nothing against, and logs the reason once. The copies of one guard share what they have told, and
+// belong to one thread.
+BundleGuard guardOfTrustedBundles(const TrustedOwner &owner = {});
+
+// The one that this process needs: guardOfTrustedBundles() for root, else an empty one.
+BundleGuard guardOfThisProcess();
+
 // Takes the identifier and the personalities out of an information dictionary. Returns std::nullopt when it
 // has no identifier, or no personality.
 std::optional<BundleDescription> describeBundle(const QString &baseDir, const QString &name,
@@ -46,7 +58,8 @@ std::optional<BundleDescription> describeBundle(const QString &baseDir, const QS
 
 // Reads the bundles of the directories in the order of the directory entries, and hands on each that has an
 // identifier and at least one personality. Links are not followed.
-void scanBundles(const QStringList &directories, const BundleScanLog &log, const BundleVisitor &visit);
+void scanBundles(const QStringList &directories, const BundleScanLog &log, const BundleVisitor &visit,
+    const BundleGuard &guard = {});
 
 // "/System/Library/Filesystems" and "/Library/Filesystems". A bundle in the first hides one of the same name
 // in the second.

@@ -34,8 +34,8 @@ bool showsItems(const QComboBox &popup, const std::vector<FormatMenuRules::Forma
 
 void ZorvexDiskManagerAppDelegate::refreshFilesystems()
 {
-    const std::optional<FilesystemLists> scanned
-        = scanFilesystemDirectories(m_platform.filesystemDirectories, m_platform.catalogueMemory);
+    const std::optional<FilesystemLists> scanned = scanFilesystemDirectories(
+        m_platform.filesystemDirectories, m_platform.catalogueMemory, m_platform.bundleGuard);
     if (!scanned)
         return;
     mergeFilesystemList(allFilesystemBundlesList, scanned->all);

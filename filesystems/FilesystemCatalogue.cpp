@@ -46,7 +46,7 @@ public:
     {
     }
 
-    std::optional<FilesystemLists> scan(const QStringList &directories)
+    std::optional<FilesystemLists> scan(const QStringList &directories, const BundleGuard &guard)
     {
         if (!createLists()) {
             systemLog(u"Error while creating filesystem bundle lists."_s);
@@ -54,7 +54,7 @@ public:
         }
         scanBundles(
             directories, [](const QString &line) { systemLog(line); },
-            [this](const BundleDescription &bundle) { return addBundle(bundle); });
+            [this](const BundleDescription &bundle) { return addBundle(bundle); }, guard);
         return std::move(m_lists);
     }
 
@@ -132,9 +132,9 @@ std::optional<FilesystemBundleList> CatalogueMemory::createFilesystemBundleList(
 }
 
 std::optional<FilesystemLists> scanFilesystemDirectories(
-    const QStringList &directories, const CatalogueMemory &memory)
+    const QStringList &directories, const CatalogueMemory &memory, const BundleGuard &guard)
 {
-    return CatalogueScan(memory).scan(directories);
+    return CatalogueScan(memory).scan(directories, guard);
 }
 
 void mergeFilesystemList(

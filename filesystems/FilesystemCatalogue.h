@@ -4,6 +4,7 @@
 // them can be formatted, checked and repaired. Main thread only.
 #pragma once
 
+#include "filesystems/BundleScan.h"
 #include "filesystems/ZorvexDiskManagerFSBundle.h"
 
 #include <QStringList>
@@ -29,11 +30,11 @@ struct CatalogueMemory
     static std::optional<FilesystemBundleList> createFilesystemBundleList(std::size_t capacity) noexcept;
 };
 
-// Reads the bundles of the directories, in order, unsorted. Whatever cannot be read is left out, with a line
-// in the system log where it is worth one. Returns std::nullopt when memory is short for the lists
-// themselves.
+// Reads the bundles of the directories that the guard lets it read, in order, unsorted. Whatever cannot be
+// read is left out, with a line in the system log where it is worth one. Returns std::nullopt when memory is
+// short for the lists themselves.
 std::optional<FilesystemLists> scanFilesystemDirectories(
-    const QStringList &directories, const CatalogueMemory &memory = {});
+    const QStringList &directories, const CatalogueMemory &memory = {}, const BundleGuard &guard = {});
 
 // Brings the records of a scan into a list that lives on, which is created when it is absent, and sorts it. A
 // record that is there is refreshed in place and keeps its identity; none is ever removed.

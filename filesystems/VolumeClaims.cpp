@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "filesystems/VolumeClaims.h"
 
-#include "filesystems/BundleScan.h"
-
 #include <algorithm>
 #include <limits>
 
@@ -44,7 +42,7 @@ VolumeClaims::BundleClaim VolumeClaims::claimOf(const BundleDescription &bundle)
     return claim;
 }
 
-VolumeClaims VolumeClaims::read(const QStringList &directories)
+VolumeClaims VolumeClaims::read(const QStringList &directories, const BundleGuard &guard)
 {
     VolumeClaims claims;
     // The catalogue logs what cannot be read. It reads at every activation of the window, this at every event
@@ -54,7 +52,8 @@ VolumeClaims VolumeClaims::read(const QStringList &directories)
         [&claims](const BundleDescription &bundle) {
             claims.m_claims.push_back(claimOf(bundle));
             return true;
-        });
+        },
+        guard);
     std::stable_sort(claims.m_claims.begin(), claims.m_claims.end(),
         [](const BundleClaim &a, const BundleClaim &b) { return a.probeOrder < b.probeOrder; });
     return claims;
@@ -76,10 +75,10 @@ std::optional<VolumeClaim> VolumeClaims::find(const QString &type, const QString
     return found;
 }
 
-VolumeClaimReader volumeClaimReader(QStringList directories)
+VolumeClaimReader volumeClaimReader(QStringList directories, BundleGuard guard)
 {
-    return [directories = std::move(directories)]() -> VolumeClaimLookup {
-        return [claims = VolumeClaims::read(directories)](
+    return [directories = std::move(directories), guard = std::move(guard)]() -> VolumeClaimLookup {
+        return [claims = VolumeClaims::read(directories, guard)](
                    const QString &type, const QString &version) { return claims.find(type, version); };
     };
 }

@@ -5,19 +5,19 @@
 // that they serve, FSProbeOrder ranks them, FSLinuxSubtypes numbers the variants. Any thread.
 #pragma once
 
+#include "filesystems/BundleScan.h"
 #include "platform/DiskArbitration.h"
 
 #include <QStringList>
 
 #include <vector>
 
-struct BundleDescription;
-
 class VolumeClaims
 {
 public:
-    // Reads the bundles of the directories as the catalogue does. What cannot be read claims nothing.
-    static VolumeClaims read(const QStringList &directories);
+    // Reads the bundles of the directories as the catalogue does. What cannot or may not be read claims
+    // nothing.
+    static VolumeClaims read(const QStringList &directories, const BundleGuard &guard = {});
 
     // The claim of the bundle with the lowest probe order that serves the type. Returns std::nullopt when
     // none does.
@@ -44,4 +44,4 @@ private:
 };
 
 // Reads the claims of these directories whenever it is called.
-VolumeClaimReader volumeClaimReader(QStringList directories);
+VolumeClaimReader volumeClaimReader(QStringList directories, BundleGuard guard = {});

@@ -21,8 +21,11 @@ struct DesktopUser
     uid_t user = 0;
     gid_t group = 0;
     std::vector<gid_t> groups;
-    QString name;
+    QString name; // empty when the system's list of users does not have the user
     QString home;
+
+    // Nothing can be done in the name of a user who is not known, and nothing is done as root instead.
+    bool isKnown() const { return !name.isEmpty(); }
 
     // Where the sockets of the user's session are.
     QString runtimeFolder() const;
@@ -34,14 +37,15 @@ struct DesktopUser
     QProcessEnvironment environment() const;
 
     // Makes a process that is not started yet run as the user, with what their session needs in its
-    // environment.
+    // environment. The user must be known.
     void prepare(QProcess &process) const;
 
 private:
     std::function<void()> identityChange() const;
 };
 
-// Returns std::nullopt when this process runs with its user's own rights.
+// Returns std::nullopt when this process runs with its user's own rights, and a user who is not known when
+// their number cannot be looked up.
 std::optional<DesktopUser> desktopUser();
 
 // The user of this name. Returns std::nullopt when there is none.
@@ -49,7 +53,8 @@ std::optional<DesktopUser> userNamed(const QString &name);
 
 // Starts a program as this user, or as this process's own where there is none; it has no input, and its
 // output is lost. Runs done once, with whether it could be started and ended with 0, unless the context goes
-// first: then the program is ended. The thread of the context.
+// first: then the program is ended. Nothing is started for a user who is not known. The thread of the
+// context.
 void startProgram(const std::optional<DesktopUser> &user, const QString &program,
     const QStringList &arguments, QObject *context, std::function<void(bool hasSucceeded)> done);
 

@@ -30,7 +30,7 @@ QDBusConnection desktopBus()
 {
     const QString none = u"none"_s;
     if (const std::optional<DesktopUser> user = desktopUser()) {
-        const QString address = user->busAddress();
+        const QString address = user->isKnown() ? user->busAddress() : QString();
         return address.isEmpty() ? QDBusConnection(none)
                                  : QDBusConnection::connectToBus(address, u"desktop-user"_s);
     }

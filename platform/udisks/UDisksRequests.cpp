@@ -64,6 +64,11 @@ void UDisksRequests::mount(const QString &path, Completion completion)
         return;
     }
     const std::optional<DesktopUser> user = desktopUser();
+    if (user && !user->isKnown()) {
+        answerLater(std::move(completion), DAReturn::NotPermitted,
+            u"The user %1 cannot be looked up"_s.arg(user->user));
+        return;
+    }
     const auto options
         = mountOptions(user, m_bus.store().text(UDisks::managerPath, UDisks::manager, "Version"));
     if (options) {

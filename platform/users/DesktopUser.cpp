@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/DesktopUser.h"
 
+#include "platform/SystemLog.h"
 #include "platform/UserGroups.h"
 
 #include <QDir>
@@ -51,10 +52,23 @@ DesktopUser describe(const passwd &entry)
         QFile::decodeName(entry.pw_name), QFile::decodeName(entry.pw_dir) };
 }
 
-// A process that is not started yet and deletes itself when it has ended.
-QProcess *makeProcess(
-    const std::optional<DesktopUser> &user, QObject *context, std::function<void(const ProgramEnd &end)> done)
+struct Command
 {
+    QString program;
+    QStringList arguments;
+    QString errorFile; // empty: the errors are read
+};
+
+// The process deletes itself when it has ended.
+void startCommand(const std::optional<DesktopUser> &user, const Command &command, QObject *context,
+    std::function<void(const ProgramEnd &end)> done)
+{
+    if (user && !user->isKnown()) {
+        systemLog(
+            u"The user %1 cannot be looked up: %2 is not started."_s.arg(user->user).arg(command.program));
+        QMetaObject::invokeMethod(context, [done = std::move(done)] { done({}); }, Qt::QueuedConnection);
+        return;
+    }
     auto *process = new QProcess(context);
     const auto finish = [process, done = std::move(done)](bool hasSucceeded) {
         process->deleteLater();
@@ -74,7 +88,9 @@ QProcess *makeProcess(
         user->prepare(*process);
     process->setStandardInputFile(QProcess::nullDevice());
     process->setStandardOutputFile(QProcess::nullDevice());
-    return process;
+    if (!command.errorFile.isEmpty())
+        process->setStandardErrorFile(command.errorFile);
+    process->start(command.program, command.arguments);
 }
 
 } // namespace
@@ -132,7 +148,7 @@ std::optional<DesktopUser> desktopUser()
     passwd *found = nullptr;
     getpwuid_r(*invoking, &entry, buffer.data(), buffer.size(), &found);
     if (!found)
-        return std::nullopt;
+        return DesktopUser { *invoking, {}, {}, {}, {} };
     return describe(*found);
 }
 
@@ -148,16 +164,14 @@ std::optional<DesktopUser> userNamed(const QString &name)
 void startProgram(const std::optional<DesktopUser> &user, const QString &program,
     const QStringList &arguments, QObject *context, std::function<void(bool hasSucceeded)> done)
 {
-    QProcess *const process = makeProcess(
-        user, context, [done = std::move(done)](const ProgramEnd &end) { done(end.hasSucceeded); });
-    process->setStandardErrorFile(QProcess::nullDevice());
-    process->start(program, arguments);
+    startCommand(user, { program, arguments, QProcess::nullDevice() }, context,
+        [done = std::move(done)](const ProgramEnd &end) { done(end.hasSucceeded); });
 }
 
 void startProgramForErrors(const std::optional<DesktopUser> &user, const QString &program,
     const QStringList &arguments, QObject *context, std::function<void(const ProgramEnd &end)> done)
 {
-    makeProcess(user, context, std::move(done))->start(program, arguments);
+    startCommand(user, { program, arguments, {} }, context, std::move(done));
 }
 
 QString waylandSocket(const QString &runtimeFolder, uid_t user)

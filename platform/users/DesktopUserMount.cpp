@@ -85,7 +85,7 @@ void findFolderAccess(const QString &path, QObject *context, std::function<void(
 void giveMountedVolume(
     const QString &mountPoint, const QString &deviceNode, const std::optional<DesktopUser> &user)
 {
-    if (!user || !isPlaceForUsers(mountPoint))
+    if (!user || !user->isKnown() || !isPlaceForUsers(mountPoint))
         return;
     const SystemRoot running;
     const FileDescriptor folder = openWithoutLinks(QFile::encodeName(mountPoint));

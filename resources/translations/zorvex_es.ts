@@ -248,6 +248,46 @@ Monta, formatea, comprueba y repara discos y volúmenes.</translation>
         <extracomment>Text of the notice after a volume was mounted in a folder that the user may not open. The first %@ is the name of the volume, the second the path of the folder.</extracomment>
         <translation>El servicio de discos no pudo montar «%@» para usted. Está montado en %@, una carpeta que solo el administrador puede abrir.</translation>
     </message>
+    <message id="START_NOBODY_ASKS_TITLE">
+        <source>The password cannot be asked for</source>
+        <extracomment>Title of the message when no program in the session can ask for the password. No window opens.</extracomment>
+        <translation>No se puede pedir la contraseña</translation>
+    </message>
+    <message id="START_NOBODY_ASKS_TEXT">
+        <source>No program that asks for passwords (a polkit agent) is running in this session. Install one, such as lxpolkit or mate-polkit, log in again and start Zorvex Disk Manager. Members of the group zorvex-admin need no password.</source>
+        <extracomment>Text of the message when no program in the session can ask for the password. Keep “polkit”, the names of the packages and “zorvex-admin”.</extracomment>
+        <translation>En esta sesión no se está ejecutando ningún programa que pida contraseñas (un agente de polkit). Instale uno, como lxpolkit o mate-polkit, vuelva a iniciar la sesión y abra Zorvex Disk Manager. Los miembros del grupo zorvex-admin no necesitan contraseña.</translation>
+    </message>
+    <message id="START_REFUSED_TITLE">
+        <source>Administrator rights were not granted</source>
+        <extracomment>Title of the message when the user may not run the program as administrator, or the password was wrong. No window opens.</extracomment>
+        <translation>No se han concedido derechos de administrador</translation>
+    </message>
+    <message id="START_REFUSED_TEXT">
+        <source>Start Zorvex Disk Manager again and enter an administrator’s password, or ask an administrator to add you to the group zorvex-admin.</source>
+        <extracomment>Text of the message when the user may not run the program as administrator, or the password was wrong. Keep “zorvex-admin”.</extracomment>
+        <translation>Vuelva a abrir Zorvex Disk Manager e introduzca la contraseña de un administrador, o pida a un administrador que le añada al grupo zorvex-admin.</translation>
+    </message>
+    <message id="START_NO_AUTHORITY_TITLE">
+        <source>Administrator rights cannot be requested</source>
+        <extracomment>Title of the message when the authorization service cannot be reached. No window opens.</extracomment>
+        <translation>No se pueden solicitar derechos de administrador</translation>
+    </message>
+    <message id="START_NO_AUTHORITY_TEXT">
+        <source>The authorization service (polkit) does not answer. Make sure that the package polkitd is installed and the service is running, then start Zorvex Disk Manager again.</source>
+        <extracomment>Text of the message when the authorization service cannot be reached. Keep “polkit” and “polkitd”.</extracomment>
+        <translation>El servicio de autorización (polkit) no responde. Compruebe que el paquete polkitd está instalado y que el servicio se está ejecutando, y vuelva a abrir Zorvex Disk Manager.</translation>
+    </message>
+    <message id="START_NO_ANSWER_TITLE">
+        <source>Zorvex Disk Manager does not answer</source>
+        <extracomment>Title of the message when the program runs already and does not answer. No second window opens.</extracomment>
+        <translation>Zorvex Disk Manager no responde</translation>
+    </message>
+    <message id="START_NO_ANSWER_TEXT">
+        <source>It is running already, but its window does not respond. Wait until it does, or end it, then start it again.</source>
+        <extracomment>Text of the message when the program runs already and does not answer.</extracomment>
+        <translation>El programa ya se está ejecutando, pero su ventana no responde. Espere a que responda o ciérrelo, y vuelva a abrirlo.</translation>
+    </message>
     <message id="DEVICE_NODE_TOOL_TIP_FMT">
         <source>Device node: %@</source>
         <extracomment>Tool tip of the device name. %@ is the system&apos;s name of the device, such as /dev/sda1.</extracomment>

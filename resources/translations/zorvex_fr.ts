@@ -248,6 +248,46 @@ Monte, formate, vérifie et répare les disques et les volumes.</translation>
         <extracomment>Text of the notice after a volume was mounted in a folder that the user may not open. The first %@ is the name of the volume, the second the path of the folder.</extracomment>
         <translation>Le service de disques n’a pas pu monter «&#xa0;%@&#xa0;» pour vous. Le volume est monté sur %@, que seul l’administrateur peut ouvrir.</translation>
     </message>
+    <message id="START_NOBODY_ASKS_TITLE">
+        <source>The password cannot be asked for</source>
+        <extracomment>Title of the message when no program in the session can ask for the password. No window opens.</extracomment>
+        <translation>Le mot de passe ne peut pas être demandé</translation>
+    </message>
+    <message id="START_NOBODY_ASKS_TEXT">
+        <source>No program that asks for passwords (a polkit agent) is running in this session. Install one, such as lxpolkit or mate-polkit, log in again and start Zorvex Disk Manager. Members of the group zorvex-admin need no password.</source>
+        <extracomment>Text of the message when no program in the session can ask for the password. Keep “polkit”, the names of the packages and “zorvex-admin”.</extracomment>
+        <translation>Aucun programme demandant les mots de passe (agent polkit) ne fonctionne dans cette session. Installez-en un, par exemple lxpolkit ou mate-polkit, reconnectez-vous et lancez Zorvex Disk Manager. Les membres du groupe zorvex-admin n’ont pas besoin de mot de passe.</translation>
+    </message>
+    <message id="START_REFUSED_TITLE">
+        <source>Administrator rights were not granted</source>
+        <extracomment>Title of the message when the user may not run the program as administrator, or the password was wrong. No window opens.</extracomment>
+        <translation>Les droits d’administration n’ont pas été accordés</translation>
+    </message>
+    <message id="START_REFUSED_TEXT">
+        <source>Start Zorvex Disk Manager again and enter an administrator’s password, or ask an administrator to add you to the group zorvex-admin.</source>
+        <extracomment>Text of the message when the user may not run the program as administrator, or the password was wrong. Keep “zorvex-admin”.</extracomment>
+        <translation>Relancez Zorvex Disk Manager et saisissez le mot de passe d’un administrateur, ou demandez à un administrateur de vous ajouter au groupe zorvex-admin.</translation>
+    </message>
+    <message id="START_NO_AUTHORITY_TITLE">
+        <source>Administrator rights cannot be requested</source>
+        <extracomment>Title of the message when the authorization service cannot be reached. No window opens.</extracomment>
+        <translation>Les droits d’administration ne peuvent pas être demandés</translation>
+    </message>
+    <message id="START_NO_AUTHORITY_TEXT">
+        <source>The authorization service (polkit) does not answer. Make sure that the package polkitd is installed and the service is running, then start Zorvex Disk Manager again.</source>
+        <extracomment>Text of the message when the authorization service cannot be reached. Keep “polkit” and “polkitd”.</extracomment>
+        <translation>Le service d’autorisation (polkit) ne répond pas. Vérifiez que le paquet polkitd est installé et que le service fonctionne, puis relancez Zorvex Disk Manager.</translation>
+    </message>
+    <message id="START_NO_ANSWER_TITLE">
+        <source>Zorvex Disk Manager does not answer</source>
+        <extracomment>Title of the message when the program runs already and does not answer. No second window opens.</extracomment>
+        <translation>Zorvex Disk Manager ne répond pas</translation>
+    </message>
+    <message id="START_NO_ANSWER_TEXT">
+        <source>It is running already, but its window does not respond. Wait until it does, or end it, then start it again.</source>
+        <extracomment>Text of the message when the program runs already and does not answer.</extracomment>
+        <translation>Le programme est déjà lancé, mais sa fenêtre ne répond pas. Attendez qu’elle réponde ou arrêtez le programme, puis relancez-le.</translation>
+    </message>
     <message id="DEVICE_NODE_TOOL_TIP_FMT">
         <source>Device node: %@</source>
         <extracomment>Tool tip of the device name. %@ is the system&apos;s name of the device, such as /dev/sda1.</extracomment>

@@ -248,6 +248,46 @@ Monta, formatta, controlla e ripara dischi e volumi.</translation>
         <extracomment>Text of the notice after a volume was mounted in a folder that the user may not open. The first %@ is the name of the volume, the second the path of the folder.</extracomment>
         <translation>Il servizio dei dischi non ha potuto montare “%@” per te. Il volume è montato in %@, che solo l’amministratore può aprire.</translation>
     </message>
+    <message id="START_NOBODY_ASKS_TITLE">
+        <source>The password cannot be asked for</source>
+        <extracomment>Title of the message when no program in the session can ask for the password. No window opens.</extracomment>
+        <translation>Non è possibile chiedere la password</translation>
+    </message>
+    <message id="START_NOBODY_ASKS_TEXT">
+        <source>No program that asks for passwords (a polkit agent) is running in this session. Install one, such as lxpolkit or mate-polkit, log in again and start Zorvex Disk Manager. Members of the group zorvex-admin need no password.</source>
+        <extracomment>Text of the message when no program in the session can ask for the password. Keep “polkit”, the names of the packages and “zorvex-admin”.</extracomment>
+        <translation>In questa sessione non è in esecuzione alcun programma che chieda le password (un agente polkit). Installane uno, ad esempio lxpolkit o mate-polkit, accedi di nuovo e avvia Zorvex Disk Manager. Ai membri del gruppo zorvex-admin non serve la password.</translation>
+    </message>
+    <message id="START_REFUSED_TITLE">
+        <source>Administrator rights were not granted</source>
+        <extracomment>Title of the message when the user may not run the program as administrator, or the password was wrong. No window opens.</extracomment>
+        <translation>I diritti di amministratore non sono stati concessi</translation>
+    </message>
+    <message id="START_REFUSED_TEXT">
+        <source>Start Zorvex Disk Manager again and enter an administrator’s password, or ask an administrator to add you to the group zorvex-admin.</source>
+        <extracomment>Text of the message when the user may not run the program as administrator, or the password was wrong. Keep “zorvex-admin”.</extracomment>
+        <translation>Avvia di nuovo Zorvex Disk Manager e inserisci la password di un amministratore, oppure chiedi a un amministratore di aggiungerti al gruppo zorvex-admin.</translation>
+    </message>
+    <message id="START_NO_AUTHORITY_TITLE">
+        <source>Administrator rights cannot be requested</source>
+        <extracomment>Title of the message when the authorization service cannot be reached. No window opens.</extracomment>
+        <translation>Non è possibile richiedere i diritti di amministratore</translation>
+    </message>
+    <message id="START_NO_AUTHORITY_TEXT">
+        <source>The authorization service (polkit) does not answer. Make sure that the package polkitd is installed and the service is running, then start Zorvex Disk Manager again.</source>
+        <extracomment>Text of the message when the authorization service cannot be reached. Keep “polkit” and “polkitd”.</extracomment>
+        <translation>Il servizio di autorizzazione (polkit) non risponde. Verifica che il pacchetto polkitd sia installato e che il servizio sia in esecuzione, poi avvia di nuovo Zorvex Disk Manager.</translation>
+    </message>
+    <message id="START_NO_ANSWER_TITLE">
+        <source>Zorvex Disk Manager does not answer</source>
+        <extracomment>Title of the message when the program runs already and does not answer. No second window opens.</extracomment>
+        <translation>Zorvex Disk Manager non risponde</translation>
+    </message>
+    <message id="START_NO_ANSWER_TEXT">
+        <source>It is running already, but its window does not respond. Wait until it does, or end it, then start it again.</source>
+        <extracomment>Text of the message when the program runs already and does not answer.</extracomment>
+        <translation>Il programma è già in esecuzione, ma la sua finestra non risponde. Attendi che risponda o terminalo, poi avvialo di nuovo.</translation>
+    </message>
     <message id="DEVICE_NODE_TOOL_TIP_FMT">
         <source>Device node: %@</source>
         <extracomment>Tool tip of the device name. %@ is the system&apos;s name of the device, such as /dev/sda1.</extracomment>

@@ -248,6 +248,46 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <extracomment>Text of the notice after a volume was mounted in a folder that the user may not open. The first %@ is the name of the volume, the second the path of the folder.</extracomment>
         <translation>디스크 서비스가 ‘%@’ 볼륨을 사용자용으로 마운트하지 못했습니다. 볼륨은 %@에 마운트되어 있으며, 이 폴더는 관리자만 열 수 있습니다.</translation>
     </message>
+    <message id="START_NOBODY_ASKS_TITLE">
+        <source>The password cannot be asked for</source>
+        <extracomment>Title of the message when no program in the session can ask for the password. No window opens.</extracomment>
+        <translation>암호를 물어볼 수 없습니다</translation>
+    </message>
+    <message id="START_NOBODY_ASKS_TEXT">
+        <source>No program that asks for passwords (a polkit agent) is running in this session. Install one, such as lxpolkit or mate-polkit, log in again and start Zorvex Disk Manager. Members of the group zorvex-admin need no password.</source>
+        <extracomment>Text of the message when no program in the session can ask for the password. Keep “polkit”, the names of the packages and “zorvex-admin”.</extracomment>
+        <translation>이 세션에서 암호를 묻는 프로그램(polkit 에이전트)이 실행되고 있지 않습니다. lxpolkit이나 mate-polkit 등을 설치하고 다시 로그인한 다음 Zorvex Disk Manager를 시작하십시오. zorvex-admin 그룹의 구성원은 암호가 필요 없습니다.</translation>
+    </message>
+    <message id="START_REFUSED_TITLE">
+        <source>Administrator rights were not granted</source>
+        <extracomment>Title of the message when the user may not run the program as administrator, or the password was wrong. No window opens.</extracomment>
+        <translation>관리자 권한을 받지 못했습니다</translation>
+    </message>
+    <message id="START_REFUSED_TEXT">
+        <source>Start Zorvex Disk Manager again and enter an administrator’s password, or ask an administrator to add you to the group zorvex-admin.</source>
+        <extracomment>Text of the message when the user may not run the program as administrator, or the password was wrong. Keep “zorvex-admin”.</extracomment>
+        <translation>Zorvex Disk Manager를 다시 시작하여 관리자의 암호를 입력하거나, zorvex-admin 그룹에 추가해 달라고 관리자에게 요청하십시오.</translation>
+    </message>
+    <message id="START_NO_AUTHORITY_TITLE">
+        <source>Administrator rights cannot be requested</source>
+        <extracomment>Title of the message when the authorization service cannot be reached. No window opens.</extracomment>
+        <translation>관리자 권한을 요청할 수 없습니다</translation>
+    </message>
+    <message id="START_NO_AUTHORITY_TEXT">
+        <source>The authorization service (polkit) does not answer. Make sure that the package polkitd is installed and the service is running, then start Zorvex Disk Manager again.</source>
+        <extracomment>Text of the message when the authorization service cannot be reached. Keep “polkit” and “polkitd”.</extracomment>
+        <translation>인증 서비스(polkit)가 응답하지 않습니다. polkitd 패키지가 설치되어 있고 서비스가 실행 중인지 확인한 다음 Zorvex Disk Manager를 다시 시작하십시오.</translation>
+    </message>
+    <message id="START_NO_ANSWER_TITLE">
+        <source>Zorvex Disk Manager does not answer</source>
+        <extracomment>Title of the message when the program runs already and does not answer. No second window opens.</extracomment>
+        <translation>Zorvex Disk Manager가 응답하지 않습니다</translation>
+    </message>
+    <message id="START_NO_ANSWER_TEXT">
+        <source>It is running already, but its window does not respond. Wait until it does, or end it, then start it again.</source>
+        <extracomment>Text of the message when the program runs already and does not answer.</extracomment>
+        <translation>이미 실행 중이지만 창이 응답하지 않습니다. 응답할 때까지 기다리거나 프로그램을 끝낸 다음 다시 시작하십시오.</translation>
+    </message>
     <message id="DEVICE_NODE_TOOL_TIP_FMT">
         <source>Device node: %@</source>
         <extracomment>Tool tip of the device name. %@ is the system&apos;s name of the device, such as /dev/sda1.</extracomment>

@@ -248,6 +248,46 @@ Monta, formata, verifica e repara discos e volumes.</translation>
         <extracomment>Text of the notice after a volume was mounted in a folder that the user may not open. The first %@ is the name of the volume, the second the path of the folder.</extracomment>
         <translation>O serviço de discos não conseguiu montar “%@” para você. O volume está montado em %@, que só o administrador pode abrir.</translation>
     </message>
+    <message id="START_NOBODY_ASKS_TITLE">
+        <source>The password cannot be asked for</source>
+        <extracomment>Title of the message when no program in the session can ask for the password. No window opens.</extracomment>
+        <translation>Não é possível pedir a senha</translation>
+    </message>
+    <message id="START_NOBODY_ASKS_TEXT">
+        <source>No program that asks for passwords (a polkit agent) is running in this session. Install one, such as lxpolkit or mate-polkit, log in again and start Zorvex Disk Manager. Members of the group zorvex-admin need no password.</source>
+        <extracomment>Text of the message when no program in the session can ask for the password. Keep “polkit”, the names of the packages and “zorvex-admin”.</extracomment>
+        <translation>Nenhum programa que peça senhas (um agente do polkit) está em execução nesta sessão. Instale um, como lxpolkit ou mate-polkit, entre novamente na sessão e abra o Zorvex Disk Manager. Membros do grupo zorvex-admin não precisam de senha.</translation>
+    </message>
+    <message id="START_REFUSED_TITLE">
+        <source>Administrator rights were not granted</source>
+        <extracomment>Title of the message when the user may not run the program as administrator, or the password was wrong. No window opens.</extracomment>
+        <translation>Os direitos de administrador não foram concedidos</translation>
+    </message>
+    <message id="START_REFUSED_TEXT">
+        <source>Start Zorvex Disk Manager again and enter an administrator’s password, or ask an administrator to add you to the group zorvex-admin.</source>
+        <extracomment>Text of the message when the user may not run the program as administrator, or the password was wrong. Keep “zorvex-admin”.</extracomment>
+        <translation>Abra o Zorvex Disk Manager novamente e digite a senha de um administrador, ou peça a um administrador que adicione você ao grupo zorvex-admin.</translation>
+    </message>
+    <message id="START_NO_AUTHORITY_TITLE">
+        <source>Administrator rights cannot be requested</source>
+        <extracomment>Title of the message when the authorization service cannot be reached. No window opens.</extracomment>
+        <translation>Não é possível solicitar direitos de administrador</translation>
+    </message>
+    <message id="START_NO_AUTHORITY_TEXT">
+        <source>The authorization service (polkit) does not answer. Make sure that the package polkitd is installed and the service is running, then start Zorvex Disk Manager again.</source>
+        <extracomment>Text of the message when the authorization service cannot be reached. Keep “polkit” and “polkitd”.</extracomment>
+        <translation>O serviço de autorização (polkit) não responde. Verifique se o pacote polkitd está instalado e se o serviço está em execução, e abra o Zorvex Disk Manager novamente.</translation>
+    </message>
+    <message id="START_NO_ANSWER_TITLE">
+        <source>Zorvex Disk Manager does not answer</source>
+        <extracomment>Title of the message when the program runs already and does not answer. No second window opens.</extracomment>
+        <translation>O Zorvex Disk Manager não responde</translation>
+    </message>
+    <message id="START_NO_ANSWER_TEXT">
+        <source>It is running already, but its window does not respond. Wait until it does, or end it, then start it again.</source>
+        <extracomment>Text of the message when the program runs already and does not answer.</extracomment>
+        <translation>O programa já está em execução, mas a janela não responde. Espere até que ela responda ou encerre o programa e abra-o novamente.</translation>
+    </message>
     <message id="DEVICE_NODE_TOOL_TIP_FMT">
         <source>Device node: %@</source>
         <extracomment>Tool tip of the device name. %@ is the system&apos;s name of the device, such as /dev/sda1.</extracomment>

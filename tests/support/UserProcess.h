@@ -27,6 +27,8 @@ public:
     explicit UserProcess(const TestUser &user);
     ~UserProcess() override;
 
+    const TestUser &user() const { return m_user; }
+
     // Starts the program and holds it; then lets it run.
     void startHeld(const QString &program, const QStringList &arguments);
     void release();

@@ -14,6 +14,8 @@ sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "support"))
 from diskutil_case import DISKUTIL, INTERRUPTED, NOT_PERMITTED, SERVICE_UNAVAILABLE, TOOL_MISSING  # noqa: E402
 from private_user import PrivateUser  # noqa: E402
 
+PKEXEC_REFUSES = 127
+
 
 class DiskutilPrivilege(unittest.TestCase):
     @classmethod
@@ -23,6 +25,10 @@ class DiskutilPrivilege(unittest.TestCase):
     def join_administrators(self, number=80):
         self.user.join_administrators(number)
         self.addCleanup(self.user.leave_administrators)
+
+    def have_session(self, *words):
+        self.user.have_session(*words)
+        self.addCleanup(self.user.have_session)
 
     def diskutil(self, *arguments, **options):
         result = self.user.run(DISKUTIL, *arguments, **options)
@@ -34,8 +40,9 @@ class DiskutilPrivilege(unittest.TestCase):
         self.assertEqual(out, "")
         self.assertEqual(err.splitlines()[-1], "diskutil: administrator rights were not granted")
 
-    def test_members_of_the_group_are_not_asked(self):
+    def test_members_at_the_machine_are_not_asked(self):
         self.join_administrators()
+        self.have_session("local", "active")
         for verb in (["verifyVolume", "disk1s1"], ["repairVolume", "disk1s1"],
                      ["eraseVolume", "ext4", "a name; $(id)", "disk1s1"]):
             with self.subTest(verb[0]):
@@ -44,8 +51,26 @@ class DiskutilPrivilege(unittest.TestCase):
                 self.assertEqual(code, SERVICE_UNAVAILABLE, err)
                 self.assertIn("disk service (udisks2) cannot be reached", err)
 
+    def test_members_elsewhere_are_asked(self):
+        self.join_administrators()
+        for session in ([], ["local"], ["active"]):
+            with self.subTest(session):
+                self.have_session(*session)
+                code, out, err = self.diskutil("verifyVolume", "disk1s1")
+                self.assertEqual(code, NOT_PERMITTED, err)
+                self.assertEqual(out, "")
+
+    def test_members_become_no_other_user_than_root(self):
+        self.join_administrators()
+        self.have_session("local", "active")
+        for user, code in (("root", SERVICE_UNAVAILABLE), ("daemon", PKEXEC_REFUSES)):
+            with self.subTest(user):
+                result = self.user.run("pkexec", "--user", user, DISKUTIL, "list")
+                self.assertEqual(result.returncode, code, result.stderr)
+
     def test_a_group_of_this_name_with_another_number_gives_nothing(self):
         self.join_administrators(81)
+        self.have_session("local", "active")
         code, _, err = self.diskutil("verifyVolume", "disk1s1")
         self.assertEqual(code, NOT_PERMITTED, err)
 

@@ -6,13 +6,15 @@ rights for one run, and what it mounts belongs to the user. Runs inside tests/su
 import os
 import re
 import signal
+import subprocess
 import sys
 import tempfile
 import unittest
 
 sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "support"))
 import endless_bundle  # noqa: E402
-from diskutil_case import DISKUTIL, ERRORS_FOUND, IN_USE, INTERRUPTED, SUCCESS, DiskutilCase, diskutil  # noqa: E402
+from diskutil_case import (DISKUTIL, ERRORS_FOUND, IN_USE, INTERRUPTED, NO_BLOCK_DEVICE, NO_SUCH_DISK,  # noqa: E402
+                           NOT_PERMITTED, SUCCESS, DiskutilCase, diskutil)
 from loop_disk import LIMIT, probe, run  # noqa: E402
 from private_user import PrivateUser  # noqa: E402
 
@@ -40,11 +42,18 @@ def mount_point(node):
     return run("findmnt", "--noheadings", "--output", "TARGET", node).strip()
 
 
+def run_as_root_for(number, *arguments):
+    """diskutil as pkexec leaves it, at the wish of the user with this number."""
+    return subprocess.run([DISKUTIL, *arguments], env={**os.environ, "PKEXEC_UID": str(number)}, capture_output=True,
+                          text=True, check=False)
+
+
 class DiskutilOfUser(DiskutilCase):
     @classmethod
     def setUpClass(cls):
         cls.user = PrivateUser(NAME, 61012)
         cls.user.join_administrators()
+        cls.user.have_session("local", "active")
 
     def setUp(self):
         super().setUp()
@@ -138,6 +147,28 @@ class DiskutilOfUser(DiskutilCase):
                 self.assertEqual(mount_point(self.node), place)
                 self.assertEqual(os.stat(place).st_uid, 0)
                 self.unmount(self.node)
+
+    def test_root_tells_nothing_of_paths_that_are_closed_to_the_user(self):
+        with tempfile.TemporaryDirectory() as folder:  # 0700
+            there = os.path.join(folder, "there")
+            with open(there, "w", encoding="utf-8"):
+                pass
+            os.symlink(self.node, os.path.join(folder, "disk"))
+            for name in ("there", "missing", "disk"):
+                path = os.path.join(folder, name)
+                with self.subTest(name):
+                    result = self.user.run(DISKUTIL, "verifyVolume", path)
+                    self.assert_exit(result, NO_SUCH_DISK)
+                    self.assertEqual(result.stderr, f"diskutil: there is no disk {path}\n")
+            os.chmod(folder, 0o755)
+            self.assert_exit(self.user.run(DISKUTIL, "verifyVolume", there), NO_BLOCK_DEVICE)
+            self.erase_as_user("ext4", "Linked")
+            self.assert_exit(self.user.run(DISKUTIL, "verifyVolume", os.path.join(folder, "disk")), SUCCESS)
+
+    def test_a_user_who_cannot_be_looked_up(self):
+        result = run_as_root_for(61999, "verifyVolume", self.node)
+        self.assert_exit(result, NOT_PERMITTED)
+        self.assertIn("the user 61999 cannot be looked up", result.stderr)
 
     def test_errors_are_told(self):
         self.erase_as_user("ext4", "Errors")

@@ -25,6 +25,7 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 const QString program = u"/usr/bin/zorvex-disk-manager"_s;
+const QString windowTitle = u"^Zorvex Disk Manager$"_s; // and that of the message
 constexpr int startLimit = 30000; // milliseconds
 
 const TestUser plainUser { "nobody", 65534, 65534 }; // whom every machine has
@@ -70,6 +71,22 @@ QList<qint64> windowsOf(uid_t user, const QByteArray &display)
     return processesOf(user, display, QFile::encodeName(program));
 }
 
+QString runtimeFolderOf(const TestUser &user)
+{
+    return u"/run/user/%1"_s.arg(user.user);
+}
+
+// As logind makes them.
+void makeRuntimeFolders()
+{
+    for (const TestUser &user : { plainUser, administrator, manyGroups, tooManyGroups, namelessUser }) {
+        const QByteArray folder = QFile::encodeName(runtimeFolderOf(user));
+        mkdir(folder.constData(), 0700);
+        if (chown(folder.constData(), user.user, user.group) != 0)
+            qFatal("no runtime folder for %s", user.name.constData());
+    }
+}
+
 QList<QByteArray> commandLine(qint64 process)
 {
     QFile file(u"/proc/%1/cmdline"_s.arg(process));
@@ -88,6 +105,7 @@ private slots:
 
     void grantedUserGetsTheWindowAsRootAfterOneQuestion();
     void secondStartRaisesTheElevatedWindowWithoutAQuestion();
+    void bundleOfSomebodyElseIsNotReadAsRoot();
     void refusal_data();
     void refusal();
     void withoutAnAgentNobodyIsAsked();
@@ -98,7 +116,9 @@ private slots:
     void secondStartRaisesTheFirstWindow();
     void startsInTheSameInstantMakeOneWindow();
     void instanceThatWasKilledIsNotInTheWay();
-    void strangerWhoHoldsTheNameIsNotInTheWay();
+    void strangerCannotTakeTheName();
+    void strangerWhoHoldsTheFolderIsNotInTheWay();
+    void instanceThatHangsGetsNoOtherBesideIt();
     void moreGroupsThanTheArrayHoldsLeadToElevation();
     void loginWithoutANameLeadsToElevation();
     void elevatedWordAmongOtherArgumentsIsNotLookedAt();
@@ -112,6 +132,7 @@ private:
     static QString visibleWindow();
     qint64 waitForWindow(uid_t user);
     static void waitForSilentEnd(UserProcess &process);
+    static void closeMessage(UserProcess &process);
 
     const QByteArray m_display = qgetenv("DISPLAY");
     QDBusConnection m_bus { QString() };
@@ -126,6 +147,7 @@ void ElevationTest::initTestCase()
         addUser(tooManyGroups, groupsEndingIn80(128));
     }
 
+    makeRuntimeFolders();
     QVERIFY(!m_display.isEmpty());
     m_bus = QDBusConnection::connectToBus(QDBusConnection::SystemBus, u"agent"_s);
     QVERIFY(m_bus.isConnected());
@@ -138,6 +160,7 @@ void ElevationTest::cleanup()
             ::kill(static_cast<pid_t>(process), SIGTERM);
         QTRY_VERIFY(windowsOf(user, m_display).isEmpty());
     }
+    makeRuntimeFolders();
 }
 
 void ElevationTest::addEnvironment(UserProcess &process, const QString &name, const QString &value)
@@ -152,6 +175,7 @@ void ElevationTest::startHeldAs(UserProcess &process, const QStringList &argumen
     addEnvironment(process, u"PATH"_s, u"/usr/bin:/bin"_s);
     addEnvironment(process, u"DISPLAY"_s, QString::fromLatin1(m_display));
     addEnvironment(process, u"XAUTHORITY"_s, qEnvironmentVariable("XAUTHORITY"));
+    addEnvironment(process, u"XDG_RUNTIME_DIR"_s, runtimeFolderOf(process.user()));
     process.startHeld(program, arguments);
 }
 
@@ -167,8 +191,7 @@ void ElevationTest::startAs(UserProcess &process, const QStringList &arguments, 
 QString ElevationTest::visibleWindow()
 {
     QProcess search;
-    search.start(u"xdotool"_s,
-        { u"search"_s, u"--sync"_s, u"--onlyvisible"_s, u"--name"_s, u"^Zorvex Disk Manager$"_s });
+    search.start(u"xdotool"_s, { u"search"_s, u"--sync"_s, u"--onlyvisible"_s, u"--name"_s, windowTitle });
     const bool isFound = QTest::qWaitFor([&] { return search.state() == QProcess::NotRunning; }, startLimit);
     search.kill();
     search.waitForFinished();
@@ -189,6 +212,28 @@ void ElevationTest::waitForSilentEnd(UserProcess &process)
     QCOMPARE(process.exitCode(), 0);
 }
 
+// The message is on the display; the process ends when it is closed. A key that comes before the window has
+// been drawn is lost.
+void ElevationTest::closeMessage(UserProcess &process)
+{
+    bool isSeen = false;
+    const bool hasEnded = QTest::qWaitFor(
+        [&] {
+            QProcess search;
+            search.start(u"xdotool"_s, { u"search"_s, u"--onlyvisible"_s, u"--name"_s, windowTitle });
+            search.waitForFinished();
+            const QString message = QString::fromLatin1(search.readAllStandardOutput()).section(u'\n', 0, 0);
+            isSeen = isSeen || !message.isEmpty();
+            if (!message.isEmpty())
+                QProcess::execute(u"xdotool"_s, { u"key"_s, u"--window"_s, message, u"Return"_s });
+            return process.state() == QProcess::NotRunning;
+        },
+        startLimit);
+    QVERIFY2(isSeen, process.terminalOutput().constData());
+    QVERIFY(hasEnded);
+    waitForSilentEnd(process);
+}
+
 void ElevationTest::grantedUserGetsTheWindowAsRootAfterOneQuestion()
 {
     PolkitAgent agent(m_bus, PolkitAgent::Answer::Grant);
@@ -200,6 +245,8 @@ void ElevationTest::grantedUserGetsTheWindowAsRootAfterOneQuestion()
     QCOMPARE(commandLine(elevated), (QList<QByteArray> { QFile::encodeName(program), "-elevated" }));
     QCOMPARE(agent.askedActions, QStringList { u"org.zorvex.DiskManager.run"_s });
     QVERIFY(!process.terminalOutput().contains("Authorization"));
+    // Qt would make a folder for root, which would stay, and say so.
+    QVERIFY2(!process.terminalOutput().contains("XDG_RUNTIME_DIR"), process.terminalOutput().constData());
     // No bus was started for root, which would stay.
     QCOMPARE(processesOf(0, m_display, "/usr/bin/dbus-daemon"), QList<qint64>());
 }
@@ -220,22 +267,46 @@ void ElevationTest::secondStartRaisesTheElevatedWindowWithoutAQuestion()
     QCOMPARE(windowsOf(0, m_display), QList<qint64> { elevated });
 }
 
+void ElevationTest::bundleOfSomebodyElseIsNotReadAsRoot()
+{
+    const QString path = u"/Library/Filesystems/zvother.fs"_s;
+    QVERIFY(QDir().mkpath(path + u"/Contents"_s));
+    QFile information(path + u"/Contents/Info.plist"_s);
+    QVERIFY(information.open(QIODevice::WriteOnly));
+    information.close();
+    QCOMPARE(chown(QFile::encodeName(path).constData(), plainUser.user, plainUser.group), 0);
+    PolkitAgent agent(m_bus, PolkitAgent::Answer::Grant);
+    UserProcess process(plainUser);
+    startAs(process, {}, &agent);
+    const bool hasWindow = waitForWindow(0) != 0;
+    QVERIFY(QDir(path).removeRecursively());
+    QVERIFY2(hasWindow, process.terminalOutput().constData());
+    const QByteArray line = "The bundle " + QFile::encodeName(path)
+        + " is not read with administrator rights: " + QFile::encodeName(path)
+        + " does not belong to the administrator\r\n";
+    QCOMPARE(process.terminalOutput().count(line), 1);
+}
+
 void ElevationTest::refusal_data()
 {
     QTest::addColumn<PolkitAgent::Answer>("answer");
     QTest::addColumn<QByteArray>("status");
+    QTest::addColumn<bool>("isTold");
 
-    QTest::newRow("the dialog is closed") << PolkitAgent::Answer::Dismiss << QByteArray("-60006");
-    QTest::newRow("the password is wrong") << PolkitAgent::Answer::Fail << QByteArray("-60005");
+    QTest::newRow("the dialog is closed") << PolkitAgent::Answer::Dismiss << QByteArray("-60006") << false;
+    QTest::newRow("the password is wrong") << PolkitAgent::Answer::Fail << QByteArray("-60005") << true;
 }
 
 void ElevationTest::refusal()
 {
     QFETCH(PolkitAgent::Answer, answer);
     QFETCH(QByteArray, status);
+    QFETCH(bool, isTold);
     PolkitAgent agent(m_bus, answer);
     UserProcess process(plainUser);
     startAs(process, {}, &agent);
+    if (isTold)
+        closeMessage(process);
     waitForSilentEnd(process);
     QCOMPARE(process.terminalOutput(),
         QByteArray("AuthorizationCopyRights failed with status: " + status + "\r\n"));
@@ -247,7 +318,7 @@ void ElevationTest::withoutAnAgentNobodyIsAsked()
 {
     UserProcess process(plainUser);
     startAs(process);
-    waitForSilentEnd(process);
+    closeMessage(process);
     QCOMPARE(process.terminalOutput(), QByteArray("AuthorizationCopyRights failed with status: -60007\r\n"));
     QVERIFY(windowsOf(0, m_display).isEmpty());
 }
@@ -278,7 +349,7 @@ void ElevationTest::withoutAnAuthorityTheSessionCannotBeMade()
     UserProcess process(plainUser);
     addEnvironment(process, u"DBUS_SYSTEM_BUS_ADDRESS"_s, address);
     startAs(process);
-    waitForSilentEnd(process);
+    closeMessage(process);
     QCOMPARE(
         process.terminalOutput(), QByteArray("Error while creating AuthorizationRef. Status: -60008\r\n"));
     QVERIFY(windowsOf(0, m_display).isEmpty());
@@ -357,28 +428,60 @@ void ElevationTest::instanceThatWasKilledIsNotInTheWay()
     QCOMPARE(waitForWindow(administrator.user), second.processId());
 }
 
-void ElevationTest::strangerWhoHoldsTheNameIsNotInTheWay()
+void ElevationTest::strangerCannotTakeTheName()
 {
-    SingleInstance stranger({ administrator.user, administrator.user });
+    const QString userFolder = runtimeFolderOf(administrator) + u"/zorvex-disk-manager"_s;
+    SingleInstance ofUser({ administrator.user, administrator.user, userFolder });
+    SingleInstance ofRoot({ 0, administrator.user, u"/run/zorvex-disk-manager"_s });
+    QCOMPARE(seteuid(plainUser.user), 0);
+    const auto user = ofUser.listen();
+    const auto root = ofRoot.listen();
+    QCOMPARE(seteuid(0), 0);
+    QCOMPARE(user, SingleInstance::Listening::Impossible);
+    QCOMPARE(root, SingleInstance::Listening::Impossible);
+}
+
+// A user without a runtime folder: somebody else can have made the one that is taken instead.
+void ElevationTest::strangerWhoHoldsTheFolderIsNotInTheWay()
+{
+    QVERIFY(QDir(runtimeFolderOf(administrator)).removeRecursively());
+    const QString folder = u"/tmp/zorvex-disk-manager-%1"_s.arg(administrator.user);
+    SingleInstance stranger({ administrator.user, administrator.user, folder });
     const QSignalSpy requests(&stranger, &SingleInstance::activationRequested);
     QCOMPARE(seteuid(plainUser.user), 0);
-    const bool isListening = stranger.listen();
+    const auto listening = stranger.listen();
     QCOMPARE(seteuid(0), 0);
-    QVERIFY(isListening);
+    QCOMPARE(listening, SingleInstance::Listening::Started);
 
     UserProcess process(administrator);
     addEnvironment(process, u"XDG_ACTIVATION_TOKEN"_s, u"secret"_s);
     startAs(process);
     QCOMPARE(waitForWindow(administrator.user), process.processId());
-    for (const QList<QVariant> &request : requests)
-        QCOMPARE(request.at(0).toByteArray(), QByteArray());
+    QCOMPARE(requests.size(), 0);
+    QVERIFY(process.terminalOutput().contains("Another start will not find this window"));
+    QVERIFY(QDir(folder).removeRecursively());
+}
+
+void ElevationTest::instanceThatHangsGetsNoOtherBesideIt()
+{
+    UserProcess first(administrator);
+    startAs(first);
+    QCOMPARE(waitForWindow(administrator.user), first.processId());
+    QProcess::execute(u"xdotool"_s, { u"windowunmap"_s, u"--sync"_s, visibleWindow() });
+    ::kill(static_cast<pid_t>(first.processId()), SIGSTOP);
+
+    UserProcess second(administrator);
+    startAs(second);
+    closeMessage(second);
+    ::kill(static_cast<pid_t>(first.processId()), SIGCONT);
+    QCOMPARE(windowsOf(administrator.user, m_display), QList<qint64> { first.processId() });
 }
 
 void ElevationTest::moreGroupsThanTheArrayHoldsLeadToElevation()
 {
     UserProcess process(tooManyGroups);
     startAs(process);
-    waitForSilentEnd(process);
+    closeMessage(process);
     const QString line = QString::fromLatin1(groupsFailed).arg(u"Numerical result out of range"_s, u"34"_s);
     QCOMPARE(process.terminalOutput(),
         QByteArray(line.toUtf8() + "\r\nAuthorizationCopyRights failed with status: -60007\r\n"));
@@ -388,7 +491,7 @@ void ElevationTest::loginWithoutANameLeadsToElevation()
 {
     UserProcess process(namelessUser);
     startAs(process);
-    waitForSilentEnd(process);
+    closeMessage(process);
     const QString line = QString::fromLatin1(groupsFailed).arg(u"No such file or directory"_s, u"2"_s);
     // The bus refuses a user without a name as well.
     QCOMPARE(process.terminalOutput(),
@@ -399,7 +502,7 @@ void ElevationTest::elevatedWordAmongOtherArgumentsIsNotLookedAt()
 {
     UserProcess process(plainUser);
     startAs(process, { u"-elevated"_s, u"-elevated"_s });
-    waitForSilentEnd(process);
+    closeMessage(process);
     QCOMPARE(process.terminalOutput(), QByteArray("AuthorizationCopyRights failed with status: -60007\r\n"));
 }
 

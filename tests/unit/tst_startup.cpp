@@ -3,6 +3,7 @@
 #include "app/startup_rules.h"
 #include "platform/DesktopUser.h"
 #include "platform/FileDescriptor.h"
+#include "platform/RuntimeFolder.h"
 #include "platform/SingleInstance.h"
 #include "platform/SystemLog.h"
 
@@ -14,10 +15,12 @@
 #include <cerrno>
 #include <chrono>
 #include <clocale>
-#include <cstddef>
+#include <fcntl.h>
 #include <future>
 #include <pty.h>
+#include <sys/file.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
 
@@ -97,9 +100,13 @@ private slots:
     void realLookUp();
     void elevation_data();
     void elevation();
+    void whatTheUserIsTold();
     void requestReachesTheFirstInstance();
-    void hungInstanceIsNotTakenForAnAnswer();
+    void hungInstanceGetsNoOtherBesideIt();
     void freedNameCanBeTakenAgain();
+    void startInTheSameInstantIsWaitedFor();
+    void folderThatOthersCanWriteToIsNotUsed();
+    void runtimeFolderIsTheUsersOwn();
     void strangerHoldingTheNameIsNotObeyed();
     void waylandSocketIsTheUsersOwn();
     void accessibilityBusIsTheUsersOwn();
@@ -107,6 +114,9 @@ private slots:
     void errorTextsAreEnglish();
 
 private:
+    InstanceOwner testOwner() const;
+
+    const QTemporaryDir m_folder;
     QStringList m_log;
     std::unique_ptr<SystemLogRedirection> m_redirection;
 
@@ -246,67 +256,139 @@ void StartupTest::elevation()
     ScriptedAuthorization authorization;
     authorization.created = created;
     authorization.granted = granted;
-    int ends = 0;
-    elevate("./p", authorization, [&ends] { ++ends; });
-    QCOMPARE(ends, 1);
+    QList<AuthorizationStatus> ends;
+    elevate("./p", authorization, [&ends](AuthorizationStatus status) { ends.append(status); });
+    QCOMPARE(
+        ends, QList<AuthorizationStatus> { created == AuthorizationStatus::Success ? granted : created });
     QTEST(authorization.calls, "calls");
     QTEST(m_log, "log");
 }
 
-// Names of the test's own: numbers that no user has.
-InstanceOwner testOwner()
+void StartupTest::whatTheUserIsTold()
 {
-    return { geteuid(), static_cast<uid_t>(4000000000U) - static_cast<uid_t>(getpid()) };
+    using StartupRules::problemOf;
+    QCOMPARE(problemOf(AuthorizationStatus::Success), std::nullopt);
+    QCOMPARE(problemOf(AuthorizationStatus::Canceled), std::nullopt); // they have closed the question
+    QCOMPARE(problemOf(AuthorizationStatus::Denied), std::optional(StartProblem::Refused));
+    QCOMPARE(problemOf(AuthorizationStatus::InteractionNotAllowed), std::optional(StartProblem::NobodyAsks));
+    QCOMPARE(problemOf(AuthorizationStatus::Internal), std::optional(StartProblem::NoAuthority));
+    QSet<QByteArray> keys;
+    for (const StartProblem problem : { StartProblem::Refused, StartProblem::NobodyAsks,
+             StartProblem::NoAuthority, StartProblem::NoAnswer }) {
+        keys.insert(StartupRules::textsOf(problem).title);
+        keys.insert(StartupRules::textsOf(problem).text);
+    }
+    QCOMPARE(keys.size(), 8);
+}
+
+// A number that no user has, and a folder of the test's own.
+InstanceOwner StartupTest::testOwner() const
+{
+    return { geteuid(), static_cast<uid_t>(4000000000U) - static_cast<uid_t>(getpid()), m_folder.path() };
 }
 
 void StartupTest::requestReachesTheFirstInstance()
 {
     const InstanceOwner owner = testOwner();
-    QVERIFY(!raiseInstance(owner, "nobody is there"));
+    QCOMPARE(raiseInstance(owner, "nobody is there"), InstanceAnswer::None);
     SingleInstance first(owner);
-    QVERIFY(first.listen());
+    QCOMPARE(first.listen(), SingleInstance::Listening::Started);
     SingleInstance second(owner);
-    QVERIFY(!second.listen());
+    QCOMPARE(second.listen(), SingleInstance::Listening::Taken);
 
     const QSignalSpy requests(&first, &SingleInstance::activationRequested);
     for (const QByteArray &token : { QByteArray("token-1"), QByteArray() }) {
         auto raised = std::async(std::launch::async, [&] { return raiseInstance(owner, token); });
         QTRY_VERIFY(raised.wait_for(std::chrono::seconds(0)) == std::future_status::ready);
-        QVERIFY(raised.get());
+        QCOMPARE(raised.get(), InstanceAnswer::Raised);
         QCOMPARE(requests.last().at(0).toByteArray(), token);
     }
     QCOMPARE(requests.size(), 2);
 }
 
-void StartupTest::hungInstanceIsNotTakenForAnAnswer()
+// This thread, which would have to answer, waits.
+void StartupTest::hungInstanceGetsNoOtherBesideIt()
 {
     SingleInstance hung(testOwner());
-    QVERIFY(hung.listen());
-    QVERIFY(!raiseInstance(testOwner(), "token")); // this thread, which would have to answer, waits
+    QCOMPARE(hung.listen(), SingleInstance::Listening::Started);
+    SingleInstance second(testOwner());
+    QCOMPARE(second.listenOrRaise("token"), InstanceAnswer::Silent);
 }
 
 void StartupTest::freedNameCanBeTakenAgain()
 {
+    const QString socket = m_folder.filePath(QString::number(testOwner().user));
     {
         SingleInstance first(testOwner());
-        QVERIFY(first.listen());
+        QCOMPARE(first.listen(), SingleInstance::Listening::Started);
+        QVERIFY(QFile::exists(socket));
+    }
+    QVERIFY(!QFile::exists(socket));
+    {
+        const FileDescriptor left = listenAt(socket); // by a process that was killed
     }
     SingleInstance second(testOwner());
-    QVERIFY(second.listen());
+    QCOMPARE(second.listenOrRaise({}), InstanceAnswer::None);
+    QCOMPARE(SingleInstance(testOwner()).listen(), SingleInstance::Listening::Taken);
+}
+
+// The other has its lock before it has its socket; this one waits for one or the other.
+void StartupTest::startInTheSameInstantIsWaitedFor()
+{
+    const QByteArray lock
+        = QFile::encodeName(m_folder.filePath(QString::number(testOwner().user) + u".lock"_s));
+    FileDescriptor other(open(lock.constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+    QCOMPARE(flock(other.number(), LOCK_EX), 0);
+    SingleInstance instance(testOwner());
+    QCOMPARE(instance.listen(), SingleInstance::Listening::Taken);
+    const auto released = std::async(std::launch::async, [&other] { other = {}; });
+    QCOMPARE(instance.listenOrRaise({}), InstanceAnswer::None);
+}
+
+void StartupTest::folderThatOthersCanWriteToIsNotUsed()
+{
+    QVERIFY(QDir(m_folder.path()).mkdir(u"open"_s));
+    InstanceOwner owner = testOwner();
+    owner.folder = m_folder.filePath(u"open"_s);
+    QCOMPARE(chmod(QFile::encodeName(owner.folder).constData(), 0777), 0);
+    SingleInstance instance(owner);
+    QCOMPARE(instance.listenOrRaise({}), InstanceAnswer::None);
+    QCOMPARE(m_log.size(), 1);
+    QVERIFY(m_log.first().startsWith(u"Another start will not find this window: "_s));
+}
+
+void StartupTest::runtimeFolderIsTheUsersOwn()
+{
+    if (geteuid() != 0)
+        QSKIP("Only root can give folders away.");
+    constexpr uid_t user = 61999; // nobody's number
+    const QByteArray folder = QFile::encodeName(m_folder.path());
+    const QString fallback = u"/tmp/zorvex-disk-manager-61999"_s;
+    qunsetenv("XDG_RUNTIME_DIR");
+    QCOMPARE(programsRuntimeFolder(user), fallback);
+    qputenv("XDG_RUNTIME_DIR", folder);
+    QCOMPARE(programsRuntimeFolder(user), fallback); // root's
+    QCOMPARE(chown(folder.constData(), user, user), 0);
+    QCOMPARE(programsRuntimeFolder(user), m_folder.path() + u"/zorvex-disk-manager"_s);
+    QCOMPARE(chmod(folder.constData(), 0770), 0);
+    QCOMPARE(programsRuntimeFolder(user), fallback);
+    QCOMPARE(programsRuntimeFolder(0), u"/run/zorvex-disk-manager"_s);
+    qunsetenv("XDG_RUNTIME_DIR");
+    QCOMPARE(chown(folder.constData(), 0, 0), 0);
+    QCOMPARE(chmod(folder.constData(), 0700), 0);
 }
 
 void StartupTest::strangerHoldingTheNameIsNotObeyed()
 {
     // The process at the other end has other rights than the name says, and answers as an instance would.
-    const InstanceOwner owner { geteuid() + 1, testOwner().user };
-    const QByteArray name
-        = "org.zorvex.DiskManager/" + QByteArray::number(owner.rights) + '/' + QByteArray::number(owner.user);
+    InstanceOwner owner = testOwner();
+    owner.rights = geteuid() + 1;
+    const QByteArray path = QFile::encodeName(m_folder.path()) + '/' + QByteArray::number(owner.user);
     sockaddr_un address = {};
     address.sun_family = AF_UNIX;
-    std::copy(name.begin(), name.end(), address.sun_path + 1);
-    const auto length = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + 1 + name.size());
+    qstrncpy(address.sun_path, path.constData(), sizeof address.sun_path);
     const int listener = ::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0);
-    QCOMPARE(::bind(listener, reinterpret_cast<const sockaddr *>(&address), length), 0);
+    QCOMPARE(::bind(listener, reinterpret_cast<const sockaddr *>(&address), sizeof address), 0);
     QCOMPARE(::listen(listener, 1), 0);
     auto heard = std::async(std::launch::async, [listener] {
         const int client = ::accept4(listener, nullptr, nullptr, SOCK_CLOEXEC);
@@ -316,9 +398,10 @@ void StartupTest::strangerHoldingTheNameIsNotObeyed()
         ::close(client);
         return token;
     });
-    QVERIFY(!raiseInstance(owner, "token"));
+    QCOMPARE(raiseInstance(owner, "token"), InstanceAnswer::None);
     QCOMPARE(heard.get(), QByteArray());
     ::close(listener);
+    QFile::remove(QFile::decodeName(path));
 }
 
 void StartupTest::waylandSocketIsTheUsersOwn()

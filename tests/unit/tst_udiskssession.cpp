@@ -131,6 +131,7 @@ private Q_SLOTS:
     void olderServiceIsAskedInTheUsersName();
     void volumeIsMountedAgainForItsUserAlone_data();
     void volumeIsMountedAgainForItsUserAlone();
+    void nothingIsMountedForAUserWhoCannotBeLookedUp();
     void folderAccessIsThatOfTheUser();
     void errorOfAnUnknownNameIsAGeneralError();
     void unmountGoesOnUntilNothingIsMounted();
@@ -480,6 +481,21 @@ void TestUDisksSession::volumeIsMountedAgainForItsUserAlone()
     QTRY_COMPARE(test.completions, 1);
     QCOMPARE(!test.outcome, isMounted);
     QCOMPARE(given, options);
+}
+
+void TestUDisksSession::nothingIsMountedForAUserWhoCannotBeLookedUp()
+{
+    if (geteuid() != 0)
+        QSKIP("Only root mounts for another user.");
+    SessionTest test;
+    test.start();
+    qputenv("PKEXEC_UID", "61999");
+    test.session->mount(test.disks.value(u"disk2s1"_s), 0, test.completion());
+    qunsetenv("PKEXEC_UID");
+    QTRY_COMPARE(test.completions, 1);
+    QCOMPARE(test.fake.calls, QStringList());
+    QVERIFY(test.outcome);
+    QCOMPARE(test.outcome->status, static_cast<quint32>(DAReturn::NotPermitted));
 }
 
 void TestUDisksSession::folderAccessIsThatOfTheUser()

@@ -6,8 +6,11 @@
 
 #include "filesystems/FilesystemCatalogue.h"
 #include "filesystems/VolumeClaims.h"
+#include "platform/SystemLog.h"
 
 #include <QTest>
+
+#include <unistd.h>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -54,6 +57,8 @@ private Q_SLOTS:
     void firstDirectoryHidesTheSecond();
     void brokenBundleHidesNothing();
     void linksAreNotFollowed();
+    void bundleThatMayNotBeReadClaimsNothing();
+    void bundleOfSomebodyElseIsToldOnce();
     void suffixIsCaseSensitive();
     void bundleThatTheCatalogueDoesNotKnowClaimsNothing();
     void readerSeesWhatIsReplacedInPlace();
@@ -151,6 +156,39 @@ void TestVolumeClaims::linksAreNotFollowed()
     QVERIFY(QFile::link(elsewhere.bundlePath(u"linked"_s), folder.bundlePath(u"linked"_s)));
     QVERIFY(folder.addBundle(u"real"_s, ordered("ext4", 1000)));
     QCOMPARE(kindOf({ folder.path() }, u"ext4"_s), u"real"_s);
+}
+
+void TestVolumeClaims::bundleThatMayNotBeReadClaimsNothing()
+{
+    BundleFolder system;
+    BundleFolder local;
+    QVERIFY(system.addBundle(u"same"_s, ordered("ext4", 1)));
+    QVERIFY(local.addBundle(u"same"_s, ordered("xfs", 1)));
+    const BundleGuard guard = [&system](const QString &path) { return !path.startsWith(system.path()); };
+    const QStringList directories { system.path(), local.path() };
+    const VolumeClaims claims = VolumeClaims::read(directories, guard);
+    QVERIFY(!claims.find(u"ext4"_s, {}));
+    QVERIFY(claims.find(u"xfs"_s, {})); // nor does it hide another
+    QVERIFY(!volumeClaimReader(directories, guard)()(u"ext4"_s, {}));
+    const auto lists = scanFilesystemDirectories(directories, {}, guard);
+    QCOMPARE(lists->all.size(), std::size_t { 1 });
+}
+
+void TestVolumeClaims::bundleOfSomebodyElseIsToldOnce()
+{
+    BundleFolder folder;
+    QVERIFY(folder.addBundle(u"local"_s, ordered("ext4", 1)));
+    QStringList log;
+    const SystemLogRedirection redirection([&log](const QString &line) { log.append(line); });
+    const BundleGuard guard = guardOfTrustedBundles({ getuid() + 1, {} });
+    for (int i = 0; i < 2; ++i) {
+        QVERIFY(!VolumeClaims::read({ folder.path() }, guard).find(u"ext4"_s, {}));
+        QVERIFY(scanFilesystemDirectories({ folder.path() }, {}, guard)->all.empty());
+    }
+    QCOMPARE(log.size(), 1);
+    const QString beginning
+        = u"The bundle %1 is not read with administrator rights: "_s.arg(folder.bundlePath(u"local"_s));
+    QVERIFY2(log.first().startsWith(beginning), qPrintable(log.first()));
 }
 
 void TestVolumeClaims::suffixIsCaseSensitive()

@@ -29,6 +29,7 @@ private slots:
     void folderIsHandedToTheDesktopWithoutAFileManagerOnTheBus();
     void noFileManagerIsTold();
     void programsOfTheDesktopRunAsItsUser();
+    void nothingIsRunForAUserWhoCannotBeLookedUp();
 
 private:
     void writeDesktop(const QByteArray &script);
@@ -161,10 +162,24 @@ void WorkspaceTest::programsOfTheDesktopRunAsItsUser()
     writeDesktop("echo $(id -u) $(id -ru) $(id -G) $HOME $XDG_RUNTIME_DIR [$PKEXEC_UID] > \"${0%/*}/note\"");
     QCOMPARE(openFolder(u"/"_s), std::optional<bool>(true));
     QCOMPARE(note(), u"65534 65534 65534 /nonexistent /run/user/65534 []\n"_s);
-    qputenv("PKEXEC_UID", "4000000123"); // nobody's number
-    QVERIFY(!desktopUser());
     qputenv("PKEXEC_UID", "0; id");
     QVERIFY(!desktopUser());
+}
+
+// A directory service that is away knows nobody for a while. Then nothing is run, and not as root either.
+void WorkspaceTest::nothingIsRunForAUserWhoCannotBeLookedUp()
+{
+    if (geteuid() != 0)
+        QSKIP("Only root runs at somebody's wish.");
+    qputenv("PKEXEC_UID", "61999"); // nobody's number
+    writeDesktop("touch \"${0%/*}/note\"");
+    QFile file(m_folder->filePath(u"a.pdf"_s));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(openDocument(file.fileName()), std::optional<bool>(false));
+    QCOMPARE(openFolder(u"/"_s), std::optional<bool>(false));
+    QVERIFY(!QFile::exists(m_folder->filePath(u"note"_s)));
+    QVERIFY(desktopUser());
+    QVERIFY(!desktopUser()->isKnown());
 }
 
 QTEST_GUILESS_MAIN(WorkspaceTest)

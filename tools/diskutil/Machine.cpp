@@ -5,14 +5,15 @@
 #include "filesystems/FilesystemNames.h"
 #include "platform/BlockDevice.h"
 #include "platform/DesktopUserMount.h"
+#include "platform/FileRights.h"
 #include "platform/SystemLog.h"
 #include "platform/TrustedFile.h"
 
 #include <QFile>
-#include <QFileInfo>
 #include <QStandardPaths>
 
 #include <algorithm>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "platform/NoWidgets.h"
@@ -36,6 +37,13 @@ QStringList usesBeyondMount(const QString &deviceNode)
     if (use.isSwap)
         words.append(u"it is in use as swap space"_s);
     return words;
+}
+
+// The kernel's name of the block device that the path leads the user to; empty when it leads them to none.
+QString kernelNameForUser(const QString &path)
+{
+    const FileRightsOfUser rights(desktopUser());
+    return rights.areTaken() ? kernelDeviceName(path) : QString();
 }
 
 QStringList usesOfPartition(const QString &partition, const std::vector<Medium> &media)
@@ -149,7 +157,7 @@ PreflightRules::ToolSituation readToolSituation(const FilesystemBundle &bundle, 
 std::optional<Medium> findMedium(const std::vector<Medium> &media, const QString &argument)
 {
     const QString bsdName = bsdNameOfArgument(argument);
-    const QString kernelName = bsdName.isEmpty() ? kernelDeviceName(argument) : QString();
+    const QString kernelName = bsdName.isEmpty() ? kernelNameForUser(argument) : QString();
     const auto found = std::find_if(media.begin(), media.end(), [&](const Medium &medium) {
         return bsdName.isEmpty() ? !kernelName.isEmpty() && kernelDeviceName(medium.deviceNode) == kernelName
                                  : medium.bsdName == bsdName;
@@ -159,7 +167,11 @@ std::optional<Medium> findMedium(const std::vector<Medium> &media, const QString
 
 bool isOtherFile(const QString &argument)
 {
-    return bsdNameOfArgument(argument).isEmpty() && QFileInfo::exists(argument)
+    const FileRightsOfUser rights(desktopUser());
+    // QFileInfo asks with access(2), which has the rights of the process.
+    struct stat status = {};
+    return rights.areTaken() && bsdNameOfArgument(argument).isEmpty()
+        && stat(QFile::encodeName(argument).constData(), &status) == 0
         && kernelDeviceName(argument).isEmpty();
 }
 

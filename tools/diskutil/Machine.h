@@ -40,11 +40,11 @@ QStringList toolFolders();
 // The path of the program of this name in the system's folders; empty when there is none.
 QString findTool(const QString &name);
 
-// The medium that an argument names, by its BSD name or by a device node, links followed. Returns
-// std::nullopt when there is none.
+// The medium that an argument names, by its BSD name or by a device node, links followed as far as the user
+// at whose wish this runs could follow them. Returns std::nullopt when there is none.
 std::optional<Medium> findMedium(const std::vector<Medium> &media, const QString &argument);
 
-// Whether the argument leads to something that exists but is not a block device.
+// Whether the argument leads the user to something that exists but is not a block device.
 bool isOtherFile(const QString &argument);
 
 // A device that is held open. Its number is not given to another medium until this object has gone.

@@ -4,6 +4,7 @@
 // diskutil(8).
 #include "filesystems/BundleScan.h"
 #include "filesystems/VolumeClaims.h"
+#include "platform/DesktopUser.h"
 #include "platform/DiskArbitration.h"
 #include "tools/diskutil/Console.h"
 #include "tools/diskutil/DiskJob.h"
@@ -203,6 +204,10 @@ int main(int argc, char **argv)
     if (line.verb == Verb::Help) {
         console.pass(usageText().toUtf8());
         return statusOf(ExitCode::Success);
+    }
+    if (const auto user = desktopUser(); user && !user->isKnown()) {
+        console.complain(u"the user %1 cannot be looked up"_s.arg(user->user));
+        return statusOf(ExitCode::NotPermitted);
     }
     // Only root reads and writes a medium itself.
     if (PreflightRules::operationOfVerb(line.verb) && geteuid() != 0)
