@@ -14,6 +14,11 @@
         <extracomment>Menu in the menu bar. &amp; marks the letter that opens it with Alt; it must differ from all other letters in the window.</extracomment>
         <translation>&amp;Arquivo</translation>
     </message>
+    <message id="REFRESH_MENU_ITEM_TITLE">
+        <source>&amp;Refresh</source>
+        <extracomment>Item of the File menu: reads again which file systems are installed and which disks are there. It changes nothing.</extracomment>
+        <translation>&amp;Atualizar</translation>
+    </message>
     <message id="CLOSE_MENU_ITEM_TITLE">
         <source>&amp;Close Window</source>
         <extracomment>Item of the File menu. Closing the window ends the program.</extracomment>
@@ -29,10 +34,25 @@
         <extracomment>Menu in the menu bar.</extracomment>
         <translation>&amp;Editar</translation>
     </message>
+    <message id="UNDO_MENU_ITEM_TITLE">
+        <source>&amp;Undo</source>
+        <extracomment>Item of the Edit menu: takes back what was typed last.</extracomment>
+        <translation>&amp;Desfazer</translation>
+    </message>
+    <message id="CUT_MENU_ITEM_TITLE">
+        <source>Cu&amp;t</source>
+        <extracomment>Item of the Edit menu: moves the selected text of the field to the clipboard.</extracomment>
+        <translation>&amp;Recortar</translation>
+    </message>
     <message id="COPY_MENU_ITEM_TITLE">
         <source>&amp;Copy</source>
         <extracomment>Item of the Edit menu: copies the selected text. In the menu of a row of the tree: copies the name in the row.</extracomment>
         <translation>&amp;Copiar</translation>
+    </message>
+    <message id="PASTE_MENU_ITEM_TITLE">
+        <source>&amp;Paste</source>
+        <extracomment>Item of the Edit menu: puts the text of the clipboard into the field.</extracomment>
+        <translation>C&amp;olar</translation>
     </message>
     <message id="SELECT_ALL_MENU_ITEM_TITLE">
         <source>Select &amp;All</source>
@@ -69,6 +89,11 @@
         <extracomment>Item of the Disk menu and the menu of a row: opens the folder at which the selected volume is mounted.</extracomment>
         <translation>Mos&amp;trar no gerenciador de arquivos</translation>
     </message>
+    <message id="COPY_DEVICE_PATH_MENU_ITEM_TITLE">
+        <source>Copy Device &amp;Path</source>
+        <extracomment>Item of the menu of a row of the tree: puts the path of its device, such as /dev/sda1, on the clipboard.</extracomment>
+        <translation>Copiar caminho do &amp;dispositivo</translation>
+    </message>
     <message id="HELP_MENU_TITLE">
         <source>&amp;Help</source>
         <extracomment>Menu in the menu bar.</extracomment>
@@ -87,11 +112,17 @@
     <message id="ABOUT_TEXT">
         <source>Version %@
 
-Mounts, formats, checks and repairs disks and volumes.</source>
-        <extracomment>Text of the About box below the name of the program. %@ is the version, such as 1.0.0.</extracomment>
+Mounts, ejects, formats, checks and repairs disks and volumes.
+
+MIT License
+%@</source>
+        <extracomment>Text of the About box below the name of the program. The first %@ is the version, such as 1.0.0; the second is the address of the program’s page on the web.</extracomment>
         <translation>Versão %@
 
-Monta, formata, verifica e repara discos e volumes.</translation>
+Monta, ejeta, formata, verifica e repara discos e volumes.
+
+Licença MIT
+%@</translation>
     </message>
     <message id="USER_MANUAL_NOT_FOUND_TITLE">
         <source>The user manual could not be opened</source>

@@ -58,6 +58,7 @@ public:
     ~CountingSession() override { m_calls += u"release"_s; }
     void scheduleWithRunLoop() override { m_calls += u"schedule"_s; }
     void unscheduleFromRunLoop() override { m_calls += u"unschedule"_s; }
+    void refresh() override { }
     void mount(const DADiskRef &, quint32, DADiskCompletion) override { }
     void unmount(const DADiskRef &, quint32, DADiskCompletion) override { }
     DADiskRef unlockedDisk(const DADiskRef &) const override { return nullptr; }
@@ -106,6 +107,7 @@ public:
         deliverAppeared(makePartition(u"disk2s1"_s, 1024));
     }
     void unscheduleFromRunLoop() override { }
+    void refresh() override { }
     void mount(const DADiskRef &, quint32, DADiskCompletion) override { }
     void unmount(const DADiskRef &, quint32, DADiskCompletion) override { }
     DADiskRef unlockedDisk(const DADiskRef &) const override { return nullptr; }
