@@ -128,7 +128,7 @@ void UDisksRequests::unmount(const QString &path, Scope scope, Force force, Comp
         for (const QString &device : std::as_const(mounted)) {
             if (isSystemDevice(m_bus.store().fileName(device, UDisks::block, "Device"))) {
                 answerLater(std::move(completion), DAReturn::NotPermitted,
-                    u"The running system stands on this volume."_s);
+                    u"The running system is using this volume."_s);
                 return;
             }
         }

@@ -232,7 +232,7 @@ void TestWindowFaults::volumeOfTheSystemIsNotForced()
     QCOMPARE(mountPointsOf(disk.node(1)), QStringList { u"/boot"_s });
     QTRY_COMPARE(window.sheets().size(), 1);
     QCOMPARE(window.sheets().constFirst()->informativeText(),
-        u"Error while unmounting %1: The running system stands on this volume."_s.arg(*volume->bsdName));
+        u"Error while unmounting %1: The running system is using this volume."_s.arg(*volume->bsdName));
     window.endSheet(AlertSheet::firstButtonReturn);
     holder.kill();
     holder.waitForFinished();

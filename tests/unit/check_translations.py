@@ -50,6 +50,20 @@ MNEMONIC_CONTEXTS = {
     for page, keys in TAB_PAGES.items() for button in MOUNT_BUTTON
 }
 
+# What the desktop shows is there for whoever gets a table: Portuguese of any region gets pt_BR, Hong Kong gets zh_TW.
+ALSO_SERVED = {"pt_BR": "pt", "zh_TW": "zh_HK"}
+DESKTOP_TEXTS = {
+    "resources/desktop/org.zorvex.DiskManager.desktop": re.compile(r"^Comment\[(\w+)\]=", re.MULTILINE),
+    "resources/desktop/org.zorvex.DiskManager.metainfo.xml": re.compile(r'<summary xml:lang="(\w+)"'),
+    "resources/polkit/org.zorvex.DiskManager.policy": re.compile(r'<message xml:lang="(\w+)"'),
+}
+
+# What a label must not contain, with spaces between.
+LIST_OF_SIGNS = '" * / : < > ? \\ |'
+
+# How a caption ends that ends in a colon.
+COLONS = {"fr": "\u00a0:", "zh_CN": "：", "zh_TW": "："}
+
 Message = collections.namedtuple("Message", "key source comment translation finished")
 
 # Comments are dropped, strings kept: a string may hold what looks like a comment, and the other way round.
@@ -174,6 +188,28 @@ def mnemonic_faults(language, table):
                 yield f"{language}: {' and '.join(claimants)} share the letter {letter} on the {context}."
 
 
+def punctuation_faults(language, table, english):
+    for key in table.keys() & english.keys():
+        text, original = table[key].translation, english[key].translation
+        colon = COLONS.get(language, ":")
+        if original.endswith(":") and not text.endswith(colon):
+            yield f"{language}: {key} must end in “{colon}”."
+        if ("…" in original) != ("…" in text):
+            yield f"{language}: {key} must have an ellipsis as the English text, or none."
+        if language == "fr" and re.search(r" [:;?!»]|« ", text.replace(LIST_OF_SIGNS, "")):
+            yield f"fr: {key} has a space that breaks beside a sign."
+
+
+def desktop_faults(root, languages):
+    expected = (set(languages) | {ALSO_SERVED[language] for language in languages if language in ALSO_SERVED})
+    expected.discard(SOURCE_LANGUAGE)
+    for name, pattern in DESKTOP_TEXTS.items():
+        path = root / name
+        found = set(pattern.findall(path.read_text(encoding="utf-8"))) if path.exists() else expected
+        for language in sorted(expected ^ found):
+            yield f"{name}: {language} is {'missing' if language in expected else 'there without a table'}."
+
+
 def usage_faults(used, keys):
     for key in used.keys() - keys:
         yield f"{used[key]}: {key} is used, and no table has it."
@@ -192,6 +228,8 @@ def faults(root):
         yield from table_faults(language, messages[language])
         yield from comparison_faults(language, tables[language], tables[SOURCE_LANGUAGE])
         yield from mnemonic_faults(language, tables[language])
+        yield from punctuation_faults(language, tables[language], tables[SOURCE_LANGUAGE])
+    yield from desktop_faults(root, tables)
     yield from usage_faults(used_keys(root), tables[SOURCE_LANGUAGE].keys())
 
 
