@@ -2,6 +2,7 @@
 //
 // Starts the program: decides whether this process may run the interface, chooses the real services and
 // brings the interface up.
+#include "app/DesktopLook.h"
 #include "app/MainWindow.h"
 #include "app/Startup.h"
 #include "app/startup_rules.h"
@@ -16,7 +17,9 @@
 #include <QApplication>
 #include <QIcon>
 #include <QMainWindow>
+#include <QProcess>
 
+#include <cstdio>
 #include <cstdlib>
 
 using namespace Qt::Literals::StringLiterals;
@@ -63,11 +66,12 @@ void raiseWindow(QWidget *window, const QByteArray &token)
     qunsetenv("XDG_ACTIVATION_TOKEN"); // it is good once, and not for the programs that are started from here
 }
 
-int runInterface(int argc, char **argv)
+int runInterface(int argc, char **argv, const DesktopLook &look)
 {
     if (raiseInstance(ownInstance(), activationToken()))
         return EXIT_SUCCESS;
     QApplication application(argc, argv);
+    look.apply();
     SingleInstance instance(ownInstance());
     // When two start in the same instant, only the one that got the name shows a window.
     if (!instance.listen() && raiseInstance(ownInstance(), activationToken()))
@@ -88,17 +92,53 @@ int runInterface(int argc, char **argv)
     return QApplication::exec();
 }
 
+// Prints how the user's desktop looks.
+void tellLook(int argc, char **argv)
+{
+    const QApplication application(argc, argv);
+    const QByteArray text = DesktopLook::ofThisProcess().toText();
+    std::fwrite(text.constData(), 1, static_cast<std::size_t>(text.size()), stdout);
+}
+
+// Has a process of its own find out how the user's desktop looks, while the user is asked for the password:
+// what a desktop loads into a program may need time, or fail.
+void startLook(QProcess &process)
+{
+    if (!qEnvironmentVariableIsSet("DISPLAY") && !qEnvironmentVariableIsSet("WAYLAND_DISPLAY"))
+        return;
+    process.setStandardInputFile(QProcess::nullDevice());
+    process.setStandardErrorFile(QProcess::nullDevice());
+    process.start(
+        QCoreApplication::applicationFilePath(), { QString::fromLatin1(StartupRules::lookArgument) });
+}
+
+// Nothing is shown that could wait for this.
+QByteArray finishLook(QProcess &process)
+{
+    constexpr int timeLimit = 2000; // milliseconds
+    if (process.state() != QProcess::NotRunning && !process.waitForFinished(timeLimit)) {
+        process.kill();
+        process.waitForFinished();
+    }
+    return process.isReadable() ? process.readAllStandardOutput() : QByteArray();
+}
+
 // Hands over to the process with administrator rights. It is started unless it runs already.
 void runElevated(int argc, char **argv)
 {
     if (raiseInstance(elevatedInstance(), activationToken()))
         return;
     QCoreApplication application(argc, argv);
+    QProcess look;
+    startLook(look);
     const std::unique_ptr<Authorization> authorization = createAuthorization();
+    authorization->setLookReader([&look] { return finishLook(look); });
     QMetaObject::invokeMethod(
         &application, [&] { elevate(argv[0], *authorization, &QCoreApplication::quit); },
         Qt::QueuedConnection);
     QCoreApplication::exec();
+    look.kill();
+    look.waitForFinished();
 }
 
 } // namespace
@@ -106,18 +146,25 @@ void runElevated(int argc, char **argv)
 int main(int argc, char **argv)
 {
     const QByteArrayList arguments(argv, argv + argc);
+    if (StartupRules::isLook(arguments)) {
+        tellLook(argc, argv);
+        return EXIT_SUCCESS;
+    }
     if (!mayRunInterface(arguments, lookUpGroupsOfUser)) {
         runElevated(argc, argv);
         return EXIT_SUCCESS;
     }
+    DesktopLook look;
     if (StartupRules::isElevated(arguments)) {
-        const QByteArray accessibilityBus = completeExecutionWithPrivileges();
+        const Handover handover = completeExecutionWithPrivileges();
         adoptDisplayOfDesktopUser();
         doWithoutSessionBus();
         if (const std::optional<DesktopUser> user = desktopUser())
-            adoptAccessibilityBus(*user, accessibilityBus);
+            adoptAccessibilityBus(*user, handover.accessibilityBus);
+        look = DesktopLook::fromText(handover.look);
+        look.applyToEnvironment();
     }
     // A worker may still be running the tool after the interface has ended: no static object is destroyed
     // under it.
-    std::_Exit(runInterface(argc, argv));
+    std::_Exit(runInterface(argc, argv, look));
 }
