@@ -159,6 +159,7 @@ int main(int argc, char **argv)
         const Handover handover = completeExecutionWithPrivileges();
         adoptDisplayOfDesktopUser();
         doWithoutSessionBus();
+        nameRuntimeFolderOfRoot();
         if (const std::optional<DesktopUser> user = desktopUser())
             adoptAccessibilityBus(*user, handover.accessibilityBus);
         look = DesktopLook::fromText(handover.look);

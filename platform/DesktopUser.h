@@ -69,6 +69,10 @@ void adoptDisplayOfDesktopUser();
 // process runs as root at a user's wish and no bus is named. Call it before the interface is made.
 void doWithoutSessionBus();
 
+// Names a folder for what lives as long as a session, where none is named: Qt would make one in the temporary
+// folder. Call it before the interface is made.
+void nameRuntimeFolderOfRoot();
+
 // Names the accessibility bus of the user's session in the environment, so that the user's assistive
 // technologies find the window of a process that runs as root at their wish. Only a socket of the user's in
 // their runtime folder is taken for one: an address could name a program to be run. Call it before the

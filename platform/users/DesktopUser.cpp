@@ -161,6 +161,13 @@ void doWithoutSessionBus()
         qputenv(sessionBus, "disabled:");
 }
 
+void nameRuntimeFolderOfRoot()
+{
+    constexpr auto runtimeFolder = "XDG_RUNTIME_DIR";
+    if (geteuid() == 0 && !qEnvironmentVariableIsSet(runtimeFolder))
+        qputenv(runtimeFolder, "/run/zorvex-disk-manager-window");
+}
+
 QString accessibilitySocket(const QByteArray &address, const QString &runtimeFolder, uid_t user)
 {
     const QByteArray prefix = "unix:path="_ba;
