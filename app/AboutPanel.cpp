@@ -33,8 +33,8 @@ public:
             bold.setBold(true);
             label->setFont(bold);
         }
-        setInformativeText(
-            formatLocalized(localizedString("ABOUT_TEXT"), { QCoreApplication::applicationVersion() }));
+        setInformativeText(formatLocalized(localizedString("ABOUT_TEXT"),
+            { QCoreApplication::applicationVersion(), QStringLiteral(ZORVEX_HOMEPAGE) }));
         addButton(u"OK"_s, AcceptRole);
         window->installEventFilter(this);
     }

@@ -13,6 +13,7 @@
 #include <QClipboard>
 #include <QLayout>
 #include <QMainWindow>
+#include <QShortcut>
 
 #include <utility>
 
@@ -126,6 +127,9 @@ void followPanel(
     ui.actionMountUnmount->setText(ui.mountUnmountButton->text());
     enableAsButton(ui.actionMountUnmount, ui.mountUnmountButton, ui.rightTabView, ui.infoTab);
     enableAsButton(ui.actionFormat, ui.formatButton, ui.rightTabView, ui.formatTab);
+    const QString deviceNode = disk ? disk->deviceNode() : QString();
+    ui.actionCopyDevicePath->setData(deviceNode);
+    ui.actionCopyDevicePath->setEnabled(!deviceNode.isEmpty());
     ui.actionEraseDisk->setEnabled(disk && controller.canEraseDisk(*disk));
     enableAsButton(ui.actionCheck, ui.checkButton, ui.rightTabView, ui.maintenanceTab);
     enableAsButton(ui.actionRepair, ui.repairButton, ui.rightTabView, ui.maintenanceTab);
@@ -146,14 +150,16 @@ void connectToPanel(const ZorvexDiskManagerAppDelegate &controller, const Ui::Ma
 
 // The text with the focus copies or selects itself. A label does this only for a key press, so it is done
 // here. A label without a selection is copied as a whole.
-void connectEditAction(QAction *action, const char *slot, void (*onLabel)(QLabel *label))
+void connectEditAction(QAction *action, const char *slot, void (*onLabel)(QLabel *label) = nullptr)
 {
     QObject::connect(action, &QAction::triggered, action, [slot, onLabel] {
         QWidget *const focused = QApplication::focusWidget();
-        if (auto *label = qobject_cast<QLabel *>(focused))
-            onLabel(label);
-        else if (focused && focused->metaObject()->indexOfSlot(slot) >= 0)
+        if (auto *label = qobject_cast<QLabel *>(focused)) {
+            if (onLabel)
+                onLabel(label);
+        } else if (focused && focused->metaObject()->indexOfSlot(slot) >= 0) {
             QMetaObject::invokeMethod(focused, QByteArray(slot).chopped(2).constData());
+        }
     });
 }
 
@@ -165,6 +171,34 @@ void copyLabel(QLabel *label)
 void selectLabel(QLabel *label)
 {
     label->setSelection(0, static_cast<int>(label->text().size()));
+}
+
+// What changes a text is offered while it can: of all texts of the window, only the label can be changed.
+// Its keys work without the menu.
+void connectEditMenu(const Ui::MainWindow &ui)
+{
+    connectEditAction(ui.actionUndo, "undo()");
+    connectEditAction(ui.actionCut, "cut()");
+    connectEditAction(ui.actionCopy, "copy()", &copyLabel);
+    connectEditAction(ui.actionPaste, "paste()");
+    connectEditAction(ui.actionSelectAll, "selectAll()", &selectLabel);
+    QObject::connect(ui.editMenu, &QMenu::aboutToShow, ui.editMenu, [ui] {
+        const auto *field = qobject_cast<QLineEdit *>(QApplication::focusWidget());
+        ui.actionUndo->setEnabled(field && field->isUndoAvailable());
+        ui.actionCut->setEnabled(field && field->hasSelectedText());
+        ui.actionPaste->setEnabled(field && !QGuiApplication::clipboard()->text().isEmpty());
+    });
+}
+
+// Ctrl+1 and so on show the pages, those that are there for the selected disk.
+void connectPageKeys(QMainWindow *window, const Ui::MainWindow &ui)
+{
+    int key = Qt::Key_1;
+    for (QWidget *page : { ui.infoTab, ui.formatTab, ui.maintenanceTab }) {
+        auto *shortcut = new QShortcut(QKeyCombination(Qt::ControlModifier, Qt::Key(key++)), window);
+        QObject::connect(shortcut, &QShortcut::activated, ui.rightTabView,
+            [tabs = ui.rightTabView, page] { tabs->setCurrentWidget(page); });
+    }
 }
 
 // The context menu of a row of the tree.
@@ -197,8 +231,14 @@ void connectActions(ZorvexDiskManagerAppDelegate &controller, QMainWindow *windo
     connectContextMenu(controller.leftOutlineView, ui.rowMenu);
     connectAction(ui.actionManual, controller, &Controller::clickHelpMenuItem);
     connectAction(ui.actionAbout, controller, &Controller::clickAboutButton);
-    connectEditAction(ui.actionCopy, "copy()", &copyLabel);
-    connectEditAction(ui.actionSelectAll, "selectAll()", &selectLabel);
+    connectEditMenu(ui);
+    connectPageKeys(window, ui);
+    ui.actionRefresh->setShortcuts({ Qt::Key_F5, Qt::CTRL | Qt::Key_R });
+    connectAction(ui.actionRefresh, controller, &Controller::clickRefreshMenuItem);
+    QObject::connect(ui.actionCopyDevicePath, &QAction::triggered, ui.actionCopyDevicePath,
+        [action = ui.actionCopyDevicePath] {
+            QGuiApplication::clipboard()->setText(action->data().toString());
+        });
     QObject::connect(
         ui.actionShowInFileManager, &QAction::triggered, &controller, &Controller::showInFileManager);
     QObject::connect(ui.infoMountedPathView, &LinkTextView::hasLinkChanged, ui.actionShowInFileManager,

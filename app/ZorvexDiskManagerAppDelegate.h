@@ -158,6 +158,9 @@ public:
     void diskArbitrationDiskDisappeared(const DADiskRef &disk);
     void diskArbitrationDiskDescriptionChanged(const DADiskRef &disk, const QStringList &keys);
 
+    // Reads the bundles and asks the disk service for its media again. Changes nothing on a disk.
+    Q_INVOKABLE void clickRefreshMenuItem(QObject *sender);
+
     // --- Catalogue. Implemented in filesystems/Catalogue.cpp ---
 
     void refreshFilesystems();

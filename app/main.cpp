@@ -2,6 +2,7 @@
 //
 // Starts the program: decides whether this process may run the interface, chooses the real services and
 // brings the interface up.
+#include "app/DesktopLook.h"
 #include "app/MainWindow.h"
 #include "app/StartMessage.h"
 #include "app/Startup.h"
@@ -18,7 +19,9 @@
 #include <QApplication>
 #include <QIcon>
 #include <QMainWindow>
+#include <QProcess>
 
+#include <cstdio>
 #include <cstdlib>
 
 using namespace Qt::Literals::StringLiterals;
@@ -66,12 +69,13 @@ void raiseWindow(QWidget *window, const QByteArray &token)
     qunsetenv("XDG_ACTIVATION_TOKEN"); // it is good once, and not for the programs that are started from here
 }
 
-int runInterface(int argc, char **argv)
+int runInterface(int argc, char **argv, const DesktopLook &look)
 {
     InstanceAnswer answer = raiseInstance(ownInstance(), activationToken());
     if (answer == InstanceAnswer::Raised)
         return EXIT_SUCCESS;
     QApplication application(argc, argv);
+    look.apply();
     SingleInstance instance(ownInstance());
     // When two start in the same instant, only the one that listens shows a window. One that hangs may still
     // work on a disk, and gets no other beside it.
@@ -97,6 +101,37 @@ int runInterface(int argc, char **argv)
     return QApplication::exec();
 }
 
+// Prints how the user's desktop looks.
+void tellLook(int argc, char **argv)
+{
+    const QApplication application(argc, argv);
+    const QByteArray text = DesktopLook::ofThisProcess().toText();
+    std::fwrite(text.constData(), 1, static_cast<std::size_t>(text.size()), stdout);
+}
+
+// Has a process of its own find out how the user's desktop looks, while the user is asked for the password:
+// what a desktop loads into a program may need time, or fail.
+void startLook(QProcess &process)
+{
+    if (!qEnvironmentVariableIsSet("DISPLAY") && !qEnvironmentVariableIsSet("WAYLAND_DISPLAY"))
+        return;
+    process.setStandardInputFile(QProcess::nullDevice());
+    process.setStandardErrorFile(QProcess::nullDevice());
+    process.start(
+        QCoreApplication::applicationFilePath(), { QString::fromLatin1(StartupRules::lookArgument) });
+}
+
+// Nothing is shown that could wait for this.
+QByteArray finishLook(QProcess &process)
+{
+    constexpr int timeLimit = 2000; // milliseconds
+    if (process.state() != QProcess::NotRunning && !process.waitForFinished(timeLimit)) {
+        process.kill();
+        process.waitForFinished();
+    }
+    return process.isReadable() ? process.readAllStandardOutput() : QByteArray();
+}
+
 // Hands over to the process with administrator rights. It is started unless it runs already. Returns what the
 // user is to be told.
 std::optional<StartProblem> runElevated(int argc, char **argv)
@@ -107,7 +142,10 @@ std::optional<StartProblem> runElevated(int argc, char **argv)
     if (answer == InstanceAnswer::Silent)
         return StartProblem::NoAnswer;
     QCoreApplication application(argc, argv);
+    QProcess look;
+    startLook(look);
     const std::unique_ptr<Authorization> authorization = createAuthorization();
+    authorization->setLookReader([&look] { return finishLook(look); });
     std::optional<StartProblem> problem;
     const auto finish = [&problem](AuthorizationStatus status) {
         problem = StartupRules::problemOf(status);
@@ -116,6 +154,8 @@ std::optional<StartProblem> runElevated(int argc, char **argv)
     QMetaObject::invokeMethod(
         &application, [&] { elevate(argv[0], *authorization, finish); }, Qt::QueuedConnection);
     QCoreApplication::exec();
+    look.kill();
+    look.waitForFinished();
     return problem;
 }
 
@@ -124,20 +164,27 @@ std::optional<StartProblem> runElevated(int argc, char **argv)
 int main(int argc, char **argv)
 {
     const QByteArrayList arguments(argv, argv + argc);
+    if (StartupRules::isLook(arguments)) {
+        tellLook(argc, argv);
+        return EXIT_SUCCESS;
+    }
     if (!mayRunInterface(arguments, lookUpGroupsOfUser)) {
         if (const auto problem = runElevated(argc, argv))
             showStartProblem(*problem, argc, argv);
         return EXIT_SUCCESS;
     }
+    DesktopLook look;
     if (StartupRules::isElevated(arguments)) {
-        const QByteArray accessibilityBus = completeExecutionWithPrivileges();
+        const Handover handover = completeExecutionWithPrivileges();
         adoptDisplayOfDesktopUser();
         doWithoutSessionBus();
         provideRuntimeFolder();
         if (const std::optional<DesktopUser> user = desktopUser())
-            adoptAccessibilityBus(*user, accessibilityBus);
+            adoptAccessibilityBus(*user, handover.accessibilityBus);
+        look = DesktopLook::fromText(handover.look);
+        look.applyToEnvironment();
     }
     // A worker may still be running the tool after the interface has ended: no static object is destroyed
     // under it.
-    std::_Exit(runInterface(argc, argv));
+    std::_Exit(runInterface(argc, argv, look));
 }

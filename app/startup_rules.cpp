@@ -9,9 +9,16 @@ namespace StartupRules {
 
 const QByteArray elevatedArgument = QByteArrayLiteral("-elevated");
 
+const QByteArray lookArgument = QByteArrayLiteral("-look");
+
 bool isElevated(const QByteArrayList &arguments)
 {
     return arguments.size() == 2 && arguments.at(1) == elevatedArgument;
+}
+
+bool isLook(const QByteArrayList &arguments)
+{
+    return arguments.size() == 2 && arguments.at(1) == lookArgument;
 }
 
 bool hasFailed(const GroupList &list)

@@ -30,6 +30,12 @@ extern const QByteArray elevatedArgument;
 // rights. The argument counts only if it is the only one.
 bool isElevated(const QByteArrayList &arguments);
 
+// The only argument of the program when it is started to tell how the user's desktop looks, and nothing else.
+extern const QByteArray lookArgument;
+
+// Whether the command line is that of such a start.
+bool isLook(const QByteArrayList &arguments);
+
 // Whether the look-up has failed.
 bool hasFailed(const GroupList &list);
 

@@ -120,3 +120,11 @@ void ZorvexDiskManagerAppDelegate::diskArbitrationDiskDescriptionChanged(
     leftOutlineView->reloadData();
     outlineViewSelectionDidChange();
 }
+
+void ZorvexDiskManagerAppDelegate::clickRefreshMenuItem(QObject *)
+{
+    refreshFilesystems();
+    if (session)
+        session->refresh();
+    refreshAfterStateChange(); // free space is told by nobody
+}

@@ -17,7 +17,9 @@ namespace {
 
 QString questionLine(const char *captionKey, const QString &value)
 {
-    return localizedString(captionKey) + u' ' + value + u'\n';
+    return formatLocalized(
+               localizedString("FORMAT_QUESTION_LINE_FMT"), { localizedString(captionKey), value })
+        + u'\n';
 }
 
 QString newVolumeText(const NewVolume &volume)
@@ -66,7 +68,11 @@ QString ZorvexDiskManagerAppDelegate::formatTargetText(
     const QString node = disk.deviceNode();
     const QString device
         = node.isEmpty() ? disk.description() : QString(disk.description() + u" (" + node + u')');
-    return questionLine(QT_TRID_NOOP("FORMAT_TARGET_NAME_CAPTION"), getDisplayNameForDisk(disk))
+    // A name that ends in "!" or ")" keeps it at its end among letters of the other direction.
+    const QString name = getDisplayNameForDisk(disk);
+    const QString nameApart
+        = isRightToLeftLocalization() ? QString(QChar(0x2068) + name + QChar(0x2069)) : name;
+    return questionLine(QT_TRID_NOOP("FORMAT_TARGET_NAME_CAPTION"), nameApart)
         + questionLine(QT_TRID_NOOP("FORMAT_TARGET_SIZE_CAPTION"), size)
         + questionLine(QT_TRID_NOOP("FORMAT_TARGET_DEVICE_CAPTION"), leftToRightInWindow(device))
         + questionLine(QT_TRID_NOOP("FORMAT_TARGET_CONTENT_CAPTION"), content);

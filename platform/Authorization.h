@@ -9,6 +9,7 @@
 
 #include <functional>
 #include <memory>
+#include <utility>
 
 // Answers of the service, with the numbers by which they are known in the system log.
 enum class AuthorizationStatus : int {
@@ -40,13 +41,29 @@ public:
 
     // Ends the session.
     virtual void free() = 0;
+
+    // Reads how the user's desktop looks, for the program that is run as root. It is read right before.
+    void setLookReader(std::function<QByteArray()> readLook) { m_readLook = std::move(readLook); }
+
+protected:
+    // Empty when it is not known.
+    QByteArray look() const { return m_readLook ? m_readLook() : QByteArray(); }
+
+private:
+    std::function<QByteArray()> m_readLook;
+};
+
+// What the process of the user hands over to the program that it starts as root. All of it is the user's word
+// and to be looked at.
+struct Handover
+{
+    QByteArray accessibilityBus; // its address; empty when assistive technologies are not in use
+    QByteArray look; // of the user's desktop, as that process tells it; may be empty
 };
 
 // The machine's authorisation service.
 std::unique_ptr<Authorization> createAuthorization();
 
 // Of the program that was started by executeWithPrivileges(), before anything else: makes it independent of
-// the process that started it, and lets that process end. Returns the address of the user's accessibility bus
-// as that process told it, which is the user's word and to be looked at; empty when assistive technologies
-// are not in use.
-QByteArray completeExecutionWithPrivileges();
+// the process that started it, and lets that process end. Returns what that process has handed over.
+Handover completeExecutionWithPrivileges();

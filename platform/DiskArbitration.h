@@ -185,6 +185,10 @@ public:
     virtual void scheduleWithRunLoop() = 0;
     virtual void unscheduleFromRunLoop() = 0;
 
+    // Asks the service for its media again, and reports what is no longer as it was reported. What the
+    // bundles claim is read again as well.
+    virtual void refresh() = 0;
+
     // Mounts the volume where the service decides. A mounted volume dissents with Busy. Of an encrypted
     // medium, what can be read of it is mounted; the passphrase is asked for if it is locked.
     virtual void mount(const DADiskRef &disk, quint32 options, DADiskCompletion completion) = 0;

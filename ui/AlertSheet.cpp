@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ui/AlertSheet.h"
 
+#include "platform/Localization.h"
+
 #include <QLabel>
 #include <QPushButton>
 
@@ -36,6 +38,7 @@ QMessageBox::Icon iconOf(AlertSheet::Style style)
 
 AlertSheet::AlertSheet(Style style)
 {
+    setWindowTitle(localizedString("WINDOW_TITLE"));
     setIcon(iconOf(style));
     setTextFormat(Qt::PlainText);
     setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);

@@ -68,6 +68,7 @@ OutlineView::OutlineView(QWidget *parent)
     setItemDelegate(new CellDelegate(this));
     setHeaderHidden(true);
     setUniformRowHeights(true);
+    setAllColumnsShowFocus(true); // the frame of the current row goes all around it
     setEditTriggers(NoEditTriggers);
     setSelectionMode(SingleSelection);
     setTextElideMode(Qt::ElideRight);
@@ -215,6 +216,18 @@ void OutlineView::selectionChanged(const QItemSelection &selected, const QItemSe
     m_delegate->outlineViewSelectionDidChange();
 }
 
+// A row is drawn from edge to edge; its cell leaves out where the triangles are.
+QRegion OutlineView::visualRegionForSelection(const QItemSelection &selection) const
+{
+    QRegion region;
+    for (const QModelIndex &index : selection.indexes()) {
+        const QRect cell = QTreeView::visualRect(index);
+        if (!cell.isEmpty())
+            region += QRect(0, cell.top(), viewport()->width(), cell.height());
+    }
+    return region;
+}
+
 void OutlineView::resizeEvent(QResizeEvent *event)
 {
     QTreeView::resizeEvent(event);
@@ -272,7 +285,9 @@ void OutlineView::drawRow(
     rowOption.showDecorationSelected = true;
     rowOption.state.setFlag(QStyle::State_Enabled, isEnabled());
     rowOption.state.setFlag(QStyle::State_Selected, selectionModel()->isSelected(index));
-    rowOption.state.setFlag(QStyle::State_Active, isActiveWindow());
+    // The cell writes a selected name in the colour of an active window, which may not be readable on the
+    // selection of an inactive one.
+    rowOption.state.setFlag(QStyle::State_Active);
     rowOption.state.setFlag(QStyle::State_HasFocus, hasFocus() && currentIndex() == index);
     style()->drawPrimitive(QStyle::PE_PanelItemViewItem, &rowOption, painter, this);
 
@@ -284,6 +299,8 @@ void OutlineView::drawRow(
         branch.rect = triangle;
         // A triangle points at its row, which is mirrored or not whatever the view's own direction is.
         branch.direction = triangle.x() > frameOfCellAtColumn(0, row).x() ? Qt::RightToLeft : Qt::LeftToRight;
+        branch.palette.setCurrentColorGroup(isEnabled() ? QPalette::Active : QPalette::Disabled);
+        branch.state.setFlag(QStyle::State_Active);
         branch.state.setFlag(QStyle::State_Children);
         branch.state.setFlag(QStyle::State_Open, isExpanded(index));
         branch.state.setFlag(QStyle::State_Selected, selectionModel()->isSelected(index));

@@ -76,6 +76,7 @@ protected:
     void mouseReleaseEvent(QMouseEvent *event) override;
     void mouseDoubleClickEvent(QMouseEvent *event) override;
     void selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
+    QRegion visualRegionForSelection(const QItemSelection &selection) const override;
     void resizeEvent(QResizeEvent *event) override;
 
 private:

@@ -30,7 +30,7 @@ PassphraseSheet::PassphraseSheet(const QString &volumeText, bool isRetry)
     : m_field(new QLineEdit)
 {
     const QString title = localizedString("UNLOCK_DIALOG_TITLE");
-    setWindowTitle(title);
+    setWindowTitle(localizedString("WINDOW_TITLE"));
     QLabel *const heading = makeLabel(title, u"titleLabel"_s);
     QFont bold = heading->font();
     bold.setBold(true);

@@ -157,6 +157,14 @@ void UDisksBus::list()
     });
 }
 
+void UDisksBus::listAgain()
+{
+    if (m_owner.isEmpty())
+        startService();
+    else
+        list();
+}
+
 void UDisksBus::objectsListed(const QDBusMessage &reply)
 {
     if (reply.type() == QDBusMessage::ErrorMessage) {

@@ -36,6 +36,9 @@ public:
     // and waits a moment for the answer, so that the listing is on its way when this returns.
     void startAtOnce();
 
+    // Lists all objects again; without a service, tries to start it.
+    void listAgain();
+
     const UDisksStore &store() const { return m_store; }
 
     // Calls a method of an object of the service. The reply does not run when this object goes first.

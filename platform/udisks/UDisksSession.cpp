@@ -127,6 +127,7 @@ public:
             QTimer::singleShot(0, &m_bus, [this] { followListing(*m_isAvailable); });
     }
     void unscheduleFromRunLoop() override { m_scheduled = false; }
+    void refresh() override { m_bus.listAgain(); }
 
     void mount(const DADiskRef &disk, quint32, DADiskCompletion completion) override
     {

@@ -33,7 +33,8 @@ const QString action = u"org.zorvex.DiskManager.run"_s;
 constexpr uint allowUserInteraction = 1;
 constexpr int noTimeLimit = INT_MAX;
 
-constexpr std::size_t longestAddress = 1024; // bytes; a socket's path has 108 at most
+// Bytes of what is handed over: the address of a bus in the first line, then the look.
+constexpr std::size_t longestHandover = 16384;
 
 struct Subject
 {
@@ -202,10 +203,11 @@ void PolkitAuthorization::executeWithPrivileges(
     const bool hasSocket = socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) == 0;
     m_handoverSocket = FileDescriptor(ends[0]);
     const FileDescriptor programsEnd(ends[1]);
-    // It is there for the program when it starts. A program that does not get it has no such bus.
-    if (hasSocket && !m_accessibilityBus.isEmpty())
-        send(ends[0], m_accessibilityBus.constData(), static_cast<std::size_t>(m_accessibilityBus.size()),
-            MSG_NOSIGNAL);
+    // It is there for the program when it starts. A program that does not get it does without.
+    const QByteArray handover = m_accessibilityBus + '\n' + look();
+    if (hasSocket)
+        send(ends[0], handover.constData(), static_cast<std::size_t>(handover.size()),
+            MSG_NOSIGNAL | MSG_DONTWAIT);
     if (!hasSocket || !spawnPkexec(program, arguments, programsEnd.number())) {
         QMetaObject::invokeMethod(this, std::move(done), Qt::QueuedConnection);
         return;
@@ -223,21 +225,23 @@ void PolkitAuthorization::free()
     m_bus = QDBusConnection(QString());
 }
 
-QByteArray completeExecutionWithPrivileges()
+Handover completeExecutionWithPrivileges()
 {
     prctl(PR_SET_PDEATHSIG, 0);
-    QByteArray accessibilityBus(longestAddress, Qt::Uninitialized);
-    // Whoever starts the program by hand has a terminal there, or nothing.
-    const ssize_t size = recv(STDIN_FILENO, accessibilityBus.data(), longestAddress, MSG_DONTWAIT);
-    accessibilityBus.truncate(std::max<ssize_t>(size, 0));
+    QByteArray text(longestHandover, Qt::Uninitialized);
+    // A user who starts the program by hand has a terminal there, or nothing.
+    const ssize_t size = recv(STDIN_FILENO, text.data(), longestHandover, MSG_DONTWAIT);
+    text.truncate(std::max<ssize_t>(size, 0));
+    const qsizetype line = text.indexOf('\n');
+    const Handover handover { text.left(line), line < 0 ? QByteArray() : text.mid(line + 1) };
     // It gets the number of the input itself where that is closed, and then has to stay open.
     const int nothing = open("/dev/null", O_RDONLY | O_CLOEXEC);
     if (nothing < 0)
-        return accessibilityBus;
+        return handover;
     dup2(nothing, STDIN_FILENO);
     if (nothing != STDIN_FILENO)
         close(nothing);
-    return accessibilityBus;
+    return handover;
 }
 
 std::unique_ptr<Authorization> createAuthorization()

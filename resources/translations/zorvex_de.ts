@@ -14,6 +14,11 @@
         <extracomment>Menu in the menu bar. &amp; marks the letter that opens it with Alt; it must differ from all other letters in the window.</extracomment>
         <translation>&amp;Datei</translation>
     </message>
+    <message id="REFRESH_MENU_ITEM_TITLE">
+        <source>&amp;Refresh</source>
+        <extracomment>Item of the File menu: reads again which file systems are installed and which disks are there. It changes nothing.</extracomment>
+        <translation>&amp;Aktualisieren</translation>
+    </message>
     <message id="CLOSE_MENU_ITEM_TITLE">
         <source>&amp;Close Window</source>
         <extracomment>Item of the File menu. Closing the window ends the program.</extracomment>
@@ -29,10 +34,25 @@
         <extracomment>Menu in the menu bar.</extracomment>
         <translation>&amp;Bearbeiten</translation>
     </message>
+    <message id="UNDO_MENU_ITEM_TITLE">
+        <source>&amp;Undo</source>
+        <extracomment>Item of the Edit menu: takes back what was typed last.</extracomment>
+        <translation>&amp;Rückgängig</translation>
+    </message>
+    <message id="CUT_MENU_ITEM_TITLE">
+        <source>Cu&amp;t</source>
+        <extracomment>Item of the Edit menu: moves the selected text of the field to the clipboard.</extracomment>
+        <translation>A&amp;usschneiden</translation>
+    </message>
     <message id="COPY_MENU_ITEM_TITLE">
         <source>&amp;Copy</source>
         <extracomment>Item of the Edit menu: copies the selected text. In the menu of a row of the tree: copies the name in the row.</extracomment>
         <translation>&amp;Kopieren</translation>
+    </message>
+    <message id="PASTE_MENU_ITEM_TITLE">
+        <source>&amp;Paste</source>
+        <extracomment>Item of the Edit menu: puts the text of the clipboard into the field.</extracomment>
+        <translation>&amp;Einfügen</translation>
     </message>
     <message id="SELECT_ALL_MENU_ITEM_TITLE">
         <source>Select &amp;All</source>
@@ -47,12 +67,12 @@
     <message id="FORMAT_MENU_ITEM_TITLE">
         <source>&amp;Format…</source>
         <extracomment>Item of the Disk menu and the menu of a row: shows the page on which a volume is formatted. The dots say that nothing happens yet.</extracomment>
-        <translation>&amp;Formatieren …</translation>
+        <translation>&amp;Formatieren …</translation>
     </message>
     <message id="ERASE_DISK_MENU_ITEM_TITLE">
         <source>Erase &amp;Disk…</source>
         <extracomment>Item of the Disk menu and of the menu of a row: opens a sheet that asks how the whole disk is to be erased. &amp; marks the letter that chooses it.</extracomment>
-        <translation>Da&amp;tenträger löschen …</translation>
+        <translation>Da&amp;tenträger löschen …</translation>
     </message>
     <message id="CHECK_MENU_ITEM_TITLE">
         <source>Chec&amp;k</source>
@@ -68,6 +88,11 @@
         <source>&amp;Show in File Manager</source>
         <extracomment>Item of the Disk menu and the menu of a row: opens the folder at which the selected volume is mounted.</extracomment>
         <translation>Im &amp;Dateimanager anzeigen</translation>
+    </message>
+    <message id="COPY_DEVICE_PATH_MENU_ITEM_TITLE">
+        <source>Copy Device &amp;Path</source>
+        <extracomment>Item of the menu of a row of the tree: puts the path of its device, such as /dev/sda1, on the clipboard.</extracomment>
+        <translation>&amp;Gerätepfad kopieren</translation>
     </message>
     <message id="HELP_MENU_TITLE">
         <source>&amp;Help</source>
@@ -87,11 +112,17 @@
     <message id="ABOUT_TEXT">
         <source>Version %@
 
-Mounts, formats, checks and repairs disks and volumes.</source>
-        <extracomment>Text of the About box below the name of the program. %@ is the version, such as 1.0.0.</extracomment>
+Mounts, ejects, formats, checks and repairs disks and volumes.
+
+MIT License
+%@</source>
+        <extracomment>Text of the About box below the name of the program. The first %@ is the version, such as 1.0.0; the second is the address of the program’s page on the web.</extracomment>
         <translation>Version %@
 
-Hängt Datenträger und Volumes ein und aus, formatiert, prüft und repariert sie.</translation>
+Hängt Datenträger und Volumes ein und aus, formatiert, prüft und repariert sie.
+
+MIT-Lizenz
+%@</translation>
     </message>
     <message id="USER_MANUAL_NOT_FOUND_TITLE">
         <source>The user manual could not be opened</source>
@@ -99,7 +130,7 @@ Hängt Datenträger und Volumes ein und aus, formatiert, prüft und repariert si
         <translation>Das Benutzerhandbuch konnte nicht geöffnet werden</translation>
     </message>
     <message id="USER_MANUAL_NOT_FOUND_TEXT">
-        <source>Either the manual is not installed, or there is no program that can show PDF documents.</source>
+        <source>The manual is not installed, or there is no program to open PDF documents.</source>
         <extracomment>Text of the message when Help &gt; User Manual fails.</extracomment>
         <translation>Entweder ist das Handbuch nicht installiert, oder es fehlt ein Programm, das PDF-Dokumente anzeigen kann.</translation>
     </message>
@@ -110,22 +141,22 @@ Hängt Datenträger und Volumes ein und aus, formatiert, prüft und repariert si
     </message>
     <message id="ROW_MOUNTED_TEXT">
         <source>mounted</source>
-        <extracomment>Said by a screen reader after the name of a volume in the tree: files on it can be used.</extracomment>
+        <extracomment>Said by a screen reader, and shown in the tool tip of the row, after the name of a volume in the tree: files on it can be used.</extracomment>
         <translation>eingehängt</translation>
     </message>
     <message id="ROW_NOT_MOUNTED_TEXT">
         <source>not mounted</source>
-        <extracomment>Said by a screen reader after the name of a volume in the tree: files on it cannot be used at present.</extracomment>
+        <extracomment>Said by a screen reader, and shown in the tool tip of the row, after the name of a volume in the tree: files on it cannot be used at present.</extracomment>
         <translation>nicht eingehängt</translation>
     </message>
     <message id="ROW_DISK_WITH_PARTITIONS_TEXT">
         <source>disk with partitions</source>
-        <extracomment>Said by a screen reader after the name of a whole disk in the tree that is divided into partitions.</extracomment>
+        <extracomment>Said by a screen reader, and shown in the tool tip of the row, after the name of a whole disk in the tree that is divided into partitions.</extracomment>
         <translation>Datenträger mit Partitionen</translation>
     </message>
     <message id="LIST_SEPARATOR_TEXT">
         <source>, </source>
-        <extracomment>Stands between what a screen reader says of a row: name, file system, state. With the space that follows it, where the language has one.</extracomment>
+        <extracomment>Stands between what a screen reader says, and the tool tip shows, of a row: name, file system, state. With the space that follows it, where the language has one.</extracomment>
         <translation>, </translation>
     </message>
     <message id="DISK_ICON_ACCESSIBLE_NAME">
@@ -139,9 +170,9 @@ Hängt Datenträger und Volumes ein und aus, formatiert, prüft und repariert si
         <translation>Trennlinie</translation>
     </message>
     <message id="DIVIDER_TOOL_TIP">
-        <source>Drag this, or press the left and right arrow keys, to make the list of disks wider or narrower.</source>
+        <source>Drag to resize the list of disks. With the keyboard: press Tab until the divider is selected, then Left or Right.</source>
         <extracomment>Tool tip of the bar between the list of disks and the pages, also read out by screen readers.</extracomment>
-        <translation>Ziehen Sie hier oder drücken Sie die Pfeiltasten nach links und rechts, um die Liste der Datenträger breiter oder schmaler zu machen.</translation>
+        <translation>Ziehen, um die Breite der Liste zu ändern. Mit der Tastatur: mit Tab zur Trennlinie wechseln, dann die Pfeiltasten links und rechts drücken.</translation>
     </message>
     <message id="INFO_TAB_TITLE">
         <source>Info</source>
@@ -161,7 +192,7 @@ Hängt Datenträger und Volumes ein und aus, formatiert, prüft und repariert si
     <message id="SELECT_A_DISK_TEXT">
         <source>Select a disk or volume</source>
         <extracomment>Shown in place of the name while nothing is selected in the tree.</extracomment>
-        <translation>Datenträger oder Volume wählen</translation>
+        <translation>Datenträger oder Volume auswählen</translation>
     </message>
     <message id="MOUNT_BUTTON_TITLE">
         <source>&amp;Mount</source>
@@ -196,12 +227,12 @@ Hängt Datenträger und Volumes ein und aus, formatiert, prüft und repariert si
     <message id="REMOVABLE_CAPTION">
         <source>Removable:</source>
         <extracomment>Caption of a property answered by Yes or No: whether the medium can be taken out of its drive.</extracomment>
-        <translation>Wechselbar:</translation>
+        <translation>Wechselmedium:</translation>
     </message>
     <message id="CONTENT_HINT_CAPTION">
-        <source>Content:</source>
+        <source>Content type:</source>
         <extracomment>Caption of a property: what the partition table says is in the partition, such as Windows_NTFS.</extracomment>
-        <translation>Inhalt:</translation>
+        <translation>Inhaltstyp:</translation>
     </message>
     <message id="EJECTABLE_CAPTION">
         <source>Ejectable:</source>
@@ -209,9 +240,9 @@ Hängt Datenträger und Volumes ein und aus, formatiert, prüft und repariert si
         <translation>Auswerfbar:</translation>
     </message>
     <message id="BLOCK_SIZE_CAPTION">
-        <source>Preferred block size:</source>
+        <source>Block size:</source>
         <extracomment>Caption of a property: the block size of the device, such as 512 bytes.</extracomment>
-        <translation>Bevorzugte Blockgröße:</translation>
+        <translation>Blockgröße:</translation>
     </message>
     <message id="MOUNTED_AT_CAPTION">
         <source>Mounted at:</source>
@@ -399,19 +430,19 @@ Hängt Datenträger und Volumes ein und aus, formatiert, prüft und repariert si
         <translation>Das Volume konnte nicht ausgehängt werden</translation>
     </message>
     <message id="FAILED_TO_UNMOUNT_VOLUME_BODY_FMT">
-        <source>A program may still be using the volume %@. If you force it to unmount, data that has not been saved may be lost.</source>
+        <source>A program may still be using the volume %@. If you force the unmount, unsaved data may be lost.</source>
         <extracomment>Text of the question after a failed unmount. %@ is the name of the device, such as disk2s1.</extracomment>
-        <translation>Möglicherweise verwendet noch ein Programm das Volume %@. Wenn Sie das Aushängen erzwingen, können nicht gespeicherte Daten verloren gehen.</translation>
+        <translation>Möglicherweise wird das Volume %@ noch von einem Programm verwendet. Wenn Sie das Aushängen erzwingen, können nicht gespeicherte Daten verloren gehen.</translation>
     </message>
     <message id="FAILED_TO_UNMOUNT_VOLUMES_TITLE">
-        <source>The volumes of the disk could not be unmounted</source>
+        <source>The disk could not be ejected</source>
         <extracomment>Title of the question when a disk cannot be ejected because one of its volumes is in use.</extracomment>
-        <translation>Die Volumes des Datenträgers konnten nicht ausgehängt werden</translation>
+        <translation>Der Datenträger konnte nicht ausgeworfen werden</translation>
     </message>
     <message id="FAILED_TO_UNMOUNT_VOLUMES_BODY_FMT">
-        <source>Programs may still be using volumes of the disk %@. If you force them to unmount, data that has not been saved may be lost.</source>
+        <source>Programs may still be using volumes on the disk %@. If you force the unmount, unsaved data may be lost.</source>
         <extracomment>Text of the question when a disk cannot be ejected because one of its volumes is in use. %@ is the name of the device, such as disk2.</extracomment>
-        <translation>Möglicherweise verwenden noch Programme Volumes des Datenträgers %@. Wenn Sie das Aushängen erzwingen, können nicht gespeicherte Daten verloren gehen.</translation>
+        <translation>Möglicherweise werden Volumes des Datenträgers %@ noch von Programmen verwendet. Wenn Sie das Aushängen erzwingen, können nicht gespeicherte Daten verloren gehen.</translation>
     </message>
     <message id="FORMAT_FILESYSTEM_CAPTION">
         <source>File &amp;system:</source>
@@ -421,7 +452,7 @@ Hängt Datenträger und Volumes ein und aus, formatiert, prüft und repariert si
     <message id="FORMAT_FILESYSTEM_PLACEHOLDER">
         <source>Choose a file system</source>
         <extracomment>Shown in the menu of file systems on the Format page while none is chosen.</extracomment>
-        <translation>Dateisystem wählen</translation>
+        <translation>Dateisystem auswählen</translation>
     </message>
     <message id="FORMAT_LABEL_CAPTION">
         <source>Volume &amp;label:</source>
@@ -431,7 +462,7 @@ Hängt Datenträger und Volumes ein und aus, formatiert, prüft und repariert si
     <message id="FORMAT_BUTTON_TITLE">
         <source>Fo&amp;rmat…</source>
         <extracomment>Button: asks for confirmation and then formats the selected volume.</extracomment>
-        <translation>&amp;Formatieren …</translation>
+        <translation>&amp;Formatieren …</translation>
     </message>
     <message id="INVALID_VOLUME_LABEL_TEXT">
         <source>The volume label is not valid</source>
@@ -444,14 +475,14 @@ Hängt Datenträger und Volumes ein und aus, formatiert, prüft und repariert si
         <translation>Der Name eines NTFS-Volumes darf höchstens 128 Zeichen lang sein. Manche Zeichen, etwa Emojis, zählen doppelt.</translation>
     </message>
     <message id="INVALID_FAT_VOLUME_NAME_TEXT">
-        <source>A FAT volume label can be at most 11 characters long. It can consist of the capital letters A to Z, digits, spaces and punctuation, but must not contain any of &quot; * / : &lt; &gt; ? \ |</source>
+        <source>A FAT volume label can have up to 11 characters: capital letters A to Z, digits, spaces and symbols, but none of these: " * / : &lt; &gt; ? \ |</source>
         <extracomment>Text of the message about a volume label that FAT does not allow. Small and accented letters are not allowed. Keep the nine signs as they are.</extracomment>
-        <translation>Der Name eines FAT-Volumes darf höchstens 11 Zeichen lang sein. Er kann aus den Großbuchstaben A bis Z, Ziffern, Leerzeichen und Satzzeichen bestehen, darf aber keines dieser Zeichen enthalten: &quot; * / : &lt; &gt; ? \ |</translation>
+        <translation>Der Name eines FAT-Volumes darf höchstens 11 Zeichen lang sein. Erlaubt sind die Großbuchstaben A bis Z (ohne Umlaute), Ziffern, Leerzeichen und Sonderzeichen, aber keines dieser Zeichen: " * / : &lt; &gt; ? \ |</translation>
     </message>
     <message id="INVALID_EXFAT_VOLUME_NAME_TEXT">
-        <source>An exFAT volume label can be at most 11 characters long and must not contain control characters or any of &quot; * / : &lt; &gt; ? \ | Some characters, such as emoji, count as two.</source>
+        <source>An exFAT volume label can have up to 11 characters; some, such as emoji, count as two. It must not contain control characters or any of these: " * / : &lt; &gt; ? \ |</source>
         <extracomment>Text of the message about a volume label that exFAT does not allow. Keep the nine signs as they are.</extracomment>
-        <translation>Der Name eines exFAT-Volumes darf höchstens 11 Zeichen lang sein und weder Steuerzeichen noch eines dieser Zeichen enthalten: &quot; * / : &lt; &gt; ? \ | Manche Zeichen, etwa Emojis, zählen doppelt.</translation>
+        <translation>Der Name eines exFAT-Volumes darf höchstens 11 Zeichen lang sein; manche Zeichen, etwa Emojis, zählen doppelt. Er darf weder Steuerzeichen noch eines dieser Zeichen enthalten: " * / : &lt; &gt; ? \ |</translation>
     </message>
     <message id="LABEL_BYTES_LIMIT_FMT">
         <source>A volume label for %1$@ can be at most %2$@ bytes long. Accented letters and characters of many scripts take two or more.</source>
@@ -489,9 +520,9 @@ Hängt Datenträger und Volumes ein und aus, formatiert, prüft und repariert si
         <translation>Ein Volumename für %@ darf weder Steuerzeichen noch das Ersatzzeichen (U+FFFD) enthalten.</translation>
     </message>
     <message id="CONFIRM_FORMAT_DIALOG_TITLE">
-        <source>Do you really want to format?</source>
+        <source>Erase all data and format?</source>
         <extracomment>Title of the question before formatting. The name, size and device of what will be formatted are shown with it.</extracomment>
-        <translation>Möchten Sie wirklich formatieren?</translation>
+        <translation>Alle Daten löschen und formatieren?</translation>
     </message>
     <message id="CONFIRM_FORMAT_DIALOG_BODY">
         <source>Formatting erases all data on the disk or volume. This cannot be undone.</source>
@@ -524,14 +555,19 @@ Hängt Datenträger und Volumes ein und aus, formatiert, prüft und repariert si
         <translation>Gerät:</translation>
     </message>
     <message id="FORMAT_TARGET_CONTENT_CAPTION">
-        <source>Current content:</source>
+        <source>Current file system:</source>
         <extracomment>Caption in the question before formatting: the file system that will be erased.</extracomment>
-        <translation>Aktueller Inhalt:</translation>
+        <translation>Aktuelles Dateisystem:</translation>
+    </message>
+    <message id="FORMAT_QUESTION_LINE_FMT">
+        <source>%@ %@</source>
+        <extracomment>A line of the question before formatting: a caption, such as “Current file system:”, and what it is. Without the space where the colon brings its own.</extracomment>
+        <translation>%@ %@</translation>
     </message>
     <message id="FORMAT_TARGET_NOTHING_TEXT">
-        <source>nothing recognised</source>
-        <extracomment>Stands after “Current content:” when no known file system was found. It does not mean that there is no data.</extracomment>
-        <translation>nichts erkannt</translation>
+        <source>not recognized</source>
+        <extracomment>Stands after “Current file system:” when no known file system was found. It does not mean that there is no data.</extracomment>
+        <translation>nicht erkannt</translation>
     </message>
     <message id="ERASE_DISK_SHEET_TITLE">
         <source>Erase Disk</source>
@@ -546,26 +582,26 @@ Hängt Datenträger und Volumes ein und aus, formatiert, prüft und repariert si
     <message id="ERASE_DISK_CONTINUE_BUTTON_TEXT">
         <source>&amp;Erase…</source>
         <extracomment>Button of that sheet: a question follows before anything is erased. &amp; marks its letter.</extracomment>
-        <translation>&amp;Löschen …</translation>
+        <translation>&amp;Löschen …</translation>
     </message>
     <message id="CONTENT_ENCRYPTED_TEXT">
         <source>encrypted</source>
-        <extracomment>What is on a volume in the place of a file system: it is encrypted. Stands after “File system:” and “Current content:”, and in the tool tip of a row.</extracomment>
+        <extracomment>What is on a volume in the place of a file system: it is encrypted. Stands after “File system:” and “Current file system:”, and in the tool tip of a row.</extracomment>
         <translation>verschlüsselt</translation>
     </message>
     <message id="CONTENT_LVM_TEXT">
         <source>LVM member</source>
-        <extracomment>What is on a volume in the place of a file system: it is a part of an LVM volume group. Stands after “File system:” and “Current content:”, and in the tool tip of a row.</extracomment>
+        <extracomment>What is on a volume in the place of a file system: it is a part of an LVM volume group. Stands after “File system:” and “Current file system:”, and in the tool tip of a row.</extracomment>
         <translation>LVM-Mitglied</translation>
     </message>
     <message id="CONTENT_RAID_TEXT">
         <source>RAID member</source>
-        <extracomment>What is on a volume in the place of a file system: it is a part of a RAID array. Stands after “File system:” and “Current content:”, and in the tool tip of a row.</extracomment>
+        <extracomment>What is on a volume in the place of a file system: it is a part of a RAID array. Stands after “File system:” and “Current file system:”, and in the tool tip of a row.</extracomment>
         <translation>RAID-Mitglied</translation>
     </message>
     <message id="CONTENT_SWAP_TEXT">
         <source>swap space</source>
-        <extracomment>What is on a volume in the place of a file system: swap space of a Linux system. Stands after “File system:” and “Current content:”, and in the tool tip of a row.</extracomment>
+        <extracomment>What is on a volume in the place of a file system: swap space of a Linux system. Stands after “File system:” and “Current file system:”, and in the tool tip of a row.</extracomment>
         <translation>Auslagerungsspeicher</translation>
     </message>
     <message id="FORMAT_NEW_FILESYSTEM_CAPTION">
@@ -629,9 +665,9 @@ Hängt Datenträger und Volumes ein und aus, formatiert, prüft und repariert si
         <translation>„%@“ hat sich seit der Rückfrage geändert. Prüfen Sie vor dem Formatieren, was sich darauf befindet.</translation>
     </message>
     <message id="ACTIVITY_FORMATTING_FMT">
-        <source>Formatting %@…</source>
+        <source>Formatting “%@”…</source>
         <extracomment>Shown while a volume is formatted. %@ is its name.</extracomment>
-        <translation>%@ wird formatiert …</translation>
+        <translation>Formatieren von „%@“ …</translation>
     </message>
     <message id="CHECK_BUTTON_TITLE">
         <source>&amp;Check</source>
@@ -644,19 +680,19 @@ Hängt Datenträger und Volumes ein und aus, formatiert, prüft und repariert si
         <translation>&amp;Reparieren</translation>
     </message>
     <message id="OUTPUT_ACCESSIBLE_NAME">
-        <source>Output of check and repair</source>
+        <source>Check and repair output</source>
         <extracomment>What a screen reader calls the view that shows what the checking and repairing tools print.</extracomment>
         <translation>Ausgabe von Prüfung und Reparatur</translation>
     </message>
     <message id="ACTIVITY_CHECKING_FMT">
-        <source>Checking %@…</source>
+        <source>Checking “%@”…</source>
         <extracomment>Shown while a volume is checked. %@ is its name.</extracomment>
-        <translation>%@ wird geprüft …</translation>
+        <translation>Prüfen von „%@“ …</translation>
     </message>
     <message id="ACTIVITY_REPAIRING_FMT">
-        <source>Repairing %@…</source>
+        <source>Repairing “%@”…</source>
         <extracomment>Shown while a volume is repaired. %@ is its name.</extracomment>
-        <translation>%@ wird repariert …</translation>
+        <translation>Reparieren von „%@“ …</translation>
     </message>
 </context>
 </TS>

@@ -14,6 +14,11 @@
         <extracomment>Menu in the menu bar. &amp; marks the letter that opens it with Alt; it must differ from all other letters in the window.</extracomment>
         <translation>ファイル(&amp;F)</translation>
     </message>
+    <message id="REFRESH_MENU_ITEM_TITLE">
+        <source>&amp;Refresh</source>
+        <extracomment>Item of the File menu: reads again which file systems are installed and which disks are there. It changes nothing.</extracomment>
+        <translation>更新(&amp;R)</translation>
+    </message>
     <message id="CLOSE_MENU_ITEM_TITLE">
         <source>&amp;Close Window</source>
         <extracomment>Item of the File menu. Closing the window ends the program.</extracomment>
@@ -29,10 +34,25 @@
         <extracomment>Menu in the menu bar.</extracomment>
         <translation>編集(&amp;E)</translation>
     </message>
+    <message id="UNDO_MENU_ITEM_TITLE">
+        <source>&amp;Undo</source>
+        <extracomment>Item of the Edit menu: takes back what was typed last.</extracomment>
+        <translation>元に戻す(&amp;U)</translation>
+    </message>
+    <message id="CUT_MENU_ITEM_TITLE">
+        <source>Cu&amp;t</source>
+        <extracomment>Item of the Edit menu: moves the selected text of the field to the clipboard.</extracomment>
+        <translation>切り取り(&amp;T)</translation>
+    </message>
     <message id="COPY_MENU_ITEM_TITLE">
         <source>&amp;Copy</source>
         <extracomment>Item of the Edit menu: copies the selected text. In the menu of a row of the tree: copies the name in the row.</extracomment>
         <translation>コピー(&amp;C)</translation>
+    </message>
+    <message id="PASTE_MENU_ITEM_TITLE">
+        <source>&amp;Paste</source>
+        <extracomment>Item of the Edit menu: puts the text of the clipboard into the field.</extracomment>
+        <translation>貼り付け(&amp;P)</translation>
     </message>
     <message id="SELECT_ALL_MENU_ITEM_TITLE">
         <source>Select &amp;All</source>
@@ -69,6 +89,11 @@
         <extracomment>Item of the Disk menu and the menu of a row: opens the folder at which the selected volume is mounted.</extracomment>
         <translation>ファイルマネージャーで表示(&amp;S)</translation>
     </message>
+    <message id="COPY_DEVICE_PATH_MENU_ITEM_TITLE">
+        <source>Copy Device &amp;Path</source>
+        <extracomment>Item of the menu of a row of the tree: puts the path of its device, such as /dev/sda1, on the clipboard.</extracomment>
+        <translation>デバイスのパスをコピー(&amp;P)</translation>
+    </message>
     <message id="HELP_MENU_TITLE">
         <source>&amp;Help</source>
         <extracomment>Menu in the menu bar.</extracomment>
@@ -87,11 +112,17 @@
     <message id="ABOUT_TEXT">
         <source>Version %@
 
-Mounts, formats, checks and repairs disks and volumes.</source>
-        <extracomment>Text of the About box below the name of the program. %@ is the version, such as 1.0.0.</extracomment>
+Mounts, ejects, formats, checks and repairs disks and volumes.
+
+MIT License
+%@</source>
+        <extracomment>Text of the About box below the name of the program. The first %@ is the version, such as 1.0.0; the second is the address of the program’s page on the web.</extracomment>
         <translation>バージョン %@
 
-ディスクとボリュームのマウント、フォーマット、検査、修復を行います。</translation>
+ディスクとボリュームのマウント、取り出し、フォーマット、検査、修復を行います。
+
+MIT ライセンス
+%@</translation>
     </message>
     <message id="USER_MANUAL_NOT_FOUND_TITLE">
         <source>The user manual could not be opened</source>
@@ -99,9 +130,9 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <translation>ユーザーマニュアルを開けませんでした</translation>
     </message>
     <message id="USER_MANUAL_NOT_FOUND_TEXT">
-        <source>Either the manual is not installed, or there is no program that can show PDF documents.</source>
+        <source>The manual is not installed, or there is no program to open PDF documents.</source>
         <extracomment>Text of the message when Help &gt; User Manual fails.</extracomment>
-        <translation>マニュアルがインストールされていないか、PDF文書を表示できるプログラムがありません。</translation>
+        <translation>マニュアルがインストールされていないか、PDF 文書を表示できるプログラムがありません。</translation>
     </message>
     <message id="DISK_TREE_ACCESSIBLE_NAME">
         <source>Disks and volumes</source>
@@ -110,22 +141,22 @@ Mounts, formats, checks and repairs disks and volumes.</source>
     </message>
     <message id="ROW_MOUNTED_TEXT">
         <source>mounted</source>
-        <extracomment>Said by a screen reader after the name of a volume in the tree: files on it can be used.</extracomment>
+        <extracomment>Said by a screen reader, and shown in the tool tip of the row, after the name of a volume in the tree: files on it can be used.</extracomment>
         <translation>マウント済み</translation>
     </message>
     <message id="ROW_NOT_MOUNTED_TEXT">
         <source>not mounted</source>
-        <extracomment>Said by a screen reader after the name of a volume in the tree: files on it cannot be used at present.</extracomment>
+        <extracomment>Said by a screen reader, and shown in the tool tip of the row, after the name of a volume in the tree: files on it cannot be used at present.</extracomment>
         <translation>未マウント</translation>
     </message>
     <message id="ROW_DISK_WITH_PARTITIONS_TEXT">
         <source>disk with partitions</source>
-        <extracomment>Said by a screen reader after the name of a whole disk in the tree that is divided into partitions.</extracomment>
+        <extracomment>Said by a screen reader, and shown in the tool tip of the row, after the name of a whole disk in the tree that is divided into partitions.</extracomment>
         <translation>パーティションのあるディスク</translation>
     </message>
     <message id="LIST_SEPARATOR_TEXT">
         <source>, </source>
-        <extracomment>Stands between what a screen reader says of a row: name, file system, state. With the space that follows it, where the language has one.</extracomment>
+        <extracomment>Stands between what a screen reader says, and the tool tip shows, of a row: name, file system, state. With the space that follows it, where the language has one.</extracomment>
         <translation>、</translation>
     </message>
     <message id="DISK_ICON_ACCESSIBLE_NAME">
@@ -139,9 +170,9 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <translation>分割線</translation>
     </message>
     <message id="DIVIDER_TOOL_TIP">
-        <source>Drag this, or press the left and right arrow keys, to make the list of disks wider or narrower.</source>
+        <source>Drag to resize the list of disks. With the keyboard: press Tab until the divider is selected, then Left or Right.</source>
         <extracomment>Tool tip of the bar between the list of disks and the pages, also read out by screen readers.</extracomment>
-        <translation>ドラッグするか左右の矢印キーを押すと、ディスクの一覧の幅を変更できます。</translation>
+        <translation>ドラッグしてディスクの一覧の幅を変更します。キーボードでは、Tab キーで分割線に移動し、左右の矢印キーを押します。</translation>
     </message>
     <message id="INFO_TAB_TITLE">
         <source>Info</source>
@@ -161,7 +192,7 @@ Mounts, formats, checks and repairs disks and volumes.</source>
     <message id="SELECT_A_DISK_TEXT">
         <source>Select a disk or volume</source>
         <extracomment>Shown in place of the name while nothing is selected in the tree.</extracomment>
-        <translation>ディスクかボリュームを選択</translation>
+        <translation>ディスクまたはボリュームを選択してください</translation>
     </message>
     <message id="MOUNT_BUTTON_TITLE">
         <source>&amp;Mount</source>
@@ -199,9 +230,9 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <translation>リムーバブル:</translation>
     </message>
     <message id="CONTENT_HINT_CAPTION">
-        <source>Content:</source>
+        <source>Content type:</source>
         <extracomment>Caption of a property: what the partition table says is in the partition, such as Windows_NTFS.</extracomment>
-        <translation>内容:</translation>
+        <translation>内容の種類:</translation>
     </message>
     <message id="EJECTABLE_CAPTION">
         <source>Ejectable:</source>
@@ -209,9 +240,9 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <translation>取り出し可能:</translation>
     </message>
     <message id="BLOCK_SIZE_CAPTION">
-        <source>Preferred block size:</source>
+        <source>Block size:</source>
         <extracomment>Caption of a property: the block size of the device, such as 512 bytes.</extracomment>
-        <translation>推奨ブロックサイズ:</translation>
+        <translation>ブロックサイズ:</translation>
     </message>
     <message id="MOUNTED_AT_CAPTION">
         <source>Mounted at:</source>
@@ -346,7 +377,7 @@ Mounts, formats, checks and repairs disks and volumes.</source>
     <message id="AVAILABLE_SPACE_FMT">
         <source>%@ free of %@</source>
         <extracomment>Size of a volume. The first %@ is the free space, the second the total, each with its unit, such as 1.50 GB. Where the total comes first, write %2$@ for it and %1$@ for the free space.</extracomment>
-        <translation>%2$@中%1$@空き</translation>
+        <translation>空き %1$@ / %2$@</translation>
     </message>
     <message id="FORCE_UNMOUNT_BUTTON_TITLE">
         <source>&amp;Force Unmount</source>
@@ -399,17 +430,17 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <translation>ボリュームをアンマウントできませんでした</translation>
     </message>
     <message id="FAILED_TO_UNMOUNT_VOLUME_BODY_FMT">
-        <source>A program may still be using the volume %@. If you force it to unmount, data that has not been saved may be lost.</source>
+        <source>A program may still be using the volume %@. If you force the unmount, unsaved data may be lost.</source>
         <extracomment>Text of the question after a failed unmount. %@ is the name of the device, such as disk2s1.</extracomment>
         <translation>ボリューム %@ を使用中のプログラムがある可能性があります。強制的にアンマウントすると、保存されていないデータが失われることがあります。</translation>
     </message>
     <message id="FAILED_TO_UNMOUNT_VOLUMES_TITLE">
-        <source>The volumes of the disk could not be unmounted</source>
+        <source>The disk could not be ejected</source>
         <extracomment>Title of the question when a disk cannot be ejected because one of its volumes is in use.</extracomment>
-        <translation>ディスクのボリュームをアンマウントできませんでした</translation>
+        <translation>ディスクを取り出せませんでした</translation>
     </message>
     <message id="FAILED_TO_UNMOUNT_VOLUMES_BODY_FMT">
-        <source>Programs may still be using volumes of the disk %@. If you force them to unmount, data that has not been saved may be lost.</source>
+        <source>Programs may still be using volumes on the disk %@. If you force the unmount, unsaved data may be lost.</source>
         <extracomment>Text of the question when a disk cannot be ejected because one of its volumes is in use. %@ is the name of the device, such as disk2.</extracomment>
         <translation>ディスク %@ のボリュームを使用中のプログラムがある可能性があります。強制的にアンマウントすると、保存されていないデータが失われることがあります。</translation>
     </message>
@@ -436,22 +467,22 @@ Mounts, formats, checks and repairs disks and volumes.</source>
     <message id="INVALID_VOLUME_LABEL_TEXT">
         <source>The volume label is not valid</source>
         <extracomment>Title of the message about a volume label that the file system does not allow.</extracomment>
-        <translation>ボリューム名が正しくありません</translation>
+        <translation>ボリューム名が無効です</translation>
     </message>
     <message id="INVALID_NTFS_VOLUME_NAME_TEXT">
         <source>An NTFS volume label can be at most 128 characters long. Some characters, such as emoji, count as two.</source>
         <extracomment>Text of the message about a volume label that NTFS does not allow.</extracomment>
-        <translation>NTFSボリュームの名前は128文字以内でなければなりません。絵文字など、2文字として数えられる文字もあります。</translation>
+        <translation>NTFS ボリュームの名前は 128 文字までです。絵文字など、2 文字として数えられる文字もあります。</translation>
     </message>
     <message id="INVALID_FAT_VOLUME_NAME_TEXT">
-        <source>A FAT volume label can be at most 11 characters long. It can consist of the capital letters A to Z, digits, spaces and punctuation, but must not contain any of &quot; * / : &lt; &gt; ? \ |</source>
+        <source>A FAT volume label can have up to 11 characters: capital letters A to Z, digits, spaces and symbols, but none of these: " * / : &lt; &gt; ? \ |</source>
         <extracomment>Text of the message about a volume label that FAT does not allow. Small and accented letters are not allowed. Keep the nine signs as they are.</extracomment>
-        <translation>FATボリュームの名前は11文字以内でなければなりません。半角の大文字A～Z、数字、空白、記号を使用できますが、次の記号は使用できません: &quot; * / : &lt; &gt; ? \ |</translation>
+        <translation>FAT ボリュームの名前は 11 文字までです。半角の大文字 A～Z、数字、空白、記号を使用できますが、次の記号は使用できません: " * / : &lt; &gt; ? \ |</translation>
     </message>
     <message id="INVALID_EXFAT_VOLUME_NAME_TEXT">
-        <source>An exFAT volume label can be at most 11 characters long and must not contain control characters or any of &quot; * / : &lt; &gt; ? \ | Some characters, such as emoji, count as two.</source>
+        <source>An exFAT volume label can have up to 11 characters; some, such as emoji, count as two. It must not contain control characters or any of these: " * / : &lt; &gt; ? \ |</source>
         <extracomment>Text of the message about a volume label that exFAT does not allow. Keep the nine signs as they are.</extracomment>
-        <translation>exFATボリュームの名前は11文字以内でなければならず、制御文字と次の記号は使用できません: &quot; * / : &lt; &gt; ? \ | 絵文字など、2文字として数えられる文字もあります。</translation>
+        <translation>exFAT ボリュームの名前は 11 文字までです。絵文字など、2 文字として数えられる文字もあります。制御文字と次の記号は使用できません: " * / : &lt; &gt; ? \ |</translation>
     </message>
     <message id="LABEL_BYTES_LIMIT_FMT">
         <source>A volume label for %1$@ can be at most %2$@ bytes long. Accented letters and characters of many scripts take two or more.</source>
@@ -489,9 +520,9 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <translation>%@のボリューム名に制御文字や置換文字（U+FFFD）は使用できません。</translation>
     </message>
     <message id="CONFIRM_FORMAT_DIALOG_TITLE">
-        <source>Do you really want to format?</source>
+        <source>Erase all data and format?</source>
         <extracomment>Title of the question before formatting. The name, size and device of what will be formatted are shown with it.</extracomment>
-        <translation>本当にフォーマットしますか？</translation>
+        <translation>すべてのデータを消去してフォーマットしますか？</translation>
     </message>
     <message id="CONFIRM_FORMAT_DIALOG_BODY">
         <source>Formatting erases all data on the disk or volume. This cannot be undone.</source>
@@ -524,14 +555,19 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <translation>デバイス:</translation>
     </message>
     <message id="FORMAT_TARGET_CONTENT_CAPTION">
-        <source>Current content:</source>
+        <source>Current file system:</source>
         <extracomment>Caption in the question before formatting: the file system that will be erased.</extracomment>
-        <translation>現在の内容:</translation>
+        <translation>現在のファイルシステム:</translation>
+    </message>
+    <message id="FORMAT_QUESTION_LINE_FMT">
+        <source>%@ %@</source>
+        <extracomment>A line of the question before formatting: a caption, such as “Current file system:”, and what it is. Without the space where the colon brings its own.</extracomment>
+        <translation>%@ %@</translation>
     </message>
     <message id="FORMAT_TARGET_NOTHING_TEXT">
-        <source>nothing recognised</source>
-        <extracomment>Stands after “Current content:” when no known file system was found. It does not mean that there is no data.</extracomment>
-        <translation>認識できるものなし</translation>
+        <source>not recognized</source>
+        <extracomment>Stands after “Current file system:” when no known file system was found. It does not mean that there is no data.</extracomment>
+        <translation>認識できません</translation>
     </message>
     <message id="ERASE_DISK_SHEET_TITLE">
         <source>Erase Disk</source>
@@ -550,22 +586,22 @@ Mounts, formats, checks and repairs disks and volumes.</source>
     </message>
     <message id="CONTENT_ENCRYPTED_TEXT">
         <source>encrypted</source>
-        <extracomment>What is on a volume in the place of a file system: it is encrypted. Stands after “File system:” and “Current content:”, and in the tool tip of a row.</extracomment>
+        <extracomment>What is on a volume in the place of a file system: it is encrypted. Stands after “File system:” and “Current file system:”, and in the tool tip of a row.</extracomment>
         <translation>暗号化済み</translation>
     </message>
     <message id="CONTENT_LVM_TEXT">
         <source>LVM member</source>
-        <extracomment>What is on a volume in the place of a file system: it is a part of an LVM volume group. Stands after “File system:” and “Current content:”, and in the tool tip of a row.</extracomment>
+        <extracomment>What is on a volume in the place of a file system: it is a part of an LVM volume group. Stands after “File system:” and “Current file system:”, and in the tool tip of a row.</extracomment>
         <translation>LVMのメンバー</translation>
     </message>
     <message id="CONTENT_RAID_TEXT">
         <source>RAID member</source>
-        <extracomment>What is on a volume in the place of a file system: it is a part of a RAID array. Stands after “File system:” and “Current content:”, and in the tool tip of a row.</extracomment>
+        <extracomment>What is on a volume in the place of a file system: it is a part of a RAID array. Stands after “File system:” and “Current file system:”, and in the tool tip of a row.</extracomment>
         <translation>RAIDのメンバー</translation>
     </message>
     <message id="CONTENT_SWAP_TEXT">
         <source>swap space</source>
-        <extracomment>What is on a volume in the place of a file system: swap space of a Linux system. Stands after “File system:” and “Current content:”, and in the tool tip of a row.</extracomment>
+        <extracomment>What is on a volume in the place of a file system: swap space of a Linux system. Stands after “File system:” and “Current file system:”, and in the tool tip of a row.</extracomment>
         <translation>スワップ領域</translation>
     </message>
     <message id="FORMAT_NEW_FILESYSTEM_CAPTION">
@@ -629,9 +665,9 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <translation>確認の後に「%@」が変更されました。内容を確かめてからフォーマットしてください。</translation>
     </message>
     <message id="ACTIVITY_FORMATTING_FMT">
-        <source>Formatting %@…</source>
+        <source>Formatting “%@”…</source>
         <extracomment>Shown while a volume is formatted. %@ is its name.</extracomment>
-        <translation>%@ をフォーマット中…</translation>
+        <translation>フォーマット中: 「%@」…</translation>
     </message>
     <message id="CHECK_BUTTON_TITLE">
         <source>&amp;Check</source>
@@ -644,19 +680,19 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <translation>修復(&amp;R)</translation>
     </message>
     <message id="OUTPUT_ACCESSIBLE_NAME">
-        <source>Output of check and repair</source>
+        <source>Check and repair output</source>
         <extracomment>What a screen reader calls the view that shows what the checking and repairing tools print.</extracomment>
         <translation>検査と修復の出力</translation>
     </message>
     <message id="ACTIVITY_CHECKING_FMT">
-        <source>Checking %@…</source>
+        <source>Checking “%@”…</source>
         <extracomment>Shown while a volume is checked. %@ is its name.</extracomment>
-        <translation>%@ を検査中…</translation>
+        <translation>検査中: 「%@」…</translation>
     </message>
     <message id="ACTIVITY_REPAIRING_FMT">
-        <source>Repairing %@…</source>
+        <source>Repairing “%@”…</source>
         <extracomment>Shown while a volume is repaired. %@ is its name.</extracomment>
-        <translation>%@ を修復中…</translation>
+        <translation>修復中: 「%@」…</translation>
     </message>
 </context>
 </TS>

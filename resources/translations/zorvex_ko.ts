@@ -14,6 +14,11 @@
         <extracomment>Menu in the menu bar. &amp; marks the letter that opens it with Alt; it must differ from all other letters in the window.</extracomment>
         <translation>파일(&amp;F)</translation>
     </message>
+    <message id="REFRESH_MENU_ITEM_TITLE">
+        <source>&amp;Refresh</source>
+        <extracomment>Item of the File menu: reads again which file systems are installed and which disks are there. It changes nothing.</extracomment>
+        <translation>새로 고침(&amp;R)</translation>
+    </message>
     <message id="CLOSE_MENU_ITEM_TITLE">
         <source>&amp;Close Window</source>
         <extracomment>Item of the File menu. Closing the window ends the program.</extracomment>
@@ -29,10 +34,25 @@
         <extracomment>Menu in the menu bar.</extracomment>
         <translation>편집(&amp;E)</translation>
     </message>
+    <message id="UNDO_MENU_ITEM_TITLE">
+        <source>&amp;Undo</source>
+        <extracomment>Item of the Edit menu: takes back what was typed last.</extracomment>
+        <translation>실행 취소(&amp;U)</translation>
+    </message>
+    <message id="CUT_MENU_ITEM_TITLE">
+        <source>Cu&amp;t</source>
+        <extracomment>Item of the Edit menu: moves the selected text of the field to the clipboard.</extracomment>
+        <translation>잘라내기(&amp;T)</translation>
+    </message>
     <message id="COPY_MENU_ITEM_TITLE">
         <source>&amp;Copy</source>
         <extracomment>Item of the Edit menu: copies the selected text. In the menu of a row of the tree: copies the name in the row.</extracomment>
         <translation>복사(&amp;C)</translation>
+    </message>
+    <message id="PASTE_MENU_ITEM_TITLE">
+        <source>&amp;Paste</source>
+        <extracomment>Item of the Edit menu: puts the text of the clipboard into the field.</extracomment>
+        <translation>붙여넣기(&amp;P)</translation>
     </message>
     <message id="SELECT_ALL_MENU_ITEM_TITLE">
         <source>Select &amp;All</source>
@@ -69,6 +89,11 @@
         <extracomment>Item of the Disk menu and the menu of a row: opens the folder at which the selected volume is mounted.</extracomment>
         <translation>파일 관리자에서 보기(&amp;S)</translation>
     </message>
+    <message id="COPY_DEVICE_PATH_MENU_ITEM_TITLE">
+        <source>Copy Device &amp;Path</source>
+        <extracomment>Item of the menu of a row of the tree: puts the path of its device, such as /dev/sda1, on the clipboard.</extracomment>
+        <translation>장치 경로 복사(&amp;P)</translation>
+    </message>
     <message id="HELP_MENU_TITLE">
         <source>&amp;Help</source>
         <extracomment>Menu in the menu bar.</extracomment>
@@ -87,11 +112,17 @@
     <message id="ABOUT_TEXT">
         <source>Version %@
 
-Mounts, formats, checks and repairs disks and volumes.</source>
-        <extracomment>Text of the About box below the name of the program. %@ is the version, such as 1.0.0.</extracomment>
+Mounts, ejects, formats, checks and repairs disks and volumes.
+
+MIT License
+%@</source>
+        <extracomment>Text of the About box below the name of the program. The first %@ is the version, such as 1.0.0; the second is the address of the program’s page on the web.</extracomment>
         <translation>버전 %@
 
-디스크와 볼륨을 마운트, 포맷, 검사, 복구합니다.</translation>
+디스크와 볼륨을 마운트하거나 꺼내고, 포맷, 검사, 복구합니다.
+
+MIT 라이선스
+%@</translation>
     </message>
     <message id="USER_MANUAL_NOT_FOUND_TITLE">
         <source>The user manual could not be opened</source>
@@ -99,7 +130,7 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <translation>사용 설명서를 열 수 없습니다</translation>
     </message>
     <message id="USER_MANUAL_NOT_FOUND_TEXT">
-        <source>Either the manual is not installed, or there is no program that can show PDF documents.</source>
+        <source>The manual is not installed, or there is no program to open PDF documents.</source>
         <extracomment>Text of the message when Help &gt; User Manual fails.</extracomment>
         <translation>설명서가 설치되어 있지 않거나 PDF 문서를 표시할 수 있는 프로그램이 없습니다.</translation>
     </message>
@@ -110,22 +141,22 @@ Mounts, formats, checks and repairs disks and volumes.</source>
     </message>
     <message id="ROW_MOUNTED_TEXT">
         <source>mounted</source>
-        <extracomment>Said by a screen reader after the name of a volume in the tree: files on it can be used.</extracomment>
+        <extracomment>Said by a screen reader, and shown in the tool tip of the row, after the name of a volume in the tree: files on it can be used.</extracomment>
         <translation>마운트됨</translation>
     </message>
     <message id="ROW_NOT_MOUNTED_TEXT">
         <source>not mounted</source>
-        <extracomment>Said by a screen reader after the name of a volume in the tree: files on it cannot be used at present.</extracomment>
+        <extracomment>Said by a screen reader, and shown in the tool tip of the row, after the name of a volume in the tree: files on it cannot be used at present.</extracomment>
         <translation>마운트되지 않음</translation>
     </message>
     <message id="ROW_DISK_WITH_PARTITIONS_TEXT">
         <source>disk with partitions</source>
-        <extracomment>Said by a screen reader after the name of a whole disk in the tree that is divided into partitions.</extracomment>
+        <extracomment>Said by a screen reader, and shown in the tool tip of the row, after the name of a whole disk in the tree that is divided into partitions.</extracomment>
         <translation>파티션이 있는 디스크</translation>
     </message>
     <message id="LIST_SEPARATOR_TEXT">
         <source>, </source>
-        <extracomment>Stands between what a screen reader says of a row: name, file system, state. With the space that follows it, where the language has one.</extracomment>
+        <extracomment>Stands between what a screen reader says, and the tool tip shows, of a row: name, file system, state. With the space that follows it, where the language has one.</extracomment>
         <translation>, </translation>
     </message>
     <message id="DISK_ICON_ACCESSIBLE_NAME">
@@ -139,9 +170,9 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <translation>구분선</translation>
     </message>
     <message id="DIVIDER_TOOL_TIP">
-        <source>Drag this, or press the left and right arrow keys, to make the list of disks wider or narrower.</source>
+        <source>Drag to resize the list of disks. With the keyboard: press Tab until the divider is selected, then Left or Right.</source>
         <extracomment>Tool tip of the bar between the list of disks and the pages, also read out by screen readers.</extracomment>
-        <translation>끌거나 왼쪽 및 오른쪽 화살표 키를 눌러 디스크 목록의 너비를 조절합니다.</translation>
+        <translation>끌어서 디스크 목록의 너비를 조절합니다. 키보드에서는 Tab 키로 구분선으로 이동한 다음 왼쪽이나 오른쪽 화살표 키를 누릅니다.</translation>
     </message>
     <message id="INFO_TAB_TITLE">
         <source>Info</source>
@@ -191,7 +222,7 @@ Mounts, formats, checks and repairs disks and volumes.</source>
     <message id="WHOLE_DEVICE_CAPTION">
         <source>Whole device:</source>
         <extracomment>Caption of a property answered by Yes or No: No for a partition of a device.</extracomment>
-        <translation>전체 장치:</translation>
+        <translation>장치 전체:</translation>
     </message>
     <message id="REMOVABLE_CAPTION">
         <source>Removable:</source>
@@ -199,9 +230,9 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <translation>이동식:</translation>
     </message>
     <message id="CONTENT_HINT_CAPTION">
-        <source>Content:</source>
+        <source>Content type:</source>
         <extracomment>Caption of a property: what the partition table says is in the partition, such as Windows_NTFS.</extracomment>
-        <translation>내용:</translation>
+        <translation>내용 형식:</translation>
     </message>
     <message id="EJECTABLE_CAPTION">
         <source>Ejectable:</source>
@@ -209,9 +240,9 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <translation>꺼낼 수 있음:</translation>
     </message>
     <message id="BLOCK_SIZE_CAPTION">
-        <source>Preferred block size:</source>
+        <source>Block size:</source>
         <extracomment>Caption of a property: the block size of the device, such as 512 bytes.</extracomment>
-        <translation>권장 블록 크기:</translation>
+        <translation>블록 크기:</translation>
     </message>
     <message id="MOUNTED_AT_CAPTION">
         <source>Mounted at:</source>
@@ -399,17 +430,17 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <translation>볼륨을 마운트 해제할 수 없습니다</translation>
     </message>
     <message id="FAILED_TO_UNMOUNT_VOLUME_BODY_FMT">
-        <source>A program may still be using the volume %@. If you force it to unmount, data that has not been saved may be lost.</source>
+        <source>A program may still be using the volume %@. If you force the unmount, unsaved data may be lost.</source>
         <extracomment>Text of the question after a failed unmount. %@ is the name of the device, such as disk2s1.</extracomment>
         <translation>볼륨 %@을(를) 아직 사용 중인 프로그램이 있을 수 있습니다. 강제로 마운트 해제하면 저장하지 않은 데이터가 손실될 수 있습니다.</translation>
     </message>
     <message id="FAILED_TO_UNMOUNT_VOLUMES_TITLE">
-        <source>The volumes of the disk could not be unmounted</source>
+        <source>The disk could not be ejected</source>
         <extracomment>Title of the question when a disk cannot be ejected because one of its volumes is in use.</extracomment>
-        <translation>디스크의 볼륨을 마운트 해제할 수 없습니다</translation>
+        <translation>디스크를 꺼낼 수 없습니다</translation>
     </message>
     <message id="FAILED_TO_UNMOUNT_VOLUMES_BODY_FMT">
-        <source>Programs may still be using volumes of the disk %@. If you force them to unmount, data that has not been saved may be lost.</source>
+        <source>Programs may still be using volumes on the disk %@. If you force the unmount, unsaved data may be lost.</source>
         <extracomment>Text of the question when a disk cannot be ejected because one of its volumes is in use. %@ is the name of the device, such as disk2.</extracomment>
         <translation>디스크 %@의 볼륨을 아직 사용 중인 프로그램이 있을 수 있습니다. 강제로 마운트 해제하면 저장하지 않은 데이터가 손실될 수 있습니다.</translation>
     </message>
@@ -444,14 +475,14 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <translation>NTFS 볼륨 이름은 최대 128자까지 사용할 수 있습니다. 이모지와 같은 일부 문자는 두 자로 계산됩니다.</translation>
     </message>
     <message id="INVALID_FAT_VOLUME_NAME_TEXT">
-        <source>A FAT volume label can be at most 11 characters long. It can consist of the capital letters A to Z, digits, spaces and punctuation, but must not contain any of &quot; * / : &lt; &gt; ? \ |</source>
+        <source>A FAT volume label can have up to 11 characters: capital letters A to Z, digits, spaces and symbols, but none of these: " * / : &lt; &gt; ? \ |</source>
         <extracomment>Text of the message about a volume label that FAT does not allow. Small and accented letters are not allowed. Keep the nine signs as they are.</extracomment>
-        <translation>FAT 볼륨 이름은 최대 11자까지 사용할 수 있습니다. 영문 대문자 A~Z, 숫자, 공백, 문장 부호를 쓸 수 있지만 다음 기호는 쓸 수 없습니다: &quot; * / : &lt; &gt; ? \ |</translation>
+        <translation>FAT 볼륨 이름은 최대 11자까지 사용할 수 있습니다. 영문 대문자 A~Z, 숫자, 공백, 기호를 쓸 수 있지만 다음 기호는 쓸 수 없습니다: " * / : &lt; &gt; ? \ |</translation>
     </message>
     <message id="INVALID_EXFAT_VOLUME_NAME_TEXT">
-        <source>An exFAT volume label can be at most 11 characters long and must not contain control characters or any of &quot; * / : &lt; &gt; ? \ | Some characters, such as emoji, count as two.</source>
+        <source>An exFAT volume label can have up to 11 characters; some, such as emoji, count as two. It must not contain control characters or any of these: " * / : &lt; &gt; ? \ |</source>
         <extracomment>Text of the message about a volume label that exFAT does not allow. Keep the nine signs as they are.</extracomment>
-        <translation>exFAT 볼륨 이름은 최대 11자까지 사용할 수 있으며 제어 문자와 다음 기호는 쓸 수 없습니다: &quot; * / : &lt; &gt; ? \ | 이모지와 같은 일부 문자는 두 자로 계산됩니다.</translation>
+        <translation>exFAT 볼륨 이름은 최대 11자까지 사용할 수 있습니다. 이모지와 같은 일부 문자는 두 자로 계산됩니다. 제어 문자와 다음 기호는 쓸 수 없습니다: " * / : &lt; &gt; ? \ |</translation>
     </message>
     <message id="LABEL_BYTES_LIMIT_FMT">
         <source>A volume label for %1$@ can be at most %2$@ bytes long. Accented letters and characters of many scripts take two or more.</source>
@@ -489,9 +520,9 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <translation>%@ 볼륨 이름에는 제어 문자와 대체 문자(U+FFFD)를 쓸 수 없습니다.</translation>
     </message>
     <message id="CONFIRM_FORMAT_DIALOG_TITLE">
-        <source>Do you really want to format?</source>
+        <source>Erase all data and format?</source>
         <extracomment>Title of the question before formatting. The name, size and device of what will be formatted are shown with it.</extracomment>
-        <translation>정말 포맷하시겠습니까?</translation>
+        <translation>모든 데이터를 지우고 포맷하시겠습니까?</translation>
     </message>
     <message id="CONFIRM_FORMAT_DIALOG_BODY">
         <source>Formatting erases all data on the disk or volume. This cannot be undone.</source>
@@ -524,14 +555,19 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <translation>장치:</translation>
     </message>
     <message id="FORMAT_TARGET_CONTENT_CAPTION">
-        <source>Current content:</source>
+        <source>Current file system:</source>
         <extracomment>Caption in the question before formatting: the file system that will be erased.</extracomment>
-        <translation>현재 내용:</translation>
+        <translation>현재 파일 시스템:</translation>
+    </message>
+    <message id="FORMAT_QUESTION_LINE_FMT">
+        <source>%@ %@</source>
+        <extracomment>A line of the question before formatting: a caption, such as “Current file system:”, and what it is. Without the space where the colon brings its own.</extracomment>
+        <translation>%@ %@</translation>
     </message>
     <message id="FORMAT_TARGET_NOTHING_TEXT">
-        <source>nothing recognised</source>
-        <extracomment>Stands after “Current content:” when no known file system was found. It does not mean that there is no data.</extracomment>
-        <translation>인식된 내용 없음</translation>
+        <source>not recognized</source>
+        <extracomment>Stands after “Current file system:” when no known file system was found. It does not mean that there is no data.</extracomment>
+        <translation>인식되지 않음</translation>
     </message>
     <message id="ERASE_DISK_SHEET_TITLE">
         <source>Erase Disk</source>
@@ -550,22 +586,22 @@ Mounts, formats, checks and repairs disks and volumes.</source>
     </message>
     <message id="CONTENT_ENCRYPTED_TEXT">
         <source>encrypted</source>
-        <extracomment>What is on a volume in the place of a file system: it is encrypted. Stands after “File system:” and “Current content:”, and in the tool tip of a row.</extracomment>
+        <extracomment>What is on a volume in the place of a file system: it is encrypted. Stands after “File system:” and “Current file system:”, and in the tool tip of a row.</extracomment>
         <translation>암호화됨</translation>
     </message>
     <message id="CONTENT_LVM_TEXT">
         <source>LVM member</source>
-        <extracomment>What is on a volume in the place of a file system: it is a part of an LVM volume group. Stands after “File system:” and “Current content:”, and in the tool tip of a row.</extracomment>
+        <extracomment>What is on a volume in the place of a file system: it is a part of an LVM volume group. Stands after “File system:” and “Current file system:”, and in the tool tip of a row.</extracomment>
         <translation>LVM 구성원</translation>
     </message>
     <message id="CONTENT_RAID_TEXT">
         <source>RAID member</source>
-        <extracomment>What is on a volume in the place of a file system: it is a part of a RAID array. Stands after “File system:” and “Current content:”, and in the tool tip of a row.</extracomment>
+        <extracomment>What is on a volume in the place of a file system: it is a part of a RAID array. Stands after “File system:” and “Current file system:”, and in the tool tip of a row.</extracomment>
         <translation>RAID 구성원</translation>
     </message>
     <message id="CONTENT_SWAP_TEXT">
         <source>swap space</source>
-        <extracomment>What is on a volume in the place of a file system: swap space of a Linux system. Stands after “File system:” and “Current content:”, and in the tool tip of a row.</extracomment>
+        <extracomment>What is on a volume in the place of a file system: swap space of a Linux system. Stands after “File system:” and “Current file system:”, and in the tool tip of a row.</extracomment>
         <translation>스왑 공간</translation>
     </message>
     <message id="FORMAT_NEW_FILESYSTEM_CAPTION">
@@ -629,9 +665,9 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <translation>확인하는 동안 ‘%@’이(가) 변경되었습니다. 내용을 확인한 다음 포맷하십시오.</translation>
     </message>
     <message id="ACTIVITY_FORMATTING_FMT">
-        <source>Formatting %@…</source>
+        <source>Formatting “%@”…</source>
         <extracomment>Shown while a volume is formatted. %@ is its name.</extracomment>
-        <translation>%@ 포맷 중…</translation>
+        <translation>포맷 중: ‘%@’…</translation>
     </message>
     <message id="CHECK_BUTTON_TITLE">
         <source>&amp;Check</source>
@@ -644,19 +680,19 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <translation>복구(&amp;R)</translation>
     </message>
     <message id="OUTPUT_ACCESSIBLE_NAME">
-        <source>Output of check and repair</source>
+        <source>Check and repair output</source>
         <extracomment>What a screen reader calls the view that shows what the checking and repairing tools print.</extracomment>
         <translation>검사 및 복구 출력</translation>
     </message>
     <message id="ACTIVITY_CHECKING_FMT">
-        <source>Checking %@…</source>
+        <source>Checking “%@”…</source>
         <extracomment>Shown while a volume is checked. %@ is its name.</extracomment>
-        <translation>%@ 검사 중…</translation>
+        <translation>검사 중: ‘%@’…</translation>
     </message>
     <message id="ACTIVITY_REPAIRING_FMT">
-        <source>Repairing %@…</source>
+        <source>Repairing “%@”…</source>
         <extracomment>Shown while a volume is repaired. %@ is its name.</extracomment>
-        <translation>%@ 복구 중…</translation>
+        <translation>복구 중: ‘%@’…</translation>
     </message>
 </context>
 </TS>

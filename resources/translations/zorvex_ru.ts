@@ -14,6 +14,11 @@
         <extracomment>Menu in the menu bar. &amp; marks the letter that opens it with Alt; it must differ from all other letters in the window.</extracomment>
         <translation>&amp;Файл</translation>
     </message>
+    <message id="REFRESH_MENU_ITEM_TITLE">
+        <source>&amp;Refresh</source>
+        <extracomment>Item of the File menu: reads again which file systems are installed and which disks are there. It changes nothing.</extracomment>
+        <translation>&amp;Обновить</translation>
+    </message>
     <message id="CLOSE_MENU_ITEM_TITLE">
         <source>&amp;Close Window</source>
         <extracomment>Item of the File menu. Closing the window ends the program.</extracomment>
@@ -29,10 +34,25 @@
         <extracomment>Menu in the menu bar.</extracomment>
         <translation>&amp;Правка</translation>
     </message>
+    <message id="UNDO_MENU_ITEM_TITLE">
+        <source>&amp;Undo</source>
+        <extracomment>Item of the Edit menu: takes back what was typed last.</extracomment>
+        <translation>&amp;Отменить</translation>
+    </message>
+    <message id="CUT_MENU_ITEM_TITLE">
+        <source>Cu&amp;t</source>
+        <extracomment>Item of the Edit menu: moves the selected text of the field to the clipboard.</extracomment>
+        <translation>В&amp;ырезать</translation>
+    </message>
     <message id="COPY_MENU_ITEM_TITLE">
         <source>&amp;Copy</source>
         <extracomment>Item of the Edit menu: copies the selected text. In the menu of a row of the tree: copies the name in the row.</extracomment>
         <translation>&amp;Копировать</translation>
+    </message>
+    <message id="PASTE_MENU_ITEM_TITLE">
+        <source>&amp;Paste</source>
+        <extracomment>Item of the Edit menu: puts the text of the clipboard into the field.</extracomment>
+        <translation>Вст&amp;авить</translation>
     </message>
     <message id="SELECT_ALL_MENU_ITEM_TITLE">
         <source>Select &amp;All</source>
@@ -62,12 +82,17 @@
     <message id="REPAIR_MENU_ITEM_TITLE">
         <source>&amp;Repair</source>
         <extracomment>Item of the Disk menu and the menu of a row: corrects errors in the file system of the selected volume.</extracomment>
-        <translation>Исп&amp;равить</translation>
+        <translation>Восста&amp;новить</translation>
     </message>
     <message id="SHOW_IN_FILE_MANAGER_MENU_ITEM_TITLE">
         <source>&amp;Show in File Manager</source>
         <extracomment>Item of the Disk menu and the menu of a row: opens the folder at which the selected volume is mounted.</extracomment>
         <translation>&amp;Показать в диспетчере файлов</translation>
+    </message>
+    <message id="COPY_DEVICE_PATH_MENU_ITEM_TITLE">
+        <source>Copy Device &amp;Path</source>
+        <extracomment>Item of the menu of a row of the tree: puts the path of its device, such as /dev/sda1, on the clipboard.</extracomment>
+        <translation>Копировать путь к &amp;устройству</translation>
     </message>
     <message id="HELP_MENU_TITLE">
         <source>&amp;Help</source>
@@ -87,11 +112,17 @@
     <message id="ABOUT_TEXT">
         <source>Version %@
 
-Mounts, formats, checks and repairs disks and volumes.</source>
-        <extracomment>Text of the About box below the name of the program. %@ is the version, such as 1.0.0.</extracomment>
+Mounts, ejects, formats, checks and repairs disks and volumes.
+
+MIT License
+%@</source>
+        <extracomment>Text of the About box below the name of the program. The first %@ is the version, such as 1.0.0; the second is the address of the program’s page on the web.</extracomment>
         <translation>Версия %@
 
-Подключает, форматирует, проверяет и исправляет диски и тома.</translation>
+Подключает, извлекает, форматирует, проверяет и восстанавливает диски и тома.
+
+Лицензия MIT
+%@</translation>
     </message>
     <message id="USER_MANUAL_NOT_FOUND_TITLE">
         <source>The user manual could not be opened</source>
@@ -99,9 +130,9 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <translation>Не удалось открыть руководство пользователя</translation>
     </message>
     <message id="USER_MANUAL_NOT_FOUND_TEXT">
-        <source>Either the manual is not installed, or there is no program that can show PDF documents.</source>
+        <source>The manual is not installed, or there is no program to open PDF documents.</source>
         <extracomment>Text of the message when Help &gt; User Manual fails.</extracomment>
-        <translation>Руководство не установлено, или нет программы, которая может показывать документы PDF.</translation>
+        <translation>Руководство не установлено, или нет программы для просмотра документов PDF.</translation>
     </message>
     <message id="DISK_TREE_ACCESSIBLE_NAME">
         <source>Disks and volumes</source>
@@ -110,22 +141,22 @@ Mounts, formats, checks and repairs disks and volumes.</source>
     </message>
     <message id="ROW_MOUNTED_TEXT">
         <source>mounted</source>
-        <extracomment>Said by a screen reader after the name of a volume in the tree: files on it can be used.</extracomment>
+        <extracomment>Said by a screen reader, and shown in the tool tip of the row, after the name of a volume in the tree: files on it can be used.</extracomment>
         <translation>подключён</translation>
     </message>
     <message id="ROW_NOT_MOUNTED_TEXT">
         <source>not mounted</source>
-        <extracomment>Said by a screen reader after the name of a volume in the tree: files on it cannot be used at present.</extracomment>
+        <extracomment>Said by a screen reader, and shown in the tool tip of the row, after the name of a volume in the tree: files on it cannot be used at present.</extracomment>
         <translation>не подключён</translation>
     </message>
     <message id="ROW_DISK_WITH_PARTITIONS_TEXT">
         <source>disk with partitions</source>
-        <extracomment>Said by a screen reader after the name of a whole disk in the tree that is divided into partitions.</extracomment>
+        <extracomment>Said by a screen reader, and shown in the tool tip of the row, after the name of a whole disk in the tree that is divided into partitions.</extracomment>
         <translation>диск с разделами</translation>
     </message>
     <message id="LIST_SEPARATOR_TEXT">
         <source>, </source>
-        <extracomment>Stands between what a screen reader says of a row: name, file system, state. With the space that follows it, where the language has one.</extracomment>
+        <extracomment>Stands between what a screen reader says, and the tool tip shows, of a row: name, file system, state. With the space that follows it, where the language has one.</extracomment>
         <translation>, </translation>
     </message>
     <message id="DISK_ICON_ACCESSIBLE_NAME">
@@ -139,9 +170,9 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <translation>Разделитель</translation>
     </message>
     <message id="DIVIDER_TOOL_TIP">
-        <source>Drag this, or press the left and right arrow keys, to make the list of disks wider or narrower.</source>
+        <source>Drag to resize the list of disks. With the keyboard: press Tab until the divider is selected, then Left or Right.</source>
         <extracomment>Tool tip of the bar between the list of disks and the pages, also read out by screen readers.</extracomment>
-        <translation>Перетащите его или нажимайте клавиши со стрелками влево и вправо, чтобы сделать список дисков шире или уже.</translation>
+        <translation>Перетащите разделитель, чтобы изменить ширину списка дисков. С клавиатуры: перейдите к нему клавишей Tab и нажимайте стрелки влево и вправо.</translation>
     </message>
     <message id="INFO_TAB_TITLE">
         <source>Info</source>
@@ -199,17 +230,17 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <translation>Съёмный носитель:</translation>
     </message>
     <message id="CONTENT_HINT_CAPTION">
-        <source>Content:</source>
+        <source>Content type:</source>
         <extracomment>Caption of a property: what the partition table says is in the partition, such as Windows_NTFS.</extracomment>
-        <translation>Содержимое:</translation>
+        <translation>Тип содержимого:</translation>
     </message>
     <message id="EJECTABLE_CAPTION">
         <source>Ejectable:</source>
         <extracomment>Caption of a property answered by Yes or No: whether the drive ejects its medium by itself.</extracomment>
-        <translation>Извлекаемый носитель:</translation>
+        <translation>Можно извлечь:</translation>
     </message>
     <message id="BLOCK_SIZE_CAPTION">
-        <source>Preferred block size:</source>
+        <source>Block size:</source>
         <extracomment>Caption of a property: the block size of the device, such as 512 bytes.</extracomment>
         <translation>Размер блока:</translation>
     </message>
@@ -306,7 +337,7 @@ Mounts, formats, checks and repairs disks and volumes.</source>
     <message id="BYTES_TEXT">
         <source>bytes</source>
         <extracomment>Stands after an exact number of bytes, such as 512 or 1 000 000.</extracomment>
-        <translation>байт</translation>
+        <translation>Б (or three plural forms)</translation>
     </message>
     <message id="EXABYTES_SHORT_TEXT">
         <source>EB</source>
@@ -399,17 +430,17 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <translation>Не удалось отключить том</translation>
     </message>
     <message id="FAILED_TO_UNMOUNT_VOLUME_BODY_FMT">
-        <source>A program may still be using the volume %@. If you force it to unmount, data that has not been saved may be lost.</source>
+        <source>A program may still be using the volume %@. If you force the unmount, unsaved data may be lost.</source>
         <extracomment>Text of the question after a failed unmount. %@ is the name of the device, such as disk2s1.</extracomment>
         <translation>Возможно, том %@ всё ещё используется программой. При принудительном отключении несохранённые данные могут быть потеряны.</translation>
     </message>
     <message id="FAILED_TO_UNMOUNT_VOLUMES_TITLE">
-        <source>The volumes of the disk could not be unmounted</source>
+        <source>The disk could not be ejected</source>
         <extracomment>Title of the question when a disk cannot be ejected because one of its volumes is in use.</extracomment>
-        <translation>Не удалось отключить тома диска</translation>
+        <translation>Не удалось извлечь диск</translation>
     </message>
     <message id="FAILED_TO_UNMOUNT_VOLUMES_BODY_FMT">
-        <source>Programs may still be using volumes of the disk %@. If you force them to unmount, data that has not been saved may be lost.</source>
+        <source>Programs may still be using volumes on the disk %@. If you force the unmount, unsaved data may be lost.</source>
         <extracomment>Text of the question when a disk cannot be ejected because one of its volumes is in use. %@ is the name of the device, such as disk2.</extracomment>
         <translation>Возможно, тома диска %@ всё ещё используются программами. При принудительном отключении несохранённые данные могут быть потеряны.</translation>
     </message>
@@ -444,14 +475,14 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <translation>Метка тома NTFS может содержать не более 128 символов. Некоторые символы, например эмодзи, считаются за два.</translation>
     </message>
     <message id="INVALID_FAT_VOLUME_NAME_TEXT">
-        <source>A FAT volume label can be at most 11 characters long. It can consist of the capital letters A to Z, digits, spaces and punctuation, but must not contain any of &quot; * / : &lt; &gt; ? \ |</source>
+        <source>A FAT volume label can have up to 11 characters: capital letters A to Z, digits, spaces and symbols, but none of these: " * / : &lt; &gt; ? \ |</source>
         <extracomment>Text of the message about a volume label that FAT does not allow. Small and accented letters are not allowed. Keep the nine signs as they are.</extracomment>
-        <translation>Метка тома FAT может содержать не более 11 символов. Она может состоять из прописных латинских букв от A до Z, цифр, пробелов и знаков препинания, но не может содержать знаки &quot; * / : &lt; &gt; ? \ |</translation>
+        <translation>Метка тома FAT может содержать не более 11 символов: прописные латинские буквы от A до Z, цифры, пробелы и другие символы, кроме следующих знаков: " * / : &lt; &gt; ? \ |</translation>
     </message>
     <message id="INVALID_EXFAT_VOLUME_NAME_TEXT">
-        <source>An exFAT volume label can be at most 11 characters long and must not contain control characters or any of &quot; * / : &lt; &gt; ? \ | Some characters, such as emoji, count as two.</source>
+        <source>An exFAT volume label can have up to 11 characters; some, such as emoji, count as two. It must not contain control characters or any of these: " * / : &lt; &gt; ? \ |</source>
         <extracomment>Text of the message about a volume label that exFAT does not allow. Keep the nine signs as they are.</extracomment>
-        <translation>Метка тома exFAT может содержать не более 11 символов и не может содержать управляющие символы и знаки &quot; * / : &lt; &gt; ? \ | Некоторые символы, например эмодзи, считаются за два.</translation>
+        <translation>Метка тома exFAT может содержать не более 11 символов; некоторые из них, например эмодзи, считаются за два. В ней не должно быть управляющих символов и следующих знаков: " * / : &lt; &gt; ? \ |</translation>
     </message>
     <message id="LABEL_BYTES_LIMIT_FMT">
         <source>A volume label for %1$@ can be at most %2$@ bytes long. Accented letters and characters of many scripts take two or more.</source>
@@ -489,9 +520,9 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <translation>Метка тома для %@ не должна содержать управляющие символы и символ замены (U+FFFD).</translation>
     </message>
     <message id="CONFIRM_FORMAT_DIALOG_TITLE">
-        <source>Do you really want to format?</source>
+        <source>Erase all data and format?</source>
         <extracomment>Title of the question before formatting. The name, size and device of what will be formatted are shown with it.</extracomment>
-        <translation>Действительно выполнить форматирование?</translation>
+        <translation>Стереть все данные и отформатировать?</translation>
     </message>
     <message id="CONFIRM_FORMAT_DIALOG_BODY">
         <source>Formatting erases all data on the disk or volume. This cannot be undone.</source>
@@ -524,14 +555,19 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <translation>Устройство:</translation>
     </message>
     <message id="FORMAT_TARGET_CONTENT_CAPTION">
-        <source>Current content:</source>
+        <source>Current file system:</source>
         <extracomment>Caption in the question before formatting: the file system that will be erased.</extracomment>
-        <translation>Текущее содержимое:</translation>
+        <translation>Текущая файловая система:</translation>
+    </message>
+    <message id="FORMAT_QUESTION_LINE_FMT">
+        <source>%@ %@</source>
+        <extracomment>A line of the question before formatting: a caption, such as “Current file system:”, and what it is. Without the space where the colon brings its own.</extracomment>
+        <translation>%@ %@</translation>
     </message>
     <message id="FORMAT_TARGET_NOTHING_TEXT">
-        <source>nothing recognised</source>
-        <extracomment>Stands after “Current content:” when no known file system was found. It does not mean that there is no data.</extracomment>
-        <translation>ничего не распознано</translation>
+        <source>not recognized</source>
+        <extracomment>Stands after “Current file system:” when no known file system was found. It does not mean that there is no data.</extracomment>
+        <translation>не распознано</translation>
     </message>
     <message id="ERASE_DISK_SHEET_TITLE">
         <source>Erase Disk</source>
@@ -550,22 +586,22 @@ Mounts, formats, checks and repairs disks and volumes.</source>
     </message>
     <message id="CONTENT_ENCRYPTED_TEXT">
         <source>encrypted</source>
-        <extracomment>What is on a volume in the place of a file system: it is encrypted. Stands after “File system:” and “Current content:”, and in the tool tip of a row.</extracomment>
+        <extracomment>What is on a volume in the place of a file system: it is encrypted. Stands after “File system:” and “Current file system:”, and in the tool tip of a row.</extracomment>
         <translation>зашифровано</translation>
     </message>
     <message id="CONTENT_LVM_TEXT">
         <source>LVM member</source>
-        <extracomment>What is on a volume in the place of a file system: it is a part of an LVM volume group. Stands after “File system:” and “Current content:”, and in the tool tip of a row.</extracomment>
+        <extracomment>What is on a volume in the place of a file system: it is a part of an LVM volume group. Stands after “File system:” and “Current file system:”, and in the tool tip of a row.</extracomment>
         <translation>часть LVM</translation>
     </message>
     <message id="CONTENT_RAID_TEXT">
         <source>RAID member</source>
-        <extracomment>What is on a volume in the place of a file system: it is a part of a RAID array. Stands after “File system:” and “Current content:”, and in the tool tip of a row.</extracomment>
+        <extracomment>What is on a volume in the place of a file system: it is a part of a RAID array. Stands after “File system:” and “Current file system:”, and in the tool tip of a row.</extracomment>
         <translation>часть RAID</translation>
     </message>
     <message id="CONTENT_SWAP_TEXT">
         <source>swap space</source>
-        <extracomment>What is on a volume in the place of a file system: swap space of a Linux system. Stands after “File system:” and “Current content:”, and in the tool tip of a row.</extracomment>
+        <extracomment>What is on a volume in the place of a file system: swap space of a Linux system. Stands after “File system:” and “Current file system:”, and in the tool tip of a row.</extracomment>
         <translation>раздел подкачки</translation>
     </message>
     <message id="FORMAT_NEW_FILESYSTEM_CAPTION">
@@ -629,9 +665,9 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <translation>«%@» изменился после запроса подтверждения. Проверьте его содержимое перед форматированием.</translation>
     </message>
     <message id="ACTIVITY_FORMATTING_FMT">
-        <source>Formatting %@…</source>
+        <source>Formatting “%@”…</source>
         <extracomment>Shown while a volume is formatted. %@ is its name.</extracomment>
-        <translation>Форматирование %@…</translation>
+        <translation>Форматирование «%@»…</translation>
     </message>
     <message id="CHECK_BUTTON_TITLE">
         <source>&amp;Check</source>
@@ -641,22 +677,22 @@ Mounts, formats, checks and repairs disks and volumes.</source>
     <message id="REPAIR_BUTTON_TITLE">
         <source>&amp;Repair</source>
         <extracomment>Button: corrects errors in the file system of the volume.</extracomment>
-        <translation>Исп&amp;равить</translation>
+        <translation>Восста&amp;новить</translation>
     </message>
     <message id="OUTPUT_ACCESSIBLE_NAME">
-        <source>Output of check and repair</source>
+        <source>Check and repair output</source>
         <extracomment>What a screen reader calls the view that shows what the checking and repairing tools print.</extracomment>
-        <translation>Вывод проверки и исправления</translation>
+        <translation>Вывод проверки и восстановления</translation>
     </message>
     <message id="ACTIVITY_CHECKING_FMT">
-        <source>Checking %@…</source>
+        <source>Checking “%@”…</source>
         <extracomment>Shown while a volume is checked. %@ is its name.</extracomment>
-        <translation>Проверка %@…</translation>
+        <translation>Проверка «%@»…</translation>
     </message>
     <message id="ACTIVITY_REPAIRING_FMT">
-        <source>Repairing %@…</source>
+        <source>Repairing “%@”…</source>
         <extracomment>Shown while a volume is repaired. %@ is its name.</extracomment>
-        <translation>Исправление %@…</translation>
+        <translation>Восстановление «%@»…</translation>
     </message>
 </context>
 </TS>

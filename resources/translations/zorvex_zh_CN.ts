@@ -14,6 +14,11 @@
         <extracomment>Menu in the menu bar. &amp; marks the letter that opens it with Alt; it must differ from all other letters in the window.</extracomment>
         <translation>文件(&amp;F)</translation>
     </message>
+    <message id="REFRESH_MENU_ITEM_TITLE">
+        <source>&amp;Refresh</source>
+        <extracomment>Item of the File menu: reads again which file systems are installed and which disks are there. It changes nothing.</extracomment>
+        <translation>刷新(&amp;R)</translation>
+    </message>
     <message id="CLOSE_MENU_ITEM_TITLE">
         <source>&amp;Close Window</source>
         <extracomment>Item of the File menu. Closing the window ends the program.</extracomment>
@@ -29,10 +34,25 @@
         <extracomment>Menu in the menu bar.</extracomment>
         <translation>编辑(&amp;E)</translation>
     </message>
+    <message id="UNDO_MENU_ITEM_TITLE">
+        <source>&amp;Undo</source>
+        <extracomment>Item of the Edit menu: takes back what was typed last.</extracomment>
+        <translation>撤销(&amp;U)</translation>
+    </message>
+    <message id="CUT_MENU_ITEM_TITLE">
+        <source>Cu&amp;t</source>
+        <extracomment>Item of the Edit menu: moves the selected text of the field to the clipboard.</extracomment>
+        <translation>剪切(&amp;T)</translation>
+    </message>
     <message id="COPY_MENU_ITEM_TITLE">
         <source>&amp;Copy</source>
         <extracomment>Item of the Edit menu: copies the selected text. In the menu of a row of the tree: copies the name in the row.</extracomment>
         <translation>复制(&amp;C)</translation>
+    </message>
+    <message id="PASTE_MENU_ITEM_TITLE">
+        <source>&amp;Paste</source>
+        <extracomment>Item of the Edit menu: puts the text of the clipboard into the field.</extracomment>
+        <translation>粘贴(&amp;P)</translation>
     </message>
     <message id="SELECT_ALL_MENU_ITEM_TITLE">
         <source>Select &amp;All</source>
@@ -52,7 +72,7 @@
     <message id="ERASE_DISK_MENU_ITEM_TITLE">
         <source>Erase &amp;Disk…</source>
         <extracomment>Item of the Disk menu and of the menu of a row: opens a sheet that asks how the whole disk is to be erased. &amp; marks the letter that chooses it.</extracomment>
-        <translation>抹掉磁盘(&amp;D)…</translation>
+        <translation>擦除磁盘(&amp;D)…</translation>
     </message>
     <message id="CHECK_MENU_ITEM_TITLE">
         <source>Chec&amp;k</source>
@@ -68,6 +88,11 @@
         <source>&amp;Show in File Manager</source>
         <extracomment>Item of the Disk menu and the menu of a row: opens the folder at which the selected volume is mounted.</extracomment>
         <translation>在文件管理器中显示(&amp;S)</translation>
+    </message>
+    <message id="COPY_DEVICE_PATH_MENU_ITEM_TITLE">
+        <source>Copy Device &amp;Path</source>
+        <extracomment>Item of the menu of a row of the tree: puts the path of its device, such as /dev/sda1, on the clipboard.</extracomment>
+        <translation>复制设备路径(&amp;P)</translation>
     </message>
     <message id="HELP_MENU_TITLE">
         <source>&amp;Help</source>
@@ -87,11 +112,17 @@
     <message id="ABOUT_TEXT">
         <source>Version %@
 
-Mounts, formats, checks and repairs disks and volumes.</source>
-        <extracomment>Text of the About box below the name of the program. %@ is the version, such as 1.0.0.</extracomment>
+Mounts, ejects, formats, checks and repairs disks and volumes.
+
+MIT License
+%@</source>
+        <extracomment>Text of the About box below the name of the program. The first %@ is the version, such as 1.0.0; the second is the address of the program’s page on the web.</extracomment>
         <translation>版本 %@
 
-挂载、格式化、检查和修复磁盘与卷。</translation>
+挂载、弹出、格式化、检查和修复磁盘与卷。
+
+MIT 许可证
+%@</translation>
     </message>
     <message id="USER_MANUAL_NOT_FOUND_TITLE">
         <source>The user manual could not be opened</source>
@@ -99,7 +130,7 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <translation>无法打开用户手册</translation>
     </message>
     <message id="USER_MANUAL_NOT_FOUND_TEXT">
-        <source>Either the manual is not installed, or there is no program that can show PDF documents.</source>
+        <source>The manual is not installed, or there is no program to open PDF documents.</source>
         <extracomment>Text of the message when Help &gt; User Manual fails.</extracomment>
         <translation>手册尚未安装，或者没有可以显示 PDF 文档的程序。</translation>
     </message>
@@ -110,22 +141,22 @@ Mounts, formats, checks and repairs disks and volumes.</source>
     </message>
     <message id="ROW_MOUNTED_TEXT">
         <source>mounted</source>
-        <extracomment>Said by a screen reader after the name of a volume in the tree: files on it can be used.</extracomment>
+        <extracomment>Said by a screen reader, and shown in the tool tip of the row, after the name of a volume in the tree: files on it can be used.</extracomment>
         <translation>已挂载</translation>
     </message>
     <message id="ROW_NOT_MOUNTED_TEXT">
         <source>not mounted</source>
-        <extracomment>Said by a screen reader after the name of a volume in the tree: files on it cannot be used at present.</extracomment>
+        <extracomment>Said by a screen reader, and shown in the tool tip of the row, after the name of a volume in the tree: files on it cannot be used at present.</extracomment>
         <translation>未挂载</translation>
     </message>
     <message id="ROW_DISK_WITH_PARTITIONS_TEXT">
         <source>disk with partitions</source>
-        <extracomment>Said by a screen reader after the name of a whole disk in the tree that is divided into partitions.</extracomment>
+        <extracomment>Said by a screen reader, and shown in the tool tip of the row, after the name of a whole disk in the tree that is divided into partitions.</extracomment>
         <translation>有分区的磁盘</translation>
     </message>
     <message id="LIST_SEPARATOR_TEXT">
         <source>, </source>
-        <extracomment>Stands between what a screen reader says of a row: name, file system, state. With the space that follows it, where the language has one.</extracomment>
+        <extracomment>Stands between what a screen reader says, and the tool tip shows, of a row: name, file system, state. With the space that follows it, where the language has one.</extracomment>
         <translation>，</translation>
     </message>
     <message id="DISK_ICON_ACCESSIBLE_NAME">
@@ -139,9 +170,9 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <translation>分隔条</translation>
     </message>
     <message id="DIVIDER_TOOL_TIP">
-        <source>Drag this, or press the left and right arrow keys, to make the list of disks wider or narrower.</source>
+        <source>Drag to resize the list of disks. With the keyboard: press Tab until the divider is selected, then Left or Right.</source>
         <extracomment>Tool tip of the bar between the list of disks and the pages, also read out by screen readers.</extracomment>
-        <translation>拖动或按左右方向键，可以调整磁盘列表的宽度。</translation>
+        <translation>拖动可调整磁盘列表的宽度。使用键盘时，按 Tab 键移到分隔条，再按左右方向键。</translation>
     </message>
     <message id="INFO_TAB_TITLE">
         <source>Info</source>
@@ -196,12 +227,12 @@ Mounts, formats, checks and repairs disks and volumes.</source>
     <message id="REMOVABLE_CAPTION">
         <source>Removable:</source>
         <extracomment>Caption of a property answered by Yes or No: whether the medium can be taken out of its drive.</extracomment>
-        <translation>可移除：</translation>
+        <translation>可移动：</translation>
     </message>
     <message id="CONTENT_HINT_CAPTION">
-        <source>Content:</source>
+        <source>Content type:</source>
         <extracomment>Caption of a property: what the partition table says is in the partition, such as Windows_NTFS.</extracomment>
-        <translation>内容：</translation>
+        <translation>内容类型：</translation>
     </message>
     <message id="EJECTABLE_CAPTION">
         <source>Ejectable:</source>
@@ -209,9 +240,9 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <translation>可弹出：</translation>
     </message>
     <message id="BLOCK_SIZE_CAPTION">
-        <source>Preferred block size:</source>
+        <source>Block size:</source>
         <extracomment>Caption of a property: the block size of the device, such as 512 bytes.</extracomment>
-        <translation>首选块大小：</translation>
+        <translation>块大小：</translation>
     </message>
     <message id="MOUNTED_AT_CAPTION">
         <source>Mounted at:</source>
@@ -399,17 +430,17 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <translation>无法卸载该卷</translation>
     </message>
     <message id="FAILED_TO_UNMOUNT_VOLUME_BODY_FMT">
-        <source>A program may still be using the volume %@. If you force it to unmount, data that has not been saved may be lost.</source>
+        <source>A program may still be using the volume %@. If you force the unmount, unsaved data may be lost.</source>
         <extracomment>Text of the question after a failed unmount. %@ is the name of the device, such as disk2s1.</extracomment>
         <translation>可能仍有程序正在使用卷 %@。如果强制卸载，尚未保存的数据可能会丢失。</translation>
     </message>
     <message id="FAILED_TO_UNMOUNT_VOLUMES_TITLE">
-        <source>The volumes of the disk could not be unmounted</source>
+        <source>The disk could not be ejected</source>
         <extracomment>Title of the question when a disk cannot be ejected because one of its volumes is in use.</extracomment>
-        <translation>无法卸载该磁盘上的卷</translation>
+        <translation>无法弹出该磁盘</translation>
     </message>
     <message id="FAILED_TO_UNMOUNT_VOLUMES_BODY_FMT">
-        <source>Programs may still be using volumes of the disk %@. If you force them to unmount, data that has not been saved may be lost.</source>
+        <source>Programs may still be using volumes on the disk %@. If you force the unmount, unsaved data may be lost.</source>
         <extracomment>Text of the question when a disk cannot be ejected because one of its volumes is in use. %@ is the name of the device, such as disk2.</extracomment>
         <translation>可能仍有程序正在使用磁盘 %@ 上的卷。如果强制卸载，尚未保存的数据可能会丢失。</translation>
     </message>
@@ -444,14 +475,14 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <translation>NTFS 卷标最多可以有 128 个字符。某些字符（例如表情符号）按两个字符计算。</translation>
     </message>
     <message id="INVALID_FAT_VOLUME_NAME_TEXT">
-        <source>A FAT volume label can be at most 11 characters long. It can consist of the capital letters A to Z, digits, spaces and punctuation, but must not contain any of &quot; * / : &lt; &gt; ? \ |</source>
+        <source>A FAT volume label can have up to 11 characters: capital letters A to Z, digits, spaces and symbols, but none of these: " * / : &lt; &gt; ? \ |</source>
         <extracomment>Text of the message about a volume label that FAT does not allow. Small and accented letters are not allowed. Keep the nine signs as they are.</extracomment>
-        <translation>FAT 卷标最多可以有 11 个字符，可以使用大写字母 A 到 Z、数字、空格和英文标点，但不能包含以下任何符号：&quot; * / : &lt; &gt; ? \ |</translation>
+        <translation>FAT 卷标最多可以有 11 个字符，可以使用大写字母 A 到 Z、数字、空格和英文符号，但不能包含以下任何符号：" * / : &lt; &gt; ? \ |</translation>
     </message>
     <message id="INVALID_EXFAT_VOLUME_NAME_TEXT">
-        <source>An exFAT volume label can be at most 11 characters long and must not contain control characters or any of &quot; * / : &lt; &gt; ? \ | Some characters, such as emoji, count as two.</source>
+        <source>An exFAT volume label can have up to 11 characters; some, such as emoji, count as two. It must not contain control characters or any of these: " * / : &lt; &gt; ? \ |</source>
         <extracomment>Text of the message about a volume label that exFAT does not allow. Keep the nine signs as they are.</extracomment>
-        <translation>exFAT 卷标最多可以有 11 个字符，不能包含控制字符和以下任何符号：&quot; * / : &lt; &gt; ? \ | 某些字符（例如表情符号）按两个字符计算。</translation>
+        <translation>exFAT 卷标最多可以有 11 个字符，某些字符（例如表情符号）按两个字符计算。卷标不能包含控制字符和以下任何符号：" * / : &lt; &gt; ? \ |</translation>
     </message>
     <message id="LABEL_BYTES_LIMIT_FMT">
         <source>A volume label for %1$@ can be at most %2$@ bytes long. Accented letters and characters of many scripts take two or more.</source>
@@ -489,19 +520,19 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <translation>%@ 卷标不能包含控制字符和替换字符 (U+FFFD)。</translation>
     </message>
     <message id="CONFIRM_FORMAT_DIALOG_TITLE">
-        <source>Do you really want to format?</source>
+        <source>Erase all data and format?</source>
         <extracomment>Title of the question before formatting. The name, size and device of what will be formatted are shown with it.</extracomment>
-        <translation>确实要格式化吗？</translation>
+        <translation>要擦除所有数据并格式化吗？</translation>
     </message>
     <message id="CONFIRM_FORMAT_DIALOG_BODY">
         <source>Formatting erases all data on the disk or volume. This cannot be undone.</source>
         <extracomment>Text of the question before formatting.</extracomment>
-        <translation>格式化会抹掉该磁盘或卷上的所有数据。此操作无法撤销。</translation>
+        <translation>格式化会擦除该磁盘或卷上的所有数据。此操作无法撤销。</translation>
     </message>
     <message id="CONFIRM_FORMAT_DIALOG_CONTINUE_BUTTON_TEXT">
         <source>&amp;Erase and Format</source>
         <extracomment>Button of the question before formatting: starts it.</extracomment>
-        <translation>抹掉并格式化(&amp;E)</translation>
+        <translation>擦除并格式化(&amp;E)</translation>
     </message>
     <message id="CONFIRM_FORMAT_DIALOG_CANCEL_BUTTON_TEXT">
         <source>&amp;Cancel</source>
@@ -524,19 +555,24 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <translation>设备：</translation>
     </message>
     <message id="FORMAT_TARGET_CONTENT_CAPTION">
-        <source>Current content:</source>
+        <source>Current file system:</source>
         <extracomment>Caption in the question before formatting: the file system that will be erased.</extracomment>
-        <translation>当前内容：</translation>
+        <translation>当前文件系统：</translation>
+    </message>
+    <message id="FORMAT_QUESTION_LINE_FMT">
+        <source>%@ %@</source>
+        <extracomment>A line of the question before formatting: a caption, such as “Current file system:”, and what it is. Without the space where the colon brings its own.</extracomment>
+        <translation>%@%@</translation>
     </message>
     <message id="FORMAT_TARGET_NOTHING_TEXT">
-        <source>nothing recognised</source>
-        <extracomment>Stands after “Current content:” when no known file system was found. It does not mean that there is no data.</extracomment>
-        <translation>未识别到任何内容</translation>
+        <source>not recognized</source>
+        <extracomment>Stands after “Current file system:” when no known file system was found. It does not mean that there is no data.</extracomment>
+        <translation>未识别</translation>
     </message>
     <message id="ERASE_DISK_SHEET_TITLE">
         <source>Erase Disk</source>
         <extracomment>Title of the sheet that asks how a whole disk is to be erased.</extracomment>
-        <translation>抹掉磁盘</translation>
+        <translation>擦除磁盘</translation>
     </message>
     <message id="ERASE_DISK_SCHEME_CAPTION">
         <source>&amp;Partition scheme:</source>
@@ -546,26 +582,26 @@ Mounts, formats, checks and repairs disks and volumes.</source>
     <message id="ERASE_DISK_CONTINUE_BUTTON_TEXT">
         <source>&amp;Erase…</source>
         <extracomment>Button of that sheet: a question follows before anything is erased. &amp; marks its letter.</extracomment>
-        <translation>抹掉(&amp;E)…</translation>
+        <translation>擦除(&amp;E)…</translation>
     </message>
     <message id="CONTENT_ENCRYPTED_TEXT">
         <source>encrypted</source>
-        <extracomment>What is on a volume in the place of a file system: it is encrypted. Stands after “File system:” and “Current content:”, and in the tool tip of a row.</extracomment>
+        <extracomment>What is on a volume in the place of a file system: it is encrypted. Stands after “File system:” and “Current file system:”, and in the tool tip of a row.</extracomment>
         <translation>已加密</translation>
     </message>
     <message id="CONTENT_LVM_TEXT">
         <source>LVM member</source>
-        <extracomment>What is on a volume in the place of a file system: it is a part of an LVM volume group. Stands after “File system:” and “Current content:”, and in the tool tip of a row.</extracomment>
+        <extracomment>What is on a volume in the place of a file system: it is a part of an LVM volume group. Stands after “File system:” and “Current file system:”, and in the tool tip of a row.</extracomment>
         <translation>LVM 成员</translation>
     </message>
     <message id="CONTENT_RAID_TEXT">
         <source>RAID member</source>
-        <extracomment>What is on a volume in the place of a file system: it is a part of a RAID array. Stands after “File system:” and “Current content:”, and in the tool tip of a row.</extracomment>
+        <extracomment>What is on a volume in the place of a file system: it is a part of a RAID array. Stands after “File system:” and “Current file system:”, and in the tool tip of a row.</extracomment>
         <translation>RAID 成员</translation>
     </message>
     <message id="CONTENT_SWAP_TEXT">
         <source>swap space</source>
-        <extracomment>What is on a volume in the place of a file system: swap space of a Linux system. Stands after “File system:” and “Current content:”, and in the tool tip of a row.</extracomment>
+        <extracomment>What is on a volume in the place of a file system: swap space of a Linux system. Stands after “File system:” and “Current file system:”, and in the tool tip of a row.</extracomment>
         <translation>交换空间</translation>
     </message>
     <message id="FORMAT_NEW_FILESYSTEM_CAPTION">
@@ -629,9 +665,9 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <translation>“%@”在询问之后发生了变化。格式化之前请查看其中的内容。</translation>
     </message>
     <message id="ACTIVITY_FORMATTING_FMT">
-        <source>Formatting %@…</source>
+        <source>Formatting “%@”…</source>
         <extracomment>Shown while a volume is formatted. %@ is its name.</extracomment>
-        <translation>正在格式化 %@…</translation>
+        <translation>正在格式化“%@”…</translation>
     </message>
     <message id="CHECK_BUTTON_TITLE">
         <source>&amp;Check</source>
@@ -644,19 +680,19 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <translation>修复(&amp;R)</translation>
     </message>
     <message id="OUTPUT_ACCESSIBLE_NAME">
-        <source>Output of check and repair</source>
+        <source>Check and repair output</source>
         <extracomment>What a screen reader calls the view that shows what the checking and repairing tools print.</extracomment>
         <translation>检查和修复的输出</translation>
     </message>
     <message id="ACTIVITY_CHECKING_FMT">
-        <source>Checking %@…</source>
+        <source>Checking “%@”…</source>
         <extracomment>Shown while a volume is checked. %@ is its name.</extracomment>
-        <translation>正在检查 %@…</translation>
+        <translation>正在检查“%@”…</translation>
     </message>
     <message id="ACTIVITY_REPAIRING_FMT">
-        <source>Repairing %@…</source>
+        <source>Repairing “%@”…</source>
         <extracomment>Shown while a volume is repaired. %@ is its name.</extracomment>
-        <translation>正在修复 %@…</translation>
+        <translation>正在修复“%@”…</translation>
     </message>
 </context>
 </TS>

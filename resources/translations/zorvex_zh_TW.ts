@@ -14,6 +14,11 @@
         <extracomment>Menu in the menu bar. &amp; marks the letter that opens it with Alt; it must differ from all other letters in the window.</extracomment>
         <translation>檔案(&amp;F)</translation>
     </message>
+    <message id="REFRESH_MENU_ITEM_TITLE">
+        <source>&amp;Refresh</source>
+        <extracomment>Item of the File menu: reads again which file systems are installed and which disks are there. It changes nothing.</extracomment>
+        <translation>重新整理(&amp;R)</translation>
+    </message>
     <message id="CLOSE_MENU_ITEM_TITLE">
         <source>&amp;Close Window</source>
         <extracomment>Item of the File menu. Closing the window ends the program.</extracomment>
@@ -29,10 +34,25 @@
         <extracomment>Menu in the menu bar.</extracomment>
         <translation>編輯(&amp;E)</translation>
     </message>
+    <message id="UNDO_MENU_ITEM_TITLE">
+        <source>&amp;Undo</source>
+        <extracomment>Item of the Edit menu: takes back what was typed last.</extracomment>
+        <translation>復原(&amp;U)</translation>
+    </message>
+    <message id="CUT_MENU_ITEM_TITLE">
+        <source>Cu&amp;t</source>
+        <extracomment>Item of the Edit menu: moves the selected text of the field to the clipboard.</extracomment>
+        <translation>剪下(&amp;T)</translation>
+    </message>
     <message id="COPY_MENU_ITEM_TITLE">
         <source>&amp;Copy</source>
         <extracomment>Item of the Edit menu: copies the selected text. In the menu of a row of the tree: copies the name in the row.</extracomment>
         <translation>複製(&amp;C)</translation>
+    </message>
+    <message id="PASTE_MENU_ITEM_TITLE">
+        <source>&amp;Paste</source>
+        <extracomment>Item of the Edit menu: puts the text of the clipboard into the field.</extracomment>
+        <translation>貼上(&amp;P)</translation>
     </message>
     <message id="SELECT_ALL_MENU_ITEM_TITLE">
         <source>Select &amp;All</source>
@@ -69,6 +89,11 @@
         <extracomment>Item of the Disk menu and the menu of a row: opens the folder at which the selected volume is mounted.</extracomment>
         <translation>在檔案管理員中顯示(&amp;S)</translation>
     </message>
+    <message id="COPY_DEVICE_PATH_MENU_ITEM_TITLE">
+        <source>Copy Device &amp;Path</source>
+        <extracomment>Item of the menu of a row of the tree: puts the path of its device, such as /dev/sda1, on the clipboard.</extracomment>
+        <translation>複製裝置路徑(&amp;P)</translation>
+    </message>
     <message id="HELP_MENU_TITLE">
         <source>&amp;Help</source>
         <extracomment>Menu in the menu bar.</extracomment>
@@ -87,11 +112,17 @@
     <message id="ABOUT_TEXT">
         <source>Version %@
 
-Mounts, formats, checks and repairs disks and volumes.</source>
-        <extracomment>Text of the About box below the name of the program. %@ is the version, such as 1.0.0.</extracomment>
+Mounts, ejects, formats, checks and repairs disks and volumes.
+
+MIT License
+%@</source>
+        <extracomment>Text of the About box below the name of the program. The first %@ is the version, such as 1.0.0; the second is the address of the program’s page on the web.</extracomment>
         <translation>版本 %@
 
-掛載、格式化、檢查和修復磁碟與卷宗。</translation>
+掛載、退出、格式化、檢查和修復磁碟與儲存區。
+
+MIT 授權條款
+%@</translation>
     </message>
     <message id="USER_MANUAL_NOT_FOUND_TITLE">
         <source>The user manual could not be opened</source>
@@ -99,33 +130,33 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <translation>無法開啟使用手冊</translation>
     </message>
     <message id="USER_MANUAL_NOT_FOUND_TEXT">
-        <source>Either the manual is not installed, or there is no program that can show PDF documents.</source>
+        <source>The manual is not installed, or there is no program to open PDF documents.</source>
         <extracomment>Text of the message when Help &gt; User Manual fails.</extracomment>
         <translation>手冊尚未安裝，或是沒有可以顯示 PDF 文件的程式。</translation>
     </message>
     <message id="DISK_TREE_ACCESSIBLE_NAME">
         <source>Disks and volumes</source>
         <extracomment>What a screen reader calls the tree of disks at the side of the window.</extracomment>
-        <translation>磁碟和卷宗</translation>
+        <translation>磁碟和儲存區</translation>
     </message>
     <message id="ROW_MOUNTED_TEXT">
         <source>mounted</source>
-        <extracomment>Said by a screen reader after the name of a volume in the tree: files on it can be used.</extracomment>
+        <extracomment>Said by a screen reader, and shown in the tool tip of the row, after the name of a volume in the tree: files on it can be used.</extracomment>
         <translation>已掛載</translation>
     </message>
     <message id="ROW_NOT_MOUNTED_TEXT">
         <source>not mounted</source>
-        <extracomment>Said by a screen reader after the name of a volume in the tree: files on it cannot be used at present.</extracomment>
+        <extracomment>Said by a screen reader, and shown in the tool tip of the row, after the name of a volume in the tree: files on it cannot be used at present.</extracomment>
         <translation>未掛載</translation>
     </message>
     <message id="ROW_DISK_WITH_PARTITIONS_TEXT">
         <source>disk with partitions</source>
-        <extracomment>Said by a screen reader after the name of a whole disk in the tree that is divided into partitions.</extracomment>
+        <extracomment>Said by a screen reader, and shown in the tool tip of the row, after the name of a whole disk in the tree that is divided into partitions.</extracomment>
         <translation>有分割區的磁碟</translation>
     </message>
     <message id="LIST_SEPARATOR_TEXT">
         <source>, </source>
-        <extracomment>Stands between what a screen reader says of a row: name, file system, state. With the space that follows it, where the language has one.</extracomment>
+        <extracomment>Stands between what a screen reader says, and the tool tip shows, of a row: name, file system, state. With the space that follows it, where the language has one.</extracomment>
         <translation>，</translation>
     </message>
     <message id="DISK_ICON_ACCESSIBLE_NAME">
@@ -136,12 +167,12 @@ Mounts, formats, checks and repairs disks and volumes.</source>
     <message id="DIVIDER_ACCESSIBLE_NAME">
         <source>Divider</source>
         <extracomment>What a screen reader calls the line between the tree and the pages, which can be moved with the arrow keys.</extracomment>
-        <translation>分隔列</translation>
+        <translation>分隔線</translation>
     </message>
     <message id="DIVIDER_TOOL_TIP">
-        <source>Drag this, or press the left and right arrow keys, to make the list of disks wider or narrower.</source>
+        <source>Drag to resize the list of disks. With the keyboard: press Tab until the divider is selected, then Left or Right.</source>
         <extracomment>Tool tip of the bar between the list of disks and the pages, also read out by screen readers.</extracomment>
-        <translation>拖曳或按左右方向鍵，可以調整磁碟清單的寬度。</translation>
+        <translation>拖曳可調整磁碟清單的寬度。使用鍵盤時，按 Tab 鍵移到分隔線，再按左右方向鍵。</translation>
     </message>
     <message id="INFO_TAB_TITLE">
         <source>Info</source>
@@ -161,7 +192,7 @@ Mounts, formats, checks and repairs disks and volumes.</source>
     <message id="SELECT_A_DISK_TEXT">
         <source>Select a disk or volume</source>
         <extracomment>Shown in place of the name while nothing is selected in the tree.</extracomment>
-        <translation>請選擇磁碟或卷宗</translation>
+        <translation>請選擇磁碟或儲存區</translation>
     </message>
     <message id="MOUNT_BUTTON_TITLE">
         <source>&amp;Mount</source>
@@ -199,19 +230,19 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <translation>可移除：</translation>
     </message>
     <message id="CONTENT_HINT_CAPTION">
-        <source>Content:</source>
+        <source>Content type:</source>
         <extracomment>Caption of a property: what the partition table says is in the partition, such as Windows_NTFS.</extracomment>
-        <translation>內容：</translation>
+        <translation>內容類型：</translation>
     </message>
     <message id="EJECTABLE_CAPTION">
         <source>Ejectable:</source>
         <extracomment>Caption of a property answered by Yes or No: whether the drive ejects its medium by itself.</extracomment>
-        <translation>可退出：</translation>
+        <translation>可退出媒體：</translation>
     </message>
     <message id="BLOCK_SIZE_CAPTION">
-        <source>Preferred block size:</source>
+        <source>Block size:</source>
         <extracomment>Caption of a property: the block size of the device, such as 512 bytes.</extracomment>
-        <translation>偏好的區塊大小：</translation>
+        <translation>區塊大小：</translation>
     </message>
     <message id="MOUNTED_AT_CAPTION">
         <source>Mounted at:</source>
@@ -396,22 +427,22 @@ Mounts, formats, checks and repairs disks and volumes.</source>
     <message id="FAILED_TO_UNMOUNT_VOLUME_TITLE">
         <source>The volume could not be unmounted</source>
         <extracomment>Title of the question after a failed unmount.</extracomment>
-        <translation>無法卸載此卷宗</translation>
+        <translation>無法卸載此儲存區</translation>
     </message>
     <message id="FAILED_TO_UNMOUNT_VOLUME_BODY_FMT">
-        <source>A program may still be using the volume %@. If you force it to unmount, data that has not been saved may be lost.</source>
+        <source>A program may still be using the volume %@. If you force the unmount, unsaved data may be lost.</source>
         <extracomment>Text of the question after a failed unmount. %@ is the name of the device, such as disk2s1.</extracomment>
-        <translation>可能仍有程式正在使用卷宗 %@。如果強制卸載，尚未儲存的資料可能會遺失。</translation>
+        <translation>可能仍有程式正在使用儲存區 %@。如果強制卸載，尚未儲存的資料可能會遺失。</translation>
     </message>
     <message id="FAILED_TO_UNMOUNT_VOLUMES_TITLE">
-        <source>The volumes of the disk could not be unmounted</source>
+        <source>The disk could not be ejected</source>
         <extracomment>Title of the question when a disk cannot be ejected because one of its volumes is in use.</extracomment>
-        <translation>無法卸載此磁碟上的卷宗</translation>
+        <translation>無法退出此磁碟</translation>
     </message>
     <message id="FAILED_TO_UNMOUNT_VOLUMES_BODY_FMT">
-        <source>Programs may still be using volumes of the disk %@. If you force them to unmount, data that has not been saved may be lost.</source>
+        <source>Programs may still be using volumes on the disk %@. If you force the unmount, unsaved data may be lost.</source>
         <extracomment>Text of the question when a disk cannot be ejected because one of its volumes is in use. %@ is the name of the device, such as disk2.</extracomment>
-        <translation>可能仍有程式正在使用磁碟 %@ 上的卷宗。如果強制卸載，尚未儲存的資料可能會遺失。</translation>
+        <translation>可能仍有程式正在使用磁碟 %@ 上的儲存區。如果強制卸載，尚未儲存的資料可能會遺失。</translation>
     </message>
     <message id="FORMAT_FILESYSTEM_CAPTION">
         <source>File &amp;system:</source>
@@ -426,7 +457,7 @@ Mounts, formats, checks and repairs disks and volumes.</source>
     <message id="FORMAT_LABEL_CAPTION">
         <source>Volume &amp;label:</source>
         <extracomment>Caption of the field for the name that the formatted volume gets.</extracomment>
-        <translation>卷宗標籤(&amp;L)：</translation>
+        <translation>儲存區標籤(&amp;L)：</translation>
     </message>
     <message id="FORMAT_BUTTON_TITLE">
         <source>Fo&amp;rmat…</source>
@@ -436,67 +467,67 @@ Mounts, formats, checks and repairs disks and volumes.</source>
     <message id="INVALID_VOLUME_LABEL_TEXT">
         <source>The volume label is not valid</source>
         <extracomment>Title of the message about a volume label that the file system does not allow.</extracomment>
-        <translation>卷宗標籤無效</translation>
+        <translation>儲存區標籤無效</translation>
     </message>
     <message id="INVALID_NTFS_VOLUME_NAME_TEXT">
         <source>An NTFS volume label can be at most 128 characters long. Some characters, such as emoji, count as two.</source>
         <extracomment>Text of the message about a volume label that NTFS does not allow.</extracomment>
-        <translation>NTFS 卷宗標籤最多可以有 128 個字元。某些字元（例如表情符號）以兩個字元計算。</translation>
+        <translation>NTFS 儲存區標籤最多可以有 128 個字元。某些字元（例如表情符號）以兩個字元計算。</translation>
     </message>
     <message id="INVALID_FAT_VOLUME_NAME_TEXT">
-        <source>A FAT volume label can be at most 11 characters long. It can consist of the capital letters A to Z, digits, spaces and punctuation, but must not contain any of &quot; * / : &lt; &gt; ? \ |</source>
+        <source>A FAT volume label can have up to 11 characters: capital letters A to Z, digits, spaces and symbols, but none of these: " * / : &lt; &gt; ? \ |</source>
         <extracomment>Text of the message about a volume label that FAT does not allow. Small and accented letters are not allowed. Keep the nine signs as they are.</extracomment>
-        <translation>FAT 卷宗標籤最多可以有 11 個字元，可以使用大寫字母 A 到 Z、數字、空格和英文標點，但不能包含下列任何符號：&quot; * / : &lt; &gt; ? \ |</translation>
+        <translation>FAT 儲存區標籤最多可以有 11 個字元，可以使用大寫字母 A 到 Z、數字、空格和英文符號，但不能包含下列任何符號：" * / : &lt; &gt; ? \ |</translation>
     </message>
     <message id="INVALID_EXFAT_VOLUME_NAME_TEXT">
-        <source>An exFAT volume label can be at most 11 characters long and must not contain control characters or any of &quot; * / : &lt; &gt; ? \ | Some characters, such as emoji, count as two.</source>
+        <source>An exFAT volume label can have up to 11 characters; some, such as emoji, count as two. It must not contain control characters or any of these: " * / : &lt; &gt; ? \ |</source>
         <extracomment>Text of the message about a volume label that exFAT does not allow. Keep the nine signs as they are.</extracomment>
-        <translation>exFAT 卷宗標籤最多可以有 11 個字元，不能包含控制字元和下列任何符號：&quot; * / : &lt; &gt; ? \ | 某些字元（例如表情符號）以兩個字元計算。</translation>
+        <translation>exFAT 儲存區標籤最多可以有 11 個字元，某些字元（例如表情符號）以兩個字元計算。標籤不能包含控制字元和下列任何符號：" * / : &lt; &gt; ? \ |</translation>
     </message>
     <message id="LABEL_BYTES_LIMIT_FMT">
         <source>A volume label for %1$@ can be at most %2$@ bytes long. Accented letters and characters of many scripts take two or more.</source>
         <extracomment>Text of the message about a volume label that is too long. %1$@ is the file system, %2$@ the number of bytes.</extracomment>
-        <translation>%1$@ 卷宗標籤最長為 %2$@ 位元組。中文等許多文字的字元會佔用兩個以上的位元組。</translation>
+        <translation>%1$@ 儲存區標籤最長為 %2$@ 位元組。中文等許多文字的字元會佔用兩個以上的位元組。</translation>
     </message>
     <message id="LABEL_CHARACTERS_LIMIT_FMT">
         <source>A volume label for %1$@ can be at most %2$@ characters long. Some characters, such as emoji, count as two.</source>
         <extracomment>Text of the message about a volume label that is too long. %1$@ is the file system, %2$@ the number of characters.</extracomment>
-        <translation>%1$@ 卷宗標籤最多可以有 %2$@ 個字元。某些字元（例如表情符號）以兩個字元計算。</translation>
+        <translation>%1$@ 儲存區標籤最多可以有 %2$@ 個字元。某些字元（例如表情符號）以兩個字元計算。</translation>
     </message>
     <message id="LABEL_FORBIDDEN_CHARACTERS_FMT">
         <source>A volume label for %1$@ must not contain any of these characters: %2$@</source>
         <extracomment>Text of the message about a volume label with a character that the file system does not allow. %1$@ is the file system, %2$@ all such characters, with spaces between them.</extracomment>
-        <translation>%1$@ 卷宗標籤不能包含下列任何字元：%2$@</translation>
+        <translation>%1$@ 儲存區標籤不能包含下列任何字元：%2$@</translation>
     </message>
     <message id="LABEL_LEADING_SPACE_FMT">
         <source>A volume label for %@ must not begin with a space.</source>
         <extracomment>Text of the message about a volume label that begins with a space. %@ is the file system.</extracomment>
-        <translation>%@ 卷宗標籤不能以空格開頭。</translation>
+        <translation>%@ 儲存區標籤不能以空格開頭。</translation>
     </message>
     <message id="LABEL_FORBIDDEN_FIRST_CHARACTER_FMT">
         <source>A volume label for %1$@ must not begin with “%2$@”.</source>
         <extracomment>Text of the message about a volume label that begins with a character that may not come first. %1$@ is the file system, %2$@ the character.</extracomment>
-        <translation>%1$@ 卷宗標籤不能以「%2$@」開頭。</translation>
+        <translation>%1$@ 儲存區標籤不能以「%2$@」開頭。</translation>
     </message>
     <message id="LABEL_ASCII_ONLY_FMT">
         <source>A volume label for %@ can only contain letters without accents, digits, spaces and symbols of ASCII.</source>
         <extracomment>Text of the message about a volume label with a character beyond ASCII. %@ is the file system.</extracomment>
-        <translation>%@ 卷宗標籤只能包含英文字母、數字、空格和 ASCII 符號。</translation>
+        <translation>%@ 儲存區標籤只能包含英文字母、數字、空格和 ASCII 符號。</translation>
     </message>
     <message id="LABEL_UNPRINTABLE_FMT">
         <source>A volume label for %@ must not contain control characters or the replacement character (U+FFFD).</source>
         <extracomment>Text of the message about a volume label with characters that cannot be seen or were lost. %@ is the file system. U+FFFD is the sign that stands for a character that was lost.</extracomment>
-        <translation>%@ 卷宗標籤不能包含控制字元和取代字元 (U+FFFD)。</translation>
+        <translation>%@ 儲存區標籤不能包含控制字元和取代字元 (U+FFFD)。</translation>
     </message>
     <message id="CONFIRM_FORMAT_DIALOG_TITLE">
-        <source>Do you really want to format?</source>
+        <source>Erase all data and format?</source>
         <extracomment>Title of the question before formatting. The name, size and device of what will be formatted are shown with it.</extracomment>
-        <translation>確定要格式化嗎？</translation>
+        <translation>要清除所有資料並格式化嗎？</translation>
     </message>
     <message id="CONFIRM_FORMAT_DIALOG_BODY">
         <source>Formatting erases all data on the disk or volume. This cannot be undone.</source>
         <extracomment>Text of the question before formatting.</extracomment>
-        <translation>格式化會清除此磁碟或卷宗上的所有資料。此動作無法復原。</translation>
+        <translation>格式化會清除此磁碟或儲存區上的所有資料。此動作無法復原。</translation>
     </message>
     <message id="CONFIRM_FORMAT_DIALOG_CONTINUE_BUTTON_TEXT">
         <source>&amp;Erase and Format</source>
@@ -524,14 +555,19 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <translation>裝置：</translation>
     </message>
     <message id="FORMAT_TARGET_CONTENT_CAPTION">
-        <source>Current content:</source>
+        <source>Current file system:</source>
         <extracomment>Caption in the question before formatting: the file system that will be erased.</extracomment>
-        <translation>目前的內容：</translation>
+        <translation>目前的檔案系統：</translation>
+    </message>
+    <message id="FORMAT_QUESTION_LINE_FMT">
+        <source>%@ %@</source>
+        <extracomment>A line of the question before formatting: a caption, such as “Current file system:”, and what it is. Without the space where the colon brings its own.</extracomment>
+        <translation>%@%@</translation>
     </message>
     <message id="FORMAT_TARGET_NOTHING_TEXT">
-        <source>nothing recognised</source>
-        <extracomment>Stands after “Current content:” when no known file system was found. It does not mean that there is no data.</extracomment>
-        <translation>未辨識出任何內容</translation>
+        <source>not recognized</source>
+        <extracomment>Stands after “Current file system:” when no known file system was found. It does not mean that there is no data.</extracomment>
+        <translation>無法辨識</translation>
     </message>
     <message id="ERASE_DISK_SHEET_TITLE">
         <source>Erase Disk</source>
@@ -550,22 +586,22 @@ Mounts, formats, checks and repairs disks and volumes.</source>
     </message>
     <message id="CONTENT_ENCRYPTED_TEXT">
         <source>encrypted</source>
-        <extracomment>What is on a volume in the place of a file system: it is encrypted. Stands after “File system:” and “Current content:”, and in the tool tip of a row.</extracomment>
+        <extracomment>What is on a volume in the place of a file system: it is encrypted. Stands after “File system:” and “Current file system:”, and in the tool tip of a row.</extracomment>
         <translation>已加密</translation>
     </message>
     <message id="CONTENT_LVM_TEXT">
         <source>LVM member</source>
-        <extracomment>What is on a volume in the place of a file system: it is a part of an LVM volume group. Stands after “File system:” and “Current content:”, and in the tool tip of a row.</extracomment>
+        <extracomment>What is on a volume in the place of a file system: it is a part of an LVM volume group. Stands after “File system:” and “Current file system:”, and in the tool tip of a row.</extracomment>
         <translation>LVM 成員</translation>
     </message>
     <message id="CONTENT_RAID_TEXT">
         <source>RAID member</source>
-        <extracomment>What is on a volume in the place of a file system: it is a part of a RAID array. Stands after “File system:” and “Current content:”, and in the tool tip of a row.</extracomment>
+        <extracomment>What is on a volume in the place of a file system: it is a part of a RAID array. Stands after “File system:” and “Current file system:”, and in the tool tip of a row.</extracomment>
         <translation>RAID 成員</translation>
     </message>
     <message id="CONTENT_SWAP_TEXT">
         <source>swap space</source>
-        <extracomment>What is on a volume in the place of a file system: swap space of a Linux system. Stands after “File system:” and “Current content:”, and in the tool tip of a row.</extracomment>
+        <extracomment>What is on a volume in the place of a file system: swap space of a Linux system. Stands after “File system:” and “Current file system:”, and in the tool tip of a row.</extracomment>
         <translation>置換空間</translation>
     </message>
     <message id="FORMAT_NEW_FILESYSTEM_CAPTION">
@@ -586,7 +622,7 @@ Mounts, formats, checks and repairs disks and volumes.</source>
     <message id="FORMAT_REFUSED_TITLE">
         <source>The disk or volume cannot be formatted</source>
         <extracomment>Title of the message about a disk or volume that is not formatted because it is in use.</extracomment>
-        <translation>無法格式化此磁碟或卷宗</translation>
+        <translation>無法格式化此磁碟或儲存區</translation>
     </message>
     <message id="FORMAT_REFUSED_SWAP_FMT">
         <source>“%@” is in use as swap space. Turn the swap space off first.</source>
@@ -601,7 +637,7 @@ Mounts, formats, checks and repairs disks and volumes.</source>
     <message id="FORMAT_REFUSED_LVM_FMT">
         <source>“%@” belongs to an LVM volume group that is in use. Remove it from the volume group first.</source>
         <extracomment>Why a volume is not formatted. %@ is its name.</extracomment>
-        <translation>「%@」屬於正在使用的 LVM 卷宗群組。請先將它從群組中移除。</translation>
+        <translation>「%@」屬於正在使用的 LVM 儲存區群組。請先將它從群組中移除。</translation>
     </message>
     <message id="FORMAT_REFUSED_RAID_FMT">
         <source>“%@” belongs to a RAID array that is in use. Stop the array first.</source>
@@ -629,9 +665,9 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <translation>「%@」在詢問之後已有變動。格式化之前請查看其中的內容。</translation>
     </message>
     <message id="ACTIVITY_FORMATTING_FMT">
-        <source>Formatting %@…</source>
+        <source>Formatting “%@”…</source>
         <extracomment>Shown while a volume is formatted. %@ is its name.</extracomment>
-        <translation>正在格式化 %@…</translation>
+        <translation>正在格式化「%@」…</translation>
     </message>
     <message id="CHECK_BUTTON_TITLE">
         <source>&amp;Check</source>
@@ -644,19 +680,19 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <translation>修復(&amp;R)</translation>
     </message>
     <message id="OUTPUT_ACCESSIBLE_NAME">
-        <source>Output of check and repair</source>
+        <source>Check and repair output</source>
         <extracomment>What a screen reader calls the view that shows what the checking and repairing tools print.</extracomment>
         <translation>檢查和修復的輸出</translation>
     </message>
     <message id="ACTIVITY_CHECKING_FMT">
-        <source>Checking %@…</source>
+        <source>Checking “%@”…</source>
         <extracomment>Shown while a volume is checked. %@ is its name.</extracomment>
-        <translation>正在檢查 %@…</translation>
+        <translation>正在檢查「%@」…</translation>
     </message>
     <message id="ACTIVITY_REPAIRING_FMT">
-        <source>Repairing %@…</source>
+        <source>Repairing “%@”…</source>
         <extracomment>Shown while a volume is repaired. %@ is its name.</extracomment>
-        <translation>正在修復 %@…</translation>
+        <translation>正在修復「%@」…</translation>
     </message>
 </context>
 </TS>

@@ -18,6 +18,7 @@ public:
         deliverInitialListing(true);
     }
     void unscheduleFromRunLoop() override { leave(); }
+    void refresh() override { ++m_service.m_refreshCount; }
 
     void mount(const DADiskRef &disk, quint32 options, DADiskCompletion completion) override
     {

@@ -64,6 +64,9 @@ public:
     // Requests that have not been answered, oldest first.
     const std::vector<Request> &requests() const { return m_requests; }
 
+    // How often the media were asked for again.
+    int refreshCount() const { return m_refreshCount; }
+
     // Answers the oldest request. The completion may make the next one.
     void completeRequest(const DADissenterRef &dissenter = {});
 
@@ -73,4 +76,5 @@ private:
     MemoryDiskSession *m_session = nullptr; // while it is scheduled
     std::vector<MemoryDiskRef> m_disks;
     std::vector<Request> m_requests;
+    int m_refreshCount = 0;
 };

@@ -94,7 +94,9 @@ class Volumes(DiskutilCase):
             self.assertEqual(probe(node, "VERSION"), version)
 
         before = disk.digest()
-        self.assert_exit(diskutil("verifyVolume", device), SUCCESS)
+        verified = diskutil("verifyVolume", device)
+        self.assert_exit(verified, SUCCESS)
+        self.assertNotRegex(verified.stdout, "[\\x00-\\x07\\x0b\\x0c\\x0e-\\x1f\\x7f]")
         self.assertEqual(disk.digest(), before, "a verification wrote to a sound volume")
 
         damage(disk, node)

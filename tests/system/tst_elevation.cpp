@@ -10,6 +10,7 @@
 #include <QDir>
 #include <QFile>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <algorithm>
@@ -104,6 +105,7 @@ private slots:
     void cleanup();
 
     void grantedUserGetsTheWindowAsRootAfterOneQuestion();
+    void elevatedWindowLooksAsTheUsersDesktop();
     void secondStartRaisesTheElevatedWindowWithoutAQuestion();
     void bundleOfSomebodyElseIsNotReadAsRoot();
     void refusal_data();
@@ -131,6 +133,7 @@ private:
     void addEnvironment(UserProcess &process, const QString &name, const QString &value);
     static QString visibleWindow();
     qint64 waitForWindow(uid_t user);
+    static int lightness(const QString &window);
     static void waitForSilentEnd(UserProcess &process);
     static void closeMessage(UserProcess &process);
 
@@ -205,6 +208,19 @@ qint64 ElevationTest::waitForWindow(uid_t user)
     return isFound && processes.size() == 1 ? processes.first() : 0;
 }
 
+// Of all of the window, in percent; 100 when there is no picture of it.
+int ElevationTest::lightness(const QString &window)
+{
+    QProcess picture;
+    picture.start(u"import"_s,
+        { u"-window"_s, window, u"-colorspace"_s, u"Gray"_s, u"-format"_s, u"%[fx:round(100*mean)]"_s,
+            u"info:"_s });
+    picture.waitForFinished();
+    bool isNumber = false;
+    const int mean = picture.readAllStandardOutput().trimmed().toInt(&isNumber);
+    return isNumber ? mean : 100;
+}
+
 void ElevationTest::waitForSilentEnd(UserProcess &process)
 {
     QTRY_COMPARE_WITH_TIMEOUT(process.state(), QProcess::NotRunning, startLimit);
@@ -245,10 +261,36 @@ void ElevationTest::grantedUserGetsTheWindowAsRootAfterOneQuestion()
     QCOMPARE(commandLine(elevated), (QList<QByteArray> { QFile::encodeName(program), "-elevated" }));
     QCOMPARE(agent.askedActions, QStringList { u"org.zorvex.DiskManager.run"_s });
     QVERIFY(!process.terminalOutput().contains("Authorization"));
-    // Qt would make a folder for root, which would stay, and say so.
-    QVERIFY2(!process.terminalOutput().contains("XDG_RUNTIME_DIR"), process.terminalOutput().constData());
+    // Qt tells when it makes a folder of its own in the temporary one.
+    QVERIFY2(!process.terminalOutput().contains("QStandardPaths"), process.terminalOutput().constData());
     // No bus was started for root, which would stay.
     QCOMPARE(processesOf(0, m_display, "/usr/bin/dbus-daemon"), QList<qint64>());
+}
+
+void ElevationTest::elevatedWindowLooksAsTheUsersDesktop()
+{
+    // A dark desktop of one sort, which Qt reads by itself.
+    QTemporaryDir config;
+    QVERIFY(config.isValid());
+    QVERIFY(QFile::setPermissions(
+        config.path(), QFile::permissions(config.path()) | QFile::ReadOther | QFile::ExeOther));
+    QFile settings(config.filePath(u"kdeglobals"_s));
+    QVERIFY(settings.open(QIODevice::WriteOnly));
+    for (const char *part : { "Window", "View", "Button", "Selection", "Tooltip" })
+        settings.write(
+            QByteArray("[Colors:") + part + "]\nBackgroundNormal=20,24,28\nForegroundNormal=240,240,240\n\n");
+    settings.close();
+    QVERIFY(settings.setPermissions(settings.permissions() | QFile::ReadOther));
+
+    PolkitAgent agent(m_bus, PolkitAgent::Answer::Grant);
+    UserProcess process(plainUser);
+    addEnvironment(process, u"XDG_CURRENT_DESKTOP"_s, u"KDE"_s);
+    addEnvironment(process, u"KDE_SESSION_VERSION"_s, u"5"_s);
+    addEnvironment(process, u"XDG_CONFIG_HOME"_s, config.path());
+    startAs(process, {}, &agent);
+    waitForSilentEnd(process);
+    QVERIFY(waitForWindow(0) != 0);
+    QTRY_VERIFY2_WITH_TIMEOUT(lightness(visibleWindow()) < 30, "the window is light", startLimit);
 }
 
 void ElevationTest::secondStartRaisesTheElevatedWindowWithoutAQuestion()

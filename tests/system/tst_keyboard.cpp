@@ -238,8 +238,8 @@ void TestKeyboard::everyValueOfAVolume()
         { u"Whole device:"_s, u"^No$"_s },
         { u"Removable:"_s, u"^Yes$"_s },
         { u"Ejectable:"_s, u"^Yes$"_s },
-        { u"Content:"_s, u'^' + QLatin1String(LoopDisk::linuxType) + u'$' },
-        { u"Preferred block size:"_s, u"^512 bytes$"_s },
+        { u"Content type:"_s, u'^' + QLatin1String(LoopDisk::linuxType) + u'$' },
+        { u"Block size:"_s, u"^512 bytes$"_s },
     };
     QSet<QString> places;
     for (const auto &[caption, pattern] : values) {
@@ -293,11 +293,11 @@ void TestKeyboard::everyOutletOfAVolume()
     QCOMPARE(unnamed(), QString());
 
     QVERIFY(press(u"Right"_s));
-    QTRY_VERIFY_WITH_TIMEOUT(is(u"text"_s, u"Output of check and repair"_s, State::Showing), limit);
+    QTRY_VERIFY_WITH_TIMEOUT(is(u"text"_s, u"Check and repair output"_s, State::Showing), limit);
     faults = faultsOf({
         { "push button", u"Check"_s },
         { "push button", u"Repair"_s },
-        { "text", u"Output of check and repair"_s },
+        { "text", u"Check and repair output"_s },
     });
     QVERIFY2(faults.isEmpty(), qPrintable(faults));
     QCOMPARE(unnamed(), QString());
@@ -340,7 +340,7 @@ void TestKeyboard::volumeIsUnmountedMountedAndCheckedByKeyboard()
 
     QVERIFY(press(u"ctrl+k"_s));
     const auto output = [this] {
-        const auto view = m_tree->find(u"text"_s, u"Output of check and repair"_s);
+        const auto view = m_tree->find(u"text"_s, u"Check and repair output"_s);
         return view && view->has(State::Showing) ? m_tree->textOf(*view) : QString();
     };
     QTRY_VERIFY2_WITH_TIMEOUT(output().contains(u"Finished file system verification on disk"_s),

@@ -181,8 +181,7 @@ void TestWindowOperations::blankPartitionIsFormatted()
     askToFormat();
     QCOMPARE(window.sheets().size(), 1);
     const QString question = window.sheets().constFirst()->informativeText();
-    for (const QString &words :
-        { u"nothing recognised"_s, u"New file system: ext4"_s, u"New label: Fresh"_s })
+    for (const QString &words : { u"not recognized"_s, u"New file system: ext4"_s, u"New label: Fresh"_s })
         QVERIFY2(question.contains(words), qPrintable(question));
 
     // While the question is open, somebody else makes use of the partition.

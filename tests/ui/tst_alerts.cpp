@@ -118,6 +118,7 @@ void TestAlerts::errorIsAWarningSheetWithOneButton()
     QVERIFY(test->controller().alertInProgress);
     QCOMPARE(test->sheets().size(), 1);
     const AlertSheet *const sheet = test->sheets().constFirst();
+    QCOMPARE(sheet->windowTitle(), u"Zorvex Disk Manager"_s);
     QCOMPARE(sheet->text(), u"Title"_s);
     QCOMPARE(sheet->informativeText(), u"Text"_s);
     QCOMPARE(sheet->icon(), QMessageBox::Warning);

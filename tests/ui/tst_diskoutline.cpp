@@ -14,7 +14,9 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMimeData>
+#include <QScreen>
 #include <QScrollBar>
+#include <QStyleFactory>
 #include <QTabWidget>
 #include <QTest>
 
@@ -55,6 +57,10 @@ private Q_SLOTS:
     void mirroredViewFillsItsContainer();
     void plainViewIsNotFittedToItsContainer();
     void rowStaysWhileAssistiveTechnologiesAskAboutIt();
+    void allOfARowIsDrawnWhenTheSelectionChanges_data();
+    void allOfARowIsDrawnWhenTheSelectionChanges();
+    void selectedRowOfAnInactiveWindowIsReadable_data();
+    void selectedRowOfAnInactiveWindowIsReadable();
 };
 
 namespace {
@@ -693,6 +699,80 @@ void TestDiskOutline::rowStaysWhileAssistiveTechnologiesAskAboutIt()
         QCOMPARE(QAccessible::accessibleInterface(id), told);
     }
     QAccessible::setActive(false);
+}
+
+void TestDiskOutline::allOfARowIsDrawnWhenTheSelectionChanges_data()
+{
+    QTest::addColumn<QString>("localization");
+    QTest::newRow("left to right") << u"en"_s;
+    QTest::newRow("right to left") << u"ar"_s;
+}
+
+void TestDiskOutline::allOfARowIsDrawnWhenTheSelectionChanges()
+{
+    QFETCH(QString, localization);
+    TestController test(localization);
+    test.launch();
+    addDiskWithVolume(test);
+    QVERIFY(QTest::qWaitForWindowActive(&test.window()));
+    OutlineView *const view = test.controller().leftOutlineView;
+    view->setFocus();
+    // What stands on the screen, and what would if all of the view were drawn.
+    const auto onScreen = [&] {
+        const QRect area(view->viewport()->mapTo(&test.window(), QPoint()), view->viewport()->size());
+        return test.window()
+            .screen()
+            ->grabWindow(test.window().winId(), area.x(), area.y(), area.width(), area.height())
+            .toImage()
+            .convertToFormat(QImage::Format_RGB32);
+    };
+    const auto drawn
+        = [&] { return view->viewport()->grab().toImage().convertToFormat(QImage::Format_RGB32); };
+    QTRY_COMPARE(onScreen(), drawn());
+    for (const int row : { 1, 0, 1 }) {
+        const QImage before = onScreen();
+        view->selectRow(row);
+        QTRY_VERIFY(onScreen() != before);
+        QCOMPARE(onScreen(), drawn());
+    }
+}
+
+void TestDiskOutline::selectedRowOfAnInactiveWindowIsReadable_data()
+{
+    QTest::addColumn<QString>("style");
+    for (const QString &style : QStyleFactory::keys())
+        QTest::newRow(qPrintable(style)) << style;
+}
+
+void TestDiskOutline::selectedRowOfAnInactiveWindowIsReadable()
+{
+    QFETCH(QString, style);
+    TestController test;
+    test.launch();
+    addDiskWithVolume(test);
+    OutlineView *const view = test.controller().leftOutlineView;
+    const std::unique_ptr<QStyle> drawing(QStyleFactory::create(style));
+    view->setStyle(drawing.get());
+    // As some desktops have it: dark and light, and the other way round in an inactive window.
+    QPalette palette = view->palette();
+    palette.setColor(QPalette::Active, QPalette::Highlight, Qt::darkBlue);
+    palette.setColor(QPalette::Active, QPalette::HighlightedText, Qt::white);
+    palette.setColor(QPalette::Inactive, QPalette::Highlight, QColor(240, 240, 250));
+    palette.setColor(QPalette::Inactive, QPalette::HighlightedText, Qt::black);
+    view->setPalette(palette);
+    test.select(u"disk2"_s);
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&other));
+    QVERIFY(!view->isActiveWindow());
+    const QRect cell = view->frameOfCellAtColumn(0, 0);
+    const QRect row(0, cell.top(), view->viewport()->width(), cell.height());
+    const QImage image = view->viewport()->grab(row).toImage();
+    // A pixel that nothing but the selection reaches.
+    const QColor fill = image.pixelColor(image.width() - 5, image.height() / 2);
+    QVERIFY2(fill.lightness() < 128, qPrintable(fill.name()));
+    view->setStyle(nullptr);
 }
 
 QTEST_MAIN(TestDiskOutline)

@@ -213,7 +213,7 @@ void TestFormat::confirmationSaysWhatIsThereAndWhatWillBe_data()
     const auto row
         = [](const char *name, const ProbedContent &content, const QString &typed, const QString &words,
               const QString &label) { QTest::newRow(name) << content << typed << words << label; };
-    row("nothing", {}, QString(), u"nothing recognised"_s, u"Untitled"_s);
+    row("nothing", {}, QString(), u"not recognized"_s, u"Untitled"_s);
     row("file system", { Found::Filesystem, u"vfat"_s }, u"My Data"_s, u"fat three"_s, u"My Data"_s);
     row("encrypted", { Found::Encrypted, u"crypto_LUKS"_s }, u"a"_s, u"encrypted"_s, u"a"_s);
     row("LVM", { Found::LvmMember, u"LVM2_member"_s }, u"a"_s, u"LVM member"_s, u"a"_s);
@@ -238,7 +238,7 @@ void TestFormat::confirmationSaysWhatIsThereAndWhatWillBe()
     test.service.changeDisk(test.volume);
     test.press(u"zorvex_ntfs"_s, typed);
     const QString text = test.alertText();
-    QVERIFY2(text.contains(u"Current content: "_s + words + u'\n'), qPrintable(text));
+    QVERIFY2(text.contains(u"Current file system: "_s + words + u'\n'), qPrintable(text));
     QVERIFY2(text.endsWith(u"New file system: zorvex_ntfs\nNew label: "_s + label), qPrintable(text));
 }
 

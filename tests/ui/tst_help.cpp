@@ -402,6 +402,14 @@ void TestHelp::aboutPanelTellsTheVersion()
     const QString text = panel->informativeText();
     QVERIFY2(text.contains(u"12.34.56"_s), qPrintable(text));
     QVERIFY2(!text.contains(u"%@"_s), qPrintable(text));
+    QVERIFY2(text.contains(u"MIT"_s), qPrintable(text));
+    // The address that the packages and software centres give.
+    QFile metainfo(QStringLiteral(ZORVEX_METAINFO));
+    QVERIFY(metainfo.open(QIODevice::ReadOnly));
+    const QString home
+        = QString::fromUtf8(metainfo.readAll()).section(u"homepage\">"_s, 1).section(u'<', 0, 0);
+    QVERIFY(home.startsWith("https://"_L1));
+    QVERIFY2(text.contains(home), qPrintable(text));
 }
 
 void TestHelp::aboutPanelBlocksNothing()

@@ -58,6 +58,7 @@ public:
     ~CountingSession() override { m_calls += u"release"_s; }
     void scheduleWithRunLoop() override { m_calls += u"schedule"_s; }
     void unscheduleFromRunLoop() override { m_calls += u"unschedule"_s; }
+    void refresh() override { }
     void mount(const DADiskRef &, quint32, DADiskCompletion) override { }
     void mountAgain(const DADiskRef &, const QString &, const QStringList &, DADiskCompletion) override { }
     void unmount(const DADiskRef &, quint32, DADiskCompletion) override { }
@@ -107,6 +108,7 @@ public:
         deliverAppeared(makePartition(u"disk2s1"_s, 1024));
     }
     void unscheduleFromRunLoop() override { }
+    void refresh() override { }
     void mount(const DADiskRef &, quint32, DADiskCompletion) override { }
     void mountAgain(const DADiskRef &, const QString &, const QStringList &, DADiskCompletion) override { }
     void unmount(const DADiskRef &, quint32, DADiskCompletion) override { }

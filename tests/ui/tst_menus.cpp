@@ -9,8 +9,10 @@
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
+#include <QComboBox>
 #include <QContextMenuEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
@@ -59,6 +61,11 @@ private Q_SLOTS:
     void menuOfARowOpensByKey();
     void nameOfARowIsCopied();
     void labelIsCopied();
+    void fieldIsEditedFromTheMenu();
+    void devicePathIsCopied();
+    void keysShowThePages();
+    void refreshReadsBundlesAndDisks_data();
+    void refreshReadsBundlesAndDisks();
 };
 
 void TestMenus::menuItemsFollowTheirButtons()
@@ -222,18 +229,18 @@ void TestMenus::menusShowTheirShortcuts()
     TestController test;
     test.launch();
     const QStringList operations { u"Mount|Ctrl+E"_s, u"Eject|Ctrl+Shift+E"_s, u"Format…|Ctrl+Shift+F"_s,
-        u"Erase Disk…|"_s, u"Check|Ctrl+K"_s, u"Repair|Ctrl+R"_s };
+        u"Erase Disk…|"_s, u"Check|Ctrl+K"_s, u"Repair|"_s };
     const QString show = u"Show in File Manager|Ctrl+Return"_s;
     QCOMPARE(titlesOf(test.window().findChild<QMenu *>(u"diskMenu"_s)), operations + QStringList { show });
     QCOMPARE(titlesOf(test.window().findChild<QMenu *>(u"rowMenu"_s)),
-        operations + QStringList({ u"Copy|Ctrl+C"_s, show }));
+        operations + QStringList({ u"Copy|Ctrl+C"_s, u"Copy Device Path|"_s, show }));
     QCOMPARE(test.window().menuBar()->actions().size(), 4);
     QSet<QKeySequence> shortcuts;
     for (const QAction *action : test.window().findChildren<QAction *>()) {
-        if (action->shortcut().isEmpty())
-            continue;
-        QVERIFY2(!shortcuts.contains(action->shortcut()), qPrintable(action->text()));
-        shortcuts.insert(action->shortcut());
+        for (const QKeySequence &shortcut : action->shortcuts()) {
+            QVERIFY2(!shortcuts.contains(shortcut), qPrintable(action->text()));
+            shortcuts.insert(shortcut);
+        }
     }
 }
 
@@ -306,6 +313,118 @@ void TestMenus::labelIsCopied()
     QTRY_COMPARE(QGuiApplication::focusObject(), test.controller().bsdNameLabel);
     test.action(u"actionCopy"_s)->trigger();
     QCOMPARE(QGuiApplication::clipboard()->text(), u"disk2s1"_s);
+}
+
+void TestMenus::fieldIsEditedFromTheMenu()
+{
+    TestController test;
+    writeWholeBundle(test.localDirectory(), u"NTFS"_s, u"NTFS"_s);
+    test.launch();
+    test.add(makeMountedVolume());
+    test.select(u"disk2s1"_s);
+    test.controller().rightTabView->setCurrentWidget(test.controller().formatTab);
+    QLineEdit *const field = test.controller().formatVolumeLabelField;
+    auto *menu = test.window().findChild<QMenu *>(u"editMenu"_s);
+    // Undo, cut, paste.
+    const auto enabled = [&] {
+        menu->popup({});
+        menu->close();
+        QList<bool> states;
+        for (const char *name : { "actionUndo", "actionCut", "actionPaste" })
+            states.append(test.action(QLatin1String(name))->isEnabled());
+        return states;
+    };
+    QVERIFY(QTest::qWaitForWindowActive(&test.window()));
+    QGuiApplication::clipboard()->setText(u"PASTED"_s);
+    test.controller().leftOutlineView->setFocus();
+    QCOMPARE(enabled(), (QList<bool> { false, false, false }));
+    field->setFocus();
+    field->setText(u"OLD"_s);
+    QCOMPARE(enabled(), (QList<bool> { false, false, true }));
+    test.action(u"actionSelectAll"_s)->trigger();
+    QCOMPARE(enabled(), (QList<bool> { false, true, true }));
+    test.action(u"actionPaste"_s)->trigger();
+    QCOMPARE(field->text(), u"PASTED"_s);
+    QCOMPARE(enabled(), (QList<bool> { true, false, true }));
+    test.action(u"actionUndo"_s)->trigger();
+    QCOMPARE(field->text(), u"OLD"_s);
+    field->selectAll();
+    QVERIFY(enabled().at(1));
+    test.action(u"actionCut"_s)->trigger();
+    QCOMPARE(field->text(), QString());
+    QCOMPARE(QGuiApplication::clipboard()->text(), u"OLD"_s);
+    QCOMPARE(titlesOf(menu),
+        (QStringList { u"Undo|Ctrl+Z"_s, u"Cut|Ctrl+X"_s, u"Copy|Ctrl+C"_s, u"Paste|Ctrl+V"_s,
+            u"Select All|Ctrl+A"_s }));
+}
+
+void TestMenus::devicePathIsCopied()
+{
+    TestController test;
+    test.launch();
+    const MemoryDiskRef volume = makeMountedVolume();
+    volume->node = u"/dev/sdx1"_s;
+    test.add(volume);
+    const MemoryDiskRef other = makePartition(u"disk2s2"_s, 2048);
+    other->node.clear();
+    test.add(other);
+    test.select(u"disk2s1"_s);
+    QAction *const copy = test.action(u"actionCopyDevicePath"_s);
+    QVERIFY(copy->isEnabled());
+    copy->trigger();
+    QCOMPARE(QGuiApplication::clipboard()->text(), u"/dev/sdx1"_s);
+    test.select(u"disk2s2"_s);
+    QVERIFY(!copy->isEnabled());
+}
+
+void TestMenus::keysShowThePages()
+{
+    TestController test;
+    writeWholeBundle(test.localDirectory(), u"NTFS"_s, u"NTFS"_s);
+    test.launch();
+    test.add(makeMountedVolume());
+    test.select(u"disk2s1"_s);
+    ZorvexDiskManagerAppDelegate &controller = test.controller();
+    controller.leftOutlineView->setFocus();
+    QVERIFY(QTest::qWaitForWindowActive(&test.window()));
+    const auto press
+        = [&test](Qt::Key key) { QTest::keyClick(test.window().windowHandle(), key, Qt::ControlModifier); };
+    press(Qt::Key_3);
+    QCOMPARE(controller.rightTabView->currentWidget(), controller.maintenanceTab);
+    press(Qt::Key_2);
+    QCOMPARE(controller.rightTabView->currentWidget(), controller.formatTab);
+    press(Qt::Key_1);
+    QCOMPARE(controller.rightTabView->currentWidget(), controller.infoTab);
+    // A page that is not there.
+    test.controller().leftOutlineView->selectRow(-1);
+    press(Qt::Key_3);
+    QCOMPARE(controller.rightTabView->currentWidget(), controller.infoTab);
+}
+
+void TestMenus::refreshReadsBundlesAndDisks_data()
+{
+    QTest::addColumn<QKeyCombination>("keys");
+    QTest::newRow("F5") << QKeyCombination(Qt::Key_F5);
+    QTest::newRow("Ctrl+R") << (Qt::CTRL | Qt::Key_R);
+}
+
+void TestMenus::refreshReadsBundlesAndDisks()
+{
+    QFETCH(QKeyCombination, keys);
+    TestController test;
+    writeWholeBundle(test.localDirectory(), u"NTFS"_s, u"NTFS"_s);
+    test.launch();
+    test.add(makeMountedVolume());
+    test.select(u"disk2s1"_s);
+    QVERIFY(QTest::qWaitForWindowActive(&test.window()));
+    writeWholeBundle(test.localDirectory(), u"another"_s, u"Another"_s);
+    QCOMPARE(test.controller().formatFilesystemsPopupButton->count(), 1);
+    QTest::keyClick(test.window().windowHandle(), keys.key(), keys.keyboardModifiers());
+    QCOMPARE(test.controller().formatFilesystemsPopupButton->count(), 2);
+    QCOMPARE(test.service.refreshCount(), 1);
+    // Nothing is asked of a disk.
+    QVERIFY(test.service.requests().empty());
+    QVERIFY(!test.recordOf(u"disk2s1"_s)->operationInProgress);
 }
 
 QTEST_MAIN(TestMenus)

@@ -104,6 +104,7 @@ void TestPassphrase::questionSaysWhichVolume()
     v.ask(false);
     QVERIFY(v.sheet()->isVisible());
     QCOMPARE(v.sheet()->windowModality(), Qt::WindowModal);
+    QCOMPARE(v.sheet()->windowTitle(), u"Zorvex Disk Manager"_s);
     QCOMPARE(v.text(u"titleLabel"_s), u"Unlock the volume?"_s);
     QCOMPARE(v.text(u"volumeLabel"_s), u"20 GB on Blue Stick, /dev/sdb3"_s);
     QCOMPARE(v.text(u"wrongPassphraseLabel"_s), QString());

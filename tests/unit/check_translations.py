@@ -25,15 +25,16 @@ MENU_BAR = ("FILE_MENU_TITLE", "EDIT_MENU_TITLE", "DISK_MENU_TITLE", "HELP_MENU_
 MOUNT_BUTTON = ("MOUNT_BUTTON_TITLE", "UNMOUNT_BUTTON_TITLE", "EJECT_BUTTON_TITLE")
 # The Disk menu has the same items but the one that copies.
 ROW_MENU = ("FORMAT_MENU_ITEM_TITLE", "ERASE_DISK_MENU_ITEM_TITLE", "CHECK_MENU_ITEM_TITLE", "REPAIR_MENU_ITEM_TITLE",
-            "COPY_MENU_ITEM_TITLE", "SHOW_IN_FILE_MANAGER_MENU_ITEM_TITLE")
+            "COPY_MENU_ITEM_TITLE", "COPY_DEVICE_PATH_MENU_ITEM_TITLE", "SHOW_IN_FILE_MANAGER_MENU_ITEM_TITLE")
 TAB_PAGES = {
     "Info page": (),
     "Format page": ("FORMAT_FILESYSTEM_CAPTION", "FORMAT_LABEL_CAPTION", "FORMAT_BUTTON_TITLE"),
     "Maintenance page": ("CHECK_BUTTON_TITLE", "REPAIR_BUTTON_TITLE"),
 }
 MNEMONIC_CONTEXTS = {
-    "File menu": ("CLOSE_MENU_ITEM_TITLE", "QUIT_MENU_ITEM_TITLE"),
-    "Edit menu": ("COPY_MENU_ITEM_TITLE", "SELECT_ALL_MENU_ITEM_TITLE"),
+    "File menu": ("REFRESH_MENU_ITEM_TITLE", "CLOSE_MENU_ITEM_TITLE", "QUIT_MENU_ITEM_TITLE"),
+    "Edit menu": ("UNDO_MENU_ITEM_TITLE", "CUT_MENU_ITEM_TITLE", "COPY_MENU_ITEM_TITLE", "PASTE_MENU_ITEM_TITLE",
+                  "SELECT_ALL_MENU_ITEM_TITLE"),
     "Help menu": ("MANUAL_MENU_ITEM_TITLE", "ABOUT_MENU_ITEM_TITLE"),
     "forced unmount question": ("FORCE_UNMOUNT_BUTTON_TITLE", "CANCEL_UNMOUNT_BUTTON_TITLE"),
     "question for a passphrase": ("UNLOCK_BUTTON_TITLE", "CANCEL_UNLOCK_BUTTON_TITLE"),
@@ -48,6 +49,20 @@ MNEMONIC_CONTEXTS = {
     f"{page} with {button}": MENU_BAR + (button,) + keys
     for page, keys in TAB_PAGES.items() for button in MOUNT_BUTTON
 }
+
+# What the desktop shows is there for whoever gets a table: Portuguese of any region gets pt_BR, Hong Kong gets zh_TW.
+ALSO_SERVED = {"pt_BR": "pt", "zh_TW": "zh_HK"}
+DESKTOP_TEXTS = {
+    "resources/desktop/org.zorvex.DiskManager.desktop": re.compile(r"^Comment\[(\w+)\]=", re.MULTILINE),
+    "resources/desktop/org.zorvex.DiskManager.metainfo.xml": re.compile(r'<summary xml:lang="(\w+)"'),
+    "resources/polkit/org.zorvex.DiskManager.policy": re.compile(r'<message xml:lang="(\w+)"'),
+}
+
+# What a label must not contain, with spaces between.
+LIST_OF_SIGNS = '" * / : < > ? \\ |'
+
+# How a caption ends that ends in a colon.
+COLONS = {"fr": "\u00a0:", "zh_CN": "：", "zh_TW": "："}
 
 Message = collections.namedtuple("Message", "key source comment translation finished")
 
@@ -173,6 +188,28 @@ def mnemonic_faults(language, table):
                 yield f"{language}: {' and '.join(claimants)} share the letter {letter} on the {context}."
 
 
+def punctuation_faults(language, table, english):
+    for key in table.keys() & english.keys():
+        text, original = table[key].translation, english[key].translation
+        colon = COLONS.get(language, ":")
+        if original.endswith(":") and not text.endswith(colon):
+            yield f"{language}: {key} must end in “{colon}”."
+        if ("…" in original) != ("…" in text):
+            yield f"{language}: {key} must have an ellipsis as the English text, or none."
+        if language == "fr" and re.search(r" [:;?!»]|« ", text.replace(LIST_OF_SIGNS, "")):
+            yield f"fr: {key} has a space that breaks beside a sign."
+
+
+def desktop_faults(root, languages):
+    expected = (set(languages) | {ALSO_SERVED[language] for language in languages if language in ALSO_SERVED})
+    expected.discard(SOURCE_LANGUAGE)
+    for name, pattern in DESKTOP_TEXTS.items():
+        path = root / name
+        found = set(pattern.findall(path.read_text(encoding="utf-8"))) if path.exists() else expected
+        for language in sorted(expected ^ found):
+            yield f"{name}: {language} is {'missing' if language in expected else 'there without a table'}."
+
+
 def usage_faults(used, keys):
     for key in used.keys() - keys:
         yield f"{used[key]}: {key} is used, and no table has it."
@@ -191,6 +228,8 @@ def faults(root):
         yield from table_faults(language, messages[language])
         yield from comparison_faults(language, tables[language], tables[SOURCE_LANGUAGE])
         yield from mnemonic_faults(language, tables[language])
+        yield from punctuation_faults(language, tables[language], tables[SOURCE_LANGUAGE])
+    yield from desktop_faults(root, tables)
     yield from usage_faults(used_keys(root), tables[SOURCE_LANGUAGE].keys())
 
 

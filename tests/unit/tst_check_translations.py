@@ -168,6 +168,29 @@ class CheckTranslationsTest(unittest.TestCase):
             {"key": "HELLO_TEXT", "text": "Hallo"}, {"key": "HELLO_TEXT", "text": "Hallo"},
             {"key": "SPACE_FMT", "text": "%@ von %@"}]))
 
+    def test_caption_without_its_colon(self):
+        self.set_both("NAME_CAPTION", "Name:", "Name")
+        self.assertIn("de: NAME_CAPTION must end in “:”.", self.check())
+
+    def test_ellipsis_is_lost(self):
+        self.set_both("ACTIVITY_TEXT", "Checking…", "Prüfen")
+        self.assertIn("de: ACTIVITY_TEXT must have an ellipsis", self.check())
+
+    def test_french_space_that_breaks(self):
+        self.check()
+        for text, is_fault in [("Bonjour\u00a0:", False), ("Bonjour :", True), ("Bonjour\u202f?", False), ("« Bonjour", True)]:
+            self.write_table("fr", [{"key": "HELLO_TEXT", "text": text}, {"key": "SPACE_FMT", "text": "%@ de %@"}])
+            self.assertEqual("fr: HELLO_TEXT has a space that breaks" in self.run_check(), is_fault, text)
+
+    def test_languages_of_the_desktop_entry(self):
+        name = "resources/desktop/org.zorvex.DiskManager.desktop"
+        self.write(name, "Comment=Disks\nComment[de]=Platten\n")
+        self.assertEqual(self.check(), "")
+        self.write(name, "Comment=Disks\nComment[nl]=Schijven\n")
+        found = self.check()
+        self.assertIn(f"{name}: de is missing.", found)
+        self.assertIn(f"{name}: nl is there without a table.", found)
+
     def test_english_text_has_changed(self):
         self.assertIn("de: HELLO_TEXT was translated from another English text than “Hello”.", self.check([
             {"key": "HELLO_TEXT", "text": "Hallo", "source": "Good day"},

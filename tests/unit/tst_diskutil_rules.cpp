@@ -2,6 +2,7 @@
 #include "filesystems/LabelRule.h"
 #include "tools/diskutil/CommandLine.h"
 #include "tools/diskutil/Medium.h"
+#include "tools/diskutil/OutputFilter.h"
 #include "tools/diskutil/Personality.h"
 #include "tools/diskutil/preflight_rules.h"
 
@@ -77,6 +78,7 @@ class TestDiskutilRules : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void outputHasNoControlCharacters();
     void commandLine_data();
     void commandLine();
     void commandLineThatMakesNoSense_data();
@@ -103,6 +105,26 @@ private Q_SLOTS:
     void schemesOfDisks();
     void scriptsForTheTable();
 };
+
+void TestDiskutilRules::outputHasNoControlCharacters()
+{
+    const auto filtered = [](const QByteArrayList &pieces) {
+        OutputFilter filter;
+        QByteArray result;
+        for (const QByteArray &piece : pieces)
+            result += filter.next(piece);
+        return result;
+    };
+    QCOMPARE(filtered({ "\001\002Pass 2\n" }), QByteArray("Pass 2\n")); // e2fsck, around its progress
+    QCOMPARE(filtered({ "10%\r20%\b\b\b30%\tdone\n" }), QByteArray("10%\r20%\b\b\b30%\tdone\n"));
+    QCOMPARE(filtered({ "\033[2Ja\177b" }), QByteArray("[2Jab"));
+    QCOMPARE(filtered({ QByteArray("a\0b", 3) }), QByteArray("ab"));
+    QCOMPARE(filtered({ "a\302\233b" }), QByteArray("ab"));
+    QCOMPARE(filtered({ "a\302", "\233b" }), QByteArray("ab"));
+    QCOMPARE(
+        filtered({ "Gr\303\266\303\237e \302", "\261\n" }), QByteArray("Gr\303\266\303\237e \302\261\n"));
+    QCOMPARE(filtered({ "\302\302\261" }), QByteArray("\302\302\261")); // not UTF-8, and no control character
+}
 
 void TestDiskutilRules::commandLine_data()
 {

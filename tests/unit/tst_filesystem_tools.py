@@ -72,7 +72,7 @@ class FilesystemTools(unittest.TestCase):
         self.device.touch()
         self.programs = self.folder / "programs"
         self.programs.mkdir()
-        for program in ["dirname", "grep", "sed", "stdbuf", "tee"]:
+        for program in ["dirname", "grep", "perl", "sed", "stdbuf", "tee"]:
             (self.programs / program).symlink_to(shutil.which(program))
 
     def plan(self, tool, *lines):
@@ -277,7 +277,17 @@ class FilesystemTools(unittest.TestCase):
             self.plan("ntfsinfo")
             self.plan("ntfsresize", full)
             self.assertEqual(self.run_it("ntfs/verify"), result, self.output)
-            self.assertIn("ERROR: Volume is full", self.output)
+            self.assertNotIn("ERROR: Volume is full", self.output)
+            self.assertIn("The volume is full, which is no error.", self.output)
+
+    def test_a_check_of_ntfs_gives_no_advice_for_resizing(self):
+        self.plan("ntfsfix")
+        self.plan("ntfsinfo")
+        self.plan("ntfsresize", "printf 'Checking filesystem consistency ...\\n  0.00 percent\\r100.00 percent\\n"
+                  "Collecting resizing constraints ...\\nYou might resize at 2564096 bytes or 3 MB (freeing 18 MB).\\n"
+                  "Please make a test run using both the -n and -s options before real resizing!\\nYou see\\nPlease'")
+        self.assertEqual(self.run_it("ntfs/verify"), CLEAN)
+        self.assertEqual(self.output, "Checking filesystem consistency ...\n  0.00 percent\r100.00 percent\nYou see\nPlease")
 
     def test_output_comes_as_the_tool_writes_it(self):
         os.mkfifo(self.folder / "go")

@@ -123,6 +123,8 @@ private Q_SLOTS:
     void signalsOfOthersAreNotHeard();
     void mediumThatIsTakenOutTakesItsPartitionsAlong();
     void serviceThatRestartsReportsEverythingAnew();
+    void refreshReportsWhatNoSignalTold();
+    void refreshReportsNothingTwice();
     void mountReadsTheMountPointsBeforeItCompletes();
     void mountOptionsGoByTheVersionOfTheService_data();
     void mountOptionsGoByTheVersionOfTheService();
@@ -321,6 +323,33 @@ void TestUDisksSession::serviceThatRestartsReportsEverythingAnew()
     test.events.clear();
     test.fake.start();
     QTRY_COMPARE(test.events, list({ "+disk2", "+disk2s1" }));
+}
+
+void TestUDisksSession::refreshReportsWhatNoSignalTold()
+{
+    SessionTest test;
+    test.start();
+    test.fake.changeProperties(volumePath, UDisks::filesystem, mountPoints({ u"/media/A"_s }), Tell::No);
+    test.fake.addInterfaces(secondPath, fakePartition(u"fake2p2"_s, 2, u"B"_s), Tell::No);
+    test.session->refresh();
+    QTRY_COMPARE(test.events, list({ "~disk2s1", "+disk2s2" }));
+    test.events.clear();
+    test.fake.removeInterfaces(
+        secondPath, { UDisks::block, UDisks::partition, UDisks::filesystem }, Tell::No);
+    test.session->refresh();
+    QTRY_COMPARE(test.events, list({ "-disk2s2" }));
+}
+
+// What is the same is not reported again.
+void TestUDisksSession::refreshReportsNothingTwice()
+{
+    SessionTest test;
+    test.start();
+    const int listings = test.fake.listings;
+    test.session->refresh();
+    QTRY_COMPARE(test.fake.listings, listings + 1);
+    test.fake.changeProperties(volumePath, UDisks::filesystem, mountPoints({ u"/media/A"_s }), Tell::Yes);
+    QTRY_COMPARE(test.events, list({ "~disk2s1" }));
 }
 
 void TestUDisksSession::mountReadsTheMountPointsBeforeItCompletes()

@@ -9,6 +9,7 @@
 #include "tools/diskutil/Console.h"
 #include "tools/diskutil/DiskJob.h"
 #include "tools/diskutil/EncryptionJob.h"
+#include "tools/diskutil/OutputFilter.h"
 #include "tools/diskutil/Privilege.h"
 #include "tools/diskutil/ToolProcess.h"
 #include "tools/diskutil/VolumeJob.h"
@@ -56,7 +57,8 @@ public:
         : m_line(std::move(line))
         , m_console(console)
         , m_session(createDiskArbitrationSession(volumeClaimReader(filesystemDirectories())))
-        , m_tools([&console](const QByteArray &bytes) { console.pass(bytes); })
+        , m_tools([&console, filter = OutputFilter()](
+                      const QByteArray &bytes) mutable { console.pass(filter.next(bytes)); })
     {
     }
 
