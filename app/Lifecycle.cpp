@@ -8,6 +8,7 @@
 #include "ui/LinkTextView.h"
 #include "ui/OutlineView.h"
 #include "ui/OutputView.h"
+#include "ui/Units.h"
 
 #include <QApplication>
 #include <QEvent>
@@ -16,13 +17,14 @@
 #include <QScreen>
 #include <QTabWidget>
 
+#include <algorithm>
 #include <limits>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-// Of the part of the window below its menus.
+// Of the part of the window below its menus, at the usual text size.
 constexpr QSize initialContentSize { 800, 450 };
 constexpr QSize minimumContentSize { 720, 420 };
 
@@ -30,6 +32,13 @@ constexpr QSize minimumContentSize { 720, 420 };
 int menuHeight(const QMainWindow &window)
 {
     return window.layout()->totalMinimumSize().height() - window.layout()->minimumSize().height();
+}
+
+// So much room for a larger text, as far as the screen has it.
+QSize grownWithText(const QSize &usual, const QScreen *screen)
+{
+    const QSize grown = usual * std::max(textScale(), 1.0);
+    return screen ? grown.boundedTo(screen->availableSize().expandedTo(usual)) : grown;
 }
 
 void logNoSession()
@@ -86,22 +95,26 @@ void ZorvexDiskManagerAppDelegate::awakeFromNib()
         mountUnmountButton->setImagePosition(ImageButton::ImagePosition::Right);
         mountUnmountButton->setTextAlignment(Qt::AlignRight);
     }
-    const int firstPaneWidth = mainSplitView->sizes().constFirst();
+    const int treeWidth = outlineViewContainer->width();
 
     connect(infoMountedPathView, &LinkTextView::selectionDidChange, this,
         &ZorvexDiskManagerAppDelegate::textViewDidChangeSelection);
     infoMountedPathView->installEventFilter(this);
     window->installEventFilter(this);
 
-    window->centralWidget()->setMinimumSize(minimumContentSize);
     const int menus = menuHeight(*window);
-    window->resize(initialContentSize.grownBy({ 0, menus, 0, 0 }));
+    const QSize contentSize = grownWithText(initialContentSize, window->screen());
+    window->centralWidget()->setMinimumSize(grownWithText(minimumContentSize, window->screen()));
+    window->resize(contentSize.grownBy({ 0, menus, 0, 0 }));
     if (const QScreen *screen = window->screen())
         window->move(screen->availableGeometry().center() - window->rect().center());
     // A window that is not shown yet lays itself out later; the pane needs the new room now.
-    window->layout()->setGeometry(QRect(QPoint(0, menus), initialContentSize));
+    window->layout()->setGeometry(QRect(QPoint(0, menus), contentSize));
     window->centralWidget()->layout()->activate();
-    mainSplitView->setFirstPaneWidth(firstPaneWidth);
+    const int grownTreeWidth = treeWidth * contentSize.width() / initialContentSize.width();
+    mainSplitView->setFirstPaneWidth(isRightToLeftLocalization()
+            ? contentSize.width() - grownTreeWidth - mainSplitView->handleWidth()
+            : grownTreeWidth);
 }
 
 void ZorvexDiskManagerAppDelegate::applicationDidFinishLaunching()

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/MainWindow.h"
 
+#include "app/WindowGrid.h"
 #include "app/ZorvexDiskManagerAppDelegate.h"
 #include "ui/FlippedOutlineView.h"
 #include "ui/ImageAndTextCell.h"
@@ -18,7 +19,7 @@
 
 namespace {
 
-constexpr int initialTreeWidth = 240;
+constexpr int initialTreeWidth = 232;
 
 // The mirrored layout uses another outline view than the plain one.
 OutlineView *outlineViewFor(bool isRightToLeft, const Ui::MainWindow &ui)
@@ -54,6 +55,19 @@ void setOutlets(ZorvexDiskManagerAppDelegate &controller, QMainWindow *window, c
     controller.infoBigImageField = ui.infoBigImageField;
     controller.infoNameLabel = ui.infoNameLabel;
     controller.infoDiskSpaceLabel = ui.infoDiskSpaceLabel;
+    controller.infoPlaceLabel = ui.infoPlaceLabel;
+    controller.infoColumn = ui.infoColumn;
+    controller.infoHeaderLayout = ui.infoHeaderLayout;
+    controller.infoDetails = ui.infoDetails;
+    controller.infoUsageBar = ui.infoUsageBar;
+    controller.infoStatusLabel = ui.infoStatusLabel;
+    controller.goToFormatLink = ui.goToFormatCaption;
+    controller.infoFormLayout = ui.infoFormLayout;
+    controller.mountedPathGloss = ui.mountedPathGloss;
+    controller.filesystemGloss = ui.filesystemGloss;
+    controller.contentGloss = ui.contentGloss;
+    controller.formatHeader = ui.formatHeader;
+    controller.maintenanceHeader = ui.maintenanceHeader;
     controller.infoMountedPathView = ui.infoMountedPathView;
     controller.filesystemLabel = ui.filesystemLabel;
     controller.bsdNameLabel = ui.bsdNameLabel;
@@ -194,6 +208,8 @@ void connectActions(ZorvexDiskManagerAppDelegate &controller, QMainWindow *windo
     connectToButton(ui.actionCheck, ui.checkButton, ui.rightTabView, ui.maintenanceTab);
     connectToButton(ui.actionRepair, ui.repairButton, ui.rightTabView, ui.maintenanceTab);
     connectToPanel(controller, ui);
+    QObject::connect(ui.goToFormatCaption, &QLabel::linkActivated, ui.formatTab,
+        [ui] { ui.rightTabView->setCurrentWidget(ui.formatTab); });
     connectContextMenu(controller.leftOutlineView, ui.rowMenu);
     connectAction(ui.actionManual, controller, &Controller::clickHelpMenuItem);
     connectAction(ui.actionAbout, controller, &Controller::clickAboutButton);
@@ -222,6 +238,7 @@ std::unique_ptr<QMainWindow> loadMainWindow(ZorvexDiskManagerAppDelegate &contro
     window->layout()->setGeometry(QRect(QPoint(), window->size()));
     window->centralWidget()->layout()->activate();
     ui.mainSplitView->setFirstPaneWidth(initialTreeWidth);
+    WindowGrid::install(ui, window.get());
     setOutlets(controller, window.get(), ui);
     connectActions(controller, window.get(), ui);
     controller.awakeFromNib();

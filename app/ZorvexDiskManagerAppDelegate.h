@@ -18,6 +18,7 @@
 //   Erase disk           operations/EraseDisk.cpp
 //   Check and repair     operations/CheckRepair.cpp
 //   Information panel    ui/InformationPanel.cpp
+//   Panel status         ui/PanelStatus.cpp
 //   Presentation         ui/Presentation.cpp
 //   Outline view         ui/DiskOutline.cpp
 //   Split view           ui/DiskSplitView.cpp
@@ -32,6 +33,7 @@
 #include "platform/MainThreadRelay.h"
 #include "ui/OutlineDataSource.h"
 #include "ui/SplitView.h"
+#include "ui/status_rules.h"
 
 #include <QObject>
 #include <QPixmap>
@@ -42,16 +44,22 @@
 #include <unordered_map>
 
 class AlertSheet;
+class ElidingLabel;
+class GlyphLabel;
 class ImageButton;
 class LinkTextView;
 class OperationBar;
 class OutputView;
+class PageHeader;
+class QBoxLayout;
 class QComboBox;
+class QFormLayout;
 class QLabel;
 class QLineEdit;
 class QMainWindow;
 class QPushButton;
 class QTabWidget;
+class UsageBar;
 struct CheckRepairOutputChunk;
 struct EraseDiskChoice;
 struct FormatTarget;
@@ -83,6 +91,19 @@ public:
     QLabel *infoBigImageField = nullptr;
     QLabel *infoNameLabel = nullptr;
     QLabel *infoDiskSpaceLabel = nullptr;
+    GlyphLabel *infoPlaceLabel = nullptr;
+    QWidget *infoColumn = nullptr; // the whole of the page
+    QBoxLayout *infoHeaderLayout = nullptr;
+    QWidget *infoDetails = nullptr; // all below the header
+    UsageBar *infoUsageBar = nullptr;
+    GlyphLabel *infoStatusLabel = nullptr;
+    QLabel *goToFormatLink = nullptr;
+    QFormLayout *infoFormLayout = nullptr;
+    ElidingLabel *mountedPathGloss = nullptr;
+    ElidingLabel *filesystemGloss = nullptr;
+    ElidingLabel *contentGloss = nullptr;
+    PageHeader *formatHeader = nullptr;
+    PageHeader *maintenanceHeader = nullptr;
     LinkTextView *infoMountedPathView = nullptr;
     QLabel *filesystemLabel = nullptr;
     QLabel *bsdNameLabel = nullptr;
@@ -251,6 +272,11 @@ public:
     void outlineViewSelectionDidChange() override;
     void outlineViewSelectionIsChanging() override;
 
+    // --- Panel status. Implemented in ui/PanelStatus.cpp ---
+
+    // The whole disk that the medium is on, or is; null when it has no node.
+    DiskRecord wholeDiskOf(const ZorvexDiskManagerDisk &disk) const;
+
     // --- Presentation. Implemented in ui/Presentation.cpp ---
 
     // Sizes in bytes; a null free space leaves it out.
@@ -379,6 +405,16 @@ private:
     void disableControls();
     void updateTabs(const ZorvexDiskManagerDisk *disk, bool canFormat);
     void updateOperationBars(const ZorvexDiskManagerDisk *disk);
+
+    // ui/PanelStatus.cpp
+    void showAsEmpty(bool isEmpty); // the Info page with nothing selected, or with a medium
+    QString placeTextOf(const ZorvexDiskManagerDisk &disk) const;
+    StatusRules::Status statusOf(const ZorvexDiskManagerDisk &disk, std::optional<qint64> freeSpace) const;
+    QString statusTextOf(const ZorvexDiskManagerDisk &disk, std::optional<qint64> freeSpace) const;
+    QString partitionsTextOf(const ZorvexDiskManagerDisk &disk) const;
+    void showStatusOf(const ZorvexDiskManagerDisk &disk, std::optional<qint64> freeSpace);
+    void showGlossesOf(const ZorvexDiskManagerDisk &disk, const QString &filesystem);
+    void showHeadersOf(const ZorvexDiskManagerDisk &disk, const QString &filesystem);
 
     ApplicationPlatform m_platform;
     std::shared_ptr<MainThreadRelay> m_relay;

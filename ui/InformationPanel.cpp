@@ -31,6 +31,7 @@ struct ZorvexDiskManagerAppDelegate::PanelTexts
     QString name;
     QString space;
     QString spaceToolTip;
+    std::optional<qint64> freeSpace; // bytes
     QString filesystem;
     QString bsdName;
     QString deviceNode;
@@ -141,6 +142,8 @@ ZorvexDiskManagerAppDelegate::PanelTexts ZorvexDiskManagerAppDelegate::textsOf(Z
 
     PanelTexts texts;
     texts.name = getDisplayNameForDisk(disk);
+    if (hasFreeSpace)
+        texts.freeSpace = freeSpace;
     if (disk.mediaSize) {
         const qint64 size = disk.mediaSize->longLongValue();
         const qint64 *const space = hasFreeSpace ? &freeSpace : nullptr;
@@ -176,6 +179,7 @@ void ZorvexDiskManagerAppDelegate::showOutputOf(const ZorvexDiskManagerDisk &dis
 
 void ZorvexDiskManagerAppDelegate::showMountPathOf(const ZorvexDiskManagerDisk *disk)
 {
+    infoMountedPathView->setVisible(disk && disk->volumePath);
     if (disk && disk->volumePath) {
         makeHyperlink(infoMountedPathView, disk->volumePath->toLocalFile(), *disk->volumePath);
         infoMountedPathView->setAccessibleDescription(localizedString("MOUNT_PATH_LINK_DESCRIPTION"));
@@ -258,15 +262,19 @@ void ZorvexDiskManagerAppDelegate::outlineViewSelectionDidChange()
     bool canFormat = false;
     setSelectable(infoNameLabel, disk != nullptr);
     setSelectable(infoDiskSpaceLabel, disk != nullptr);
-    // A name may be cut, the hint what to do first may not: it can take the line of the disk space, too.
+    // A name may be cut, the hint what to do first may not.
     infoNameLabel->setWordWrap(!disk);
     infoDiskSpaceLabel->setVisible(disk != nullptr);
+    showAsEmpty(!disk);
     if (disk) {
         texts = textsOf(*disk);
         infoBigImageField->setPixmap(getUIImageforDisk(*disk, true).value_or(QPixmap()));
         infoBigImageField->setAccessibleDescription(rowTextOf(*disk, texts.filesystem));
         mountUnmountButton->setText(localizedString(PanelRules::buttonTitleKey(*disk)));
         setMountImageWithIsUnmountable(PanelRules::isUnmountable(*disk));
+        showStatusOf(*disk, texts.freeSpace);
+        showGlossesOf(*disk, texts.filesystem);
+        showHeadersOf(*disk, texts.filesystem);
         showOutputOf(*disk);
         canFormat = enableControls(*disk);
     } else {

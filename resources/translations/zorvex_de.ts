@@ -163,6 +163,51 @@ Hängt Datenträger und Volumes ein und aus, formatiert, prüft und repariert si
         <extracomment>Shown in place of the name while nothing is selected in the tree.</extracomment>
         <translation>Datenträger oder Volume wählen</translation>
     </message>
+    <message id="SELECT_A_DISK_HINT_TEXT">
+        <source>What it holds and what can be done with it appears here.</source>
+        <extracomment>Shown below SELECT_A_DISK_TEXT.</extracomment>
+        <translation>Hier erscheint, was darauf ist und was damit getan werden kann.</translation>
+    </message>
+    <message id="PLACE_VOLUME_ON_FMT">
+        <source>Volume on %@</source>
+        <extracomment>Info page, below the space of a volume: which disk it is on. %@ is the name of the disk.</extracomment>
+        <translation>Volume auf %@</translation>
+    </message>
+    <message id="MEDIUM_INTERNAL_TEXT">
+        <source>Internal disk</source>
+        <extracomment>Kind of a medium: a disk inside the computer.</extracomment>
+        <translation>Interner Datenträger</translation>
+    </message>
+    <message id="MEDIUM_EXTERNAL_TEXT">
+        <source>External disk</source>
+        <extracomment>Kind of a medium: a disk that is connected from outside.</extracomment>
+        <translation>Externer Datenträger</translation>
+    </message>
+    <message id="MEDIUM_USB_STICK_TEXT">
+        <source>USB stick</source>
+        <extracomment>Kind of a medium.</extracomment>
+        <translation>USB-Stick</translation>
+    </message>
+    <message id="MEDIUM_CARD_TEXT">
+        <source>Memory card</source>
+        <extracomment>Kind of a medium.</extracomment>
+        <translation>Speicherkarte</translation>
+    </message>
+    <message id="MEDIUM_DISC_TEXT">
+        <source>Disc</source>
+        <extracomment>Kind of a medium: an optical disc, such as a DVD.</extracomment>
+        <translation>Optische Disc</translation>
+    </message>
+    <message id="MEDIUM_IMAGE_TEXT">
+        <source>Disk image</source>
+        <extracomment>Kind of a medium: a file that is attached as a disk.</extracomment>
+        <translation>Datenträgerabbild</translation>
+    </message>
+    <message id="MEDIUM_UNLOCKED_TEXT">
+        <source>Unlocked volume</source>
+        <extracomment>Kind of a medium: what can be read of an encrypted volume that has been unlocked.</extracomment>
+        <translation>Entsperrtes Volume</translation>
+    </message>
     <message id="MOUNT_BUTTON_TITLE">
         <source>&amp;Mount</source>
         <extracomment>Button and menu item: makes the files of the selected volume accessible. Keep it short.</extracomment>
@@ -307,6 +352,76 @@ Hängt Datenträger und Volumes ein und aus, formatiert, prüft und repariert si
         <source>%@ free of %@</source>
         <extracomment>Size of a volume. The first %@ is the free space, the second the total, each with its unit, such as 1.50 GB. Where the total comes first, write %2$@ for it and %1$@ for the free space.</extracomment>
         <translation>%@ von %@ frei</translation>
+    </message>
+    <message id="USED_SPACE_FMT">
+        <source>%@ used (%@ %%)</source>
+        <extracomment>Info page, below the bar of a mounted volume. The first %@ is the used space with its unit, the second one a percentage.</extracomment>
+        <translation>%@ belegt (%@ %%)</translation>
+    </message>
+    <message id="ALMOST_FULL_FMT">
+        <source>%@ used (%@ %%), almost full</source>
+        <extracomment>In the place of USED_SPACE_FMT from 90 % on.</extracomment>
+        <translation>%@ belegt (%@ %%), fast voll</translation>
+    </message>
+    <message id="STATUS_SPACE_UNKNOWN_TEXT">
+        <source>The file system does not tell how full it is.</source>
+        <extracomment>Info page: a mounted volume whose free space is not known.</extracomment>
+        <translation>Das Dateisystem gibt nicht an, wie voll es ist.</translation>
+    </message>
+    <message id="STATUS_LOCKED_TEXT">
+        <source>Encrypted and locked. Mount asks for the passphrase.</source>
+        <extracomment>Info page: an encrypted volume that is locked. “Mount” is the button.</extracomment>
+        <translation>Verschlüsselt und gesperrt. „Einhängen“ fragt nach der Passphrase.</translation>
+    </message>
+    <message id="STATUS_UNLOCKED_TEXT">
+        <source>Encrypted and unlocked. What it holds has a row of its own.</source>
+        <extracomment>Info page: an encrypted volume whose content has a row of its own in the tree.</extracomment>
+        <translation>Verschlüsselt und entsperrt. Der Inhalt hat eine eigene Zeile.</translation>
+    </message>
+    <message id="STATUS_SWAP_TEXT">
+        <source>Swap space: the system keeps memory here, not files.</source>
+        <extracomment>Info page: swap space has no files to show.</extracomment>
+        <translation>Auslagerungsspeicher: Hier lagert das System Arbeitsspeicher aus, keine Dateien.</translation>
+    </message>
+    <message id="STATUS_LVM_TEXT">
+        <source>Belongs to a volume group (LVM).</source>
+        <extracomment>Info page: a part of a volume group of the Logical Volume Manager.</extracomment>
+        <translation>Gehört zu einer Volumengruppe (LVM).</translation>
+    </message>
+    <message id="STATUS_RAID_TEXT">
+        <source>Belongs to a RAID array.</source>
+        <extracomment>Info page: a part of a RAID array.</extracomment>
+        <translation>Gehört zu einem RAID-Verbund.</translation>
+    </message>
+    <message id="STATUS_NOT_RECOGNIZED_TEXT">
+        <source>No file system was recognized.</source>
+        <extracomment>Info page: a medium without a known file system.</extracomment>
+        <translation>Es wurde kein Dateisystem erkannt.</translation>
+    </message>
+    <message id="GO_TO_FORMAT_TEXT">
+        <source>Give it one on the Format page</source>
+        <extracomment>Link on the Info page, below STATUS_NOT_RECOGNIZED_TEXT: shows the Format page.</extracomment>
+        <translation>Auf der Seite „Formatieren“ eines anlegen</translation>
+    </message>
+    <message id="STATUS_NOT_MOUNTED_TEXT">
+        <source>Not mounted. Mount it to open it and to see how full it is.</source>
+        <extracomment>Info page: a volume with a file system that is not mounted. “Mount” is the button.</extracomment>
+        <translation>Nicht eingehängt. Eingehängt lässt es sich öffnen und zeigt, wie voll es ist.</translation>
+    </message>
+    <message id="STATUS_READ_ONLY_TEXT">
+        <source>Read-only: it can be checked, but not repaired or formatted.</source>
+        <extracomment>Added to one of the sentences above it, for a volume that cannot be written.</extracomment>
+        <translation>Nur lesbar: Prüfen geht, Reparieren und Formatieren nicht.</translation>
+    </message>
+    <message id="STATUS_PARTITIONS_FMT">
+        <source>Volumes: %@, mounted: %@.</source>
+        <extracomment>Info page: a disk with partitions. The first %@ is the number of its volumes, the second one that of the mounted ones.</extracomment>
+        <translation>Volumes: %@, eingehängt: %@.</translation>
+    </message>
+    <message id="STATUS_UNUSED_FMT">
+        <source>%@ belong to no volume.</source>
+        <extracomment>Added to STATUS_PARTITIONS_FMT. %@ is a size with its unit.</extracomment>
+        <translation>%@ gehören zu keinem Volume.</translation>
     </message>
     <message id="FORCE_UNMOUNT_BUTTON_TITLE">
         <source>&amp;Force Unmount</source>
@@ -527,6 +642,26 @@ Hängt Datenträger und Volumes ein und aus, formatiert, prüft und repariert si
         <source>swap space</source>
         <extracomment>What is on a volume in the place of a file system: swap space of a Linux system. Stands after “File system:” and “Current content:”, and in the tool tip of a row.</extracomment>
         <translation>Auslagerungsspeicher</translation>
+    </message>
+    <message id="CONTENT_BASIC_DATA_TEXT">
+        <source>Basic data</source>
+        <extracomment>Beside the identifier of a partition's type: what it means.</extracomment>
+        <translation>Standarddaten</translation>
+    </message>
+    <message id="CONTENT_LINUX_TEXT">
+        <source>Linux file system</source>
+        <extracomment>Beside the identifier of a partition's type: what it means.</extracomment>
+        <translation>Linux-Dateisystem</translation>
+    </message>
+    <message id="CONTENT_EFI_TEXT">
+        <source>EFI system</source>
+        <extracomment>Beside the identifier of a partition's type: the partition that a computer with EFI starts from.</extracomment>
+        <translation>EFI-System</translation>
+    </message>
+    <message id="CONTENT_RECOVERY_TEXT">
+        <source>Windows recovery</source>
+        <extracomment>Beside the identifier of a partition's type: the tools by which Windows is repaired.</extracomment>
+        <translation>Windows-Wiederherstellung</translation>
     </message>
     <message id="FORMAT_NEW_FILESYSTEM_CAPTION">
         <source>New file system:</source>

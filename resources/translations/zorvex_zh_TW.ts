@@ -163,6 +163,51 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <extracomment>Shown in place of the name while nothing is selected in the tree.</extracomment>
         <translation>請選擇磁碟或卷宗</translation>
     </message>
+    <message id="SELECT_A_DISK_HINT_TEXT">
+        <source>What it holds and what can be done with it appears here.</source>
+        <extracomment>Shown below SELECT_A_DISK_TEXT.</extracomment>
+        <translation>此處會顯示其內容和可進行的動作。</translation>
+    </message>
+    <message id="PLACE_VOLUME_ON_FMT">
+        <source>Volume on %@</source>
+        <extracomment>Info page, below the space of a volume: which disk it is on. %@ is the name of the disk.</extracomment>
+        <translation>%@ 上的儲存區</translation>
+    </message>
+    <message id="MEDIUM_INTERNAL_TEXT">
+        <source>Internal disk</source>
+        <extracomment>Kind of a medium: a disk inside the computer.</extracomment>
+        <translation>內接磁碟</translation>
+    </message>
+    <message id="MEDIUM_EXTERNAL_TEXT">
+        <source>External disk</source>
+        <extracomment>Kind of a medium: a disk that is connected from outside.</extracomment>
+        <translation>外接磁碟</translation>
+    </message>
+    <message id="MEDIUM_USB_STICK_TEXT">
+        <source>USB stick</source>
+        <extracomment>Kind of a medium.</extracomment>
+        <translation>USB 隨身碟</translation>
+    </message>
+    <message id="MEDIUM_CARD_TEXT">
+        <source>Memory card</source>
+        <extracomment>Kind of a medium.</extracomment>
+        <translation>記憶卡</translation>
+    </message>
+    <message id="MEDIUM_DISC_TEXT">
+        <source>Disc</source>
+        <extracomment>Kind of a medium: an optical disc, such as a DVD.</extracomment>
+        <translation>光碟</translation>
+    </message>
+    <message id="MEDIUM_IMAGE_TEXT">
+        <source>Disk image</source>
+        <extracomment>Kind of a medium: a file that is attached as a disk.</extracomment>
+        <translation>磁碟映像檔</translation>
+    </message>
+    <message id="MEDIUM_UNLOCKED_TEXT">
+        <source>Unlocked volume</source>
+        <extracomment>Kind of a medium: what can be read of an encrypted volume that has been unlocked.</extracomment>
+        <translation>已解鎖的儲存區</translation>
+    </message>
     <message id="MOUNT_BUTTON_TITLE">
         <source>&amp;Mount</source>
         <extracomment>Button and menu item: makes the files of the selected volume accessible. Keep it short.</extracomment>
@@ -307,6 +352,76 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <source>%@ free of %@</source>
         <extracomment>Size of a volume. The first %@ is the free space, the second the total, each with its unit, such as 1.50 GB. Where the total comes first, write %2$@ for it and %1$@ for the free space.</extracomment>
         <translation>%@ 可用，共 %@</translation>
+    </message>
+    <message id="USED_SPACE_FMT">
+        <source>%@ used (%@ %%)</source>
+        <extracomment>Info page, below the bar of a mounted volume. The first %@ is the used space with its unit, the second one a percentage.</extracomment>
+        <translation>已使用 %@（%@%%）</translation>
+    </message>
+    <message id="ALMOST_FULL_FMT">
+        <source>%@ used (%@ %%), almost full</source>
+        <extracomment>In the place of USED_SPACE_FMT from 90 % on.</extracomment>
+        <translation>已使用 %@（%@%%），即將用盡</translation>
+    </message>
+    <message id="STATUS_SPACE_UNKNOWN_TEXT">
+        <source>The file system does not tell how full it is.</source>
+        <extracomment>Info page: a mounted volume whose free space is not known.</extracomment>
+        <translation>此檔案系統未提供使用情形。</translation>
+    </message>
+    <message id="STATUS_LOCKED_TEXT">
+        <source>Encrypted and locked. Mount asks for the passphrase.</source>
+        <extracomment>Info page: an encrypted volume that is locked. “Mount” is the button.</extracomment>
+        <translation>已加密並鎖定。「掛載」會詢問密語。</translation>
+    </message>
+    <message id="STATUS_UNLOCKED_TEXT">
+        <source>Encrypted and unlocked. What it holds has a row of its own.</source>
+        <extracomment>Info page: an encrypted volume whose content has a row of its own in the tree.</extracomment>
+        <translation>已加密並解鎖。其內容顯示於另一列。</translation>
+    </message>
+    <message id="STATUS_SWAP_TEXT">
+        <source>Swap space: the system keeps memory here, not files.</source>
+        <extracomment>Info page: swap space has no files to show.</extracomment>
+        <translation>置換空間：系統在此存放記憶體內容，而非檔案。</translation>
+    </message>
+    <message id="STATUS_LVM_TEXT">
+        <source>Belongs to a volume group (LVM).</source>
+        <extracomment>Info page: a part of a volume group of the Logical Volume Manager.</extracomment>
+        <translation>屬於卷冊群組（LVM）。</translation>
+    </message>
+    <message id="STATUS_RAID_TEXT">
+        <source>Belongs to a RAID array.</source>
+        <extracomment>Info page: a part of a RAID array.</extracomment>
+        <translation>屬於 RAID 陣列。</translation>
+    </message>
+    <message id="STATUS_NOT_RECOGNIZED_TEXT">
+        <source>No file system was recognized.</source>
+        <extracomment>Info page: a medium without a known file system.</extracomment>
+        <translation>無法辨識檔案系統。</translation>
+    </message>
+    <message id="GO_TO_FORMAT_TEXT">
+        <source>Give it one on the Format page</source>
+        <extracomment>Link on the Info page, below STATUS_NOT_RECOGNIZED_TEXT: shows the Format page.</extracomment>
+        <translation>在「格式化」頁面建立</translation>
+    </message>
+    <message id="STATUS_NOT_MOUNTED_TEXT">
+        <source>Not mounted. Mount it to open it and to see how full it is.</source>
+        <extracomment>Info page: a volume with a file system that is not mounted. “Mount” is the button.</extracomment>
+        <translation>未掛載。掛載後可以開啟並查看使用情形。</translation>
+    </message>
+    <message id="STATUS_READ_ONLY_TEXT">
+        <source>Read-only: it can be checked, but not repaired or formatted.</source>
+        <extracomment>Added to one of the sentences above it, for a volume that cannot be written.</extracomment>
+        <translation>唯讀：可以檢查，但不能修復或格式化。</translation>
+    </message>
+    <message id="STATUS_PARTITIONS_FMT">
+        <source>Volumes: %@, mounted: %@.</source>
+        <extracomment>Info page: a disk with partitions. The first %@ is the number of its volumes, the second one that of the mounted ones.</extracomment>
+        <translation>儲存區：%@，已掛載：%@。</translation>
+    </message>
+    <message id="STATUS_UNUSED_FMT">
+        <source>%@ belong to no volume.</source>
+        <extracomment>Added to STATUS_PARTITIONS_FMT. %@ is a size with its unit.</extracomment>
+        <translation>%@ 不屬於任何儲存區。</translation>
     </message>
     <message id="FORCE_UNMOUNT_BUTTON_TITLE">
         <source>&amp;Force Unmount</source>
@@ -527,6 +642,26 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <source>swap space</source>
         <extracomment>What is on a volume in the place of a file system: swap space of a Linux system. Stands after “File system:” and “Current content:”, and in the tool tip of a row.</extracomment>
         <translation>置換空間</translation>
+    </message>
+    <message id="CONTENT_BASIC_DATA_TEXT">
+        <source>Basic data</source>
+        <extracomment>Beside the identifier of a partition's type: what it means.</extracomment>
+        <translation>基本資料</translation>
+    </message>
+    <message id="CONTENT_LINUX_TEXT">
+        <source>Linux file system</source>
+        <extracomment>Beside the identifier of a partition's type: what it means.</extracomment>
+        <translation>Linux 檔案系統</translation>
+    </message>
+    <message id="CONTENT_EFI_TEXT">
+        <source>EFI system</source>
+        <extracomment>Beside the identifier of a partition's type: the partition that a computer with EFI starts from.</extracomment>
+        <translation>EFI 系統</translation>
+    </message>
+    <message id="CONTENT_RECOVERY_TEXT">
+        <source>Windows recovery</source>
+        <extracomment>Beside the identifier of a partition's type: the tools by which Windows is repaired.</extracomment>
+        <translation>Windows 修復</translation>
     </message>
     <message id="FORMAT_NEW_FILESYSTEM_CAPTION">
         <source>New file system:</source>

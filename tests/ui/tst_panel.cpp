@@ -396,7 +396,7 @@ void TestPanel::longNamesDoNotWidenTheWindow()
     QVERIFY(QTest::qWaitForWindowExposed(&test.window()));
     QCOMPARE(test.window().centralWidget()->size(), QSize(800, 450));
     QVERIFY(test.window().minimumSizeHint().width() <= 720);
-    QCOMPARE(test.controller().outlineViewContainer->width(), 240);
+    QCOMPARE(test.controller().outlineViewContainer->width(), 232);
 }
 
 void TestPanel::hostileNamesArePlain()
