@@ -3,7 +3,9 @@
 // How the controller is brought up and torn down.
 #include "app/ZorvexDiskManagerAppDelegate.h"
 
+#include "platform/Localization.h"
 #include "platform/SystemLog.h"
+#include "ui/DiskMap.h"
 #include "ui/ImageButton.h"
 #include "ui/LinkTextView.h"
 #include "ui/OutlineView.h"
@@ -11,8 +13,11 @@
 #include "ui/Units.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QEvent>
+#include <QLabel>
 #include <QLayout>
+#include <QLineEdit>
 #include <QMainWindow>
 #include <QScreen>
 #include <QTabWidget>
@@ -23,6 +28,9 @@
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
+
+// How often the time of what runs is shown anew.
+constexpr std::chrono::milliseconds activityInterval { 500 };
 
 // Of the part of the window below its menus, at the usual text size.
 constexpr QSize initialContentSize { 800, 450 };
@@ -84,9 +92,19 @@ void ZorvexDiskManagerAppDelegate::colorOutput()
 void ZorvexDiskManagerAppDelegate::awakeFromNib()
 {
     colorOutput();
+    formatVolumeLabelField->setPlaceholderText(localizedString("LABEL_PLACEHOLDER_TEXT"));
+    checkRepairOutputView->setPlaceholderText(localizedString("OUTPUT_PLACEHOLDER_TEXT"));
+    connect(formatFilesystemsPopupButton, &QComboBox::currentIndexChanged, this,
+        &ZorvexDiskManagerAppDelegate::showLabelLimit);
+    connect(infoDiskMap, &DiskMap::partChosen, this, &ZorvexDiskManagerAppDelegate::selectMedium);
+    m_activityTimer.setInterval(activityInterval);
+    connect(&m_activityTimer, &QTimer::timeout, this, &ZorvexDiskManagerAppDelegate::updateActivity);
 
     rightTabView->removeTab(rightTabView->indexOf(maintenanceTab));
     rightTabView->removeTab(rightTabView->indexOf(formatTab));
+    infoBigImageField->setPixmap(getImageNamed(u"drive_icon_big.png"_s).value_or(QPixmap()));
+    showAsEmpty(true);
+    showReasonsOf(nullptr);
 
     if (isRightToLeftLocalization()) {
         swapPanes();
@@ -125,6 +143,7 @@ void ZorvexDiskManagerAppDelegate::applicationDidFinishLaunching()
     session = m_platform.createSession();
     if (!session) {
         logNoSession();
+        leftOutlineView->setEmptyText(localizedString("NO_SERVICE_TEXT"));
     } else {
         session->registerDiskPeekCallback(
             [this](const DADiskRef &disk) { zorvex_disk_manager_da_disk_peek(disk, this); }, 0);
@@ -140,9 +159,11 @@ void ZorvexDiskManagerAppDelegate::applicationDidFinishLaunching()
             askForPassphrase(disk, isRetry, std::move(answer));
         });
         // A session without its service counts as none. It stays, for a service that comes later.
-        session->setInitialListingCallback([](bool serviceAvailable) {
+        session->setInitialListingCallback([this](bool serviceAvailable) {
             if (!serviceAvailable)
                 logNoSession();
+            leftOutlineView->setEmptyText(
+                localizedString(serviceAvailable ? "NO_DISKS_TEXT" : "NO_SERVICE_TEXT"));
         });
         session->scheduleWithRunLoop();
     }

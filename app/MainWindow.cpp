@@ -60,6 +60,7 @@ void setOutlets(ZorvexDiskManagerAppDelegate &controller, QMainWindow *window, c
     controller.infoHeaderLayout = ui.infoHeaderLayout;
     controller.infoDetails = ui.infoDetails;
     controller.infoUsageBar = ui.infoUsageBar;
+    controller.infoDiskMap = ui.infoDiskMap;
     controller.infoStatusLabel = ui.infoStatusLabel;
     controller.goToFormatLink = ui.goToFormatCaption;
     controller.infoFormLayout = ui.infoFormLayout;
@@ -83,8 +84,9 @@ void setOutlets(ZorvexDiskManagerAppDelegate &controller, QMainWindow *window, c
     controller.checkRepairOutputView = ui.checkRepairOutputView;
     controller.checkButton = ui.checkButton;
     controller.repairButton = ui.repairButton;
-    controller.formatOperationBar = ui.formatOperationBar;
-    controller.maintenanceOperationBar = ui.maintenanceOperationBar;
+    controller.formatStatusRow = ui.formatStatusRow;
+    controller.maintenanceStatusRow = ui.maintenanceStatusRow;
+    controller.labelLimitLabel = ui.labelLimitLabel;
 }
 
 using Click = void (ZorvexDiskManagerAppDelegate::*)(QObject *sender);
@@ -123,6 +125,7 @@ void connectFormatAction(const Ui::MainWindow &ui)
 void enableAsButton(QAction *action, const QPushButton *button, const QTabWidget *tabs, const QWidget *page)
 {
     action->setEnabled(button->isEnabled() && tabs->indexOf(page) >= 0);
+    action->setToolTip(button->toolTip());
 }
 
 // The item that ejects is left out where the one above it does so already.
@@ -210,6 +213,8 @@ void connectActions(ZorvexDiskManagerAppDelegate &controller, QMainWindow *windo
     connectToPanel(controller, ui);
     QObject::connect(ui.goToFormatCaption, &QLabel::linkActivated, ui.formatTab,
         [ui] { ui.rightTabView->setCurrentWidget(ui.formatTab); });
+    for (QMenu *menu : { ui.diskMenu, ui.rowMenu })
+        menu->setToolTipsVisible(true); // why an item is disabled
     connectContextMenu(controller.leftOutlineView, ui.rowMenu);
     connectAction(ui.actionManual, controller, &Controller::clickHelpMenuItem);
     connectAction(ui.actionAbout, controller, &Controller::clickAboutButton);

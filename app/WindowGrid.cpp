@@ -44,7 +44,7 @@ WindowGrid::WindowGrid(const Ui::MainWindow &ui, QWidget *window)
              static_cast<QWidget *>(ui.ejectableCaption), static_cast<QWidget *>(ui.mountedPathGloss),
              static_cast<QWidget *>(ui.filesystemGloss), static_cast<QWidget *>(ui.contentGloss),
              static_cast<QWidget *>(ui.deviceNodeLabel), static_cast<QWidget *>(ui.formatFilesystemCaption),
-             static_cast<QWidget *>(ui.formatLabelCaption) })
+             static_cast<QWidget *>(ui.formatLabelCaption), static_cast<QWidget *>(ui.labelLimitLabel) })
         QuietText::apply(quiet);
     // The page shows what is below it, as the other pages do.
     for (QWidget *page : { ui.infoScrollArea->viewport(), ui.infoPage })
@@ -85,6 +85,9 @@ void WindowGrid::layOut()
              static_cast<QWidget *>(m_ui.formatVolumeLabelField) })
         field->setMinimumHeight(units(leastButton.height()));
     m_ui.maintenanceHeaderLayout->setSpacing(units(8));
+    m_ui.formatButtonLayout->setSpacing(units(8));
+    m_ui.formatFormLayout->setHorizontalSpacing(units(12));
+    m_ui.formatFormLayout->setVerticalSpacing(units(8));
 }
 
 bool WindowGrid::eventFilter(QObject *watched, QEvent *event)

@@ -37,6 +37,7 @@
 
 #include <QObject>
 #include <QPixmap>
+#include <QTimer>
 
 #include <chrono>
 #include <memory>
@@ -44,11 +45,11 @@
 #include <unordered_map>
 
 class AlertSheet;
+class DiskMap;
 class ElidingLabel;
 class GlyphLabel;
 class ImageButton;
 class LinkTextView;
-class OperationBar;
 class OutputView;
 class PageHeader;
 class QBoxLayout;
@@ -59,6 +60,7 @@ class QLineEdit;
 class QMainWindow;
 class QPushButton;
 class QTabWidget;
+class StatusRow;
 class UsageBar;
 struct CheckRepairOutputChunk;
 struct EraseDiskChoice;
@@ -96,6 +98,7 @@ public:
     QBoxLayout *infoHeaderLayout = nullptr;
     QWidget *infoDetails = nullptr; // all below the header
     UsageBar *infoUsageBar = nullptr;
+    DiskMap *infoDiskMap = nullptr;
     GlyphLabel *infoStatusLabel = nullptr;
     QLabel *goToFormatLink = nullptr;
     QFormLayout *infoFormLayout = nullptr;
@@ -119,8 +122,9 @@ public:
     OutputView *checkRepairOutputView = nullptr;
     QPushButton *checkButton = nullptr;
     QPushButton *repairButton = nullptr;
-    OperationBar *formatOperationBar = nullptr;
-    OperationBar *maintenanceOperationBar = nullptr;
+    StatusRow *formatStatusRow = nullptr;
+    StatusRow *maintenanceStatusRow = nullptr;
+    QLabel *labelLimitLabel = nullptr;
 
     // --- State ---
 
@@ -299,6 +303,7 @@ public:
     bool outlineView_isItemExpandable(OutlineView *view, const OutlineItem &item) override;
     QString outlineView_objectValueForTableColumn_byItem(
         OutlineView *view, int column, const OutlineItem &item) override;
+    bool outlineView_isItemBusy(OutlineView *view, const OutlineItem &item) override;
     QString outlineView_accessibleTextByItem(OutlineView *view, const OutlineItem &item) override;
     void outlineView_setObjectValue_forTableColumn_byItem(
         OutlineView *view, const QVariant &value, int column, const OutlineItem &item) override;
@@ -360,6 +365,8 @@ private:
     std::optional<QString> volumeLabelObjection(
         const QString &label, const ZorvexDiskManagerFSBundle &forFilesystem) const;
     bool reportObjection(const std::optional<QString> &objection); // whether there is none
+    // How long a label may be, in a sentence; empty when the file system sets no limit.
+    static QString labelLimitText(const ZorvexDiskManagerFSBundle &forFilesystem, const QString &name);
 
     // operations/EraseQuestion.cpp
     void refuseToErase(const char *key, const QString &name);
@@ -386,10 +393,12 @@ private:
         const std::shared_ptr<MainThreadRelay> &relay, ShellPipe &pipe);
     static void doCheckRepair(const DiskRecord &disk, const QString &bsdName,
         const std::shared_ptr<MainThreadRelay> &relay, ShellPipe &pipe, bool isRepair);
+    static void noteRunEnd(ZorvexDiskManagerDisk &disk, qint32 code);
     void scheduleOutputRefresh();
 
     // ui/DiskOutline.cpp
     DiskRecord selectedDisk() const; // null for none
+    void selectMedium(const QString &bsdName); // nothing when it has no row
     QString rowTextOf(const ZorvexDiskManagerDisk &disk, const QString &filesystem) const;
 
     // ui/InformationPanel.cpp
@@ -404,7 +413,6 @@ private:
     bool enableControls(const ZorvexDiskManagerDisk &disk);
     void disableControls();
     void updateTabs(const ZorvexDiskManagerDisk *disk, bool canFormat);
-    void updateOperationBars(const ZorvexDiskManagerDisk *disk);
 
     // ui/PanelStatus.cpp
     void showAsEmpty(bool isEmpty); // the Info page with nothing selected, or with a medium
@@ -412,8 +420,16 @@ private:
     StatusRules::Status statusOf(const ZorvexDiskManagerDisk &disk, std::optional<qint64> freeSpace) const;
     QString statusTextOf(const ZorvexDiskManagerDisk &disk, std::optional<qint64> freeSpace) const;
     QString partitionsTextOf(const ZorvexDiskManagerDisk &disk) const;
+    void showMapOf(const ZorvexDiskManagerDisk &disk);
     void showStatusOf(const ZorvexDiskManagerDisk &disk, std::optional<qint64> freeSpace);
     void showGlossesOf(const ZorvexDiskManagerDisk &disk, const QString &filesystem);
+    void showReasonsOf(const ZorvexDiskManagerDisk *disk);
+    void showLabelLimit();
+    // Shows what runs on the selected disk, and for how long.
+    void updateActivity();
+    void showActivityOf(const ZorvexDiskManagerDisk &disk, const QString &text);
+    void showFormatRowOf(const ZorvexDiskManagerDisk &disk);
+    void showMaintenanceRowOf(const ZorvexDiskManagerDisk &disk);
     void showHeadersOf(const ZorvexDiskManagerDisk &disk, const QString &filesystem);
 
     ApplicationPlatform m_platform;
@@ -421,6 +437,7 @@ private:
     std::unordered_map<ZorvexDiskManagerDiskListItem *, std::unique_ptr<ZorvexDiskManagerDiskListItem>>
         m_diskListItems; // owns the nodes of the tree
     DiskListBuilder m_diskListBuilder;
+    QTimer m_activityTimer; // while something may be running
     bool m_outputRefreshScheduled = false;
     std::chrono::milliseconds m_outputInterval {}; // from output that comes to the refresh that shows it
 };

@@ -9,7 +9,6 @@
 #include "ui/font_rules.h"
 #include "ui/ImageButton.h"
 #include "ui/LinkTextView.h"
-#include "ui/OperationBar.h"
 #include "ui/OutlineView.h"
 #include "ui/OutputView.h"
 #include "ui/panel_rules.h"
@@ -78,23 +77,6 @@ FontRules::FontSource systemFonts()
             return FontRules::withPointSize(QFont(name), pointSize, QApplication::font());
         },
     };
-}
-
-QString operationText(const ZorvexDiskManagerDisk &disk)
-{
-    const QStringList name { ZorvexDiskManagerAppDelegate::getDisplayNameForDisk(disk) };
-    switch (disk.runningOperation) {
-    case RunningOperation::Format:
-        return formatLocalized(localizedString("ACTIVITY_FORMATTING_FMT"), name);
-    case RunningOperation::Check:
-        return formatLocalized(localizedString("ACTIVITY_CHECKING_FMT"), name);
-    case RunningOperation::Repair:
-        return formatLocalized(localizedString("ACTIVITY_REPAIRING_FMT"), name);
-    case RunningOperation::MountUnmountEject:
-    case RunningOperation::None:
-        break;
-    }
-    return {};
 }
 
 } // namespace
@@ -244,17 +226,6 @@ void ZorvexDiskManagerAppDelegate::updateTabs(const ZorvexDiskManagerDisk *disk,
     }
 }
 
-void ZorvexDiskManagerAppDelegate::updateOperationBars(const ZorvexDiskManagerDisk *disk)
-{
-    const QString text = disk ? operationText(*disk) : QString();
-    const bool isFormat = disk && disk->runningOperation == RunningOperation::Format;
-    const auto percentage = disk && disk->checkRepairOutput && !isFormat
-        ? PanelRules::percentageIn(disk->checkRepairOutput->bytes())
-        : std::nullopt;
-    formatOperationBar->setOperation(isFormat ? text : QString(), std::nullopt);
-    maintenanceOperationBar->setOperation(isFormat ? QString() : text, percentage);
-}
-
 void ZorvexDiskManagerAppDelegate::outlineViewSelectionDidChange()
 {
     const DiskRecord disk = selectedDisk();
@@ -290,7 +261,6 @@ void ZorvexDiskManagerAppDelegate::outlineViewSelectionDidChange()
     infoDiskSpaceLabel->setToolTip(texts.spaceToolTip);
     showMountPathOf(disk.get());
     updateTabs(disk.get(), canFormat);
-    updateOperationBars(disk.get());
     setValue(filesystemLabel, texts.filesystem);
     setValue(bsdNameLabel, texts.bsdName);
     bsdNameLabel->setToolTip(texts.deviceNodeToolTip);
@@ -302,5 +272,8 @@ void ZorvexDiskManagerAppDelegate::outlineViewSelectionDidChange()
     setValue(ejectableLabel, texts.ejectable);
     setValue(preferredBlockSizeLabel, texts.preferredBlockSize);
     refreshFilesystems();
+    showLabelLimit();
+    showReasonsOf(disk.get());
+    updateActivity();
     Q_EMIT panelDidChange(disk);
 }

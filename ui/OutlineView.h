@@ -51,6 +51,9 @@ public:
 
     void expandAllItems();
 
+    // The text that stands in the place of rows while there are none.
+    void setEmptyText(const QString &text);
+
     // The data cell with the item's value in it, prepared by the delegate.
     ImageAndTextCell *preparedCell(const OutlineItem &item);
 
@@ -70,6 +73,7 @@ public Q_SLOTS:
 protected:
     void drawRow(
         QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+    void paintEvent(QPaintEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     bool viewportEvent(QEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
@@ -80,10 +84,12 @@ protected:
 private:
     class CellDelegate;
 
+    void drawBusyMark(QPainter &painter, const QRect &row, bool isSelected) const;
     QModelIndex triangleAt(const QPoint &position) const; // invalid where there is none
 
     std::unique_ptr<OutlineModel> m_model;
     std::unique_ptr<ImageAndTextCell> m_cell;
     OutlineDelegate *m_delegate = nullptr;
     bool m_isReloading = false;
+    QString m_emptyText;
 };

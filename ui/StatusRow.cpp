@@ -11,6 +11,8 @@
 #include <QEvent>
 #include <QHBoxLayout>
 
+#include <algorithm>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
@@ -37,11 +39,11 @@ StatusRow::StatusRow(QWidget *parent)
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(units(8));
     layout->addWidget(m_glyph);
-    layout->addWidget(m_text, 3);
-    layout->addWidget(m_bar, 2);
+    layout->addWidget(m_text, 2);
+    layout->addWidget(m_bar, 1);
     layout->addWidget(m_share);
     layout->addWidget(m_time);
-    setMinimumHeight(units(rowHeight));
+    setMinimumHeight(std::max(units(rowHeight), 2 * fontMetrics().lineSpacing()));
     show(Kind::Hint, {}, {});
 }
 
@@ -54,6 +56,7 @@ void StatusRow::show(Kind kind, const QString &text, const QString &glyph)
 {
     m_kind = kind;
     m_glyphName = glyph;
+    m_text->setWordWrap(m_wrapsHints && kind == Kind::Hint);
     m_text->setText(text);
     m_glyph->setVisible(!glyph.isEmpty());
     m_bar->setVisible(kind == Kind::Operation);
@@ -87,8 +90,8 @@ void StatusRow::showVerdict(const QString &text, const QString &glyph, const QSt
 void StatusRow::draw()
 {
     QPalette own;
-    const QColor color = m_kind == Kind::Hint ? ColorRules::quietText(palette())
-                                              : palette().color(QPalette::WindowText);
+    const QColor color
+        = m_kind == Kind::Hint ? ColorRules::quietText(palette()) : palette().color(QPalette::WindowText);
     own.setColor(QPalette::WindowText, color);
     m_text->setPalette(own);
     QFont font;

@@ -16,6 +16,7 @@ class UsageBar;
 class StatusRow : public QWidget
 {
     Q_OBJECT
+    Q_PROPERTY(bool wrapsHints READ wrapsHints WRITE setWrapsHints)
 
 public:
     explicit StatusRow(QWidget *parent = nullptr);
@@ -23,9 +24,12 @@ public:
     // Each replaces what was shown. A glyph is the name of a drawing; empty for none.
     void showHint(const QString &text, const QString &glyph);
     // With a percentage from 0 to 100, or as an activity without one.
-    void showOperation(
-        const QString &text, std::optional<int> percentage, std::chrono::seconds elapsed);
+    void showOperation(const QString &text, std::optional<int> percentage, std::chrono::seconds elapsed);
     void showVerdict(const QString &text, const QString &glyph, const QString &when);
+
+    // Whether a hint may take a second line. One that holds a name may not: names have any length.
+    bool wrapsHints() const { return m_wrapsHints; }
+    void setWrapsHints(bool wraps) { m_wrapsHints = wraps; }
 
     QString text() const;
     bool showsOperation() const { return m_kind == Kind::Operation; }
@@ -43,6 +47,7 @@ private:
     void draw();
 
     Kind m_kind = Kind::Hint;
+    bool m_wrapsHints = false;
     QString m_glyphName;
     QLabel *m_glyph;
     ElidingLabel *m_text;

@@ -108,6 +108,16 @@ Monta, formatea, comprueba y repara discos y volúmenes.</translation>
         <extracomment>What a screen reader calls the tree of disks at the side of the window.</extracomment>
         <translation>Discos y volúmenes</translation>
     </message>
+    <message id="NO_DISKS_TEXT">
+        <source>No disks. One that you connect appears here.</source>
+        <extracomment>In the empty tree.</extracomment>
+        <translation>No hay discos. El que conecte aparece aquí.</translation>
+    </message>
+    <message id="NO_SERVICE_TEXT">
+        <source>The disk service (udisks2) is not running.</source>
+        <extracomment>In the empty tree, when the service that tells of disks (UDisks2) does not run.</extracomment>
+        <translation>El servicio de discos (udisks2) no está en marcha.</translation>
+    </message>
     <message id="ROW_MOUNTED_TEXT">
         <source>mounted</source>
         <extracomment>Said by a screen reader after the name of a volume in the tree: files on it can be used.</extracomment>
@@ -117,6 +127,11 @@ Monta, formatea, comprueba y repara discos y volúmenes.</translation>
         <source>not mounted</source>
         <extracomment>Said by a screen reader after the name of a volume in the tree: files on it cannot be used at present.</extracomment>
         <translation>sin montar</translation>
+    </message>
+    <message id="ROW_BUSY_TEXT">
+        <source>busy</source>
+        <extracomment>Said of a row of the tree on whose disk an operation runs.</extracomment>
+        <translation>ocupado</translation>
     </message>
     <message id="ROW_DISK_WITH_PARTITIONS_TEXT">
         <source>disk with partitions</source>
@@ -132,6 +147,11 @@ Monta, formatea, comprueba y repara discos y volúmenes.</translation>
         <source>Disk icon</source>
         <extracomment>What a screen reader calls the large picture of the selected disk.</extracomment>
         <translation>Icono del disco</translation>
+    </message>
+    <message id="DISK_MAP_ACCESSIBLE_NAME">
+        <source>Volumes on this disk</source>
+        <extracomment>Name, for a screen reader, of the drawing on the Info page that shows the volumes of a disk side by side.</extracomment>
+        <translation>Volúmenes de este disco</translation>
     </message>
     <message id="DIVIDER_ACCESSIBLE_NAME">
         <source>Divider</source>
@@ -508,6 +528,41 @@ Monta, formatea, comprueba y repara discos y volúmenes.</translation>
         <extracomment>Button: asks for confirmation and then formats the selected volume.</extracomment>
         <translation>&amp;Formatear…</translation>
     </message>
+    <message id="FORMAT_ERASES_FMT">
+        <source>Formatting erases everything on %@.</source>
+        <extracomment>Format page, beside the button. %@ is the name of the disk or volume.</extracomment>
+        <translation>Formatear borra todo el contenido de %@.</translation>
+    </message>
+    <message id="LABEL_PLACEHOLDER_TEXT">
+        <source>Untitled</source>
+        <extracomment>Format page, in the empty field for the label of the new volume: it will have no label.</extracomment>
+        <translation>Sin nombre</translation>
+    </message>
+    <message id="REASON_BUSY_TEXT">
+        <source>Another task is running on this disk.</source>
+        <extracomment>Tool tip of a disabled button: why it is.</extracomment>
+        <translation>Hay otra tarea en curso en este disco.</translation>
+    </message>
+    <message id="REASON_INTERNAL_TEXT">
+        <source>Internal disks are not ejected.</source>
+        <extracomment>Tool tip of a disabled button: why it is.</extracomment>
+        <translation>Los discos internos no se expulsan.</translation>
+    </message>
+    <message id="REASON_READ_ONLY_TEXT">
+        <source>It can only be read.</source>
+        <extracomment>Tool tip of a disabled button: why it is.</extracomment>
+        <translation>Es de solo lectura.</translation>
+    </message>
+    <message id="REASON_PARTITIONS_TEXT">
+        <source>Select one of the volumes on this disk.</source>
+        <extracomment>Tool tip of a disabled button: why it is. The disk is divided into volumes.</extracomment>
+        <translation>Seleccione uno de los volúmenes de este disco.</translation>
+    </message>
+    <message id="REASON_NO_TOOL_TEXT">
+        <source>There is no tool for this file system.</source>
+        <extracomment>Tool tip of a disabled button: why it is.</extracomment>
+        <translation>No hay herramienta para este sistema de archivos.</translation>
+    </message>
     <message id="INVALID_VOLUME_LABEL_TEXT">
         <source>The volume label is not valid</source>
         <extracomment>Title of the message about a volume label that the file system does not allow.</extracomment>
@@ -723,6 +778,21 @@ Monta, formatea, comprueba y repara discos y volúmenes.</translation>
         <extracomment>Shown while a volume is formatted. %@ is its name.</extracomment>
         <translation>Formateando %@…</translation>
     </message>
+    <message id="ACTIVITY_MOUNTING_TEXT">
+        <source>Mounting…</source>
+        <extracomment>Info page, while the selected volume is mounted.</extracomment>
+        <translation>Montando…</translation>
+    </message>
+    <message id="ACTIVITY_UNMOUNTING_TEXT">
+        <source>Unmounting: what is still in memory is being written. Do not unplug the disk.</source>
+        <extracomment>Info page, while the selected volume is unmounted.</extracomment>
+        <translation>Desmontando: se está escribiendo lo que queda en memoria. No desconecte el disco.</translation>
+    </message>
+    <message id="ACTIVITY_EJECTING_TEXT">
+        <source>Ejecting: what is still in memory is being written. Do not unplug the disk.</source>
+        <extracomment>Info page, while the selected disk is ejected.</extracomment>
+        <translation>Expulsando: se está escribiendo lo que queda en memoria. No desconecte el disco.</translation>
+    </message>
     <message id="CHECK_BUTTON_TITLE">
         <source>&amp;Check</source>
         <extracomment>Button: looks for errors in the file system of the volume and changes nothing.</extracomment>
@@ -738,6 +808,11 @@ Monta, formatea, comprueba y repara discos y volúmenes.</translation>
         <extracomment>What a screen reader calls the view that shows what the checking and repairing tools print.</extracomment>
         <translation>Salida de la comprobación y la reparación</translation>
     </message>
+    <message id="OUTPUT_PLACEHOLDER_TEXT">
+        <source>What the check prints appears here.</source>
+        <extracomment>Maintenance page, in the empty field for the output.</extracomment>
+        <translation>Aquí aparece la salida de la comprobación.</translation>
+    </message>
     <message id="ACTIVITY_CHECKING_FMT">
         <source>Checking %@…</source>
         <extracomment>Shown while a volume is checked. %@ is its name.</extracomment>
@@ -747,6 +822,41 @@ Monta, formatea, comprueba y repara discos y volúmenes.</translation>
         <source>Repairing %@…</source>
         <extracomment>Shown while a volume is repaired. %@ is its name.</extracomment>
         <translation>Reparando %@…</translation>
+    </message>
+    <message id="CHECK_HINT_TEXT">
+        <source>A check only reads. A mounted volume is unmounted meanwhile.</source>
+        <extracomment>Maintenance page, before anything has run: what a check does.</extracomment>
+        <translation>La comprobación solo lee. Un volumen montado se desmonta mientras tanto.</translation>
+    </message>
+    <message id="VERDICT_CLEAN_FMT">
+        <source>%@: no errors found</source>
+        <extracomment>Maintenance page, after a check. %@ is the name of the volume.</extracomment>
+        <translation>%@: no se encontraron errores</translation>
+    </message>
+    <message id="VERDICT_ERRORS_FMT">
+        <source>%@: errors found, repair it</source>
+        <extracomment>Maintenance page, after a check. %@ is the name of the volume.</extracomment>
+        <translation>%@: hay errores, conviene repararlo</translation>
+    </message>
+    <message id="VERDICT_REPAIRED_FMT">
+        <source>%@: in order after the repair</source>
+        <extracomment>Maintenance page, after a repair. %@ is the name of the volume.</extracomment>
+        <translation>%@: correcto tras la reparación</translation>
+    </message>
+    <message id="VERDICT_NOT_REPAIRED_FMT">
+        <source>%@: errors remain</source>
+        <extracomment>Maintenance page, after a repair. %@ is the name of the volume.</extracomment>
+        <translation>%@: quedan errores</translation>
+    </message>
+    <message id="VERDICT_UNFINISHED_FMT">
+        <source>%@: not finished, nothing is known</source>
+        <extracomment>Maintenance page, after a check or repair that could not be carried out. %@ is the name of the volume.</extracomment>
+        <translation>%@: sin terminar, estado desconocido</translation>
+    </message>
+    <message id="VERDICT_TIME_FMT">
+        <source>%@, took %@</source>
+        <extracomment>Beside the verdict. The first %@ is the time of day at which it ended, the second one how long it took, such as 2:51 (minutes and seconds).</extracomment>
+        <translation>%@, duración %@</translation>
     </message>
 </context>
 </TS>

@@ -108,6 +108,16 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <extracomment>What a screen reader calls the tree of disks at the side of the window.</extracomment>
         <translation>디스크 및 볼륨</translation>
     </message>
+    <message id="NO_DISKS_TEXT">
+        <source>No disks. One that you connect appears here.</source>
+        <extracomment>In the empty tree.</extracomment>
+        <translation>디스크가 없습니다. 연결하면 여기에 표시됩니다.</translation>
+    </message>
+    <message id="NO_SERVICE_TEXT">
+        <source>The disk service (udisks2) is not running.</source>
+        <extracomment>In the empty tree, when the service that tells of disks (UDisks2) does not run.</extracomment>
+        <translation>디스크 서비스(udisks2)가 실행되고 있지 않습니다.</translation>
+    </message>
     <message id="ROW_MOUNTED_TEXT">
         <source>mounted</source>
         <extracomment>Said by a screen reader after the name of a volume in the tree: files on it can be used.</extracomment>
@@ -117,6 +127,11 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <source>not mounted</source>
         <extracomment>Said by a screen reader after the name of a volume in the tree: files on it cannot be used at present.</extracomment>
         <translation>마운트되지 않음</translation>
+    </message>
+    <message id="ROW_BUSY_TEXT">
+        <source>busy</source>
+        <extracomment>Said of a row of the tree on whose disk an operation runs.</extracomment>
+        <translation>작업 중</translation>
     </message>
     <message id="ROW_DISK_WITH_PARTITIONS_TEXT">
         <source>disk with partitions</source>
@@ -132,6 +147,11 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <source>Disk icon</source>
         <extracomment>What a screen reader calls the large picture of the selected disk.</extracomment>
         <translation>디스크 아이콘</translation>
+    </message>
+    <message id="DISK_MAP_ACCESSIBLE_NAME">
+        <source>Volumes on this disk</source>
+        <extracomment>Name, for a screen reader, of the drawing on the Info page that shows the volumes of a disk side by side.</extracomment>
+        <translation>이 디스크의 볼륨</translation>
     </message>
     <message id="DIVIDER_ACCESSIBLE_NAME">
         <source>Divider</source>
@@ -508,6 +528,41 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <extracomment>Button: asks for confirmation and then formats the selected volume.</extracomment>
         <translation>포맷(&amp;R)…</translation>
     </message>
+    <message id="FORMAT_ERASES_FMT">
+        <source>Formatting erases everything on %@.</source>
+        <extracomment>Format page, beside the button. %@ is the name of the disk or volume.</extracomment>
+        <translation>포맷하면 %@의 모든 내용이 지워집니다.</translation>
+    </message>
+    <message id="LABEL_PLACEHOLDER_TEXT">
+        <source>Untitled</source>
+        <extracomment>Format page, in the empty field for the label of the new volume: it will have no label.</extracomment>
+        <translation>이름 없음</translation>
+    </message>
+    <message id="REASON_BUSY_TEXT">
+        <source>Another task is running on this disk.</source>
+        <extracomment>Tool tip of a disabled button: why it is.</extracomment>
+        <translation>이 디스크에서 다른 작업이 실행 중입니다.</translation>
+    </message>
+    <message id="REASON_INTERNAL_TEXT">
+        <source>Internal disks are not ejected.</source>
+        <extracomment>Tool tip of a disabled button: why it is.</extracomment>
+        <translation>내장 디스크는 꺼낼 수 없습니다.</translation>
+    </message>
+    <message id="REASON_READ_ONLY_TEXT">
+        <source>It can only be read.</source>
+        <extracomment>Tool tip of a disabled button: why it is.</extracomment>
+        <translation>읽기 전용입니다.</translation>
+    </message>
+    <message id="REASON_PARTITIONS_TEXT">
+        <source>Select one of the volumes on this disk.</source>
+        <extracomment>Tool tip of a disabled button: why it is. The disk is divided into volumes.</extracomment>
+        <translation>이 디스크의 볼륨 하나를 선택하십시오.</translation>
+    </message>
+    <message id="REASON_NO_TOOL_TEXT">
+        <source>There is no tool for this file system.</source>
+        <extracomment>Tool tip of a disabled button: why it is.</extracomment>
+        <translation>이 파일 시스템용 도구가 없습니다.</translation>
+    </message>
     <message id="INVALID_VOLUME_LABEL_TEXT">
         <source>The volume label is not valid</source>
         <extracomment>Title of the message about a volume label that the file system does not allow.</extracomment>
@@ -723,6 +778,21 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <extracomment>Shown while a volume is formatted. %@ is its name.</extracomment>
         <translation>%@ 포맷 중…</translation>
     </message>
+    <message id="ACTIVITY_MOUNTING_TEXT">
+        <source>Mounting…</source>
+        <extracomment>Info page, while the selected volume is mounted.</extracomment>
+        <translation>마운트 중…</translation>
+    </message>
+    <message id="ACTIVITY_UNMOUNTING_TEXT">
+        <source>Unmounting: what is still in memory is being written. Do not unplug the disk.</source>
+        <extracomment>Info page, while the selected volume is unmounted.</extracomment>
+        <translation>마운트 해제 중: 메모리에 남은 데이터를 기록하고 있습니다. 디스크를 빼지 마십시오.</translation>
+    </message>
+    <message id="ACTIVITY_EJECTING_TEXT">
+        <source>Ejecting: what is still in memory is being written. Do not unplug the disk.</source>
+        <extracomment>Info page, while the selected disk is ejected.</extracomment>
+        <translation>꺼내는 중: 메모리에 남은 데이터를 기록하고 있습니다. 디스크를 빼지 마십시오.</translation>
+    </message>
     <message id="CHECK_BUTTON_TITLE">
         <source>&amp;Check</source>
         <extracomment>Button: looks for errors in the file system of the volume and changes nothing.</extracomment>
@@ -738,6 +808,11 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <extracomment>What a screen reader calls the view that shows what the checking and repairing tools print.</extracomment>
         <translation>검사 및 복구 출력</translation>
     </message>
+    <message id="OUTPUT_PLACEHOLDER_TEXT">
+        <source>What the check prints appears here.</source>
+        <extracomment>Maintenance page, in the empty field for the output.</extracomment>
+        <translation>검사 출력이 여기에 표시됩니다.</translation>
+    </message>
     <message id="ACTIVITY_CHECKING_FMT">
         <source>Checking %@…</source>
         <extracomment>Shown while a volume is checked. %@ is its name.</extracomment>
@@ -747,6 +822,41 @@ Mounts, formats, checks and repairs disks and volumes.</source>
         <source>Repairing %@…</source>
         <extracomment>Shown while a volume is repaired. %@ is its name.</extracomment>
         <translation>%@ 복구 중…</translation>
+    </message>
+    <message id="CHECK_HINT_TEXT">
+        <source>A check only reads. A mounted volume is unmounted meanwhile.</source>
+        <extracomment>Maintenance page, before anything has run: what a check does.</extracomment>
+        <translation>검사는 읽기만 합니다. 마운트된 볼륨은 그동안 마운트 해제됩니다.</translation>
+    </message>
+    <message id="VERDICT_CLEAN_FMT">
+        <source>%@: no errors found</source>
+        <extracomment>Maintenance page, after a check. %@ is the name of the volume.</extracomment>
+        <translation>%@: 오류 없음</translation>
+    </message>
+    <message id="VERDICT_ERRORS_FMT">
+        <source>%@: errors found, repair it</source>
+        <extracomment>Maintenance page, after a check. %@ is the name of the volume.</extracomment>
+        <translation>%@: 오류 발견, 복구 필요</translation>
+    </message>
+    <message id="VERDICT_REPAIRED_FMT">
+        <source>%@: in order after the repair</source>
+        <extracomment>Maintenance page, after a repair. %@ is the name of the volume.</extracomment>
+        <translation>%@: 복구 후 정상</translation>
+    </message>
+    <message id="VERDICT_NOT_REPAIRED_FMT">
+        <source>%@: errors remain</source>
+        <extracomment>Maintenance page, after a repair. %@ is the name of the volume.</extracomment>
+        <translation>%@: 오류가 남아 있음</translation>
+    </message>
+    <message id="VERDICT_UNFINISHED_FMT">
+        <source>%@: not finished, nothing is known</source>
+        <extracomment>Maintenance page, after a check or repair that could not be carried out. %@ is the name of the volume.</extracomment>
+        <translation>%@: 완료되지 않음, 상태 알 수 없음</translation>
+    </message>
+    <message id="VERDICT_TIME_FMT">
+        <source>%@, took %@</source>
+        <extracomment>Beside the verdict. The first %@ is the time of day at which it ended, the second one how long it took, such as 2:51 (minutes and seconds).</extracomment>
+        <translation>%@, 소요 시간 %@</translation>
     </message>
 </context>
 </TS>

@@ -7,8 +7,8 @@
 #include "ui/ElidingLabel.h"
 #include "ui/ImageButton.h"
 #include "ui/LinkTextView.h"
-#include "ui/OperationBar.h"
 #include "ui/OutlineView.h"
+#include "ui/StatusRow.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -124,9 +124,9 @@ void TestEveryone::cutValueIsItsToolTip()
     QCOMPARE(label->text(), longName);
     QCOMPARE(toolTipAt(label, label->rect().center()), longName);
     test.controller().rightTabView->setCurrentWidget(test.controller().maintenanceTab);
-    test.controller().maintenanceOperationBar->setOperation(longName, 42);
+    test.controller().maintenanceStatusRow->showOperation(longName, 42, {});
     TestController::handlePostedEvents();
-    auto *const activity = test.controller().maintenanceOperationBar->findChild<QLabel *>();
+    auto *const activity = test.controller().maintenanceStatusRow->findChild<ElidingLabel *>();
     QVERIFY(activity->isVisible());
     QCOMPARE(toolTipAt(activity, activity->rect().center()), longName);
     for (const QLabel *value : { test.controller().infoDiskSpaceLabel, test.controller().filesystemLabel,

@@ -232,6 +232,7 @@ constexpr State states[] = {
     { "unmounted", "disk2s1" },
     { "mounted", "disk2s2" },
     { "formatting", "disk2s2", RunningOperation::Format },
+    { "unmounting", "disk2s2", RunningOperation::Unmount },
     { "checking", "disk2s2", RunningOperation::Check },
     { "repairing", "disk2s2", RunningOperation::Repair },
 };
@@ -247,6 +248,19 @@ void show(TestController &test, const State &state)
     test.controller().leftOutlineView->selectRow(-1);
     if (*state.disk)
         test.select(QLatin1String(state.disk));
+}
+
+QWidget *pageOf(const State &state, const ZorvexDiskManagerAppDelegate &controller)
+{
+    switch (state.operation) {
+    case RunningOperation::Format:
+        return controller.formatTab;
+    case RunningOperation::Check:
+    case RunningOperation::Repair:
+        return controller.maintenanceTab;
+    default:
+        return controller.infoTab;
+    }
 }
 
 } // namespace
@@ -332,6 +346,15 @@ void TestPictures::takesPictures()
                   .arg(QString::fromLatin1(QTest::currentDataTag()), tabs->currentWidget()->objectName())
                   .arg(test.window().devicePixelRatio());
         QVERIFY(picture.save(folder.filePath(name)));
+    }
+    for (const State &state : states) {
+        show(test, state);
+        tabs->setCurrentWidget(pageOf(state, test.controller()));
+        TestController::handlePostedEvents();
+        const QString name
+            = u"%1-%2@%3x.png"_s.arg(QString::fromLatin1(QTest::currentDataTag()), QLatin1String(state.name))
+                  .arg(test.window().devicePixelRatio());
+        QVERIFY(test.window().grab().save(folder.filePath(name)));
     }
 }
 

@@ -28,6 +28,8 @@ void ImagesTest::imageIsThereInEveryResolution_data()
     for (const char *glyph : { "media_card", "media_disc", "media_drive", "media_image", "media_usb",
              "state_info", "state_locked", "state_ok", "state_warning" })
         QTest::newRow(glyph) << 16;
+    for (const char *picture : { "sheet_critical", "sheet_info", "sheet_warning" })
+        QTest::newRow(picture) << 48;
 }
 
 void ImagesTest::imageIsThereInEveryResolution()
