@@ -29,9 +29,6 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-// How often the time of what runs is shown anew.
-constexpr std::chrono::milliseconds activityInterval { 500 };
-
 // Of the part of the window below its menus, at the usual text size.
 constexpr QSize initialContentSize { 800, 450 };
 constexpr QSize minimumContentSize { 720, 420 };
@@ -95,16 +92,14 @@ void ZorvexDiskManagerAppDelegate::awakeFromNib()
     formatVolumeLabelField->setPlaceholderText(localizedString("LABEL_PLACEHOLDER_TEXT"));
     checkRepairOutputView->setPlaceholderText(localizedString("OUTPUT_PLACEHOLDER_TEXT"));
     connect(formatFilesystemsPopupButton, &QComboBox::currentIndexChanged, this,
-        &ZorvexDiskManagerAppDelegate::showLabelLimit);
+        [this] { m_status.showLabelLimit(); });
     connect(infoDiskMap, &DiskMap::partChosen, this, &ZorvexDiskManagerAppDelegate::selectMedium);
-    m_activityTimer.setInterval(activityInterval);
-    connect(&m_activityTimer, &QTimer::timeout, this, &ZorvexDiskManagerAppDelegate::updateActivity);
 
     rightTabView->removeTab(rightTabView->indexOf(maintenanceTab));
     rightTabView->removeTab(rightTabView->indexOf(formatTab));
     infoBigImageField->setPixmap(getImageNamed(u"drive_icon_big.png"_s).value_or(QPixmap()));
-    showAsEmpty(true);
-    showReasonsOf(nullptr);
+    m_status.showAsEmpty(true);
+    m_status.showReasonsOf(nullptr);
 
     if (isRightToLeftLocalization()) {
         swapPanes();

@@ -18,7 +18,6 @@
 //   Erase disk           operations/EraseDisk.cpp
 //   Check and repair     operations/CheckRepair.cpp
 //   Information panel    ui/InformationPanel.cpp
-//   Panel status         ui/PanelStatus.cpp
 //   Presentation         ui/Presentation.cpp
 //   Outline view         ui/DiskOutline.cpp
 //   Split view           ui/DiskSplitView.cpp
@@ -32,12 +31,11 @@
 #include "disks/DiskListBuilder.h"
 #include "platform/MainThreadRelay.h"
 #include "ui/OutlineDataSource.h"
+#include "ui/PanelStatus.h"
 #include "ui/SplitView.h"
-#include "ui/status_rules.h"
 
 #include <QObject>
 #include <QPixmap>
-#include <QTimer>
 
 #include <chrono>
 #include <memory>
@@ -45,23 +43,14 @@
 #include <unordered_map>
 
 class AlertSheet;
-class DiskMap;
-class ElidingLabel;
-class GlyphLabel;
 class ImageButton;
 class LinkTextView;
 class OutputView;
-class PageHeader;
-class QBoxLayout;
 class QComboBox;
-class QFormLayout;
-class QLabel;
 class QLineEdit;
 class QMainWindow;
 class QPushButton;
 class QTabWidget;
-class StatusRow;
-class UsageBar;
 struct CheckRepairOutputChunk;
 struct EraseDiskChoice;
 struct FormatTarget;
@@ -70,7 +59,8 @@ struct NewVolume;
 class ZorvexDiskManagerAppDelegate : public QObject,
                                      public OutlineDataSource,
                                      public OutlineDelegate,
-                                     public SplitViewDelegate
+                                     public SplitViewDelegate,
+                                     public PanelStatusOutlets
 {
     Q_OBJECT
 
@@ -93,20 +83,6 @@ public:
     QLabel *infoBigImageField = nullptr;
     QLabel *infoNameLabel = nullptr;
     QLabel *infoDiskSpaceLabel = nullptr;
-    GlyphLabel *infoPlaceLabel = nullptr;
-    QWidget *infoColumn = nullptr; // the whole of the page
-    QBoxLayout *infoHeaderLayout = nullptr;
-    QWidget *infoDetails = nullptr; // all below the header
-    UsageBar *infoUsageBar = nullptr;
-    DiskMap *infoDiskMap = nullptr;
-    GlyphLabel *infoStatusLabel = nullptr;
-    QLabel *goToFormatLink = nullptr;
-    QFormLayout *infoFormLayout = nullptr;
-    ElidingLabel *mountedPathGloss = nullptr;
-    ElidingLabel *filesystemGloss = nullptr;
-    ElidingLabel *contentGloss = nullptr;
-    PageHeader *formatHeader = nullptr;
-    PageHeader *maintenanceHeader = nullptr;
     LinkTextView *infoMountedPathView = nullptr;
     QLabel *filesystemLabel = nullptr;
     QLabel *bsdNameLabel = nullptr;
@@ -122,9 +98,6 @@ public:
     OutputView *checkRepairOutputView = nullptr;
     QPushButton *checkButton = nullptr;
     QPushButton *repairButton = nullptr;
-    StatusRow *formatStatusRow = nullptr;
-    StatusRow *maintenanceStatusRow = nullptr;
-    QLabel *labelLimitLabel = nullptr;
 
     // --- State ---
 
@@ -276,11 +249,6 @@ public:
     void outlineViewSelectionDidChange() override;
     void outlineViewSelectionIsChanging() override;
 
-    // --- Panel status. Implemented in ui/PanelStatus.cpp ---
-
-    // The whole disk that the medium is on, or is; null when it has no node.
-    DiskRecord wholeDiskOf(const ZorvexDiskManagerDisk &disk) const;
-
     // --- Presentation. Implemented in ui/Presentation.cpp ---
 
     // Sizes in bytes; a null free space leaves it out.
@@ -393,7 +361,6 @@ private:
         const std::shared_ptr<MainThreadRelay> &relay, ShellPipe &pipe);
     static void doCheckRepair(const DiskRecord &disk, const QString &bsdName,
         const std::shared_ptr<MainThreadRelay> &relay, ShellPipe &pipe, bool isRepair);
-    static void noteRunEnd(ZorvexDiskManagerDisk &disk, qint32 code);
     void scheduleOutputRefresh();
 
     // ui/DiskOutline.cpp
@@ -414,30 +381,13 @@ private:
     void disableControls();
     void updateTabs(const ZorvexDiskManagerDisk *disk, bool canFormat);
 
-    // ui/PanelStatus.cpp
-    void showAsEmpty(bool isEmpty); // the Info page with nothing selected, or with a medium
-    QString placeTextOf(const ZorvexDiskManagerDisk &disk) const;
-    StatusRules::Status statusOf(const ZorvexDiskManagerDisk &disk, std::optional<qint64> freeSpace) const;
-    QString statusTextOf(const ZorvexDiskManagerDisk &disk, std::optional<qint64> freeSpace) const;
-    QString partitionsTextOf(const ZorvexDiskManagerDisk &disk) const;
-    void showMapOf(const ZorvexDiskManagerDisk &disk);
-    void showStatusOf(const ZorvexDiskManagerDisk &disk, std::optional<qint64> freeSpace);
-    void showGlossesOf(const ZorvexDiskManagerDisk &disk, const QString &filesystem);
-    void showReasonsOf(const ZorvexDiskManagerDisk *disk);
-    void showLabelLimit();
-    // Shows what runs on the selected disk, and for how long.
-    void updateActivity();
-    void showActivityOf(const ZorvexDiskManagerDisk &disk, const QString &text);
-    void showFormatRowOf(const ZorvexDiskManagerDisk &disk);
-    void showMaintenanceRowOf(const ZorvexDiskManagerDisk &disk);
-    void showHeadersOf(const ZorvexDiskManagerDisk &disk, const QString &filesystem);
-
     ApplicationPlatform m_platform;
     std::shared_ptr<MainThreadRelay> m_relay;
     std::unordered_map<ZorvexDiskManagerDiskListItem *, std::unique_ptr<ZorvexDiskManagerDiskListItem>>
         m_diskListItems; // owns the nodes of the tree
     DiskListBuilder m_diskListBuilder;
-    QTimer m_activityTimer; // while something may be running
+    friend class PanelStatus;
+    PanelStatus m_status { *this };
     bool m_outputRefreshScheduled = false;
     std::chrono::milliseconds m_outputInterval {}; // from output that comes to the refresh that shows it
 };

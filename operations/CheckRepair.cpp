@@ -62,6 +62,21 @@ QString withComplaints(const QString &message, const std::optional<OutputBuffer>
     return complaints.isEmpty() ? message : QString(message + u'\n' + complaints);
 }
 
+// The runner's code is EIO when the tool has found errors or left some.
+void noteRunEnd(ZorvexDiskManagerDisk &disk, qint32 code)
+{
+    FinishedRun run;
+    run.isRepair = disk.runningOperation == RunningOperation::Repair;
+    if (code == 0)
+        run.outcome = FinishedRun::Outcome::Clean;
+    else if (code == EIO)
+        run.outcome = FinishedRun::Outcome::Errors;
+    run.ended = QTime::currentTime();
+    run.took = std::chrono::duration_cast<std::chrono::seconds>(
+        std::chrono::steady_clock::now() - disk.operationBegan);
+    disk.finishedRun = run;
+}
+
 } // namespace
 
 void ZorvexDiskManagerAppDelegate::clickCheckButton(QObject *sender)
@@ -124,21 +139,6 @@ void ZorvexDiskManagerAppDelegate::doCheckRepair(const DiskRecord &disk, const Q
         noteRunEnd(*disk, code);
         disk->delegate->checkRepairFinished(disk);
     });
-}
-
-// The runner's code is EIO when the tool has found errors or left some.
-void ZorvexDiskManagerAppDelegate::noteRunEnd(ZorvexDiskManagerDisk &disk, qint32 code)
-{
-    FinishedRun run;
-    run.isRepair = disk.runningOperation == RunningOperation::Repair;
-    if (code == 0)
-        run.outcome = FinishedRun::Outcome::Clean;
-    else if (code == EIO)
-        run.outcome = FinishedRun::Outcome::Errors;
-    run.ended = QTime::currentTime();
-    run.took = std::chrono::duration_cast<std::chrono::seconds>(
-        std::chrono::steady_clock::now() - disk.operationBegan);
-    disk.finishedRun = run;
 }
 
 void ZorvexDiskManagerAppDelegate::updateCheckRepairOutput(const CheckRepairOutputChunk &chunk)

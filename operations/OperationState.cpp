@@ -17,7 +17,6 @@ void ZorvexDiskManagerAppDelegate::beginOperation(const DiskRecord &disk, Runnin
     disk->operationBegan = std::chrono::steady_clock::now();
     if (isCheckOrRepair)
         disk->finishedRun.reset();
-    m_activityTimer.start();
     // The operation shows its own tab, and keeps the other one if that is there already.
     disk->operationInProgressShowFormatTab
         = isFormat || (isCheckOrRepair && rightTabView->indexOf(formatTab) >= 0);

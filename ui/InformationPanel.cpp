@@ -236,16 +236,16 @@ void ZorvexDiskManagerAppDelegate::outlineViewSelectionDidChange()
     // A name may be cut, the hint what to do first may not.
     infoNameLabel->setWordWrap(!disk);
     infoDiskSpaceLabel->setVisible(disk != nullptr);
-    showAsEmpty(!disk);
+    m_status.showAsEmpty(!disk);
     if (disk) {
         texts = textsOf(*disk);
         infoBigImageField->setPixmap(getUIImageforDisk(*disk, true).value_or(QPixmap()));
         infoBigImageField->setAccessibleDescription(rowTextOf(*disk, texts.filesystem));
         mountUnmountButton->setText(localizedString(PanelRules::buttonTitleKey(*disk)));
         setMountImageWithIsUnmountable(PanelRules::isUnmountable(*disk));
-        showStatusOf(*disk, texts.freeSpace);
-        showGlossesOf(*disk, texts.filesystem);
-        showHeadersOf(*disk, texts.filesystem);
+        m_status.showStatusOf(*disk, texts.freeSpace);
+        m_status.showGlossesOf(*disk, texts.filesystem);
+        m_status.showHeadersOf(*disk, texts.filesystem);
         showOutputOf(*disk);
         canFormat = enableControls(*disk);
     } else {
@@ -272,8 +272,8 @@ void ZorvexDiskManagerAppDelegate::outlineViewSelectionDidChange()
     setValue(ejectableLabel, texts.ejectable);
     setValue(preferredBlockSizeLabel, texts.preferredBlockSize);
     refreshFilesystems();
-    showLabelLimit();
-    showReasonsOf(disk.get());
-    updateActivity();
+    m_status.showLabelLimit();
+    m_status.showReasonsOf(disk.get());
+    m_status.updateActivity();
     Q_EMIT panelDidChange(disk);
 }

@@ -205,7 +205,7 @@ void TestLifecycle::treePaneKeepsItsWidth()
         test.launch();
         QVERIFY(QTest::qWaitForWindowExposed(&test.window()));
         QCOMPARE(test.controller().outlineViewContainer->width(), 232);
-        QCOMPARE(test.controller().rightTabView->width(), 552);
+        QCOMPARE(test.controller().rightTabView->width(), 560);
     }
 }
 
