@@ -3,26 +3,33 @@
 // How the controller is brought up and torn down.
 #include "app/ZorvexDiskManagerAppDelegate.h"
 
+#include "platform/Localization.h"
 #include "platform/SystemLog.h"
+#include "ui/DiskMap.h"
 #include "ui/ImageButton.h"
 #include "ui/LinkTextView.h"
 #include "ui/OutlineView.h"
 #include "ui/OutputView.h"
+#include "ui/Units.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QEvent>
+#include <QLabel>
 #include <QLayout>
+#include <QLineEdit>
 #include <QMainWindow>
 #include <QScreen>
 #include <QTabWidget>
 
+#include <algorithm>
 #include <limits>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-// Of the part of the window below its menus.
+// Of the part of the window below its menus, at the usual text size.
 constexpr QSize initialContentSize { 800, 450 };
 constexpr QSize minimumContentSize { 720, 420 };
 
@@ -30,6 +37,13 @@ constexpr QSize minimumContentSize { 720, 420 };
 int menuHeight(const QMainWindow &window)
 {
     return window.layout()->totalMinimumSize().height() - window.layout()->minimumSize().height();
+}
+
+// So much room for a larger text, as far as the screen has it.
+QSize grownWithText(const QSize &usual, const QScreen *screen)
+{
+    const QSize grown = usual * std::max(textScale(), 1.0);
+    return screen ? grown.boundedTo(screen->availableSize().expandedTo(usual)) : grown;
 }
 
 void logNoSession()
@@ -75,9 +89,17 @@ void ZorvexDiskManagerAppDelegate::colorOutput()
 void ZorvexDiskManagerAppDelegate::awakeFromNib()
 {
     colorOutput();
+    formatVolumeLabelField->setPlaceholderText(localizedString("LABEL_PLACEHOLDER_TEXT"));
+    checkRepairOutputView->setPlaceholderText(localizedString("OUTPUT_PLACEHOLDER_TEXT"));
+    connect(formatFilesystemsPopupButton, &QComboBox::currentIndexChanged, this,
+        [this] { m_status.showLabelLimit(); });
+    connect(infoDiskMap, &DiskMap::partChosen, this, &ZorvexDiskManagerAppDelegate::selectMedium);
 
     rightTabView->removeTab(rightTabView->indexOf(maintenanceTab));
     rightTabView->removeTab(rightTabView->indexOf(formatTab));
+    infoBigImageField->setPixmap(getImageNamed(u"drive_icon_big.png"_s).value_or(QPixmap()));
+    m_status.showAsEmpty(true);
+    m_status.showReasonsOf(nullptr);
 
     if (isRightToLeftLocalization()) {
         swapPanes();
@@ -86,22 +108,26 @@ void ZorvexDiskManagerAppDelegate::awakeFromNib()
         mountUnmountButton->setImagePosition(ImageButton::ImagePosition::Right);
         mountUnmountButton->setTextAlignment(Qt::AlignRight);
     }
-    const int firstPaneWidth = mainSplitView->sizes().constFirst();
+    const int treeWidth = outlineViewContainer->width();
 
     connect(infoMountedPathView, &LinkTextView::selectionDidChange, this,
         &ZorvexDiskManagerAppDelegate::textViewDidChangeSelection);
     infoMountedPathView->installEventFilter(this);
     window->installEventFilter(this);
 
-    window->centralWidget()->setMinimumSize(minimumContentSize);
     const int menus = menuHeight(*window);
-    window->resize(initialContentSize.grownBy({ 0, menus, 0, 0 }));
+    const QSize contentSize = grownWithText(initialContentSize, window->screen());
+    window->centralWidget()->setMinimumSize(grownWithText(minimumContentSize, window->screen()));
+    window->resize(contentSize.grownBy({ 0, menus, 0, 0 }));
     if (const QScreen *screen = window->screen())
         window->move(screen->availableGeometry().center() - window->rect().center());
     // A window that is not shown yet lays itself out later; the pane needs the new room now.
-    window->layout()->setGeometry(QRect(QPoint(0, menus), initialContentSize));
+    window->layout()->setGeometry(QRect(QPoint(0, menus), contentSize));
     window->centralWidget()->layout()->activate();
-    mainSplitView->setFirstPaneWidth(firstPaneWidth);
+    const int grownTreeWidth = treeWidth * contentSize.width() / initialContentSize.width();
+    mainSplitView->setFirstPaneWidth(isRightToLeftLocalization()
+            ? contentSize.width() - grownTreeWidth - mainSplitView->handleWidth()
+            : grownTreeWidth);
 }
 
 void ZorvexDiskManagerAppDelegate::applicationDidFinishLaunching()
@@ -112,6 +138,7 @@ void ZorvexDiskManagerAppDelegate::applicationDidFinishLaunching()
     session = m_platform.createSession();
     if (!session) {
         logNoSession();
+        leftOutlineView->setEmptyText(localizedString("NO_SERVICE_TEXT"));
     } else {
         session->registerDiskPeekCallback(
             [this](const DADiskRef &disk) { zorvex_disk_manager_da_disk_peek(disk, this); }, 0);
@@ -127,9 +154,11 @@ void ZorvexDiskManagerAppDelegate::applicationDidFinishLaunching()
             askForPassphrase(disk, isRetry, std::move(answer));
         });
         // A session without its service counts as none. It stays, for a service that comes later.
-        session->setInitialListingCallback([](bool serviceAvailable) {
+        session->setInitialListingCallback([this](bool serviceAvailable) {
             if (!serviceAvailable)
                 logNoSession();
+            leftOutlineView->setEmptyText(
+                localizedString(serviceAvailable ? "NO_DISKS_TEXT" : "NO_SERVICE_TEXT"));
         });
         session->scheduleWithRunLoop();
     }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/MainWindow.h"
 
+#include "app/WindowGrid.h"
 #include "app/ZorvexDiskManagerAppDelegate.h"
 #include "ui/FlippedOutlineView.h"
 #include "ui/ImageAndTextCell.h"
@@ -19,7 +20,7 @@
 
 namespace {
 
-constexpr int initialTreeWidth = 240;
+constexpr int initialTreeWidth = 232;
 
 // The mirrored layout uses another outline view than the plain one.
 OutlineView *outlineViewFor(bool isRightToLeft, const Ui::MainWindow &ui)
@@ -55,6 +56,20 @@ void setOutlets(ZorvexDiskManagerAppDelegate &controller, QMainWindow *window, c
     controller.infoBigImageField = ui.infoBigImageField;
     controller.infoNameLabel = ui.infoNameLabel;
     controller.infoDiskSpaceLabel = ui.infoDiskSpaceLabel;
+    controller.infoPlaceLabel = ui.infoPlaceLabel;
+    controller.infoColumn = ui.infoColumn;
+    controller.infoHeaderLayout = ui.infoHeaderLayout;
+    controller.infoDetails = ui.infoDetails;
+    controller.infoUsageBar = ui.infoUsageBar;
+    controller.infoDiskMap = ui.infoDiskMap;
+    controller.infoStatusLabel = ui.infoStatusLabel;
+    controller.goToFormatLink = ui.goToFormatCaption;
+    controller.infoFormLayout = ui.infoFormLayout;
+    controller.mountedPathGloss = ui.mountedPathGloss;
+    controller.filesystemGloss = ui.filesystemGloss;
+    controller.contentGloss = ui.contentGloss;
+    controller.formatHeader = ui.formatHeader;
+    controller.maintenanceHeader = ui.maintenanceHeader;
     controller.infoMountedPathView = ui.infoMountedPathView;
     controller.filesystemLabel = ui.filesystemLabel;
     controller.bsdNameLabel = ui.bsdNameLabel;
@@ -70,8 +85,9 @@ void setOutlets(ZorvexDiskManagerAppDelegate &controller, QMainWindow *window, c
     controller.checkRepairOutputView = ui.checkRepairOutputView;
     controller.checkButton = ui.checkButton;
     controller.repairButton = ui.repairButton;
-    controller.formatOperationBar = ui.formatOperationBar;
-    controller.maintenanceOperationBar = ui.maintenanceOperationBar;
+    controller.formatStatusRow = ui.formatStatusRow;
+    controller.maintenanceStatusRow = ui.maintenanceStatusRow;
+    controller.labelLimitLabel = ui.labelLimitLabel;
 }
 
 using Click = void (ZorvexDiskManagerAppDelegate::*)(QObject *sender);
@@ -110,6 +126,7 @@ void connectFormatAction(const Ui::MainWindow &ui)
 void enableAsButton(QAction *action, const QPushButton *button, const QTabWidget *tabs, const QWidget *page)
 {
     action->setEnabled(button->isEnabled() && tabs->indexOf(page) >= 0);
+    action->setToolTip(button->toolTip());
 }
 
 // The item that ejects is left out where the one above it does so already.
@@ -228,6 +245,10 @@ void connectActions(ZorvexDiskManagerAppDelegate &controller, QMainWindow *windo
     connectToButton(ui.actionCheck, ui.checkButton, ui.rightTabView, ui.maintenanceTab);
     connectToButton(ui.actionRepair, ui.repairButton, ui.rightTabView, ui.maintenanceTab);
     connectToPanel(controller, ui);
+    QObject::connect(ui.goToFormatCaption, &QLabel::linkActivated, ui.formatTab,
+        [ui] { ui.rightTabView->setCurrentWidget(ui.formatTab); });
+    for (QMenu *menu : { ui.diskMenu, ui.rowMenu })
+        menu->setToolTipsVisible(true); // why an item is disabled
     connectContextMenu(controller.leftOutlineView, ui.rowMenu);
     connectAction(ui.actionManual, controller, &Controller::clickHelpMenuItem);
     connectAction(ui.actionAbout, controller, &Controller::clickAboutButton);
@@ -262,6 +283,7 @@ std::unique_ptr<QMainWindow> loadMainWindow(ZorvexDiskManagerAppDelegate &contro
     window->layout()->setGeometry(QRect(QPoint(), window->size()));
     window->centralWidget()->layout()->activate();
     ui.mainSplitView->setFirstPaneWidth(initialTreeWidth);
+    WindowGrid::install(ui, window.get());
     setOutlets(controller, window.get(), ui);
     connectActions(controller, window.get(), ui);
     controller.awakeFromNib();

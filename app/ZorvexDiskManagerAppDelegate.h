@@ -31,6 +31,7 @@
 #include "disks/DiskListBuilder.h"
 #include "platform/MainThreadRelay.h"
 #include "ui/OutlineDataSource.h"
+#include "ui/PanelStatus.h"
 #include "ui/SplitView.h"
 
 #include <QObject>
@@ -44,10 +45,8 @@
 class AlertSheet;
 class ImageButton;
 class LinkTextView;
-class OperationBar;
 class OutputView;
 class QComboBox;
-class QLabel;
 class QLineEdit;
 class QMainWindow;
 class QPushButton;
@@ -60,7 +59,8 @@ struct NewVolume;
 class ZorvexDiskManagerAppDelegate : public QObject,
                                      public OutlineDataSource,
                                      public OutlineDelegate,
-                                     public SplitViewDelegate
+                                     public SplitViewDelegate,
+                                     public PanelStatusOutlets
 {
     Q_OBJECT
 
@@ -98,8 +98,6 @@ public:
     OutputView *checkRepairOutputView = nullptr;
     QPushButton *checkButton = nullptr;
     QPushButton *repairButton = nullptr;
-    OperationBar *formatOperationBar = nullptr;
-    OperationBar *maintenanceOperationBar = nullptr;
 
     // --- State ---
 
@@ -276,6 +274,7 @@ public:
     bool outlineView_isItemExpandable(OutlineView *view, const OutlineItem &item) override;
     QString outlineView_objectValueForTableColumn_byItem(
         OutlineView *view, int column, const OutlineItem &item) override;
+    bool outlineView_isItemBusy(OutlineView *view, const OutlineItem &item) override;
     QString outlineView_accessibleTextByItem(OutlineView *view, const OutlineItem &item) override;
     void outlineView_setObjectValue_forTableColumn_byItem(
         OutlineView *view, const QVariant &value, int column, const OutlineItem &item) override;
@@ -337,6 +336,8 @@ private:
     std::optional<QString> volumeLabelObjection(
         const QString &label, const ZorvexDiskManagerFSBundle &forFilesystem) const;
     bool reportObjection(const std::optional<QString> &objection); // whether there is none
+    // How long a label may be, in a sentence; empty when the file system sets no limit.
+    static QString labelLimitText(const ZorvexDiskManagerFSBundle &forFilesystem, const QString &name);
 
     // operations/EraseQuestion.cpp
     void refuseToErase(const char *key, const QString &name);
@@ -367,6 +368,7 @@ private:
 
     // ui/DiskOutline.cpp
     DiskRecord selectedDisk() const; // null for none
+    void selectMedium(const QString &bsdName); // nothing when it has no row
     QString rowTextOf(const ZorvexDiskManagerDisk &disk, const QString &filesystem) const;
 
     // ui/InformationPanel.cpp
@@ -381,13 +383,14 @@ private:
     bool enableControls(const ZorvexDiskManagerDisk &disk);
     void disableControls();
     void updateTabs(const ZorvexDiskManagerDisk *disk, bool canFormat);
-    void updateOperationBars(const ZorvexDiskManagerDisk *disk);
 
     ApplicationPlatform m_platform;
     std::shared_ptr<MainThreadRelay> m_relay;
     std::unordered_map<ZorvexDiskManagerDiskListItem *, std::unique_ptr<ZorvexDiskManagerDiskListItem>>
         m_diskListItems; // owns the nodes of the tree
     DiskListBuilder m_diskListBuilder;
+    friend class PanelStatus;
+    PanelStatus m_status { *this };
     bool m_outputRefreshScheduled = false;
     std::chrono::milliseconds m_outputInterval {}; // from output that comes to the refresh that shows it
 };

@@ -8,8 +8,10 @@
 #include "platform/DiskArbitration.h"
 
 #include <QString>
+#include <QTime>
 #include <QUrl>
 
+#include <chrono>
 #include <memory>
 #include <optional>
 
@@ -17,7 +19,18 @@ class ZorvexDiskManagerAppDelegate;
 class ZorvexDiskManagerDiskListItem;
 
 // What runs on a medium while its operationInProgress is set.
-enum class RunningOperation { None, MountUnmountEject, Format, Check, Repair };
+enum class RunningOperation { None, Mount, Unmount, Eject, Format, Check, Repair };
+
+// How the last check or repair of a medium ended.
+struct FinishedRun
+{
+    enum class Outcome { Clean, Errors, Unfinished };
+
+    bool isRepair = false;
+    Outcome outcome = Outcome::Unfinished;
+    QTime ended; // time of day
+    std::chrono::seconds took {};
+};
 
 class ZorvexDiskManagerDisk;
 
@@ -68,6 +81,8 @@ public:
     ZorvexDiskManagerAppDelegate *delegate = nullptr; // not owned
     bool operationInProgress = false;
     RunningOperation runningOperation = RunningOperation::None; // for the activity bar
+    std::chrono::steady_clock::time_point operationBegan;
+    std::optional<FinishedRun> finishedRun; // until the next one begins
     bool operationInProgressShowFormatTab = false;
     bool operationInProgressShowMaintenanceTab = false;
     // The node that holds this record, in spite of the name; not owned, null once the medium has gone.

@@ -12,6 +12,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <cerrno>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -59,6 +60,21 @@ QString withComplaints(const QString &message, const std::optional<OutputBuffer>
 {
     const QString complaints = output ? diskutilComplaints(output->bytes()) : QString();
     return complaints.isEmpty() ? message : QString(message + u'\n' + complaints);
+}
+
+// The runner's code is EIO when the tool has found errors or left some.
+void noteRunEnd(ZorvexDiskManagerDisk &disk, qint32 code)
+{
+    FinishedRun run;
+    run.isRepair = disk.runningOperation == RunningOperation::Repair;
+    if (code == 0)
+        run.outcome = FinishedRun::Outcome::Clean;
+    else if (code == EIO)
+        run.outcome = FinishedRun::Outcome::Errors;
+    run.ended = QTime::currentTime();
+    run.took = std::chrono::duration_cast<std::chrono::seconds>(
+        std::chrono::steady_clock::now() - disk.operationBegan);
+    disk.finishedRun = run;
 }
 
 } // namespace
@@ -119,7 +135,10 @@ void ZorvexDiskManagerAppDelegate::doCheckRepair(const DiskRecord &disk, const Q
     if (message)
         relay->performAndWait(
             [&] { disk->delegate->errorMessage(withComplaints(*message, disk->checkRepairOutput)); });
-    relay->perform([disk] { disk->delegate->checkRepairFinished(disk); });
+    relay->perform([disk, code] {
+        noteRunEnd(*disk, code);
+        disk->delegate->checkRepairFinished(disk);
+    });
 }
 
 void ZorvexDiskManagerAppDelegate::updateCheckRepairOutput(const CheckRepairOutputChunk &chunk)

@@ -94,7 +94,8 @@ void ZorvexDiskManagerAppDelegate::askBeforeErase(const QString &targetText, con
     alert->addButtonWithTitle(localizedString("CONFIRM_FORMAT_DIALOG_CANCEL_BUTTON_TEXT"));
     alert->setMessageText(localizedString("CONFIRM_FORMAT_DIALOG_TITLE"));
     alert->setInformativeText(localizedString("CONFIRM_FORMAT_DIALOG_BODY"));
-    alert->setAccessoryText(targetText + newVolumeText(newVolume));
+    // What is there, and below it what will be.
+    alert->setAccessoryText(targetText + u'\n' + newVolumeText(newVolume));
     alert->setDefaultReturn(AlertSheet::firstButtonReturn + 1);
     alert->beginSheetModalForWindow(
         window, [alert, didEnd = std::move(didEnd)](int returnCode) { didEnd(alert, returnCode); });

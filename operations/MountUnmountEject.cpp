@@ -85,11 +85,15 @@ void ZorvexDiskManagerAppDelegate::clickMountUnmountButton(QObject *)
     const DiskRecord disk = selectedDisk();
     if (!disk || disk->operationInProgress)
         return;
-    beginOperation(disk, RunningOperation::MountUnmountEject);
+    const bool ejects = PanelRules::isEjectable(*disk);
+    beginOperation(disk,
+        disk->volumePath ? RunningOperation::Unmount
+            : ejects     ? RunningOperation::Eject
+                         : RunningOperation::Mount);
     if (disk->volumePath)
         session->unmount(
             disk->daDisk, kDADiskUnmountOptionDefault, completionWithContext(UnmountDidUnmountDisk, disk));
-    else if (disk->whole && !disk->leaf)
+    else if (ejects)
         session->unmount(
             disk->daDisk, kDADiskUnmountOptionWhole, completionWithContext(EjectDidUnmountDisk, disk));
     else
@@ -102,7 +106,7 @@ void ZorvexDiskManagerAppDelegate::clickEjectMenuItem(QObject *)
     const DiskRecord disk = selectedDisk();
     if (!disk || disk->operationInProgress || !PanelRules::canBeEjected(*disk))
         return;
-    beginOperation(disk, RunningOperation::MountUnmountEject);
+    beginOperation(disk, RunningOperation::Eject);
     session->unmount(
         disk->daDisk, kDADiskUnmountOptionWhole, completionWithContext(EjectDidUnmountDisk, disk));
 }

@@ -14,6 +14,9 @@ void ZorvexDiskManagerAppDelegate::beginOperation(const DiskRecord &disk, Runnin
         = operation == RunningOperation::Check || operation == RunningOperation::Repair;
     disk->operationInProgress = true;
     disk->runningOperation = operation;
+    disk->operationBegan = std::chrono::steady_clock::now();
+    if (isCheckOrRepair)
+        disk->finishedRun.reset();
     // The operation shows its own tab, and keeps the other one if that is there already.
     disk->operationInProgressShowFormatTab
         = isFormat || (isCheckOrRepair && rightTabView->indexOf(formatTab) >= 0);

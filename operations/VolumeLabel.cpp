@@ -96,6 +96,21 @@ std::optional<QString> ZorvexDiskManagerAppDelegate::volumeLabelObjection(
     return given ? given : bundleObjection(label, forFilesystem);
 }
 
+QString ZorvexDiskManagerAppDelegate::labelLimitText(
+    const ZorvexDiskManagerFSBundle &forFilesystem, const QString &name)
+{
+    const LabelRules::RuleSet ruleSet = LabelRules::ruleSetOf(forFilesystem.bundleName);
+    if (ruleSet != LabelRules::RuleSet::Other)
+        return refusalText(ruleSet);
+    const LabelRule rule = ruleOfBundle(forFilesystem.path());
+    if (rule.unit == LabelRule::Unit::Unlimited)
+        return {};
+    return formatLocalized(
+        localizedString(
+            rule.unit == LabelRule::Unit::Bytes ? "LABEL_BYTES_LIMIT_FMT" : "LABEL_CHARACTERS_LIMIT_FMT"),
+        { name, QString::number(rule.limit) });
+}
+
 bool ZorvexDiskManagerAppDelegate::reportObjection(const std::optional<QString> &objection)
 {
     if (objection)

@@ -2,7 +2,9 @@
 #include "ui/AlertSheet.h"
 
 #include "platform/Localization.h"
+#include "ui/ImageResources.h"
 
+#include <QIcon>
 #include <QLabel>
 #include <QPushButton>
 
@@ -32,6 +34,18 @@ QMessageBox::Icon iconOf(AlertSheet::Style style)
         break;
     }
     return QMessageBox::Warning;
+}
+
+QString pictureName(QMessageBox::Icon icon)
+{
+    switch (icon) {
+    case QMessageBox::Information:
+        return u"sheet_info.png"_s;
+    case QMessageBox::Critical:
+        return u"sheet_critical.png"_s;
+    default:
+        return u"sheet_warning.png"_s;
+    }
 }
 
 } // namespace
@@ -88,6 +102,18 @@ void AlertSheet::showTexts()
         label->setTextFormat(Qt::PlainText);
 }
 
+// Without an icon theme, the message box has a bitmap that is coarse on a fine screen.
+void AlertSheet::sharpenPicture(const QWidget &window)
+{
+    auto *label = findChild<QLabel *>(u"qt_msgboxex_icon_label"_s);
+    if (!label || QIcon::hasThemeIcon(u"dialog-warning"_s))
+        return;
+    const auto picture
+        = glyphNamed(pictureName(icon()), palette().color(QPalette::WindowText), window.devicePixelRatio());
+    if (picture)
+        label->setPixmap(*picture);
+}
+
 QPushButton *AlertSheet::buttonForReturn(int returnCode) const
 {
     return m_buttons.at(static_cast<std::size_t>(returnCode - firstButtonReturn));
@@ -102,6 +128,7 @@ void AlertSheet::beginSheetModalForWindow(QWidget *window, std::function<void(in
 {
     setParent(window, Qt::Dialog | Qt::MSWindowsFixedSizeDialogHint);
     setWindowModality(Qt::WindowModal);
+    sharpenPicture(*window);
     setAttribute(Qt::WA_DeleteOnClose);
     if (!defaultButton())
         setDefaultButton(m_buttons.front());

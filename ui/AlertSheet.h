@@ -42,6 +42,7 @@ public:
 
 private:
     void showTexts();
+    void sharpenPicture(const QWidget &window);
 
     QString m_informativeText;
     QString m_accessoryText;

@@ -28,6 +28,16 @@ DiskRecord ZorvexDiskManagerAppDelegate::selectedDisk() const
     return leftOutlineView->itemAtRow(leftOutlineView->selectedRow());
 }
 
+void ZorvexDiskManagerAppDelegate::selectMedium(const QString &bsdName)
+{
+    for (int row = 0; row < leftOutlineView->numberOfRows(); ++row) {
+        if (leftOutlineView->itemAtRow(row)->bsdName == bsdName) {
+            leftOutlineView->selectRow(row);
+            return;
+        }
+    }
+}
+
 int ZorvexDiskManagerAppDelegate::outlineView_numberOfChildrenOfItem(OutlineView *, const OutlineItem &item)
 {
     const ZorvexDiskManagerDiskListItem *const first = childrenOf(item, disk_list);
@@ -76,9 +86,15 @@ QString ZorvexDiskManagerAppDelegate::rowTextOf(
     const ZorvexDiskManagerDisk &disk, const QString &filesystem) const
 {
     QStringList parts { getDisplayNameForDisk(disk), filesystem,
-        localizedString(PanelRules::rowStateKey(disk)) };
+        localizedString(PanelRules::rowStateKey(disk)),
+        disk.operationInProgress ? localizedString("ROW_BUSY_TEXT") : QString() };
     parts.removeAll(QString());
     return parts.join(localizedString("LIST_SEPARATOR_TEXT"));
+}
+
+bool ZorvexDiskManagerAppDelegate::outlineView_isItemBusy(OutlineView *, const OutlineItem &item)
+{
+    return item->operationInProgress;
 }
 
 void ZorvexDiskManagerAppDelegate::outlineView_setObjectValue_forTableColumn_byItem(

@@ -46,7 +46,7 @@ bool ElidingLabel::isCut() const
 void ElidingLabel::drawCutText(QPainter &painter) const
 {
     const QRect room = contentsRect();
-    const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, room.width());
+    const QString shown = fontMetrics().elidedText(text(), m_elideMode, room.width());
     QTextLayout layout(shown, font());
     QTextOption option(QStyle::visualAlignment(layoutDirection(), alignment()) | Qt::AlignAbsolute);
     // A device or a path reads from left to right in every window.
@@ -73,7 +73,7 @@ void ElidingLabel::paintEvent(QPaintEvent *event)
     if (!isCut())
         QLabel::paintEvent(event);
     QPainter painter(this);
-    if (isCut())
+    if (isCut() && !m_vanishes)
         drawCutText(painter);
     if (hasFocus())
         drawFocusFrame(painter, *this, rect());

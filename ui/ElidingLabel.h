@@ -11,6 +11,8 @@ class ElidingLabel : public QLabel
 {
     Q_OBJECT
     Q_PROPERTY(qreal fontScale READ fontScale WRITE setFontScale)
+    Q_PROPERTY(Qt::TextElideMode elideMode READ elideMode WRITE setElideMode)
+    Q_PROPERTY(bool vanishes READ vanishes WRITE setVanishes)
 
 public:
     explicit ElidingLabel(QWidget *parent = nullptr);
@@ -18,6 +20,14 @@ public:
     // How large the text is, as a multiple of the font around it. Set before the label is shown.
     qreal fontScale() const { return m_fontScale; }
     void setFontScale(qreal scale) { m_fontScale = scale; }
+
+    // Where the dots stand in a text that is cut; at its end unless it is set.
+    Qt::TextElideMode elideMode() const { return m_elideMode; }
+    void setElideMode(Qt::TextElideMode mode) { m_elideMode = mode; }
+
+    // Whether a text that does not fit is not drawn at all: it only explains what stands beside it.
+    bool vanishes() const { return m_vanishes; }
+    void setVanishes(bool vanishes) { m_vanishes = vanishes; }
 
     // As high for every script, so that the rows of a form lie at the same distance.
     QSize sizeHint() const override;
@@ -35,4 +45,6 @@ private:
     void drawCutText(QPainter &painter) const;
 
     qreal m_fontScale = 1;
+    Qt::TextElideMode m_elideMode = Qt::ElideRight;
+    bool m_vanishes = false;
 };

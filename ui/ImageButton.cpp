@@ -2,6 +2,7 @@
 #include "ui/ImageButton.h"
 
 #include "ui/FocusFrame.h"
+#include "ui/ImageResources.h"
 
 #include <QStyleOptionButton>
 #include <QStylePainter>
@@ -60,7 +61,11 @@ void ImageButton::paintEvent(QPaintEvent *)
         QRect imageRect(QPoint(), size);
         imageRect.moveCenter(content.center());
         imageRect.moveLeft(onLeft ? content.left() : content.right() - size.width() + 1);
-        icon().paint(&painter, imageRect, Qt::AlignCenter, isEnabled() ? QIcon::Normal : QIcon::Disabled);
+        QPixmap image = icon().pixmap(size, devicePixelRatio());
+        paintOver(image, option.palette.color(QPalette::ButtonText));
+        const QSize shown = image.deviceIndependentSize().toSize();
+        painter.drawPixmap(
+            QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, shown, imageRect).topLeft(), image);
         content.adjust(onLeft ? size.width() + spacing : 0, 0, onLeft ? 0 : -size.width() - spacing, 0);
     }
     const Qt::Alignment horizontal

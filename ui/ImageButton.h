@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// A push button with an image on either side of a text that is aligned within the button. Main thread only.
+// A push button with an image on either side of a text that is aligned within the button. The image is a
+// drawing in one colour, and is painted in that of the text. Main thread only.
 #pragma once
 
 #include <QPushButton>

@@ -9,7 +9,6 @@
 #include "ui/font_rules.h"
 #include "ui/ImageButton.h"
 #include "ui/LinkTextView.h"
-#include "ui/OperationBar.h"
 #include "ui/OutlineView.h"
 #include "ui/OutputView.h"
 #include "ui/panel_rules.h"
@@ -31,6 +30,7 @@ struct ZorvexDiskManagerAppDelegate::PanelTexts
     QString name;
     QString space;
     QString spaceToolTip;
+    std::optional<qint64> freeSpace; // bytes
     QString filesystem;
     QString bsdName;
     QString deviceNode;
@@ -79,23 +79,6 @@ FontRules::FontSource systemFonts()
     };
 }
 
-QString operationText(const ZorvexDiskManagerDisk &disk)
-{
-    const QStringList name { ZorvexDiskManagerAppDelegate::getDisplayNameForDisk(disk) };
-    switch (disk.runningOperation) {
-    case RunningOperation::Format:
-        return formatLocalized(localizedString("ACTIVITY_FORMATTING_FMT"), name);
-    case RunningOperation::Check:
-        return formatLocalized(localizedString("ACTIVITY_CHECKING_FMT"), name);
-    case RunningOperation::Repair:
-        return formatLocalized(localizedString("ACTIVITY_REPAIRING_FMT"), name);
-    case RunningOperation::MountUnmountEject:
-    case RunningOperation::None:
-        break;
-    }
-    return {};
-}
-
 } // namespace
 
 void ZorvexDiskManagerAppDelegate::outlineViewSelectionIsChanging()
@@ -141,6 +124,8 @@ ZorvexDiskManagerAppDelegate::PanelTexts ZorvexDiskManagerAppDelegate::textsOf(Z
 
     PanelTexts texts;
     texts.name = getDisplayNameForDisk(disk);
+    if (hasFreeSpace)
+        texts.freeSpace = freeSpace;
     if (disk.mediaSize) {
         const qint64 size = disk.mediaSize->longLongValue();
         const qint64 *const space = hasFreeSpace ? &freeSpace : nullptr;
@@ -176,6 +161,7 @@ void ZorvexDiskManagerAppDelegate::showOutputOf(const ZorvexDiskManagerDisk &dis
 
 void ZorvexDiskManagerAppDelegate::showMountPathOf(const ZorvexDiskManagerDisk *disk)
 {
+    infoMountedPathView->setVisible(disk && disk->volumePath);
     if (disk && disk->volumePath) {
         makeHyperlink(infoMountedPathView, disk->volumePath->toLocalFile(), *disk->volumePath);
         infoMountedPathView->setAccessibleDescription(localizedString("MOUNT_PATH_LINK_DESCRIPTION"));
@@ -240,17 +226,6 @@ void ZorvexDiskManagerAppDelegate::updateTabs(const ZorvexDiskManagerDisk *disk,
     }
 }
 
-void ZorvexDiskManagerAppDelegate::updateOperationBars(const ZorvexDiskManagerDisk *disk)
-{
-    const QString text = disk ? operationText(*disk) : QString();
-    const bool isFormat = disk && disk->runningOperation == RunningOperation::Format;
-    const auto percentage = disk && disk->checkRepairOutput && !isFormat
-        ? PanelRules::percentageIn(disk->checkRepairOutput->bytes())
-        : std::nullopt;
-    formatOperationBar->setOperation(isFormat ? text : QString(), std::nullopt);
-    maintenanceOperationBar->setOperation(isFormat ? QString() : text, percentage);
-}
-
 void ZorvexDiskManagerAppDelegate::outlineViewSelectionDidChange()
 {
     const DiskRecord disk = selectedDisk();
@@ -258,15 +233,19 @@ void ZorvexDiskManagerAppDelegate::outlineViewSelectionDidChange()
     bool canFormat = false;
     setSelectable(infoNameLabel, disk != nullptr);
     setSelectable(infoDiskSpaceLabel, disk != nullptr);
-    // A name may be cut, the hint what to do first may not: it can take the line of the disk space, too.
+    // A name may be cut, the hint what to do first may not.
     infoNameLabel->setWordWrap(!disk);
     infoDiskSpaceLabel->setVisible(disk != nullptr);
+    m_status.showAsEmpty(!disk);
     if (disk) {
         texts = textsOf(*disk);
         infoBigImageField->setPixmap(getUIImageforDisk(*disk, true).value_or(QPixmap()));
         infoBigImageField->setAccessibleDescription(rowTextOf(*disk, texts.filesystem));
         mountUnmountButton->setText(localizedString(PanelRules::buttonTitleKey(*disk)));
         setMountImageWithIsUnmountable(PanelRules::isUnmountable(*disk));
+        m_status.showStatusOf(*disk, texts.freeSpace);
+        m_status.showGlossesOf(*disk, texts.filesystem);
+        m_status.showHeadersOf(*disk, texts.filesystem);
         showOutputOf(*disk);
         canFormat = enableControls(*disk);
     } else {
@@ -282,7 +261,6 @@ void ZorvexDiskManagerAppDelegate::outlineViewSelectionDidChange()
     infoDiskSpaceLabel->setToolTip(texts.spaceToolTip);
     showMountPathOf(disk.get());
     updateTabs(disk.get(), canFormat);
-    updateOperationBars(disk.get());
     setValue(filesystemLabel, texts.filesystem);
     setValue(bsdNameLabel, texts.bsdName);
     bsdNameLabel->setToolTip(texts.deviceNodeToolTip);
@@ -294,5 +272,8 @@ void ZorvexDiskManagerAppDelegate::outlineViewSelectionDidChange()
     setValue(ejectableLabel, texts.ejectable);
     setValue(preferredBlockSizeLabel, texts.preferredBlockSize);
     refreshFilesystems();
+    m_status.showLabelLimit();
+    m_status.showReasonsOf(disk.get());
+    m_status.updateActivity();
     Q_EMIT panelDidChange(disk);
 }

@@ -56,6 +56,8 @@ public:
 class OutlineDelegate
 {
 public:
+    // Whether the row is marked as one on which an operation runs.
+    virtual bool outlineView_isItemBusy(OutlineView *, const OutlineItem &) { return false; }
     virtual ~OutlineDelegate() = default;
     virtual void outlineView_willDisplayCell_forTableColumn_item(
         OutlineView *view, TextFieldCell *cell, int column, const OutlineItem &item)

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "ui/OutlineView.h"
 
+#include "ui/color_rules.h"
 #include "ui/FocusFrame.h"
 #include "ui/ImageAndTextCell.h"
 #include "ui/OutlineModel.h"
 #include "ui/ToolTips.h"
+#include "ui/Units.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -307,8 +309,54 @@ void OutlineView::drawRow(
         style()->drawPrimitive(QStyle::PE_IndicatorBranch, &branch, painter, this);
     }
     itemDelegate()->paint(painter, rowOption, index);
+    if (m_delegate
+        && m_delegate->outlineView_isItemBusy(const_cast<OutlineView *>(this), m_model->itemAt(index)))
+        drawBusyMark(*painter, rowOption.rect, selectionModel()->isSelected(index));
     if (rowOption.state.testFlag(QStyle::State_HasFocus))
         drawFocusFrame(*painter, *this, rowOption.rect);
+}
+
+// A ring with a part of it filled, at the end of the row.
+void OutlineView::drawBusyMark(QPainter &painter, const QRect &row, bool isSelected) const
+{
+    constexpr int degree = 16; // of QPainter
+    const int size = units(10);
+    const bool isMirrored = QGuiApplication::layoutDirection() == Qt::RightToLeft;
+    QRect ring(0, 0, size, size);
+    ring.moveCenter(row.center());
+    if (isMirrored)
+        ring.moveLeft(row.left() + size / 2);
+    else
+        ring.moveRight(row.right() - size / 2);
+    const QColor color
+        = palette().color(QPalette::Active, isSelected ? QPalette::HighlightedText : QPalette::Text);
+    const QColor behind
+        = palette().color(QPalette::Active, isSelected ? QPalette::Highlight : QPalette::Base);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(ColorRules::mix(color, behind, 0.35), units(2)));
+    painter.drawEllipse(ring);
+    painter.setPen(QPen(color, units(2)));
+    painter.drawArc(ring, 90 * degree, -120 * degree);
+    painter.restore();
+}
+
+void OutlineView::setEmptyText(const QString &text)
+{
+    m_emptyText = text;
+    viewport()->update();
+}
+
+void OutlineView::paintEvent(QPaintEvent *event)
+{
+    QTreeView::paintEvent(event);
+    if (m_emptyText.isEmpty() || numberOfRows() > 0)
+        return;
+    QPainter painter(viewport());
+    painter.setPen(ColorRules::mix(palette().color(QPalette::Text), palette().color(QPalette::Base), 0.75));
+    const int margin = units(16);
+    painter.drawText(viewport()->rect().adjusted(margin, margin, -margin, -margin),
+        Qt::AlignCenter | Qt::TextWordWrap, m_emptyText);
 }
 
 QModelIndex OutlineView::triangleAt(const QPoint &position) const

@@ -52,6 +52,9 @@ public:
 
     void expandAllItems();
 
+    // The text that stands in the place of rows while there are none.
+    void setEmptyText(const QString &text);
+
     // The data cell with the item's value in it, prepared by the delegate.
     ImageAndTextCell *preparedCell(const OutlineItem &item);
 
@@ -71,6 +74,7 @@ public Q_SLOTS:
 protected:
     void drawRow(
         QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+    void paintEvent(QPaintEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     bool viewportEvent(QEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
@@ -84,11 +88,13 @@ private:
 
     void accessibilityActiveChanged(bool active) override;
     void layOutForAssistiveTechnologies();
+    void drawBusyMark(QPainter &painter, const QRect &row, bool isSelected) const;
     QModelIndex triangleAt(const QPoint &position) const; // invalid where there is none
 
     std::unique_ptr<OutlineModel> m_model;
     std::unique_ptr<ImageAndTextCell> m_cell;
     OutlineDelegate *m_delegate = nullptr;
     bool m_isReloading = false;
+    QString m_emptyText;
     bool m_isAskedAbout; // assistive technologies are in use
 };

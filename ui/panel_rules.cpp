@@ -129,6 +129,38 @@ Abilities abilitiesOf(const ZorvexDiskManagerDisk &disk, const std::optional<Fil
     return abilities;
 }
 
+const char *mountReasonKey(const ZorvexDiskManagerDisk &disk)
+{
+    if (disk.operationInProgress)
+        return QT_TRID_NOOP("REASON_BUSY_TEXT");
+    return isEjectable(disk) && disk.internal ? QT_TRID_NOOP("REASON_INTERNAL_TEXT") : nullptr;
+}
+
+const char *formatReasonKey(const ZorvexDiskManagerDisk &disk)
+{
+    if (disk.operationInProgress)
+        return QT_TRID_NOOP("REASON_BUSY_TEXT");
+    if (!disk.leaf)
+        return QT_TRID_NOOP("REASON_PARTITIONS_TEXT");
+    return disk.writable ? nullptr : QT_TRID_NOOP("REASON_READ_ONLY_TEXT");
+}
+
+const char *checkReasonKey(const ZorvexDiskManagerDisk &disk, const Abilities &abilities)
+{
+    if (disk.operationInProgress)
+        return QT_TRID_NOOP("REASON_BUSY_TEXT");
+    if (!disk.leaf)
+        return QT_TRID_NOOP("REASON_PARTITIONS_TEXT");
+    return abilities.check ? nullptr : QT_TRID_NOOP("REASON_NO_TOOL_TEXT");
+}
+
+const char *repairReasonKey(const ZorvexDiskManagerDisk &disk, const Abilities &abilities)
+{
+    if (const char *const key = formatReasonKey(disk))
+        return key;
+    return abilities.repair ? nullptr : QT_TRID_NOOP("REASON_NO_TOOL_TEXT");
+}
+
 TabChange formatTabChange(const ZorvexDiskManagerDisk &disk, bool canFormat)
 {
     return tabChange(disk, canFormat && disk.mountable, disk.operationInProgressShowFormatTab);

@@ -53,6 +53,12 @@ struct Abilities
 Abilities abilitiesOf(const ZorvexDiskManagerDisk &disk, const std::optional<FilesystemBundleList> &checkList,
     const std::optional<FilesystemBundleList> &repairList);
 
+// The string key of the reason why a control is disabled; null when there is none.
+const char *mountReasonKey(const ZorvexDiskManagerDisk &disk);
+const char *formatReasonKey(const ZorvexDiskManagerDisk &disk);
+const char *checkReasonKey(const ZorvexDiskManagerDisk &disk, const Abilities &abilities);
+const char *repairReasonKey(const ZorvexDiskManagerDisk &disk, const Abilities &abilities);
+
 // What becomes of a tab that is there for some disks only. One that is to be kept stays as it is, there or
 // not: while an operation is in progress no tab goes.
 enum class TabChange { Keep, Remove, Insert };

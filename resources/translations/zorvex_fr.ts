@@ -139,6 +139,16 @@ Licence MIT
         <extracomment>What a screen reader calls the tree of disks at the side of the window.</extracomment>
         <translation>Disques et volumes</translation>
     </message>
+    <message id="NO_DISKS_TEXT">
+        <source>No disks. One that you connect appears here.</source>
+        <extracomment>In the empty tree.</extracomment>
+        <translation>Aucun disque. Un disque branché apparaît ici.</translation>
+    </message>
+    <message id="NO_SERVICE_TEXT">
+        <source>The disk service (udisks2) is not running.</source>
+        <extracomment>In the empty tree, when the service that tells of disks (UDisks2) does not run.</extracomment>
+        <translation>Le service de disques (udisks2) n’est pas lancé.</translation>
+    </message>
     <message id="ROW_MOUNTED_TEXT">
         <source>mounted</source>
         <extracomment>Said by a screen reader, and shown in the tool tip of the row, after the name of a volume in the tree: files on it can be used.</extracomment>
@@ -148,6 +158,11 @@ Licence MIT
         <source>not mounted</source>
         <extracomment>Said by a screen reader, and shown in the tool tip of the row, after the name of a volume in the tree: files on it cannot be used at present.</extracomment>
         <translation>non monté</translation>
+    </message>
+    <message id="ROW_BUSY_TEXT">
+        <source>busy</source>
+        <extracomment>Said of a row of the tree on whose disk an operation runs.</extracomment>
+        <translation>occupé</translation>
     </message>
     <message id="ROW_DISK_WITH_PARTITIONS_TEXT">
         <source>disk with partitions</source>
@@ -163,6 +178,11 @@ Licence MIT
         <source>Disk icon</source>
         <extracomment>What a screen reader calls the large picture of the selected disk.</extracomment>
         <translation>Icône du disque</translation>
+    </message>
+    <message id="DISK_MAP_ACCESSIBLE_NAME">
+        <source>Volumes on this disk</source>
+        <extracomment>Name, for a screen reader, of the drawing on the Info page that shows the volumes of a disk side by side.</extracomment>
+        <translation>Volumes de ce disque</translation>
     </message>
     <message id="DIVIDER_ACCESSIBLE_NAME">
         <source>Divider</source>
@@ -193,6 +213,51 @@ Licence MIT
         <source>Select a disk or volume</source>
         <extracomment>Shown in place of the name while nothing is selected in the tree.</extracomment>
         <translation>Sélectionnez un disque ou un volume</translation>
+    </message>
+    <message id="SELECT_A_DISK_HINT_TEXT">
+        <source>What it holds and what can be done with it appears here.</source>
+        <extracomment>Shown below SELECT_A_DISK_TEXT.</extracomment>
+        <translation>Son contenu et les actions possibles s’affichent ici.</translation>
+    </message>
+    <message id="PLACE_VOLUME_ON_FMT">
+        <source>Volume on %@</source>
+        <extracomment>Info page, below the space of a volume: which disk it is on. %@ is the name of the disk.</extracomment>
+        <translation>Volume sur %@</translation>
+    </message>
+    <message id="MEDIUM_INTERNAL_TEXT">
+        <source>Internal disk</source>
+        <extracomment>Kind of a medium: a disk inside the computer.</extracomment>
+        <translation>Disque interne</translation>
+    </message>
+    <message id="MEDIUM_EXTERNAL_TEXT">
+        <source>External disk</source>
+        <extracomment>Kind of a medium: a disk that is connected from outside.</extracomment>
+        <translation>Disque externe</translation>
+    </message>
+    <message id="MEDIUM_USB_STICK_TEXT">
+        <source>USB stick</source>
+        <extracomment>Kind of a medium.</extracomment>
+        <translation>Clé USB</translation>
+    </message>
+    <message id="MEDIUM_CARD_TEXT">
+        <source>Memory card</source>
+        <extracomment>Kind of a medium.</extracomment>
+        <translation>Carte mémoire</translation>
+    </message>
+    <message id="MEDIUM_DISC_TEXT">
+        <source>Disc</source>
+        <extracomment>Kind of a medium: an optical disc, such as a DVD.</extracomment>
+        <translation>Disque optique</translation>
+    </message>
+    <message id="MEDIUM_IMAGE_TEXT">
+        <source>Disk image</source>
+        <extracomment>Kind of a medium: a file that is attached as a disk.</extracomment>
+        <translation>Image disque</translation>
+    </message>
+    <message id="MEDIUM_UNLOCKED_TEXT">
+        <source>Unlocked volume</source>
+        <extracomment>Kind of a medium: what can be read of an encrypted volume that has been unlocked.</extracomment>
+        <translation>Volume déverrouillé</translation>
     </message>
     <message id="MOUNT_BUTTON_TITLE">
         <source>&amp;Mount</source>
@@ -379,6 +444,76 @@ Licence MIT
         <extracomment>Size of a volume. The first %@ is the free space, the second the total, each with its unit, such as 1.50 GB. Where the total comes first, write %2$@ for it and %1$@ for the free space.</extracomment>
         <translation>%@ libres sur %@</translation>
     </message>
+    <message id="USED_SPACE_FMT">
+        <source>%@ used (%@ %%)</source>
+        <extracomment>Info page, below the bar of a mounted volume. The first %@ is the used space with its unit, the second one a percentage.</extracomment>
+        <translation>%@ utilisés (%@ %%)</translation>
+    </message>
+    <message id="ALMOST_FULL_FMT">
+        <source>%@ used (%@ %%), almost full</source>
+        <extracomment>In the place of USED_SPACE_FMT from 90 % on.</extracomment>
+        <translation>%@ utilisés (%@ %%), presque plein</translation>
+    </message>
+    <message id="STATUS_SPACE_UNKNOWN_TEXT">
+        <source>The file system does not tell how full it is.</source>
+        <extracomment>Info page: a mounted volume whose free space is not known.</extracomment>
+        <translation>Le système de fichiers n’indique pas son taux d’occupation.</translation>
+    </message>
+    <message id="STATUS_LOCKED_TEXT">
+        <source>Encrypted and locked. Mount asks for the passphrase.</source>
+        <extracomment>Info page: an encrypted volume that is locked. “Mount” is the button.</extracomment>
+        <translation>Chiffré et verrouillé. « Monter » demande la phrase secrète.</translation>
+    </message>
+    <message id="STATUS_UNLOCKED_TEXT">
+        <source>Encrypted and unlocked. What it holds has a row of its own.</source>
+        <extracomment>Info page: an encrypted volume whose content has a row of its own in the tree.</extracomment>
+        <translation>Chiffré et déverrouillé. Son contenu a sa propre ligne.</translation>
+    </message>
+    <message id="STATUS_SWAP_TEXT">
+        <source>Swap space: the system keeps memory here, not files.</source>
+        <extracomment>Info page: swap space has no files to show.</extracomment>
+        <translation>Espace d’échange : le système y place de la mémoire, pas de fichiers.</translation>
+    </message>
+    <message id="STATUS_LVM_TEXT">
+        <source>Belongs to a volume group (LVM).</source>
+        <extracomment>Info page: a part of a volume group of the Logical Volume Manager.</extracomment>
+        <translation>Fait partie d’un groupe de volumes (LVM).</translation>
+    </message>
+    <message id="STATUS_RAID_TEXT">
+        <source>Belongs to a RAID array.</source>
+        <extracomment>Info page: a part of a RAID array.</extracomment>
+        <translation>Fait partie d’une grappe RAID.</translation>
+    </message>
+    <message id="STATUS_NOT_RECOGNIZED_TEXT">
+        <source>No file system was recognized.</source>
+        <extracomment>Info page: a medium without a known file system.</extracomment>
+        <translation>Aucun système de fichiers n’a été reconnu.</translation>
+    </message>
+    <message id="GO_TO_FORMAT_TEXT">
+        <source>Give it one on the Format page</source>
+        <extracomment>Link on the Info page, below STATUS_NOT_RECOGNIZED_TEXT: shows the Format page.</extracomment>
+        <translation>En créer un sur la page Formatage</translation>
+    </message>
+    <message id="STATUS_NOT_MOUNTED_TEXT">
+        <source>Not mounted. Mount it to open it and to see how full it is.</source>
+        <extracomment>Info page: a volume with a file system that is not mounted. “Mount” is the button.</extracomment>
+        <translation>Non monté. Montez-le pour l’ouvrir et voir son taux d’occupation.</translation>
+    </message>
+    <message id="STATUS_READ_ONLY_TEXT">
+        <source>Read-only: it can be checked, but not repaired or formatted.</source>
+        <extracomment>Added to one of the sentences above it, for a volume that cannot be written.</extracomment>
+        <translation>Lecture seule : vérification possible, mais ni réparation ni formatage.</translation>
+    </message>
+    <message id="STATUS_PARTITIONS_FMT">
+        <source>Volumes: %@, mounted: %@.</source>
+        <extracomment>Info page: a disk with partitions. The first %@ is the number of its volumes, the second one that of the mounted ones.</extracomment>
+        <translation>Volumes : %@, montés : %@.</translation>
+    </message>
+    <message id="STATUS_UNUSED_FMT">
+        <source>%@ belong to no volume.</source>
+        <extracomment>Added to STATUS_PARTITIONS_FMT. %@ is a size with its unit.</extracomment>
+        <translation>%@ n’appartiennent à aucun volume.</translation>
+    </message>
     <message id="FORCE_UNMOUNT_BUTTON_TITLE">
         <source>&amp;Force Unmount</source>
         <extracomment>Button of the question after a failed unmount: unmounts although the volume is in use.</extracomment>
@@ -463,6 +598,41 @@ Licence MIT
         <source>Fo&amp;rmat…</source>
         <extracomment>Button: asks for confirmation and then formats the selected volume.</extracomment>
         <translation>F&amp;ormater…</translation>
+    </message>
+    <message id="FORMAT_ERASES_FMT">
+        <source>Formatting erases everything on %@.</source>
+        <extracomment>Format page, beside the button. %@ is the name of the disk or volume.</extracomment>
+        <translation>Le formatage efface tout le contenu de %@.</translation>
+    </message>
+    <message id="LABEL_PLACEHOLDER_TEXT">
+        <source>Untitled</source>
+        <extracomment>Format page, in the empty field for the label of the new volume: it will have no label.</extracomment>
+        <translation>Sans nom</translation>
+    </message>
+    <message id="REASON_BUSY_TEXT">
+        <source>Another task is running on this disk.</source>
+        <extracomment>Tool tip of a disabled button: why it is.</extracomment>
+        <translation>Une autre tâche est en cours sur ce disque.</translation>
+    </message>
+    <message id="REASON_INTERNAL_TEXT">
+        <source>Internal disks are not ejected.</source>
+        <extracomment>Tool tip of a disabled button: why it is.</extracomment>
+        <translation>Les disques internes ne s’éjectent pas.</translation>
+    </message>
+    <message id="REASON_READ_ONLY_TEXT">
+        <source>It can only be read.</source>
+        <extracomment>Tool tip of a disabled button: why it is.</extracomment>
+        <translation>Lecture seule.</translation>
+    </message>
+    <message id="REASON_PARTITIONS_TEXT">
+        <source>Select one of the volumes on this disk.</source>
+        <extracomment>Tool tip of a disabled button: why it is. The disk is divided into volumes.</extracomment>
+        <translation>Sélectionnez un des volumes de ce disque.</translation>
+    </message>
+    <message id="REASON_NO_TOOL_TEXT">
+        <source>There is no tool for this file system.</source>
+        <extracomment>Tool tip of a disabled button: why it is.</extracomment>
+        <translation>Il n’y a pas d’outil pour ce système de fichiers.</translation>
     </message>
     <message id="INVALID_VOLUME_LABEL_TEXT">
         <source>The volume label is not valid</source>
@@ -604,6 +774,26 @@ Licence MIT
         <extracomment>What is on a volume in the place of a file system: swap space of a Linux system. Stands after “File system:” and “Current file system:”, and in the tool tip of a row.</extracomment>
         <translation>espace d’échange</translation>
     </message>
+    <message id="CONTENT_BASIC_DATA_TEXT">
+        <source>Basic data</source>
+        <extracomment>Beside the identifier of a partition's type: what it means.</extracomment>
+        <translation>Données de base</translation>
+    </message>
+    <message id="CONTENT_LINUX_TEXT">
+        <source>Linux file system</source>
+        <extracomment>Beside the identifier of a partition's type: what it means.</extracomment>
+        <translation>Système de fichiers Linux</translation>
+    </message>
+    <message id="CONTENT_EFI_TEXT">
+        <source>EFI system</source>
+        <extracomment>Beside the identifier of a partition's type: the partition that a computer with EFI starts from.</extracomment>
+        <translation>Système EFI</translation>
+    </message>
+    <message id="CONTENT_RECOVERY_TEXT">
+        <source>Windows recovery</source>
+        <extracomment>Beside the identifier of a partition's type: the tools by which Windows is repaired.</extracomment>
+        <translation>Récupération Windows</translation>
+    </message>
     <message id="FORMAT_NEW_FILESYSTEM_CAPTION">
         <source>New file system:</source>
         <extracomment>Caption in the question before formatting: the file system that the volume will have.</extracomment>
@@ -669,6 +859,21 @@ Licence MIT
         <extracomment>Shown while a volume is formatted. %@ is its name.</extracomment>
         <translation>Formatage de « %@ »…</translation>
     </message>
+    <message id="ACTIVITY_MOUNTING_TEXT">
+        <source>Mounting…</source>
+        <extracomment>Info page, while the selected volume is mounted.</extracomment>
+        <translation>Montage…</translation>
+    </message>
+    <message id="ACTIVITY_UNMOUNTING_TEXT">
+        <source>Unmounting: what is still in memory is being written. Do not unplug the disk.</source>
+        <extracomment>Info page, while the selected volume is unmounted.</extracomment>
+        <translation>Démontage : les données en mémoire sont en cours d’écriture. Ne débranchez pas le disque.</translation>
+    </message>
+    <message id="ACTIVITY_EJECTING_TEXT">
+        <source>Ejecting: what is still in memory is being written. Do not unplug the disk.</source>
+        <extracomment>Info page, while the selected disk is ejected.</extracomment>
+        <translation>Éjection : les données en mémoire sont en cours d’écriture. Ne débranchez pas le disque.</translation>
+    </message>
     <message id="CHECK_BUTTON_TITLE">
         <source>&amp;Check</source>
         <extracomment>Button: looks for errors in the file system of the volume and changes nothing.</extracomment>
@@ -684,6 +889,11 @@ Licence MIT
         <extracomment>What a screen reader calls the view that shows what the checking and repairing tools print.</extracomment>
         <translation>Sortie de la vérification et de la réparation</translation>
     </message>
+    <message id="OUTPUT_PLACEHOLDER_TEXT">
+        <source>What the check prints appears here.</source>
+        <extracomment>Maintenance page, in the empty field for the output.</extracomment>
+        <translation>La sortie de la vérification s’affiche ici.</translation>
+    </message>
     <message id="ACTIVITY_CHECKING_FMT">
         <source>Checking “%@”…</source>
         <extracomment>Shown while a volume is checked. %@ is its name.</extracomment>
@@ -693,6 +903,41 @@ Licence MIT
         <source>Repairing “%@”…</source>
         <extracomment>Shown while a volume is repaired. %@ is its name.</extracomment>
         <translation>Réparation de « %@ »…</translation>
+    </message>
+    <message id="CHECK_HINT_TEXT">
+        <source>A check only reads. A mounted volume is unmounted meanwhile.</source>
+        <extracomment>Maintenance page, before anything has run: what a check does.</extracomment>
+        <translation>La vérification ne fait que lire. Un volume monté est démonté entre-temps.</translation>
+    </message>
+    <message id="VERDICT_CLEAN_FMT">
+        <source>%@: no errors found</source>
+        <extracomment>Maintenance page, after a check. %@ is the name of the volume.</extracomment>
+        <translation>%@ : aucune erreur trouvée</translation>
+    </message>
+    <message id="VERDICT_ERRORS_FMT">
+        <source>%@: errors found, repair it</source>
+        <extracomment>Maintenance page, after a check. %@ is the name of the volume.</extracomment>
+        <translation>%@ : erreurs trouvées, à réparer</translation>
+    </message>
+    <message id="VERDICT_REPAIRED_FMT">
+        <source>%@: in order after the repair</source>
+        <extracomment>Maintenance page, after a repair. %@ is the name of the volume.</extracomment>
+        <translation>%@ : en ordre après réparation</translation>
+    </message>
+    <message id="VERDICT_NOT_REPAIRED_FMT">
+        <source>%@: errors remain</source>
+        <extracomment>Maintenance page, after a repair. %@ is the name of the volume.</extracomment>
+        <translation>%@ : des erreurs subsistent</translation>
+    </message>
+    <message id="VERDICT_UNFINISHED_FMT">
+        <source>%@: not finished, nothing is known</source>
+        <extracomment>Maintenance page, after a check or repair that could not be carried out. %@ is the name of the volume.</extracomment>
+        <translation>%@ : non terminé, état inconnu</translation>
+    </message>
+    <message id="VERDICT_TIME_FMT">
+        <source>%@, took %@</source>
+        <extracomment>Beside the verdict. The first %@ is the time of day at which it ended, the second one how long it took, such as 2:51 (minutes and seconds).</extracomment>
+        <translation>%@, durée %@</translation>
     </message>
 </context>
 </TS>

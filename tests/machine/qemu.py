@@ -11,6 +11,9 @@ import time
 MEMORY = "2048"  # MiB
 BOOT_LIMIT = 240  # seconds, on a machine that is busy with other things
 ANSWER_LIMIT = 120
+SCREEN = (1280, 800)  # points
+POINTER_RANGE = 0x7FFF  # of the tablet that points, in each direction
+SLOTS = ["slot1", "slot2", "slot3"]  # for what is plugged into the bus for extension cards
 
 
 class MachineError(Exception):
@@ -142,6 +145,7 @@ class Machine:
         self.folder = pathlib.Path(folder)
         self.folder.mkdir(parents=True, exist_ok=True)
         self.began = time.monotonic()
+        self.media = {}
         overlay = self.folder / "disk.qcow2"
         self.overlay = overlay
         format_of_disk = "raw" if str(disk).endswith(".img") else "qcow2"
@@ -164,6 +168,8 @@ class Machine:
             "-drive", f"file={sata},if=none,id=sata,format=raw,cache=unsafe",
             "-device", "ide-hd,drive=sata,bus=ide.0,serial=SATA1,model=ZV-SATA", "-device", "ide-cd,id=optical,bus=ide.1",
             "-device", "qemu-xhci,id=usb,p2=8,p3=8", "-device", "usb-tablet,bus=usb.0"]
+        for chassis, slot in enumerate(SLOTS, 1):
+            command += ["-device", f"pcie-root-port,id={slot},chassis={chassis}"]
         if state:
             command += ["-incoming", "defer"]
         self.log = open(self.folder / "qemu.log", "wb")
@@ -248,18 +254,34 @@ class Machine:
 
     # Outside
 
-    def add_medium(self, name, size):
-        """An empty medium of the size in bytes, that a device can hold."""
+    def add_medium(self, name, size=None, source=None, read_only=False, slow=None):
+        """A medium that devices can hold: an empty one of the size in bytes, or a copy of an image. Slow: bytes a second."""
         file = self.folder / f"{name}.medium"
-        with open(file, "wb") as empty:
-            empty.truncate(size)
-        self.monitor.ask("blockdev-add", {"driver": "raw", "node-name": name,
-                                          "file": {"driver": "file", "filename": str(file)}})
+        if source is not None:
+            subprocess.run(["cp", "--sparse=always", str(source), str(file)], check=True)
+        else:
+            with open(file, "wb") as empty:
+                empty.truncate(size)
+        node = {"driver": "raw", "node-name": f"{name}-file", "read-only": read_only,
+                "file": {"driver": "file", "filename": str(file)}}
+        if slow:
+            limits = {"bps-total": slow, "bps-total-max": slow}
+            self.monitor.ask("object-add", {"qom-type": "throttle-group", "id": f"{name}-limit", "limits": limits})
+            node = {"driver": "throttle", "node-name": name, "throttle-group": f"{name}-limit", "read-only": read_only,
+                    "file": node}
+        else:
+            node["node-name"] = name
+        self.monitor.ask("blockdev-add", node)
+        self.media[name] = file
+        return file
 
-    def plug_stick(self, name):
+    def plug(self, device, driver, **properties):
+        self.monitor.ask("device_add", {"id": device, "driver": driver, **properties})
+
+    def plug_stick(self, name, **properties):
         """A USB stick that holds the medium of this name."""
-        self.monitor.ask("device_add", {"id": f"{name}-device", "driver": "usb-storage", "bus": "usb.0", "drive": name,
-                                        "removable": True, "serial": name.upper()})
+        self.plug(f"{name}-device", "usb-storage", bus="usb.0", drive=name, removable=True, serial=name.upper(),
+                  **properties)
 
     def pull(self, name):
         """Out with the device that holds the medium, without a word to the machine before."""
@@ -275,6 +297,24 @@ class Machine:
         return any(block.get("tray_open", False) for block in self.monitor.ask("query-block")
                    if drive in block.get("qdev", ""))
 
+    def set_speed(self, name, bytes_a_second):
+        """How fast a medium that was added as a slow one is from now on; 0 for no limit."""
+        self.monitor.ask("qom-set", {"path": f"/objects/{name}-limit", "property": "limits",
+                              "value": {"bps-total": bytes_a_second, "bps-total-max": bytes_a_second}})
+
+    def click(self, x, y):
+        """With the pointer, at a place of the screen."""
+        place = [{"type": "abs", "data": {"axis": axis, "value": value * POINTER_RANGE // size}}
+                 for axis, value, size in (("x", x, SCREEN[0]), ("y", y, SCREEN[1]))]
+        self.monitor.ask("input-send-event", {"events": place})
+        for down in (True, False):
+            self.monitor.ask("input-send-event", {"events": [{"type": "btn", "data": {"down": down, "button": "left"}}]})
+
     def picture(self, file):
         self.monitor.ask("screendump", {"filename": str(file), "format": "png"})
 
+    def reset(self):
+        """As if the power had gone and come back."""
+        self.channel.ready.clear()
+        self.monitor.ask("system_reset", {})
+        self.wait_for_boot()

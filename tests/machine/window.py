@@ -34,6 +34,9 @@ class Window:
         self._look("type", application=AGENT, role="password text", states=["showing"], typed=password)
         self._look("press", application=AGENT, role="button", name="Authenticate")
 
+    def close(self):
+        self.machine.run(f"pkill --signal TERM --full {PROGRAM}")
+
     # What it shows
 
     def _look(self, kind, **query):
@@ -43,6 +46,10 @@ class Window:
         if status != 0:
             raise MachineError(f"the window does not show this: {kind} {query}\n{output}")
         return output
+
+    def _click(self, element):
+        left, top, width, height = element["place"]
+        self.machine.click(left + width // 2, top + height // 2)
 
     def wait(self, role, name=".*", **query):
         """Waits for an element; returns its name, its text and its place."""
@@ -64,8 +71,12 @@ class Window:
         self.wait_gone("tree item", name=f"{re.escape(name)}.*", states=[])
 
     def select(self, name):
-        self._look("select", role="tree item", name=f"{re.escape(name)}.*")
+        self._click(self.wait("tree item", name=f"{re.escape(name)}.*"))
         self.wait("tree item", name=f"{re.escape(name)}.*", states=["selected"])
+
+    def page(self, name):
+        self._look("press", role="page tab", name=name, states=["showing"])
+        self.wait("page tab", name=name, states=["selected"])
 
     # What a user does
 
@@ -76,6 +87,35 @@ class Window:
     def type_into(self, role, name, text):
         self._look("type", role=role, name=name, states=["showing", "enabled"], typed=text)
 
+    def choose(self, entry):
+        """Chooses in the pop-up menu that is to be seen. Its name is what was chosen in it before."""
+        self._click(self.wait("combo box", states=["showing", "enabled"]))
+        self._click(self.wait("list item", name=entry))
+        self.wait_gone("list item", name=entry)
+
     def choose_in_menu(self, menu, item):
         self._look("press", role="menu item", name=menu)
         self._look("press", role="menu item", name=item, states=["enabled"])
+
+    # What takes several of these
+
+    def answer(self, text, button):
+        """Waits for the sheet that says the text, and presses its button."""
+        self.wait("label", name=f".*{re.escape(text)}.*")
+        self.press(button)
+        self.wait_gone("label", name=f".*{re.escape(text)}.*")
+
+    def operation_ends(self, button):
+        """Waits until the operation has ended that the button has begun."""
+        self.wait_gone("progress bar", limit=120)
+        self.wait("button", name=button, states=["showing", "enabled"])
+
+    def format(self, name, filesystem, label):
+        """Formats the volume whose row has the name, up to the row of the new volume."""
+        self.select(name)
+        self.page("Format")
+        self.choose(re.escape(filesystem))
+        self.type_into("text", "Volume label:", label)
+        self.press("Format…")
+        self.press("Erase and Format")
+        self.row(label)

@@ -6,10 +6,11 @@
 #include "tests/support/WindowTime.h"
 #include "tests/ui/SheetWatch.h"
 
+#include "platform/Localization.h"
 #include "ui/AlertSheet.h"
-#include "ui/OperationBar.h"
 #include "ui/OutlineView.h"
 #include "ui/OutputView.h"
+#include "ui/StatusRow.h"
 
 #include <QAccessible>
 #include <QAction>
@@ -125,6 +126,8 @@ private Q_SLOTS:
     void otherFailureCarriesNoOutput();
     void refusalIsToldAsItsSentence_data();
     void refusalIsToldAsItsSentence();
+    void verdictStaysOnThePage_data();
+    void verdictStaysOnThePage();
     void stateWhileItRuns();
     void progressIsShownInTheBar();
     void rewrittenLineShowsItsLastState();
@@ -246,6 +249,34 @@ void TestCheckRepair::refusalIsToldAsItsSentence()
     QCOMPARE(test.alertText(), alert);
 }
 
+void TestCheckRepair::verdictStaysOnThePage_data()
+{
+    QTest::addColumn<QByteArray>("script");
+    QTest::addColumn<bool>("isRepair");
+    QTest::addColumn<QString>("verdict");
+    QTest::newRow("clean") << "exit 0\n"_ba << false << u"disk2s1: no errors found"_s;
+    QTest::newRow("errors") << "exit 1\n"_ba << false << u"disk2s1: errors found, repair it"_s;
+    QTest::newRow("refused") << "exit 6\n"_ba << false << u"disk2s1: not finished, nothing is known"_s;
+    QTest::newRow("repaired") << "exit 0\n"_ba << true << u"disk2s1: in order after the repair"_s;
+    QTest::newRow("not repaired") << "exit 1\n"_ba << true << u"disk2s1: errors remain"_s;
+}
+
+void TestCheckRepair::verdictStaysOnThePage()
+{
+    QFETCH(const QByteArray, script);
+    QFETCH(const bool, isRepair);
+    QFETCH(const QString, verdict);
+    CheckTest test(script);
+    const ZorvexDiskManagerAppDelegate &controller = test.controller();
+    QCOMPARE(controller.maintenanceStatusRow->text(), localizedString("CHECK_HINT_TEXT"));
+    (isRepair ? controller.repairButton : controller.checkButton)->click();
+    QTRY_VERIFY(!test.record->operationInProgress);
+    QCOMPARE(controller.maintenanceStatusRow->text(), verdict);
+    controller.leftOutlineView->selectRow(-1);
+    controller.leftOutlineView->selectRow(controller.leftOutlineView->rowForItem(test.record));
+    QCOMPARE(controller.maintenanceStatusRow->text(), verdict);
+}
+
 void TestCheckRepair::stateWhileItRuns()
 {
     CheckTest test("echo begun\nread -r line <\"$pipe\"\n");
@@ -258,11 +289,11 @@ void TestCheckRepair::stateWhileItRuns()
     QVERIFY(!controller.checkButton->isEnabled() && !controller.repairButton->isEnabled());
     QVERIFY(controller.rightTabView->indexOf(controller.maintenanceTab) >= 0);
     QVERIFY(controller.rightTabView->indexOf(controller.formatTab) >= 0);
-    QVERIFY(!controller.maintenanceOperationBar->isHidden());
-    QVERIFY(controller.formatOperationBar->isHidden());
+    QVERIFY(controller.maintenanceStatusRow->showsOperation());
+    QVERIFY(!controller.formatStatusRow->showsOperation());
     test.release();
     QTRY_VERIFY(!test.record->operationInProgress);
-    QVERIFY(controller.maintenanceOperationBar->isHidden());
+    QVERIFY(!controller.maintenanceStatusRow->showsOperation());
     QCOMPARE(test.shown(), u"begun\n"_s);
 }
 
@@ -270,7 +301,7 @@ void TestCheckRepair::progressIsShownInTheBar()
 {
     CheckTest test("printf 'pass 1: 40%%\\rpass 1: 42%%\\r'\nread -r line <\"$pipe\"\n");
     test.controller().checkButton->click();
-    const auto *bar = test.controller().maintenanceOperationBar->findChild<QProgressBar *>();
+    const auto *bar = test.controller().maintenanceStatusRow->findChild<QProgressBar *>();
     QTRY_COMPARE(bar->value(), 42);
     QCOMPARE(bar->maximum(), 100);
     QAccessibleInterface *const told = QAccessible::queryAccessibleInterface(const_cast<QProgressBar *>(bar));

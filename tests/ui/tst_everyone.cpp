@@ -7,8 +7,8 @@
 #include "ui/ElidingLabel.h"
 #include "ui/ImageButton.h"
 #include "ui/LinkTextView.h"
-#include "ui/OperationBar.h"
 #include "ui/OutlineView.h"
+#include "ui/StatusRow.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -124,9 +124,9 @@ void TestEveryone::cutValueIsItsToolTip()
     QCOMPARE(label->text(), longName);
     QCOMPARE(toolTipAt(label, label->rect().center()), longName);
     test.controller().rightTabView->setCurrentWidget(test.controller().maintenanceTab);
-    test.controller().maintenanceOperationBar->setOperation(longName, 42);
+    test.controller().maintenanceStatusRow->showOperation(longName, 42, {});
     TestController::handlePostedEvents();
-    auto *const activity = test.controller().maintenanceOperationBar->findChild<QLabel *>();
+    auto *const activity = test.controller().maintenanceStatusRow->findChild<ElidingLabel *>();
     QVERIFY(activity->isVisible());
     QCOMPARE(toolTipAt(activity, activity->rect().center()), longName);
     for (const QLabel *value : { test.controller().infoDiskSpaceLabel, test.controller().filesystemLabel,
@@ -233,9 +233,9 @@ void TestEveryone::tabStopsStandInOrder()
     QCOMPARE(QApplication::focusWidget(), test.controller().leftOutlineView);
     test.select(u"disk2s1"_s);
     const QString expected
-        = u"leftOutlineView qt_tabwidget_tabbar infoNameLabel infoDiskSpaceLabel infoMountedPathView "
-          "filesystemLabel bsdNameLabel deviceNodeLabel wholeDeviceLabel removableLabel ejectableLabel "
-          "preferredBlockSizeLabel mountUnmountButton qt_splithandle_"_s;
+        = u"leftOutlineView qt_tabwidget_tabbar infoNameLabel infoDiskSpaceLabel mountUnmountButton "
+          "infoMountedPathView filesystemLabel bsdNameLabel deviceNodeLabel preferredBlockSizeLabel "
+          "wholeDeviceLabel removableLabel ejectableLabel qt_splithandle_"_s;
     QCOMPARE(tabStops(test), expected.split(u' '));
 }
 
@@ -265,14 +265,14 @@ void TestEveryone::headlineGrowsWithTheFont()
     const QFont usual = QApplication::font();
     const QLabel *headline = test.controller().infoNameLabel;
     QVERIFY(headline->font().bold());
-    QCOMPARE(headline->font().pointSizeF(), usual.pointSizeF() * 1.5);
+    QCOMPARE(headline->font().pointSizeF(), usual.pointSizeF() * 1.4);
     QFont large = usual;
     large.setPointSizeF(usual.pointSizeF() * 2);
     QApplication::setFont(large);
-    QTRY_COMPARE(headline->font().pointSizeF(), large.pointSizeF() * 1.5);
+    QTRY_COMPARE(headline->font().pointSizeF(), large.pointSizeF() * 1.4);
     QVERIFY(headline->font().bold());
     QApplication::setFont(usual);
-    QTRY_COMPARE(headline->font().pointSizeF(), usual.pointSizeF() * 1.5);
+    QTRY_COMPARE(headline->font().pointSizeF(), usual.pointSizeF() * 1.4);
 }
 
 void TestEveryone::pathTakesAsManyLinesAsItNeeds()

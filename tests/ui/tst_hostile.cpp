@@ -159,7 +159,7 @@ void TestHostile::textsOfABundle()
     controller.formatFilesystemsPopupButton->setCurrentIndex(0);
     controller.formatButton->click();
     const QString asked = test.sheets().constFirst()->QMessageBox::informativeText();
-    QCOMPARE(asked.section(u"\n\n"_s, -1).count(u'\n'), 5);
+    QCOMPARE(asked.section(u"\n\n"_s, -2).count(u'\n'), 6);
 }
 
 void TestHostile::bundleThatCannotBeRead_data()

@@ -208,8 +208,8 @@ void TestLifecycle::treePaneKeepsItsWidth()
         TestController test(localization);
         test.launch();
         QVERIFY(QTest::qWaitForWindowExposed(&test.window()));
-        QCOMPARE(test.controller().outlineViewContainer->width(), 240);
-        QCOMPARE(test.controller().rightTabView->width(), 552);
+        QCOMPARE(test.controller().outlineViewContainer->width(), 232);
+        QCOMPARE(test.controller().rightTabView->width(), 560);
     }
 }
 

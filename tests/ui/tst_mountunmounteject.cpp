@@ -5,8 +5,10 @@
 #include "tests/support/TestController.h"
 #include "tests/ui/SheetWatch.h"
 #include "ui/AlertSheet.h"
+#include "ui/GlyphLabel.h"
 #include "ui/ImageButton.h"
 #include "ui/OutlineView.h"
+#include "ui/UsageBar.h"
 
 #include <QTest>
 
@@ -20,6 +22,7 @@ class TestMountUnmountEject : public QObject
 private Q_SLOTS:
     void requestOfAMedium_data();
     void requestOfAMedium();
+    void slowUnmountIsShown();
     void nothingSelectedMakesNoRequest();
     void buttonDoesNothingWhileBusy();
     void mountRefreshesTheRecord();
@@ -132,6 +135,19 @@ void TestMountUnmountEject::requestOfAMedium()
     QCOMPARE(request.disk, disk);
     QVERIFY(isBusy(*f, u"disk3"_s));
     QVERIFY(!f->test.controller().mountUnmountButton->isEnabled());
+}
+
+void TestMountUnmountEject::slowUnmountIsShown()
+{
+    const auto f = launched(u"/media/DATA"_s);
+    click(*f, u"disk2s1"_s);
+    const auto &panel = f->test.controller();
+    const QString activity = localizedString("ACTIVITY_UNMOUNTING_TEXT");
+    QVERIFY(!panel.infoStatusLabel->text().startsWith(activity));
+    QTRY_VERIFY(panel.infoStatusLabel->text().startsWith(activity));
+    QCOMPARE(panel.infoUsageBar->maximum(), 0);
+    f->test.service.completeRequest();
+    QVERIFY(!panel.infoStatusLabel->text().startsWith(activity));
 }
 
 void TestMountUnmountEject::nothingSelectedMakesNoRequest()

@@ -3,12 +3,17 @@
 // The information panel: what it shows of the selected medium.
 #include "platform/Localization.h"
 #include "tests/support/TestController.h"
+#include "ui/DiskMap.h"
+#include "ui/ElidingLabel.h"
+#include "ui/GlyphLabel.h"
 #include "ui/ImageAndTextCell.h"
 #include "ui/ImageButton.h"
 #include "ui/LinkTextView.h"
 #include "ui/OutlineView.h"
 #include "ui/OutputView.h"
+#include "ui/UsageBar.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QComboBox>
 #include <QFontDatabase>
@@ -55,6 +60,12 @@ private Q_SLOTS:
     void nameOfAMedium();
     void volumeDataThatIsNotAskedForIsNotRead();
     void tabStaysWhenAnotherVolumeIsSelected();
+    void disabledButtonsSayWhy();
+    void mapShowsTheVolumesOfADisk();
+    void usageIsABarAndASentence();
+    void sentenceOfAnUnmountedVolume();
+    void labelLimitFollowsTheFilesystem();
+    void emptyTreeSaysSo();
 
 private:
     static MemoryDiskRef makeVolume(const QString &name);
@@ -396,7 +407,7 @@ void TestPanel::longNamesDoNotWidenTheWindow()
     QVERIFY(QTest::qWaitForWindowExposed(&test.window()));
     QCOMPARE(test.window().centralWidget()->size(), QSize(800, 450));
     QVERIFY(test.window().minimumSizeHint().width() <= 720);
-    QCOMPARE(test.controller().outlineViewContainer->width(), 240);
+    QCOMPARE(test.controller().outlineViewContainer->width(), 232);
 }
 
 void TestPanel::hostileNamesArePlain()
@@ -593,6 +604,135 @@ void TestPanel::tabStaysWhenAnotherVolumeIsSelected()
         QCOMPARE(panel.bsdNameLabel->text(), u"disk2s2"_s);
         QCOMPARE(panel.rightTabView->currentWidget(), tab);
     }
+}
+
+void TestPanel::disabledButtonsSayWhy()
+{
+    TestController test;
+    writeWholeBundle(test.localDirectory(), u"msdos"_s, u"FAT"_s);
+    test.launch();
+    const auto &panel = test.controller();
+    QCOMPARE(panel.mountUnmountButton->toolTip(), localizedString("SELECT_A_DISK_TEXT"));
+    const MemoryDiskRef disk = makeDisk(u"disk2"_s);
+    disk->description->insert(DAKey::mediaLeaf, false);
+    disk->description->insert(DAKey::deviceInternal, true);
+    test.add(disk);
+    const MemoryDiskRef volume = makeVolume(u"DATA"_s);
+    volume->description->insert(DAKey::mediaWritable, false);
+    test.add(volume);
+    test.select(u"disk2"_s);
+    QCOMPARE(panel.mountUnmountButton->toolTip(), localizedString("REASON_INTERNAL_TEXT"));
+    QCOMPARE(panel.mountUnmountButton->accessibleDescription(), panel.mountUnmountButton->toolTip());
+    QCOMPARE(test.action(u"actionCheck"_s)->toolTip(), localizedString("REASON_PARTITIONS_TEXT"));
+    test.select(u"disk2s1"_s);
+    QCOMPARE(panel.mountUnmountButton->toolTip(), QString());
+    QCOMPARE(panel.checkButton->toolTip(), QString());
+    QCOMPARE(panel.repairButton->toolTip(), localizedString("REASON_READ_ONLY_TEXT"));
+    panel.mountUnmountButton->click();
+    QCOMPARE(panel.mountUnmountButton->toolTip(), localizedString("REASON_BUSY_TEXT"));
+    test.service.completeRequest();
+}
+
+void TestPanel::mapShowsTheVolumesOfADisk()
+{
+    TestController test;
+    test.launch();
+    const MemoryDiskRef disk = makeDisk(u"disk2"_s);
+    disk->description->insert(DAKey::mediaLeaf, false);
+    disk->description->insert(DAKey::mediaSize, PropertyNumber(qint64 { 1'000'000'000 }));
+    test.add(disk);
+    test.add(makeVolume(u"DATA"_s));
+    test.add(makePartition(u"disk2s2"_s, 2048, u"MORE"_s));
+    test.select(u"disk2"_s);
+    const auto &panel = test.controller();
+    QVERIFY(panel.infoUsageBar->isHidden() && !panel.infoDiskMap->isHidden());
+    QCOMPARE(panel.infoDiskMap->parts().size(), std::size_t { 3 }); // and what belongs to none
+    QCOMPARE(panel.infoStatusLabel->text(), u"Volumes: 2, mounted: 0. 800 MB belong to no volume."_s);
+    QVERIFY(QTest::qWaitForWindowActive(&test.window()));
+    const QList<DiskMapPart *> parts = panel.infoDiskMap->findChildren<DiskMapPart *>();
+    QCOMPARE(QAccessible::queryAccessibleInterface(panel.infoDiskMap)->role(), QAccessible::List);
+    QCOMPARE(QAccessible::queryAccessibleInterface(parts[0])->role(), QAccessible::ListItem);
+    QVERIFY(parts[2]->width() > parts[0]->width());
+    parts[0]->setFocus();
+    QTest::keyClick(test.window().windowHandle(), Qt::Key_Right);
+    QCOMPARE(QApplication::focusWidget(), parts[1]);
+    QTest::keyClick(test.window().windowHandle(), Qt::Key_Return);
+    QCOMPARE(panel.infoNameLabel->text(), u"MORE"_s);
+    test.select(u"disk2"_s);
+    QTest::mouseClick(panel.infoDiskMap->findChildren<DiskMapPart *>()[0], Qt::LeftButton);
+    QCOMPARE(panel.infoNameLabel->text(), u"DATA"_s);
+}
+
+void TestPanel::usageIsABarAndASentence()
+{
+    TestController test;
+    test.launch();
+    const MemoryDiskRef volume = makeVolume(u"DATA"_s);
+    mount(test, volume);
+    test.add(volume);
+    test.select(u"disk2s1"_s);
+    const auto &panel = test.controller();
+    QCOMPARE(panel.infoUsageBar->value(), 60);
+    QCOMPARE(panel.infoStatusLabel->text(), u"60 MB used (60 %)"_s);
+    QCOMPARE(panel.infoUsageBar->accessibleName(), panel.infoStatusLabel->text());
+    test.mountTable->freeSpaces["/media/A"] = 5'000'000;
+    test.controller().outlineViewSelectionDidChange();
+    QCOMPARE(panel.infoStatusLabel->text(), u"95 MB used (95 %), almost full"_s);
+    test.mountTable->freeSpaces["/media/A"] = -1;
+    test.controller().outlineViewSelectionDidChange();
+    QVERIFY(panel.infoUsageBar->isUnknown());
+    QCOMPARE(panel.infoStatusLabel->text(), localizedString("STATUS_SPACE_UNKNOWN_TEXT"));
+}
+
+void TestPanel::sentenceOfAnUnmountedVolume()
+{
+    TestController test;
+    test.launch();
+    const MemoryDiskRef volume = makeVolume(u"DATA"_s);
+    volume->description->insert(DAKey::mediaContent, u"EBD0A0A2-B9E5-4433-87C0-68B6B72699C7"_s);
+    test.add(volume);
+    test.select(u"disk2s1"_s);
+    const auto &panel = test.controller();
+    QVERIFY(panel.infoUsageBar->isUnknown());
+    QCOMPARE(panel.infoStatusLabel->text(), localizedString("STATUS_NOT_MOUNTED_TEXT"));
+    QCOMPARE(panel.mountedPathGloss->text(), u"not mounted"_s);
+    QCOMPARE(panel.contentGloss->text(), u"Basic data"_s);
+    QVERIFY(panel.goToFormatLink->isHidden());
+    const MemoryDiskRef blank = makePartition(u"disk2s2"_s, 2048);
+    test.add(blank);
+    test.select(u"disk2s2"_s);
+    QVERIFY(!panel.goToFormatLink->isHidden());
+    Q_EMIT panel.goToFormatLink->linkActivated({});
+    QCOMPARE(panel.rightTabView->currentWidget(), panel.formatTab);
+}
+
+void TestPanel::labelLimitFollowsTheFilesystem()
+{
+    TestController test;
+    writeWholeBundle(test.localDirectory(), u"exfat"_s, u"exFAT"_s);
+    writeWholeBundle(test.localDirectory(), u"other"_s, u"Other"_s);
+    test.launch();
+    test.add(makeVolume(u"DATA"_s));
+    test.select(u"disk2s1"_s);
+    const auto &panel = test.controller();
+    QCOMPARE(panel.formatVolumeLabelField->placeholderText(), u"Untitled"_s);
+    QComboBox *const popup = panel.formatFilesystemsPopupButton;
+    popup->setCurrentIndex(popup->findText(u"exFAT"_s));
+    QCOMPARE(panel.labelLimitLabel->text(), localizedString("INVALID_EXFAT_VOLUME_NAME_TEXT"));
+    popup->setCurrentIndex(popup->findText(u"Other"_s));
+    QCOMPARE(panel.labelLimitLabel->text(), QString());
+}
+
+void TestPanel::emptyTreeSaysSo()
+{
+    QApplication::setStyle(u"Fusion"_s);
+    TestController test;
+    test.launch();
+    OutlineView *const tree = test.controller().leftOutlineView;
+    tree->setEmptyText({});
+    const QImage plain = tree->grab().toImage();
+    tree->setEmptyText(localizedString("NO_DISKS_TEXT"));
+    QVERIFY(tree->grab().toImage() != plain);
 }
 
 QTEST_MAIN(TestPanel)

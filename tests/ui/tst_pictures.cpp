@@ -93,11 +93,13 @@ bool isInsideOfAncestors(const QWidget *widget)
     return true;
 }
 
-// The system's name of a disk may be any length: it ends in dots, with the whole in a tool tip. Every other
-// name is short enough here.
-bool holdsName(const QLabel &label)
+// The system's name of a disk may be any length: it ends in dots, with the whole in a tool tip. What only
+// explains a value goes when there is no room for it. Every other text is short enough here.
+bool mayBeCut(const QLabel &label)
 {
-    return label.objectName() == "deviceNodeLabel"_L1;
+    const QString name = label.objectName();
+    const bool isPlace = label.parentWidget()->objectName() == "infoPlaceLabel"_L1 && !label.wordWrap();
+    return isPlace || name == "deviceNodeLabel"_L1 || name == "pageDetails"_L1 || name.endsWith("Gloss"_L1);
 }
 
 bool isWhole(const QLabel &label)
@@ -111,7 +113,7 @@ bool isWhole(const QLabel &label)
     const int height = label.wordWrap() ? label.height() : room.height();
     // A line that was broken to fit can end in a fraction of a pixel, which is rounded up here.
     const int width = label.wordWrap() ? room.width() + 1 : room.width();
-    return height >= neededHeight && (width >= needed.width() || holdsName(label));
+    return height >= neededHeight && (width >= needed.width() || mayBeCut(label));
 }
 
 QStringList cutLabels(const QWidget &window)
@@ -230,6 +232,7 @@ constexpr State states[] = {
     { "unmounted", "disk2s1" },
     { "mounted", "disk2s2" },
     { "formatting", "disk2s2", RunningOperation::Format },
+    { "unmounting", "disk2s2", RunningOperation::Unmount },
     { "checking", "disk2s2", RunningOperation::Check },
     { "repairing", "disk2s2", RunningOperation::Repair },
 };
@@ -245,6 +248,19 @@ void show(TestController &test, const State &state)
     test.controller().leftOutlineView->selectRow(-1);
     if (*state.disk)
         test.select(QLatin1String(state.disk));
+}
+
+QWidget *pageOf(const State &state, const ZorvexDiskManagerAppDelegate &controller)
+{
+    switch (state.operation) {
+    case RunningOperation::Format:
+        return controller.formatTab;
+    case RunningOperation::Check:
+    case RunningOperation::Repair:
+        return controller.maintenanceTab;
+    default:
+        return controller.infoTab;
+    }
 }
 
 } // namespace
@@ -331,6 +347,15 @@ void TestPictures::takesPictures()
                   .arg(test.window().devicePixelRatio());
         QVERIFY(picture.save(folder.filePath(name)));
     }
+    for (const State &state : states) {
+        show(test, state);
+        tabs->setCurrentWidget(pageOf(state, test.controller()));
+        TestController::handlePostedEvents();
+        const QString name
+            = u"%1-%2@%3x.png"_s.arg(QString::fromLatin1(QTest::currentDataTag()), QLatin1String(state.name))
+                  .arg(test.window().devicePixelRatio());
+        QVERIFY(test.window().grab().save(folder.filePath(name)));
+    }
 }
 
 void TestPictures::cutsNoText_data()
@@ -350,11 +375,13 @@ void TestPictures::cutsNoText()
     useFontOf(percentage);
     TestController test(language);
     showDisks(test);
-    const QSize smallest(720, 420);
+    const QSize smallest = test.window().centralWidget()->minimumSize();
+    const QSize usual = test.window().centralWidget()->size();
+    QVERIFY(percentage > 100 || (smallest == QSize(720, 420) && usual == QSize(800, 450)));
     const QDir folder(QStringLiteral(ZORVEX_PICTURES));
     QVERIFY(folder.mkpath(u"."_s));
     const QSize menus = test.window().size() - test.window().centralWidget()->size();
-    for (const QSize &size : { QSize(800, 450), smallest }) {
+    for (const QSize &size : { usual, smallest }) {
         test.window().resize(size + menus);
         QCOMPARE(test.window().size(), size + menus);
         for (const State &state : states) {
@@ -376,7 +403,7 @@ void TestPictures::rowsLieAtTheSameDistance_data()
         QTest::addRow("%s", qPrintable(language)) << language;
 }
 
-// Also where a value is in another script than its caption.
+// In each group of values, also where a value is in another script than its caption.
 void TestPictures::rowsLieAtTheSameDistance()
 {
     QFETCH(const QString, language);
@@ -384,13 +411,15 @@ void TestPictures::rowsLieAtTheSameDistance()
     showDisks(test);
     TestController::handlePostedEvents();
     const ZorvexDiskManagerAppDelegate &controller = test.controller();
-    const QList<QLabel *> rows { controller.filesystemLabel, controller.bsdNameLabel,
-        controller.wholeDeviceLabel, controller.removableLabel, controller.ejectableLabel,
-        controller.contentHintLabel, controller.preferredBlockSizeLabel };
+    const QList<QList<QLabel *>> groups { { controller.filesystemLabel, controller.contentHintLabel },
+        { controller.bsdNameLabel, controller.preferredBlockSizeLabel },
+        { controller.wholeDeviceLabel, controller.removableLabel, controller.ejectableLabel } };
     QList<int> distances;
-    for (int i = 1; i < rows.size(); ++i) {
-        distances.append(rows[i]->mapTo(&test.window(), rows[i]->rect().center()).y()
-            - rows[i - 1]->mapTo(&test.window(), rows[i - 1]->rect().center()).y());
+    for (const QList<QLabel *> &rows : groups) {
+        for (int i = 1; i < rows.size(); ++i) {
+            distances.append(rows[i]->mapTo(&test.window(), rows[i]->rect().center()).y()
+                - rows[i - 1]->mapTo(&test.window(), rows[i - 1]->rect().center()).y());
+        }
     }
     const auto [least, most] = std::minmax_element(distances.begin(), distances.end());
     QVERIFY2(*most - *least <= 1, qPrintable(u"%1 to %2"_s.arg(*least).arg(*most)));

@@ -9,12 +9,12 @@ class ImagesTest : public QObject
     Q_OBJECT
 
 private slots:
-    void imageIsThereInBothResolutions_data();
-    void imageIsThereInBothResolutions();
+    void imageIsThereInEveryResolution_data();
+    void imageIsThereInEveryResolution();
     void applicationIconIsThereInEverySize();
 };
 
-void ImagesTest::imageIsThereInBothResolutions_data()
+void ImagesTest::imageIsThereInEveryResolution_data()
 {
     QTest::addColumn<int>("size");
 
@@ -25,18 +25,23 @@ void ImagesTest::imageIsThereInBothResolutions_data()
     QTest::newRow("drive_mount") << 16;
     QTest::newRow("drive_unmount") << 16;
     QTest::newRow("zorvex_ntfs_icon") << 16;
+    for (const char *glyph : { "media_card", "media_disc", "media_drive", "media_image", "media_usb",
+             "state_info", "state_locked", "state_ok", "state_warning" })
+        QTest::newRow(glyph) << 16;
+    for (const char *picture : { "sheet_critical", "sheet_info", "sheet_warning" })
+        QTest::newRow(picture) << 48;
 }
 
-void ImagesTest::imageIsThereInBothResolutions()
+void ImagesTest::imageIsThereInEveryResolution()
 {
     QFETCH(int, size);
     const QString path = u":/images/"_s + QLatin1String(QTest::currentDataTag());
-    const QImage normal(path + u".png"_s);
-    const QImage fine(path + u"@2x.png"_s);
-    QCOMPARE(normal.size(), QSize(size, size));
-    QCOMPARE(fine.size(), QSize(2 * size, 2 * size));
-    QVERIFY(normal.hasAlphaChannel());
-    QVERIFY(fine.hasAlphaChannel());
+    for (const int scale : { 1, 2, 3 }) {
+        const QString suffix = scale == 1 ? u".png"_s : u"@%1x.png"_s.arg(scale);
+        const QImage image(path + suffix);
+        QCOMPARE(image.size(), QSize(size, size) * scale);
+        QVERIFY(image.hasAlphaChannel());
+    }
 }
 
 void ImagesTest::applicationIconIsThereInEverySize()

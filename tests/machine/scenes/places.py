@@ -38,3 +38,13 @@ def disc(stage):
     window.select("SECOND")
     window.press("Mount")
     machine.until("grep -q SECOND /media/ada/SECOND/file", user="ada")
+
+
+def member(stage):
+    """What diskutil formats for a member of the group is theirs, without a password."""
+    machine = stage.machine
+    machine.run("usermod --append --groups zorvex-admin ada")
+    machine.run("diskutil eraseVolume ext4 MINE /dev/sda", user="ada", limit=180)
+    machine.until("findmnt --noheadings --output TARGET --source LABEL=MINE | grep -x /media/ada/MINE")
+    machine.run("echo mine > /media/ada/MINE/file && df /media/ada/MINE", user="ada")
+    machine.run("udisksctl unmount --no-user-interaction --block-device /dev/sda", user="ada")

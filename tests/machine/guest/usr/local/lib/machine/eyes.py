@@ -15,38 +15,60 @@ import gi
 gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib  # noqa: E402
 
+PATIENCE = (10000, 20000)  # milliseconds: for an answer of a program, and of one that has just started
+NAME_LENGTH = 15  # of a program, as the kernel keeps it
 LOOK_AGAIN = 500  # milliseconds, where no event says that something has changed
 
 
-def applications():
+def program_of(application):
+    """The name of its program. The bus and the kernel tell it: a program that hangs cannot hold this up."""
+    try:
+        with open(f"/proc/{application.get_process_id()}/comm") as name:
+            return name.read().strip()
+    except (GLib.Error, OSError):  # it has gone meanwhile
+        return ""
+
+
+def applications(wanted):
     desktop = Atspi.get_desktop(0)
     for index in range(desktop.get_child_count()):
         application = desktop.get_child_at_index(index)
-        if application is not None:
+        if application is not None and program_of(application) == wanted[:NAME_LENGTH]:
             application.clear_cache()  # what has no event of its own would stay as it was
             yield application
 
 
-def descend(element, depth=0):
+def descend(element, enters, depth=0):
+    """The element and all below it; of those that enters() refuses, nothing that is below them."""
     yield element, depth
     try:
+        if depth > 0 and not enters(element):
+            return
         count = element.get_child_count()
         children = [element.get_child_at_index(index) for index in range(count)]
     except GLib.Error:  # it has gone meanwhile
         return
     for child in children:
         if child is not None:
-            yield from descend(child, depth + 1)
+            yield from descend(child, enters, depth + 1)
 
 
-def elements(wanted_application):
-    for application in applications():
-        try:
-            name = application.get_name()
-        except GLib.Error:
-            continue
-        if re.fullmatch(wanted_application, name or ""):
-            yield from descend(application)
+def elements(wanted_application, enters=lambda element: True):
+    for application in applications(wanted_application):
+        yield from descend(application, enters)
+
+
+def can_hold(query):
+    """Tells of an element whether what is looked for can be below it: each look at one takes its time."""
+    showing = "showing" in query.get("states", [])
+    in_menus = query["role"] == "menu item"
+
+    def enters(element):
+        if showing and not element.get_state_set().contains(Atspi.StateType.SHOWING):
+            return False
+        return in_menus or role_of(element) != "menu bar"
+
+    return enters
 
 
 def text_of(element):
@@ -74,7 +96,7 @@ def matches(element, query):
 
 
 def find(query):
-    for element, _ in elements(query["application"]):
+    for element, _ in elements(query["application"], can_hold(query)):
         try:
             if matches(element, query):
                 return element
@@ -119,12 +141,11 @@ def describe(element):
 
 
 def press(element):
-    if not element.do_action(0):
-        raise RuntimeError(f"{element.get_name()!r} cannot be pressed")
-
-
-def select(element):
-    element.get_parent().select_child(element.get_index_in_parent())
+    names = [element.get_action_name(index).lower() for index in range(element.get_n_actions())]
+    # Some have an action before it that only takes the keyboard there.
+    wanted = next((index for index, name in enumerate(names) if "press" in name or "click" in name), 0)
+    if not element.do_action(wanted):
+        raise RuntimeError(f"{element.get_name()!r} cannot be pressed, only {names}")
 
 
 def type_text(element, text):
@@ -142,7 +163,7 @@ def answer(query):
     element = wait(query, lambda: find(query))
     if element is None:
         return {"status": 1, "output": listed(query["application"])}
-    actions = {"press": press, "select": select, "type": lambda found: type_text(found, query["typed"])}
+    actions = {"press": press, "type": lambda found: type_text(found, query["typed"])}
     if kind in actions:
         actions[kind](element)
         return {"status": 0, "output": ""}
@@ -151,6 +172,7 @@ def answer(query):
 
 def main():
     Atspi.init()
+    Atspi.set_timeout(*PATIENCE)
     listener = Atspi.EventListener.new(lambda event: None)
     for event in ("object:state-changed", "object:children-changed", "object:text-changed", "window"):
         listener.register(event)

@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: MIT
+//
+// The volumes of a disk side by side, as wide as they are large. A click or Return chooses one, the arrow
+// keys go from one to the next; a screen reader meets a list. Main thread only.
+#pragma once
+
+#include <QWidget>
+
+#include <optional>
+#include <vector>
+
+class DiskMapPart;
+
+class DiskMap : public QWidget
+{
+    Q_OBJECT
+
+public:
+    struct Part
+    {
+        QString id; // empty for space of no volume, which cannot be chosen
+        QString name;
+        QString size;
+        QString toolTip;
+        qint64 bytes = 0;
+        std::optional<int> usedPercentage;
+        bool isLocked = false;
+
+        friend bool operator==(const Part &, const Part &) = default;
+    };
+
+    explicit DiskMap(QWidget *parent = nullptr);
+
+    // Replaces the parts; the same ones stay as they are, with the focus.
+    void setParts(const std::vector<Part> &parts);
+    const std::vector<Part> &parts() const { return m_parts; }
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+Q_SIGNALS:
+    void partChosen(const QString &id);
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+    void changeEvent(QEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    void layOutParts();
+    void moveFocus(int step);
+
+    std::vector<Part> m_parts;
+    std::vector<DiskMapPart *> m_widgets;
+};
+
+// One of them. It belongs to its map.
+class DiskMapPart : public QWidget
+{
+    Q_OBJECT
+
+public:
+    DiskMapPart(const DiskMap::Part &part, DiskMap *map);
+
+    const DiskMap::Part &part() const { return m_part; }
+    void choose();
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
+
+private:
+    void drawUnused(QPainter &painter) const;
+    void drawTexts(QPainter &painter) const;
+
+    DiskMap::Part m_part;
+    DiskMap *m_map;
+};

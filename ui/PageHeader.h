@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+//
+// Names the medium that a page acts on: its picture, its name, and one quiet line about it. Main thread only.
+#pragma once
+
+#include <QWidget>
+
+class ElidingLabel;
+class QLabel;
+
+class PageHeader : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit PageHeader(QWidget *parent = nullptr);
+
+    // The picture is fitted into the header.
+    void setMedium(const QPixmap &picture, const QString &name, const QString &details);
+
+private:
+    QLabel *m_picture;
+    ElidingLabel *m_name;
+    ElidingLabel *m_details;
+};

@@ -1,0 +1,245 @@
+// SPDX-License-Identifier: MIT
+//
+// What the pages say of the selected disk beside its values: where it is, how it is, and what its values
+// mean.
+#include "app/ZorvexDiskManagerAppDelegate.h"
+
+#include "platform/Localization.h"
+#include "ui/DiskMap.h"
+#include "ui/ElidingLabel.h"
+#include "ui/GlyphLabel.h"
+#include "ui/ImageButton.h"
+#include "ui/OutlineView.h"
+#include "ui/PageHeader.h"
+#include "ui/panel_rules.h"
+#include "ui/status_rules.h"
+#include "ui/UsageBar.h"
+
+#include <QBoxLayout>
+#include <QFormLayout>
+
+#include <algorithm>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+using StatusRules::Status;
+
+// Partition tables and the gaps between partitions are no news.
+constexpr qint64 leastUnused = 100'000'000; // bytes
+
+constexpr int mountedPathRow = 0; // of the form on the Info page
+constexpr int filesystemRow = 1;
+
+// Calls the function with each node of the ring.
+template <typename Function> void forEachNode(const ZorvexDiskManagerDiskListItem *first, Function function)
+{
+    for (const auto *node = first; node; node = node->next == first ? nullptr : node->next)
+        function(*node);
+}
+
+QString withCapital(QString text)
+{
+    if (!text.isEmpty())
+        text[0] = text[0].toUpper();
+    return text;
+}
+
+QString statusGlyph(Status status)
+{
+    switch (status) {
+    case Status::AlmostFull:
+        return u"state_warning.png"_s;
+    case Status::Locked:
+        return u"state_locked.png"_s;
+    default:
+        return {};
+    }
+}
+
+} // namespace
+
+DiskRecord PanelStatus::wholeDiskOf(const ZorvexDiskManagerDisk &disk) const
+{
+    DiskRecord found;
+    forEachNode(m_controller.disk_list, [&](const ZorvexDiskManagerDiskListItem &top) {
+        bool isBelow = top.disk.get() == &disk;
+        forEachNode(top.children, [&](const ZorvexDiskManagerDiskListItem &child) {
+            isBelow = isBelow || child.disk.get() == &disk;
+        });
+        if (isBelow)
+            found = top.disk;
+    });
+    return found;
+}
+
+void PanelStatus::showAsEmpty(bool isEmpty)
+{
+    // The same widgets, in the middle of the page.
+    m_controller.infoHeaderLayout->setDirection(isEmpty ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+    for (QWidget *widget : { static_cast<QWidget *>(m_controller.infoBigImageField),
+             static_cast<QWidget *>(m_controller.mountUnmountButton) })
+        m_controller.infoHeaderLayout->setAlignment(widget, isEmpty ? Qt::AlignHCenter : Qt::AlignVCenter);
+    const Qt::Alignment leading = m_controller.isRightToLeftLocalization() ? Qt::AlignRight : Qt::AlignLeft;
+    const Qt::Alignment side = isEmpty ? Qt::AlignCenter : leading | Qt::AlignVCenter | Qt::AlignAbsolute;
+    m_controller.infoNameLabel->setAlignment(side);
+    m_controller.infoPlaceLabel->setAlignment(side);
+    m_controller.infoPlaceLabel->setWordWrap(isEmpty);
+    auto *column = qobject_cast<QBoxLayout *>(m_controller.infoColumn->layout());
+    column->setStretch(0, isEmpty ? 1 : 0);
+    column->setStretch(column->count() - 1, 1);
+    m_controller.infoDetails->setVisible(!isEmpty);
+    m_controller.infoBigImageField->setEnabled(!isEmpty);
+    if (isEmpty)
+        m_controller.infoPlaceLabel->setText(localizedString("SELECT_A_DISK_HINT_TEXT"));
+}
+
+QString PanelStatus::placeTextOf(const ZorvexDiskManagerDisk &disk) const
+{
+    const DiskRecord whole = wholeDiskOf(disk);
+    if (!whole)
+        return {};
+    const QString medium = localizedString(StatusRules::mediumKey(StatusRules::mediumOf(*whole)));
+    if (whole.get() == &disk)
+        return medium;
+    const QString on = formatLocalized(
+        localizedString("PLACE_VOLUME_ON_FMT"), { m_controller.getDisplayNameForDisk(*whole) });
+    return on + u" · " + medium;
+}
+
+QString PanelStatus::partitionsTextOf(const ZorvexDiskManagerDisk &disk) const
+{
+    int count = 0;
+    int mounted = 0;
+    qint64 unused = disk.mediaSize ? disk.mediaSize->longLongValue() : 0;
+    forEachNode(disk.parent_item ? disk.parent_item->children : nullptr,
+        [&](const ZorvexDiskManagerDiskListItem &child) {
+            ++count;
+            mounted += child.disk->volumePath ? 1 : 0;
+            unused -= child.disk->mediaSize ? child.disk->mediaSize->longLongValue() : 0;
+        });
+    const QString volumes = formatLocalized(
+        localizedString("STATUS_PARTITIONS_FMT"), { QString::number(count), QString::number(mounted) });
+    if (unused < leastUnused)
+        return volumes;
+    return volumes + u' '
+        + formatLocalized(localizedString("STATUS_UNUSED_FMT"), { m_controller.getSizeString(unused) });
+}
+
+QString PanelStatus::statusTextOf(const ZorvexDiskManagerDisk &disk, std::optional<qint64> freeSpace) const
+{
+    const Status status = statusOf(disk, freeSpace);
+    QString text;
+    if (status == Status::Partitions) {
+        text = partitionsTextOf(disk);
+    } else if (status == Status::Usage || status == Status::AlmostFull) {
+        const qint64 size = disk.mediaSize->longLongValue();
+        text = formatLocalized(localizedString(StatusRules::statusKey(status)),
+            { m_controller.getSizeString(std::max<qint64>(size - *freeSpace, 0)),
+                QString::number(StatusRules::usedPercentage(size, *freeSpace)) });
+    } else {
+        text = localizedString(StatusRules::statusKey(status));
+    }
+    if (StatusRules::tellsReadOnly(disk, status))
+        text += u' ' + localizedString("STATUS_READ_ONLY_TEXT");
+    return text;
+}
+
+StatusRules::Status PanelStatus::statusOf(
+    const ZorvexDiskManagerDisk &disk, std::optional<qint64> freeSpace) const
+{
+    StatusRules::Facts facts;
+    facts.freeSpace = freeSpace;
+    if (disk.daDisk) {
+        facts.content = disk.daDisk->probedContent().kind;
+        facts.isUnlocked = m_controller.session && m_controller.session->unlockedDisk(disk.daDisk) != nullptr;
+    }
+    return StatusRules::statusOf(disk, facts);
+}
+
+void PanelStatus::showMapOf(const ZorvexDiskManagerDisk &disk)
+{
+    std::vector<DiskMap::Part> parts;
+    qint64 unused = disk.mediaSize ? disk.mediaSize->longLongValue() : 0;
+    forEachNode(disk.parent_item ? disk.parent_item->children : nullptr,
+        [&](const ZorvexDiskManagerDiskListItem &child) {
+            const ZorvexDiskManagerDisk &volume = *child.disk;
+            DiskMap::Part part;
+            part.id = volume.bsdName.value_or(QString());
+            part.name = m_controller.getDisplayNameForDisk(volume);
+            part.bytes = volume.mediaSize ? volume.mediaSize->longLongValue() : 0;
+            part.size = m_controller.getSizeString(part.bytes);
+            part.toolTip
+                = m_controller.outlineView_accessibleTextByItem(m_controller.leftOutlineView, child.disk)
+                + localizedString("LIST_SEPARATOR_TEXT") + part.size;
+            part.isLocked = statusOf(volume, {}) == Status::Locked;
+            unused -= part.bytes;
+            parts.push_back(part);
+        });
+    if (unused >= leastUnused) {
+        DiskMap::Part rest;
+        rest.bytes = unused;
+        rest.toolTip
+            = formatLocalized(localizedString("STATUS_UNUSED_FMT"), { m_controller.getSizeString(unused) });
+        parts.push_back(rest);
+    }
+    m_controller.infoDiskMap->setParts(parts);
+}
+
+void PanelStatus::showStatusOf(const ZorvexDiskManagerDisk &disk, std::optional<qint64> freeSpace)
+{
+    const DiskRecord whole = wholeDiskOf(disk);
+    m_controller.infoPlaceLabel->setText(
+        placeTextOf(disk), whole ? StatusRules::mediumGlyph(StatusRules::mediumOf(*whole)) : QString());
+    const Status status = statusOf(disk, freeSpace);
+    const QString text = statusTextOf(disk, freeSpace);
+    m_controller.infoStatusLabel->setText(text, statusGlyph(status));
+    m_controller.infoUsageBar->setVisible(status != Status::Partitions);
+    m_controller.infoDiskMap->setVisible(status == Status::Partitions);
+    if (status == Status::Partitions)
+        showMapOf(disk);
+    m_controller.infoUsageBar->setAccessibleName(text);
+    if (status == Status::Usage || status == Status::AlmostFull)
+        m_controller.infoUsageBar->showShare(
+            StatusRules::usedPercentage(disk.mediaSize->longLongValue(), *freeSpace));
+    else
+        m_controller.infoUsageBar->showUnknown();
+    m_controller.goToFormatLink->setText(
+        u"<a href=\"format\">"_s + localizedString("GO_TO_FORMAT_TEXT") + u"</a>"_s);
+    m_controller.goToFormatLink->setVisible(
+        status == Status::NotRecognized && disk.writable && disk.mountable);
+}
+
+void PanelStatus::showGlossesOf(const ZorvexDiskManagerDisk &disk, const QString &filesystem)
+{
+    const bool hasPartitions = PanelRules::isEjectable(disk);
+    m_controller.infoFormLayout->setRowVisible(mountedPathRow, !hasPartitions);
+    m_controller.infoFormLayout->setRowVisible(filesystemRow, !hasPartitions);
+    m_controller.mountedPathGloss->setVisible(!hasPartitions && !disk.volumePath);
+    m_controller.mountedPathGloss->setText(
+        disk.volumePath ? QString() : localizedString("ROW_NOT_MOUNTED_TEXT"));
+    m_controller.filesystemGloss->setText(
+        filesystem.isEmpty() ? localizedString("FORMAT_TARGET_NOTHING_TEXT") : QString());
+    const QString content = disk.content.value_or(QString());
+    const char *const meaning = StatusRules::contentMeaningKey(content);
+    m_controller.contentGloss->setText(
+        meaning ? withCapital(localizedString(meaning)) : StatusRules::partitionTableName(content));
+}
+
+void PanelStatus::showHeadersOf(const ZorvexDiskManagerDisk &disk, const QString &filesystem)
+{
+    const DiskRecord whole = wholeDiskOf(disk);
+    const bool isPart = whole && whole.get() != &disk;
+    QStringList details { disk.mediaSize ? m_controller.getSizeString(disk.mediaSize->longLongValue())
+                                         : QString(),
+        filesystem, m_controller.leftToRightInWindow(disk.deviceNode()),
+        isPart ? formatLocalized(
+                     localizedString("PLACE_VOLUME_ON_FMT"), { m_controller.getDisplayNameForDisk(*whole) })
+               : QString() };
+    details.removeAll(QString());
+    const QPixmap picture = m_controller.getUIImageforDisk(disk, true).value_or(QPixmap());
+    for (PageHeader *header : { m_controller.formatHeader, m_controller.maintenanceHeader })
+        header->setMedium(picture, m_controller.getDisplayNameForDisk(disk),
+            details.join(localizedString("LIST_SEPARATOR_TEXT")));
+}

@@ -1,0 +1,114 @@
+// SPDX-License-Identifier: MIT
+#include "ui/StatusRow.h"
+
+#include "ui/color_rules.h"
+#include "ui/ElidingLabel.h"
+#include "ui/ImageResources.h"
+#include "ui/QuietText.h"
+#include "ui/Units.h"
+#include "ui/UsageBar.h"
+
+#include <QEvent>
+#include <QHBoxLayout>
+
+#include <algorithm>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr int rowHeight = 30; // units
+
+} // namespace
+
+StatusRow::StatusRow(QWidget *parent)
+    : QWidget(parent)
+    , m_glyph(new QLabel(this))
+    , m_text(new ElidingLabel(this))
+    , m_bar(new UsageBar(this))
+    , m_share(new QLabel(this))
+    , m_time(new QLabel(this))
+{
+    m_text->setObjectName(u"statusText"_s);
+    m_text->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    for (QLabel *label : { m_share, m_time }) {
+        label->setTextFormat(Qt::PlainText);
+        QuietText::apply(label);
+    }
+    auto *layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(units(8));
+    layout->addWidget(m_glyph);
+    layout->addWidget(m_text, 2);
+    layout->addWidget(m_bar, 1);
+    layout->addWidget(m_share);
+    layout->addWidget(m_time);
+    setMinimumHeight(std::max(units(rowHeight), 2 * fontMetrics().lineSpacing()));
+    show(Kind::Hint, {}, {});
+}
+
+QString StatusRow::text() const
+{
+    return m_text->text();
+}
+
+void StatusRow::show(Kind kind, const QString &text, const QString &glyph)
+{
+    m_kind = kind;
+    m_glyphName = glyph;
+    m_text->setWordWrap(m_wrapsHints && kind == Kind::Hint);
+    m_text->setText(text);
+    m_glyph->setVisible(!glyph.isEmpty());
+    m_bar->setVisible(kind == Kind::Operation);
+    m_share->setVisible(kind == Kind::Operation && !m_share->text().isEmpty());
+    m_time->setVisible(kind != Kind::Hint);
+    draw();
+}
+
+void StatusRow::showHint(const QString &text, const QString &glyph)
+{
+    show(Kind::Hint, text, glyph);
+}
+
+void StatusRow::showOperation(
+    const QString &text, std::optional<int> percentage, std::chrono::seconds elapsed)
+{
+    m_bar->showProgress(percentage);
+    m_bar->setAccessibleName(text);
+    m_share->setText(percentage ? QString(QString::number(*percentage) + u" %") : QString());
+    m_time->setText(durationText(elapsed));
+    show(Kind::Operation, text, {});
+}
+
+void StatusRow::showVerdict(const QString &text, const QString &glyph, const QString &when)
+{
+    m_time->setText(when);
+    show(Kind::Verdict, text, glyph);
+}
+
+// A hint is quiet, a verdict bold.
+void StatusRow::draw()
+{
+    QPalette own;
+    const QColor color
+        = m_kind == Kind::Hint ? ColorRules::quietText(palette()) : palette().color(QPalette::WindowText);
+    own.setColor(QPalette::WindowText, color);
+    m_text->setPalette(own);
+    QFont font;
+    font.setBold(m_kind == Kind::Verdict);
+    m_text->setFont(font);
+    if (!m_glyphName.isEmpty())
+        m_glyph->setPixmap(glyphNamed(m_glyphName, color, devicePixelRatio()).value_or(QPixmap()));
+}
+
+void StatusRow::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        draw();
+}
+
+QString StatusRow::durationText(std::chrono::seconds duration)
+{
+    return u"%1:%2"_s.arg(duration.count() / 60).arg(duration.count() % 60, 2, 10, QLatin1Char('0'));
+}

@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+//
+// The one line of a page that is never empty: what can be done, then what runs and how far it is, then how it
+// ended. Always of the same height, so that nothing below it moves. Main thread only.
+#pragma once
+
+#include <QWidget>
+
+#include <chrono>
+#include <optional>
+
+class ElidingLabel;
+class QLabel;
+class UsageBar;
+
+class StatusRow : public QWidget
+{
+    Q_OBJECT
+    Q_PROPERTY(bool wrapsHints READ wrapsHints WRITE setWrapsHints)
+
+public:
+    explicit StatusRow(QWidget *parent = nullptr);
+
+    // Each replaces what was shown. A glyph is the name of a drawing; empty for none.
+    void showHint(const QString &text, const QString &glyph);
+    // With a percentage from 0 to 100, or as an activity without one.
+    void showOperation(const QString &text, std::optional<int> percentage, std::chrono::seconds elapsed);
+    void showVerdict(const QString &text, const QString &glyph, const QString &when);
+
+    // Whether a hint may take a second line. One that holds a name may not: names have any length.
+    bool wrapsHints() const { return m_wrapsHints; }
+    void setWrapsHints(bool wraps) { m_wrapsHints = wraps; }
+
+    QString text() const;
+    bool showsOperation() const { return m_kind == Kind::Operation; }
+
+    // Minutes and seconds, such as 1:05.
+    static QString durationText(std::chrono::seconds duration);
+
+protected:
+    void changeEvent(QEvent *event) override;
+
+private:
+    enum class Kind { Hint, Operation, Verdict };
+
+    void show(Kind kind, const QString &text, const QString &glyph);
+    void draw();
+
+    Kind m_kind = Kind::Hint;
+    bool m_wrapsHints = false;
+    QString m_glyphName;
+    QLabel *m_glyph;
+    ElidingLabel *m_text;
+    UsageBar *m_bar;
+    QLabel *m_share;
+    QLabel *m_time;
+};
