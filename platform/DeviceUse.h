@@ -52,6 +52,10 @@ public:
     // mount in any namespace, a device made from it, swap space, a program that is at work on it.
     bool isClaimed() const;
 
+    // Whether its first and its last block can be read from the device itself. Takes as long as the device
+    // takes.
+    bool isReadable() const;
+
 private:
     FileDescriptor m_device;
 };

@@ -166,7 +166,8 @@ bool isOtherFile(const QString &argument)
 HeldDevice holdDevice(const QString &deviceNode)
 {
     const auto device = std::make_shared<OpenDevice>(deviceNode);
-    return { [device] { return device->identity(); }, [device] { return device->isClaimed(); } };
+    return { [device] { return device->identity(); }, [device] { return device->isClaimed(); },
+        [device] { return device->isReadable(); } };
 }
 
 void giveToDesktopUser(const QString &mountPoint)

@@ -53,6 +53,9 @@ struct HeldDevice
 
     // Whether anything else has claimed it, a part of it or the disk that it is on.
     std::function<bool()> isClaimed;
+
+    // Whether its first and its last block can be read.
+    std::function<bool()> isReadable;
 };
 
 HeldDevice holdDevice(const QString &deviceNode);
