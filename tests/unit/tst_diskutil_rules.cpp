@@ -77,6 +77,7 @@ class TestDiskutilRules : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void personalitiesBeyondTheLimitAreLeftOut();
     void commandLine_data();
     void commandLine();
     void commandLineThatMakesNoSense_data();
@@ -103,6 +104,20 @@ private Q_SLOTS:
     void schemesOfDisks();
     void scriptsForTheTable();
 };
+
+void TestDiskutilRules::personalitiesBeyondTheLimitAreLeftOut()
+{
+    PropertyDictionary personalities;
+    for (int i = 0; i < 2 * mostPersonalities; ++i)
+        personalities.insert(QString::number(i), PropertyDictionary());
+    QStringList log;
+    const auto bundle = describeBundle(u"/own"_s, u"many"_s,
+        { { u"CFBundleIdentifier"_s, u"test.many"_s }, { u"FSPersonalities"_s, personalities } },
+        [&log](const QString &line) { log.append(line); });
+    QVERIFY(bundle);
+    QCOMPARE(bundle->personalities.size(), std::size_t { mostPersonalities });
+    QCOMPARE(log, QStringList { u"Leaving out what is beyond 256 personalities in bundle \"many\"."_s });
+}
 
 void TestDiskutilRules::commandLine_data()
 {
