@@ -168,7 +168,10 @@ bool ZorvexDiskManagerAppDelegate::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == window && event->type() == QEvent::WindowActivate)
         windowDidBecomeKey();
-    else if (watched == window && event->type() == QEvent::Close)
+    else if (watched == window && event->type() == QEvent::Close && !windowShouldClose()) {
+        event->ignore();
+        return true;
+    } else if (watched == window && event->type() == QEvent::Close)
         windowWillClose();
     // The theme can change while the program runs.
     else if (watched == window && event->type() == QEvent::PaletteChange)

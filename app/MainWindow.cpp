@@ -213,6 +213,8 @@ std::unique_ptr<QMainWindow> loadMainWindow(ZorvexDiskManagerAppDelegate &contro
 {
     QObject::connect(qApp, &QCoreApplication::aboutToQuit, &controller,
         &ZorvexDiskManagerAppDelegate::applicationWillTerminate);
+    QObject::connect(qApp, &QGuiApplication::commitDataRequest, &controller,
+        &ZorvexDiskManagerAppDelegate::sessionWillEnd, Qt::DirectConnection);
     QApplication::setLayoutDirection(
         controller.isRightToLeftLocalization() ? Qt::RightToLeft : Qt::LeftToRight);
     InterfaceStyle::install();

@@ -4,6 +4,7 @@
 // the mount path, and data source of the outline view. One class whose operations are kept by concern:
 //
 //   Lifecycle            app/Lifecycle.cpp
+//   Close question       app/CloseQuestion.cpp
 //   Alerts               app/Alerts.cpp
 //   Help                 app/Help.cpp
 //   Disk tree            disks/DiskTreeOperations.cpp
@@ -33,8 +34,10 @@
 #include "ui/OutlineDataSource.h"
 #include "ui/SplitView.h"
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QPixmap>
+#include <QPointer>
 
 #include <chrono>
 #include <memory>
@@ -51,8 +54,10 @@ class QLabel;
 class QLineEdit;
 class QMainWindow;
 class QPushButton;
+class QSessionManager;
 class QTabWidget;
 struct CheckRepairOutputChunk;
+struct DiskutilFailure;
 struct EraseDiskChoice;
 struct FormatTarget;
 struct NewVolume;
@@ -125,6 +130,14 @@ public:
     bool isRightToLeftLocalization() const;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
+    // --- Close question. Implemented in app/CloseQuestion.cpp ---
+
+    // Whether the window may close now. While a repair or a format runs, asks in a sheet and answers no; what
+    // is chosen there closes the window.
+    bool windowShouldClose();
+    // The desktop is about to end the session.
+    void sessionWillEnd(QSessionManager &manager);
+
     // --- Alerts. Implemented in app/Alerts.cpp ---
 
     // One sheet at a time: an alert that is asked for while another is showing is dropped with a log line.
@@ -157,6 +170,9 @@ public:
     void diskArbitrationDiskAppeared(const DADiskRef &disk);
     void diskArbitrationDiskDisappeared(const DADiskRef &disk);
     void diskArbitrationDiskDescriptionChanged(const DADiskRef &disk, const QStringList &keys);
+    // Whether the selected medium took the place of one that went a moment ago: what is pressed now was meant
+    // for the other.
+    bool hasSelectionJustMoved() const;
 
     // --- Catalogue. Implemented in filesystems/Catalogue.cpp ---
 
@@ -341,6 +357,15 @@ private:
     QString contentTextOf(const ZorvexDiskManagerDisk &disk) const;
     void reportNothingErased(const ZorvexDiskManagerDisk &disk);
 
+    // app/CloseQuestion.cpp
+    std::vector<DiskRecord> writtenDisks() const; // those that are being repaired or formatted
+    void stopAndClose();
+    void endMootCloseQuestion(); // nothing is written any more
+
+    // operations/OperationState.cpp
+    // The pipe for the tool of an operation that has begun.
+    std::shared_ptr<ShellPipe> createPipeFor(const DiskRecord &disk);
+
     // operations/EraseDisk.cpp
     QString eraseTargetText(const ZorvexDiskManagerDisk &disk) const;
     bool refusesToEraseDisk(const ZorvexDiskManagerDisk &disk);
@@ -360,6 +385,8 @@ private:
         const std::shared_ptr<MainThreadRelay> &relay, ShellPipe &pipe);
     static void doCheckRepair(const DiskRecord &disk, const QString &bsdName,
         const std::shared_ptr<MainThreadRelay> &relay, ShellPipe &pipe, bool isRepair);
+    void reportCheckRepairFailure(
+        const ZorvexDiskManagerDisk &disk, const DiskutilFailure &failure, bool isRepair);
     void scheduleOutputRefresh();
 
     // ui/DiskOutline.cpp
@@ -385,6 +412,17 @@ private:
     std::unordered_map<ZorvexDiskManagerDiskListItem *, std::unique_ptr<ZorvexDiskManagerDiskListItem>>
         m_diskListItems; // owns the nodes of the tree
     DiskListBuilder m_diskListBuilder;
+    // An operation that is running. Its record may have left the tree.
+    struct Run
+    {
+        DiskRecord disk;
+        std::weak_ptr<ShellPipe> pipe; // empty where no tool runs
+    };
+    std::vector<Run> m_runs;
+    QPointer<AlertSheet> m_closeQuestion;
+    bool m_isStopping = false; // the user has chosen to stop what runs and to close
+    DiskRecord m_movedSelection; // the medium to which the selection has moved by itself
+    QElapsedTimer m_sinceSelectionMoved; // not valid until then
     bool m_outputRefreshScheduled = false;
     std::chrono::milliseconds m_outputInterval {}; // from output that comes to the refresh that shows it
 };

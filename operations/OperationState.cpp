@@ -13,6 +13,7 @@ void ZorvexDiskManagerAppDelegate::beginOperation(const DiskRecord &disk, Runnin
     const bool isCheckOrRepair
         = operation == RunningOperation::Check || operation == RunningOperation::Repair;
     disk->operationInProgress = true;
+    m_runs.push_back({ disk, {} });
     disk->runningOperation = operation;
     // The operation shows its own tab, and keeps the other one if that is there already.
     disk->operationInProgressShowFormatTab
@@ -25,10 +26,22 @@ void ZorvexDiskManagerAppDelegate::beginOperation(const DiskRecord &disk, Runnin
 void ZorvexDiskManagerAppDelegate::finishOperation(const DiskRecord &disk)
 {
     disk->operationInProgress = false;
+    std::erase_if(m_runs, [&disk](const Run &run) { return run.disk == disk; });
     disk->runningOperation = RunningOperation::None;
     disk->operationInProgressShowFormatTab = false;
     disk->operationInProgressShowMaintenanceTab = false;
+    endMootCloseQuestion();
     refreshAfterStateChange();
+}
+
+std::shared_ptr<ShellPipe> ZorvexDiskManagerAppDelegate::createPipeFor(const DiskRecord &disk)
+{
+    std::shared_ptr<ShellPipe> pipe = m_platform.createShellPipe();
+    for (Run &run : m_runs) {
+        if (run.disk == disk)
+            run.pipe = pipe;
+    }
+    return pipe;
 }
 
 void ZorvexDiskManagerAppDelegate::refreshAfterStateChange()
