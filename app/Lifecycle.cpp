@@ -4,6 +4,7 @@
 #include "app/ZorvexDiskManagerAppDelegate.h"
 
 #include "platform/SystemLog.h"
+#include "ui/FreeSpaceReader.h"
 #include "ui/ImageButton.h"
 #include "ui/LinkTextView.h"
 #include "ui/OutlineView.h"
@@ -42,6 +43,8 @@ void logNoSession()
 ZorvexDiskManagerAppDelegate::ZorvexDiskManagerAppDelegate(ApplicationPlatform platform)
     : m_platform(std::move(platform))
     , m_relay(MainThreadRelay::create())
+    , m_freeSpaces(std::make_unique<FreeSpaceReader>(
+          m_platform.mountTable, m_relay, [this] { refreshAfterStateChange(); }))
 {
 }
 

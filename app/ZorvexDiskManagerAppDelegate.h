@@ -45,6 +45,7 @@
 #include <unordered_map>
 
 class AlertSheet;
+class FreeSpaceReader;
 class ImageButton;
 class LinkTextView;
 class OperationBar;
@@ -409,6 +410,7 @@ private:
 
     ApplicationPlatform m_platform;
     std::shared_ptr<MainThreadRelay> m_relay;
+    std::unique_ptr<FreeSpaceReader> m_freeSpaces;
     std::unordered_map<ZorvexDiskManagerDiskListItem *, std::unique_ptr<ZorvexDiskManagerDiskListItem>>
         m_diskListItems; // owns the nodes of the tree
     DiskListBuilder m_diskListBuilder;
