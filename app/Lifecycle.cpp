@@ -6,6 +6,7 @@
 #include "platform/Localization.h"
 #include "platform/SystemLog.h"
 #include "ui/DiskMap.h"
+#include "ui/FreeSpaceReader.h"
 #include "ui/ImageButton.h"
 #include "ui/LinkTextView.h"
 #include "ui/OutlineView.h"
@@ -56,6 +57,8 @@ void logNoSession()
 ZorvexDiskManagerAppDelegate::ZorvexDiskManagerAppDelegate(ApplicationPlatform platform)
     : m_platform(std::move(platform))
     , m_relay(MainThreadRelay::create())
+    , m_freeSpaces(std::make_unique<FreeSpaceReader>(
+          m_platform.mountTable, m_relay, [this] { refreshAfterStateChange(); }))
 {
 }
 
@@ -197,7 +200,10 @@ bool ZorvexDiskManagerAppDelegate::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == window && event->type() == QEvent::WindowActivate)
         windowDidBecomeKey();
-    else if (watched == window && event->type() == QEvent::Close)
+    else if (watched == window && event->type() == QEvent::Close && !closeQuestion.windowShouldClose()) {
+        event->ignore();
+        return true;
+    } else if (watched == window && event->type() == QEvent::Close)
         windowWillClose();
     // The theme can change while the program runs.
     else if (watched == window && event->type() == QEvent::PaletteChange)

@@ -274,6 +274,10 @@ std::unique_ptr<QMainWindow> loadMainWindow(ZorvexDiskManagerAppDelegate &contro
 {
     QObject::connect(qApp, &QCoreApplication::aboutToQuit, &controller,
         &ZorvexDiskManagerAppDelegate::applicationWillTerminate);
+    QObject::connect(
+        qApp, &QGuiApplication::commitDataRequest, &controller,
+        [&controller](QSessionManager &manager) { controller.closeQuestion.sessionWillEnd(manager); },
+        Qt::DirectConnection);
     QApplication::setLayoutDirection(
         controller.isRightToLeftLocalization() ? Qt::RightToLeft : Qt::LeftToRight);
     InterfaceStyle::install();

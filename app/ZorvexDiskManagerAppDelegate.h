@@ -27,13 +27,17 @@
 #pragma once
 
 #include "app/ApplicationPlatform.h"
+#include "app/CloseQuestion.h"
+#include "app/MainWindowOutlets.h"
 #include "app/ZorvexDiskManagerCommon.h"
 #include "disks/DiskListBuilder.h"
+#include "operations/RunningOperations.h"
 #include "platform/MainThreadRelay.h"
 #include "ui/OutlineDataSource.h"
 #include "ui/PanelStatus.h"
 #include "ui/SplitView.h"
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QPixmap>
 
@@ -43,15 +47,10 @@
 #include <unordered_map>
 
 class AlertSheet;
-class ImageButton;
-class LinkTextView;
-class OutputView;
-class QComboBox;
-class QLineEdit;
+class FreeSpaceReader;
 class QMainWindow;
-class QPushButton;
-class QTabWidget;
 struct CheckRepairOutputChunk;
+struct DiskutilFailure;
 struct EraseDiskChoice;
 struct FormatTarget;
 struct NewVolume;
@@ -60,7 +59,7 @@ class ZorvexDiskManagerAppDelegate : public QObject,
                                      public OutlineDataSource,
                                      public OutlineDelegate,
                                      public SplitViewDelegate,
-                                     public PanelStatusOutlets
+                                     public MainWindowOutlets
 {
     Q_OBJECT
 
@@ -68,41 +67,12 @@ public:
     explicit ZorvexDiskManagerAppDelegate(ApplicationPlatform platform);
     ~ZorvexDiskManagerAppDelegate() override;
 
-    // --- Outlets. Set by the interface file's loader; the controller never makes them ---
-
-    QMainWindow *window = nullptr;
-    SplitView *mainSplitView = nullptr;
-    QTabWidget *rightTabView = nullptr;
-    QWidget *infoTab = nullptr;
-    QWidget *formatTab = nullptr;
-    QWidget *maintenanceTab = nullptr;
-    OutlineView *leftOutlineView = nullptr;
-    QWidget *outlineViewContainer = nullptr;
-    QWidget *outlineViewScrollContainer = nullptr;
-    ImageButton *mountUnmountButton = nullptr;
-    QLabel *infoBigImageField = nullptr;
-    QLabel *infoNameLabel = nullptr;
-    QLabel *infoDiskSpaceLabel = nullptr;
-    LinkTextView *infoMountedPathView = nullptr;
-    QLabel *filesystemLabel = nullptr;
-    QLabel *bsdNameLabel = nullptr;
-    QLabel *deviceNodeLabel = nullptr;
-    QLabel *wholeDeviceLabel = nullptr;
-    QLabel *removableLabel = nullptr;
-    QLabel *contentHintLabel = nullptr;
-    QLabel *ejectableLabel = nullptr;
-    QLabel *preferredBlockSizeLabel = nullptr;
-    QComboBox *formatFilesystemsPopupButton = nullptr;
-    QLineEdit *formatVolumeLabelField = nullptr;
-    QPushButton *formatButton = nullptr;
-    OutputView *checkRepairOutputView = nullptr;
-    QPushButton *checkButton = nullptr;
-    QPushButton *repairButton = nullptr;
-
     // --- State ---
 
     bool fieldsEnabled = false; // inert
     bool alertInProgress = false; // an alert sheet is showing
+    RunningOperations runningOperations;
+    CloseQuestion closeQuestion { *this };
     std::unique_ptr<DASession> session; // the one session; null when there is no system bus
     // The lists are absent until the first scan.
     std::optional<FilesystemBundleList> allFilesystemBundlesList;
@@ -155,6 +125,9 @@ public:
     void diskArbitrationDiskAppeared(const DADiskRef &disk);
     void diskArbitrationDiskDisappeared(const DADiskRef &disk);
     void diskArbitrationDiskDescriptionChanged(const DADiskRef &disk, const QStringList &keys);
+    // Whether the selected medium took the place of one that went a moment ago: what is pressed now was meant
+    // for the other.
+    bool hasSelectionJustMoved() const;
 
     // Reads the bundles and asks the disk service for its media again. Changes nothing on a disk.
     Q_INVOKABLE void clickRefreshMenuItem(QObject *sender);
@@ -345,6 +318,10 @@ private:
     QString contentTextOf(const ZorvexDiskManagerDisk &disk) const;
     void reportNothingErased(const ZorvexDiskManagerDisk &disk);
 
+    // operations/OperationState.cpp
+    // The pipe for the tool of an operation that has begun.
+    std::shared_ptr<ShellPipe> createPipeFor(const DiskRecord &disk);
+
     // operations/EraseDisk.cpp
     QString eraseTargetText(const ZorvexDiskManagerDisk &disk) const;
     bool refusesToEraseDisk(const ZorvexDiskManagerDisk &disk);
@@ -364,6 +341,8 @@ private:
         const std::shared_ptr<MainThreadRelay> &relay, ShellPipe &pipe);
     static void doCheckRepair(const DiskRecord &disk, const QString &bsdName,
         const std::shared_ptr<MainThreadRelay> &relay, ShellPipe &pipe, bool isRepair);
+    void reportCheckRepairFailure(
+        const ZorvexDiskManagerDisk &disk, const DiskutilFailure &failure, bool isRepair);
     void scheduleOutputRefresh();
 
     // ui/DiskOutline.cpp
@@ -386,9 +365,12 @@ private:
 
     ApplicationPlatform m_platform;
     std::shared_ptr<MainThreadRelay> m_relay;
+    std::unique_ptr<FreeSpaceReader> m_freeSpaces;
     std::unordered_map<ZorvexDiskManagerDiskListItem *, std::unique_ptr<ZorvexDiskManagerDiskListItem>>
         m_diskListItems; // owns the nodes of the tree
     DiskListBuilder m_diskListBuilder;
+    DiskRecord m_movedSelection; // the medium to which the selection has moved by itself
+    QElapsedTimer m_sinceSelectionMoved; // not valid until then
     friend class PanelStatus;
     PanelStatus m_status { *this };
     bool m_outputRefreshScheduled = false;

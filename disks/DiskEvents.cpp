@@ -10,6 +10,9 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
+// What a person needs to see that another disk is selected, and to hold back a press.
+constexpr std::chrono::milliseconds timeToNotice { 500 };
+
 std::optional<QString> bsdNameOf(const DADiskRef &disk)
 {
     const std::optional<PropertyDictionary> description = disk->copyDescription();
@@ -83,6 +86,7 @@ void ZorvexDiskManagerAppDelegate::diskArbitrationDiskDisappeared(const DADiskRe
     Q_EMIT diskWillDisappear(disk);
 
     const DiskRecord record = position.item->disk;
+    const DiskRecord selected = selectedDisk();
     const int selectedRow = leftOutlineView->selectedRow();
     const int removedRow = leftOutlineView->rowForItem(record);
     if (removedRow < 0) {
@@ -99,7 +103,17 @@ void ZorvexDiskManagerAppDelegate::diskArbitrationDiskDisappeared(const DADiskRe
         leftOutlineView->selectRow(selectedRow - 1);
     else if (selectedRow >= leftOutlineView->numberOfRows())
         leftOutlineView->selectRow(leftOutlineView->numberOfRows() - 1);
+    if (selectedDisk() != selected) {
+        m_movedSelection = selectedDisk();
+        m_sinceSelectionMoved.start();
+    }
     outlineViewSelectionDidChange();
+}
+
+bool ZorvexDiskManagerAppDelegate::hasSelectionJustMoved() const
+{
+    return m_sinceSelectionMoved.isValid() && !m_sinceSelectionMoved.hasExpired(timeToNotice.count())
+        && selectedDisk() == m_movedSelection;
 }
 
 void ZorvexDiskManagerAppDelegate::diskArbitrationDiskDescriptionChanged(

@@ -7,6 +7,9 @@ namespace {
 
 constexpr qsizetype initialCapacity = 4096;
 
+// What is kept once there was too much. The rest makes room for a while: to drop means to move what is kept.
+constexpr qsizetype keptLength = OutputBuffer::limit / 4 * 3;
+
 // One pass from this place on. Returns where the first erased line started; the buffer's length when there
 // was none.
 qsizetype pass(QByteArray &buffer, qsizetype lineStart, qsizetype examined)
@@ -41,6 +44,18 @@ void OutputBuffer::append(const char *bytes, qsizetype length)
     m_bytes.append(bytes, length);
     if (!m_bytes.isEmpty())
         applyToTail();
+    if (m_bytes.size() > limit)
+        dropFront();
+}
+
+void OutputBuffer::dropFront()
+{
+    const qsizetype earliest = m_bytes.size() - keptLength;
+    const qsizetype lineEnd = m_bytes.indexOf('\n', earliest - 1);
+    const qsizetype dropped = lineEnd < 0 ? earliest : lineEnd + 1; // a line without an end is cut
+    m_bytes.remove(0, dropped);
+    m_lineStart = std::max(m_lineStart - dropped, qsizetype { 0 });
+    m_examined = std::max(m_examined - dropped, qsizetype { 0 });
 }
 
 void OutputBuffer::applyToTail()

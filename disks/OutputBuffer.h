@@ -9,6 +9,9 @@
 class OutputBuffer
 {
 public:
+    // How much is kept, in bytes. What is beyond is dropped in front, up to a line's end.
+    static constexpr qsizetype limit = qsizetype { 64 } * 1024 * 1024;
+
     OutputBuffer();
 
     // Appends the bytes and applies carriage returns to all that is held: each one erases its line up to
@@ -23,6 +26,7 @@ public:
 
 private:
     void applyToTail();
+    void dropFront();
 
     QByteArray m_bytes;
     // A pass from the start would come to m_examined with nothing erased and its line starting at

@@ -118,6 +118,10 @@ std::optional<BundleDescription> describeBundle(const QString &baseDir, const QS
         return std::nullopt;
     qint32 index = 0;
     for (const auto &[key, value] : *personalities) {
+        if (index == mostPersonalities) {
+            log(u"Leaving out what is beyond %1 personalities in bundle \"%2\"."_s.arg(index).arg(name));
+            break;
+        }
         if (const PropertyDictionary *properties = value.asDictionary())
             description.personalities.push_back({ index, key, *properties });
         else

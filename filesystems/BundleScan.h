@@ -21,6 +21,9 @@ struct BundlePersonality
     PropertyDictionary properties;
 };
 
+// More personalities than this are left out: each costs time in every list that is made of them.
+inline constexpr qint32 mostPersonalities = 256;
+
 // What a bundle says of itself in Contents/Info.plist.
 struct BundleDescription
 {

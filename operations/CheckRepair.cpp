@@ -4,8 +4,9 @@
 #include "app/ZorvexDiskManagerAppDelegate.h"
 
 #include "operations/CheckRepairOutputChunk.h"
-#include "operations/DiskutilDecoding.h"
 #include "operations/DiskutilRunner.h"
+#include "platform/DisturbingCharacters.h"
+#include "platform/Localization.h"
 #include "platform/SystemLog.h"
 
 #include <QElapsedTimer>
@@ -92,14 +93,14 @@ void ZorvexDiskManagerAppDelegate::clickRepairButton(QObject *sender)
 void ZorvexDiskManagerAppDelegate::clickCheckRepairButton(QObject *, bool isRepair)
 {
     const DiskRecord disk = selectedDisk();
-    if (!disk)
+    if (!disk || (isRepair && hasSelectionJustMoved()))
         return;
     if (disk->checkRepairOutput)
         disk->checkRepairOutput->clear();
     m_outputInterval = shortestOutputInterval;
     beginOperation(disk, isRepair ? RunningOperation::Repair : RunningOperation::Check);
 
-    const std::shared_ptr<ShellPipe> pipe = m_platform.createShellPipe();
+    const std::shared_ptr<ShellPipe> pipe = createPipeFor(disk);
     // The name is taken here: the record belongs to this thread.
     const int error = m_platform.startThread(
         [disk, bsdName = disk->description(), relay = m_relay, pipe, work = isRepair ? &doRepair : &doCheck] {
@@ -127,18 +128,31 @@ void ZorvexDiskManagerAppDelegate::doCheckRepair(const DiskRecord &disk, const Q
     const std::shared_ptr<MainThreadRelay> &relay, ShellPipe &pipe, bool isRepair)
 {
     CheckRepairContext context { disk, *relay };
-    std::optional<QString> message;
-    const qint32 code = invokeDiskutilWithVerb(
-        verbFor(isRepair), u"'/dev/%1'"_s.arg(bsdName), HandleCheckRepairOutput, &context, message, pipe);
-    if (code != 0)
-        systemLog(u"Error returned by invokeDiskutilWithVerb: %1"_s.arg(code));
-    if (message)
-        relay->performAndWait(
-            [&] { disk->delegate->errorMessage(withComplaints(*message, disk->checkRepairOutput)); });
-    relay->perform([disk, code] {
+    const std::optional<DiskutilFailure> failure = runDiskutil(
+        verbFor(isRepair), u"'/dev/%1'"_s.arg(bsdName), HandleCheckRepairOutput, &context, pipe);
+    if (failure) {
+        systemLog(u"Error returned by invokeDiskutilWithVerb: %1"_s.arg(failure->code));
+        relay->performAndWait([&] { disk->delegate->reportCheckRepairFailure(*disk, *failure, isRepair); });
+    }
+    relay->perform([disk, code = failure ? failure->code : 0] {
         noteRunEnd(*disk, code);
         disk->delegate->checkRepairFinished(disk);
     });
+}
+
+// Nothing is known of the volume of a disk that has gone or cannot be read: that is no verdict.
+void ZorvexDiskManagerAppDelegate::reportCheckRepairFailure(
+    const ZorvexDiskManagerDisk &disk, const DiskutilFailure &failure, bool isRepair)
+{
+    const QStringList name { nameToShow(getDisplayNameForDisk(disk)) };
+    if (failure.exitStatus == diskutilDeviceGone)
+        errorMessageWithTitle(formatLocalized(localizedString("DEVICE_GONE_TITLE_FMT"), name),
+            localizedString(isRepair ? "DEVICE_GONE_DURING_REPAIR_TEXT" : "DEVICE_GONE_DURING_CHECK_TEXT"));
+    else if (failure.exitStatus == diskutilDeviceUnreadable)
+        errorMessageWithTitle(formatLocalized(localizedString("DEVICE_UNREADABLE_TITLE_FMT"), name),
+            localizedString("DEVICE_UNREADABLE_TEXT"));
+    else
+        errorMessage(withComplaints(failure.message, disk.checkRepairOutput));
 }
 
 void ZorvexDiskManagerAppDelegate::updateCheckRepairOutput(const CheckRepairOutputChunk &chunk)

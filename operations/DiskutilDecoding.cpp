@@ -32,12 +32,14 @@ std::optional<DiskutilFailure> decodeExitCode(int exitCode, const QString &verb)
     if (exitCode == 0)
         return std::nullopt;
     if (exitCode == verdictHasErrors && verb == "repairVolume"_L1)
-        return DiskutilFailure { EIO, u"Encountered errors when repairing the volume."_s };
+        return DiskutilFailure { EIO, u"Encountered errors when repairing the volume."_s,
+            DiskutilFailure::OutputUse::Unused, exitCode };
     if (exitCode == verdictHasErrors && verb == "verifyVolume"_L1)
         return DiskutilFailure { EIO,
-            u"Encountered errors when checking the volume.\nFilesystem needs to be repaired."_s };
+            u"Encountered errors when checking the volume.\nFilesystem needs to be repaired."_s,
+            DiskutilFailure::OutputUse::Unused, exitCode };
     return DiskutilFailure { EINVAL, "diskutil returned error code: "_L1 + QString::number(exitCode),
-        DiskutilFailure::OutputUse::ExplainsFailure };
+        DiskutilFailure::OutputUse::ExplainsFailure, exitCode };
 }
 
 } // namespace

@@ -43,7 +43,12 @@ struct DiskutilFailure
     qint32 code; // an errno value
     QString message;
     OutputUse output = OutputUse::Unused;
+    int exitStatus = 0; // of diskutil; 0 where the run has failed in another way
 };
+
+// How diskutil ends where nothing can be said of the volume that it was to check or repair.
+inline constexpr int diskutilDeviceGone = 23;
+inline constexpr int diskutilDeviceUnreadable = 24;
 
 // The failure that the wait status of a finished run means; std::nullopt for success.
 std::optional<DiskutilFailure> decodeDiskutilStatus(int status, const QString &verb);

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "operations/DiskutilRunner.h"
 
-#include "operations/DiskutilDecoding.h"
 #include "platform/SystemLog.h"
 
 #include <cerrno>
@@ -11,6 +10,18 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 constexpr qsizetype initialOutputCapacity = 512;
+
+// How much of the output, in bytes from its end, stands in the log. The log's socket takes no long lines.
+constexpr qsizetype longestLoggedOutput = qsizetype { 16 } * 1024;
+
+QByteArray outputForLog(const QByteArray &output)
+{
+    if (output.size() <= longestLoggedOutput)
+        return output;
+    const qsizetype start = output.size() - longestLoggedOutput;
+    const qsizetype lineEnd = output.indexOf('\n', start - 1);
+    return "[...]\n" + output.mid(lineEnd < 0 || lineEnd + 1 == output.size() ? start : lineEnd + 1);
+}
 
 QString systemFailureText(const QString &what, int error)
 {
@@ -91,11 +102,10 @@ private:
         if (m_failure)
             return;
         if (failure.output == DiskutilFailure::OutputUse::ExplainsFailure) {
-            const QString text = QString::fromUtf8(m_output);
-            systemLog(failure.message + " Output: "_L1 + text);
+            systemLog(failure.message + " Output: "_L1 + QString::fromUtf8(outputForLog(m_output)));
             // A handler has seen the output already.
             if (!m_handler)
-                failure.message += "\nOutput:\n"_L1 + text;
+                failure.message += "\nOutput:\n"_L1 + QString::fromUtf8(m_output);
         }
         m_failure = std::move(failure);
     }
@@ -116,13 +126,19 @@ QString diskutilNotInvokedMessage(const QString &verb, int error)
         "Error while invoking diskutil command to "_L1 + diskutilVerbNoun(verb) + " volume"_L1, error);
 }
 
+std::optional<DiskutilFailure> runDiskutil(const QString &verb, const QString &arguments,
+    DiskutilOutputHandler outputHandler, void *outputHandlerContext, ShellPipe &pipe)
+{
+    return DiskutilRun(verb, outputHandler, outputHandlerContext, pipe).run(arguments);
+}
+
 qint32 invokeDiskutilWithVerb(const QString &verb, const QString &arguments,
     DiskutilOutputHandler outputHandler, void *outputHandlerContext, std::optional<QString> &errorMessage,
     ShellPipe &pipe)
 {
     errorMessage.reset();
     std::optional<DiskutilFailure> failure
-        = DiskutilRun(verb, outputHandler, outputHandlerContext, pipe).run(arguments);
+        = runDiskutil(verb, arguments, outputHandler, outputHandlerContext, pipe);
     if (!failure)
         return 0;
     errorMessage = std::move(failure->message);

@@ -3,6 +3,7 @@
 // Runs diskutil and tells how it ended. The one place that starts the tool.
 #pragma once
 
+#include "operations/DiskutilDecoding.h"
 #include "platform/ShellPipe.h"
 
 #include <QString>
@@ -24,6 +25,10 @@ qint32 invokeDiskutilWithVerb(const QString &verb, const QString &arguments,
 qint32 invokeDiskutilWithVerb(const QString &verb, const QString &arguments,
     DiskutilOutputHandler outputHandler, void *outputHandlerContext, std::optional<QString> &errorMessage,
     ShellPipe &pipe);
+
+// The same, with all that is known of a failed run. Returns std::nullopt for success.
+std::optional<DiskutilFailure> runDiskutil(const QString &verb, const QString &arguments,
+    DiskutilOutputHandler outputHandler, void *outputHandlerContext, ShellPipe &pipe);
 
 // The message of a run that could not begin, for this errno value.
 QString diskutilNotInvokedMessage(const QString &verb, int error);

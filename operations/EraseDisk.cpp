@@ -52,7 +52,7 @@ bool ZorvexDiskManagerAppDelegate::canEraseDisk(const ZorvexDiskManagerDisk &dis
 void ZorvexDiskManagerAppDelegate::clickEraseDiskMenuItem(QObject *)
 {
     const DiskRecord disk = selectedDisk();
-    if (!disk || !canEraseDisk(*disk))
+    if (!disk || hasSelectionJustMoved() || !canEraseDisk(*disk))
         return;
     const FormatMenuRules::FormatMenu menu = FormatMenuRules::formatMenuItems(
         formatFilesystemBundlesList.value_or(FilesystemBundleList()), disk->mediaSize->longLongValue(),
@@ -140,7 +140,7 @@ void ZorvexDiskManagerAppDelegate::beginEraseDisk(const DiskRecord &disk, const 
     if (selectedDisk() == disk)
         rightTabView->setCurrentWidget(formatTab); // its bar shows that the disk is being erased
 
-    const std::shared_ptr<ShellPipe> pipe = m_platform.createShellPipe();
+    const std::shared_ptr<ShellPipe> pipe = createPipeFor(disk);
     const QString arguments = EraseDiskRules::eraseDiskArguments(
         choice.filesystem->fsPersonality, choice.label, choice.scheme, disk->description());
     const int error = m_platform.startThread(

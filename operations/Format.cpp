@@ -50,6 +50,8 @@ DADiskCompletion completionWithParams(
 
 void ZorvexDiskManagerAppDelegate::clickFormatButton(QObject *)
 {
+    if (hasSelectionJustMoved())
+        return;
     const auto filesystem = formatFilesystemsPopupButton->currentData().value<FilesystemBundleRef>();
     const DiskRecord disk = selectedDisk();
     if (!disk || !filesystem) {
@@ -93,7 +95,7 @@ void ZorvexDiskManagerAppDelegate::formatWarningAlertDidEnd(
     }
     beginOperation(contextInfo->disk, RunningOperation::Format);
 
-    const std::shared_ptr<ShellPipe> pipe = m_platform.createShellPipe();
+    const std::shared_ptr<ShellPipe> pipe = createPipeFor(contextInfo->disk);
     // The name is taken here: the record belongs to this thread.
     const int error
         = m_platform.startThread([contextInfo, bsdName = contextInfo->disk->description(), relay = m_relay,

@@ -13,6 +13,7 @@ void ZorvexDiskManagerAppDelegate::beginOperation(const DiskRecord &disk, Runnin
     const bool isCheckOrRepair
         = operation == RunningOperation::Check || operation == RunningOperation::Repair;
     disk->operationInProgress = true;
+    runningOperations.begin(disk);
     disk->runningOperation = operation;
     disk->operationBegan = std::chrono::steady_clock::now();
     if (isCheckOrRepair)
@@ -28,10 +29,19 @@ void ZorvexDiskManagerAppDelegate::beginOperation(const DiskRecord &disk, Runnin
 void ZorvexDiskManagerAppDelegate::finishOperation(const DiskRecord &disk)
 {
     disk->operationInProgress = false;
+    runningOperations.finish(disk);
     disk->runningOperation = RunningOperation::None;
     disk->operationInProgressShowFormatTab = false;
     disk->operationInProgressShowMaintenanceTab = false;
+    closeQuestion.operationDidFinish();
     refreshAfterStateChange();
+}
+
+std::shared_ptr<ShellPipe> ZorvexDiskManagerAppDelegate::createPipeFor(const DiskRecord &disk)
+{
+    std::shared_ptr<ShellPipe> pipe = m_platform.createShellPipe();
+    runningOperations.setTool(disk, pipe);
+    return pipe;
 }
 
 void ZorvexDiskManagerAppDelegate::refreshAfterStateChange()

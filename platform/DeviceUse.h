@@ -66,6 +66,10 @@ public:
     // What a program inherits so that lock and claim live as long as it does.
     std::vector<int> descriptors() const;
 
+    // Whether its first and its last block can be read from the device itself. Takes as long as the device
+    // takes.
+    bool isReadable() const;
+
 private:
     FileDescriptor m_device; // has the lock
     FileDescriptor m_claim;

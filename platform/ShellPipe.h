@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
 //
-// A program started by the shell, its standard output read through a pipe. One object belongs to one thread.
+// A program started by the shell, its standard output read through a pipe. One object belongs to one thread;
+// only stop() can be called from any.
 #pragma once
+
+#include "platform/FileDescriptor.h"
 
 #include <QByteArray>
 
-#include <cstdio>
+#include <mutex>
 #include <sys/types.h>
 
 // The calls report a failure as the system's own calls do, through errno.
@@ -27,6 +30,9 @@ public:
 
     // pclose(): waits for the end of the program. Returns its wait status, or -1 with errno.
     [[nodiscard]] virtual int close() = 0;
+
+    // Asks the program to end, with SIGTERM. Does nothing while none runs. Any thread.
+    virtual void stop() { }
 };
 
 // Whether the shell would run the command as one program with literal arguments, and redirect at most its
@@ -44,7 +50,12 @@ public:
     [[nodiscard]] bool open(const QByteArray &command) override;
     [[nodiscard]] ssize_t readByte(char *byte) override;
     [[nodiscard]] int close() override;
+    void stop() override;
 
 private:
-    std::FILE *m_stream = nullptr;
+    bool start(const QByteArray &line); // the shell's
+
+    FileDescriptor m_output;
+    std::mutex m_mutex; // while the number is used, it is not given to another process
+    pid_t m_program = 0; // 0 when there is none
 };

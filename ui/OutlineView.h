@@ -95,6 +95,6 @@ private:
     std::unique_ptr<ImageAndTextCell> m_cell;
     OutlineDelegate *m_delegate = nullptr;
     bool m_isReloading = false;
-    QString m_emptyText;
     bool m_isAskedAbout; // assistive technologies are in use
+    QString m_emptyText;
 };

@@ -4,7 +4,7 @@
 #include "app/ZorvexDiskManagerAppDelegate.h"
 
 #include "platform/Localization.h"
-#include "platform/SystemLog.h"
+#include "ui/FreeSpaceReader.h"
 #include "ui/icon_rules.h"
 #include "ui/ImageButton.h"
 #include "ui/ImageResources.h"
@@ -17,9 +17,6 @@
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-
-// Free space that the system cannot tell.
-constexpr qint64 unknownFreeSpace = -1;
 
 QString exactSize(qint64 bytes)
 {
@@ -60,16 +57,8 @@ bool ZorvexDiskManagerAppDelegate::getVolumeData(
     const MountedFilesystem *volume = VolumeRules::findVolume(mounted, disk.bsdName.value_or(QString()));
     if (!volume)
         return false;
-    if (freeSpace) {
-        const QByteArray path = VolumeRules::pathToVolume(*m_platform.mountTable, *volume);
-        qint64 bytes = unknownFreeSpace;
-        if (const int error = m_platform.mountTable->freeSpace(path, &bytes)) {
-            systemLog(u"getattrlist returned error for \"%1\": %2 (%3)"_s.arg(
-                QString::fromLocal8Bit(path), errnoText(error), QString::number(error)));
-            bytes = unknownFreeSpace;
-        }
-        *freeSpace = bytes;
-    }
+    if (freeSpace)
+        *freeSpace = m_freeSpaces->freeSpaceOf(*volume, mounted);
     if (subType) {
         const auto known = disk.daDisk ? disk.daDisk->filesystemSubtype() : std::nullopt;
         *subType = volume->subtype ? static_cast<qint16>(*volume->subtype) : known.value_or(0);

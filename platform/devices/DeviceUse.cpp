@@ -10,11 +10,16 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <fcntl.h>
+#include <linux/fs.h>
 #include <linux/major.h>
+#include <memory>
 #include <sys/file.h>
+#include <sys/ioctl.h>
 #include <sys/sysmacros.h>
+#include <unistd.h>
 #include <vector>
 
 using namespace Qt::Literals::StringLiterals;
@@ -181,6 +186,26 @@ std::vector<int> OpenDevice::descriptors() const
             numbers.push_back(descriptor->number());
     }
     return numbers;
+}
+
+bool OpenDevice::isReadable() const
+{
+    // A page of memory, in whose size every device can be read without the system's cache.
+    constexpr std::size_t page = 4096;
+    struct alignas(page) Block
+    {
+        std::array<char, page> bytes;
+    };
+    const FileDescriptor device(
+        open(QFile::encodeName(descriptorPath(m_device)).constData(), O_RDONLY | O_CLOEXEC | O_DIRECT));
+    quint64 size = 0;
+    if (!device.isOpen() || ioctl(device.number(), BLKGETSIZE64, &size) != 0 || size == 0)
+        return false;
+    const auto block = std::make_unique<Block>();
+    const auto isReadableAt = [&](quint64 offset) {
+        return pread(device.number(), block->bytes.data(), page, static_cast<off_t>(offset)) > 0;
+    };
+    return isReadableAt(0) && isReadableAt((size - 1) / page * page);
 }
 
 void announceChange(const QString &deviceNode)

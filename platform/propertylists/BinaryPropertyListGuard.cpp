@@ -81,7 +81,7 @@ private:
         m_root = number(trailer + 16, 8).value_or(0);
         m_offsetTable = number(trailer + 24, 8).value_or(0);
         return m_offsetSize >= 1 && m_offsetSize <= 8 && m_referenceSize >= 1 && m_referenceSize <= 8
-            && m_root < m_objects && m_offsetTable < trailer
+            && m_root < m_objects && m_objects <= PropertyListLimits::values && m_offsetTable < trailer
             && m_objects <= (trailer - m_offsetTable) / m_offsetSize;
     }
 

@@ -939,5 +939,60 @@ MIT License
         <extracomment>Beside the verdict. The first %@ is the time of day at which it ended, the second one how long it took, such as 2:51 (minutes and seconds).</extracomment>
         <translation>%@, took %@</translation>
     </message>
+    <message id="DEVICE_GONE_TITLE_FMT">
+        <source>“%@” is no longer there</source>
+        <extracomment>Title of a message: a disk was unplugged during a check or a repair. %@ is its name.</extracomment>
+        <translation>“%@” is no longer there</translation>
+    </message>
+    <message id="DEVICE_GONE_DURING_CHECK_TEXT">
+        <source>It was removed before the check had ended. Whether the file system has errors is not known. Connect the disk again and repeat the check.</source>
+        <extracomment>Below the title that tells that the disk is no longer there.</extracomment>
+        <translation>It was removed before the check had ended. Whether the file system has errors is not known. Connect the disk again and repeat the check.</translation>
+    </message>
+    <message id="DEVICE_GONE_DURING_REPAIR_TEXT">
+        <source>It was removed before the repair had ended. The file system may be damaged. Connect the disk again and check it.</source>
+        <extracomment>Below the title that tells that the disk is no longer there.</extracomment>
+        <translation>It was removed before the repair had ended. The file system may be damaged. Connect the disk again and check it.</translation>
+    </message>
+    <message id="DEVICE_UNREADABLE_TITLE_FMT">
+        <source>“%@” cannot be read to its end</source>
+        <extracomment>Title of a message: reads from a disk failed during a check or a repair. %@ is its name.</extracomment>
+        <translation>“%@” cannot be read to its end</translation>
+    </message>
+    <message id="DEVICE_UNREADABLE_TEXT">
+        <source>The device reports errors, so it is not known what state the file system is in. Such a disk may be failing: copy what you need from it while you can.</source>
+        <extracomment>Below the title that tells that a disk cannot be read to its end.</extracomment>
+        <translation>The device reports errors, so it is not known what state the file system is in. Such a disk may be failing: copy what you need from it while you can.</translation>
+    </message>
+    <message id="CLOSE_QUESTION_REPAIRING_FMT">
+        <source>“%@” is being repaired</source>
+        <extracomment>Title of the question when the window is closed during a repair. %@ is the name of the volume.</extracomment>
+        <translation>“%@” is being repaired</translation>
+    </message>
+    <message id="CLOSE_QUESTION_FORMATTING_FMT">
+        <source>“%@” is being formatted</source>
+        <extracomment>Title of the question when the window is closed during a format. %@ is the name of the disk or volume.</extracomment>
+        <translation>“%@” is being formatted</translation>
+    </message>
+    <message id="CLOSE_QUESTION_SEVERAL_TITLE">
+        <source>Several disks are being repaired or formatted</source>
+        <extracomment>Title of the same question when several disks are at work.</extracomment>
+        <translation>Several disks are being repaired or formatted</translation>
+    </message>
+    <message id="CLOSE_QUESTION_TEXT">
+        <source>If it is stopped now, the file system can be left damaged and data can be lost. Wait until it has finished.</source>
+        <extracomment>Below the title of the question when the window is closed.</extracomment>
+        <translation>If it is stopped now, the file system can be left damaged and data can be lost. Wait until it has finished.</translation>
+    </message>
+    <message id="CLOSE_QUESTION_WAIT_BUTTON_TITLE">
+        <source>&amp;Wait</source>
+        <extracomment>Button of the question when the window is closed: leaves the window open.</extracomment>
+        <translation>&amp;Wait</translation>
+    </message>
+    <message id="CLOSE_QUESTION_STOP_BUTTON_TITLE">
+        <source>&amp;Stop and Close</source>
+        <extracomment>Button of the question when the window is closed: stops what is running and closes the window.</extracomment>
+        <translation>&amp;Stop and Close</translation>
+    </message>
 </context>
 </TS>

@@ -939,5 +939,60 @@ Licencia MIT
         <extracomment>Beside the verdict. The first %@ is the time of day at which it ended, the second one how long it took, such as 2:51 (minutes and seconds).</extracomment>
         <translation>%@, duración %@</translation>
     </message>
+    <message id="DEVICE_GONE_TITLE_FMT">
+        <source>“%@” is no longer there</source>
+        <extracomment>Title of a message: a disk was unplugged during a check or a repair. %@ is its name.</extracomment>
+        <translation>«%@» ya no está</translation>
+    </message>
+    <message id="DEVICE_GONE_DURING_CHECK_TEXT">
+        <source>It was removed before the check had ended. Whether the file system has errors is not known. Connect the disk again and repeat the check.</source>
+        <extracomment>Below the title that tells that the disk is no longer there.</extracomment>
+        <translation>El disco se retiró antes de que terminara la comprobación. No se sabe si el sistema de archivos tiene errores. Vuelva a conectar el disco y repita la comprobación.</translation>
+    </message>
+    <message id="DEVICE_GONE_DURING_REPAIR_TEXT">
+        <source>It was removed before the repair had ended. The file system may be damaged. Connect the disk again and check it.</source>
+        <extracomment>Below the title that tells that the disk is no longer there.</extracomment>
+        <translation>El disco se retiró antes de que terminara la reparación. Es posible que el sistema de archivos esté dañado. Vuelva a conectar el disco y compruébelo.</translation>
+    </message>
+    <message id="DEVICE_UNREADABLE_TITLE_FMT">
+        <source>“%@” cannot be read to its end</source>
+        <extracomment>Title of a message: reads from a disk failed during a check or a repair. %@ is its name.</extracomment>
+        <translation>«%@» no se puede leer hasta el final</translation>
+    </message>
+    <message id="DEVICE_UNREADABLE_TEXT">
+        <source>The device reports errors, so it is not known what state the file system is in. Such a disk may be failing: copy what you need from it while you can.</source>
+        <extracomment>Below the title that tells that a disk cannot be read to its end.</extracomment>
+        <translation>El dispositivo notifica errores, por lo que no se sabe en qué estado está el sistema de archivos. Un disco así puede estar fallando: copie lo que necesite mientras sea posible.</translation>
+    </message>
+    <message id="CLOSE_QUESTION_REPAIRING_FMT">
+        <source>“%@” is being repaired</source>
+        <extracomment>Title of the question when the window is closed during a repair. %@ is the name of the volume.</extracomment>
+        <translation>Se está reparando «%@»</translation>
+    </message>
+    <message id="CLOSE_QUESTION_FORMATTING_FMT">
+        <source>“%@” is being formatted</source>
+        <extracomment>Title of the question when the window is closed during a format. %@ is the name of the disk or volume.</extracomment>
+        <translation>Se está formateando «%@»</translation>
+    </message>
+    <message id="CLOSE_QUESTION_SEVERAL_TITLE">
+        <source>Several disks are being repaired or formatted</source>
+        <extracomment>Title of the same question when several disks are at work.</extracomment>
+        <translation>Se están reparando o formateando varios discos</translation>
+    </message>
+    <message id="CLOSE_QUESTION_TEXT">
+        <source>If it is stopped now, the file system can be left damaged and data can be lost. Wait until it has finished.</source>
+        <extracomment>Below the title of the question when the window is closed.</extracomment>
+        <translation>Si se detiene ahora, el sistema de archivos puede quedar dañado y se pueden perder datos. Espere hasta que termine.</translation>
+    </message>
+    <message id="CLOSE_QUESTION_WAIT_BUTTON_TITLE">
+        <source>&amp;Wait</source>
+        <extracomment>Button of the question when the window is closed: leaves the window open.</extracomment>
+        <translation>&amp;Esperar</translation>
+    </message>
+    <message id="CLOSE_QUESTION_STOP_BUTTON_TITLE">
+        <source>&amp;Stop and Close</source>
+        <extracomment>Button of the question when the window is closed: stops what is running and closes the window.</extracomment>
+        <translation>&amp;Detener y cerrar</translation>
+    </message>
 </context>
 </TS>

@@ -939,5 +939,60 @@ MIT 라이선스
         <extracomment>Beside the verdict. The first %@ is the time of day at which it ended, the second one how long it took, such as 2:51 (minutes and seconds).</extracomment>
         <translation>%@, 소요 시간 %@</translation>
     </message>
+    <message id="DEVICE_GONE_TITLE_FMT">
+        <source>“%@” is no longer there</source>
+        <extracomment>Title of a message: a disk was unplugged during a check or a repair. %@ is its name.</extracomment>
+        <translation>‘%@’이(가) 더 이상 없습니다</translation>
+    </message>
+    <message id="DEVICE_GONE_DURING_CHECK_TEXT">
+        <source>It was removed before the check had ended. Whether the file system has errors is not known. Connect the disk again and repeat the check.</source>
+        <extracomment>Below the title that tells that the disk is no longer there.</extracomment>
+        <translation>검사가 끝나기 전에 디스크가 제거되었습니다. 파일 시스템에 오류가 있는지 알 수 없습니다. 디스크를 다시 연결하고 검사를 다시 하십시오.</translation>
+    </message>
+    <message id="DEVICE_GONE_DURING_REPAIR_TEXT">
+        <source>It was removed before the repair had ended. The file system may be damaged. Connect the disk again and check it.</source>
+        <extracomment>Below the title that tells that the disk is no longer there.</extracomment>
+        <translation>복구가 끝나기 전에 디스크가 제거되었습니다. 파일 시스템이 손상되었을 수 있습니다. 디스크를 다시 연결하고 검사하십시오.</translation>
+    </message>
+    <message id="DEVICE_UNREADABLE_TITLE_FMT">
+        <source>“%@” cannot be read to its end</source>
+        <extracomment>Title of a message: reads from a disk failed during a check or a repair. %@ is its name.</extracomment>
+        <translation>‘%@’을(를) 끝까지 읽을 수 없습니다</translation>
+    </message>
+    <message id="DEVICE_UNREADABLE_TEXT">
+        <source>The device reports errors, so it is not known what state the file system is in. Such a disk may be failing: copy what you need from it while you can.</source>
+        <extracomment>Below the title that tells that a disk cannot be read to its end.</extracomment>
+        <translation>장치가 오류를 보고하여 파일 시스템의 상태를 알 수 없습니다. 이런 디스크는 고장 나고 있을 수 있습니다. 가능할 때 필요한 것을 복사해 두십시오.</translation>
+    </message>
+    <message id="CLOSE_QUESTION_REPAIRING_FMT">
+        <source>“%@” is being repaired</source>
+        <extracomment>Title of the question when the window is closed during a repair. %@ is the name of the volume.</extracomment>
+        <translation>‘%@’을(를) 복구하고 있습니다</translation>
+    </message>
+    <message id="CLOSE_QUESTION_FORMATTING_FMT">
+        <source>“%@” is being formatted</source>
+        <extracomment>Title of the question when the window is closed during a format. %@ is the name of the disk or volume.</extracomment>
+        <translation>‘%@’을(를) 포맷하고 있습니다</translation>
+    </message>
+    <message id="CLOSE_QUESTION_SEVERAL_TITLE">
+        <source>Several disks are being repaired or formatted</source>
+        <extracomment>Title of the same question when several disks are at work.</extracomment>
+        <translation>여러 디스크를 복구하거나 포맷하고 있습니다</translation>
+    </message>
+    <message id="CLOSE_QUESTION_TEXT">
+        <source>If it is stopped now, the file system can be left damaged and data can be lost. Wait until it has finished.</source>
+        <extracomment>Below the title of the question when the window is closed.</extracomment>
+        <translation>지금 중단하면 파일 시스템이 손상된 채로 남고 데이터를 잃을 수 있습니다. 끝날 때까지 기다리십시오.</translation>
+    </message>
+    <message id="CLOSE_QUESTION_WAIT_BUTTON_TITLE">
+        <source>&amp;Wait</source>
+        <extracomment>Button of the question when the window is closed: leaves the window open.</extracomment>
+        <translation>기다리기(&amp;W)</translation>
+    </message>
+    <message id="CLOSE_QUESTION_STOP_BUTTON_TITLE">
+        <source>&amp;Stop and Close</source>
+        <extracomment>Button of the question when the window is closed: stops what is running and closes the window.</extracomment>
+        <translation>중단하고 닫기(&amp;S)</translation>
+    </message>
 </context>
 </TS>

@@ -939,5 +939,60 @@ Licença MIT
         <extracomment>Beside the verdict. The first %@ is the time of day at which it ended, the second one how long it took, such as 2:51 (minutes and seconds).</extracomment>
         <translation>%@, duração %@</translation>
     </message>
+    <message id="DEVICE_GONE_TITLE_FMT">
+        <source>“%@” is no longer there</source>
+        <extracomment>Title of a message: a disk was unplugged during a check or a repair. %@ is its name.</extracomment>
+        <translation>“%@” não está mais presente</translation>
+    </message>
+    <message id="DEVICE_GONE_DURING_CHECK_TEXT">
+        <source>It was removed before the check had ended. Whether the file system has errors is not known. Connect the disk again and repeat the check.</source>
+        <extracomment>Below the title that tells that the disk is no longer there.</extracomment>
+        <translation>O disco foi removido antes do fim da verificação. Não se sabe se o sistema de arquivos tem erros. Conecte o disco novamente e repita a verificação.</translation>
+    </message>
+    <message id="DEVICE_GONE_DURING_REPAIR_TEXT">
+        <source>It was removed before the repair had ended. The file system may be damaged. Connect the disk again and check it.</source>
+        <extracomment>Below the title that tells that the disk is no longer there.</extracomment>
+        <translation>O disco foi removido antes do fim do reparo. O sistema de arquivos pode estar danificado. Conecte o disco novamente e verifique-o.</translation>
+    </message>
+    <message id="DEVICE_UNREADABLE_TITLE_FMT">
+        <source>“%@” cannot be read to its end</source>
+        <extracomment>Title of a message: reads from a disk failed during a check or a repair. %@ is its name.</extracomment>
+        <translation>“%@” não pode ser lido até o fim</translation>
+    </message>
+    <message id="DEVICE_UNREADABLE_TEXT">
+        <source>The device reports errors, so it is not known what state the file system is in. Such a disk may be failing: copy what you need from it while you can.</source>
+        <extracomment>Below the title that tells that a disk cannot be read to its end.</extracomment>
+        <translation>O dispositivo informa erros; por isso não se sabe em que estado está o sistema de arquivos. Um disco assim pode estar falhando: copie o que você precisa enquanto for possível.</translation>
+    </message>
+    <message id="CLOSE_QUESTION_REPAIRING_FMT">
+        <source>“%@” is being repaired</source>
+        <extracomment>Title of the question when the window is closed during a repair. %@ is the name of the volume.</extracomment>
+        <translation>“%@” está sendo reparado</translation>
+    </message>
+    <message id="CLOSE_QUESTION_FORMATTING_FMT">
+        <source>“%@” is being formatted</source>
+        <extracomment>Title of the question when the window is closed during a format. %@ is the name of the disk or volume.</extracomment>
+        <translation>“%@” está sendo formatado</translation>
+    </message>
+    <message id="CLOSE_QUESTION_SEVERAL_TITLE">
+        <source>Several disks are being repaired or formatted</source>
+        <extracomment>Title of the same question when several disks are at work.</extracomment>
+        <translation>Vários discos estão sendo reparados ou formatados</translation>
+    </message>
+    <message id="CLOSE_QUESTION_TEXT">
+        <source>If it is stopped now, the file system can be left damaged and data can be lost. Wait until it has finished.</source>
+        <extracomment>Below the title of the question when the window is closed.</extracomment>
+        <translation>Se a operação for interrompida agora, o sistema de arquivos pode ficar danificado e dados podem ser perdidos. Aguarde até que ela termine.</translation>
+    </message>
+    <message id="CLOSE_QUESTION_WAIT_BUTTON_TITLE">
+        <source>&amp;Wait</source>
+        <extracomment>Button of the question when the window is closed: leaves the window open.</extracomment>
+        <translation>&amp;Aguardar</translation>
+    </message>
+    <message id="CLOSE_QUESTION_STOP_BUTTON_TITLE">
+        <source>&amp;Stop and Close</source>
+        <extracomment>Button of the question when the window is closed: stops what is running and closes the window.</extracomment>
+        <translation>&amp;Parar e fechar</translation>
+    </message>
 </context>
 </TS>

@@ -939,5 +939,60 @@ MIT 许可证
         <extracomment>Beside the verdict. The first %@ is the time of day at which it ended, the second one how long it took, such as 2:51 (minutes and seconds).</extracomment>
         <translation>%@，用时 %@</translation>
     </message>
+    <message id="DEVICE_GONE_TITLE_FMT">
+        <source>“%@” is no longer there</source>
+        <extracomment>Title of a message: a disk was unplugged during a check or a repair. %@ is its name.</extracomment>
+        <translation>“%@”已不存在</translation>
+    </message>
+    <message id="DEVICE_GONE_DURING_CHECK_TEXT">
+        <source>It was removed before the check had ended. Whether the file system has errors is not known. Connect the disk again and repeat the check.</source>
+        <extracomment>Below the title that tells that the disk is no longer there.</extracomment>
+        <translation>检查结束前，磁盘已被移除。无法确定文件系统是否有错误。请重新连接磁盘，然后再次检查。</translation>
+    </message>
+    <message id="DEVICE_GONE_DURING_REPAIR_TEXT">
+        <source>It was removed before the repair had ended. The file system may be damaged. Connect the disk again and check it.</source>
+        <extracomment>Below the title that tells that the disk is no longer there.</extracomment>
+        <translation>修复结束前，磁盘已被移除。文件系统可能已损坏。请重新连接磁盘并进行检查。</translation>
+    </message>
+    <message id="DEVICE_UNREADABLE_TITLE_FMT">
+        <source>“%@” cannot be read to its end</source>
+        <extracomment>Title of a message: reads from a disk failed during a check or a repair. %@ is its name.</extracomment>
+        <translation>无法完整读取“%@”</translation>
+    </message>
+    <message id="DEVICE_UNREADABLE_TEXT">
+        <source>The device reports errors, so it is not known what state the file system is in. Such a disk may be failing: copy what you need from it while you can.</source>
+        <extracomment>Below the title that tells that a disk cannot be read to its end.</extracomment>
+        <translation>设备报告了错误，因此无法确定文件系统的状态。这样的磁盘可能即将损坏：请趁还能读取时复制所需的内容。</translation>
+    </message>
+    <message id="CLOSE_QUESTION_REPAIRING_FMT">
+        <source>“%@” is being repaired</source>
+        <extracomment>Title of the question when the window is closed during a repair. %@ is the name of the volume.</extracomment>
+        <translation>正在修复“%@”</translation>
+    </message>
+    <message id="CLOSE_QUESTION_FORMATTING_FMT">
+        <source>“%@” is being formatted</source>
+        <extracomment>Title of the question when the window is closed during a format. %@ is the name of the disk or volume.</extracomment>
+        <translation>正在格式化“%@”</translation>
+    </message>
+    <message id="CLOSE_QUESTION_SEVERAL_TITLE">
+        <source>Several disks are being repaired or formatted</source>
+        <extracomment>Title of the same question when several disks are at work.</extracomment>
+        <translation>正在修复或格式化多个磁盘</translation>
+    </message>
+    <message id="CLOSE_QUESTION_TEXT">
+        <source>If it is stopped now, the file system can be left damaged and data can be lost. Wait until it has finished.</source>
+        <extracomment>Below the title of the question when the window is closed.</extracomment>
+        <translation>如果现在停止，文件系统可能会损坏，数据可能会丢失。请等待操作完成。</translation>
+    </message>
+    <message id="CLOSE_QUESTION_WAIT_BUTTON_TITLE">
+        <source>&amp;Wait</source>
+        <extracomment>Button of the question when the window is closed: leaves the window open.</extracomment>
+        <translation>等待(&amp;W)</translation>
+    </message>
+    <message id="CLOSE_QUESTION_STOP_BUTTON_TITLE">
+        <source>&amp;Stop and Close</source>
+        <extracomment>Button of the question when the window is closed: stops what is running and closes the window.</extracomment>
+        <translation>停止并关闭(&amp;S)</translation>
+    </message>
 </context>
 </TS>

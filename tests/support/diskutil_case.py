@@ -36,6 +36,8 @@ TOOL_FAILED = 18
 INTERRUPTED = 19
 MOUNT_REFUSED = 20
 NOT_WHOLE_DISK = 21
+DEVICE_GONE = 23
+DEVICE_UNREADABLE = 24
 
 
 def diskutil(*arguments, **options):

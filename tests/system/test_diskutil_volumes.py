@@ -9,7 +9,7 @@ import sys
 import unittest
 
 sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "support"))
-from diskutil_case import ERRORS_FOUND, SUCCESS, DiskutilCase, diskutil  # noqa: E402
+from diskutil_case import DEVICE_UNREADABLE, ERRORS_FOUND, SUCCESS, DiskutilCase, diskutil  # noqa: E402
 from loop_disk import probe, run  # noqa: E402
 
 
@@ -162,6 +162,21 @@ class Volumes(DiskutilCase):
         self.erase(disk, disk.partitions[0], "UDF", "Disc")
         self.assertEqual(probe(disk.partitions[0], "TYPE"), "udf")
         self.assertEqual(probe(disk.partitions[0], "LABEL"), "Disc")
+
+    def test_a_device_that_cannot_be_read_gets_no_verdict(self):
+        disk = self.make_disk(340)
+        node = disk.partitions[0]
+        for file_system in ["MS-DOS FAT32", "XFS", "ext4"]:
+            with self.subTest(file_system):
+                self.erase(disk, node, file_system, "UNSEEN")
+                size = os.stat(disk.image).st_size
+                os.truncate(disk.image, 3 << 20)  # what is behind it cannot be read any more
+                run("blockdev", "--flushbufs", node)
+                result = diskutil("verifyVolume", node)
+                os.truncate(disk.image, size)
+                self.assert_exit(result, DEVICE_UNREADABLE)
+                self.assertIn(f"{disk.bsd_name(node)} cannot be read to its end", result.stderr)
+                self.assertNotIn("The volume on", result.stdout)
 
     def test_every_file_system_at_its_smallest_size_and_without_a_name(self):
         for file_system, size, kind in [

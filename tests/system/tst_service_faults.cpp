@@ -298,7 +298,7 @@ void TestServiceFaults::pulledDuring_data()
     QTest::newRow("mount") << u"mount"_s << u"Error while mounting %1: "_s;
     QTest::newRow("unmount") << u"unmount"_s << QString();
     QTest::newRow("eject") << u"eject"_s << u"Error while ejecting %1: "_s;
-    QTest::newRow("check") << u"check"_s << QString();
+    QTest::newRow("check") << u"check"_s << u"It was removed before the check had ended."_s;
     QTest::newRow("format") << u"format"_s << u"diskutil returned error code: 18"_s;
     QTest::newRow("rename") << u"rename"_s << u"diskutil returned error code: 18"_s;
 }

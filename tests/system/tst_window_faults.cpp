@@ -146,6 +146,9 @@ void TestWindowFaults::diskThatGoesDuringACheck()
     m_patient.release(disk, "the disk has gone");
     QTRY_VERIFY_WITH_TIMEOUT(!volume->operationInProgress, limit);
     QVERIFY(volume->checkRepairOutput->bytes().contains("the disk has gone"));
+    QCOMPARE(window.sheets().size(), 1);
+    QCOMPARE(window.sheets().constFirst()->text(), u"“Backup” is no longer there"_s);
+    window.endSheet(AlertSheet::firstButtonReturn);
 }
 
 void TestWindowFaults::diskThatGoesDuringAFormat()

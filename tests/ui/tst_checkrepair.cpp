@@ -128,6 +128,8 @@ private Q_SLOTS:
     void refusalIsToldAsItsSentence();
     void verdictStaysOnThePage_data();
     void verdictStaysOnThePage();
+    void lostDiskGetsNoVerdict_data();
+    void lostDiskGetsNoVerdict();
     void stateWhileItRuns();
     void progressIsShownInTheBar();
     void rewrittenLineShowsItsLastState();
@@ -275,6 +277,43 @@ void TestCheckRepair::verdictStaysOnThePage()
     controller.leftOutlineView->selectRow(-1);
     controller.leftOutlineView->selectRow(controller.leftOutlineView->rowForItem(test.record));
     QCOMPARE(controller.maintenanceStatusRow->text(), verdict);
+}
+
+void TestCheckRepair::lostDiskGetsNoVerdict_data()
+{
+    QTest::addColumn<bool>("isRepair");
+    QTest::addColumn<QByteArray>("status");
+    QTest::addColumn<QString>("title");
+    QTest::addColumn<QString>("text");
+    const QString gone = u"“disk2s1” is no longer there"_s;
+    const QString unreadable = u"“disk2s1” cannot be read to its end"_s;
+    QTest::newRow("gone during a check")
+        << false << "23"_ba << gone
+        << u"It was removed before the check had ended. Whether the file system has errors is not known. "
+           "Connect the disk again and repeat the check."_s;
+    QTest::newRow("gone during a repair")
+        << true << "23"_ba << gone
+        << u"It was removed before the repair had ended. The file system may be damaged. Connect the disk "
+           "again and check it."_s;
+    for (const bool isRepair : { false, true })
+        QTest::addRow("unreadable, %s", isRepair ? "repair" : "check")
+            << isRepair << "24"_ba << unreadable
+            << u"The device reports errors, so it is not known what state the file system is in. Such a disk "
+               "may be failing: copy what you need from it while you can."_s;
+}
+
+void TestCheckRepair::lostDiskGetsNoVerdict()
+{
+    QFETCH(const bool, isRepair);
+    QFETCH(const QByteArray, status);
+    QFETCH(const QString, title);
+    QFETCH(const QString, text);
+    CheckTest test("echo 'diskutil: words'\nexit " + status + '\n');
+    (isRepair ? test.controller().repairButton : test.controller().checkButton)->click();
+    QTRY_VERIFY(!test.record->operationInProgress);
+    QCOMPARE(test.sheets().size(), 1);
+    QCOMPARE(test.sheets().constFirst()->text(), title);
+    QCOMPARE(test.alertText(), text);
 }
 
 void TestCheckRepair::stateWhileItRuns()

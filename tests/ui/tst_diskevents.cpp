@@ -6,9 +6,12 @@
 
 #include "ui/OutlineView.h"
 
+#include <QAction>
 #include <QLabel>
+#include <QPushButton>
 #include <QRandomGenerator>
 #include <QSignalSpy>
+#include <QTabWidget>
 #include <QTest>
 
 #include <vector>
@@ -67,6 +70,8 @@ private Q_SLOTS:
     void efiPartitionIsNeverInTheTree();
     void selectionAfterARemoval_data();
     void selectionAfterARemoval();
+    void pressForADiskThatHasJustGoneDoesNothing_data();
+    void pressForADiskThatHasJustGoneDoesNothing();
     void removalBelowTheSelectionDoesNotCallTheHandler();
     void volumeOfACollapsedDiskThatGoesIsLogged();
     void lastDiskThatGoesLeavesNoSelection();
@@ -153,6 +158,64 @@ void TestDiskEvents::selectionAfterARemoval()
     test.service.removeDisk(disks[static_cast<std::size_t>(removed)]);
     QCOMPARE(test.controller().leftOutlineView->selectedRow(), selectedAfter);
     QCOMPARE(test.controller().bsdNameLabel->text(), shown);
+}
+
+void TestDiskEvents::pressForADiskThatHasJustGoneDoesNothing_data()
+{
+    QTest::addColumn<QString>("way");
+    for (const char *way : { "repair, mouse", "repair, key", "repair, menu", "format, mouse", "format, key" })
+        QTest::newRow(way) << QString::fromLatin1(way);
+}
+
+void TestDiskEvents::pressForADiskThatHasJustGoneDoesNothing()
+{
+    QFETCH(const QString, way);
+    TestController test;
+    writeWholeBundle(test.localDirectory(), u"msdos"_s, u"FAT"_s);
+    test.setDiskutilScript("read go <\"$dir/go\"\n");
+    test.launch();
+    std::vector<MemoryDiskRef> volumes;
+    for (int i = 1; i <= 3; ++i) {
+        volumes.push_back(makePartition(u"disk%1s1"_s.arg(i), 1024));
+        volumes.back()->description->insert(DAKey::volumeKind, u"msdos"_s);
+        test.add(volumes.back());
+    }
+    auto &controller = test.controller();
+    QPushButton *const button
+        = way.startsWith(u"repair"_s) ? controller.repairButton : controller.formatButton;
+    const auto pressIt = [&] {
+        controller.rightTabView->setCurrentWidget(
+            button == controller.repairButton ? controller.maintenanceTab : controller.formatTab);
+        button->setFocus();
+        if (way.endsWith(u"mouse"_s))
+            QTest::mouseClick(button, Qt::LeftButton);
+        else if (way.endsWith(u"key"_s))
+            QTest::keyClick(button, Qt::Key_Space);
+        else
+            test.action(u"actionRepair"_s)->trigger();
+    };
+    const auto hasBegun = [&] {
+        const DiskRecord selected = test.recordOf(controller.bsdNameLabel->text());
+        return selected->operationInProgress || !test.sheets().isEmpty();
+    };
+    test.select(u"disk2s1"_s);
+    test.service.removeDisk(volumes[1]);
+    QCOMPARE(controller.bsdNameLabel->text(), u"disk3s1"_s);
+    QVERIFY(button->isEnabled());
+    pressIt();
+    QVERIFY(!hasBegun());
+    // What the user selects is meant, and so is the other one after a moment.
+    if (way.endsWith(u"key"_s)) {
+        test.select(u"disk1s1"_s);
+        pressIt();
+        QVERIFY(hasBegun());
+        return;
+    }
+    const auto pressAndLook = [&] {
+        pressIt();
+        return hasBegun();
+    };
+    QTRY_VERIFY(pressAndLook());
 }
 
 void TestDiskEvents::removalBelowTheSelectionDoesNotCallTheHandler()

@@ -4,6 +4,7 @@
 #include "platform/udisks/UDisksSession.h"
 #include "tests/support/FakeUDisks.h"
 #include "tests/support/TestController.h"
+#include "ui/AlertSheet.h"
 #include "ui/FlippedOutlineView.h"
 #include "ui/ImageButton.h"
 #include "ui/OutlineView.h"
@@ -11,7 +12,9 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QComboBox>
 #include <QMenuBar>
+#include <QPushButton>
 #include <QScopeGuard>
 #include <QScreen>
 #include <QTabWidget>
@@ -43,6 +46,12 @@ private Q_SLOTS:
     void activationReadsTheBundlesEveryTime();
     void closingTheWindowEndsTheProgram();
     void quitMenuItemQuits();
+    void closingAsksWhileSomethingIsWritten_data();
+    void closingAsksWhileSomethingIsWritten();
+    void severalAreToldAsSuch();
+    void questionEndsWithWhatItIsAbout();
+    void stopAndCloseStopsTheTool();
+    void checkEndsWithTheWindow();
 };
 
 namespace {
@@ -148,6 +157,31 @@ public:
             view, proposed, index);
     }
     Note note;
+};
+
+// A volume, and a tool that works on it until it is let go on, or stopped.
+class WrittenVolume : public TestController
+{
+public:
+    WrittenVolume()
+    {
+        writeWholeBundle(localDirectory(), u"msdos"_s, u"FAT"_s);
+        setDiskutilScript("trap 'echo stopped >\"$dir/end\"; exit 19' TERM\n"
+                          "echo begun >\"$dir/begin\"\nread go <\"$dir/go\"\necho whole >\"$dir/end\"\n");
+        launch();
+        disk->description->insert(DAKey::volumeKind, u"msdos"_s);
+        add(disk);
+        select(u"disk2s1"_s);
+    }
+    void repair() { controller().repairButton->click(); }
+    void format()
+    {
+        controller().formatFilesystemsPopupButton->setCurrentText(u"FAT"_s);
+        controller().formatButton->click();
+        sheets().constFirst()->buttonForReturn(AlertSheet::firstButtonReturn)->click();
+    }
+
+    MemoryDiskRef disk = makePartition(u"disk2s1"_s, 1024, u"DATA"_s);
 };
 
 // Runs the application until it quits by itself with status 0; false when it has to be stopped.
@@ -466,6 +500,104 @@ void TestLifecycle::quitMenuItemQuits()
     auto *const quit = test.action(u"actionQuit"_s);
     QVERIFY(quit);
     QVERIFY(quitsAfter([quit] { quit->trigger(); }));
+}
+
+void TestLifecycle::closingAsksWhileSomethingIsWritten_data()
+{
+    QTest::addColumn<QString>("way");
+    QTest::addColumn<bool>("isRepair");
+    for (const QString &way : { u"close"_s, u"menu"_s, u"quit"_s }) {
+        for (const bool isRepair : { true, false })
+            QTest::addRow("%s, %s", qPrintable(way), isRepair ? "repair" : "format") << way << isRepair;
+    }
+}
+
+void TestLifecycle::closingAsksWhileSomethingIsWritten()
+{
+    QFETCH(const QString, way);
+    QFETCH(const bool, isRepair);
+    WrittenVolume test;
+    isRepair ? test.repair() : test.format();
+    const auto leave = [&] {
+        if (way == u"close"_s)
+            test.window().close();
+        else
+            test.action(way == u"menu"_s ? u"actionClose"_s : u"actionQuit"_s)->trigger();
+    };
+    bool isAsked = false;
+    const auto wait = [&] {
+        leave();
+        leave(); // asked once
+        isAsked = test.sheets().size() == 1;
+        QCOMPARE(test.sheets().constFirst()->text(),
+            isRepair ? u"“DATA” is being repaired"_s : u"“DATA” is being formatted"_s);
+        QTest::keyClick(test.sheets().constFirst(), Qt::Key_Return); // the default is to wait
+        QVERIFY(test.sheets().isEmpty() && test.window().isVisible());
+        leave();
+        QTest::keyClick(test.sheets().constFirst(), Qt::Key_Escape);
+        QVERIFY(test.sheets().isEmpty() && test.window().isVisible());
+        test.letScriptsGoOn();
+    };
+    connect(
+        &test.controller(), &ZorvexDiskManagerAppDelegate::panelDidChange, &test.window(),
+        [&, record = test.recordOf(u"disk2s1"_s)] {
+            if (isAsked && !record->operationInProgress)
+                leave(); // nothing is written any more
+        },
+        Qt::QueuedConnection);
+    QVERIFY(quitsAfter(wait));
+    QVERIFY(isAsked && !test.window().isVisible());
+    QCOMPARE(test.fileFromScript(u"end"_s), "whole\n"_ba);
+}
+
+void TestLifecycle::severalAreToldAsSuch()
+{
+    WrittenVolume test;
+    test.repair();
+    const MemoryDiskRef other = makePartition(u"disk2s2"_s, 2048, u"OTHER"_s);
+    other->description->insert(DAKey::volumeKind, u"msdos"_s);
+    test.add(other);
+    test.select(u"disk2s2"_s);
+    test.controller().repairButton->click();
+    test.window().close();
+    QCOMPARE(test.sheets().size(), 1);
+    QCOMPARE(test.sheets().constFirst()->text(), u"Several disks are being repaired or formatted"_s);
+    test.letScriptsGoOn(2);
+    QTRY_VERIFY(test.sheets().isEmpty());
+}
+
+void TestLifecycle::questionEndsWithWhatItIsAbout()
+{
+    WrittenVolume test;
+    test.repair();
+    test.service.removeDisk(test.disk); // without a row, it is still written
+    test.window().close();
+    QCOMPARE(test.sheets().size(), 1);
+    test.letScriptsGoOn();
+    QTRY_VERIFY(test.sheets().isEmpty());
+    QVERIFY(test.window().isVisible());
+}
+
+void TestLifecycle::stopAndCloseStopsTheTool()
+{
+    WrittenVolume test;
+    test.repair();
+    QTRY_COMPARE(test.fileFromScript(u"begin"_s), "begun\n"_ba);
+    QVERIFY(quitsAfter([&] {
+        test.window().close();
+        test.sheets().constFirst()->buttonForReturn(AlertSheet::firstButtonReturn)->click();
+    }));
+    QVERIFY(!test.window().isVisible());
+    QTRY_COMPARE(test.fileFromScript(u"end"_s), "stopped\n"_ba);
+}
+
+void TestLifecycle::checkEndsWithTheWindow()
+{
+    WrittenVolume test;
+    test.controller().checkButton->click();
+    QVERIFY(test.recordOf(u"disk2s1"_s)->operationInProgress);
+    QVERIFY(quitsAfter([&test] { test.window().close(); }));
+    QVERIFY(test.sheets().isEmpty());
 }
 
 // The application quits because the window says so, not because it was the last one.

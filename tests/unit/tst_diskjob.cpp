@@ -153,7 +153,7 @@ private:
         machine.holdDevice = [this](const QString &held) {
             heldNodes.append(held);
             return HeldDevice { [this] { return heldIdentity; }, [this](Claimant) { return !isClaimed; },
-                [] { return std::vector { 3 }; } };
+                [] { return std::vector { 3 }; }, [] { return true; } };
         };
         machine.takesPartitions = [this](const auto &) { return takesPartitions; };
         machine.makeOnlyPartition = [this](const auto &...) { return isTaken; };

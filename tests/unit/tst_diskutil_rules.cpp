@@ -79,6 +79,7 @@ class TestDiskutilRules : public QObject
 
 private Q_SLOTS:
     void outputHasNoControlCharacters();
+    void personalitiesBeyondTheLimitAreLeftOut();
     void commandLine_data();
     void commandLine();
     void commandLineThatMakesNoSense_data();
@@ -124,6 +125,20 @@ void TestDiskutilRules::outputHasNoControlCharacters()
     QCOMPARE(
         filtered({ "Gr\303\266\303\237e \302", "\261\n" }), QByteArray("Gr\303\266\303\237e \302\261\n"));
     QCOMPARE(filtered({ "\302\302\261" }), QByteArray("\302\302\261")); // not UTF-8, and no control character
+}
+
+void TestDiskutilRules::personalitiesBeyondTheLimitAreLeftOut()
+{
+    PropertyDictionary personalities;
+    for (int i = 0; i < 2 * mostPersonalities; ++i)
+        personalities.insert(QString::number(i), PropertyDictionary());
+    QStringList log;
+    const auto bundle = describeBundle(u"/own"_s, u"many"_s,
+        { { u"CFBundleIdentifier"_s, u"test.many"_s }, { u"FSPersonalities"_s, personalities } },
+        [&log](const QString &line) { log.append(line); });
+    QVERIFY(bundle);
+    QCOMPARE(bundle->personalities.size(), std::size_t { mostPersonalities });
+    QCOMPARE(log, QStringList { u"Leaving out what is beyond 256 personalities in bundle \"many\"."_s });
 }
 
 void TestDiskutilRules::commandLine_data()

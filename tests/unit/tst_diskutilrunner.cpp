@@ -72,6 +72,7 @@ private slots:
     void repairWithErrors();
     void verifyThatFailedDoesNotRepeatTheOutput();
     void eraseThatFailedShowsTheOutput();
+    void longOutputIsCutInTheLog();
     void verdictCodeOfEraseIsAFailure();
     void exitCode255IsNotNegative();
     void messageOfAnEarlierRunIsCleared();
@@ -204,6 +205,17 @@ void TestDiskutilRunner::verifyThatFailedDoesNotRepeatTheOutput()
     QCOMPARE(runScript(u"verifyVolume"_s, "echo no such disk; exit 2", collect), EINVAL);
     QCOMPARE(m_message, u"diskutil returned error code: 2"_s);
     QCOMPARE(m_log, QStringList(u"diskutil returned error code: 2 Output: no such disk\\n"_s));
+}
+
+void TestDiskutilRunner::longOutputIsCutInTheLog()
+{
+    QCOMPARE(runScript(u"eraseVolume"_s, "yes 'a line' | head -n 100000; echo why; exit 2"), EINVAL);
+    QVERIFY(m_message->size() > 700000);
+    QCOMPARE(m_log.size(), 1);
+    QVERIFY(m_log.constFirst().size() < 20000);
+    const QString start = u"diskutil returned error code: 2 Output: [...]\\na line\\n"_s;
+    QVERIFY2(m_log.constFirst().startsWith(start), qPrintable(m_log.constFirst().left(80)));
+    QVERIFY(m_log.constFirst().endsWith(u"a line\\nwhy\\n"_s));
 }
 
 void TestDiskutilRunner::eraseThatFailedShowsTheOutput()

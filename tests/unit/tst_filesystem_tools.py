@@ -18,6 +18,7 @@ LIMIT = 20  # seconds; what a machine under load still needs
 CLEAN = 0
 ERRORS = 8
 COULD_NOT_RUN = 2
+UNREADABLE = 74
 
 # The tools of each executable, in the order in which it runs them when all end with 0.
 EXECUTABLES = {
@@ -74,6 +75,10 @@ class FilesystemTools(unittest.TestCase):
         self.programs.mkdir()
         for program in ["dirname", "grep", "perl", "sed", "stdbuf", "tee"]:
             (self.programs / program).symlink_to(shutil.which(program))
+        # As they are installed: with those that every bundle has.
+        for family in {executable.partition("/")[0] for executable in EXECUTABLES}:
+            shutil.copytree(TOOLS / family, self.folder / family)
+            shutil.copytree(TOOLS / "all", self.folder / family, dirs_exist_ok=True)
 
     def plan(self, tool, *lines):
         stand_in = self.programs / tool
@@ -83,7 +88,7 @@ class FilesystemTools(unittest.TestCase):
 
     def start(self, executable):
         (self.folder / "calls").write_text("")
-        return subprocess.Popen([TOOLS / executable, self.device], env={"PATH": str(self.programs), "LC_ALL": "C.UTF-8"},
+        return subprocess.Popen([self.folder / executable, self.device], env={"PATH": str(self.programs), "LC_ALL": "C.UTF-8"},
                                 stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
 
     def run_it(self, executable):
@@ -140,6 +145,7 @@ class FilesystemTools(unittest.TestCase):
 
         for plan, result in [
             (["exit 1", "exit 1", "exit 0"], CLEAN),
+            (["exit 1", "exit 0", "echo 'Error reading 22036480, -1'; exit 1"], UNREADABLE),
             (["exit 1", "exit 0", "exit 1"], ERRORS),
             (["exit 1", "kill -11 $$"], COULD_NOT_RUN),
             (["exit 1", "exit 0", "kill -11 $$"], COULD_NOT_RUN),
@@ -264,6 +270,31 @@ class FilesystemTools(unittest.TestCase):
                     self.plan(other)
                 self.plan(tool, f"exit {status}")
                 self.assertEqual(self.run_it(executable), result, self.output)
+
+    def test_a_read_that_fails_is_no_verdict(self):
+        for executable, tool, words, status in [
+            ("fat/verify", "fsck.fat", "Failed to read sector 1228751.", 1),
+            ("fat/verify", "fsck.fat", "Read 512 bytes at 16384:Input/output error", 1),
+            ("fat/verify", "fsck.fat", "Got 0 bytes instead of 512 at 16384", 1),
+            ("fat/repair", "fsck.fat", "Read 512 bytes at 16384:Input/output error", 1),
+            ("xfs/verify", "xfs_repair", "fatal error -- Input/output error", 1),
+            ("xfs/verify", "xfs_repair", "xfs_repair: read failed: Input/output error", 1),
+            ("xfs/repair", "xfs_repair", "fatal error -- Input/output error", 1),
+            ("ext/verify", "e2fsck", "Error reading block 86 (Input/output error).  Ignore error? no", 12),
+            ("ext/repair", "e2fsck", "Error reading block 86 (Input/output error).  Ignore error? yes", 12),
+            ("btrfs/verify", "btrfs", "Error reading 22036480, -1", 1),
+            ("btrfs/repair", "btrfs", "Error reading 22036480, -1", 1),
+        ]:
+            with self.subTest(f"{executable}: {words}"):
+                self.plan(tool, f"echo '{words}'; exit {status}")
+                self.assertEqual(self.run_it(executable), UNREADABLE, self.output)
+                self.assertEqual(self.output, f"{words}\n")
+                self.assertEqual(len(self.calls()), 1)
+                # Damage, told in other words, is a verdict; so is a volume that is sound in spite of it.
+                self.plan(tool, f"echo 'a name: {words.lower()}?'; exit {status}")
+                self.assertNotEqual(self.run_it(executable), UNREADABLE)
+                self.plan(tool, f"echo '{words}'")
+                self.assertEqual(self.run_it(executable), CLEAN)
 
     def test_a_question_of_fsck_exfat_is_an_error(self):
         self.plan("fsck.exfat", "echo 'ERROR: bad. Fix (y/N)? n'")

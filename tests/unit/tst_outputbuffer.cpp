@@ -24,6 +24,8 @@ private Q_SLOTS:
     void clearedBufferStartsAnew();
     void anyChunksGiveWhatThePlainRuleGives();
     void longProgressCostsItsLine();
+    void outputBeyondTheLimitIsDroppedInFront_data();
+    void outputBeyondTheLimitIsDroppedInFront();
 };
 
 namespace {
@@ -149,6 +151,31 @@ void TestOutputBuffer::longProgressCostsItsLine()
         buffer.append("\rChecking 10%", 13);
     QCOMPARE(buffer.bytes().size(), 20000 * 80 + 12);
     QVERIFY2(timer.elapsed() < 20000, qPrintable(QString::number(timer.elapsed())));
+}
+
+void TestOutputBuffer::outputBeyondTheLimitIsDroppedInFront_data()
+{
+    QTest::addColumn<QByteArray>("line");
+    QTest::newRow("lines") << QByteArray(999, 'x') + '\n';
+    QTest::newRow("no end") << QByteArray(1000, 'x');
+}
+
+void TestOutputBuffer::outputBeyondTheLimitIsDroppedInFront()
+{
+    QFETCH(const QByteArray, line);
+    const QByteArray piece = line.repeated(1000);
+    OutputBuffer buffer;
+    for (qsizetype written = 0; written < 2 * OutputBuffer::limit; written += piece.size()) {
+        buffer.append(piece.constData(), piece.size());
+        QVERIFY(buffer.bytes().size() <= OutputBuffer::limit);
+    }
+    QVERIFY(buffer.bytes().size() > OutputBuffer::limit / 2);
+    if (line.endsWith('\n'))
+        QVERIFY(buffer.bytes().startsWith(line));
+    // What comes then is taken as ever.
+    buffer.append("\nold", 4);
+    buffer.append("\rnew", 4);
+    QVERIFY(buffer.bytes().endsWith("\nnew"));
 }
 
 QTEST_APPLESS_MAIN(TestOutputBuffer)

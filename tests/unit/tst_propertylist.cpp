@@ -2,6 +2,7 @@
 //
 // Reading XML and binary property lists: every kind of value, and everything that files should not hold.
 #include "platform/propertylists/PropertyList.h"
+#include "platform/propertylists/PropertyListGuard.h"
 
 #include <QElapsedTimer>
 #include <QTest>
@@ -79,6 +80,8 @@ private slots:
     void binaryValuesKeepTheirTypes();
     void binaryCycleGivesNothing();
     void binaryBombGivesNothing();
+    void moreBinaryObjectsThanValuesGiveNothing_data();
+    void moreBinaryObjectsThanValuesGiveNothing();
     void binaryStringRepeatedBeyondTheLimitGivesNothing();
     void binaryDeepNestingGivesNothing();
     void binaryKeysOfHalfASurrogatePairNeverCrash();
@@ -290,6 +293,28 @@ void TestPropertyList::binaryCycleGivesNothing()
 {
     QVERIFY(!readPropertyList(binaryOf({ binaryArray(QByteArray(1, '\0')) })));
     QVERIFY(!readPropertyList(binaryOf({ binaryArray("\x01"), binaryArray(QByteArray(1, '\0')) })));
+}
+
+void TestPropertyList::moreBinaryObjectsThanValuesGiveNothing_data()
+{
+    QTest::addColumn<std::size_t>("objects");
+    QTest::addColumn<bool>("isRead");
+    QTest::newRow("as many") << PropertyListLimits::values << true;
+    QTest::newRow("one more") << PropertyListLimits::values + 1 << false;
+}
+
+// They are counted before any is looked at: none but the first is referred to.
+void TestPropertyList::moreBinaryObjectsThanValuesGiveNothing()
+{
+    QFETCH(const std::size_t, objects);
+    QFETCH(const bool, isRead);
+    QByteArray data("bplist00\x09");
+    data += QByteArray(static_cast<qsizetype>(objects), '\x08'); // each object is the one behind the header
+    data += QByteArray(6, '\0') + char(1) + char(1) + QByteArray(4, '\0');
+    for (int shift = 24; shift >= 0; shift -= 8)
+        data.append(static_cast<char>(objects >> shift & 0xFF));
+    data += QByteArray(15, '\0') + char(9);
+    QCOMPARE(readPropertyList(data).has_value(), isRead);
 }
 
 void TestPropertyList::binaryBombGivesNothing()

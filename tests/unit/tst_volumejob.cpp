@@ -120,6 +120,7 @@ public:
     std::optional<DeviceIdentity> identity { DeviceIdentity { 1, 2, 3, 4 } };
     std::optional<DeviceIdentity> heldIdentity = identity;
     bool isClaimed = false; // by somebody else
+    bool isReadable = true;
     std::vector<VolumeMount> mounts;
     QString invokingUser;
 
@@ -150,7 +151,7 @@ private:
                     claimants.append(claimant);
                     return !isClaimed;
                 },
-                [] { return std::vector { 7, 8 }; } };
+                [] { return std::vector { 7, 8 }; }, [this] { return isReadable; } };
         };
         machine.readVolumeMounts = [this](const auto &) { return mounts; };
         machine.invokingUser = [this] { return invokingUser; };
@@ -210,6 +211,8 @@ private Q_SLOTS:
     void claimThatBecomesFree();
     void exchangedMedium_data();
     void exchangedMedium();
+    void verdictOfADeviceThatIsLost_data();
+    void verdictOfADeviceThatIsLost();
     void secondCommandIsRefused();
     void toolThatCannotBeStarted();
     void newVolumeIsToldLate();
@@ -600,6 +603,52 @@ void TestVolumeJob::exchangedMedium()
         QCOMPARE(run.exits, only(ExitCode::MediumChanged));
         QCOMPARE(run.complained, QStringList { node + u" is no longer the same disk"_s });
     }
+}
+
+void TestVolumeJob::verdictOfADeviceThatIsLost_data()
+{
+    QTest::addColumn<Operation>("operation");
+    QTest::addColumn<int>("status"); // of the tool
+    QTest::addColumn<bool>("isThere");
+    QTest::addColumn<bool>("isReadable");
+    QTest::addColumn<ExitCode>("code");
+    QTest::addColumn<QString>("complaint");
+    const QString unknown = u"; whether its file system has errors is not known"_s;
+    const QString incomplete = u"; the repair was not completed"_s;
+    for (const int status : { 0, 2, 8, 74 })
+        QTest::addRow("gone, %d", status) << Operation::Verify << status << false << false
+                                          << ExitCode::DeviceGone << QString(u"disk2s1 has gone"_s + unknown);
+    for (const int status : { 0, 2, 8 })
+        QTest::addRow("unreadable, %d", status)
+            << Operation::Verify << status << true << false << ExitCode::DeviceUnreadable
+            << QString(u"disk2s1 cannot be read to its end"_s + unknown);
+    QTest::newRow("told by the tool") << Operation::Verify << 74 << true << true << ExitCode::DeviceUnreadable
+                                      << QString(u"disk2s1 cannot be read to its end"_s + unknown);
+    QTest::newRow("repair, gone") << Operation::Repair << 8 << false << false << ExitCode::DeviceGone
+                                  << QString(u"disk2s1 has gone"_s + incomplete);
+    QTest::newRow("repair, unreadable")
+        << Operation::Repair << 0 << true << false << ExitCode::DeviceUnreadable
+        << QString(u"disk2s1 cannot be read to its end"_s + incomplete);
+}
+
+void TestVolumeJob::verdictOfADeviceThatIsLost()
+{
+    QFETCH(const Operation, operation);
+    QFETCH(const int, status);
+    QFETCH(const bool, isThere);
+    QFETCH(const bool, isReadable);
+    QFETCH(const ExitCode, code);
+    QFETCH(const QString, complaint);
+    Run run(operation);
+    run.start();
+    if (!isThere)
+        run.heldIdentity.reset();
+    run.isReadable = isReadable;
+    run.tools.run(status);
+    QCOMPARE(run.exits, only(code));
+    QCOMPARE(run.complained, QStringList { complaint });
+    QCOMPARE(run.said.size(), 1); // no verdict, and it has not finished
+    QVERIFY(!run.isHeld());
 }
 
 void TestVolumeJob::secondCommandIsRefused()

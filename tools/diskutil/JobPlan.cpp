@@ -7,6 +7,9 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
+// The exit status of an executable of a bundle that could not read its device: EX_IOERR of sysexits.h.
+constexpr int unreadableExitStatus = 74;
+
 std::optional<Refusal> chooseBundle(JobPlan &plan, const CommandLine &line)
 {
     const PersonalityChoice choice = plan.operation == Operation::Erase
@@ -115,6 +118,20 @@ std::optional<Refusal> refusalOfHandOver(
             plan.operation, plan.medium, machine.readDeviceSituation(plan.medium, media)))
         return refusal;
     return PreflightRules::refusalOfTool(plan.bundle, machine.readToolSituation(plan.bundle, plan.tool));
+}
+
+std::optional<Refusal> refusalOfVerdict(const JobPlan &plan, const HeldDevice &device, const ToolEnd &end)
+{
+    const bool isRepair = plan.operation == Operation::Repair;
+    const QString rest
+        = isRepair ? u"the repair was not completed"_s : u"whether its file system has errors is not known"_s;
+    if (device.identity() != plan.identity)
+        return Refusal { ExitCode::DeviceGone, u"%1 has gone; %2"_s.arg(plan.medium.bsdName, rest) };
+    const bool isToldByTool = end.kind == ToolEnd::Kind::Exited && end.code == unreadableExitStatus;
+    if (isToldByTool || !device.isReadable())
+        return Refusal { ExitCode::DeviceUnreadable,
+            u"%1 cannot be read to its end; %2"_s.arg(plan.medium.bsdName, rest) };
+    return std::nullopt;
 }
 
 bool isNewVolume(const JobPlan &plan, const Medium &medium)

@@ -52,5 +52,9 @@ bool isSameMedium(const std::optional<DeviceIdentity> &identity, const QString &
 std::optional<Refusal> refusalOfHandOver(
     const JobPlan &plan, const HeldDevice &device, const std::vector<Medium> &media, const Machine &machine);
 
+// Why nothing can be said of the volume that a tool has looked at or mended: its device has gone, or cannot
+// be read. Some tools take a read that fails for an error of the volume.
+std::optional<Refusal> refusalOfVerdict(const JobPlan &plan, const HeldDevice &device, const ToolEnd &end);
+
 // Whether the disk service describes the volume that the erase has made, no longer the former one.
 bool isNewVolume(const JobPlan &plan, const Medium &medium);

@@ -180,7 +180,7 @@ HeldDevice holdDevice(const QString &deviceNode)
     const auto device = std::make_shared<OpenDevice>(deviceNode);
     return { [device] { return device->identity(); },
         [device](Claimant claimant) { return device->take(claimant); },
-        [device] { return device->descriptors(); } };
+        [device] { return device->descriptors(); }, [device] { return device->isReadable(); } };
 }
 
 QString invokingUserName()

@@ -58,6 +58,9 @@ struct HeldDevice
 
     // What a program inherits so that lock and claim live as long as it does.
     std::function<std::vector<int>()> descriptors;
+
+    // Whether its first and its last block can be read.
+    std::function<bool()> isReadable;
 };
 
 HeldDevice holdDevice(const QString &deviceNode);

@@ -184,7 +184,13 @@ void VolumeJob::judge(const ToolEnd &end)
 {
     const QString &name = m_plan.medium.bsdName;
     const bool hasExited = end.kind == ToolEnd::Kind::Exited;
-    if (hasExited && end.code == 0) {
+    const auto refusal = m_operation == Operation::Erase || end.kind == ToolEnd::Kind::NotStarted
+        ? std::nullopt
+        : refusalOfVerdict(m_plan, m_environment.machine.holdDevice(m_plan.medium.deviceNode), end);
+    if (refusal) {
+        m_outcome = refusal->code;
+        Q_EMIT complained(refusal->message);
+    } else if (hasExited && end.code == 0) {
         if (m_operation != Operation::Erase)
             Q_EMIT said(u"The volume on %1 appears to be OK"_s.arg(name));
     } else if (hasExited && end.code == errorsExitStatus && m_operation != Operation::Erase) {
