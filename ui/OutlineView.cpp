@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/OutlineView.h"
 
+#include "ui/BusyMark.h"
 #include "ui/color_rules.h"
 #include "ui/FocusFrame.h"
 #include "ui/ImageAndTextCell.h"
@@ -311,34 +312,9 @@ void OutlineView::drawRow(
     itemDelegate()->paint(painter, rowOption, index);
     if (m_delegate
         && m_delegate->outlineView_isItemBusy(const_cast<OutlineView *>(this), m_model->itemAt(index)))
-        drawBusyMark(*painter, rowOption.rect, selectionModel()->isSelected(index));
+        drawBusyMark(*painter, *this, rowOption.rect, selectionModel()->isSelected(index));
     if (rowOption.state.testFlag(QStyle::State_HasFocus))
         drawFocusFrame(*painter, *this, rowOption.rect);
-}
-
-// A ring with a part of it filled, at the end of the row.
-void OutlineView::drawBusyMark(QPainter &painter, const QRect &row, bool isSelected) const
-{
-    constexpr int degree = 16; // of QPainter
-    const int size = units(10);
-    const bool isMirrored = QGuiApplication::layoutDirection() == Qt::RightToLeft;
-    QRect ring(0, 0, size, size);
-    ring.moveCenter(row.center());
-    if (isMirrored)
-        ring.moveLeft(row.left() + size / 2);
-    else
-        ring.moveRight(row.right() - size / 2);
-    const QColor color
-        = palette().color(QPalette::Active, isSelected ? QPalette::HighlightedText : QPalette::Text);
-    const QColor behind
-        = palette().color(QPalette::Active, isSelected ? QPalette::Highlight : QPalette::Base);
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(ColorRules::mix(color, behind, 0.35), units(2)));
-    painter.drawEllipse(ring);
-    painter.setPen(QPen(color, units(2)));
-    painter.drawArc(ring, 90 * degree, -120 * degree);
-    painter.restore();
 }
 
 void OutlineView::setEmptyText(const QString &text)

@@ -88,7 +88,6 @@ private:
 
     void accessibilityActiveChanged(bool active) override;
     void layOutForAssistiveTechnologies();
-    void drawBusyMark(QPainter &painter, const QRect &row, bool isSelected) const;
     QModelIndex triangleAt(const QPoint &position) const; // invalid where there is none
 
     std::unique_ptr<OutlineModel> m_model;

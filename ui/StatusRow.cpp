@@ -39,7 +39,7 @@ StatusRow::StatusRow(QWidget *parent)
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(units(8));
     layout->addWidget(m_glyph);
-    layout->addWidget(m_text, 2);
+    layout->addWidget(m_text, 3);
     layout->addWidget(m_bar, 1);
     layout->addWidget(m_share);
     layout->addWidget(m_time);

@@ -168,7 +168,7 @@ void TestEveryone::dividerSaysWhatItIs()
     QWidget *const divider = test.controller().mainSplitView->handle(1);
     QCOMPARE(divider->accessibleName(), u"Divider"_s);
     const QString tip = toolTipAt(divider, divider->rect().center());
-    QVERIFY(tip.contains(u"arrow keys"_s));
+    QVERIFY(tip.contains(u"press Tab"_s));
     QCOMPARE(divider->accessibleDescription(), tip);
 }
 
