@@ -13,6 +13,7 @@
 
 #include <QComboBox>
 #include <QLabel>
+#include <QLayout>
 #include <QLineEdit>
 #include <QLocale>
 #include <QPushButton>
@@ -197,4 +198,17 @@ void PanelStatus::updateActivity()
         showActivityOf(*disk, activityText(*disk));
     if (disk->operationInProgress && !m_timer.isActive())
         m_timer.start();
+    layOutAgain();
+}
+
+// Parts of the page are told to show themselves while it is not to be seen. Qt does not make their layouts
+// then, nor hears of a text in them that needs more lines. From the innermost, because an outer layout asks
+// the inner ones for their sizes, and these then take themselves for up to date.
+void PanelStatus::layOutAgain()
+{
+    const QList<QLayout *> layouts = m_controller.infoColumn->findChildren<QLayout *>();
+    for (auto layout = layouts.rbegin(); layout != layouts.rend(); ++layout) {
+        (*layout)->invalidate();
+        (*layout)->activate();
+    }
 }

@@ -72,6 +72,7 @@ private:
     void showActivityOf(const ZorvexDiskManagerDisk &disk, const QString &text);
     void showFormatRowOf(const ZorvexDiskManagerDisk &disk);
     void showMaintenanceRowOf(const ZorvexDiskManagerDisk &disk);
+    void layOutAgain();
 
     ZorvexDiskManagerAppDelegate &m_controller;
     QTimer m_timer; // while something runs

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/LoopDisk.h"
 
+#include "platform/FileDescriptor.h"
 #include "platform/MountTable.h"
 #include "tests/support/RealWindow.h"
 
@@ -10,6 +11,10 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/file.h>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -70,6 +75,23 @@ void deletePartitions(const QString &node)
         if (limit.hasExpired() && hasPartitions(node))
             qFatal("the partitions of %s stay: %s", qPrintable(node), output.constData());
     }
+}
+
+// Whether diskutil works on the device.
+bool isLocked(const QString &node)
+{
+    const FileDescriptor device(
+        ::open(QFile::encodeName(node).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    return device.number() >= 0 && ::flock(device.number(), LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+}
+
+// What everybody sees of a partition whose disk has been pulled.
+void pretendRemoval(const QString &node)
+{
+    QFile event(u"/sys/class/block/%1/uevent"_s.arg(QFileInfo(node).fileName()));
+    if (!QFile::remove(node) || !event.open(QIODevice::WriteOnly | QIODevice::Unbuffered)
+        || event.write("remove") < 0)
+        qFatal("%s does not go", qPrintable(node));
 }
 
 } // namespace
@@ -145,6 +167,17 @@ void LoopDisk::pull()
         for (const QString &point : mountPointsOf(node(i)))
             run(u"umount"_s, { u"--lazy"_s, point });
     }
+    // A device that is pulled goes under whoever has it open. The kernel keeps a partition of this kind as
+    // long as it is open: it goes with the disk's end.
+    bool isHeld = false;
+    for (int i = 1; i <= m_partitionCount; ++i) {
+        if (isLocked(node(i))) {
+            pretendRemoval(node(i));
+            isHeld = true;
+        }
+    }
+    if (isHeld)
+        return;
     deletePartitions(m_node);
     run(u"losetup"_s, { u"--detach"_s, m_node });
 }

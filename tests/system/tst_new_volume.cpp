@@ -74,6 +74,7 @@ void TestNewVolume::ownerOfANewVolume()
     DesktopUser user;
     user.user = userNumber;
     user.group = userNumber;
+    user.name = u"zvowner"_s;
     giveMountedVolume(path, m_disk.node(partition), user);
     const uid_t owner = ownerOf(path);
     QCOMPARE(chown(QFile::encodeName(place).constData(), 0, 0), 0);

@@ -296,7 +296,8 @@ void TestToolFaults::checkerThatPrintsWithoutMeasure()
     heart.stop();
     qInfo("the window did not answer for %lld ms at most", static_cast<long long>(longest));
     QVERIFY(longest < 1000);
-    QVERIFY(scene.volume->checkRepairOutput->bytes().size() >= printed);
+    const qsizetype kept = scene.volume->checkRepairOutput->bytes().size();
+    QVERIFY(kept <= OutputBuffer::limit && kept >= OutputBuffer::limit / 2);
     qInfo("%lld MB more in memory", static_cast<long long>((residentBytes() - before) / 1'000'000));
 #ifndef __SANITIZE_ADDRESS__ // which keeps what is freed for a while
     QVERIFY(residentBytes() - before < 8 * printed);
@@ -314,7 +315,7 @@ void TestToolFaults::checkerThatPrintsHarm_data()
         << QByteArray("printf '\\033[2J\\033]0;title\\007\\b\\b end\\n'") << u"[2J"_s;
     QTest::newRow("invalid UTF-8") << QByteArray("printf '\\377\\376\\300\\257 end\\n'")
                                    << QString(QChar::ReplacementCharacter);
-    QTest::newRow("zero bytes") << QByteArray("printf 'a\\000b end\\n'") << u"a b"_s;
+    QTest::newRow("zero bytes") << QByteArray("printf 'a\\000b end\\n'") << u"ab"_s;
     QTest::newRow("markup") << QByteArray("echo '<b>bold</b><img src=\"/etc/passwd\"> & end'")
                             << u"<b>bold</b>"_s;
     QTest::newRow("placeholders") << QByteArray("echo '%@ %n %1 %s end'") << u"%@ %n %1 %s"_s;

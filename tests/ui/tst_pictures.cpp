@@ -351,6 +351,9 @@ void TestPictures::takesPictures()
         show(test, state);
         tabs->setCurrentWidget(pageOf(state, test.controller()));
         TestController::handlePostedEvents();
+        // What has changed on a page that was not to be seen has its room.
+        const QStringList cut = cutLabels(test.window());
+        QVERIFY2(cut.isEmpty(), qPrintable(cut.join(u'\n')));
         const QString name
             = u"%1-%2@%3x.png"_s.arg(QString::fromLatin1(QTest::currentDataTag()), QLatin1String(state.name))
                   .arg(test.window().devicePixelRatio());
