@@ -2,8 +2,8 @@
 //
 // manual_pictures SOURCE_FOLDER PICTURE_FOLDER
 //
-// Takes the pictures of the manual: the real window, on disks that are kept in memory. To be run with
-// QT_QPA_PLATFORM=offscreen and QT_SCALE_FACTOR=2.
+// Takes the pictures of the manual and of the README: the real window, on disks that are kept in memory. To
+// be run with QT_QPA_PLATFORM=offscreen and QT_SCALE_FACTOR=2.
 #include "tests/support/TestController.h"
 
 #include "app/ZorvexDiskManagerAppDelegate.h"
@@ -67,8 +67,10 @@ void mount(TestController &test, const MemoryDiskRef &disk, const QString &path,
     setMounted(disk, path);
     MountedFilesystem mounted;
     mounted.mountPoint = path.toUtf8();
-    mounted.mountedFrom = disk->node.toUtf8();
+    mounted.mountedFrom = "/dev/" + disk->description->value(DAKey::mediaBSDName)->asString()->toUtf8();
     test.mountTable->mounted.push_back(mounted);
+    mounted.id.first = static_cast<qint32>(test.mountTable->mounted.size());
+    test.mountTable->ids[mounted.mountPoint] = mounted.id;
     test.mountTable->freeSpaces[mounted.mountPoint] = freeSpace;
 }
 
