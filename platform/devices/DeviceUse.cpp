@@ -203,7 +203,8 @@ bool OpenDevice::isReadable() const
         return false;
     const auto block = std::make_unique<Block>();
     const auto isReadableAt = [&](quint64 offset) {
-        return pread(device.number(), block->bytes.data(), page, static_cast<off_t>(offset)) > 0;
+        const ssize_t length = pread(device.number(), block->bytes.data(), page, static_cast<off_t>(offset));
+        return length > 0 || (length < 0 && errno == EINVAL); // its blocks are larger, or it ends within one
     };
     return isReadableAt(0) && isReadableAt((size - 1) / page * page);
 }

@@ -27,6 +27,9 @@ std::optional<dev_t> mountedDevice(const KernelMount &mount, const SystemRoot &s
     // over several devices has a number of its own, with the major number 0, and is known by its source.
     if (mount.deviceMajor != 0)
         return makedev(mount.deviceMajor, mount.deviceMinor);
+    // Any user can give a file system of their own any name.
+    if (mount.type == "fuse" || mount.type.startsWith("fuse."))
+        return std::nullopt;
     return mount.source.startsWith("/dev/") ? blockDeviceNumber(mount.source, system) : std::nullopt;
 }
 

@@ -8,26 +8,28 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
+#include <memory>
 #include <sys/sysmacros.h>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-// What a user may ask the disk service for with any file system.
-constexpr std::array optionsToKeep { "ro", "noexec", "noatime", "nodiratime", "sync", "dirsync", "lazytime" };
+// What a user may ask the disk service for with any file system, besides ro.
+constexpr std::array optionsToKeep { "noexec", "noatime", "nodiratime", "sync", "dirsync", "lazytime" };
 
-// Spaces and the like in a path of libmount's own table.
-QByteArray escaped(const QByteArray &path)
+// Whether a line of libmount's own table is about what is mounted there.
+bool isLineOf(const QList<QByteArray> &fields, const QByteArray &place)
 {
-    QByteArray text;
-    for (const char c : path) {
-        if (QByteArrayView(" \t\n\\#").contains(c))
-            text += '\\' + QByteArray::number(static_cast<unsigned char>(c), 8).rightJustified(3, '0');
-        else
-            text += c;
-    }
-    return text;
+    const QByteArray key = "TARGET=";
+    return std::any_of(fields.begin(), fields.end(), [&](const QByteArray &field) {
+        if (!field.startsWith(key))
+            return false;
+        const std::unique_ptr<char, decltype(&std::free)> target(
+            mnt_unmangle(field.constData() + key.size()), std::free);
+        return target && place == target.get();
+    });
 }
 
 // The disk service leaves its name in libmount's table of what the kernel does not keep.
@@ -39,7 +41,7 @@ bool isNotedAsServices(const QByteArray &place, const SystemRoot &system)
     const QList<QByteArray> lines = table.readAll().split('\n');
     return std::any_of(lines.begin(), lines.end(), [&place](const QByteArray &line) {
         const QList<QByteArray> fields = line.split(' ');
-        return fields.contains("TARGET=" + escaped(place))
+        return isLineOf(fields, place)
             && std::any_of(fields.begin(), fields.end(), [](const QByteArray &field) {
                    return field.startsWith("OPTS=") && field.mid(5).split(',').contains("uhelper=udisks2");
                });
@@ -51,6 +53,13 @@ QList<QByteArray> optionsIn(libmnt_fs *entry)
     return QByteArray(mnt_fs_get_options(entry)).split(',');
 }
 
+// Of the mount itself: the kernel makes a file system read-only after an error, and nobody has asked for
+// that.
+bool isReadOnly(libmnt_fs *entry)
+{
+    return QByteArray(mnt_fs_get_vfs_options(entry)).split(',').contains("ro");
+}
+
 // The service mounts such a volume as /etc/fstab says.
 bool isAsInFstab(libmnt_fs *mount, const SystemRoot &system)
 {
@@ -58,7 +67,7 @@ bool isAsInFstab(libmnt_fs *mount, const SystemRoot &system)
     const LibmountTable table(mnt_new_table_from_file(path.constData()));
     libmnt_fs *const entry
         = table ? mnt_table_find_target(table.get(), mnt_fs_get_target(mount), MNT_ITER_FORWARD) : nullptr;
-    return entry && optionsIn(entry).contains("ro") == optionsIn(mount).contains("ro");
+    return entry && isReadOnly(entry) == isReadOnly(mount);
 }
 
 // The service mounts in /media/USER or /run/media/USER, but what all users share in /media.
@@ -72,6 +81,8 @@ QStringList optionsOf(libmnt_fs *mount)
 {
     const QList<QByteArray> present = optionsIn(mount);
     QStringList options;
+    if (isReadOnly(mount))
+        options.append(u"ro"_s);
     for (const char *option : optionsToKeep) {
         if (present.contains(option))
             options.append(QString::fromLatin1(option));

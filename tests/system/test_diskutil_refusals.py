@@ -248,7 +248,8 @@ class Refusals(DiskutilCase):
         self.erase(disk, disk.partitions[0], "ext4", "Rights")
         result = subprocess.run(
             ["setpriv", "--reuid=65534", "--clear-groups", "/usr/sbin/diskutil", "verifyVolume",
-             disk.partitions[0]], capture_output=True, text=True)
+             disk.partitions[0]], capture_output=True, text=True,
+            start_new_session=True)  # no terminal on which polkit would ask
         self.assert_exit(result, case.NOT_PERMITTED)
 
     def test_a_volume_in_use_is_not_unmounted_by_force(self):

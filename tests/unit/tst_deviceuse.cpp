@@ -185,12 +185,12 @@ void TestDeviceUse::swapOnWhatIsMadeFromTheDisk()
 void TestDeviceUse::mountOfTheDiskService()
 {
     m_system->writeMounts(
-        "40 1 8:1 / /media/anna/My\\040disk rw,nosuid,nodev,noexec,noatime - ext4 /dev/sda1 "
+        "40 1 8:1 / /media/anna/My\\040disk ro,nosuid,nodev,noexec,noatime - ext4 /dev/sda1 "
         "ro,norecovery\n"
-        "41 1 8:2 / /media/SHARED rw,nosuid,relatime - vfat /dev/sda2 rw,sync\n");
+        "41 1 8:2 / /media/DISK#1 rw,nosuid,relatime - vfat /dev/sda2 ro,sync\n"); // read-only after an error
     m_system->write("/run/mount/utab",
         "SRC=/dev/sda1 TARGET=/media/anna/My\\040disk ROOT=/ OPTS=uhelper=udisks2\n"
-        "SRC=/dev/sda2 TARGET=/media/SHARED ROOT=/ OPTS=x-test,uhelper=udisks2\n");
+        "SRC=/dev/sda2 TARGET=/media/DISK#1 ROOT=/ OPTS=x-test,uhelper=udisks2\n");
     const auto first = readVolumeMounts(u"/dev/sda1"_s, m_system->root());
     QCOMPARE(first.size(), 1U);
     QCOMPARE(first.front().place, u"/media/anna/My disk"_s);

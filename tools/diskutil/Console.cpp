@@ -79,13 +79,13 @@ void Console::heedInput()
     connect(m_inputNotifier, &QSocketNotifier::activated, this, &Console::inputArrived);
 }
 
-// Writes everything, and waits for a reader who is slow. Once the run has been interrupted, what the reader
-// does not take at once is dropped. Returns false when the reader has gone.
+// Writes everything, and waits for a reader who is slow. Once the run has been interrupted or the reader
+// counts as gone, what is not taken at once is dropped. Returns false when the reader has gone.
 bool Console::write(const FileDescriptor &own, int fd, QByteArrayView bytes)
 {
     const int target = own.isOpen() ? own.number() : fd;
     while (!bytes.isEmpty()) {
-        if (m_isInterrupted && !isWritable(target))
+        if (isHurried() && !isWritable(target))
             return true;
         const ssize_t written = ::write(target, bytes.data(), static_cast<std::size_t>(bytes.size()));
         if (written > 0)
@@ -102,7 +102,7 @@ void Console::awaitReader(int fd)
 {
     std::array<pollfd, 3> waiting { { { fd, POLLOUT, 0 }, { signalPipe[0], POLLIN, 0 },
         { m_inputNotifier ? STDIN_FILENO : -1, POLLIN, 0 } } };
-    if (poll(waiting.data(), waiting.size(), m_isInterrupted ? 0 : -1) <= 0)
+    if (poll(waiting.data(), waiting.size(), isHurried() ? 0 : -1) <= 0)
         return;
     if (waiting[1].revents)
         signalArrived();
@@ -172,16 +172,22 @@ void Console::outputClosed()
     }
 }
 
+// Who writes is not called back from within: they may have to end what they write of.
+void Console::emitLater(std::function<void()> signal)
+{
+    QMetaObject::invokeMethod(this, std::move(signal), Qt::QueuedConnection);
+}
+
 void Console::interrupt(const QString &reason)
 {
     if (m_isInterrupted)
         return;
     m_isInterrupted = true;
-    Q_EMIT interrupted(reason);
+    emitLater([this, reason] { Q_EMIT interrupted(reason); });
 }
 
 void Console::loseReader(const QString &reason)
 {
     if (!std::exchange(m_hasLostReader, true))
-        Q_EMIT readerLeft(reason);
+        emitLater([this, reason] { Q_EMIT readerLeft(reason); });
 }

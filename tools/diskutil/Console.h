@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
 // Standard output and standard error without buffers, what asks diskutil to stop, and the reader of its
-// output who leaves. A reader who takes nothing keeps diskutil waiting, and no signal. Main thread only.
+// output who leaves. Signals come from the event loop, never from within a write. A reader who takes nothing
+// keeps diskutil waiting, and no signal. Main thread only.
 #pragma once
 
 #include "platform/FileDescriptor.h"
@@ -9,6 +10,8 @@
 #include <QByteArray>
 #include <QObject>
 #include <QString>
+
+#include <functional>
 
 class QSocketNotifier;
 
@@ -22,16 +25,16 @@ public:
     // From now on, a byte on the standard input stops the run like a signal.
     void heedInput();
 
-    // Writes a line to the standard output. May emit any signal.
+    // Writes a line to the standard output.
     void say(const QString &line);
 
     // Writes a question to the standard error, and leaves the line open for the answer.
     void ask(const QString &question);
 
-    // Writes the bytes to the standard output as they are. May emit any signal.
+    // Writes the bytes to the standard output as they are.
     void pass(const QByteArray &bytes);
 
-    // Writes one line, with the program's name before it, to the standard error. May emit any signal.
+    // Writes one line, with the program's name before it, to the standard error.
     void complain(const QString &line);
 
 Q_SIGNALS:
@@ -48,6 +51,8 @@ private:
     void signalArrived();
     void inputArrived();
     void outputClosed();
+    bool isHurried() const { return m_isInterrupted || m_hasLostReader; }
+    void emitLater(std::function<void()> signal);
     void interrupt(const QString &reason);
     void loseReader(const QString &reason);
 

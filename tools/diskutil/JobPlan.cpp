@@ -128,7 +128,9 @@ std::optional<Refusal> refusalOfVerdict(const JobPlan &plan, const HeldDevice &d
     if (device.identity() != plan.identity)
         return Refusal { ExitCode::DeviceGone, u"%1 has gone; %2"_s.arg(plan.medium.bsdName, rest) };
     const bool isToldByTool = end.kind == ToolEnd::Kind::Exited && end.code == unreadableExitStatus;
-    if (isToldByTool || !device.isReadable())
+    // A tool that is content has read what it needs. Many a reader tells of a block more than it has.
+    const bool isContent = end.kind == ToolEnd::Kind::Exited && end.code == 0;
+    if (isToldByTool || (!isContent && !device.isReadable()))
         return Refusal { ExitCode::DeviceUnreadable,
             u"%1 cannot be read to its end; %2"_s.arg(plan.medium.bsdName, rest) };
     return std::nullopt;
