@@ -238,6 +238,7 @@ void connectActions(ZorvexDiskManagerAppDelegate &controller, QMainWindow *windo
     connectButton(ui.formatButton, controller, &Controller::clickFormatButton);
     connectButton(ui.checkButton, controller, &Controller::clickCheckButton);
     connectButton(ui.repairButton, controller, &Controller::clickRepairButton);
+    QObject::connect(ui.maintenanceStatusRow, &StatusRow::stopClicked, &controller, &Controller::stopCheck);
     connectToButton(ui.actionMountUnmount, ui.mountUnmountButton, ui.rightTabView, ui.infoTab);
     connectAction(ui.actionEject, controller, &Controller::clickEjectMenuItem);
     connectFormatAction(ui);

@@ -215,6 +215,7 @@ public:
 
     Q_INVOKABLE void clickCheckButton(QObject *sender);
     Q_INVOKABLE void clickRepairButton(QObject *sender);
+    void stopCheck(); // of the selected volume
     void clickCheckRepairButton(QObject *sender, bool isRepair);
     void updateCheckRepairOutput(const CheckRepairOutputChunk &chunk);
     void checkRepairFinished(const DiskRecord &disk);

@@ -124,7 +124,7 @@ void startLook(QProcess &process)
 // Nothing is shown that could wait for this.
 QByteArray finishLook(QProcess &process)
 {
-    constexpr int timeLimit = 2000; // milliseconds
+    constexpr int timeLimit = 1000; // milliseconds
     if (process.state() != QProcess::NotRunning && !process.waitForFinished(timeLimit)) {
         process.kill();
         process.waitForFinished();

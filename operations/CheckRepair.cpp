@@ -13,7 +13,6 @@
 #include <QTimer>
 
 #include <algorithm>
-#include <cerrno>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -63,14 +62,14 @@ QString withComplaints(const QString &message, const std::optional<OutputBuffer>
     return complaints.isEmpty() ? message : QString(message + u'\n' + complaints);
 }
 
-// The runner's code is EIO when the tool has found errors or left some.
-void noteRunEnd(ZorvexDiskManagerDisk &disk, qint32 code)
+// Whatever else ends a run says nothing of the volume.
+void noteRunEnd(ZorvexDiskManagerDisk &disk, const std::optional<DiskutilFailure> &failure)
 {
     FinishedRun run;
     run.isRepair = disk.runningOperation == RunningOperation::Repair;
-    if (code == 0)
+    if (!failure)
         run.outcome = FinishedRun::Outcome::Clean;
-    else if (code == EIO)
+    else if (failure->exitStatus == diskutilFoundErrors)
         run.outcome = FinishedRun::Outcome::Errors;
     run.ended = QTime::currentTime();
     run.took = std::chrono::duration_cast<std::chrono::seconds>(
@@ -88,6 +87,12 @@ void ZorvexDiskManagerAppDelegate::clickCheckButton(QObject *sender)
 void ZorvexDiskManagerAppDelegate::clickRepairButton(QObject *sender)
 {
     clickCheckRepairButton(sender, true);
+}
+
+void ZorvexDiskManagerAppDelegate::stopCheck()
+{
+    if (const DiskRecord disk = selectedDisk(); disk && disk->runningOperation == RunningOperation::Check)
+        runningOperations.stopTool(disk);
 }
 
 void ZorvexDiskManagerAppDelegate::clickCheckRepairButton(QObject *, bool isRepair)
@@ -134,16 +139,19 @@ void ZorvexDiskManagerAppDelegate::doCheckRepair(const DiskRecord &disk, const Q
         systemLog(u"Error returned by invokeDiskutilWithVerb: %1"_s.arg(failure->code));
         relay->performAndWait([&] { disk->delegate->reportCheckRepairFailure(*disk, *failure, isRepair); });
     }
-    relay->perform([disk, code = failure ? failure->code : 0] {
-        noteRunEnd(*disk, code);
+    relay->perform([disk, failure] {
+        noteRunEnd(*disk, failure);
         disk->delegate->checkRepairFinished(disk);
     });
 }
 
-// Nothing is known of the volume of a disk that has gone or cannot be read: that is no verdict.
+// Nothing is known of the volume of a disk that has gone or cannot be read: that is no verdict. Who has
+// stopped a run need not be told that it ended.
 void ZorvexDiskManagerAppDelegate::reportCheckRepairFailure(
     const ZorvexDiskManagerDisk &disk, const DiskutilFailure &failure, bool isRepair)
 {
+    if (runningOperations.wasStopped(disk))
+        return;
     const QStringList name { nameToShow(getDisplayNameForDisk(disk)) };
     if (failure.exitStatus == diskutilDeviceGone)
         errorMessageWithTitle(formatLocalized(localizedString("DEVICE_GONE_TITLE_FMT"), name),

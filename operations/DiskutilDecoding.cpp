@@ -21,8 +21,6 @@ constexpr unsigned stopMark = 0x7F;
 // The stop signal 19 in its place: what a continued process reports, which does not count as stopped.
 constexpr unsigned continuedStatus = 0x1300;
 
-constexpr int verdictHasErrors = 1;
-
 // How diskutil and the shell begin what they write to their standard error.
 const QByteArray ownComplaintStart = "diskutil: "_ba;
 const QByteArray shellComplaintStart = "sh: "_ba;
@@ -31,10 +29,10 @@ std::optional<DiskutilFailure> decodeExitCode(int exitCode, const QString &verb)
 {
     if (exitCode == 0)
         return std::nullopt;
-    if (exitCode == verdictHasErrors && verb == "repairVolume"_L1)
+    if (exitCode == diskutilFoundErrors && verb == "repairVolume"_L1)
         return DiskutilFailure { EIO, u"Encountered errors when repairing the volume."_s,
             DiskutilFailure::OutputUse::Unused, exitCode };
-    if (exitCode == verdictHasErrors && verb == "verifyVolume"_L1)
+    if (exitCode == diskutilFoundErrors && verb == "verifyVolume"_L1)
         return DiskutilFailure { EIO,
             u"Encountered errors when checking the volume.\nFilesystem needs to be repaired."_s,
             DiskutilFailure::OutputUse::Unused, exitCode };

@@ -46,6 +46,9 @@ struct DiskutilFailure
     int exitStatus = 0; // of diskutil; 0 where the run has failed in another way
 };
 
+// How diskutil ends where a check has found errors, or a repair has left some.
+inline constexpr int diskutilFoundErrors = 1;
+
 // How diskutil ends where nothing can be said of the volume that it was to check or repair.
 inline constexpr int diskutilDeviceGone = 23;
 inline constexpr int diskutilDeviceUnreadable = 24;

@@ -16,8 +16,8 @@ void ZorvexDiskManagerAppDelegate::beginOperation(const DiskRecord &disk, Runnin
     runningOperations.begin(disk);
     disk->runningOperation = operation;
     disk->operationBegan = std::chrono::steady_clock::now();
-    if (isCheckOrRepair)
-        disk->finishedRun.reset();
+    if (isFormat || isCheckOrRepair)
+        disk->finishedRun.reset(); // it would tell of what is there no more
     // The operation shows its own tab, and keeps the other one if that is there already.
     disk->operationInProgressShowFormatTab
         = isFormat || (isCheckOrRepair && rightTabView->indexOf(formatTab) >= 0);

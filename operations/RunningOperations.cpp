@@ -3,9 +3,11 @@
 
 #include "platform/ShellPipe.h"
 
+#include <algorithm>
+
 void RunningOperations::begin(const DiskRecord &disk)
 {
-    m_runs.push_back({ disk, {} });
+    m_runs.push_back({ disk, {}, false });
 }
 
 void RunningOperations::finish(const DiskRecord &disk)
@@ -32,10 +34,29 @@ std::vector<DiskRecord> RunningOperations::writtenDisks() const
     return disks;
 }
 
+void RunningOperations::stop(Run &run)
+{
+    run.wasStopped = true;
+    if (const std::shared_ptr<ShellPipe> pipe = run.pipe.lock())
+        pipe->stop();
+}
+
+void RunningOperations::stopTool(const DiskRecord &disk)
+{
+    for (Run &run : m_runs) {
+        if (run.disk == disk)
+            stop(run);
+    }
+}
+
 void RunningOperations::stopTools()
 {
-    for (const Run &run : m_runs) {
-        if (const std::shared_ptr<ShellPipe> pipe = run.pipe.lock())
-            pipe->stop();
-    }
+    for (Run &run : m_runs)
+        stop(run);
+}
+
+bool RunningOperations::wasStopped(const ZorvexDiskManagerDisk &disk) const
+{
+    return std::any_of(m_runs.begin(), m_runs.end(),
+        [&disk](const Run &run) { return run.disk.get() == &disk && run.wasStopped; });
 }

@@ -23,15 +23,22 @@ public:
     // The media that are being repaired or formatted.
     std::vector<DiskRecord> writtenDisks() const;
 
-    // Tells each tool to end.
+    // Tells the tool of the disk to end, or each tool.
+    void stopTool(const DiskRecord &disk);
     void stopTools();
+
+    // Whether the disk's tool was told to end.
+    bool wasStopped(const ZorvexDiskManagerDisk &disk) const;
 
 private:
     struct Run
     {
         DiskRecord disk;
         std::weak_ptr<ShellPipe> pipe; // empty where no tool runs
+        bool wasStopped = false;
     };
+
+    static void stop(Run &run);
 
     std::vector<Run> m_runs;
 };

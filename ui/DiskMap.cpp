@@ -238,16 +238,6 @@ void DiskMapPart::paintEvent(QPaintEvent *)
     painter.setBrush(ColorRules::mix(filled, palette().color(QPalette::Window), 0.2));
     painter.drawRoundedRect(
         QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), units(cornerRadius), units(cornerRadius));
-    if (m_part.usedPercentage) {
-        QRectF strip(3, height() - units(stripHeight) - 3, width() - 6, units(stripHeight));
-        const qreal right = strip.right();
-        strip.setWidth(strip.width() * *m_part.usedPercentage / 100);
-        if (layoutDirection() == Qt::RightToLeft)
-            strip.moveRight(right);
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(filled);
-        painter.drawRoundedRect(strip, strip.height() / 2, strip.height() / 2);
-    }
     drawTexts(painter);
 }
 

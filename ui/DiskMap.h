@@ -23,7 +23,6 @@ public:
         QString size;
         QString toolTip;
         qint64 bytes = 0;
-        std::optional<int> usedPercentage;
         bool isLocked = false;
 
         friend bool operator==(const Part &, const Part &) = default;

@@ -30,6 +30,7 @@ DiskRecord ZorvexDiskManagerAppDelegate::selectedDisk() const
 
 void ZorvexDiskManagerAppDelegate::selectMedium(const QString &bsdName)
 {
+    leftOutlineView->expand(leftOutlineView->currentIndex()); // a row that is not shown cannot be selected
     for (int row = 0; row < leftOutlineView->numberOfRows(); ++row) {
         if (leftOutlineView->itemAtRow(row)->bsdName == bsdName) {
             leftOutlineView->selectRow(row);

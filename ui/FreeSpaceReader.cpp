@@ -68,7 +68,7 @@ qint64 FreeSpaceReader::freeSpaceOf(
 
     const QByteArray key = keyOf(volume);
     Known &known = m_known[key];
-    if (known.isAsking)
+    if (known.isAsking || std::exchange(known.isNew, false))
         return known.bytes;
     const auto answer = std::make_shared<Answer>();
     const int error = startDetachedThread([this, answer, key, volume, table = m_table, relay = m_relay] {
@@ -83,8 +83,9 @@ qint64 FreeSpaceReader::freeSpaceOf(
     if (error != 0)
         return known.bytes;
     std::unique_lock lock(answer->mutex);
-    known.isAsking = !answer->isReady.wait_for(lock, moment, [&answer] { return answer->bytes.has_value(); });
-    answer->isLate = known.isAsking;
+    known.isAsking = !answer->isReady.wait_for(lock, known.isSlow ? std::chrono::milliseconds {} : moment,
+        [&answer] { return answer->bytes.has_value(); });
+    known.isSlow = answer->isLate = known.isAsking;
     if (answer->bytes)
         known.bytes = *answer->bytes;
     return known.bytes;
@@ -94,6 +95,8 @@ void FreeSpaceReader::takeLateAnswer(const QByteArray &key, qint64 bytes)
 {
     Known &known = m_known[key];
     known.isAsking = false;
-    if (std::exchange(known.bytes, bytes) != bytes)
-        m_lateAnswer();
+    if (std::exchange(known.bytes, bytes) == bytes)
+        return;
+    known.isNew = true;
+    m_lateAnswer();
 }

@@ -24,7 +24,8 @@ public:
         std::function<void()> lateAnswer);
 
     // The free space in bytes of one of the mounted volumes. One that answers at once is waited for, for a
-    // moment. Otherwise this is what it answered last, and it is not asked again until it has answered.
+    // moment, unless its last answer was late. Otherwise this is what it answered last, and it is not asked
+    // again until it has answered and somebody has taken the answer.
     qint64 freeSpaceOf(const MountedFilesystem &volume, const std::vector<MountedFilesystem> &mounted);
 
 private:
@@ -32,6 +33,8 @@ private:
     {
         qint64 bytes = unknown;
         bool isAsking = false; // a worker is
+        bool isSlow = false; // the last answer has come late
+        bool isNew = false; // it has come since somebody wanted it
     };
 
     void takeLateAnswer(const QByteArray &key, qint64 bytes);

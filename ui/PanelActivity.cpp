@@ -22,7 +22,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-// How often the time of what runs is shown anew.
+// How often the time of what runs is shown again.
 constexpr std::chrono::milliseconds activityInterval { 500 };
 
 // What is done sooner is not told of.
@@ -143,7 +143,7 @@ void PanelStatus::showLabelLimit()
 
 void PanelStatus::showActivityOf(const ZorvexDiskManagerDisk &disk, const QString &text)
 {
-    m_controller.infoStatusLabel->setText(text + u" · " + StatusRow::durationText(secondsOf(disk)));
+    m_controller.infoStatusLabel->setText(text + u"\u00a0·\u00a0" + StatusRow::durationText(secondsOf(disk)));
     m_controller.infoDiskMap->hide();
     m_controller.infoUsageBar->setVisible(true);
     m_controller.infoUsageBar->setAccessibleName(text);
@@ -154,7 +154,7 @@ void PanelStatus::showActivityOf(const ZorvexDiskManagerDisk &disk, const QStrin
 void PanelStatus::showFormatRowOf(const ZorvexDiskManagerDisk &disk)
 {
     if (disk.runningOperation == RunningOperation::Format)
-        m_controller.formatStatusRow->showOperation(activityText(disk), std::nullopt, secondsOf(disk));
+        m_controller.formatStatusRow->showOperation(activityText(disk), std::nullopt, secondsOf(disk), false);
     else
         m_controller.formatStatusRow->showHint(formatLocalized(localizedString("FORMAT_ERASES_FMT"),
                                                    { m_controller.getDisplayNameForDisk(disk) }),
@@ -166,8 +166,8 @@ void PanelStatus::showMaintenanceRowOf(const ZorvexDiskManagerDisk &disk)
     const bool runs = disk.runningOperation == RunningOperation::Check
         || disk.runningOperation == RunningOperation::Repair;
     if (runs) {
-        m_controller.maintenanceStatusRow->showOperation(
-            activityText(disk), percentageOf(disk), secondsOf(disk));
+        m_controller.maintenanceStatusRow->showOperation(activityText(disk), percentageOf(disk),
+            secondsOf(disk), disk.runningOperation == RunningOperation::Check);
     } else if (disk.finishedRun) {
         const FinishedRun &run = *disk.finishedRun;
         const QString when = formatLocalized(localizedString("VERDICT_TIME_FMT"),

@@ -141,7 +141,9 @@ QString PanelStatus::statusTextOf(const ZorvexDiskManagerDisk &disk, std::option
     } else {
         text = localizedString(StatusRules::statusKey(status));
     }
-    if (StatusRules::tellsReadOnly(disk, status))
+    const PanelRules::Abilities abilities = PanelRules::abilitiesOf(
+        disk, m_controller.checkFilesystemBundlesList, m_controller.repairFilesystemBundlesList);
+    if (StatusRules::tellsReadOnly(disk, status) && abilities.check)
         text += u' ' + localizedString("STATUS_READ_ONLY_TEXT");
     return text;
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/StatusRow.h"
 
+#include "platform/Localization.h"
 #include "ui/color_rules.h"
 #include "ui/ElidingLabel.h"
 #include "ui/ImageResources.h"
@@ -10,6 +11,7 @@
 
 #include <QEvent>
 #include <QHBoxLayout>
+#include <QPushButton>
 
 #include <algorithm>
 
@@ -28,6 +30,7 @@ StatusRow::StatusRow(QWidget *parent)
     , m_bar(new UsageBar(this))
     , m_share(new QLabel(this))
     , m_time(new QLabel(this))
+    , m_stop(new QPushButton(localizedString("STOP_BUTTON_TITLE"), this))
 {
     m_text->setObjectName(u"statusText"_s);
     m_text->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
@@ -43,6 +46,8 @@ StatusRow::StatusRow(QWidget *parent)
     layout->addWidget(m_bar, 1);
     layout->addWidget(m_share);
     layout->addWidget(m_time);
+    layout->addWidget(m_stop);
+    connect(m_stop, &QPushButton::clicked, this, &StatusRow::stopClicked);
     setMinimumHeight(std::max(units(rowHeight), 2 * fontMetrics().lineSpacing()));
     show(Kind::Hint, {}, {});
 }
@@ -62,6 +67,7 @@ void StatusRow::show(Kind kind, const QString &text, const QString &glyph)
     m_bar->setVisible(kind == Kind::Operation);
     m_share->setVisible(kind == Kind::Operation && !m_share->text().isEmpty());
     m_time->setVisible(kind != Kind::Hint);
+    m_stop->setVisible(kind == Kind::Operation && m_canBeStopped);
     draw();
 }
 
@@ -71,8 +77,9 @@ void StatusRow::showHint(const QString &text, const QString &glyph)
 }
 
 void StatusRow::showOperation(
-    const QString &text, std::optional<int> percentage, std::chrono::seconds elapsed)
+    const QString &text, std::optional<int> percentage, std::chrono::seconds elapsed, bool canBeStopped)
 {
+    m_canBeStopped = canBeStopped;
     m_bar->showProgress(percentage);
     m_bar->setAccessibleName(text);
     m_share->setText(percentage ? QString(QString::number(*percentage) + u" %") : QString());

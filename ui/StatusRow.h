@@ -11,6 +11,7 @@
 
 class ElidingLabel;
 class QLabel;
+class QPushButton;
 class UsageBar;
 
 class StatusRow : public QWidget
@@ -23,8 +24,10 @@ public:
 
     // Each replaces what was shown. A glyph is the name of a drawing; empty for none.
     void showHint(const QString &text, const QString &glyph);
-    // With a percentage from 0 to 100, or as an activity without one.
-    void showOperation(const QString &text, std::optional<int> percentage, std::chrono::seconds elapsed);
+    // With a percentage from 0 to 100, or as an activity without one. One that can be stopped has a button
+    // for it.
+    void showOperation(
+        const QString &text, std::optional<int> percentage, std::chrono::seconds elapsed, bool canBeStopped);
     void showVerdict(const QString &text, const QString &glyph, const QString &when);
 
     // Whether a hint may take a second line. One that holds a name may not: names have any length.
@@ -37,6 +40,9 @@ public:
     // Minutes and seconds, such as 1:05.
     static QString durationText(std::chrono::seconds duration);
 
+Q_SIGNALS:
+    void stopClicked();
+
 protected:
     void changeEvent(QEvent *event) override;
 
@@ -48,10 +54,12 @@ private:
 
     Kind m_kind = Kind::Hint;
     bool m_wrapsHints = false;
+    bool m_canBeStopped = false;
     QString m_glyphName;
     QLabel *m_glyph;
     ElidingLabel *m_text;
     UsageBar *m_bar;
     QLabel *m_share;
     QLabel *m_time;
+    QPushButton *m_stop;
 };

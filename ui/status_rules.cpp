@@ -47,7 +47,9 @@ Status statusOf(const ZorvexDiskManagerDisk &disk, const Facts &facts)
     case ProbedContent::Kind::Other:
         break;
     }
-    return disk.volumeKind ? Status::NotMounted : Status::NotRecognized;
+    if (disk.volumeKind)
+        return Status::NotMounted;
+    return facts.content == ProbedContent::Kind::Other ? Status::OtherContent : Status::NotRecognized;
 }
 
 const char *statusKey(Status status)
@@ -73,6 +75,8 @@ const char *statusKey(Status status)
         return QT_TRID_NOOP("STATUS_RAID_TEXT");
     case Status::NotRecognized:
         return QT_TRID_NOOP("STATUS_NOT_RECOGNIZED_TEXT");
+    case Status::OtherContent:
+        return QT_TRID_NOOP("STATUS_OTHER_CONTENT_TEXT");
     case Status::NotMounted:
         break;
     }

@@ -22,6 +22,7 @@ enum class Status {
     LvmMember,
     RaidMember,
     NotRecognized,
+    OtherContent,
     NotMounted,
 };
 

@@ -455,9 +455,9 @@ MIT ライセンス
         <translation>使用済み %@ (%@%%)、残りわずか</translation>
     </message>
     <message id="STATUS_SPACE_UNKNOWN_TEXT">
-        <source>The file system does not tell how full it is.</source>
+        <source>It is not known how full the volume is.</source>
         <extracomment>Info page: a mounted volume whose free space is not known.</extracomment>
-        <translation>ファイルシステムの使用量は不明です。</translation>
+        <translation>ボリュームの使用量は不明です。</translation>
     </message>
     <message id="STATUS_LOCKED_TEXT">
         <source>Encrypted and locked. Mount asks for the passphrase.</source>
@@ -488,6 +488,11 @@ MIT ライセンス
         <source>No file system was recognized.</source>
         <extracomment>Info page: a medium without a known file system.</extracomment>
         <translation>ファイルシステムを認識できませんでした。</translation>
+    </message>
+    <message id="STATUS_OTHER_CONTENT_TEXT">
+        <source>It holds data that cannot be shown here.</source>
+        <extracomment>Sentence on the Info page for a volume whose content was recognized, but is no file system that can be mounted: a journal, a part of a cluster. It stands below the bar.</extracomment>
+        <translation>ここに表示できないデータが入っています。</translation>
     </message>
     <message id="GO_TO_FORMAT_TEXT">
         <source>Give it one on the Format page</source>
@@ -883,6 +888,11 @@ MIT ライセンス
         <source>&amp;Repair</source>
         <extracomment>Button: corrects errors in the file system of the volume.</extracomment>
         <translation>修復(&amp;R)</translation>
+    </message>
+    <message id="STOP_BUTTON_TITLE">
+        <source>Stop</source>
+        <extracomment>Button beside the progress of a check: ends it. Nothing on the volume has been changed.</extracomment>
+        <translation>中止</translation>
     </message>
     <message id="OUTPUT_ACCESSIBLE_NAME">
         <source>Check and repair output</source>

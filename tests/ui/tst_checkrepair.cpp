@@ -128,6 +128,7 @@ private Q_SLOTS:
     void refusalIsToldAsItsSentence();
     void verdictStaysOnThePage_data();
     void verdictStaysOnThePage();
+    void checkCanBeStopped();
     void lostDiskGetsNoVerdict_data();
     void lostDiskGetsNoVerdict();
     void stateWhileItRuns();
@@ -259,6 +260,7 @@ void TestCheckRepair::verdictStaysOnThePage_data()
     QTest::newRow("clean") << "exit 0\n"_ba << false << u"disk2s1: no errors found"_s;
     QTest::newRow("errors") << "exit 1\n"_ba << false << u"disk2s1: errors found, repair it"_s;
     QTest::newRow("refused") << "exit 6\n"_ba << false << u"disk2s1: not finished, nothing is known"_s;
+    QTest::newRow("killed") << "kill -9 $$\n"_ba << false << u"disk2s1: not finished, nothing is known"_s;
     QTest::newRow("repaired") << "exit 0\n"_ba << true << u"disk2s1: in order after the repair"_s;
     QTest::newRow("not repaired") << "exit 1\n"_ba << true << u"disk2s1: errors remain"_s;
 }
@@ -277,6 +279,27 @@ void TestCheckRepair::verdictStaysOnThePage()
     controller.leftOutlineView->selectRow(-1);
     controller.leftOutlineView->selectRow(controller.leftOutlineView->rowForItem(test.record));
     QCOMPARE(controller.maintenanceStatusRow->text(), verdict);
+}
+
+void TestCheckRepair::checkCanBeStopped()
+{
+    CheckTest test("echo begun\nread line <\"$pipe\"\n");
+    StatusRow *const row = test.controller().maintenanceStatusRow;
+    auto *const stop = row->findChild<QPushButton *>();
+    QVERIFY(!stop->isVisibleTo(row));
+    test.controller().checkButton->click();
+    QTRY_VERIFY(test.shown().contains(u"begun"_s));
+    QVERIFY(stop->isVisibleTo(row));
+    stop->click();
+    QTRY_VERIFY(!test.record->operationInProgress);
+    QCOMPARE(test.sheets().size(), 0);
+    QCOMPARE(row->text(), u"disk2s1: not finished, nothing is known"_s);
+    QVERIFY(!stop->isVisibleTo(row));
+    test.controller().repairButton->click();
+    QTRY_VERIFY(test.shown().contains(u"begun"_s));
+    QVERIFY(!stop->isVisibleTo(row)); // it writes
+    test.release();
+    QTRY_VERIFY(!test.record->operationInProgress);
 }
 
 void TestCheckRepair::lostDiskGetsNoVerdict_data()

@@ -124,7 +124,7 @@ void TestEveryone::cutValueIsItsToolTip()
     QCOMPARE(label->text(), longName);
     QCOMPARE(toolTipAt(label, label->rect().center()), longName);
     test.controller().rightTabView->setCurrentWidget(test.controller().maintenanceTab);
-    test.controller().maintenanceStatusRow->showOperation(longName, 42, {});
+    test.controller().maintenanceStatusRow->showOperation(longName, 42, {}, false);
     TestController::handlePostedEvents();
     auto *const activity = test.controller().maintenanceStatusRow->findChild<ElidingLabel *>();
     QVERIFY(activity->isVisible());

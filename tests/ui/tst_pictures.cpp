@@ -242,6 +242,7 @@ void show(TestController &test, const State &state)
     const DiskRecord busy = test.recordOf(u"disk2s2"_s);
     const bool isBusy = state.operation != RunningOperation::None;
     busy->runningOperation = state.operation;
+    busy->operationBegan = std::chrono::steady_clock::now() - std::chrono::seconds(42);
     busy->operationInProgress = isBusy;
     busy->operationInProgressShowFormatTab = isBusy;
     busy->operationInProgressShowMaintenanceTab = isBusy;

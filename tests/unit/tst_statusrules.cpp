@@ -41,7 +41,7 @@ void TestStatusRules::statusOfAMedium_data()
     QTest::addColumn<int>("freeSpace"); // -1 when it is not known
     QTest::addColumn<Status>("status");
     QTest::newRow("blank") << Kind::Nothing << false << false << -1 << Status::NotRecognized;
-    QTest::newRow("foreign") << Kind::Other << false << false << -1 << Status::NotRecognized;
+    QTest::newRow("foreign") << Kind::Other << false << false << -1 << Status::OtherContent;
     QTest::newRow("not mounted") << Kind::Filesystem << false << false << -1 << Status::NotMounted;
     QTest::newRow("mounted") << Kind::Filesystem << true << false << 101 << Status::Usage;
     QTest::newRow("almost full") << Kind::Filesystem << true << false << 100 << Status::AlmostFull;
