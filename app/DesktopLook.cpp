@@ -86,7 +86,7 @@ QByteArray toHex(const QPalette &palette)
 std::optional<QPalette> paletteFromHex(const QByteArray &text)
 {
     const std::vector<QPalette::ColorRole> roles = colorRoles();
-    const auto count = static_cast<qsizetype>(groups.size() * roles.size());
+    const qsizetype count = static_cast<qsizetype>(groups.size()) * static_cast<qsizetype>(roles.size());
     if (text.size() != count * hexDigitsOfAColor || !isWhole(QString::fromLatin1(text), u"[0-9a-f]*"_s))
         return std::nullopt;
     QPalette palette;
