@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
 // What happens while a check or a format runs: another disk is selected, the disk goes, the window is closed.
+#include "tests/support/FaultCheck.h"
 #include "tests/support/PatientFilesystem.h"
 #include "tests/support/RealWindow.h"
 
@@ -13,11 +14,14 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QDir>
+#include <QLabel>
 #include <QLineEdit>
 #include <QProcess>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QTest>
 
+#include <csignal>
 #include <cstdlib>
 
 using namespace Qt::Literals::StringLiterals;
@@ -66,6 +70,7 @@ private Q_SLOTS:
     void diskThatGoesDuringAFormat();
     void windowThatIsClosedDuringACheck();
     void volumeOfTheSystemIsNotForced();
+    void driverThatHangsFreezesNothing();
 
 private:
     PatientFilesystem m_patient;
@@ -171,6 +176,40 @@ void TestWindowFaults::diskThatGoesDuringAFormat()
     QCOMPARE(window.sheets().size(), 1);
     QVERIFY(window.sheets().constFirst()->informativeText().startsWith(u"diskutil returned error code: "_s));
     window.endSheet(AlertSheet::firstButtonReturn);
+}
+
+// A program serves NTFS here. It stands still, as it does on a dying disk.
+void TestWindowFaults::driverThatHangsFreezesNothing()
+{
+    const LoopDisk disk({ { 40, QString::fromLatin1(LoopDisk::dataType), u"ntfs"_s, u"Slow"_s } });
+    RealWindow window;
+    FaultCheck check(window);
+    const auto isThere
+        = [&] { return window.recordOf(disk.node(1)) && window.recordOf(disk.node(1))->volumeKind; };
+    QTRY_VERIFY_WITH_TIMEOUT(isThere(), limit);
+    const DiskRecord volume = window.recordOf(disk.node(1));
+    window.select(volume);
+    window.controller().mountUnmountButton->click();
+    const QLabel *const space = window.controller().infoDiskSpaceLabel;
+    QTRY_VERIFY_WITH_TIMEOUT(space->text().contains(u" free of "_s), limit);
+    const QString told = space->text();
+
+    QByteArray driver;
+    QCOMPARE(runProgram(u"pgrep"_s, { u"--full"_s, u"ntfs.*"_s + disk.node(1) }, &driver), 0);
+    const pid_t pid = driver.trimmed().toInt();
+    QVERIFY(pid > 0);
+    QCOMPARE(kill(pid, SIGSTOP), 0);
+    const auto goOn = qScopeGuard([pid] { kill(pid, SIGCONT); });
+    window.controller().leftOutlineView->selectRow(-1);
+    window.select(volume);
+    for (int i = 0; i < 60; ++i) // as often as in a second of a check's output
+        window.controller().outlineViewSelectionDidChange();
+    QVERIFY(check.windowAnswers());
+    QCOMPARE(space->text(), told);
+    QCOMPARE(kill(pid, SIGCONT), 0);
+    QCOMPARE(check.problem({}), QString());
+    window.controller().mountUnmountButton->click();
+    QTRY_VERIFY_WITH_TIMEOUT(!volume->volumePath && !volume->operationInProgress, limit);
 }
 
 int TestWindowFaults::checkAndClose(const QString &node)
