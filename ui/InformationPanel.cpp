@@ -262,6 +262,7 @@ void ZorvexDiskManagerAppDelegate::outlineViewSelectionDidChange()
     showMountPathOf(disk.get());
     updateTabs(disk.get(), canFormat);
     setValue(filesystemLabel, texts.filesystem);
+    filesystemLabel->setVisible(!texts.filesystem.isEmpty()); // its gloss stands in its place
     setValue(bsdNameLabel, texts.bsdName);
     bsdNameLabel->setToolTip(texts.deviceNodeToolTip);
     setValue(deviceNodeLabel, texts.deviceNode);

@@ -141,6 +141,11 @@ void PanelStatus::showLabelLimit()
     m_controller.formatVolumeLabelField->setAccessibleDescription(limit);
 }
 
+bool PanelStatus::showsActivityOf(const ZorvexDiskManagerDisk &disk)
+{
+    return disk.operationInProgress && elapsedOf(disk) >= shortestActivity;
+}
+
 void PanelStatus::showActivityOf(const ZorvexDiskManagerDisk &disk, const QString &text)
 {
     m_controller.infoStatusLabel->setText(text + u"\u00a0·\u00a0" + StatusRow::durationText(secondsOf(disk)));
@@ -194,7 +199,7 @@ void PanelStatus::updateActivity()
     showMaintenanceRowOf(*disk);
     if (!disk->operationInProgress)
         m_timer.stop();
-    else if (elapsedOf(*disk) >= shortestActivity)
+    else if (showsActivityOf(*disk))
         showActivityOf(*disk, activityText(*disk));
     if (disk->operationInProgress && !m_timer.isActive())
         m_timer.start();

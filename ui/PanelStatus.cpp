@@ -194,6 +194,8 @@ void PanelStatus::showStatusOf(const ZorvexDiskManagerDisk &disk, std::optional<
     const DiskRecord whole = wholeDiskOf(disk);
     m_controller.infoPlaceLabel->setText(
         placeTextOf(disk), whole ? StatusRules::mediumGlyph(StatusRules::mediumOf(*whole)) : QString());
+    if (showsActivityOf(disk))
+        return;
     const Status status = statusOf(disk, freeSpace);
     const QString text = statusTextOf(disk, freeSpace);
     m_controller.infoStatusLabel->setText(text, statusGlyph(status));

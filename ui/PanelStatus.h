@@ -69,6 +69,7 @@ private:
     QString statusTextOf(const ZorvexDiskManagerDisk &disk, std::optional<qint64> freeSpace) const;
     QString partitionsTextOf(const ZorvexDiskManagerDisk &disk) const;
     void showMapOf(const ZorvexDiskManagerDisk &disk);
+    static bool showsActivityOf(const ZorvexDiskManagerDisk &disk); // in the place of the status
     void showActivityOf(const ZorvexDiskManagerDisk &disk, const QString &text);
     void showFormatRowOf(const ZorvexDiskManagerDisk &disk);
     void showMaintenanceRowOf(const ZorvexDiskManagerDisk &disk);

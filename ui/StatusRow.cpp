@@ -117,5 +117,9 @@ void StatusRow::changeEvent(QEvent *event)
 
 QString StatusRow::durationText(std::chrono::seconds duration)
 {
-    return u"%1:%2"_s.arg(duration.count() / 60).arg(duration.count() % 60, 2, 10, QLatin1Char('0'));
+    const auto twoDigits = [](qint64 number) { return u"%1"_s.arg(number, 2, 10, QLatin1Char('0')); };
+    const qint64 minutes = duration.count() / 60;
+    const QString seconds = twoDigits(duration.count() % 60);
+    return minutes < 60 ? u"%1:%2"_s.arg(minutes).arg(seconds)
+                        : u"%1:%2:%3"_s.arg(minutes / 60).arg(twoDigits(minutes % 60), seconds);
 }

@@ -37,7 +37,7 @@ public:
     QString text() const;
     bool showsOperation() const { return m_kind == Kind::Operation; }
 
-    // Minutes and seconds, such as 1:05.
+    // Minutes and seconds, such as 1:05, after the hours where there are any.
     static QString durationText(std::chrono::seconds duration);
 
 Q_SIGNALS:
