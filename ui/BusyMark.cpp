@@ -18,7 +18,7 @@ void drawBusyMark(QPainter &painter, const QWidget &view, const QRect &row, bool
         ring.moveLeft(row.left() + size / 2);
     else
         ring.moveRight(row.right() - size / 2);
-    const QPalette palette = view.palette();
+    const QPalette &palette = view.palette();
     const QColor color
         = palette.color(QPalette::Active, isSelected ? QPalette::HighlightedText : QPalette::Text);
     const QColor behind = palette.color(QPalette::Active, isSelected ? QPalette::Highlight : QPalette::Base);
