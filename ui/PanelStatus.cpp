@@ -100,7 +100,7 @@ QString PanelStatus::placeTextOf(const ZorvexDiskManagerDisk &disk) const
     const DiskRecord whole = wholeDiskOf(disk);
     if (!whole)
         return {};
-    const QString medium = localizedString(StatusRules::mediumKey(StatusRules::mediumOf(*whole)));
+    QString medium = localizedString(StatusRules::mediumKey(StatusRules::mediumOf(*whole)));
     if (whole.get() == &disk)
         return medium;
     const QString on = formatLocalized(
@@ -119,7 +119,7 @@ QString PanelStatus::partitionsTextOf(const ZorvexDiskManagerDisk &disk) const
             mounted += child.disk->volumePath ? 1 : 0;
             unused -= child.disk->mediaSize ? child.disk->mediaSize->longLongValue() : 0;
         });
-    const QString volumes = formatLocalized(
+    QString volumes = formatLocalized(
         localizedString("STATUS_PARTITIONS_FMT"), { QString::number(count), QString::number(mounted) });
     if (unused < leastUnused)
         return volumes;
