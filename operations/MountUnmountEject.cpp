@@ -83,7 +83,7 @@ DADiskCompletion completionWithContext(DiskRequestCallback callback, const DiskR
 void ZorvexDiskManagerAppDelegate::clickMountUnmountButton(QObject *)
 {
     const DiskRecord disk = selectedDisk();
-    if (!disk || disk->operationInProgress || hasSelectionJustMoved())
+    if (!disk || disk->operationInProgress)
         return;
     const bool ejects = PanelRules::isEjectable(*disk);
     beginOperation(disk,
@@ -104,7 +104,7 @@ void ZorvexDiskManagerAppDelegate::clickMountUnmountButton(QObject *)
 void ZorvexDiskManagerAppDelegate::clickEjectMenuItem(QObject *)
 {
     const DiskRecord disk = selectedDisk();
-    if (!disk || disk->operationInProgress || hasSelectionJustMoved() || !PanelRules::canBeEjected(*disk))
+    if (!disk || disk->operationInProgress || !PanelRules::canBeEjected(*disk))
         return;
     beginOperation(disk, RunningOperation::Eject);
     session->unmount(
