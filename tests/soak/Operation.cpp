@@ -8,6 +8,7 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QTest>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -15,6 +16,9 @@ namespace {
 
 void press(QAbstractButton *button, const SoakVolume &volume)
 {
+    // A press right after the selection has moved by itself is meant for another disk, and ignored.
+    SoakWorld::require(QTest::qWaitFor([&] { return !volume.window->controller().hasSelectionJustMoved(); }),
+        u"the selection does not rest"_s);
     SoakWorld::require(button->isEnabled(), u"a button is disabled for "_s + volume.node);
     button->click();
 }
