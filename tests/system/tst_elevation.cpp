@@ -179,6 +179,9 @@ void ElevationTest::startHeldAs(UserProcess &process, const QStringList &argumen
     addEnvironment(process, u"DISPLAY"_s, QString::fromLatin1(m_display));
     addEnvironment(process, u"XAUTHORITY"_s, qEnvironmentVariable("XAUTHORITY"));
     addEnvironment(process, u"XDG_RUNTIME_DIR"_s, runtimeFolderOf(process.user()));
+    // Without an address, the bus library starts a bus on the display, and leaves it behind.
+    addEnvironment(process, u"DBUS_SESSION_BUS_ADDRESS"_s,
+        u"unix:path="_s + runtimeFolderOf(process.user()) + u"/bus"_s);
     process.startHeld(program, arguments);
 }
 
