@@ -6,6 +6,7 @@
 #include "filesystems/VolumeClaims.h"
 #include "platform/DesktopUser.h"
 #include "platform/DiskArbitration.h"
+#include "platform/SystemScope.h"
 #include "tools/diskutil/Console.h"
 #include "tools/diskutil/DiskJob.h"
 #include "tools/diskutil/EncryptionJob.h"
@@ -98,13 +99,23 @@ private:
         if (!isAvailable)
             finish(serviceUnavailable());
         else if (const auto operation = PreflightRules::operationOfVerb(m_line.verb))
-            startJob(*operation);
+            startJobWhereItCanEnd(*operation);
         else if (EncryptionJob::isFor(m_line.verb))
             startEncryptionJob();
         else if (m_line.verb == Verb::Info)
             finish(printInfo(m_media, m_line.device, m_console));
         else
             finish(printList(m_media, m_console));
+    }
+
+    // What is being written to a disk does not end with its user's session: half of a repair is worse than
+    // none.
+    void startJobWhereItCanEnd(Operation operation)
+    {
+        if (operation == Operation::Verify || !endsWithUserSession())
+            startJob(operation);
+        else
+            moveToSystemScope(QCoreApplication::instance(), [this, operation] { startJob(operation); });
     }
 
     void startJob(Operation operation)

@@ -1,0 +1,164 @@
+// SPDX-License-Identifier: MIT
+#include "platform/SystemScope.h"
+
+#include "platform/dbus/PendingReply.h"
+
+#include <QDBusArgument>
+#include <QDBusConnection>
+#include <QDBusMetaType>
+#include <QDBusObjectPath>
+#include <QDBusVariant>
+#include <QFile>
+#include <QTimer>
+
+#include <chrono>
+#include <unistd.h>
+
+using namespace Qt::Literals::StringLiterals;
+
+// As the bus has them: (sv) and (sa(sv)).
+struct UnitProperty
+{
+    QString name;
+    QDBusVariant value;
+};
+struct AuxiliaryUnit
+{
+    QString name;
+    QList<UnitProperty> properties;
+};
+Q_DECLARE_METATYPE(UnitProperty)
+Q_DECLARE_METATYPE(AuxiliaryUnit)
+
+QDBusArgument &operator<<(QDBusArgument &argument, const UnitProperty &property)
+{
+    argument.beginStructure();
+    argument << property.name << property.value;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument &operator>>(const QDBusArgument &argument, UnitProperty &property)
+{
+    argument.beginStructure();
+    argument >> property.name >> property.value;
+    argument.endStructure();
+    return argument;
+}
+
+QDBusArgument &operator<<(QDBusArgument &argument, const AuxiliaryUnit &unit)
+{
+    argument.beginStructure();
+    argument << unit.name << unit.properties;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument &operator>>(const QDBusArgument &argument, AuxiliaryUnit &unit)
+{
+    argument.beginStructure();
+    argument >> unit.name >> unit.properties;
+    argument.endStructure();
+    return argument;
+}
+
+namespace {
+
+const QString service = u"org.freedesktop.systemd1"_s;
+const QString path = u"/org/freedesktop/systemd1"_s;
+const QString interface = u"org.freedesktop.systemd1.Manager"_s;
+constexpr std::chrono::seconds timeLimit { 3 };
+
+// One move. It lives until it is known how that has ended.
+class ScopeMove : public QObject
+{
+    Q_OBJECT
+
+public:
+    ScopeMove(QObject *context, std::function<void()> done)
+        : QObject(context)
+        , m_done(std::move(done))
+    {
+    }
+
+    void begin();
+
+private Q_SLOTS:
+    void jobRemoved(const QDBusMessage &signal);
+
+private:
+    using Job = std::pair<QString, QString>; // who carries it out, and its path
+
+    void answered(const QDBusMessage &reply);
+    void end();
+
+    std::function<void()> m_done;
+    QList<Job> m_removedJobs;
+    Job m_job;
+};
+
+void ScopeMove::begin()
+{
+    qDBusRegisterMetaType<UnitProperty>();
+    qDBusRegisterMetaType<QList<UnitProperty>>();
+    qDBusRegisterMetaType<AuxiliaryUnit>();
+    qDBusRegisterMetaType<QList<AuxiliaryUnit>>();
+    QDBusConnection bus = QDBusConnection::systemBus();
+    // Who answers is the one to listen to.
+    bus.connect(QString(), path, interface, u"JobRemoved"_s, this, SLOT(jobRemoved(QDBusMessage)));
+    const auto process = static_cast<uint>(getpid());
+    const QList<UnitProperty> properties {
+        { u"Description"_s, QDBusVariant(u"Zorvex Disk Manager writes to a disk"_s) },
+        { u"PIDs"_s, QDBusVariant(QVariant::fromValue(QList<uint> { process })) },
+        { u"CollectMode"_s, QDBusVariant(u"inactive-or-failed"_s) },
+    };
+    QDBusMessage call = QDBusMessage::createMethodCall(service, path, interface, u"StartTransientUnit"_s);
+    call << u"zorvex-diskutil-%1.scope"_s.arg(process) << u"fail"_s << QVariant::fromValue(properties)
+         << QVariant::fromValue(QList<AuxiliaryUnit>());
+    call.setAutoStartService(false);
+    onReply(bus.asyncCall(call), this, [this](const QDBusMessage &reply) { answered(reply); });
+    QTimer::singleShot(timeLimit, this, &ScopeMove::end);
+}
+
+void ScopeMove::answered(const QDBusMessage &reply)
+{
+    m_job = { reply.service(), reply.arguments().value(0).value<QDBusObjectPath>().path() };
+    if (reply.type() != QDBusMessage::ReplyMessage || m_removedJobs.contains(m_job))
+        end();
+}
+
+void ScopeMove::jobRemoved(const QDBusMessage &signal)
+{
+    const Job job { signal.service(), signal.arguments().value(1).value<QDBusObjectPath>().path() };
+    m_removedJobs.append(job);
+    if (job == m_job)
+        end();
+}
+
+void ScopeMove::end()
+{
+    if (const auto done = std::exchange(m_done, {})) {
+        deleteLater();
+        done();
+    }
+}
+
+} // namespace
+
+bool endsWithUserSession(const QByteArray &controlGroups)
+{
+    return controlGroups.contains(":/user.slice/");
+}
+
+bool endsWithUserSession()
+{
+    QFile file(u"/proc/self/cgroup"_s);
+    return file.open(QIODevice::ReadOnly) && endsWithUserSession(file.readAll());
+}
+
+void moveToSystemScope(QObject *context, std::function<void()> done)
+{
+    (new ScopeMove(context, std::move(done)))->begin();
+}
+
+#include "SystemScope.moc"
