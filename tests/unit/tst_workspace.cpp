@@ -29,10 +29,12 @@ private slots:
     void folderIsHandedToTheDesktopWithoutAFileManagerOnTheBus();
     void noFileManagerIsTold();
     void programsOfTheDesktopRunAsItsUser();
+    void fileManagerOfAnotherUserIsAskedInTheirName();
     void nothingIsRunForAUserWhoCannotBeLookedUp();
 
 private:
     void writeDesktop(const QByteArray &script);
+    void writeProgram(const QString &name, const QByteArray &script);
     std::optional<bool> openDocument(const QString &path);
     std::optional<bool> openFolder(const QString &path);
     QString note() const;
@@ -62,7 +64,13 @@ void WorkspaceTest::cleanup()
 // The only xdg-open that is found from here on.
 void WorkspaceTest::writeDesktop(const QByteArray &script)
 {
-    QFile file(m_folder->filePath(u"xdg-open"_s));
+    writeProgram(u"xdg-open"_s, script);
+}
+
+// The programs of this folder are the only ones that are found from here on.
+void WorkspaceTest::writeProgram(const QString &name, const QByteArray &script)
+{
+    QFile file(m_folder->filePath(name));
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.write("#!/bin/sh\nPATH=/usr/bin:/bin\n" + script);
     file.close();
@@ -164,6 +172,27 @@ void WorkspaceTest::programsOfTheDesktopRunAsItsUser()
     QCOMPARE(note(), u"65534 65534 65534 /nonexistent /run/user/65534 []\n"_s);
     qputenv("PKEXEC_UID", "0; id");
     QVERIFY(!desktopUser());
+}
+
+// The bus of their session may refuse root.
+void WorkspaceTest::fileManagerOfAnotherUserIsAskedInTheirName()
+{
+    if (geteuid() != 0)
+        QSKIP("Only root runs at somebody's wish.");
+    qputenv("PKEXEC_UID", "65534");
+    writeDesktop("touch \"${0%/*}/desktop\"");
+    writeProgram(u"dbus-send"_s, "printf '%s|' \"$(id -u)\" \"$@\" >\"${0%/*}/note\"");
+    QCOMPARE(openFolder(u"/media/a, b"_s), std::optional<bool>(true));
+    QCOMPARE(note(),
+        u"65534|--session|--print-reply|--reply-timeout=20000|--dest=org.freedesktop.FileManager1|"
+        "/org/freedesktop/FileManager1|org.freedesktop.FileManager1.ShowFolders|array:string:file:///media/"
+        "a%2C%20b|"
+        "string:|"_s);
+    QVERIFY(!QFile::exists(m_folder->filePath(u"desktop"_s)));
+
+    writeProgram(u"dbus-send"_s, "exit 1");
+    QCOMPARE(openFolder(u"/"_s), std::optional<bool>(true));
+    QVERIFY(QFile::exists(m_folder->filePath(u"desktop"_s)));
 }
 
 // A directory service that is away knows nobody for a while. Then nothing is run, and not as root either.
