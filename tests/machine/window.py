@@ -8,6 +8,7 @@ from qemu import MachineError
 PROGRAM = "zorvex-disk-manager"
 AGENT = "polkit-mate-authentication-agent-1"
 LIMIT = 180  # seconds; the machine is slow, and others may use the computer
+CLICKS, CLICK_LIMIT = 5, 20  # how often a row is clicked, and the seconds that it has to be selected
 
 
 class Window:
@@ -39,10 +40,16 @@ class Window:
 
     # What it shows
 
-    def _look(self, kind, **query):
+    def _ask(self, kind, **query):
         query.setdefault("application", PROGRAM)
         query.setdefault("limit", LIMIT)
-        status, output = self.machine.look(self.user, kind=kind, **query)
+        return self.machine.look(self.user, kind=kind, **query)
+
+    def _shows(self, **query):
+        return self._ask("find", **query)[0] == 0
+
+    def _look(self, kind, **query):
+        status, output = self._ask(kind, **query)
         if status != 0:
             raise MachineError(f"the window does not show this: {kind} {query}\n{output}")
         return output
@@ -71,8 +78,13 @@ class Window:
         self.wait_gone("tree item", name=f"{re.escape(name)}.*", states=[])
 
     def select(self, name):
-        self._click(self.wait("tree item", name=f"{re.escape(name)}.*"))
-        self.wait("tree item", name=f"{re.escape(name)}.*", states=["selected"])
+        row = {"role": "tree item", "name": f"{re.escape(name)}.*"}
+        # A window that has just come may be put elsewhere between the look and the click.
+        for _ in range(CLICKS):
+            self._click(self.wait(**row))
+            if self._shows(**row, states=["selected"], limit=CLICK_LIMIT):
+                return
+        self.wait(**row, states=["selected"])
 
     def page(self, name):
         self._look("press", role="page tab", name=name, states=["showing"])
@@ -80,9 +92,14 @@ class Window:
 
     # What a user does
 
-    def press(self, name):
+    def press(self, name, **query):
         """Presses a button once it can be pressed."""
-        self._look("press", role="button", name=name, states=["showing", "enabled"])
+        self._look("press", role="button", name=name, states=["showing", "enabled"], **query)
+
+    def press_link(self, text):
+        """Clicks the link that the text field shows."""
+        left, top, _, height = self.wait("text", text=re.escape(text))["place"]
+        self.machine.click(left + height, top + height // 2)
 
     def type_into(self, role, name, text):
         self._look("type", role=role, name=name, states=["showing", "enabled"], typed=text)

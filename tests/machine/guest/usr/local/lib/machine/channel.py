@@ -13,7 +13,7 @@ import threading
 import time
 
 PORT = "/dev/virtio-ports/machine.channel"
-EYES_LOG = "/run/machine-eyes.log"
+EYES_LOG = "/run/machine-eyes.{user}.log"
 ENOUGH = 1 << 20  # bytes of output that an answer has at most
 REPEAT = 0.1  # seconds until a condition that did not hold is looked at again
 
@@ -22,7 +22,7 @@ class Channel:
     def __init__(self):
         self.port = os.open(PORT, os.O_RDWR)
         self.write_lock = threading.Lock()
-        self.eyes = None
+        self.eyes = {}  # by user
 
     def answer(self, **answer):
         line = json.dumps(answer).encode() + b"\n"
@@ -87,16 +87,20 @@ def run(request):
 
 def ask_eyes(channel, request):
     """What the windows of the user's session show: asked of a program in that session, which stays."""
+    user = request["user"]
+    log_file = EYES_LOG.format(user=user)
     with EYES_LOCK:
-        if channel.eyes is None or channel.eyes.poll() is not None:
-            command = in_session(request["user"], ["python3", "/usr/local/lib/machine/eyes.py"])
-            with open(EYES_LOG, "w") as log:
-                channel.eyes = subprocess.Popen(command, stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=log, text=True)
-        channel.eyes.stdin.write(json.dumps(request["look"]) + "\n")
-        channel.eyes.stdin.flush()
-        answer = channel.eyes.stdout.readline()
+        eyes = channel.eyes.get(user)
+        if eyes is None or eyes.poll() is not None:
+            command = in_session(user, ["python3", "/usr/local/lib/machine/eyes.py"])
+            with open(log_file, "w") as log:
+                eyes = subprocess.Popen(command, stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=log, text=True)
+            channel.eyes[user] = eyes
+        eyes.stdin.write(json.dumps(request["look"]) + "\n")
+        eyes.stdin.flush()
+        answer = eyes.stdout.readline()
     if not answer:
-        with open(EYES_LOG) as log:
+        with open(log_file) as log:
             return {"status": -1, "output": "the program that looks at the windows has ended:\n" + log.read()}
     return json.loads(answer)
 
