@@ -138,6 +138,30 @@ class Attacks(DiskutilCase):
                 process.communicate(timeout=LIMIT)
                 self.assertEqual(process.returncode, case.SUCCESS)
 
+    def test_a_disk_and_its_partitions_are_worked_on_one_after_the_other(self):
+        """Also where the tool claims nothing. udev and others share the lock of the disk while they look at it."""
+        self.make_volume()
+        fifo = f"{self.folder}/fifo"
+        os.mkfifo(fifo)
+        self.install_witness(f"echo ready\nread -r line <{fifo}\n")
+        with subprocess.Popen([DISKUTIL, "verifyVolume", self.node], stdout=subprocess.PIPE) as process:
+            while process.stdout.readline() not in (b"ready\n", b""):
+                pass
+            for verb in ["eraseVolume", "eraseDisk"]:
+                self.assert_refused(case.IN_USE, "is in use", verb, "ext4", "Name", self.disk.node)
+            with open(fifo, "w") as go:
+                go.write("\n")
+            process.communicate(timeout=LIMIT)
+            self.assertEqual(process.returncode, case.SUCCESS)
+        with open(f"{RESOURCES}/work", "w") as work:
+            work.write("#!/bin/sh\nexit 0\n")
+        with open(self.disk.node, "rb") as disk:
+            fcntl.flock(disk, fcntl.LOCK_EX)
+            for arguments in VERBS[:1] + VERBS[2:]:
+                self.assert_refused(case.IN_USE, "is in use", *arguments, self.node)
+            fcntl.flock(disk, fcntl.LOCK_SH)
+            self.assert_exit(diskutil("verifyVolume", self.node), case.SUCCESS)
+
     def start_and_hold(self, arguments):
         """Starts diskutil on a device that is held, so that it has looked at everything and waits."""
         self.claim = os.open(self.node, os.O_RDONLY | os.O_EXCL)
@@ -292,8 +316,9 @@ class Attacks(DiskutilCase):
         self.assertIn("env:PATH=/usr/sbin:/usr/bin:/sbin:/bin", lines)
         # The shell has its script open as the tenth.
         self.assertEqual([line for line in lines if line.startswith("fd:")], ["fd:0", "fd:1", "fd:2"])
-        # The lock on the device lives as long as the tool.
-        self.assertEqual([line for line in lines if line.startswith("held:")], [f"held:{self.node}"])
+        # The locks on the device and its disk live as long as the tool.
+        self.assertEqual([line for line in lines if line.startswith("held:")],
+                         [f"held:{self.node}", f"held:{self.disk.node}"])
         self.assertIn("input:empty", lines)
         self.assertEqual([line for line in lines if line.startswith("Sig")],
                          ["SigBlk: 0000000000000000", "SigIgn: 0000000000000000"])

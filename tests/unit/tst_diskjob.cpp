@@ -98,7 +98,8 @@ public:
     std::optional<DeviceIdentity> identity { DeviceIdentity { 1, 2, 2048, 4 } };
     std::optional<DeviceIdentity> heldIdentity = identity;
     bool isTaken = false; // the new partition, by the kernel
-    bool isClaimed = false;
+    int openError = 0;
+    int takingError = 0;
     bool takesPartitions = true;
 
     // What came of it.
@@ -152,8 +153,8 @@ private:
         machine.readDeviceIdentity = [this](const auto &) { return identity; };
         machine.holdDevice = [this](const QString &held) {
             heldNodes.append(held);
-            return HeldDevice { [this] { return heldIdentity; }, [this](Claimant) { return !isClaimed; },
-                [] { return std::vector { 3 }; }, [] { return true; } };
+            return HeldDevice { [this] { return heldIdentity; }, [this](Claimant) { return takingError; },
+                [] { return std::vector { 3 }; }, [] { return true; }, openError };
         };
         machine.takesPartitions = [this](const auto &) { return takesPartitions; };
         machine.makeOnlyPartition = [this](const auto &...) { return isTaken; };
@@ -190,6 +191,7 @@ private Q_SLOTS:
     void refusedUnmountMountsAgain();
     void exchangedDisk();
     void diskThatIsNeverFree();
+    void diskThatHasGone();
     void failedTable_data();
     void failedTable();
     void partitionThatNeverComes();
@@ -213,9 +215,9 @@ void TestDiskJob::wholeCourse()
     run.grant(run.second);
     QCOMPARE(run.programs(), QStringList { u"wipefs"_s });
     QCOMPARE(run.tools.commands.back().arguments.mid(2), QStringList({ diskNode + u'1', diskNode + u'2' }));
-    // The disk and its partitions are locked until the table is there.
-    QCOMPARE(run.heldNodes, QStringList({ diskNode, diskNode + u'1', diskNode + u'2' }));
-    QCOMPARE(run.tools.commands.back().descriptors.size(), 3U);
+    // Who works on a partition shares the lock on the disk, which is held until the table is there.
+    QCOMPARE(run.heldNodes, QStringList { diskNode });
+    QCOMPARE(run.tools.commands.back().descriptors, std::vector { 3 });
     run.tools.run(0);
     QCOMPARE(run.programs(), QStringList({ u"wipefs"_s, u"sfdisk"_s }));
     QCOMPARE(run.tools.commands.back().arguments.constLast(), diskNode);
@@ -271,7 +273,7 @@ void TestDiskJob::whatWasUnmountedIsMountedAsItWas()
     Run run(limits);
     Run::mount(run.first);
     run.mounts = { { u"/media/anna/X"_s, true, u"anna"_s, { u"ro"_s } } };
-    run.isClaimed = true;
+    run.takingError = EBUSY;
     run.start();
     run.grant(run.first);
     QTRY_COMPARE(run.service.requests().size(), 1U);
@@ -350,10 +352,25 @@ void TestDiskJob::diskThatIsNeverFree()
     limits.claimStep = 1ms;
     limits.claim = 10ms;
     Run run(limits);
-    run.isClaimed = true;
+    run.takingError = EBUSY;
     run.start();
     QTRY_COMPARE(run.exits, only(ExitCode::InUse));
     QVERIFY(run.programs().isEmpty());
+}
+
+void TestDiskJob::diskThatHasGone()
+{
+    Run unplugged;
+    unplugged.openError = ENOENT;
+    unplugged.heldIdentity.reset();
+    unplugged.start();
+    QCOMPARE(unplugged.exits, only(ExitCode::DeviceGone));
+
+    Run emptied;
+    emptied.takingError = ENOMEDIUM;
+    emptied.start();
+    QCOMPARE(emptied.exits, only(ExitCode::DeviceGone));
+    QCOMPARE(emptied.complained, QStringList { u"disk2 has gone"_s });
 }
 
 void TestDiskJob::failedTable_data()

@@ -116,6 +116,8 @@ std::variant<DiskPlan, std::vector<Refusal>> planDisk(
 std::optional<Refusal> refusalOfDiskHandOver(
     const DiskPlan &plan, const HeldDevice &device, const std::vector<Medium> &media, const Machine &machine)
 {
+    if (device.openError != 0)
+        return PreflightRules::refusalOfTaking(plan.disk, device.openError);
     if (!isSameMedium(plan.identity, plan.disk.deviceNode, device, machine))
         return Refusal { ExitCode::MediumChanged,
             u"%1 is no longer the same disk"_s.arg(plan.disk.deviceNode) };

@@ -111,6 +111,8 @@ bool isSameMedium(const std::optional<DeviceIdentity> &identity, const QString &
 std::optional<Refusal> refusalOfHandOver(
     const JobPlan &plan, const HeldDevice &device, const std::vector<Medium> &media, const Machine &machine)
 {
+    if (device.openError != 0)
+        return PreflightRules::refusalOfTaking(plan.medium, device.openError);
     if (!isSameMedium(plan.identity, plan.medium.deviceNode, device, machine))
         return Refusal { ExitCode::MediumChanged,
             u"%1 is no longer the same disk"_s.arg(plan.medium.deviceNode) };

@@ -180,7 +180,8 @@ HeldDevice holdDevice(const QString &deviceNode)
     const auto device = std::make_shared<OpenDevice>(deviceNode);
     return { [device] { return device->identity(); },
         [device](Claimant claimant) { return device->take(claimant); },
-        [device] { return device->descriptors(); }, [device] { return device->isReadable(); } };
+        [device] { return device->descriptors(); }, [device] { return device->isReadable(); },
+        device->openError() };
 }
 
 QString invokingUserName()

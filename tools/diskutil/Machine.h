@@ -53,14 +53,16 @@ struct HeldDevice
     // Of the device itself, wherever its node leads by now. Returns std::nullopt when it could not be opened.
     std::function<std::optional<DeviceIdentity>()> identity;
 
-    // Locks it, and claims it where the program does not. Returns false when somebody else has it.
-    std::function<bool(Claimant claimant)> take;
+    // Locks it, and claims it where the program does not. Returns 0, or why it could not, an errno value.
+    std::function<int(Claimant claimant)> take;
 
     // What a program inherits so that lock and claim live as long as it does.
     std::function<std::vector<int>()> descriptors;
 
     // Whether its first and its last block can be read.
     std::function<bool()> isReadable;
+
+    int openError = 0; // an errno value
 };
 
 HeldDevice holdDevice(const QString &deviceNode);
