@@ -340,7 +340,7 @@ class Attacks(DiskutilCase):
 
     def test_any_file_of_a_bundle_that_others_can_change(self):
         self.make_volume()
-        self.install_witness()
+        self.install_witness(FSFormatExecutable="work")
         os.makedirs(f"{RESOURCES}/lib/deep")
         helper = f"{RESOURCES}/lib/deep/helper"
         for change, words in [
@@ -353,9 +353,16 @@ class Attacks(DiskutilCase):
                 pass
             os.chmod(helper, 0o644)
             change()
-            self.assert_refused(case.UNTRUSTED_BUNDLE, words, "verifyVolume", self.node)
+            self.assert_refused(case.UNTRUSTED_BUNDLE, words, "eraseVolume", "Witness", "Name", self.node)
+            # It does not keep another from its volumes.
+            self.assertNotIn("arguments:", self.verify())
             os.unlink(helper)
-        self.assert_exit(diskutil("verifyVolume", self.node), case.SUCCESS)
+        self.assertIn("arguments:", self.verify())
+
+    def verify(self):
+        result = diskutil("verifyVolume", self.node)
+        self.assert_exit(result, case.SUCCESS)
+        return result.stdout
 
     def test_a_bundle_that_is_a_link(self):
         self.make_volume()

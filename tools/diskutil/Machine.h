@@ -3,6 +3,7 @@
 // What diskutil asks this machine. Every answer is read at the time of the call. Main thread only.
 #pragma once
 
+#include "filesystems/BundleScan.h"
 #include "platform/DesktopUserMount.h"
 #include "platform/DeviceUse.h"
 #include "platform/KernelPartitions.h"
@@ -15,6 +16,9 @@
 
 // The installed file system bundles, the program's own first.
 std::vector<FilesystemBundle> readInstalledBundles();
+
+// Lets those bundles be read whose executables this process may run. The others are read, too, but come last.
+BundleGuard guardOfBundlesToRun();
 
 // The situation of a medium. The other media tell what is mounted where this process does not see it.
 PreflightRules::DeviceSituation readDeviceSituation(const Medium &medium, const std::vector<Medium> &media);
