@@ -211,8 +211,13 @@ void TestDeviceUse::mountOfFstab()
     m_system->write(
         "/etc/fstab", "LABEL=Data /srv/data ext4 noauto 0 0\nLABEL=Kept /srv/kept ext4 defaults 0 0\n");
     QVERIFY(readVolumeMounts(u"/dev/sda1"_s, m_system->root()).front().isServices);
+    QCOMPARE(readVolumeMounts(u"/dev/sda1"_s, m_system->root()).front().user, QString());
     // The service would mount it for writing.
     QVERIFY(!readVolumeMounts(u"/dev/sda2"_s, m_system->root()).front().isServices);
+    // Whom fstab lets mount it may unmount it.
+    m_system->write("/run/mount/utab", "SRC=/dev/sda1 TARGET=/srv/data ROOT=/ OPTS=user=anna\n");
+    QVERIFY(readVolumeMounts(u"/dev/sda1"_s, m_system->root()).front().isServices);
+    QCOMPARE(readVolumeMounts(u"/dev/sda1"_s, m_system->root()).front().user, u"anna"_s);
 }
 
 void TestDeviceUse::mountByHand()
