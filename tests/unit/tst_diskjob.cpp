@@ -184,6 +184,7 @@ private Q_SLOTS:
     void wholeCourse();
     void readerWhoLeavesStopsNothingThatHasBegun();
     void whatWasUnmountedIsMountedAsItWas();
+    void mountThatCannotBeMadeAgain();
     void schemeThatIsAskedFor();
     void diskThatTakesNoPartitions();
     void everyPartInUseIsNamed();
@@ -281,6 +282,18 @@ void TestDiskJob::whatWasUnmountedIsMountedAsItWas()
     QCOMPARE(request.kind, MemoryDiskService::RequestKind::MountAgain);
     QCOMPARE(request.name, u"anna"_s);
     QCOMPARE(request.mountOptions, QStringList { u"ro"_s });
+}
+
+void TestDiskJob::mountThatCannotBeMadeAgain()
+{
+    Run run;
+    Run::mount(run.second);
+    run.mounts = { { u"/srv/x"_s, false, {}, {} } };
+    run.start();
+    QCOMPARE(run.exits, only(ExitCode::InUse));
+    QVERIFY(
+        run.complained.contains(u"disk2s2 is in use: it is mounted at /srv/x, not by the disk service"_s));
+    QVERIFY(run.service.requests().empty() && run.programs().isEmpty());
 }
 
 void TestDiskJob::schemeThatIsAskedFor()

@@ -367,7 +367,7 @@ void TestVolumeJob::newVolumeIsNotMountedAsTheOldOne()
     Run run(Operation::Erase);
     run.setMounted(true);
     run.mounts = { { mountPoint, true, u"anna"_s, { u"ro"_s } } };
-    run.invokingUser = u"berta"_s;
+    run.invokingUser = u"anna"_s;
     run.start();
     run.grantUnmount();
     run.tools.run(0);
@@ -399,7 +399,7 @@ void TestVolumeJob::mountThatCannotBeMadeAgain()
     QFETCH(const std::vector<VolumeMount>, mounts);
     QFETCH(const QString, user);
     QFETCH(const QString, words);
-    for (const auto operation : { Operation::Verify, Operation::Repair }) {
+    for (const auto operation : { Operation::Verify, Operation::Repair, Operation::Erase }) {
         Run run(operation);
         run.setMounted(true);
         run.mounts = mounts;

@@ -86,10 +86,8 @@ std::variant<JobPlan, Refusal> planJob(
         = PreflightRules::refusalOfDevice(operation, *medium, machine.readDeviceSituation(*medium, media)))
         return *refusal;
     const std::vector<VolumeMount> mounts = machine.readVolumeMounts(medium->deviceNode);
-    if (operation != Operation::Erase) {
-        if (auto refusal = PreflightRules::refusalOfMounts(*medium, mounts, machine.invokingUser()))
-            return *refusal;
-    }
+    if (auto refusal = PreflightRules::refusalOfMounts(*medium, mounts, machine.invokingUser()))
+        return *refusal;
     plan.formerMount = formerMount(mounts);
     if (auto refusal = planTools(plan, line, machine))
         return *refusal;
