@@ -325,6 +325,18 @@ class Attacks(DiskutilCase):
         self.assertIn("mask:0022", lines)
         self.assertIn("folder:/", lines)
 
+    def test_an_output_that_the_caller_can_only_read(self):
+        """Opened once more, with root's rights, it could be written to."""
+        fifo = f"{self.folder}/fifo"
+        os.mkfifo(fifo)
+        reader = os.open(fifo, os.O_RDONLY | os.O_NONBLOCK)
+        self.addCleanup(os.close, reader)
+        writer = os.open(fifo, os.O_WRONLY)
+        self.addCleanup(os.close, writer)
+        subprocess.run([DISKUTIL, "list"], stdout=reader, stderr=reader, check=False)
+        with self.assertRaises(BlockingIOError):
+            os.read(reader, 1)
+
     def test_descriptors_that_are_missing(self):
         self.make_volume()
         self.install_witness()
