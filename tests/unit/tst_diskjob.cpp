@@ -108,6 +108,7 @@ public:
     QList<int> exits;
     QStringList announced;
     QStringList heldNodes;
+    int partitionTries = 0; // to have the kernel take the new partition
     std::vector<VolumeMount> mounts; // of any medium
     QString lastLineThatIsRead; // the reader of the output goes once a line has begun so
 
@@ -157,7 +158,10 @@ private:
                 [] { return std::vector { 3 }; }, [] { return true; }, openError };
         };
         machine.takesPartitions = [this](const auto &) { return takesPartitions; };
-        machine.makeOnlyPartition = [this](const auto &...) { return isTaken; };
+        machine.makeOnlyPartition = [this](const auto &...) {
+            ++partitionTries;
+            return isTaken;
+        };
         machine.announceChange = [this](const QString &device) { announced.append(device); };
         machine.giveToDesktopUser = [](const QString &, const QString &) { };
         machine.findFolderAccess = [](const QString &, QObject *, const auto &done) { done(true); };
@@ -196,6 +200,7 @@ private Q_SLOTS:
     void failedTable_data();
     void failedTable();
     void partitionThatNeverComes();
+    void diskThatGoesBeforeItsPartitionComes();
     void failedFormat();
     void interruptedBeforeTheTable();
     void interruptedWhileTheTableIsWritten();
@@ -420,6 +425,25 @@ void TestDiskJob::partitionThatNeverComes()
     QTRY_COMPARE(run.exits, only(ExitCode::ToolFailed));
     QVERIFY(run.complained.constLast().startsWith(
         u"the erase on disk2 failed: the new partition is not there"_s));
+}
+
+// The disk that has its node by now is not touched, nor are its partitions.
+void TestDiskJob::diskThatGoesBeforeItsPartitionComes()
+{
+    for (const int commands : { 1, 2 }) {
+        Run run;
+        run.start();
+        for (int i = 1; i < commands; ++i)
+            run.tools.run(0);
+        run.identity->diskSequence = 3;
+        run.tools.run(0);
+        QCOMPARE(run.programs().size(), commands);
+        QCOMPARE(run.partitionTries, 0);
+        QCOMPARE(run.exits, only(ExitCode::ToolFailed));
+        QCOMPARE(run.complained,
+            QStringList { u"the erase on disk2 failed: /nonexistent/sdb is no longer the same disk; what was "
+                          "on disk2 is lost"_s });
+    }
 }
 
 void TestDiskJob::failedFormat()

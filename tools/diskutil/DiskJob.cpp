@@ -157,10 +157,13 @@ void DiskJob::commandEnded(const ToolEnd &end)
         failTable(endText(end));
         return;
     }
-    if (!m_plan.commands.empty())
+    const QString &node = m_plan.disk.deviceNode;
+    if (m_plan.commands.empty())
+        awaitPartition();
+    else if (isSameMedium(m_plan.identity, node, *m_device, m_environment.machine))
         runNextCommand();
     else
-        awaitPartition();
+        failTable(u"%1 is no longer the same disk"_s.arg(node));
 }
 
 void DiskJob::awaitPartition()
@@ -175,6 +178,11 @@ void DiskJob::awaitPartition()
 void DiskJob::lookForPartition()
 {
     const QString &node = m_plan.disk.deviceNode;
+    // udev has to look at the disk meanwhile, so it is not held.
+    if (m_environment.machine.readDeviceIdentity(node) != m_plan.identity) {
+        failTable(u"%1 is no longer the same disk"_s.arg(node));
+        return;
+    }
     if (m_environment.machine.makeOnlyPartition(node, m_plan.layout.start, m_plan.layout.size)) {
         if (isInterrupted()) {
             finish();
