@@ -7,7 +7,6 @@
 #include "ui/AlertSheet.h"
 
 #include <QMainWindow>
-#include <QSessionManager>
 
 #include <algorithm>
 
@@ -68,11 +67,11 @@ void CloseQuestion::operationDidFinish()
 }
 
 // The session waits for the answer. Where it cannot be asked, it ends, and the tools run to their ends.
-void CloseQuestion::sessionWillEnd(QSessionManager &manager)
+void CloseQuestion::sessionWillEnd(const SessionEnd &end)
 {
-    if (m_controller.runningOperations.writtenDisks().empty() || !manager.allowsInteraction())
+    if (m_controller.runningOperations.writtenDisks().empty() || !end.allowsInteraction())
         return;
     if (!windowShouldClose())
-        manager.cancel();
-    manager.release();
+        end.cancel();
+    end.release();
 }

@@ -6,9 +6,18 @@
 
 #include <QPointer>
 
+#include <functional>
+
 class AlertSheet;
-class QSessionManager;
 class ZorvexDiskManagerAppDelegate;
+
+// What a desktop that is about to end the session lets its programs do.
+struct SessionEnd
+{
+    std::function<bool()> allowsInteraction; // waits for its turn
+    std::function<void()> cancel;
+    std::function<void()> release; // gives the turn back
+};
 
 class CloseQuestion
 {
@@ -20,7 +29,7 @@ public:
     bool windowShouldClose();
 
     // The desktop is about to end the session.
-    void sessionWillEnd(QSessionManager &manager);
+    void sessionWillEnd(const SessionEnd &end);
 
     // An operation has ended: ends a question that has become moot.
     void operationDidFinish();

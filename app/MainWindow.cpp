@@ -14,6 +14,7 @@
 #include <QClipboard>
 #include <QLayout>
 #include <QMainWindow>
+#include <QSessionManager>
 #include <QShortcut>
 
 #include <utility>
@@ -277,7 +278,10 @@ std::unique_ptr<QMainWindow> loadMainWindow(ZorvexDiskManagerAppDelegate &contro
         &ZorvexDiskManagerAppDelegate::applicationWillTerminate);
     QObject::connect(
         qApp, &QGuiApplication::commitDataRequest, &controller,
-        [&controller](QSessionManager &manager) { controller.closeQuestion.sessionWillEnd(manager); },
+        [&controller](QSessionManager &manager) {
+            controller.closeQuestion.sessionWillEnd({ [&manager] { return manager.allowsInteraction(); },
+                [&manager] { manager.cancel(); }, [&manager] { manager.release(); } });
+        },
         Qt::DirectConnection);
     QApplication::setLayoutDirection(
         controller.isRightToLeftLocalization() ? Qt::RightToLeft : Qt::LeftToRight);

@@ -38,10 +38,12 @@ QString bundlePath(const QString &baseDir, const QString &name)
 class BundleScan
 {
 public:
-    BundleScan(const BundleScanLog &log, const BundleVisitor &visit, const BundleGuard &guard)
+    BundleScan(
+        const BundleScanLog &log, const BundleVisitor &visit, const BundleGuard &guard, Distrusted distrusted)
         : m_log(log)
         , m_visit(visit)
         , m_guard(guard)
+        , m_distrusted(distrusted)
     {
     }
 
@@ -59,6 +61,14 @@ public:
         }
     }
 
+    void handOnWhatComesLast()
+    {
+        for (const BundleDescription &description : m_last) {
+            if (!m_hidden.contains(description.name))
+                handOn(description);
+        }
+    }
+
 private:
     void scanEntry(const QString &baseDir, QByteArrayView nameBytes)
     {
@@ -68,20 +78,35 @@ private:
             return;
         }
         const QString path = bundlePath(baseDir, *name);
-        if (m_hidden.contains(*name) || (m_guard && !m_guard(path)))
+        if (m_hidden.contains(*name))
+            return;
+        const bool isTrusted = !m_guard || m_guard(path);
+        if (!isTrusted && m_distrusted == Distrusted::LeftOut)
             return;
         const auto bundle = Bundle::open(path);
         const auto information = bundle ? bundle->infoDictionary() : std::nullopt;
-        const auto description
-            = information ? describeBundle(baseDir, *name, *information, m_log) : std::nullopt;
-        if (description && m_visit(*description))
-            m_hidden.insert(*name);
+        auto description = information ? describeBundle(baseDir, *name, *information, m_log) : std::nullopt;
+        if (!description)
+            return;
+        description->isTrusted = isTrusted;
+        if (isTrusted)
+            handOn(*description);
+        else
+            m_last.push_back(*std::move(description));
+    }
+
+    void handOn(const BundleDescription &description)
+    {
+        if (m_visit(description))
+            m_hidden.insert(description.name);
     }
 
     const BundleScanLog &m_log;
     const BundleVisitor &m_visit;
     const BundleGuard &m_guard;
+    const Distrusted m_distrusted;
     QSet<QString> m_hidden; // names
+    std::vector<BundleDescription> m_last;
 };
 
 } // namespace
@@ -132,11 +157,12 @@ std::optional<BundleDescription> describeBundle(const QString &baseDir, const QS
 }
 
 void scanBundles(const QStringList &directories, const BundleScanLog &log, const BundleVisitor &visit,
-    const BundleGuard &guard)
+    const BundleGuard &guard, Distrusted distrusted)
 {
-    BundleScan scan(log, visit, guard);
+    BundleScan scan(log, visit, guard, distrusted);
     for (const QString &directory : directories)
         scan.scanDirectory(directory);
+    scan.handOnWhatComesLast();
 }
 
 const QStringList &filesystemDirectories()

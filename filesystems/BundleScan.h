@@ -32,6 +32,7 @@ struct BundleDescription
     QString identifier; // never empty
     PropertyDictionary information;
     std::vector<BundlePersonality> personalities; // never empty
+    bool isTrusted = true; // the guard lets it be read
 
     // The folder of the bundle.
     QString path() const;
@@ -45,6 +46,10 @@ using BundleScanLog = std::function<void(const QString &line)>;
 
 // Says whether the bundle at this path may be read. An empty function lets all be read.
 using BundleGuard = std::function<bool(const QString &bundlePath)>;
+
+// What becomes of the bundles that the guard does not let be read. Those that come last are there to be
+// refused by name: they hide no bundle, and are not to be taken where another would do.
+enum class Distrusted { LeftOut, Last };
 
 // The guard of a process that has root's rights: it lets those bundles be read that reasonForDistrustOfTree()
 // has nothing against, and logs the reason once. The copies of one guard share what they have told, and
@@ -62,7 +67,7 @@ std::optional<BundleDescription> describeBundle(const QString &baseDir, const QS
 // Reads the bundles of the directories in the order of the directory entries, and hands on each that has an
 // identifier and at least one personality. Links are not followed.
 void scanBundles(const QStringList &directories, const BundleScanLog &log, const BundleVisitor &visit,
-    const BundleGuard &guard = {});
+    const BundleGuard &guard = {}, Distrusted distrusted = Distrusted::LeftOut);
 
 // "/System/Library/Filesystems" and "/Library/Filesystems". A bundle in the first hides one of the same name
 // in the second.

@@ -28,7 +28,8 @@ std::optional<qint16> subtypeOf(const PropertyDictionary &variant)
 VolumeClaims::BundleClaim VolumeClaims::claimOf(const BundleDescription &bundle)
 {
     const PropertyDictionary &information = bundle.information;
-    BundleClaim claim { bundle.name, information.texts(u"FSLinuxTypes"_s), lastProbeOrder, {} };
+    BundleClaim claim { bundle.name, information.texts(u"FSLinuxTypes"_s), bundle.isTrusted, lastProbeOrder,
+        {} };
     if (const PropertyNumber *order = information.number(u"FSProbeOrder"_s))
         claim.probeOrder = order->longLongValue();
     if (const PropertyArray *variants = information.array(u"FSLinuxSubtypes"_s)) {
@@ -42,7 +43,8 @@ VolumeClaims::BundleClaim VolumeClaims::claimOf(const BundleDescription &bundle)
     return claim;
 }
 
-VolumeClaims VolumeClaims::read(const QStringList &directories, const BundleGuard &guard)
+VolumeClaims VolumeClaims::read(
+    const QStringList &directories, const BundleGuard &guard, Distrusted distrusted)
 {
     VolumeClaims claims;
     // The catalogue logs what cannot be read. It reads at every activation of the window, this at every event
@@ -53,9 +55,11 @@ VolumeClaims VolumeClaims::read(const QStringList &directories, const BundleGuar
             claims.m_claims.push_back(claimOf(bundle));
             return true;
         },
-        guard);
-    std::stable_sort(claims.m_claims.begin(), claims.m_claims.end(),
-        [](const BundleClaim &a, const BundleClaim &b) { return a.probeOrder < b.probeOrder; });
+        guard, distrusted);
+    std::stable_sort(
+        claims.m_claims.begin(), claims.m_claims.end(), [](const BundleClaim &a, const BundleClaim &b) {
+            return a.isTrusted == b.isTrusted ? a.probeOrder < b.probeOrder : a.isTrusted;
+        });
     return claims;
 }
 
@@ -75,10 +79,11 @@ std::optional<VolumeClaim> VolumeClaims::find(const QString &type, const QString
     return found;
 }
 
-VolumeClaimReader volumeClaimReader(QStringList directories, BundleGuard guard)
+VolumeClaimReader volumeClaimReader(QStringList directories, BundleGuard guard, Distrusted distrusted)
 {
-    return [directories = std::move(directories), guard = std::move(guard)]() -> VolumeClaimLookup {
-        return [claims = VolumeClaims::read(directories, guard)](
-                   const QString &type, const QString &version) { return claims.find(type, version); };
-    };
+    return
+        [directories = std::move(directories), guard = std::move(guard), distrusted]() -> VolumeClaimLookup {
+            return [claims = VolumeClaims::read(directories, guard, distrusted)](
+                       const QString &type, const QString &version) { return claims.find(type, version); };
+        };
 }

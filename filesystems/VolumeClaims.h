@@ -15,12 +15,13 @@
 class VolumeClaims
 {
 public:
-    // Reads the bundles of the directories as the catalogue does. What cannot or may not be read claims
-    // nothing.
-    static VolumeClaims read(const QStringList &directories, const BundleGuard &guard = {});
+    // Reads the bundles of the directories as the catalogue does. What cannot be read claims nothing, and
+    // what may not be read claims nothing or what nobody else does.
+    static VolumeClaims read(const QStringList &directories, const BundleGuard &guard = {},
+        Distrusted distrusted = Distrusted::LeftOut);
 
-    // The claim of the bundle with the lowest probe order that serves the type. Returns std::nullopt when
-    // none does.
+    // The claim of the bundle with the lowest probe order that serves the type, of one that may be read if
+    // there is one. Returns std::nullopt when none does.
     std::optional<VolumeClaim> find(const QString &type, const QString &version) const;
 
 private:
@@ -34,14 +35,16 @@ private:
     {
         QString bundleName;
         QStringList types;
+        bool isTrusted = true;
         qint64 probeOrder = 0;
         std::vector<Variant> variants;
     };
 
     static BundleClaim claimOf(const BundleDescription &bundle);
 
-    std::vector<BundleClaim> m_claims; // by probe order
+    std::vector<BundleClaim> m_claims; // in the order in which they are looked through
 };
 
 // Reads the claims of these directories whenever it is called.
-VolumeClaimReader volumeClaimReader(QStringList directories, BundleGuard guard = {});
+VolumeClaimReader volumeClaimReader(
+    QStringList directories, BundleGuard guard = {}, Distrusted distrusted = Distrusted::LeftOut);

@@ -56,12 +56,15 @@ public:
     // when the device could not be opened.
     std::optional<DeviceIdentity> identity() const;
 
+    // Why it could not be opened, an errno value; 0 when it is open.
+    int openError() const { return m_openError; }
+
     // Locks the device (flock) as long as this object, or a program that has inherited its descriptors, is
-    // there; with ThisProcess, it is claimed as well. Returns false when somebody else has the lock, or has
-    // claimed the device, a part of it or the disk that it is on: a mount in any namespace, a device made
-    // from it, swap space, a program that is at work on it. May be called again, also with the other
-    // claimant.
-    bool take(Claimant claimant);
+    // there, for itself, and the disk that a partition is on together with others; with ThisProcess, it is
+    // claimed as well. Returns 0, or an errno value. EWOULDBLOCK and EBUSY say that somebody else has the
+    // lock, or has claimed the device, a part of it or its disk: a mount in any namespace, a device made from
+    // it, swap space, a program that is at work on it. May be called again, also with the other claimant.
+    int take(Claimant claimant);
 
     // What a program inherits so that lock and claim live as long as it does.
     std::vector<int> descriptors() const;
@@ -71,7 +74,11 @@ public:
     bool isReadable() const;
 
 private:
+    int lockDisk();
+
     FileDescriptor m_device; // has the lock
+    int m_openError = 0;
+    FileDescriptor m_disk; // that the partition is on; has a lock that is shared
     FileDescriptor m_claim;
 };
 

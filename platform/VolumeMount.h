@@ -14,7 +14,7 @@ struct VolumeMount
 {
     QString place;
     bool isServices = false; // the disk service mounted it, or would do the same because of /etc/fstab
-    QString user; // for whom the service mounted it; empty where that makes no difference
+    QString user; // for whom it is mounted, and who may unmount it; empty where that makes no difference
     QStringList options; // that the service has to be asked for; the others it adds by itself
 };
 

@@ -31,6 +31,11 @@ QString folderOf(std::optional<dev_t> device, const SystemRoot &system)
     return QFile::decodeName(sysfsFolder(device, system));
 }
 
+QByteArray nodeOfFolder(const QByteArray &folder)
+{
+    return "/dev/" + nameOfFolder(folder).replace('!', '/');
+}
+
 quint64 sysfsNumber(const QByteArray &path)
 {
     return sysfsText(path).toULongLong();
@@ -40,6 +45,17 @@ quint64 sysfsNumber(const QByteArray &path)
 QString descriptorPath(const FileDescriptor &file)
 {
     return u"/proc/self/fd/%1"_s.arg(file.number());
+}
+
+QByteArray folderOfOpenDevice(const FileDescriptor &device)
+{
+    const SystemRoot running;
+    return sysfsFolder(blockDeviceNumber(QFile::encodeName(descriptorPath(device)), running), running);
+}
+
+FileDescriptor openToHold(const QByteArray &node)
+{
+    return FileDescriptor(open(node.constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
 }
 
 // The folders of the loop devices that have the device with this folder in the place of a file. Such a device
@@ -139,7 +155,7 @@ QStringList partitionNodes(const QString &deviceNode, const SystemRoot &system)
         return {};
     QStringList nodes;
     for (const QByteArray &folder : partitionFolders(sysfsFolder(device, system)))
-        nodes.append(u"/dev/"_s + QFile::decodeName(nameOfFolder(folder)).replace(u'!', u'/'));
+        nodes.append(QFile::decodeName(nodeOfFolder(folder)));
     return nodes;
 }
 
@@ -155,8 +171,8 @@ std::optional<DeviceIdentity> readDeviceIdentity(const QString &deviceNode, cons
 }
 
 OpenDevice::OpenDevice(const QString &deviceNode)
-    : m_device(
-          open(QFile::encodeName(deviceNode).constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK))
+    : m_device(openToHold(QFile::encodeName(deviceNode)))
+    , m_openError(m_device.isOpen() ? 0 : errno)
 {
 }
 
@@ -165,23 +181,45 @@ std::optional<DeviceIdentity> OpenDevice::identity() const
     return m_device.isOpen() ? readDeviceIdentity(descriptorPath(m_device)) : std::nullopt;
 }
 
-bool OpenDevice::take(Claimant claimant)
+int OpenDevice::take(Claimant claimant)
 {
+    if (!m_device.isOpen())
+        return m_openError;
     if (flock(m_device.number(), LOCK_EX | LOCK_NB) != 0)
-        return false;
+        return errno;
+    if (const int error = lockDisk())
+        return error;
     m_claim = {};
     m_claim = FileDescriptor(
         open(QFile::encodeName(descriptorPath(m_device)).constData(), O_RDONLY | O_CLOEXEC | O_EXCL));
-    if (claimant == Claimant::ThisProcess || !m_claim.isOpen())
-        return m_claim.isOpen();
-    m_claim = {};
-    return true;
+    if (!m_claim.isOpen())
+        return errno;
+    if (claimant == Claimant::Program)
+        m_claim = {};
+    return 0;
+}
+
+// Who works on a whole disk has its lock alone, and who works on a partition shares it with those who work on
+// the others. So does udev while it looks at any of them: it does not look at a disk whose lock is somebody's
+// own.
+int OpenDevice::lockDisk()
+{
+    const QByteArray folder = folderOfOpenDevice(m_device);
+    if (!QFile::exists(QFile::decodeName(folder + "/partition")))
+        return 0;
+    if (!m_disk.isOpen())
+        m_disk = openToHold(nodeOfFolder(folderAbove(folder)));
+    if (!m_disk.isOpen())
+        return errno;
+    if (folderOfOpenDevice(m_disk) != folderAbove(folder))
+        return ENODEV;
+    return flock(m_disk.number(), LOCK_SH | LOCK_NB) == 0 ? 0 : errno;
 }
 
 std::vector<int> OpenDevice::descriptors() const
 {
     std::vector<int> numbers;
-    for (const FileDescriptor *descriptor : { &m_device, &m_claim }) {
+    for (const FileDescriptor *descriptor : { &m_device, &m_disk, &m_claim }) {
         if (descriptor->isOpen())
             numbers.push_back(descriptor->number());
     }

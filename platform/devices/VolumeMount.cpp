@@ -32,20 +32,32 @@ bool isLineOf(const QList<QByteArray> &fields, const QByteArray &place)
     });
 }
 
-// The disk service leaves its name in libmount's table of what the kernel does not keep.
-bool isNotedAsServices(const QByteArray &place, const SystemRoot &system)
+// The options in libmount's table of what the kernel does not keep. The disk service leaves its name there,
+// and mount(8) that of a user whom /etc/fstab lets mount a volume (user, users, owner).
+QList<QByteArray> notedOptions(const QByteArray &place, const SystemRoot &system)
 {
     QFile table(QFile::decodeName(system.folder + "/run/mount/utab"));
+    QList<QByteArray> options;
     if (!table.open(QIODevice::ReadOnly))
-        return false;
-    const QList<QByteArray> lines = table.readAll().split('\n');
-    return std::any_of(lines.begin(), lines.end(), [&place](const QByteArray &line) {
+        return options;
+    for (const QByteArray &line : table.readAll().split('\n')) {
         const QList<QByteArray> fields = line.split(' ');
-        return isLineOf(fields, place)
-            && std::any_of(fields.begin(), fields.end(), [](const QByteArray &field) {
-                   return field.startsWith("OPTS=") && field.mid(5).split(',').contains("uhelper=udisks2");
-               });
-    });
+        if (!isLineOf(fields, place))
+            continue;
+        for (const QByteArray &field : fields) {
+            if (field.startsWith("OPTS="))
+                options += field.mid(5).split(',');
+        }
+    }
+    return options;
+}
+
+QString userIn(const QList<QByteArray> &notedOptions)
+{
+    const QByteArray key = "user=";
+    const auto found = std::find_if(notedOptions.begin(), notedOptions.end(),
+        [&key](const QByteArray &option) { return option.startsWith(key); });
+    return found == notedOptions.end() ? QString() : QString::fromUtf8(found->mid(key.size()));
 }
 
 QList<QByteArray> optionsIn(libmnt_fs *entry)
@@ -112,10 +124,11 @@ std::vector<VolumeMount> readVolumeMounts(const QString &deviceNode, const Syste
         if (mountedDevice(mount, system) != device)
             return;
         const QString place = QFile::decodeName(target);
-        if (isNotedAsServices(target, system))
+        const QList<QByteArray> noted = notedOptions(target, system);
+        if (noted.contains("uhelper=udisks2"))
             mounts.push_back({ place, true, userOfPlace(place), optionsOf(entry) });
         else
-            mounts.push_back({ place, isAsInFstab(entry, system), {}, {} });
+            mounts.push_back({ place, isAsInFstab(entry, system), userIn(noted), {} });
     });
     return mounts;
 }

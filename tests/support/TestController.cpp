@@ -266,7 +266,10 @@ void TestController::setDiskutilScript(const QByteArray &script)
     QFile file(diskutil);
     if (!file.open(QIODevice::WriteOnly))
         qFatal("cannot write a script");
-    file.write("#!/bin/sh\ndir='" + QFile::encodeName(m_scriptFolder.path()) + "'\n" + script + '\n');
+    // The pipe is open from the beginning, so that a script that waits for a test that was killed reads its
+    // end.
+    file.write("#!/bin/sh\ndir='" + QFile::encodeName(m_scriptFolder.path()) + "'\nexec 3<\"$dir/go\"\n"
+        + script + '\n');
     file.close();
     file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 }

@@ -86,7 +86,7 @@ public:
     // Runs this shell script in the place of the tool. Inside, $dir is a folder to leave files in.
     void setDiskutilScript(const QByteArray &script);
     QByteArray fileFromScript(const QString &name) const;
-    // Lets this many scripts that wait with "read go < $dir/go" go on. They also do when the test is over.
+    // Lets this many scripts that wait with "read go <&3" go on. They also do when the test is over.
     void letScriptsGoOn(int count = 1);
 
     QTemporaryDir filesystems; // System and Library inside are the two bundle directories

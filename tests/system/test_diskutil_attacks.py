@@ -138,6 +138,30 @@ class Attacks(DiskutilCase):
                 process.communicate(timeout=LIMIT)
                 self.assertEqual(process.returncode, case.SUCCESS)
 
+    def test_a_disk_and_its_partitions_are_worked_on_one_after_the_other(self):
+        """Also where the tool claims nothing. udev and others share the lock of the disk while they look at it."""
+        self.make_volume()
+        fifo = f"{self.folder}/fifo"
+        os.mkfifo(fifo)
+        self.install_witness(f"echo ready\nread -r line <{fifo}\n")
+        with subprocess.Popen([DISKUTIL, "verifyVolume", self.node], stdout=subprocess.PIPE) as process:
+            while process.stdout.readline() not in (b"ready\n", b""):
+                pass
+            for verb in ["eraseVolume", "eraseDisk"]:
+                self.assert_refused(case.IN_USE, "is in use", verb, "ext4", "Name", self.disk.node)
+            with open(fifo, "w") as go:
+                go.write("\n")
+            process.communicate(timeout=LIMIT)
+            self.assertEqual(process.returncode, case.SUCCESS)
+        with open(f"{RESOURCES}/work", "w") as work:
+            work.write("#!/bin/sh\nexit 0\n")
+        with open(self.disk.node, "rb") as disk:
+            fcntl.flock(disk, fcntl.LOCK_EX)
+            for arguments in VERBS[:1] + VERBS[2:]:
+                self.assert_refused(case.IN_USE, "is in use", *arguments, self.node)
+            fcntl.flock(disk, fcntl.LOCK_SH)
+            self.assert_exit(diskutil("verifyVolume", self.node), case.SUCCESS)
+
     def start_and_hold(self, arguments):
         """Starts diskutil on a device that is held, so that it has looked at everything and waits."""
         self.claim = os.open(self.node, os.O_RDONLY | os.O_EXCL)
@@ -292,13 +316,26 @@ class Attacks(DiskutilCase):
         self.assertIn("env:PATH=/usr/sbin:/usr/bin:/sbin:/bin", lines)
         # The shell has its script open as the tenth.
         self.assertEqual([line for line in lines if line.startswith("fd:")], ["fd:0", "fd:1", "fd:2"])
-        # The lock on the device lives as long as the tool.
-        self.assertEqual([line for line in lines if line.startswith("held:")], [f"held:{self.node}"])
+        # The locks on the device and its disk live as long as the tool.
+        self.assertEqual([line for line in lines if line.startswith("held:")],
+                         [f"held:{self.node}", f"held:{self.disk.node}"])
         self.assertIn("input:empty", lines)
         self.assertEqual([line for line in lines if line.startswith("Sig")],
                          ["SigBlk: 0000000000000000", "SigIgn: 0000000000000000"])
         self.assertIn("mask:0022", lines)
         self.assertIn("folder:/", lines)
+
+    def test_an_output_that_the_caller_can_only_read(self):
+        """Opened once more, with root's rights, it could be written to."""
+        fifo = f"{self.folder}/fifo"
+        os.mkfifo(fifo)
+        reader = os.open(fifo, os.O_RDONLY | os.O_NONBLOCK)
+        self.addCleanup(os.close, reader)
+        writer = os.open(fifo, os.O_WRONLY)
+        self.addCleanup(os.close, writer)
+        subprocess.run([DISKUTIL, "list"], stdout=reader, stderr=reader, check=False)
+        with self.assertRaises(BlockingIOError):
+            os.read(reader, 1)
 
     def test_descriptors_that_are_missing(self):
         self.make_volume()
@@ -315,7 +352,7 @@ class Attacks(DiskutilCase):
 
     def test_any_file_of_a_bundle_that_others_can_change(self):
         self.make_volume()
-        self.install_witness()
+        self.install_witness(FSFormatExecutable="work")
         os.makedirs(f"{RESOURCES}/lib/deep")
         helper = f"{RESOURCES}/lib/deep/helper"
         for change, words in [
@@ -328,9 +365,16 @@ class Attacks(DiskutilCase):
                 pass
             os.chmod(helper, 0o644)
             change()
-            self.assert_refused(case.UNTRUSTED_BUNDLE, words, "verifyVolume", self.node)
+            self.assert_refused(case.UNTRUSTED_BUNDLE, words, "eraseVolume", "Witness", "Name", self.node)
+            # It does not keep another from its volumes.
+            self.assertNotIn("arguments:", self.verify())
             os.unlink(helper)
-        self.assert_exit(diskutil("verifyVolume", self.node), case.SUCCESS)
+        self.assertIn("arguments:", self.verify())
+
+    def verify(self):
+        result = diskutil("verifyVolume", self.node)
+        self.assert_exit(result, case.SUCCESS)
+        return result.stdout
 
     def test_a_bundle_that_is_a_link(self):
         self.make_volume()

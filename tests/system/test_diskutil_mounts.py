@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""After a check or a repair, a volume is mounted as it was, or it was refused."""
+"""After a check, a repair or an erase that was abandoned, a volume is mounted as it was, or it was refused."""
 
 import os
 import subprocess
@@ -41,8 +41,8 @@ class Mounts(DiskutilCase):
 
     def assert_refused(self, *words):
         before = mounts_of(self.node)
-        for verb in VERBS:
-            result = diskutil(verb, self.node)
+        for arguments in [[VERBS[0]], [VERBS[1]], ["eraseVolume", "ext4", "New"]]:
+            result = diskutil(*arguments, self.node)
             self.assert_exit(result, case.IN_USE)
             for word in words:
                 self.assertIn(word, result.stderr)

@@ -11,7 +11,7 @@ import tempfile
 import unittest
 
 sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "support"))
-from diskutil_case import DISKUTIL, INTERRUPTED, NOT_PERMITTED, SERVICE_UNAVAILABLE, TOOL_MISSING  # noqa: E402
+from diskutil_case import DISKUTIL, INTERRUPTED, NOT_PERMITTED, SERVICE_UNAVAILABLE, TOOL_FAILED, TOOL_MISSING  # noqa: E402
 from private_user import PrivateUser  # noqa: E402
 
 PKEXEC_REFUSES = 127
@@ -132,6 +132,18 @@ except BrokenPipeError:
             process.stdout.close()
             self.assertEqual(process.wait(timeout=30), INTERRUPTED)
             self.assertIn("stopped\n", process.stderr.read())
+
+    def test_only_the_signal_of_a_stop_is_one(self):
+        for number, code in (signal.SIGTERM, INTERRUPTED), (signal.SIGSEGV, TOOL_FAILED), (signal.SIGKILL, TOOL_FAILED):
+            killed = self.DEAF.replace("sys.exit(19)", f"signal.signal({number}, signal.SIG_DFL) if {number} != 9 else 0\n"
+                                       f"    os.kill(os.getpid(), {number})")
+            with self.subTest(number), self.user.start(DISKUTIL, "repairVolume", "disk1s1", text=True,
+                                                       path=self.stand_in(killed)) as process:
+                self.assertEqual(process.stdout.readline(), "working\n")
+                process.send_signal(signal.SIGTERM)
+                _, err = process.communicate(timeout=30)
+                self.assertEqual(process.returncode, code, err)
+                self.assertEqual(f"was killed by signal {int(number)}" in err, code == TOOL_FAILED, err)
 
     def test_reading_verbs_ask_nobody(self):
         for verb in (["list"], ["info", "disk1"]):

@@ -148,6 +148,24 @@ class DiskutilOfUser(DiskutilCase):
                 self.assertEqual(os.stat(place).st_uid, 0)
                 self.unmount(self.node)
 
+    def test_a_volume_that_its_user_mounted_by_fstab_stays_theirs(self):
+        """Only who has mounted such a volume may unmount it."""
+        self.sit_at_the_machine()
+        self.erase_as_user("ext4", "Theirs")
+        self.unmount(self.node)
+        self.addCleanup(self.unmount, self.node)
+        for option in "user", "users":
+            with self.subTest(option), tempfile.TemporaryDirectory(dir="/media") as place:
+                with open("/etc/fstab", "w", encoding="utf-8") as table:
+                    table.write(f"LABEL=Theirs {place} ext4 noauto,{option} 0 0\n")
+                for diskutil_of in self.user.run, lambda *arguments: run_as_root_for(0, *arguments[1:]):
+                    self.assert_exit(self.user.run("mount", place), SUCCESS)
+                    self.service.wait("it is mounted", lambda: self.service.is_mounted(self.node))
+                    self.assert_exit(diskutil_of(DISKUTIL, "verifyVolume", self.node), SUCCESS)
+                    self.assertEqual(mount_point(self.node), place)
+                    self.assert_exit(self.user.run("umount", place), SUCCESS)
+                    self.service.wait("it is unmounted", lambda: not self.service.is_mounted(self.node))
+
     def test_root_tells_nothing_of_paths_that_are_closed_to_the_user(self):
         with tempfile.TemporaryDirectory() as folder:  # 0700
             there = os.path.join(folder, "there")

@@ -16,14 +16,11 @@
 #include <QAction>
 #include <QElapsedTimer>
 #include <QEventLoop>
-#include <QFile>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTabWidget>
 #include <QTest>
-
-#include <sys/stat.h>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -40,15 +37,7 @@ struct CheckTest : TestController
             "<dict><key>FSName</key><string>Probe</string><key>FSFormatExecutable</key><string>x</string>"
             "<key>FSVerificationExecutable</key>"
             "<string>x</string><key>FSRepairExecutable</key><string>x</string></dict></dict>");
-        diskutil = filesystems.filePath(u"tool"_s);
-        pipe = filesystems.filePath(u"pipe"_s);
-        mkfifo(QFile::encodeName(pipe).constData(), 0600);
-        QFile tool(diskutil);
-        if (!tool.open(QIODevice::WriteOnly))
-            qFatal("cannot write the tool");
-        tool.write("#!/bin/sh\npipe='" + pipe.toUtf8() + "'\n" + script);
-        tool.close();
-        tool.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        setDiskutilScript(script);
         launch();
         for (const MemoryDiskRef &volume : { first, second }) {
             volume->description->insert(DAKey::volumeKind, u"probe"_s);
@@ -64,15 +53,6 @@ struct CheckTest : TestController
         return sheets().isEmpty() ? QString() : sheets().constFirst()->informativeText();
     }
 
-    // Lets the tool continue, which waits for a line from the pipe.
-    void release()
-    {
-        QFile file(pipe);
-        if (!file.open(QIODevice::WriteOnly) || file.write("\n") != 1)
-            qFatal("nobody reads the pipe");
-    }
-
-    QString pipe;
     MemoryDiskRef first = makePartition(u"disk2s1"_s, 1000);
     MemoryDiskRef second = makePartition(u"disk2s2"_s, 2000);
     DiskRecord record;
@@ -170,7 +150,7 @@ void TestCheckRepair::menuItemRunsTheTool()
     QFETCH(QString, action);
     QFETCH(Qt::Key, key);
     QFETCH(QString, verb);
-    CheckTest test("read -r line <\"$pipe\"\nprintf '%s|' \"$@\"\n"); // not over before it was seen
+    CheckTest test("read -r line <&3\nprintf '%s|' \"$@\"\n"); // not over before it was seen
     const ZorvexDiskManagerAppDelegate &controller = test.controller();
     QVERIFY(QTest::qWaitForWindowActive(&test.window()));
     const auto choose = [&] { test.action(action)->trigger(); };
@@ -183,7 +163,7 @@ void TestCheckRepair::menuItemRunsTheTool()
         controller.rightTabView->setCurrentWidget(controller.infoTab);
         start(); // the key's events may see the tool end already
         QCOMPARE(controller.rightTabView->currentWidget(), controller.maintenanceTab);
-        test.release();
+        test.letScriptsGoOn();
         QTRY_VERIFY(!test.record->operationInProgress);
         QCOMPARE(test.shown(), QString(verb + u"|/dev/disk2s1|"_s));
         QVERIFY(test.sheets().isEmpty());
@@ -283,7 +263,7 @@ void TestCheckRepair::verdictStaysOnThePage()
 
 void TestCheckRepair::checkCanBeStopped()
 {
-    CheckTest test("echo begun\nread line <\"$pipe\"\n");
+    CheckTest test("echo begun\nread line <&3\n");
     StatusRow *const row = test.controller().maintenanceStatusRow;
     auto *const stop = row->findChild<QPushButton *>();
     QVERIFY(!stop->isVisibleTo(row));
@@ -298,7 +278,7 @@ void TestCheckRepair::checkCanBeStopped()
     test.controller().repairButton->click();
     QTRY_VERIFY(test.shown().contains(u"begun"_s));
     QVERIFY(!stop->isVisibleTo(row)); // it writes
-    test.release();
+    test.letScriptsGoOn();
     QTRY_VERIFY(!test.record->operationInProgress);
 }
 
@@ -341,7 +321,7 @@ void TestCheckRepair::lostDiskGetsNoVerdict()
 
 void TestCheckRepair::stateWhileItRuns()
 {
-    CheckTest test("echo begun\nread -r line <\"$pipe\"\n");
+    CheckTest test("echo begun\nread -r line <&3\n");
     const ZorvexDiskManagerAppDelegate &controller = test.controller();
     controller.checkButton->click();
     QTRY_COMPARE(test.shown(), u"begun"_s);
@@ -353,7 +333,7 @@ void TestCheckRepair::stateWhileItRuns()
     QVERIFY(controller.rightTabView->indexOf(controller.formatTab) >= 0);
     QVERIFY(controller.maintenanceStatusRow->showsOperation());
     QVERIFY(!controller.formatStatusRow->showsOperation());
-    test.release();
+    test.letScriptsGoOn();
     QTRY_VERIFY(!test.record->operationInProgress);
     QVERIFY(!controller.maintenanceStatusRow->showsOperation());
     QCOMPARE(test.shown(), u"begun\n"_s);
@@ -361,7 +341,7 @@ void TestCheckRepair::stateWhileItRuns()
 
 void TestCheckRepair::progressIsShownInTheBar()
 {
-    CheckTest test("printf 'pass 1: 40%%\\rpass 1: 42%%\\r'\nread -r line <\"$pipe\"\n");
+    CheckTest test("printf 'pass 1: 40%%\\rpass 1: 42%%\\r'\nread -r line <&3\n");
     test.controller().checkButton->click();
     const auto *bar = test.controller().maintenanceStatusRow->findChild<QProgressBar *>();
     QTRY_COMPARE(bar->value(), 42);
@@ -370,7 +350,7 @@ void TestCheckRepair::progressIsShownInTheBar()
     QCOMPARE(told->role(), QAccessible::ProgressBar);
     QCOMPARE(told->text(QAccessible::Name), u"Checking “disk2s1”…"_s);
     QCOMPARE(told->valueInterface()->currentValue().toInt(), 42);
-    test.release();
+    test.letScriptsGoOn();
     QTRY_VERIFY(!test.record->operationInProgress);
 }
 
@@ -385,23 +365,23 @@ void TestCheckRepair::rewrittenLineShowsItsLastState()
 
 void TestCheckRepair::newRunEmptiesTheOldOutput()
 {
-    CheckTest test("echo once more\nread -r line <\"$pipe\"\n");
+    CheckTest test("echo once more\nread -r line <&3\n");
     test.record->checkRepairOutput.emplace();
     test.record->checkRepairOutput->append("old", 3);
     test.controller().checkButton->click();
     QTRY_COMPARE(test.shown(), u"once more"_s);
-    test.release();
+    test.letScriptsGoOn();
     QTRY_VERIFY(!test.record->operationInProgress);
 }
 
 void TestCheckRepair::outputOfAnotherDiskIsKeptForIt()
 {
-    CheckTest test("echo begun\nread -r line <\"$pipe\"\necho ended\n");
+    CheckTest test("echo begun\nread -r line <&3\necho ended\n");
     test.controller().checkButton->click();
     QTRY_COMPARE(test.shown(), u"begun"_s);
     test.select(u"disk2s2"_s);
     QCOMPARE(test.shown(), QString());
-    test.release();
+    test.letScriptsGoOn();
     QTRY_VERIFY(!test.record->operationInProgress);
     QCOMPARE(test.shown(), QString());
     test.select(u"disk2s1"_s);
@@ -419,14 +399,14 @@ void TestCheckRepair::outputThatIsNotUtf8IsShown()
 
 void TestCheckRepair::scrolledUpViewStays()
 {
-    CheckTest test("seq 200\nread -r line <\"$pipe\"\nseq 200\n");
+    CheckTest test("seq 200\nread -r line <&3\nseq 200\n");
     test.controller().rightTabView->setCurrentWidget(test.controller().maintenanceTab);
     test.controller().checkButton->click();
     QScrollBar *const bar = test.controller().checkRepairOutputView->verticalScrollBar();
     QTRY_VERIFY(test.shown().endsWith(u"\n200"_s));
     QTRY_COMPARE(bar->value(), bar->maximum());
     bar->setValue(3);
-    test.release();
+    test.letScriptsGoOn();
     QTRY_VERIFY(!test.record->operationInProgress);
     QCOMPARE(bar->value(), 3);
     QVERIFY(bar->maximum() > 300);
@@ -434,11 +414,11 @@ void TestCheckRepair::scrolledUpViewStays()
 
 void TestCheckRepair::diskThatVanishesMeanwhile()
 {
-    CheckTest test("echo begun\nread -r line <\"$pipe\"\necho ended\nexit 1\n");
+    CheckTest test("echo begun\nread -r line <&3\necho ended\nexit 1\n");
     test.controller().checkButton->click();
     QTRY_COMPARE(test.shown(), u"begun"_s);
     test.service.removeDisk(test.first);
-    test.release();
+    test.letScriptsGoOn();
     QTRY_VERIFY(!test.record->operationInProgress);
     QCOMPARE(test.record->checkRepairOutput->bytes(), QByteArray("begun\nended\n"));
     QCOMPARE(test.sheets().size(), 1);

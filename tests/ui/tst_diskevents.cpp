@@ -172,7 +172,7 @@ void TestDiskEvents::pressForADiskThatHasJustGoneDoesNothing()
     QFETCH(const QString, way);
     TestController test;
     writeWholeBundle(test.localDirectory(), u"msdos"_s, u"FAT"_s);
-    test.setDiskutilScript("read go <\"$dir/go\"\n");
+    test.setDiskutilScript("read go <&3\n");
     test.launch();
     std::vector<MemoryDiskRef> volumes;
     for (int i = 1; i <= 3; ++i) {

@@ -131,7 +131,7 @@ void TestEraseDisk::sheetOffersWhatFits()
 
 void TestEraseDisk::wholeCourse()
 {
-    EraseTest test("read -r line <\"$dir/go\"\nexit 0\n");
+    EraseTest test("read -r line <&3\nexit 0\n");
     test.choose(u"exfat"_s, u"FRESH"_s);
     const AlertSheet *const question = test.sheets().constFirst();
     for (const char *text : { "disk2", "/dev/disk2", "500", "PHOTOS", "MUSIC" })
@@ -318,7 +318,7 @@ void TestEraseDisk::refusalIsToldAndTheDiskStaysSelected()
 
 void TestEraseDisk::selectionThatHasGoneElsewhereStays()
 {
-    EraseTest test("read -r line <\"$dir/go\"\nexit 0\n");
+    EraseTest test("read -r line <&3\nexit 0\n");
     test.add(makePartition(u"disk3s1"_s, 1000));
     test.choose(u"ext4"_s, QString());
     press(test.sheets().constFirst(), goOn);

@@ -17,6 +17,7 @@
 #include <QPushButton>
 #include <QScopeGuard>
 #include <QScreen>
+#include <QSessionManager>
 #include <QTabWidget>
 #include <QTest>
 #include <QTimer>
@@ -52,6 +53,8 @@ private Q_SLOTS:
     void questionEndsWithWhatItIsAbout();
     void stopAndCloseStopsTheTool();
     void checkEndsWithTheWindow();
+    void endOfTheSessionAsksWhileSomethingIsWritten();
+    void endOfTheSessionWithoutAQuestion();
 };
 
 namespace {
@@ -167,7 +170,7 @@ public:
     {
         writeWholeBundle(localDirectory(), u"msdos"_s, u"FAT"_s);
         setDiskutilScript("trap 'echo stopped >\"$dir/end\"; exit 19' TERM\n"
-                          "echo begun >\"$dir/begin\"\nread go <\"$dir/go\"\necho whole >\"$dir/end\"\n");
+                          "echo begun >\"$dir/begin\"\nread go <&3\necho whole >\"$dir/end\"\n");
         launch();
         disk->description->insert(DAKey::volumeKind, u"msdos"_s);
         add(disk);
@@ -598,6 +601,58 @@ void TestLifecycle::checkEndsWithTheWindow()
     QVERIFY(test.recordOf(u"disk2s1"_s)->operationInProgress);
     QVERIFY(quitsAfter([&test] { test.window().close(); }));
     QVERIFY(test.sheets().isEmpty());
+}
+
+// A desktop that ends the session, and what it was told.
+struct EndingSession
+{
+    SessionEnd end()
+    {
+        return { [this] {
+                    calls.append(u"ask"_s);
+                    return allowsInteraction;
+                },
+            [this] { calls.append(u"cancel"_s); }, [this] { calls.append(u"release"_s); } };
+    }
+    bool allowsInteraction = true;
+    QStringList calls;
+};
+
+void TestLifecycle::endOfTheSessionAsksWhileSomethingIsWritten()
+{
+    WrittenVolume test;
+    test.repair();
+    EndingSession session;
+    test.controller().closeQuestion.sessionWillEnd(session.end());
+    QCOMPARE(session.calls, QStringList({ u"ask"_s, u"cancel"_s, u"release"_s }));
+    QCOMPARE(test.sheets().size(), 1);
+    QCOMPARE(test.sheets().constFirst()->text(), u"“DATA” is being repaired"_s);
+    // The user has chosen to stop: the session may end.
+    QTRY_COMPARE(test.fileFromScript(u"begin"_s), "begun\n"_ba);
+    test.sheets().constFirst()->buttonForReturn(AlertSheet::firstButtonReturn)->click();
+    session.calls.clear();
+    test.controller().closeQuestion.sessionWillEnd(session.end());
+    QVERIFY(!session.calls.contains(u"cancel"_s));
+    QTRY_COMPARE(test.fileFromScript(u"end"_s), "stopped\n"_ba);
+}
+
+void TestLifecycle::endOfTheSessionWithoutAQuestion()
+{
+    WrittenVolume test;
+    EndingSession session;
+    test.controller().closeQuestion.sessionWillEnd(session.end());
+    QVERIFY(session.calls.isEmpty()); // nobody else has to wait for their turn
+    test.repair();
+    session.allowsInteraction = false;
+    test.controller().closeQuestion.sessionWillEnd(session.end());
+    QCOMPARE(session.calls, QStringList { u"ask"_s });
+    // What Qt has on a platform without sessions allows no interaction either.
+    auto *const manager = qApp->findChild<QSessionManager *>();
+    QVERIFY(manager);
+    Q_EMIT qApp->commitDataRequest(*manager);
+    QVERIFY(test.sheets().isEmpty());
+    test.letScriptsGoOn();
+    QTRY_COMPARE(test.fileFromScript(u"end"_s), "whole\n"_ba);
 }
 
 // The application quits because the window says so, not because it was the last one.

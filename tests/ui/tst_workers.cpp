@@ -41,7 +41,7 @@ private:
 
 namespace {
 
-const QByteArray waitForGo = QByteArrayLiteral("read go < \"$dir/go\"\n");
+const QByteArray waitForGo = QByteArrayLiteral("read go <&3\n");
 
 DiskRecord volumeOf(TestController &test)
 {

@@ -211,8 +211,13 @@ void TestDeviceUse::mountOfFstab()
     m_system->write(
         "/etc/fstab", "LABEL=Data /srv/data ext4 noauto 0 0\nLABEL=Kept /srv/kept ext4 defaults 0 0\n");
     QVERIFY(readVolumeMounts(u"/dev/sda1"_s, m_system->root()).front().isServices);
+    QCOMPARE(readVolumeMounts(u"/dev/sda1"_s, m_system->root()).front().user, QString());
     // The service would mount it for writing.
     QVERIFY(!readVolumeMounts(u"/dev/sda2"_s, m_system->root()).front().isServices);
+    // Whom fstab lets mount it may unmount it.
+    m_system->write("/run/mount/utab", "SRC=/dev/sda1 TARGET=/srv/data ROOT=/ OPTS=user=anna\n");
+    QVERIFY(readVolumeMounts(u"/dev/sda1"_s, m_system->root()).front().isServices);
+    QCOMPARE(readVolumeMounts(u"/dev/sda1"_s, m_system->root()).front().user, u"anna"_s);
 }
 
 void TestDeviceUse::mountByHand()
@@ -314,7 +319,8 @@ void TestDeviceUse::deviceThatCannotBeOpened()
 {
     OpenDevice missing(u"/no such device"_s);
     QVERIFY(!missing.identity());
-    QVERIFY(!missing.take(Claimant::Program));
+    QCOMPARE(missing.openError(), ENOENT);
+    QCOMPARE(missing.take(Claimant::Program), ENOENT);
     QVERIFY(missing.descriptors().empty());
     OpenDevice file(u"/dev/null"_s);
     QVERIFY(!file.identity());
@@ -327,17 +333,17 @@ void TestDeviceUse::lockIsHeldOnce()
     QVERIFY(file.open());
     std::optional<OpenDevice> first(std::in_place, file.fileName());
     OpenDevice second(file.fileName());
-    QVERIFY(first->take(Claimant::Program));
+    QCOMPARE(first->take(Claimant::Program), 0);
     QCOMPARE(first->descriptors().size(), 1U);
-    QVERIFY(!second.take(Claimant::Program));
-    QVERIFY(first->take(Claimant::ThisProcess));
+    QCOMPARE(second.take(Claimant::Program), EWOULDBLOCK);
+    QCOMPARE(first->take(Claimant::ThisProcess), 0);
     QCOMPARE(first->descriptors().size(), 2U);
-    QVERIFY(!second.take(Claimant::ThisProcess));
+    QCOMPARE(second.take(Claimant::ThisProcess), EWOULDBLOCK);
     const int inherited = dup(first->descriptors().front());
     first.reset();
-    QVERIFY(!second.take(Claimant::Program));
+    QCOMPARE(second.take(Claimant::Program), EWOULDBLOCK);
     close(inherited);
-    QVERIFY(second.take(Claimant::Program));
+    QCOMPARE(second.take(Claimant::Program), 0);
 }
 
 QTEST_GUILESS_MAIN(TestDeviceUse)

@@ -98,7 +98,8 @@ public:
     std::optional<DeviceIdentity> identity { DeviceIdentity { 1, 2, 2048, 4 } };
     std::optional<DeviceIdentity> heldIdentity = identity;
     bool isTaken = false; // the new partition, by the kernel
-    bool isClaimed = false;
+    int openError = 0;
+    int takingError = 0;
     bool takesPartitions = true;
 
     // What came of it.
@@ -107,6 +108,7 @@ public:
     QList<int> exits;
     QStringList announced;
     QStringList heldNodes;
+    int partitionTries = 0; // to have the kernel take the new partition
     std::vector<VolumeMount> mounts; // of any medium
     QString lastLineThatIsRead; // the reader of the output goes once a line has begun so
 
@@ -152,11 +154,14 @@ private:
         machine.readDeviceIdentity = [this](const auto &) { return identity; };
         machine.holdDevice = [this](const QString &held) {
             heldNodes.append(held);
-            return HeldDevice { [this] { return heldIdentity; }, [this](Claimant) { return !isClaimed; },
-                [] { return std::vector { 3 }; }, [] { return true; } };
+            return HeldDevice { [this] { return heldIdentity; }, [this](Claimant) { return takingError; },
+                [] { return std::vector { 3 }; }, [] { return true; }, openError };
         };
         machine.takesPartitions = [this](const auto &) { return takesPartitions; };
-        machine.makeOnlyPartition = [this](const auto &...) { return isTaken; };
+        machine.makeOnlyPartition = [this](const auto &...) {
+            ++partitionTries;
+            return isTaken;
+        };
         machine.announceChange = [this](const QString &device) { announced.append(device); };
         machine.giveToDesktopUser = [](const QString &, const QString &) { };
         machine.findFolderAccess = [](const QString &, QObject *, const auto &done) { done(true); };
@@ -183,6 +188,7 @@ private Q_SLOTS:
     void wholeCourse();
     void readerWhoLeavesStopsNothingThatHasBegun();
     void whatWasUnmountedIsMountedAsItWas();
+    void mountThatCannotBeMadeAgain();
     void schemeThatIsAskedFor();
     void diskThatTakesNoPartitions();
     void everyPartInUseIsNamed();
@@ -190,9 +196,11 @@ private Q_SLOTS:
     void refusedUnmountMountsAgain();
     void exchangedDisk();
     void diskThatIsNeverFree();
+    void diskThatHasGone();
     void failedTable_data();
     void failedTable();
     void partitionThatNeverComes();
+    void diskThatGoesBeforeItsPartitionComes();
     void failedFormat();
     void interruptedBeforeTheTable();
     void interruptedWhileTheTableIsWritten();
@@ -213,9 +221,9 @@ void TestDiskJob::wholeCourse()
     run.grant(run.second);
     QCOMPARE(run.programs(), QStringList { u"wipefs"_s });
     QCOMPARE(run.tools.commands.back().arguments.mid(2), QStringList({ diskNode + u'1', diskNode + u'2' }));
-    // The disk and its partitions are locked until the table is there.
-    QCOMPARE(run.heldNodes, QStringList({ diskNode, diskNode + u'1', diskNode + u'2' }));
-    QCOMPARE(run.tools.commands.back().descriptors.size(), 3U);
+    // Who works on a partition shares the lock on the disk, which is held until the table is there.
+    QCOMPARE(run.heldNodes, QStringList { diskNode });
+    QCOMPARE(run.tools.commands.back().descriptors, std::vector { 3 });
     run.tools.run(0);
     QCOMPARE(run.programs(), QStringList({ u"wipefs"_s, u"sfdisk"_s }));
     QCOMPARE(run.tools.commands.back().arguments.constLast(), diskNode);
@@ -271,7 +279,7 @@ void TestDiskJob::whatWasUnmountedIsMountedAsItWas()
     Run run(limits);
     Run::mount(run.first);
     run.mounts = { { u"/media/anna/X"_s, true, u"anna"_s, { u"ro"_s } } };
-    run.isClaimed = true;
+    run.takingError = EBUSY;
     run.start();
     run.grant(run.first);
     QTRY_COMPARE(run.service.requests().size(), 1U);
@@ -279,6 +287,18 @@ void TestDiskJob::whatWasUnmountedIsMountedAsItWas()
     QCOMPARE(request.kind, MemoryDiskService::RequestKind::MountAgain);
     QCOMPARE(request.name, u"anna"_s);
     QCOMPARE(request.mountOptions, QStringList { u"ro"_s });
+}
+
+void TestDiskJob::mountThatCannotBeMadeAgain()
+{
+    Run run;
+    Run::mount(run.second);
+    run.mounts = { { u"/srv/x"_s, false, {}, {} } };
+    run.start();
+    QCOMPARE(run.exits, only(ExitCode::InUse));
+    QVERIFY(
+        run.complained.contains(u"disk2s2 is in use: it is mounted at /srv/x, not by the disk service"_s));
+    QVERIFY(run.service.requests().empty() && run.programs().isEmpty());
 }
 
 void TestDiskJob::schemeThatIsAskedFor()
@@ -350,10 +370,25 @@ void TestDiskJob::diskThatIsNeverFree()
     limits.claimStep = 1ms;
     limits.claim = 10ms;
     Run run(limits);
-    run.isClaimed = true;
+    run.takingError = EBUSY;
     run.start();
     QTRY_COMPARE(run.exits, only(ExitCode::InUse));
     QVERIFY(run.programs().isEmpty());
+}
+
+void TestDiskJob::diskThatHasGone()
+{
+    Run unplugged;
+    unplugged.openError = ENOENT;
+    unplugged.heldIdentity.reset();
+    unplugged.start();
+    QCOMPARE(unplugged.exits, only(ExitCode::DeviceGone));
+
+    Run emptied;
+    emptied.takingError = ENOMEDIUM;
+    emptied.start();
+    QCOMPARE(emptied.exits, only(ExitCode::DeviceGone));
+    QCOMPARE(emptied.complained, QStringList { u"disk2 has gone"_s });
 }
 
 void TestDiskJob::failedTable_data()
@@ -390,6 +425,25 @@ void TestDiskJob::partitionThatNeverComes()
     QTRY_COMPARE(run.exits, only(ExitCode::ToolFailed));
     QVERIFY(run.complained.constLast().startsWith(
         u"the erase on disk2 failed: the new partition is not there"_s));
+}
+
+// The disk that has its node by now is not touched, nor are its partitions.
+void TestDiskJob::diskThatGoesBeforeItsPartitionComes()
+{
+    for (const int commands : { 1, 2 }) {
+        Run run;
+        run.start();
+        for (int i = 1; i < commands; ++i)
+            run.tools.run(0);
+        run.identity->diskSequence = 3;
+        run.tools.run(0);
+        QCOMPARE(run.programs().size(), commands);
+        QCOMPARE(run.partitionTries, 0);
+        QCOMPARE(run.exits, only(ExitCode::ToolFailed));
+        QCOMPARE(run.complained,
+            QStringList { u"the erase on disk2 failed: /nonexistent/sdb is no longer the same disk; what was "
+                          "on disk2 is lost"_s });
+    }
 }
 
 void TestDiskJob::failedFormat()

@@ -322,6 +322,10 @@ void TestDiskutilRules::formatIsNamedInAnyCaseAndAsTheMenuShowsIt()
     QCOMPARE(personalityNamed(installed, u"BIG"_s).bundle->name, u"first"_s);
     QCOMPARE(personalityNamed(installed, u"fat16"_s).personality->key, u"FAT16"_s);
     QCOMPARE(namesOfFormats(installed), QStringList({ u"FAT"_s, u"FAT16"_s, u"exFAT (large)"_s }));
+    // A bundle that must not be run takes no name from another.
+    installed.front().isTrusted = false;
+    QCOMPARE(personalityNamed(installed, u"big"_s).bundle->name, u"exfat"_s);
+    QCOMPARE(personalityNamed(installed, u"x"_s).bundle->name, u"first"_s);
 }
 
 void TestDiskutilRules::personalityOfAVolume_data()

@@ -73,7 +73,7 @@ class FilesystemTools(unittest.TestCase):
         self.device.touch()
         self.programs = self.folder / "programs"
         self.programs.mkdir()
-        for program in ["dirname", "grep", "perl", "sed", "stdbuf", "tee"]:
+        for program in ["dirname", "grep", "perl", "sed", "stdbuf", "tee", "tr"]:
             (self.programs / program).symlink_to(shutil.which(program))
         # As they are installed: with those that every bundle has.
         for family in {executable.partition("/")[0] for executable in EXECUTABLES}:
@@ -280,6 +280,9 @@ class FilesystemTools(unittest.TestCase):
             ("xfs/repair", "xfs_repair", "fatal error -- Input/output error", 1),
             ("ext/verify", "e2fsck", "Error reading block 86 (Input/output error).  Ignore error? no", 12),
             ("ext/repair", "e2fsck", "Error reading block 86 (Input/output error).  Ignore error? yes", 12),
+            ("ext/verify", "e2fsck", "e2fsck: Input/output error while reading bad blocks inode", 12),
+            ("ext/verify", "e2fsck", "Error reading inode 12: Input/output error", 12),
+            ("ext/verify", "e2fsck", "Error while scanning inodes (17): Input/output error", 12),
             ("btrfs/verify", "btrfs", "Error reading 22036480, -1", 1),
             ("btrfs/repair", "btrfs", "Error reading 22036480, -1", 1),
         ]:
@@ -293,6 +296,16 @@ class FilesystemTools(unittest.TestCase):
                 self.assertNotEqual(self.run_it(executable), UNREADABLE)
                 self.plan(tool, f"echo '{words}'")
                 self.assertEqual(self.run_it(executable), CLEAN)
+                # A name on the volume may be anything.
+                self.plan(tool, f"echo 'Entry {words}'; exit {status}")
+                self.assertNotEqual(self.run_it(executable), UNREADABLE)
+
+    def test_a_read_that_fails_is_heard_of_after_a_bar_of_progress(self):
+        words = r"\001Volume: |==   | 10.0%%\r\002Error reading block 86 (Input/output error).  Ignore error? no\n"
+        for executable in "ext/verify", "ext/repair":
+            self.plan("e2fsck", f"printf '{words}'; exit 12")
+            self.assertEqual(self.run_it(executable), UNREADABLE, self.output)
+            self.assertIn("\r\x02Error", self.output)
 
     def test_a_volume_that_is_larger_than_its_device_has_errors(self):
         for words in "Failed to read sector 20479.", "Got 0 bytes instead of 512 at 16384":

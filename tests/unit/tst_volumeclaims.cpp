@@ -58,6 +58,7 @@ private Q_SLOTS:
     void brokenBundleHidesNothing();
     void linksAreNotFollowed();
     void bundleThatMayNotBeReadClaimsNothing();
+    void bundleThatIsNotTrustedComesLast();
     void bundleOfSomebodyElseIsToldOnce();
     void suffixIsCaseSensitive();
     void bundleThatTheCatalogueDoesNotKnowClaimsNothing();
@@ -172,6 +173,23 @@ void TestVolumeClaims::bundleThatMayNotBeReadClaimsNothing()
     QVERIFY(!volumeClaimReader(directories, guard)()(u"ext4"_s, {}));
     const auto lists = scanFilesystemDirectories(directories, {}, guard);
     QCOMPARE(lists->all.size(), std::size_t { 1 });
+}
+
+void TestVolumeClaims::bundleThatIsNotTrustedComesLast()
+{
+    BundleFolder system;
+    BundleFolder local;
+    QVERIFY(system.addBundle(u"same"_s, ordered("ext4", 1)));
+    QVERIFY(system.addBundle(u"first"_s, ordered("vfat", 1)));
+    QVERIFY(local.addBundle(u"same"_s, ordered("xfs", 1)));
+    QVERIFY(local.addBundle(u"late"_s, ordered("vfat", 2000)));
+    QVERIFY(system.addBundle(u"lone"_s, ordered("udf", 1)));
+    const BundleGuard guard = [&system](const QString &path) { return !path.startsWith(system.path()); };
+    const auto claims = volumeClaimReader({ system.path(), local.path() }, guard, Distrusted::Last)();
+    QCOMPARE(claims(u"vfat"_s, {})->kind, u"late"_s);
+    QCOMPARE(claims(u"udf"_s, {})->kind, u"lone"_s);
+    QVERIFY(claims(u"xfs"_s, {}));
+    QVERIFY(!claims(u"ext4"_s, {})); // the name is another's
 }
 
 void TestVolumeClaims::bundleOfSomebodyElseIsToldOnce()

@@ -119,7 +119,8 @@ public:
     PreflightRules::ToolSituation toolSituation;
     std::optional<DeviceIdentity> identity { DeviceIdentity { 1, 2, 3, 4 } };
     std::optional<DeviceIdentity> heldIdentity = identity;
-    bool isClaimed = false; // by somebody else
+    int openError = 0;
+    int takingError = 0;
     bool isReadable = true;
     std::vector<VolumeMount> mounts;
     QString invokingUser;
@@ -130,6 +131,7 @@ public:
     QList<int> exits;
     QStringList announced;
     QStringList given;
+    int holds = 0; // times that the device was opened
     QList<Claimant> claimants; // of the device, each time that it was taken
     bool isFolderOpen = true;
     QString lastLineThatIsRead; // the reader of the output goes once a line has begun so
@@ -144,14 +146,15 @@ private:
         machine.findTool = [](const QString &name) -> QString { return u"/tools/"_s + name; };
         machine.readDeviceIdentity = [this](const auto &) { return identity; };
         machine.holdDevice = [this](const auto &) {
+            ++holds;
             auto hold = std::make_shared<int>();
             m_hold = hold;
             return HeldDevice { [this, hold] { return heldIdentity; },
                 [this](Claimant claimant) {
                     claimants.append(claimant);
-                    return !isClaimed;
+                    return takingError;
                 },
-                [] { return std::vector { 7, 8 }; }, [this] { return isReadable; } };
+                [] { return std::vector { 7, 8 }; }, [this] { return isReadable; }, openError };
         };
         machine.readVolumeMounts = [this](const auto &) { return mounts; };
         machine.invokingUser = [this] { return invokingUser; };
@@ -209,6 +212,8 @@ private Q_SLOTS:
     void refusedMountAfterAVerification();
     void claimThatIsNeverFree();
     void claimThatBecomesFree();
+    void deviceThatCannotBeTaken_data();
+    void deviceThatCannotBeTaken();
     void exchangedMedium_data();
     void exchangedMedium();
     void verdictOfADeviceThatIsLost_data();
@@ -362,7 +367,7 @@ void TestVolumeJob::newVolumeIsNotMountedAsTheOldOne()
     Run run(Operation::Erase);
     run.setMounted(true);
     run.mounts = { { mountPoint, true, u"anna"_s, { u"ro"_s } } };
-    run.invokingUser = u"berta"_s;
+    run.invokingUser = u"anna"_s;
     run.start();
     run.grantUnmount();
     run.tools.run(0);
@@ -394,7 +399,7 @@ void TestVolumeJob::mountThatCannotBeMadeAgain()
     QFETCH(const std::vector<VolumeMount>, mounts);
     QFETCH(const QString, user);
     QFETCH(const QString, words);
-    for (const auto operation : { Operation::Verify, Operation::Repair }) {
+    for (const auto operation : { Operation::Verify, Operation::Repair, Operation::Erase }) {
         Run run(operation);
         run.setMounted(true);
         run.mounts = mounts;
@@ -546,7 +551,7 @@ void TestVolumeJob::claimThatIsNeverFree()
     limits.claim = 10ms;
     Run run(Operation::Erase, limits);
     run.setMounted(true);
-    run.isClaimed = true;
+    run.takingError = EBUSY;
     run.start();
     run.grantUnmount();
     QVERIFY(run.exits.isEmpty());
@@ -563,14 +568,47 @@ void TestVolumeJob::claimThatBecomesFree()
     JobLimits limits;
     limits.claimStep = 1ms;
     Run run(Operation::Verify, limits);
-    run.isClaimed = true;
+    run.takingError = EBUSY;
     run.start();
     QVERIFY(run.isHeld());
     QVERIFY(run.programs().isEmpty());
-    run.isClaimed = false;
+    run.takingError = 0;
     QTRY_COMPARE(run.programs(), QStringList { u"verify"_s });
     run.tools.run(0);
     QCOMPARE(run.exits, only(ExitCode::Success));
+}
+
+void TestVolumeJob::deviceThatCannotBeTaken_data()
+{
+    QTest::addColumn<int>("error");
+    QTest::addColumn<ExitCode>("code");
+    QTest::addColumn<QString>("complaint");
+    for (const int error : { ENOENT, ENXIO, ENODEV, ENOMEDIUM })
+        QTest::addRow("gone, %d", error) << error << ExitCode::DeviceGone << u"disk2s1 has gone"_s;
+    for (const int error : { EACCES, EPERM })
+        QTest::addRow("forbidden, %d", error)
+            << error << ExitCode::NotPermitted << u"no permission to use /nonexistent/sdb1"_s;
+    QTest::newRow("broken") << EIO << ExitCode::DeviceUnreadable
+                            << u"/nonexistent/sdb1 cannot be opened: Input/output error"_s;
+}
+
+// What does not pass by itself is told at once.
+void TestVolumeJob::deviceThatCannotBeTaken()
+{
+    QFETCH(const int, error);
+    QFETCH(const ExitCode, code);
+    QFETCH(const QString, complaint);
+    for (const bool isOpen : { false, true }) {
+        Run run(Operation::Erase);
+        run.openError = isOpen ? 0 : error;
+        run.takingError = error;
+        if (!isOpen)
+            run.heldIdentity.reset();
+        run.start();
+        QCOMPARE(run.exits, only(code));
+        QCOMPARE(run.complained, QStringList { complaint });
+        QVERIFY(run.programs().isEmpty());
+    }
 }
 
 void TestVolumeJob::exchangedMedium_data()
@@ -648,6 +686,7 @@ void TestVolumeJob::verdictOfADeviceThatIsLost()
     QCOMPARE(run.exits, only(code));
     QCOMPARE(run.complained, QStringList { complaint });
     QCOMPARE(run.said.size(), 1); // no verdict, and it has not finished
+    QCOMPARE(run.holds, 1); // opened again, it could be another
     QVERIFY(!run.isHeld());
 }
 
@@ -835,11 +874,11 @@ void TestVolumeJob::interruptedWhileClaiming()
     limits.claimStep = 1ms;
     Run run(Operation::Erase, limits);
     run.setMounted(true);
-    run.isClaimed = true;
+    run.takingError = EBUSY;
     run.start();
     run.grantUnmount();
     run.interrupt();
-    run.isClaimed = false;
+    run.takingError = 0;
     QTRY_VERIFY(run.waitsForMount());
     QVERIFY(!run.isHeld());
     run.grantMount();

@@ -34,13 +34,17 @@ void noteSignal(int number)
 const QString noReader = u"its output is no longer read"_s;
 
 // The same pipe or terminal, to write to without ever blocking. Others who have it, too, must not notice, so
-// it is opened once more. Not open for a file, which never blocks, and for what cannot be opened.
+// it is opened once more. Not open for a file, which never blocks, for what cannot be opened, and for what
+// the caller could not write to: root might be let.
 FileDescriptor openWithoutBlocking(int fd)
 {
     struct stat status = {};
     if (fstat(fd, &status) != 0 || !(S_ISFIFO(status.st_mode) || S_ISCHR(status.st_mode)))
         return {};
-    const int packets = fcntl(fd, F_GETFL) & O_DIRECT;
+    const int flags = fcntl(fd, F_GETFL);
+    if (flags < 0 || (flags & O_ACCMODE) == O_RDONLY)
+        return {};
+    const int packets = flags & O_DIRECT;
     return FileDescriptor(open(QByteArray("/dev/fd/" + QByteArray::number(fd)).constData(),
         O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC | packets));
 }

@@ -117,12 +117,12 @@ void DiskJob::claim()
         m_device = m_environment.machine.holdDevice(m_plan.disk.deviceNode);
     const std::vector<Medium> media = m_environment.media.media();
     auto refusal = refusalOfDiskHandOver(m_plan, *m_device, media, m_environment.machine);
-    if (!refusal && !takeAll()) {
-        if (!m_deadline.hasExpired()) {
+    if (const int error = refusal ? 0 : m_device->take(Claimant::Program)) {
+        if (PreflightRules::isInUseNow(error) && !m_deadline.hasExpired()) {
             m_phaseTimer.start(m_environment.limits.claimStep);
             return;
         }
-        refusal = Refusal { ExitCode::InUse, u"%1 is in use"_s.arg(m_plan.disk.bsdName) };
+        refusal = PreflightRules::refusalOfTaking(m_plan.disk, error);
     }
     if (refusal) {
         abandon(refusal->code, refusal->message);
@@ -135,33 +135,11 @@ void DiskJob::claim()
         runNextCommand();
 }
 
-// A run on a partition has locked the partition, not the disk: udev does not look at a disk that is locked.
-bool DiskJob::takeAll()
-{
-    m_parts.clear();
-    for (const QString &node : std::as_const(m_plan.formerNodes)) {
-        m_parts.push_back(m_environment.machine.holdDevice(node));
-        if (!m_parts.back().take(Claimant::Program))
-            return false;
-    }
-    return m_device->take(Claimant::Program);
-}
-
-void DiskJob::release()
-{
-    m_parts.clear();
-    m_device.reset();
-}
-
 void DiskJob::runNextCommand()
 {
     enter(Phase::Running);
     ToolCommand command = m_plan.commands.front();
     command.descriptors = m_device->descriptors();
-    for (const HeldDevice &part : m_parts) {
-        const std::vector<int> descriptors = part.descriptors();
-        command.descriptors.insert(command.descriptors.end(), descriptors.begin(), descriptors.end());
-    }
     m_plan.commands.pop_front();
     if (!m_inhibition)
         m_inhibition = m_environment.machine.inhibitShutdown(u"A disk is being erased"_s);
@@ -179,16 +157,19 @@ void DiskJob::commandEnded(const ToolEnd &end)
         failTable(endText(end));
         return;
     }
-    if (!m_plan.commands.empty())
+    const QString &node = m_plan.disk.deviceNode;
+    if (m_plan.commands.empty())
+        awaitPartition();
+    else if (isSameMedium(m_plan.identity, node, *m_device, m_environment.machine))
         runNextCommand();
     else
-        awaitPartition();
+        failTable(u"%1 is no longer the same disk"_s.arg(node));
 }
 
 void DiskJob::awaitPartition()
 {
     enter(Phase::AwaitingPartition);
-    release();
+    m_device.reset();
     Q_EMIT said(u"Waiting for %1"_s.arg(m_plan.volumeBsdName));
     m_deadline.setRemainingTime(m_environment.limits.newVolume);
     lookForPartition();
@@ -197,6 +178,11 @@ void DiskJob::awaitPartition()
 void DiskJob::lookForPartition()
 {
     const QString &node = m_plan.disk.deviceNode;
+    // udev has to look at the disk meanwhile, so it is not held.
+    if (m_environment.machine.readDeviceIdentity(node) != m_plan.identity) {
+        failTable(u"%1 is no longer the same disk"_s.arg(node));
+        return;
+    }
     if (m_environment.machine.makeOnlyPartition(node, m_plan.layout.start, m_plan.layout.size)) {
         if (isInterrupted()) {
             finish();
@@ -260,7 +246,7 @@ void DiskJob::failTable(const QString &reason)
 // Mounts what was unmounted, as far as nothing has been written.
 void DiskJob::restoreNext()
 {
-    release();
+    m_device.reset();
     if (m_toRestore.empty() || m_hasRun) {
         finish();
         return;
@@ -318,7 +304,7 @@ void DiskJob::mediumChanged(const DADiskRef &disk)
 void DiskJob::finish()
 {
     enter(Phase::Ended);
-    release();
+    m_device.reset();
     m_inhibition.reset();
     if (m_outcome == ExitCode::Success)
         Q_EMIT said(u"Finished erase on %1"_s.arg(m_plan.disk.bsdName));

@@ -43,8 +43,6 @@ private:
     void unmountAnswered(const DADissenterRef &dissenter);
     void beginTable();
     void claim();
-    bool takeAll();
-    void release();
     void runNextCommand();
     void commandEnded(const ToolEnd &end);
     void awaitPartition();
@@ -67,7 +65,6 @@ private:
     QTimer m_phaseTimer; // ends the phase, or one step of it
     QDeadlineTimer m_deadline; // of Claiming and AwaitingPartition
     std::optional<HeldDevice> m_device; // from the last look to the end of the table
-    std::vector<HeldDevice> m_parts; // its partitions, as long
     std::deque<Unmounted> m_toUnmount;
     std::deque<Unmounted> m_toRestore;
     std::shared_ptr<void> m_inhibition; // of shutdown and sleep, once a command has written

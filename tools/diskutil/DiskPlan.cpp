@@ -16,6 +16,17 @@ bool isOnDisk(const Medium &medium, const Medium &disk)
     return medium.bsdName == disk.bsdName || medium.bsdName.startsWith(disk.bsdName + u's');
 }
 
+std::vector<Refusal> refusalsOfMounts(const std::vector<PartSituation> &parts, const Machine &machine)
+{
+    std::vector<Refusal> refusals;
+    for (const PartSituation &part : parts) {
+        if (auto refusal = PreflightRules::refusalOfMounts(
+                part.medium, machine.readVolumeMounts(part.medium.deviceNode), machine.invokingUser()))
+            refusals.push_back(*std::move(refusal));
+    }
+    return refusals;
+}
+
 // The disk's own refusal only repeats those of its partitions.
 std::vector<Refusal> refusalsOfParts(const std::vector<PartSituation> &parts, const QString &diskNode)
 {
@@ -90,6 +101,8 @@ std::variant<DiskPlan, std::vector<Refusal>> planDisk(
     plan.identity = machine.readDeviceIdentity(disk->deviceNode);
     const std::vector<PartSituation> parts = machine.readDiskSituation(*disk, media);
     std::vector<Refusal> refusals = refusalsOfParts(parts, disk->deviceNode);
+    if (refusals.empty())
+        refusals = refusalsOfMounts(parts, machine);
     if (!refusals.empty())
         return refusals;
     if (const auto refusal = layOut(plan, line))
@@ -116,6 +129,8 @@ std::variant<DiskPlan, std::vector<Refusal>> planDisk(
 std::optional<Refusal> refusalOfDiskHandOver(
     const DiskPlan &plan, const HeldDevice &device, const std::vector<Medium> &media, const Machine &machine)
 {
+    if (device.openError != 0)
+        return PreflightRules::refusalOfTaking(plan.disk, device.openError);
     if (!isSameMedium(plan.identity, plan.disk.deviceNode, device, machine))
         return Refusal { ExitCode::MediumChanged,
             u"%1 is no longer the same disk"_s.arg(plan.disk.deviceNode) };

@@ -28,8 +28,8 @@ enum class ExitCode : int {
     MountRefused = 20, // the volume that an erase has made could not be mounted
     NotWholeDisk = 21, // eraseDisk was given a partition
     PassphraseRefused = 22, // it was wrong, or none was given
-    DeviceGone = 23, // while it was verified or repaired
-    DeviceUnreadable = 24, // so that nothing can be said of its volume
+    DeviceGone = 23, // before anything was written, or while it was verified or repaired
+    DeviceUnreadable = 24, // or it cannot be opened; nothing can be said of its volume
 };
 
 // Why nothing is done: the exit status and one line for the user.

@@ -86,10 +86,8 @@ std::variant<JobPlan, Refusal> planJob(
         = PreflightRules::refusalOfDevice(operation, *medium, machine.readDeviceSituation(*medium, media)))
         return *refusal;
     const std::vector<VolumeMount> mounts = machine.readVolumeMounts(medium->deviceNode);
-    if (operation != Operation::Erase) {
-        if (auto refusal = PreflightRules::refusalOfMounts(*medium, mounts, machine.invokingUser()))
-            return *refusal;
-    }
+    if (auto refusal = PreflightRules::refusalOfMounts(*medium, mounts, machine.invokingUser()))
+        return *refusal;
     plan.formerMount = formerMount(mounts);
     if (auto refusal = planTools(plan, line, machine))
         return *refusal;
@@ -111,6 +109,8 @@ bool isSameMedium(const std::optional<DeviceIdentity> &identity, const QString &
 std::optional<Refusal> refusalOfHandOver(
     const JobPlan &plan, const HeldDevice &device, const std::vector<Medium> &media, const Machine &machine)
 {
+    if (device.openError != 0)
+        return PreflightRules::refusalOfTaking(plan.medium, device.openError);
     if (!isSameMedium(plan.identity, plan.medium.deviceNode, device, machine))
         return Refusal { ExitCode::MediumChanged,
             u"%1 is no longer the same disk"_s.arg(plan.medium.deviceNode) };

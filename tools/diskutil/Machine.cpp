@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tools/diskutil/Machine.h"
 
-#include "filesystems/BundleScan.h"
 #include "filesystems/FilesystemNames.h"
 #include "platform/BlockDevice.h"
 #include "platform/DesktopUserMount.h"
@@ -72,11 +71,19 @@ std::vector<FilesystemBundle> readInstalledBundles()
         [&bundles](const BundleDescription &description) {
             bundles.push_back(readFilesystemBundle(description));
             return true;
-        });
+        },
+        guardOfBundlesToRun(), Distrusted::Last);
     std::sort(bundles.begin(), bundles.end(), [](const FilesystemBundle &a, const FilesystemBundle &b) {
         return compareBundleNames(a.name, b.name) < 0;
     });
     return bundles;
+}
+
+BundleGuard guardOfBundlesToRun()
+{
+    if (geteuid() != 0)
+        return {};
+    return [](const QString &bundlePath) { return !reasonForDistrustOfTree(bundlePath); };
 }
 
 PreflightRules::DeviceSituation readDeviceSituation(const Medium &medium, const std::vector<Medium> &media)
@@ -180,7 +187,8 @@ HeldDevice holdDevice(const QString &deviceNode)
     const auto device = std::make_shared<OpenDevice>(deviceNode);
     return { [device] { return device->identity(); },
         [device](Claimant claimant) { return device->take(claimant); },
-        [device] { return device->descriptors(); }, [device] { return device->isReadable(); } };
+        [device] { return device->descriptors(); }, [device] { return device->isReadable(); },
+        device->openError() };
 }
 
 QString invokingUserName()

@@ -3,6 +3,7 @@
 // What diskutil asks this machine. Every answer is read at the time of the call. Main thread only.
 #pragma once
 
+#include "filesystems/BundleScan.h"
 #include "platform/DesktopUserMount.h"
 #include "platform/DeviceUse.h"
 #include "platform/KernelPartitions.h"
@@ -15,6 +16,9 @@
 
 // The installed file system bundles, the program's own first.
 std::vector<FilesystemBundle> readInstalledBundles();
+
+// Lets those bundles be read whose executables this process may run. The others are read, too, but come last.
+BundleGuard guardOfBundlesToRun();
 
 // The situation of a medium. The other media tell what is mounted where this process does not see it.
 PreflightRules::DeviceSituation readDeviceSituation(const Medium &medium, const std::vector<Medium> &media);
@@ -53,14 +57,16 @@ struct HeldDevice
     // Of the device itself, wherever its node leads by now. Returns std::nullopt when it could not be opened.
     std::function<std::optional<DeviceIdentity>()> identity;
 
-    // Locks it, and claims it where the program does not. Returns false when somebody else has it.
-    std::function<bool(Claimant claimant)> take;
+    // Locks it, and claims it where the program does not. Returns 0, or why it could not, an errno value.
+    std::function<int(Claimant claimant)> take;
 
     // What a program inherits so that lock and claim live as long as it does.
     std::function<std::vector<int>()> descriptors;
 
     // Whether its first and its last block can be read.
     std::function<bool()> isReadable;
+
+    int openError = 0; // an errno value
 };
 
 HeldDevice holdDevice(const QString &deviceNode);

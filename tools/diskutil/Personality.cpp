@@ -4,6 +4,7 @@
 #include "filesystems/DisplayName.h"
 
 #include <algorithm>
+#include <array>
 #include <functional>
 
 #include "platform/NoWidgets.h"
@@ -76,6 +77,17 @@ const FilesystemBundle *bundleNamed(const std::vector<FilesystemBundle> &bundles
     return found == bundles.end() ? nullptr : &*found;
 }
 
+PersonalityChoice firstPersonality(const std::vector<FilesystemBundle> &bundles, bool isTrusted,
+    const std::function<bool(const Personality &)> &matches)
+{
+    for (const FilesystemBundle &bundle : bundles) {
+        const auto found = std::find_if(bundle.personalities.begin(), bundle.personalities.end(), matches);
+        if (bundle.isTrusted == isTrusted && found != bundle.personalities.end())
+            return { &bundle, &*found };
+    }
+    return {};
+}
+
 } // namespace
 
 const std::optional<BundleTool> &Personality::tool(Operation operation) const
@@ -96,7 +108,7 @@ FilesystemBundle readFilesystemBundle(const BundleDescription &description)
     const PropertyDictionary &information = description.information;
     FilesystemBundle bundle { description.path(), description.name, {}, readLabelRule(information),
         information.texts(u"FSLinuxTools"_s), information.texts(u"FSLinuxPackages"_s),
-        information.texts(u"FSLinuxTypes"_s) };
+        information.texts(u"FSLinuxTypes"_s), description.isTrusted };
     for (const BundlePersonality &personality : description.personalities)
         bundle.personalities.push_back(readPersonality(bundle.name, personality.key, personality.properties));
     return bundle;
@@ -104,25 +116,19 @@ FilesystemBundle readFilesystemBundle(const BundleDescription &description)
 
 PersonalityChoice personalityNamed(const std::vector<FilesystemBundle> &bundles, const QString &name)
 {
-    const auto first = [&bundles](const std::function<bool(const Personality &)> &matches) {
-        for (const FilesystemBundle &bundle : bundles) {
-            const auto found
-                = std::find_if(bundle.personalities.begin(), bundle.personalities.end(), matches);
-            if (found != bundle.personalities.end())
-                return PersonalityChoice { &bundle, &*found };
-        }
-        return PersonalityChoice {};
+    using Match = std::function<bool(const Personality &)>;
+    const std::array<Match, 3> matches {
+        [&](const Personality &candidate) { return candidate.key == name; },
+        [&](const Personality &candidate) { return candidate.key.compare(name, Qt::CaseInsensitive) == 0; },
+        [&](const Personality &candidate) { return candidate.name.compare(name, Qt::CaseInsensitive) == 0; },
     };
-    PersonalityChoice choice = first([&](const Personality &candidate) { return candidate.key == name; });
-    if (!choice.personality)
-        choice = first([&](const Personality &candidate) {
-            return candidate.key.compare(name, Qt::CaseInsensitive) == 0;
-        });
-    if (!choice.personality)
-        choice = first([&](const Personality &candidate) {
-            return candidate.name.compare(name, Qt::CaseInsensitive) == 0;
-        });
-    return choice;
+    for (const bool isTrusted : { true, false }) {
+        for (const Match &match : matches) {
+            if (const auto choice = firstPersonality(bundles, isTrusted, match); choice.personality)
+                return choice;
+        }
+    }
+    return {};
 }
 
 QStringList namesOfFormats(const std::vector<FilesystemBundle> &bundles)

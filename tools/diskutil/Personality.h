@@ -46,6 +46,7 @@ struct FilesystemBundle
     QStringList requiredTools; // programs that the bundle's executables run
     QStringList packages; // that have these programs
     QStringList linuxTypes; // what the system's probe calls the volumes that the bundle serves
+    bool isTrusted = true; // what it has may be run
 };
 
 // What a bundle says of itself that diskutil needs. A value of another type than it should have counts as
@@ -59,7 +60,8 @@ struct PersonalityChoice
 };
 
 // The first personality of this name, the bundles in the given order: a key letter for letter, else a key,
-// else a name of the format menu, both in any case.
+// else a name of the format menu, both in any case. One of a bundle that is not trusted is taken only when no
+// other has the name.
 PersonalityChoice personalityNamed(const std::vector<FilesystemBundle> &bundles, const QString &name);
 
 // The names of all personalities that can be made, as the format menu shows them, each once, in the given

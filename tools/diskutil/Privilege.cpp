@@ -8,6 +8,7 @@
 
 #include <array>
 #include <cerrno>
+#include <csignal>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -109,7 +110,7 @@ void PrivilegedRun::loseReader()
 void PrivilegedRun::programEnded(int code, QProcess::ExitStatus status)
 {
     passOutput();
-    if (m_isStopped && status == QProcess::CrashExit)
+    if (m_isStopped && status == QProcess::CrashExit && code == SIGTERM)
         Q_EMIT finished(static_cast<int>(ExitCode::Interrupted));
     else if (status == QProcess::CrashExit)
         fail(ExitCode::ToolFailed, u"the run with administrator rights was killed by signal %1"_s.arg(code));

@@ -130,12 +130,12 @@ void VolumeJob::claim()
     if (!m_device)
         m_device = m_environment.machine.holdDevice(m_plan.medium.deviceNode);
     auto refusal = refusalOfHandOver(m_plan, *m_device, m_environment.media.media(), m_environment.machine);
-    if (!refusal && !m_device->take(m_plan.commands.front().claimant)) {
-        if (!m_deadline.hasExpired()) {
+    if (const int error = refusal ? 0 : m_device->take(m_plan.commands.front().claimant)) {
+        if (PreflightRules::isInUseNow(error) && !m_deadline.hasExpired()) {
             m_phaseTimer.start(m_environment.limits.claimStep);
             return;
         }
-        refusal = Refusal { ExitCode::InUse, u"%1 is in use"_s.arg(m_plan.medium.bsdName) };
+        refusal = PreflightRules::refusalOfTaking(m_plan.medium, error);
     }
     if (!refusal) {
         runNextCommand();
@@ -186,7 +186,7 @@ void VolumeJob::judge(const ToolEnd &end)
     const bool hasExited = end.kind == ToolEnd::Kind::Exited;
     const auto refusal = m_operation == Operation::Erase || end.kind == ToolEnd::Kind::NotStarted
         ? std::nullopt
-        : refusalOfVerdict(m_plan, m_environment.machine.holdDevice(m_plan.medium.deviceNode), end);
+        : refusalOfVerdict(m_plan, *m_device, end);
     if (refusal) {
         m_outcome = refusal->code;
         Q_EMIT complained(refusal->message);

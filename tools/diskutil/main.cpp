@@ -57,7 +57,8 @@ public:
     Session(CommandLine line, Console &console)
         : m_line(std::move(line))
         , m_console(console)
-        , m_session(createDiskArbitrationSession(volumeClaimReader(filesystemDirectories())))
+        , m_session(createDiskArbitrationSession(
+              volumeClaimReader(filesystemDirectories(), guardOfBundlesToRun(), Distrusted::Last)))
         , m_tools([&console, filter = OutputFilter()](
                       const QByteArray &bytes) mutable { console.pass(filter.next(bytes)); })
     {

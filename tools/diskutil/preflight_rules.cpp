@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "tools/diskutil/preflight_rules.h"
 
+#include "platform/SystemLog.h"
+
+#include <cerrno>
+
 #include "platform/NoWidgets.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -44,6 +48,30 @@ std::optional<Refusal> refusalOfDevice(
     if (!situation.canRead || (writes && !situation.canWrite))
         return Refusal { ExitCode::NotPermitted, u"no permission to use %1"_s.arg(medium.deviceNode) };
     return std::nullopt;
+}
+
+bool isInUseNow(int error)
+{
+    return error == EBUSY || error == EWOULDBLOCK;
+}
+
+Refusal refusalOfTaking(const Medium &medium, int error)
+{
+    if (isInUseNow(error))
+        return { ExitCode::InUse, u"%1 is in use"_s.arg(medium.bsdName) };
+    switch (error) {
+    case ENOENT: // its node
+    case ENXIO:
+    case ENODEV:
+    case ENOMEDIUM:
+        return { ExitCode::DeviceGone, u"%1 has gone"_s.arg(medium.bsdName) };
+    case EACCES:
+    case EPERM:
+        return { ExitCode::NotPermitted, u"no permission to use %1"_s.arg(medium.deviceNode) };
+    default:
+        return { ExitCode::DeviceUnreadable,
+            u"%1 cannot be opened: %2"_s.arg(medium.deviceNode, errnoText(error)) };
+    }
 }
 
 std::optional<Refusal> refusalOfMounts(

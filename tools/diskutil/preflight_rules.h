@@ -40,6 +40,12 @@ std::optional<Operation> operationOfVerb(Verb verb);
 std::optional<Refusal> refusalOfDevice(
     Operation operation, const Medium &medium, const DeviceSituation &situation);
 
+// Whether a device that could not be taken for this reason, an errno value, may be free in a moment.
+bool isInUseNow(int error);
+
+// Why a device that could not be opened, locked or claimed for this reason is not worked on.
+Refusal refusalOfTaking(const Medium &medium, int error);
+
 // Refuses where the volume could not be mounted afterwards as it is now. The user is the one that this is
 // done for, empty for root alone.
 std::optional<Refusal> refusalOfMounts(
