@@ -6,6 +6,7 @@
 #include "platform/Localization.h"
 #include "platform/SystemLog.h"
 #include "ui/DiskMap.h"
+#include "ui/FormatMenuDelegate.h"
 #include "ui/FreeSpaceReader.h"
 #include "ui/ImageButton.h"
 #include "ui/LinkTextView.h"
@@ -94,6 +95,7 @@ void ZorvexDiskManagerAppDelegate::awakeFromNib()
     colorOutput();
     formatVolumeLabelField->setPlaceholderText(localizedString("LABEL_PLACEHOLDER_TEXT"));
     checkRepairOutputView->setPlaceholderText(localizedString("OUTPUT_PLACEHOLDER_TEXT"));
+    FormatMenuDelegate::install(formatFilesystemsPopupButton);
     connect(formatFilesystemsPopupButton, &QComboBox::currentIndexChanged, this,
         [this] { m_status.showLabelLimit(); });
     connect(infoDiskMap, &DiskMap::partChosen, this, &ZorvexDiskManagerAppDelegate::selectMedium);

@@ -53,7 +53,13 @@ struct CheckRepairOutputChunk;
 struct DiskutilFailure;
 struct EraseDiskChoice;
 struct FormatTarget;
+struct SummaryLine;
+using SummaryBlock = std::vector<SummaryLine>;
 struct NewVolume;
+
+namespace FormatMenuRules {
+struct FormatMenu;
+}
 
 class ZorvexDiskManagerAppDelegate : public QObject,
                                      public OutlineDataSource,
@@ -138,6 +144,9 @@ public:
     // The personality's name in the user's language, as its bundle words it.
     QString getFilesystemTypeString(const ZorvexDiskManagerFSBundle &bundle) const;
     void refreshFormatFilesystemsPopupButton();
+    // The menu for a disk of this size in bytes, with why an item of it is disabled.
+    FormatMenuRules::FormatMenu formatMenuFor(
+        std::optional<qint64> mediaSize, const FilesystemBundleRef &remembered) const;
 
     // --- Operation state. Implemented in operations/OperationState.cpp ---
 
@@ -185,8 +194,8 @@ public:
     bool refusesToFormat(const ZorvexDiskManagerDisk &disk);
     // The medium as the question before an erase shows it.
     FormatTarget formatTargetOf(const ZorvexDiskManagerDisk &disk) const;
-    // Asks whether what the text tells of is to be erased, and names what will be there instead.
-    void askBeforeErase(const QString &targetText, const NewVolume &newVolume,
+    // Asks whether what the block tells of is to be erased, and names what will be there instead.
+    void askBeforeErase(const SummaryBlock &target, const NewVolume &newVolume,
         std::function<void(AlertSheet *alert, int returnCode)> didEnd);
 
     // --- Format. Implemented in operations/Format.cpp ---
@@ -204,8 +213,9 @@ public:
 
     // --- Erase disk. Implemented in operations/EraseDisk.cpp ---
 
-    // Whether the menus offer to erase this medium: a whole disk that can be written and does not carry the
-    // system.
+    // The string key of the reason why the menus do not offer to erase this medium; null when they do. It is
+    // a whole disk then that can be written and does not carry the system.
+    const char *eraseDiskReasonKey(const ZorvexDiskManagerDisk &disk) const;
     bool canEraseDisk(const ZorvexDiskManagerDisk &disk) const;
     Q_INVOKABLE void clickEraseDiskMenuItem(QObject *sender);
     // Ends the operation, and selects the new volume unless the user has gone elsewhere meanwhile.
@@ -315,7 +325,7 @@ private:
 
     // operations/EraseQuestion.cpp
     void refuseToErase(const char *key, const QString &name);
-    QString formatTargetText(const ZorvexDiskManagerDisk &disk, const QString &content) const;
+    SummaryBlock formatTargetBlock(const ZorvexDiskManagerDisk &disk, const QString &content) const;
     QString contentTextOf(const ZorvexDiskManagerDisk &disk) const;
     void reportNothingErased(const ZorvexDiskManagerDisk &disk);
 
@@ -324,7 +334,7 @@ private:
     std::shared_ptr<ShellPipe> createPipeFor(const DiskRecord &disk);
 
     // operations/EraseDisk.cpp
-    QString eraseTargetText(const ZorvexDiskManagerDisk &disk) const;
+    SummaryBlock eraseTargetBlock(const ZorvexDiskManagerDisk &disk) const;
     bool refusesToEraseDisk(const ZorvexDiskManagerDisk &disk);
     // The disk and each medium on it.
     std::vector<FormatTarget> eraseTargetsOf(const ZorvexDiskManagerDisk &disk) const;

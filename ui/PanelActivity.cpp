@@ -124,7 +124,9 @@ void PanelStatus::showReasonsOf(const ZorvexDiskManagerDisk *disk)
     const PanelRules::Abilities abilities = PanelRules::abilitiesOf(
         *disk, m_controller.checkFilesystemBundlesList, m_controller.repairFilesystemBundlesList);
     giveReason(m_controller.mountUnmountButton, PanelRules::mountReasonKey(*disk));
-    giveReason(m_controller.formatButton, PanelRules::formatReasonKey(*disk));
+    for (QWidget *control : { static_cast<QWidget *>(m_controller.formatButton),
+             static_cast<QWidget *>(m_controller.formatFilesystemsPopupButton) })
+        giveReason(control, PanelRules::formatReasonKey(*disk));
     giveReason(m_controller.checkButton, PanelRules::checkReasonKey(*disk, abilities));
     giveReason(m_controller.repairButton, PanelRules::repairReasonKey(*disk, abilities));
 }

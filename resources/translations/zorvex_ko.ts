@@ -594,6 +594,16 @@ MIT 라이선스
         <extracomment>Shown in the menu of file systems on the Format page while none is chosen.</extracomment>
         <translation>파일 시스템 선택</translation>
     </message>
+    <message id="FORMAT_TOO_SMALL_FMT">
+        <source>for volumes of %@ or more</source>
+        <extracomment>In the menu of file systems, at the end of an item that is disabled because the disk is too small for it. %@ is the least size with its unit.</extracomment>
+        <translation>%@ 이상의 볼륨용</translation>
+    </message>
+    <message id="FORMAT_TOO_LARGE_FMT">
+        <source>for volumes up to %@</source>
+        <extracomment>In the menu of file systems, at the end of an item that is disabled because the disk is too large for it. %@ is the largest size with its unit.</extracomment>
+        <translation>%@ 이하의 볼륨용</translation>
+    </message>
     <message id="FORMAT_LABEL_CAPTION">
         <source>Volume &amp;label:</source>
         <extracomment>Caption of the field for the name that the formatted volume gets.</extracomment>
@@ -638,6 +648,26 @@ MIT 라이선스
         <source>There is no tool for this file system.</source>
         <extracomment>Tool tip of a disabled button: why it is.</extracomment>
         <translation>이 파일 시스템용 도구가 없습니다.</translation>
+    </message>
+    <message id="REASON_NOT_WHOLE_TEXT">
+        <source>Select the whole disk.</source>
+        <extracomment>Why “Erase Disk…” is disabled: a volume is selected, not the disk that it is on.</extracomment>
+        <translation>전체 디스크를 선택하십시오.</translation>
+    </message>
+    <message id="REASON_NO_PARTITIONS_TEXT">
+        <source>This disk cannot have partitions.</source>
+        <extracomment>Why “Erase Disk…” is disabled: there can be no partitions on such a disk.</extracomment>
+        <translation>이 디스크에는 파티션을 만들 수 없습니다.</translation>
+    </message>
+    <message id="REASON_SYSTEM_TEXT">
+        <source>The running system uses this disk.</source>
+        <extracomment>Why “Erase Disk…” is disabled.</extracomment>
+        <translation>실행 중인 시스템이 이 디스크를 사용합니다.</translation>
+    </message>
+    <message id="REASON_NOT_EJECTABLE_TEXT">
+        <source>This disk cannot be ejected.</source>
+        <extracomment>Why “Eject” is disabled.</extracomment>
+        <translation>이 디스크는 꺼낼 수 없습니다.</translation>
     </message>
     <message id="INVALID_VOLUME_LABEL_TEXT">
         <source>The volume label is not valid</source>

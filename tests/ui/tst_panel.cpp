@@ -13,6 +13,7 @@
 #include "ui/OutputView.h"
 #include "ui/UsageBar.h"
 
+#include <QAbstractItemView>
 #include <QAccessible>
 #include <QApplication>
 #include <QComboBox>
@@ -443,8 +444,17 @@ void TestPanel::menuFollowsTheSelectedSize()
     test.select(u"disk2s1"_s);
     QVERIFY(isEnabled(0) && !isEnabled(1));
     QCOMPARE(menu->currentIndex(), 0);
+    // The title is as it was; the reason is at the end of the row, in the tip and spoken.
+    QCOMPARE(menu->itemText(1), u"Large"_s);
+    for (const int role : { Qt::ToolTipRole, Qt::AccessibleDescriptionRole }) {
+        QCOMPARE(menu->itemData(1, role).toString(), u"for volumes of 1 GB or more"_s);
+        QCOMPARE(menu->itemData(0, role).toString(), QString());
+    }
+    QVERIFY(menu->view()->sizeHintForColumn(0)
+        > menu->fontMetrics().horizontalAdvance(u"Largefor volumes of 1 GB or more"_s) * 12 / 13);
     test.controller().leftOutlineView->selectRow(-1);
     QVERIFY(isEnabled(1));
+    QCOMPARE(menu->itemData(1, Qt::AccessibleDescriptionRole).toString(), QString());
     QCOMPARE(menu->currentIndex(), 0);
 }
 

@@ -485,7 +485,7 @@ void TestPictures::sheetsFit()
     filesystems->setCurrentIndex(filesystems->findText(u"MS-DOS"_s, Qt::MatchStartsWith));
     controller.formatButton->click();
     QCOMPARE(test.sheets().size(), 1);
-    QVERIFY(test.sheets().constFirst()->informativeText().contains(u"/dev/nvme0n1p2"_s));
+    QVERIFY(test.sheets().constFirst()->accessoryText().contains(u"/dev/nvme0n1p2"_s));
     QCOMPARE(look("format-question").join(u'\n'), QString());
     QTest::keyClick(test.sheets().constFirst(), Qt::Key_Escape);
     QTRY_VERIFY(test.sheets().isEmpty());
