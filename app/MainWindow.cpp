@@ -71,6 +71,7 @@ void setOutlets(ZorvexDiskManagerAppDelegate &controller, QMainWindow *window, c
     controller.contentGloss = ui.contentGloss;
     controller.formatHeader = ui.formatHeader;
     controller.maintenanceHeader = ui.maintenanceHeader;
+    controller.serviceCommandField = ui.serviceCommandField;
     controller.infoMountedPathView = ui.infoMountedPathView;
     controller.filesystemLabel = ui.filesystemLabel;
     controller.bsdNameLabel = ui.bsdNameLabel;

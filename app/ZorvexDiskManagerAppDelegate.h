@@ -31,8 +31,10 @@
 #include "app/MainWindowOutlets.h"
 #include "app/ZorvexDiskManagerCommon.h"
 #include "disks/DiskListBuilder.h"
+#include "filesystems/format_menu_rules.h"
 #include "operations/RunningOperations.h"
 #include "platform/MainThreadRelay.h"
+#include "ui/EraseSummary.h"
 #include "ui/OutlineDataSource.h"
 #include "ui/PanelStatus.h"
 #include "ui/SplitView.h"
@@ -53,13 +55,7 @@ struct CheckRepairOutputChunk;
 struct DiskutilFailure;
 struct EraseDiskChoice;
 struct FormatTarget;
-struct SummaryLine;
-using SummaryBlock = std::vector<SummaryLine>;
 struct NewVolume;
-
-namespace FormatMenuRules {
-struct FormatMenu;
-}
 
 class ZorvexDiskManagerAppDelegate : public QObject,
                                      public OutlineDataSource,
@@ -154,6 +150,8 @@ public:
     void beginOperation(const DiskRecord &disk, RunningOperation operation);
     // Marks it as idle and refreshes the window. What there is to report has been reported before.
     void finishOperation(const DiskRecord &disk);
+    // The operation stands still while the user is asked something, or goes on.
+    void setWaitsForAnswer(const DiskRecord &disk, bool waits);
     // Brings the rows and the information panel up to date with the records.
     void refreshAfterStateChange();
 
@@ -216,7 +214,6 @@ public:
     // The string key of the reason why the menus do not offer to erase this medium; null when they do. It is
     // a whole disk then that can be written and does not carry the system.
     const char *eraseDiskReasonKey(const ZorvexDiskManagerDisk &disk) const;
-    bool canEraseDisk(const ZorvexDiskManagerDisk &disk) const;
     Q_INVOKABLE void clickEraseDiskMenuItem(QObject *sender);
     // Ends the operation, and selects the new volume unless the user has gone elsewhere meanwhile.
     void eraseDiskFinished(const DiskRecord &disk, bool hasFailed);
@@ -250,6 +247,9 @@ public:
     std::optional<QPixmap> getUIImageforDisk(const ZorvexDiskManagerDisk &disk, bool needBigImage) const;
     std::optional<QPixmap> getImageNamed(const QString &name) const;
     void setMountImageWithIsUnmountable(bool isUnmountable);
+    // Draws all pictures again: the window is on another screen, or its text has another size.
+    void redrawPictures();
+    void showBigImage(const QString &name);
 
     // --- Outline view. Implemented in ui/DiskOutline.cpp ---
 
@@ -259,6 +259,7 @@ public:
     QString outlineView_objectValueForTableColumn_byItem(
         OutlineView *view, int column, const OutlineItem &item) override;
     bool outlineView_isItemBusy(OutlineView *view, const OutlineItem &item) override;
+    QString outlineView_glyphOfItem(OutlineView *view, const OutlineItem &item) override;
     QString outlineView_accessibleTextByItem(OutlineView *view, const OutlineItem &item) override;
     void outlineView_setObjectValue_forTableColumn_byItem(
         OutlineView *view, const QVariant &value, int column, const OutlineItem &item) override;
@@ -298,6 +299,7 @@ private:
     // app/Lifecycle.cpp
     void swapPanes();
     void colorOutput(); // in the colour of the window's text
+    void serviceDidChange(bool isAvailable); // the disk service
 
     // disks/DiskTreeOperations.cpp
     void releaseDiskListItem(ZorvexDiskManagerDiskListItem *item);
@@ -384,6 +386,7 @@ private:
     QElapsedTimer m_sinceSelectionMoved; // not valid until then
     friend class PanelStatus;
     PanelStatus m_status { *this };
+    QString m_bigImageName; // of the disk that was shown last
     bool m_outputRefreshScheduled = false;
     std::chrono::milliseconds m_outputInterval {}; // from output that comes to the refresh that shows it
 };

@@ -54,15 +54,10 @@ const char *ZorvexDiskManagerAppDelegate::eraseDiskReasonKey(const ZorvexDiskMan
     return m_platform.isSystemDevice(node) ? QT_TRID_NOOP("REASON_SYSTEM_TEXT") : nullptr;
 }
 
-bool ZorvexDiskManagerAppDelegate::canEraseDisk(const ZorvexDiskManagerDisk &disk) const
-{
-    return !eraseDiskReasonKey(disk);
-}
-
 void ZorvexDiskManagerAppDelegate::clickEraseDiskMenuItem(QObject *)
 {
     const DiskRecord disk = selectedDisk();
-    if (!disk || hasSelectionJustMoved() || !canEraseDisk(*disk))
+    if (!disk || hasSelectionJustMoved() || eraseDiskReasonKey(*disk))
         return;
     const FormatMenuRules::FormatMenu menu = formatMenuFor(disk->mediaSize->longLongValue(),
         formatFilesystemsPopupButton->currentData().value<FilesystemBundleRef>());

@@ -31,6 +31,8 @@ constexpr std::chrono::milliseconds shortestActivity { 300 };
 QString activityText(const ZorvexDiskManagerDisk &disk)
 {
     const QStringList name { ZorvexDiskManagerAppDelegate::getDisplayNameForDisk(disk) };
+    if (disk.waitsForAnswer)
+        return localizedString("ACTIVITY_WAITING_TEXT");
     switch (disk.runningOperation) {
     case RunningOperation::Mount:
         return localizedString("ACTIVITY_MOUNTING_TEXT");
@@ -145,17 +147,23 @@ void PanelStatus::showLabelLimit()
 
 bool PanelStatus::showsActivityOf(const ZorvexDiskManagerDisk &disk)
 {
-    return disk.operationInProgress && elapsedOf(disk) >= shortestActivity;
+    return disk.operationInProgress && (disk.waitsForAnswer || elapsedOf(disk) >= shortestActivity);
 }
 
-void PanelStatus::showActivityOf(const ZorvexDiskManagerDisk &disk, const QString &text)
+void PanelStatus::showActivityOf(const ZorvexDiskManagerDisk &disk)
 {
-    m_controller.infoStatusLabel->setText(text + u"\u00a0·\u00a0" + StatusRow::durationText(secondsOf(disk)));
+    const QString text = activityText(disk);
     m_controller.infoDiskMap->hide();
     m_controller.infoUsageBar->setVisible(true);
     m_controller.infoUsageBar->setAccessibleName(text);
-    m_controller.infoUsageBar->showProgress(percentageOf(disk));
     m_controller.goToFormatLink->hide();
+    if (disk.waitsForAnswer) { // nothing moves
+        m_controller.infoStatusLabel->setText(text);
+        m_controller.infoUsageBar->showUnknown();
+        return;
+    }
+    m_controller.infoStatusLabel->setText(text + u"\u00a0·\u00a0" + StatusRow::durationText(secondsOf(disk)));
+    m_controller.infoUsageBar->showProgress(percentageOf(disk));
 }
 
 void PanelStatus::showFormatRowOf(const ZorvexDiskManagerDisk &disk)
@@ -202,7 +210,7 @@ void PanelStatus::updateActivity()
     if (!disk->operationInProgress)
         m_timer.stop();
     else if (showsActivityOf(*disk))
-        showActivityOf(*disk, activityText(*disk));
+        showActivityOf(*disk);
     if (disk->operationInProgress && !m_timer.isActive())
         m_timer.start();
     layOutAgain();

@@ -126,7 +126,7 @@ void TestMenus::menuItemIsCalledAsTheButton()
         return test.action(u"actionMountUnmount"_s)->text();
     };
     QCOMPARE(title(u"disk2s1"_s), u"&Unmount"_s);
-    QCOMPARE(title(u"disk2"_s), u"Eject"_s);
+    QCOMPARE(title(u"disk2"_s), u"E&ject"_s);
     setMounted(volume, {});
     test.service.changeDisk(volume);
     QCOMPARE(title(u"disk2s1"_s), u"&Mount"_s);
