@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/FormatMenuDelegate.h"
 
+#include "ui/color_rules.h"
 #include "ui/Units.h"
 
 #include <QComboBox>
@@ -51,9 +52,11 @@ void FormatMenuDelegate::paint(
         return;
     painter->save();
     painter->setFont(fontOfReason(option.font));
-    painter->setPen(option.palette.color(QPalette::Disabled, QPalette::Text));
+    painter->setPen(ColorRules::mix(option.palette.color(QPalette::Active, QPalette::Text),
+        option.palette.color(QPalette::Active, QPalette::Base), 0.66)); // to be read, unlike the title
     const int side = option.direction == Qt::RightToLeft ? Qt::AlignLeft : Qt::AlignRight;
-    painter->drawText(option.rect.adjusted(units(gap), 0, -units(gap), 0), side | Qt::AlignVCenter, reason);
+    painter->drawText(option.rect.adjusted(units(gap), 0, -units(gap), 0),
+        side | Qt::AlignVCenter | Qt::AlignAbsolute, reason);
     painter->restore();
 }
 
@@ -65,4 +68,12 @@ QSize FormatMenuDelegate::sizeHint(const QStyleOptionViewItem &option, const QMo
         size.rwidth() += QFontMetrics(fontOfReason(option.font)).horizontalAdvance(reason) + 2 * units(gap);
     size.setHeight(std::max(size.height(), units(rowHeight)));
     return size;
+}
+
+// Titles begin on one line, with an icon or without.
+void FormatMenuDelegate::initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const
+{
+    QStyledItemDelegate::initStyleOption(option, index);
+    if (index.siblingAtRow(0).data(Qt::DecorationRole).isValid())
+        option->features |= QStyleOptionViewItem::HasDecoration;
 }

@@ -5,6 +5,7 @@
 #include "platform/Localization.h"
 #include "tests/support/TestController.h"
 #include "ui/DiskMap.h"
+#include "ui/FormatMenuDelegate.h"
 #include "ui/GlyphLabel.h"
 #include "ui/OutlineView.h"
 #include "ui/OutputView.h"
@@ -13,8 +14,10 @@
 
 #include <QAccessible>
 #include <QApplication>
+#include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPainter>
 #include <QScopeGuard>
 #include <QTest>
 
@@ -58,6 +61,8 @@ private Q_SLOTS:
     void shareIsWrittenAsTheLanguageDoes_data();
     void shareIsWrittenAsTheLanguageDoes();
     void mediumThatCanBeTakenOutHasAGlyph();
+    void reasonStandsAtTheEndOfItsItem_data();
+    void reasonStandsAtTheEndOfItsItem();
 };
 
 void TestStatus::emptyTreeFollowsTheService()
@@ -304,6 +309,36 @@ void TestStatus::mediumThatCanBeTakenOutHasAGlyph()
     disk->description->insert(DAKey::mediaRemovable, false);
     test.service.changeDisk(disk);
     QVERIFY(end() == longName);
+}
+
+void TestStatus::reasonStandsAtTheEndOfItsItem_data()
+{
+    QTest::addColumn<Qt::LayoutDirection>("direction");
+    QTest::newRow("left to right") << Qt::LeftToRight;
+    QTest::newRow("right to left") << Qt::RightToLeft;
+}
+
+void TestStatus::reasonStandsAtTheEndOfItsItem()
+{
+    QFETCH(const Qt::LayoutDirection, direction);
+    QApplication::setStyle(u"Fusion"_s);
+    QComboBox menu;
+    menu.addItem(u" "_s);
+    FormatMenuDelegate::install(&menu);
+    FormatMenuDelegate::enableItem(menu, 0, u"reason"_s);
+    QStyleOptionViewItem option;
+    option.direction = direction;
+    option.rect = QRect(0, 0, 400, 30);
+    QImage image(option.rect.size(), QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    painter.setLayoutDirection(direction);
+    menu.itemDelegate()->paint(&painter, option, menu.model()->index(0, 0));
+    painter.end();
+    QImage empty(200, 30, QImage::Format_RGB32);
+    empty.fill(Qt::white);
+    QCOMPARE(image.copy(0, 0, 200, 30) == empty, direction == Qt::LeftToRight);
+    QCOMPARE(image.copy(200, 0, 200, 30) == empty, direction == Qt::RightToLeft);
 }
 
 QTEST_MAIN(TestStatus)
