@@ -3,6 +3,7 @@
 
 #include "platform/Localization.h"
 #include "ui/ImageResources.h"
+#include "ui/Units.h"
 
 #include <QDialogButtonBox>
 #include <QGridLayout>
@@ -19,6 +20,8 @@ namespace {
 // More than this is no longer a message, and a label that is laid out for it would hold up the window.
 constexpr qsizetype longestMessage = 1500;
 constexpr qsizetype longestDetails = 200000;
+
+constexpr int leastButtonHeight = 30; // units, as in the window
 
 // In a message box, Qt's own.
 const QString informativeLabelName = u"qt_msgbox_informativelabel"_s;
@@ -67,6 +70,7 @@ QPushButton *AlertSheet::addButtonWithTitle(const QString &title)
 {
     // The first one does what is asked, the others decline. The platform decides on their places.
     QPushButton *const button = addButton(title, m_buttons.empty() ? AcceptRole : RejectRole);
+    button->setMinimumHeight(units(leastButtonHeight));
     m_buttons.push_back(button);
     setEscapeButton(button);
     return button;

@@ -14,6 +14,7 @@
 #include "ui/PageHeader.h"
 #include "ui/panel_rules.h"
 #include "ui/status_rules.h"
+#include "ui/Units.h"
 #include "ui/UsageBar.h"
 
 #include <QBoxLayout>
@@ -108,7 +109,9 @@ void PanelStatus::showAsEmpty(bool isEmpty)
         = localizedString(m_isServiceAvailable ? "SELECT_A_DISK_HINT_TEXT" : "NO_SERVICE_HINT_TEXT");
     if (isEmpty)
         m_controller.infoPlaceLabel->setText(hint);
-    m_controller.serviceCommandField->setVisible(isEmpty && !m_isServiceAvailable);
+    const bool showsCommand = isEmpty && !m_isServiceAvailable;
+    m_controller.infoPlaceLabel->setContentsMargins(0, 0, 0, showsCommand ? units(10) : 0);
+    m_controller.serviceCommandField->setVisible(showsCommand);
     m_controller.serviceCommandField->setAccessibleName(hint);
 }
 

@@ -49,6 +49,10 @@ void showDisks(TestController &test)
 {
     test.platform().filesystemDirectories
         = { QStringLiteral(ZORVEX_FILESYSTEMS "/System"), QStringLiteral(ZORVEX_FILESYSTEMS "/Local") };
+    // One that starts the computer has no row.
+    test.platform().partitionNodes = [](const QString &) { return QStringList(u"/dev/nvme0n1p9"_s); };
+    test.platform().readDeviceIdentity
+        = [](const QString &) { return std::optional(DeviceIdentity { 1, 1, 4'000'000, 2'000'000 }); };
     test.launch();
     const MemoryDiskRef whole = makeDisk(u"disk2"_s);
     whole->description->insert(DAKey::mediaName, u"Samsung SSD 980 PRO"_s);
@@ -358,6 +362,17 @@ void TestPictures::takesPictures()
         const QString name
             = u"%1-%2@%3x.png"_s.arg(QString::fromLatin1(QTest::currentDataTag()), QLatin1String(state.name))
                   .arg(test.window().devicePixelRatio());
+        QVERIFY(test.window().grab().save(folder.filePath(name)));
+    }
+    for (const bool isAvailable : { false, true }) { // nothing is listed either way
+        test.service.setAvailable(isAvailable);
+        TestController::handlePostedEvents();
+        const QStringList cut = cutLabels(test.window());
+        QVERIFY2(cut.isEmpty(), qPrintable(cut.join(u'\n')));
+        const QString name = u"%1-%2@%3x.png"_s
+                                 .arg(QString::fromLatin1(QTest::currentDataTag()),
+                                     isAvailable ? u"no-disks"_s : u"no-service"_s)
+                                 .arg(test.window().devicePixelRatio());
         QVERIFY(test.window().grab().save(folder.filePath(name)));
     }
 }
