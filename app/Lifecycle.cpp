@@ -6,6 +6,7 @@
 #include "platform/Localization.h"
 #include "platform/SystemLog.h"
 #include "ui/DiskMap.h"
+#include "ui/FormatMenuDelegate.h"
 #include "ui/FreeSpaceReader.h"
 #include "ui/ImageButton.h"
 #include "ui/LinkTextView.h"
@@ -21,7 +22,9 @@
 #include <QLineEdit>
 #include <QMainWindow>
 #include <QScreen>
+#include <QStyle>
 #include <QTabWidget>
+#include <QWindow>
 
 #include <algorithm>
 #include <limits>
@@ -40,11 +43,26 @@ int menuHeight(const QMainWindow &window)
     return window.layout()->totalMinimumSize().height() - window.layout()->minimumSize().height();
 }
 
-// So much room for a larger text, as far as the screen has it.
-QSize grownWithText(const QSize &usual, const QScreen *screen)
+// So much room for a larger text, as far as the screen has it beside the menus and the window's frame.
+QSize grownWithText(const QSize &usual, const QMainWindow &window)
 {
     const QSize grown = usual * std::max(textScale(), 1.0);
-    return screen ? grown.boundedTo(screen->availableSize().expandedTo(usual)) : grown;
+    if (!window.screen())
+        return grown;
+    // The desktop draws the frame; it is not known before the window is shown.
+    const int title = window.style()->pixelMetric(QStyle::PM_TitleBarHeight);
+    const QSize room = window.screen()->availableSize().shrunkBy({ 0, menuHeight(window), 0, title });
+    return grown.boundedTo(room.expandedTo(minimumContentSize));
+}
+
+// Whether pictures have to be drawn in another size now.
+bool isChangeOfSize(QEvent::Type type)
+{
+#if QT_VERSION >= QT_VERSION_CHECK(6, 6, 0)
+    if (type == QEvent::DevicePixelRatioChange)
+        return true;
+#endif
+    return type == QEvent::FontChange;
 }
 
 void logNoSession()
@@ -94,13 +112,14 @@ void ZorvexDiskManagerAppDelegate::awakeFromNib()
     colorOutput();
     formatVolumeLabelField->setPlaceholderText(localizedString("LABEL_PLACEHOLDER_TEXT"));
     checkRepairOutputView->setPlaceholderText(localizedString("OUTPUT_PLACEHOLDER_TEXT"));
+    FormatMenuDelegate::install(formatFilesystemsPopupButton);
     connect(formatFilesystemsPopupButton, &QComboBox::currentIndexChanged, this,
         [this] { m_status.showLabelLimit(); });
     connect(infoDiskMap, &DiskMap::partChosen, this, &ZorvexDiskManagerAppDelegate::selectMedium);
 
     rightTabView->removeTab(rightTabView->indexOf(maintenanceTab));
     rightTabView->removeTab(rightTabView->indexOf(formatTab));
-    infoBigImageField->setPixmap(getImageNamed(u"drive_icon_big.png"_s).value_or(QPixmap()));
+    showBigImage(u"drive_icon_big.png"_s);
     m_status.showAsEmpty(true);
     m_status.showReasonsOf(nullptr);
 
@@ -119,8 +138,8 @@ void ZorvexDiskManagerAppDelegate::awakeFromNib()
     window->installEventFilter(this);
 
     const int menus = menuHeight(*window);
-    const QSize contentSize = grownWithText(initialContentSize, window->screen());
-    window->centralWidget()->setMinimumSize(grownWithText(minimumContentSize, window->screen()));
+    const QSize contentSize = grownWithText(initialContentSize, *window);
+    window->centralWidget()->setMinimumSize(grownWithText(minimumContentSize, *window));
     window->resize(contentSize.grownBy({ 0, menus, 0, 0 }));
     if (const QScreen *screen = window->screen())
         window->move(screen->availableGeometry().center() - window->rect().center());
@@ -133,6 +152,18 @@ void ZorvexDiskManagerAppDelegate::awakeFromNib()
             : grownTreeWidth);
 }
 
+void ZorvexDiskManagerAppDelegate::serviceDidChange(bool isAvailable)
+{
+    leftOutlineView->setEmptyState(isAvailable
+            ? EmptyState { u"media_drive.png"_s, localizedString("NO_DISKS_TITLE"),
+                  localizedString("NO_DISKS_TEXT") }
+            : EmptyState { u"state_warning.png"_s, localizedString("NO_SERVICE_TITLE"),
+                  localizedString("NO_SERVICE_TEXT") });
+    m_status.setServiceAvailable(isAvailable);
+    if (!selectedDisk())
+        m_status.showAsEmpty(true);
+}
+
 void ZorvexDiskManagerAppDelegate::applicationDidFinishLaunching()
 {
     // A combo box never disables its items by itself.
@@ -141,7 +172,7 @@ void ZorvexDiskManagerAppDelegate::applicationDidFinishLaunching()
     session = m_platform.createSession();
     if (!session) {
         logNoSession();
-        leftOutlineView->setEmptyText(localizedString("NO_SERVICE_TEXT"));
+        serviceDidChange(false);
     } else {
         session->registerDiskPeekCallback(
             [this](const DADiskRef &disk) { zorvex_disk_manager_da_disk_peek(disk, this); }, 0);
@@ -160,9 +191,8 @@ void ZorvexDiskManagerAppDelegate::applicationDidFinishLaunching()
         session->setInitialListingCallback([this](bool serviceAvailable) {
             if (!serviceAvailable)
                 logNoSession();
-            leftOutlineView->setEmptyText(
-                localizedString(serviceAvailable ? "NO_DISKS_TEXT" : "NO_SERVICE_TEXT"));
         });
+        session->setServiceCallback([this](bool isAvailable) { serviceDidChange(isAvailable); });
         session->scheduleWithRunLoop();
     }
 
@@ -205,6 +235,11 @@ bool ZorvexDiskManagerAppDelegate::eventFilter(QObject *watched, QEvent *event)
         return true;
     } else if (watched == window && event->type() == QEvent::Close)
         windowWillClose();
+    else if (watched == window && event->type() == QEvent::Show)
+        connect(window->windowHandle(), &QWindow::screenChanged, this,
+            &ZorvexDiskManagerAppDelegate::redrawPictures, Qt::UniqueConnection);
+    else if (watched == window && isChangeOfSize(event->type()))
+        redrawPictures();
     // The theme can change while the program runs.
     else if (watched == window && event->type() == QEvent::PaletteChange)
         colorOutput();

@@ -3,6 +3,7 @@
 
 #include "app/WindowGrid.h"
 #include "app/ZorvexDiskManagerAppDelegate.h"
+#include "platform/Localization.h"
 #include "ui/FlippedOutlineView.h"
 #include "ui/ImageAndTextCell.h"
 #include "ui/InterfaceStyle.h"
@@ -71,6 +72,7 @@ void setOutlets(ZorvexDiskManagerAppDelegate &controller, QMainWindow *window, c
     controller.contentGloss = ui.contentGloss;
     controller.formatHeader = ui.formatHeader;
     controller.maintenanceHeader = ui.maintenanceHeader;
+    controller.serviceCommandField = ui.serviceCommandField;
     controller.infoMountedPathView = ui.infoMountedPathView;
     controller.filesystemLabel = ui.filesystemLabel;
     controller.bsdNameLabel = ui.bsdNameLabel;
@@ -130,11 +132,18 @@ void enableAsButton(QAction *action, const QPushButton *button, const QTabWidget
     action->setToolTip(button->toolTip());
 }
 
+// A menu item without a button, with the string key of the reason why it is disabled; null when it is not.
+void enableUnlessReason(QAction *action, const char *reasonKey)
+{
+    action->setEnabled(!reasonKey);
+    action->setToolTip(reasonKey ? localizedString(reasonKey) : QString());
+}
+
 // The item that ejects is left out where the one above it does so already.
 void followDisk(QAction *eject, const ZorvexDiskManagerDisk *disk)
 {
     eject->setVisible(!disk || !PanelRules::isEjectable(*disk));
-    eject->setEnabled(disk && !disk->operationInProgress && PanelRules::canBeEjected(*disk));
+    enableUnlessReason(eject, disk ? PanelRules::ejectReasonKey(*disk) : "SELECT_A_DISK_TEXT");
 }
 
 // What the menus offer for the disk that the panel shows.
@@ -148,7 +157,8 @@ void followPanel(
     const QString deviceNode = disk ? disk->deviceNode() : QString();
     ui.actionCopyDevicePath->setData(deviceNode);
     ui.actionCopyDevicePath->setEnabled(!deviceNode.isEmpty());
-    ui.actionEraseDisk->setEnabled(disk && controller.canEraseDisk(*disk));
+    enableUnlessReason(
+        ui.actionEraseDisk, disk ? controller.eraseDiskReasonKey(*disk) : "SELECT_A_DISK_TEXT");
     enableAsButton(ui.actionCheck, ui.checkButton, ui.rightTabView, ui.maintenanceTab);
     enableAsButton(ui.actionRepair, ui.repairButton, ui.rightTabView, ui.maintenanceTab);
 }
@@ -296,6 +306,7 @@ std::unique_ptr<QMainWindow> loadMainWindow(ZorvexDiskManagerAppDelegate &contro
     setOutlets(controller, window.get(), ui);
     connectActions(controller, window.get(), ui);
     controller.awakeFromNib();
+    followPanel(controller, nullptr, ui);
     controller.leftOutlineView->setFocus(); // the keyboard begins in the tree
     return window;
 }

@@ -5,6 +5,7 @@
 #include "ui/Units.h"
 
 #include <QEvent>
+#include <QFontDatabase>
 
 namespace {
 
@@ -12,6 +13,7 @@ constexpr int margin = 18;
 constexpr int columnWidth = 620;
 constexpr int pictureSize = 64;
 constexpr QSize leastButton { 80, 30 };
+constexpr QSize commandField { 300, 30 };
 
 QMargins pageMargins()
 {
@@ -56,6 +58,8 @@ void WindowGrid::layOutInfoPage()
     m_ui.infoPageLayout->setContentsMargins(pageMargins());
     m_ui.infoBigImageField->setMinimumSize(units(pictureSize), units(pictureSize));
     m_ui.infoHeaderLayout->setSpacing(units(16));
+    m_ui.serviceCommandField->setFixedSize(units(commandField.width()), units(commandField.height()));
+    m_ui.serviceCommandField->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     m_ui.infoDetailsLayout->setContentsMargins(0, units(14), 0, 0);
     m_ui.infoDetailsLayout->setSpacing(units(6));
     setHeight(m_ui.infoValuesSpacer, units(4));

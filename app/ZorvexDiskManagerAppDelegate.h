@@ -31,8 +31,10 @@
 #include "app/MainWindowOutlets.h"
 #include "app/ZorvexDiskManagerCommon.h"
 #include "disks/DiskListBuilder.h"
+#include "filesystems/format_menu_rules.h"
 #include "operations/RunningOperations.h"
 #include "platform/MainThreadRelay.h"
+#include "ui/EraseSummary.h"
 #include "ui/OutlineDataSource.h"
 #include "ui/PanelStatus.h"
 #include "ui/SplitView.h"
@@ -138,6 +140,9 @@ public:
     // The personality's name in the user's language, as its bundle words it.
     QString getFilesystemTypeString(const ZorvexDiskManagerFSBundle &bundle) const;
     void refreshFormatFilesystemsPopupButton();
+    // The menu for a disk of this size in bytes, with why an item of it is disabled.
+    FormatMenuRules::FormatMenu formatMenuFor(
+        std::optional<qint64> mediaSize, const FilesystemBundleRef &remembered) const;
 
     // --- Operation state. Implemented in operations/OperationState.cpp ---
 
@@ -145,6 +150,8 @@ public:
     void beginOperation(const DiskRecord &disk, RunningOperation operation);
     // Marks it as idle and refreshes the window. What there is to report has been reported before.
     void finishOperation(const DiskRecord &disk);
+    // The operation stands still while the user is asked something, or goes on.
+    void setWaitsForAnswer(const DiskRecord &disk, bool waits);
     // Brings the rows and the information panel up to date with the records.
     void refreshAfterStateChange();
 
@@ -185,8 +192,8 @@ public:
     bool refusesToFormat(const ZorvexDiskManagerDisk &disk);
     // The medium as the question before an erase shows it.
     FormatTarget formatTargetOf(const ZorvexDiskManagerDisk &disk) const;
-    // Asks whether what the text tells of is to be erased, and names what will be there instead.
-    void askBeforeErase(const QString &targetText, const NewVolume &newVolume,
+    // Asks whether what the block tells of is to be erased, and names what will be there instead.
+    void askBeforeErase(const SummaryBlock &target, const NewVolume &newVolume,
         std::function<void(AlertSheet *alert, int returnCode)> didEnd);
 
     // --- Format. Implemented in operations/Format.cpp ---
@@ -204,9 +211,9 @@ public:
 
     // --- Erase disk. Implemented in operations/EraseDisk.cpp ---
 
-    // Whether the menus offer to erase this medium: a whole disk that can be written and does not carry the
-    // system.
-    bool canEraseDisk(const ZorvexDiskManagerDisk &disk) const;
+    // The string key of the reason why the menus do not offer to erase this medium; null when they do. It is
+    // a whole disk then that can be written and does not carry the system.
+    const char *eraseDiskReasonKey(const ZorvexDiskManagerDisk &disk) const;
     Q_INVOKABLE void clickEraseDiskMenuItem(QObject *sender);
     // Ends the operation, and selects the new volume unless the user has gone elsewhere meanwhile.
     void eraseDiskFinished(const DiskRecord &disk, bool hasFailed);
@@ -240,6 +247,9 @@ public:
     std::optional<QPixmap> getUIImageforDisk(const ZorvexDiskManagerDisk &disk, bool needBigImage) const;
     std::optional<QPixmap> getImageNamed(const QString &name) const;
     void setMountImageWithIsUnmountable(bool isUnmountable);
+    // Draws all pictures again: the window is on another screen, or its text has another size.
+    void redrawPictures();
+    void showBigImage(const QString &name);
 
     // --- Outline view. Implemented in ui/DiskOutline.cpp ---
 
@@ -249,6 +259,7 @@ public:
     QString outlineView_objectValueForTableColumn_byItem(
         OutlineView *view, int column, const OutlineItem &item) override;
     bool outlineView_isItemBusy(OutlineView *view, const OutlineItem &item) override;
+    QString outlineView_glyphOfItem(OutlineView *view, const OutlineItem &item) override;
     QString outlineView_accessibleTextByItem(OutlineView *view, const OutlineItem &item) override;
     void outlineView_setObjectValue_forTableColumn_byItem(
         OutlineView *view, const QVariant &value, int column, const OutlineItem &item) override;
@@ -288,6 +299,7 @@ private:
     // app/Lifecycle.cpp
     void swapPanes();
     void colorOutput(); // in the colour of the window's text
+    void serviceDidChange(bool isAvailable); // the disk service
 
     // disks/DiskTreeOperations.cpp
     void releaseDiskListItem(ZorvexDiskManagerDiskListItem *item);
@@ -315,7 +327,7 @@ private:
 
     // operations/EraseQuestion.cpp
     void refuseToErase(const char *key, const QString &name);
-    QString formatTargetText(const ZorvexDiskManagerDisk &disk, const QString &content) const;
+    SummaryBlock formatTargetBlock(const ZorvexDiskManagerDisk &disk, const QString &content) const;
     QString contentTextOf(const ZorvexDiskManagerDisk &disk) const;
     void reportNothingErased(const ZorvexDiskManagerDisk &disk);
 
@@ -324,7 +336,7 @@ private:
     std::shared_ptr<ShellPipe> createPipeFor(const DiskRecord &disk);
 
     // operations/EraseDisk.cpp
-    QString eraseTargetText(const ZorvexDiskManagerDisk &disk) const;
+    SummaryBlock eraseTargetBlock(const ZorvexDiskManagerDisk &disk) const;
     bool refusesToEraseDisk(const ZorvexDiskManagerDisk &disk);
     // The disk and each medium on it.
     std::vector<FormatTarget> eraseTargetsOf(const ZorvexDiskManagerDisk &disk) const;
@@ -374,6 +386,7 @@ private:
     QElapsedTimer m_sinceSelectionMoved; // not valid until then
     friend class PanelStatus;
     PanelStatus m_status { *this };
+    QString m_bigImageName; // of the disk that was shown last
     bool m_outputRefreshScheduled = false;
     std::chrono::milliseconds m_outputInterval {}; // from output that comes to the refresh that shows it
 };

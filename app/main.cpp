@@ -3,6 +3,7 @@
 // Starts the program: decides whether this process may run the interface, chooses the real services and
 // brings the interface up.
 #include "app/DesktopLook.h"
+#include "app/LookProcess.h"
 #include "app/MainWindow.h"
 #include "app/StartMessage.h"
 #include "app/Startup.h"
@@ -19,7 +20,6 @@
 #include <QApplication>
 #include <QIcon>
 #include <QMainWindow>
-#include <QProcess>
 
 #include <cstdio>
 #include <cstdlib>
@@ -109,29 +109,6 @@ void tellLook(int argc, char **argv)
     std::fwrite(text.constData(), 1, static_cast<std::size_t>(text.size()), stdout);
 }
 
-// Has a process of its own find out how the user's desktop looks, while the user is asked for the password:
-// what a desktop loads into a program may need time, or fail.
-void startLook(QProcess &process)
-{
-    if (!qEnvironmentVariableIsSet("DISPLAY") && !qEnvironmentVariableIsSet("WAYLAND_DISPLAY"))
-        return;
-    process.setStandardInputFile(QProcess::nullDevice());
-    process.setStandardErrorFile(QProcess::nullDevice());
-    process.start(
-        QCoreApplication::applicationFilePath(), { QString::fromLatin1(StartupRules::lookArgument) });
-}
-
-// Nothing is shown that could wait for this.
-QByteArray finishLook(QProcess &process)
-{
-    constexpr int timeLimit = 1000; // milliseconds
-    if (process.state() != QProcess::NotRunning && !process.waitForFinished(timeLimit)) {
-        process.kill();
-        process.waitForFinished();
-    }
-    return process.isReadable() ? process.readAllStandardOutput() : QByteArray();
-}
-
 // Hands over to the process with administrator rights. It is started unless it runs already. Returns what the
 // user is to be told.
 std::optional<StartProblem> runElevated(int argc, char **argv)
@@ -142,10 +119,10 @@ std::optional<StartProblem> runElevated(int argc, char **argv)
     if (answer == InstanceAnswer::Silent)
         return StartProblem::NoAnswer;
     QCoreApplication application(argc, argv);
-    QProcess look;
-    startLook(look);
+    LookProcess look(QCoreApplication::applicationFilePath());
+    look.start();
     const std::unique_ptr<Authorization> authorization = createAuthorization();
-    authorization->setLookReader([&look] { return finishLook(look); });
+    authorization->setLookReader([&look] { return look.finish(); });
     std::optional<StartProblem> problem;
     const auto finish = [&problem](AuthorizationStatus status) {
         problem = StartupRules::problemOf(status);
@@ -154,8 +131,6 @@ std::optional<StartProblem> runElevated(int argc, char **argv)
     QMetaObject::invokeMethod(
         &application, [&] { elevate(argv[0], *authorization, finish); }, Qt::QueuedConnection);
     QCoreApplication::exec();
-    look.kill();
-    look.waitForFinished();
     return problem;
 }
 

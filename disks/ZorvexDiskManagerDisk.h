@@ -82,6 +82,7 @@ public:
     bool operationInProgress = false;
     RunningOperation runningOperation = RunningOperation::None; // for the activity bar
     std::chrono::steady_clock::time_point operationBegan;
+    bool waitsForAnswer = false; // the operation goes on when the user has answered a question
     std::optional<FinishedRun> finishedRun; // until the next one begins
     bool operationInProgressShowFormatTab = false;
     bool operationInProgressShowMaintenanceTab = false;

@@ -6,12 +6,13 @@
 #include "filesystems/DisplayName.h"
 #include "filesystems/format_menu_rules.h"
 #include "platform/DisturbingCharacters.h"
+#include "platform/Localization.h"
 #include "platform/SystemLog.h"
+#include "ui/FormatMenuDelegate.h"
 #include "ui/OutlineView.h"
 
 #include <QComboBox>
 #include <QIcon>
-#include <QStandardItemModel>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -50,6 +51,27 @@ QString ZorvexDiskManagerAppDelegate::getFilesystemTypeString(const ZorvexDiskMa
     return ::getFilesystemTypeString(bundle, m_platform.preferredLocalizations.value_or(QStringList()));
 }
 
+FormatMenuRules::FormatMenu ZorvexDiskManagerAppDelegate::formatMenuFor(
+    std::optional<qint64> mediaSize, const FilesystemBundleRef &remembered) const
+{
+    FormatMenuRules::FormatMenu menu
+        = FormatMenuRules::formatMenuItems(formatFilesystemBundlesList.value_or(FilesystemBundleList()),
+            mediaSize, remembered, [this](const ZorvexDiskManagerFSBundle &bundle) {
+                return nameToShow(getFilesystemTypeString(bundle));
+            });
+    for (FormatMenuRules::FormatMenuItem &item : menu.items) {
+        if (item.isEnabled())
+            continue;
+        const bool isTooSmall = item.fit == FormatMenuRules::SizeFit::DiskTooSmall;
+        const PropertyNumber *const bound
+            = numberOf(isTooSmall ? item.record->fsFormatMinimumSize : item.record->fsFormatMaximumSize);
+        item.reason
+            = formatLocalized(localizedString(isTooSmall ? "FORMAT_TOO_SMALL_FMT" : "FORMAT_TOO_LARGE_FMT"),
+                { getSizeString(bound->longLongValue()) });
+    }
+    return menu;
+}
+
 void ZorvexDiskManagerAppDelegate::refreshFormatFilesystemsPopupButton()
 {
     QComboBox *const popup = formatFilesystemsPopupButton;
@@ -57,12 +79,7 @@ void ZorvexDiskManagerAppDelegate::refreshFormatFilesystemsPopupButton()
     std::optional<qint64> mediaSize;
     if (const DiskRecord disk = selectedDisk())
         mediaSize = disk->mediaSize ? disk->mediaSize->longLongValue() : 0;
-
-    const FormatMenuRules::FormatMenu menu
-        = FormatMenuRules::formatMenuItems(formatFilesystemBundlesList.value_or(FilesystemBundleList()),
-            mediaSize, remembered, [this](const ZorvexDiskManagerFSBundle &bundle) {
-                return nameToShow(getFilesystemTypeString(bundle));
-            });
+    const FormatMenuRules::FormatMenu menu = formatMenuFor(mediaSize, remembered);
 
     const QSignalBlocker blocker(popup);
     // The same menu stays: the user may have it open.
@@ -72,11 +89,10 @@ void ZorvexDiskManagerAppDelegate::refreshFormatFilesystemsPopupButton()
         for (const FormatMenuRules::FormatMenuItem &item : menu.items)
             popup->addItem(item.hasOwnIcon ? ownIcon : QIcon(), item.title);
     }
-    const auto *model = qobject_cast<QStandardItemModel *>(popup->model());
     for (int i = 0; i < popup->count(); ++i) {
         const FormatMenuRules::FormatMenuItem &item = menu.items[static_cast<std::size_t>(i)];
         popup->setItemData(i, QVariant::fromValue(item.record));
-        model->item(i)->setEnabled(item.isEnabled);
+        FormatMenuDelegate::enableItem(*popup, i, item.reason);
     }
     if (popup->currentIndex() != menu.selectedIndex)
         popup->setCurrentIndex(menu.selectedIndex);

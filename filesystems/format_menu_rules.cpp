@@ -10,11 +10,13 @@ namespace FormatMenuRules {
 namespace {
 
 // Both bounds are inclusive. A bound that is no number binds nothing.
-bool fits(const ZorvexDiskManagerFSBundle &record, const PropertyNumber &size)
+SizeFit fitOf(const ZorvexDiskManagerFSBundle &record, const PropertyNumber &size)
 {
     const PropertyNumber *minimum = numberOf(record.fsFormatMinimumSize);
     const PropertyNumber *maximum = numberOf(record.fsFormatMaximumSize);
-    return !(minimum && size.compare(*minimum) < 0) && !(maximum && size.compare(*maximum) > 0);
+    if (minimum && size.compare(*minimum) < 0)
+        return SizeFit::DiskTooSmall;
+    return maximum && size.compare(*maximum) > 0 ? SizeFit::DiskTooLarge : SizeFit::Fits;
 }
 
 } // namespace
@@ -29,9 +31,9 @@ FormatMenu formatMenuItems(const FilesystemBundleList &list, std::optional<qint6
         if (remembered && record->compare(*remembered) == 0)
             menu.selectedIndex = static_cast<int>(menu.items.size());
         menu.items.push_back({ title(*record), isOwnFilesystem(record->bundleName),
-            !selectedMediaSize || fits(*record, PropertyNumber(*selectedMediaSize)), record });
+            selectedMediaSize ? fitOf(*record, PropertyNumber(*selectedMediaSize)) : SizeFit::Fits, record });
     }
-    while (menu.selectedIndex >= 0 && !menu.items[static_cast<std::size_t>(menu.selectedIndex)].isEnabled)
+    while (menu.selectedIndex >= 0 && !menu.items[static_cast<std::size_t>(menu.selectedIndex)].isEnabled())
         --menu.selectedIndex;
     return menu;
 }

@@ -7,12 +7,18 @@
 
 namespace FormatMenuRules {
 
+// How a file system goes with the size of a disk.
+enum class SizeFit { Fits, DiskTooSmall, DiskTooLarge };
+
 struct FormatMenuItem
 {
     QString title;
     bool hasOwnIcon = false; // carries the icon of the program's own file systems
-    bool isEnabled = true;
+    SizeFit fit = SizeFit::Fits;
     FilesystemBundleRef record;
+    QString reason = {}; // why it is disabled, in the user's language; for who shows the menu
+
+    bool isEnabled() const { return fit == SizeFit::Fits; }
 };
 
 struct FormatMenu

@@ -43,7 +43,16 @@ void ZorvexDiskManagerAppDelegate::askForPassphrase(
             if (gone == disk)
                 sheet->reject();
         });
-    sheet->beginSheetModalForWindow(window, std::move(answer));
+    const ZorvexDiskManagerDiskListItem *const item = disk_list_find(&disk_list, volume.description()).item;
+    const DiskRecord record = item ? item->disk : nullptr;
+    sheet->beginSheetModalForWindow(
+        window, [this, record, answer = std::move(answer)](std::optional<Passphrase> passphrase) {
+            if (record)
+                setWaitsForAnswer(record, false);
+            answer(std::move(passphrase));
+        });
+    if (record)
+        setWaitsForAnswer(record, true);
 }
 
 void ZorvexDiskManagerAppDelegate::finishUnmount(const DADiskRef &disk, const DiskRecord &record)

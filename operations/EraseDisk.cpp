@@ -12,6 +12,7 @@
 #include "platform/Localization.h"
 #include "ui/AlertSheet.h"
 #include "ui/EraseDiskSheet.h"
+#include "ui/EraseSummary.h"
 #include "ui/OutlineView.h"
 
 #include <QComboBox>
@@ -39,26 +40,27 @@ std::vector<DiskRecord> mediaOf(const ZorvexDiskManagerDisk &disk)
 
 } // namespace
 
-bool ZorvexDiskManagerAppDelegate::canEraseDisk(const ZorvexDiskManagerDisk &disk) const
+const char *ZorvexDiskManagerAppDelegate::eraseDiskReasonKey(const ZorvexDiskManagerDisk &disk) const
 {
     const std::vector<DiskRecord> media = mediaOf(disk);
-    const bool isBusy = std::any_of(
-        media.begin(), media.end(), [](const DiskRecord &medium) { return medium->operationInProgress; });
+    if (std::any_of(
+            media.begin(), media.end(), [](const DiskRecord &medium) { return medium->operationInProgress; }))
+        return QT_TRID_NOOP("REASON_BUSY_TEXT");
+    if (const char *const key = EraseDiskRules::reasonKey(disk))
+        return key;
     const QString node = disk.deviceNode();
-    return !isBusy && EraseDiskRules::canErase(disk) && takesPartitions(node)
-        && !m_platform.isSystemDevice(node);
+    if (!takesPartitions(node))
+        return QT_TRID_NOOP("REASON_NO_PARTITIONS_TEXT");
+    return m_platform.isSystemDevice(node) ? QT_TRID_NOOP("REASON_SYSTEM_TEXT") : nullptr;
 }
 
 void ZorvexDiskManagerAppDelegate::clickEraseDiskMenuItem(QObject *)
 {
     const DiskRecord disk = selectedDisk();
-    if (!disk || hasSelectionJustMoved() || !canEraseDisk(*disk))
+    if (!disk || hasSelectionJustMoved() || eraseDiskReasonKey(*disk))
         return;
-    const FormatMenuRules::FormatMenu menu = FormatMenuRules::formatMenuItems(
-        formatFilesystemBundlesList.value_or(FilesystemBundleList()), disk->mediaSize->longLongValue(),
-        formatFilesystemsPopupButton->currentData().value<FilesystemBundleRef>(),
-        [this](
-            const ZorvexDiskManagerFSBundle &bundle) { return nameToShow(getFilesystemTypeString(bundle)); });
+    const FormatMenuRules::FormatMenu menu = formatMenuFor(disk->mediaSize->longLongValue(),
+        formatFilesystemsPopupButton->currentData().value<FilesystemBundleRef>());
     const QString name = getDisplayNameForDisk(*disk) + u" ("_s + disk->description() + u')';
     auto *sheet = new EraseDiskSheet(name, menu, EraseDiskRules::firstScheme(*disk));
     sheet->beginSheetModalForWindow(
@@ -93,7 +95,7 @@ bool ZorvexDiskManagerAppDelegate::refusesToEraseDisk(const ZorvexDiskManagerDis
 }
 
 // All that is on the disk, a line for each volume. The tree tells what the user sees.
-QString ZorvexDiskManagerAppDelegate::eraseTargetText(const ZorvexDiskManagerDisk &disk) const
+SummaryBlock ZorvexDiskManagerAppDelegate::eraseTargetBlock(const ZorvexDiskManagerDisk &disk) const
 {
     QStringList volumes;
     for (const DiskRecord &medium : mediaOf(disk)) {
@@ -105,7 +107,7 @@ QString ZorvexDiskManagerAppDelegate::eraseTargetText(const ZorvexDiskManagerDis
         volumes.append(QStringList({ getDisplayNameForDisk(*medium), contentTextOf(*medium), size })
                 .join(localizedString("LIST_SEPARATOR_TEXT")));
     }
-    return formatTargetText(disk, EraseDiskRules::contentText(volumes, contentTextOf(disk)));
+    return formatTargetBlock(disk, EraseDiskRules::contentText(volumes, contentTextOf(disk)));
 }
 
 std::vector<FormatTarget> ZorvexDiskManagerAppDelegate::eraseTargetsOf(
@@ -122,7 +124,7 @@ void ZorvexDiskManagerAppDelegate::confirmEraseDisk(const DiskRecord &disk, Eras
     if (choice.label.isEmpty())
         choice.label = FormatRules::defaultLabel(choice.filesystem->bundleName);
     const NewVolume newVolume { choice.filesystemTitle, choice.label, choice.schemeTitle };
-    askBeforeErase(eraseTargetText(*disk), newVolume,
+    askBeforeErase(eraseTargetBlock(*disk), newVolume,
         [this, disk, choice, targets = eraseTargetsOf(*disk)](AlertSheet *, int returnCode) {
             if (returnCode != AlertSheet::firstButtonReturn)
                 return;

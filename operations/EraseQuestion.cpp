@@ -8,6 +8,7 @@
 #include "platform/DisturbingCharacters.h"
 #include "platform/Localization.h"
 #include "ui/AlertSheet.h"
+#include "ui/EraseSummary.h"
 
 #include <QMainWindow>
 
@@ -15,20 +16,13 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-QString questionLine(const char *captionKey, const QString &value)
+SummaryBlock newVolumeBlock(const NewVolume &volume)
 {
-    return formatLocalized(
-               localizedString("FORMAT_QUESTION_LINE_FMT"), { localizedString(captionKey), value })
-        + u'\n';
-}
-
-QString newVolumeText(const NewVolume &volume)
-{
-    QString text = questionLine(QT_TRID_NOOP("FORMAT_NEW_FILESYSTEM_CAPTION"), volume.filesystem)
-        + questionLine(QT_TRID_NOOP("FORMAT_NEW_LABEL_CAPTION"), nameToShow(volume.label));
+    SummaryBlock block { { localizedString("FORMAT_NEW_FILESYSTEM_CAPTION"), volume.filesystem, true },
+        { localizedString("FORMAT_NEW_LABEL_CAPTION"), nameToShow(volume.label), true } };
     if (!volume.scheme.isEmpty())
-        text += questionLine(QT_TRID_NOOP("FORMAT_NEW_SCHEME_CAPTION"), volume.scheme);
-    return text.trimmed();
+        block.push_back({ localizedString("FORMAT_NEW_SCHEME_CAPTION"), volume.scheme });
+    return block;
 }
 
 } // namespace
@@ -59,7 +53,7 @@ FormatTarget ZorvexDiskManagerAppDelegate::formatTargetOf(const ZorvexDiskManage
         m_platform.readDeviceIdentity(disk.deviceNode()) };
 }
 
-QString ZorvexDiskManagerAppDelegate::formatTargetText(
+SummaryBlock ZorvexDiskManagerAppDelegate::formatTargetBlock(
     const ZorvexDiskManagerDisk &disk, const QString &content) const
 {
     const QString size = disk.mediaSize
@@ -72,10 +66,10 @@ QString ZorvexDiskManagerAppDelegate::formatTargetText(
     const QString name = getDisplayNameForDisk(disk);
     const QString nameApart
         = isRightToLeftLocalization() ? QString(QChar(0x2068) + name + QChar(0x2069)) : name;
-    return questionLine(QT_TRID_NOOP("FORMAT_TARGET_NAME_CAPTION"), nameApart)
-        + questionLine(QT_TRID_NOOP("FORMAT_TARGET_SIZE_CAPTION"), size)
-        + questionLine(QT_TRID_NOOP("FORMAT_TARGET_DEVICE_CAPTION"), leftToRightInWindow(device))
-        + questionLine(QT_TRID_NOOP("FORMAT_TARGET_CONTENT_CAPTION"), content);
+    return { { localizedString("FORMAT_TARGET_NAME_CAPTION"), nameApart, true },
+        { localizedString("FORMAT_TARGET_SIZE_CAPTION"), size },
+        { localizedString("FORMAT_TARGET_DEVICE_CAPTION"), leftToRightInWindow(device) },
+        { localizedString("FORMAT_TARGET_CONTENT_CAPTION"), content } };
 }
 
 // The variant is named for a volume that is not mounted as well: it is what will be lost.
@@ -86,7 +80,7 @@ QString ZorvexDiskManagerAppDelegate::contentTextOf(const ZorvexDiskManagerDisk 
     return content.isEmpty() ? localizedString("FORMAT_TARGET_NOTHING_TEXT") : content;
 }
 
-void ZorvexDiskManagerAppDelegate::askBeforeErase(const QString &targetText, const NewVolume &newVolume,
+void ZorvexDiskManagerAppDelegate::askBeforeErase(const SummaryBlock &target, const NewVolume &newVolume,
     std::function<void(AlertSheet *alert, int returnCode)> didEnd)
 {
     auto *alert = new AlertSheet(AlertSheet::Style::Warning);
@@ -94,8 +88,8 @@ void ZorvexDiskManagerAppDelegate::askBeforeErase(const QString &targetText, con
     alert->addButtonWithTitle(localizedString("CONFIRM_FORMAT_DIALOG_CANCEL_BUTTON_TEXT"));
     alert->setMessageText(localizedString("CONFIRM_FORMAT_DIALOG_TITLE"));
     alert->setInformativeText(localizedString("CONFIRM_FORMAT_DIALOG_BODY"));
-    // What is there, and below it what will be.
-    alert->setAccessoryText(targetText + u'\n' + newVolumeText(newVolume));
+    auto *summary = new EraseSummary(target, newVolumeBlock(newVolume));
+    alert->setAccessory(summary, summary->text());
     alert->setDefaultReturn(AlertSheet::firstButtonReturn + 1);
     alert->beginSheetModalForWindow(
         window, [alert, didEnd = std::move(didEnd)](int returnCode) { didEnd(alert, returnCode); });

@@ -8,6 +8,7 @@
 #include "operations/format_rules.h"
 #include "operations/ZorvexDiskManagerFormatParams.h"
 #include "ui/AlertSheet.h"
+#include "ui/EraseSummary.h"
 
 #include <QComboBox>
 #include <QLineEdit>
@@ -77,7 +78,7 @@ void ZorvexDiskManagerAppDelegate::clickFormatButton(QObject *)
 
     const NewVolume newVolume { formatFilesystemsPopupButton->currentText(),
         typed.isEmpty() ? labels.volumeLabel : typed, {} };
-    askBeforeErase(formatTargetText(*disk, contentTextOf(*disk)), newVolume,
+    askBeforeErase(formatTargetBlock(*disk, contentTextOf(*disk)), newVolume,
         [this, params](
             AlertSheet *alert, int returnCode) { formatWarningAlertDidEnd(alert, returnCode, params); });
 }

@@ -122,8 +122,11 @@ void ZorvexDiskManagerAppDelegate::showForceDialog(const DiskRecord &disk, const
     alert->setInformativeText(formatLocalized(localizedString(bodyKey), { disk->description() }));
     // Force can cost the user data; Return alone must not choose it.
     alert->setDefaultReturn(AlertSheet::firstButtonReturn + 1);
-    alert->beginSheetModalForWindow(
-        window, [alert, didEnd = std::move(didEnd)](int returnCode) { didEnd(alert, returnCode); });
+    alert->beginSheetModalForWindow(window, [this, alert, disk, didEnd = std::move(didEnd)](int returnCode) {
+        setWaitsForAnswer(disk, false);
+        didEnd(alert, returnCode);
+    });
+    setWaitsForAnswer(disk, true);
 }
 
 void ZorvexDiskManagerAppDelegate::unmountDidUnmountDisk(

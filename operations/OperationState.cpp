@@ -29,12 +29,19 @@ void ZorvexDiskManagerAppDelegate::beginOperation(const DiskRecord &disk, Runnin
 void ZorvexDiskManagerAppDelegate::finishOperation(const DiskRecord &disk)
 {
     disk->operationInProgress = false;
+    disk->waitsForAnswer = false;
     runningOperations.finish(disk);
     disk->runningOperation = RunningOperation::None;
     disk->operationInProgressShowFormatTab = false;
     disk->operationInProgressShowMaintenanceTab = false;
     closeQuestion.operationDidFinish();
     refreshAfterStateChange();
+}
+
+void ZorvexDiskManagerAppDelegate::setWaitsForAnswer(const DiskRecord &disk, bool waits)
+{
+    disk->waitsForAnswer = waits;
+    m_status.updateActivity();
 }
 
 std::shared_ptr<ShellPipe> ZorvexDiskManagerAppDelegate::createPipeFor(const DiskRecord &disk)

@@ -16,9 +16,15 @@ qint64 sizeOf(const ZorvexDiskManagerDisk &disk)
 
 } // namespace
 
-bool canErase(const ZorvexDiskManagerDisk &disk)
+const char *reasonKey(const ZorvexDiskManagerDisk &disk)
 {
-    return disk.whole && disk.writable && !disk.operationInProgress && sizeOf(disk) > 0;
+    if (disk.operationInProgress)
+        return QT_TRID_NOOP("REASON_BUSY_TEXT");
+    if (!disk.whole)
+        return QT_TRID_NOOP("REASON_NOT_WHOLE_TEXT");
+    if (!disk.writable)
+        return QT_TRID_NOOP("REASON_READ_ONLY_TEXT");
+    return sizeOf(disk) > 0 ? nullptr : QT_TRID_NOOP("REASON_NO_PARTITIONS_TEXT");
 }
 
 PartitionScheme firstScheme(const ZorvexDiskManagerDisk &disk)
@@ -28,7 +34,7 @@ PartitionScheme firstScheme(const ZorvexDiskManagerDisk &disk)
 
 QString contentText(const QStringList &volumes, const QString &withoutVolumes)
 {
-    return volumes.isEmpty() ? withoutVolumes : u"\n– "_s + volumes.join(u"\n– "_s);
+    return volumes.isEmpty() ? withoutVolumes : volumes.join(u'\n');
 }
 
 QString eraseDiskArguments(

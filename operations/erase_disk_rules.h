@@ -11,8 +11,9 @@
 
 namespace EraseDiskRules {
 
-// Whether the record is of a whole medium that can be written and that nothing is at work on.
-bool canErase(const ZorvexDiskManagerDisk &disk);
+// The string key of the reason why the medium cannot be erased as a disk; null for a whole medium that can be
+// written and that nothing is at work on.
+const char *reasonKey(const ZorvexDiskManagerDisk &disk);
 
 // The scheme that is offered first.
 PartitionScheme firstScheme(const ZorvexDiskManagerDisk &disk);

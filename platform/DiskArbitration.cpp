@@ -39,15 +39,23 @@ void DASession::setInitialListingCallback(std::function<void(bool serviceAvailab
     m_initialListing = std::move(callback);
 }
 
+void DASession::setServiceCallback(std::function<void(bool isAvailable)> callback)
+{
+    m_service = std::move(callback);
+}
+
 void DASession::setPassphraseQuestion(PassphraseQuestion question)
 {
     m_passphraseQuestion = std::move(question);
 }
 
-void DASession::deliverInitialListing(bool serviceAvailable)
+void DASession::deliverListing(bool serviceAvailable)
 {
     if (const auto callback = std::exchange(m_initialListing, nullptr))
         callback(serviceAvailable);
+    const bool isNews = std::exchange(m_isServiceAvailable, serviceAvailable) != serviceAvailable;
+    if (m_service && isNews)
+        m_service(serviceAvailable);
 }
 
 void DASession::deliverAppeared(const DADiskRef &disk) const

@@ -177,6 +177,9 @@ public:
     // reached (its media are reported if it comes later).
     void setInitialListingCallback(std::function<void(bool serviceAvailable)> callback);
 
+    // Called when the service comes, after its media have been reported, and when it has gone with them.
+    void setServiceCallback(std::function<void(bool isAvailable)> callback);
+
     // Without a question, what is locked cannot be mounted.
     void setPassphraseQuestion(PassphraseQuestion question);
 
@@ -225,7 +228,7 @@ protected:
     void deliverAppeared(const DADiskRef &disk) const;
     void deliverDisappeared(const DADiskRef &disk) const;
     void deliverDescriptionChanged(const DADiskRef &disk, const QStringList &keys) const;
-    void deliverInitialListing(bool serviceAvailable);
+    void deliverListing(bool serviceAvailable);
     const PassphraseQuestion &passphraseQuestion() const { return m_passphraseQuestion; }
 
 private:
@@ -234,6 +237,8 @@ private:
     DADiskDisappearedCallback m_disappeared;
     DADiskDescriptionChangedCallback m_descriptionChanged;
     std::function<void(bool serviceAvailable)> m_initialListing;
+    std::function<void(bool isAvailable)> m_service;
+    std::optional<bool> m_isServiceAvailable; // what it was told
     PassphraseQuestion m_passphraseQuestion;
 };
 

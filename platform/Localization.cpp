@@ -7,6 +7,8 @@
 #include <QLocale>
 #include <QTranslator>
 
+#include <algorithm>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
@@ -114,6 +116,19 @@ Placeholder placeholderAt(QStringView format, qsizetype position)
     return { .length = cursor + 1 - position, .argument = number };
 }
 
+// Of the countries where the language is spoken, one whose digits are those in which device names and tools
+// write numbers.
+QLocale localeWithPlainDigits(const QString &localization)
+{
+    const QLocale usual(localization);
+    QList<QLocale> locales
+        = QLocale::matchingLocales(usual.language(), QLocale::AnyScript, QLocale::AnyTerritory);
+    locales.prepend(usual);
+    const auto plain = std::find_if(
+        locales.begin(), locales.end(), [](const QLocale &locale) { return locale.zeroDigit() == "0"_L1; });
+    return plain == locales.end() ? QLocale::c() : *plain;
+}
+
 } // namespace
 
 QStringList bundleLocalizations()
@@ -173,9 +188,7 @@ bool loadLocalization(const QString &localization)
     if (tables.toolkit.load("qtbase_"_L1 + tables.inUse, QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
         QCoreApplication::installTranslator(&tables.toolkit);
 
-    // Numbers stay in the digits in which device names and tools write them.
-    const QLocale locale(tables.inUse);
-    QLocale::setDefault(locale.zeroDigit() == "0"_L1 ? locale : QLocale::c());
+    QLocale::setDefault(localeWithPlainDigits(tables.inUse));
     return found;
 }
 

@@ -3,7 +3,10 @@
 
 #include "platform/Localization.h"
 #include "ui/ImageResources.h"
+#include "ui/Units.h"
 
+#include <QDialogButtonBox>
+#include <QGridLayout>
 #include <QIcon>
 #include <QLabel>
 #include <QPushButton>
@@ -17,6 +20,11 @@ namespace {
 // More than this is no longer a message, and a label that is laid out for it would hold up the window.
 constexpr qsizetype longestMessage = 1500;
 constexpr qsizetype longestDetails = 200000;
+
+constexpr int leastButtonHeight = 30; // units, as in the window
+
+// In a message box, Qt's own.
+const QString informativeLabelName = u"qt_msgbox_informativelabel"_s;
 
 QString cut(const QString &text, qsizetype length)
 {
@@ -62,6 +70,7 @@ QPushButton *AlertSheet::addButtonWithTitle(const QString &title)
 {
     // The first one does what is asked, the others decline. The platform decides on their places.
     QPushButton *const button = addButton(title, m_buttons.empty() ? AcceptRole : RejectRole);
+    button->setMinimumHeight(units(leastButtonHeight));
     m_buttons.push_back(button);
     setEscapeButton(button);
     return button;
@@ -79,27 +88,38 @@ void AlertSheet::setMessageText(const QString &text)
 
 void AlertSheet::setInformativeText(const QString &text)
 {
-    m_informativeText = text;
-    showTexts();
+    QMessageBox::setInformativeText(cut(text, longestMessage));
+    // The message box looks for markup in this label whatever the text format of the box is.
+    if (auto *label = findChild<QLabel *>(informativeLabelName))
+        label->setTextFormat(Qt::PlainText);
     if (text.size() > longestMessage)
         setDetailedText(cut(text, longestDetails));
 }
 
-void AlertSheet::setAccessoryText(const QString &text)
+void AlertSheet::setAccessory(QWidget *accessory, const QString &text)
 {
-    m_accessoryText = text;
-    showTexts();
+    accessory->setParent(this);
+    m_accessory = accessory;
+    setAccessibleDescription(text);
 }
 
-void AlertSheet::showTexts()
+// The message box has no place for it: between its texts and its buttons.
+void AlertSheet::placeAccessory()
 {
-    QString text = cut(m_informativeText, longestMessage);
-    if (!m_accessoryText.isEmpty())
-        text += u"\n\n"_s + cut(m_accessoryText, longestMessage);
-    QMessageBox::setInformativeText(text);
-    // The message box looks for markup in this label whatever the text format of the box is.
-    if (auto *label = findChild<QLabel *>(u"qt_msgbox_informativelabel"_s))
-        label->setTextFormat(Qt::PlainText);
+    auto *grid = qobject_cast<QGridLayout *>(layout());
+    auto *text = findChild<QLabel *>(informativeLabelName);
+    auto *buttons = findChild<QDialogButtonBox *>();
+    if (!m_accessory || !grid || !text || !buttons)
+        return;
+    int row = 0;
+    int column = 0;
+    int rowSpan = 0;
+    int columnSpan = 0;
+    grid->getItemPosition(grid->indexOf(text), &row, &column, &rowSpan, &columnSpan);
+    grid->removeWidget(buttons);
+    grid->addWidget(m_accessory, row + 1, column);
+    grid->setRowMinimumHeight(row + 2, grid->verticalSpacing());
+    grid->addWidget(buttons, row + 3, 0, 1, grid->columnCount());
 }
 
 // Without an icon theme, the message box has a bitmap that is coarse on a fine screen.
@@ -129,6 +149,7 @@ void AlertSheet::beginSheetModalForWindow(QWidget *window, std::function<void(in
     setParent(window, Qt::Dialog | Qt::MSWindowsFixedSizeDialogHint);
     setWindowModality(Qt::WindowModal);
     sharpenPicture(*window);
+    placeAccessory();
     setAttribute(Qt::WA_DeleteOnClose);
     if (!defaultButton())
         setDefaultButton(m_buttons.front());

@@ -28,8 +28,10 @@ public:
     void setMessageText(const QString &text);
     void setInformativeText(const QString &text);
 
-    // Further lines below the informative text.
-    void setAccessoryText(const QString &text);
+    // What stands below the informative text; the sheet owns it. Set before the sheet is shown. The text is
+    // the same for a screen reader.
+    void setAccessory(QWidget *accessory, const QString &text);
+    QString accessoryText() const { return accessibleDescription(); }
 
     // The button with this return code.
     QPushButton *buttonForReturn(int returnCode) const;
@@ -41,10 +43,9 @@ public:
     void beginSheetModalForWindow(QWidget *window, std::function<void(int returnCode)> didEnd);
 
 private:
-    void showTexts();
+    void placeAccessory();
     void sharpenPicture(const QWidget &window);
 
-    QString m_informativeText;
-    QString m_accessoryText;
+    QWidget *m_accessory = nullptr;
     std::vector<QPushButton *> m_buttons;
 };

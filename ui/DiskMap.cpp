@@ -65,10 +65,16 @@ void DiskMap::setParts(const std::vector<Part> &parts)
 {
     if (parts == m_parts)
         return;
+    const auto idWhere = [this](auto holds) {
+        const auto found = std::find_if(m_widgets.begin(), m_widgets.end(), holds);
+        return found == m_widgets.end() ? QString() : (*found)->part().id;
+    };
+    const QString focused = idWhere([](const DiskMapPart *widget) { return widget->hasFocus(); });
+    const QString current
+        = idWhere([](const DiskMapPart *widget) { return widget->focusPolicy() != Qt::NoFocus; });
     m_parts = parts;
-    for (DiskMapPart *widget : m_widgets)
+    for (DiskMapPart *widget : std::exchange(m_widgets, {}))
         delete widget;
-    m_widgets.clear();
     QWidget *previous = this;
     for (const Part &part : m_parts) {
         m_widgets.push_back(new DiskMapPart(part, this));
@@ -76,11 +82,16 @@ void DiskMap::setParts(const std::vector<Part> &parts)
         setTabOrder(previous, m_widgets.back());
         previous = m_widgets.back();
     }
-    // Tab reaches the first one, the arrow keys the others.
-    const auto first = std::find_if(m_widgets.begin(), m_widgets.end(),
-        [](const DiskMapPart *widget) { return !widget->part().id.isEmpty(); });
-    if (first != m_widgets.end())
-        (*first)->setFocusPolicy(Qt::StrongFocus);
+    // Tab reaches one, the first at the beginning, and the arrow keys the others.
+    DiskMapPart *reached = nullptr;
+    for (DiskMapPart *widget : m_widgets) {
+        if (!widget->part().id.isEmpty() && (!reached || widget->part().id == current))
+            reached = widget;
+    }
+    if (reached)
+        reached->setFocusPolicy(Qt::StrongFocus);
+    if (reached && !focused.isEmpty())
+        reached->setFocus(Qt::OtherFocusReason);
     layOutParts();
 }
 
@@ -228,8 +239,14 @@ void DiskMapPart::drawTexts(QPainter &painter) const
 void DiskMapPart::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    if (m_part.id.isEmpty()) {
+    if (m_part.kind == DiskMap::Part::Kind::Unused) {
         drawUnused(painter);
+        return;
+    }
+    if (m_part.kind == DiskMap::Part::Kind::NotListed) {
+        painter.setPen(ColorRules::border(palette()));
+        painter.setBrush(ColorRules::track(palette()));
+        painter.drawRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5));
         return;
     }
     painter.setRenderHint(QPainter::Antialiasing);
@@ -238,7 +255,25 @@ void DiskMapPart::paintEvent(QPaintEvent *)
     painter.setBrush(ColorRules::mix(filled, palette().color(QPalette::Window), 0.2));
     painter.drawRoundedRect(
         QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), units(cornerRadius), units(cornerRadius));
+    drawUsed(painter);
     drawTexts(painter);
+}
+
+// A strip at the foot.
+void DiskMapPart::drawUsed(QPainter &painter) const
+{
+    if (!m_part.used)
+        return;
+    const int margin = units(3);
+    QRectF strip(margin, height() - margin - units(stripHeight), width() - 2 * margin, units(stripHeight));
+    const qreal usedWidth = strip.width() * *m_part.used / 100;
+    if (layoutDirection() == Qt::RightToLeft)
+        strip.setLeft(strip.right() - usedWidth);
+    else
+        strip.setWidth(usedWidth);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(ColorRules::filled(palette()));
+    painter.drawRect(strip);
 }
 
 void DiskMapPart::mouseReleaseEvent(QMouseEvent *event)

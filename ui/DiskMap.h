@@ -18,19 +18,24 @@ class DiskMap : public QWidget
 public:
     struct Part
     {
-        QString id; // empty for space of no volume, which cannot be chosen
+        // What is not listed is a partition without a row. Only a volume can be chosen.
+        enum class Kind { Volume, NotListed, Unused };
+
+        Kind kind = Kind::Volume;
+        QString id; // of a volume
         QString name;
         QString size;
         QString toolTip;
         qint64 bytes = 0;
         bool isLocked = false;
+        std::optional<int> used = {}; // per cent of a volume that tells
 
         friend bool operator==(const Part &, const Part &) = default;
     };
 
     explicit DiskMap(QWidget *parent = nullptr);
 
-    // Replaces the parts; the same ones stay as they are, with the focus.
+    // Replaces the parts. The focus, and the part that Tab reaches, stay with the volume.
     void setParts(const std::vector<Part> &parts);
     const std::vector<Part> &parts() const { return m_parts; }
 
@@ -75,6 +80,7 @@ protected:
 private:
     void drawUnused(QPainter &painter) const;
     void drawTexts(QPainter &painter) const;
+    void drawUsed(QPainter &painter) const;
 
     DiskMap::Part m_part;
     DiskMap *m_map;

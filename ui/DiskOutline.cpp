@@ -9,6 +9,7 @@
 #include "ui/outline_rules.h"
 #include "ui/OutlineView.h"
 #include "ui/panel_rules.h"
+#include "ui/status_rules.h"
 
 namespace {
 
@@ -96,6 +97,26 @@ QString ZorvexDiskManagerAppDelegate::rowTextOf(
 bool ZorvexDiskManagerAppDelegate::outlineView_isItemBusy(OutlineView *, const OutlineItem &item)
 {
     return item->operationInProgress;
+}
+
+// What can be taken out, at a glance.
+QString ZorvexDiskManagerAppDelegate::outlineView_glyphOfItem(OutlineView *, const OutlineItem &item)
+{
+    using StatusRules::Medium;
+    if (!item->whole)
+        return {};
+    switch (const Medium medium = StatusRules::mediumOf(*item)) {
+    case Medium::Removable:
+    case Medium::Card:
+    case Medium::Disc:
+    case Medium::Image:
+        return StatusRules::mediumGlyph(medium);
+    case Medium::Internal:
+    case Medium::External:
+    case Medium::Unlocked:
+        break;
+    }
+    return {};
 }
 
 void ZorvexDiskManagerAppDelegate::outlineView_setObjectValue_forTableColumn_byItem(

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/ElidingLabel.h"
 
+#include "ui/direction_rules.h"
 #include "ui/FocusFrame.h"
 #include "ui/ToolTips.h"
 
@@ -46,7 +47,9 @@ bool ElidingLabel::isCut() const
 void ElidingLabel::drawCutText(QPainter &painter) const
 {
     const QRect room = contentsRect();
-    const QString shown = fontMetrics().elidedText(text(), m_elideMode, room.width());
+    // What is cut off may hold the end of a part that has a direction of its own.
+    const QString shown
+        = DirectionRules::withPartsClosed(fontMetrics().elidedText(text(), m_elideMode, room.width()));
     QTextLayout layout(shown, font());
     QTextOption option(QStyle::visualAlignment(layoutDirection(), alignment()) | Qt::AlignAbsolute);
     // A device or a path reads from left to right in every window.

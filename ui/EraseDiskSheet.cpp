@@ -3,6 +3,7 @@
 
 #include "platform/Localization.h"
 #include "ui/AlertSheet.h"
+#include "ui/FormatMenuDelegate.h"
 
 #include <QComboBox>
 #include <QDialogButtonBox>
@@ -10,7 +11,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QStandardItemModel>
 
 #include <algorithm>
 
@@ -22,7 +22,11 @@ EraseDiskSheet::EraseDiskSheet(
     , labelField(new QLineEdit(this))
     , schemePopupButton(new QComboBox(this))
 {
-    setWindowTitle(localizedString("ERASE_DISK_SHEET_TITLE"));
+    setWindowTitle(localizedString("WINDOW_TITLE"));
+    auto *heading = new QLabel(localizedString("ERASE_DISK_SHEET_TITLE"), this);
+    QFont bold;
+    bold.setBold(true);
+    heading->setFont(bold);
     auto *name = new QLabel(disk, this);
     name->setTextFormat(Qt::PlainText);
     name->setWordWrap(true);
@@ -39,6 +43,7 @@ EraseDiskSheet::EraseDiskSheet(
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
 
     auto *layout = new QFormLayout(this);
+    layout->addRow(heading);
     layout->addRow(name);
     layout->addRow(localizedString("FORMAT_FILESYSTEM_CAPTION"), filesystemPopupButton);
     layout->addRow(localizedString("FORMAT_LABEL_CAPTION"), labelField);
@@ -48,13 +53,14 @@ EraseDiskSheet::EraseDiskSheet(
 
 void EraseDiskSheet::fillMenus(const FormatMenuRules::FormatMenu &menu, PartitionScheme scheme)
 {
-    const auto *model = qobject_cast<QStandardItemModel *>(filesystemPopupButton->model());
+    FormatMenuDelegate::install(filesystemPopupButton);
     for (const FormatMenuRules::FormatMenuItem &item : menu.items) {
         filesystemPopupButton->addItem(item.title, QVariant::fromValue(item.record));
-        model->item(filesystemPopupButton->count() - 1)->setEnabled(item.isEnabled);
+        FormatMenuDelegate::enableItem(
+            *filesystemPopupButton, filesystemPopupButton->count() - 1, item.reason);
     }
     const auto first = std::find_if(menu.items.begin(), menu.items.end(),
-        [](const FormatMenuRules::FormatMenuItem &item) { return item.isEnabled; });
+        [](const FormatMenuRules::FormatMenuItem &item) { return item.isEnabled(); });
     const int firstEnabled = first == menu.items.end() ? -1 : static_cast<int>(first - menu.items.begin());
     filesystemPopupButton->setCurrentIndex(menu.selectedIndex >= 0 ? menu.selectedIndex : firstEnabled);
 

@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "ui/ImageResources.h"
 
+#include "ui/Units.h"
+
 #include <QFile>
 #include <QPainter>
 #include <QPixmapCache>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 using namespace Qt::Literals::StringLiterals;
@@ -23,20 +26,33 @@ QString imagePath(const QString &name, int scale)
     return path;
 }
 
+// Pictures come in a few sizes, which are sharp. The one that is nearest to the text's is taken.
+qreal pictureScale()
+{
+    constexpr std::array scales { 1.0, 1.25, 1.5, 2.0 };
+    const qreal text = textScale();
+    return *std::min_element(scales.begin(), scales.end(),
+        [text](qreal one, qreal other) { return std::abs(one - text) < std::abs(other - text); });
+}
+
 } // namespace
 
 std::optional<QPixmap> imageNamed(const QString &name, qreal devicePixelRatio)
 {
-    int scale = std::clamp(static_cast<int>(std::ceil(devicePixelRatio)), 1, largestScale);
-    const QString key = imagePath(name, scale);
+    const qreal enlargement = pictureScale() * devicePixelRatio;
+    const QString key = u"%1@%2@%3"_s.arg(name).arg(enlargement).arg(devicePixelRatio);
     QPixmap image;
     if (QPixmapCache::find(key, &image))
         return image;
+    int scale = std::clamp(static_cast<int>(std::ceil(enlargement)), 1, largestScale);
     while (scale > 1 && !QFile::exists(imagePath(name, scale)))
         --scale;
     if (!image.load(imagePath(name, scale)))
         return std::nullopt;
-    image.setDevicePixelRatio(scale);
+    const QSize size = (QSizeF(image.size()) * enlargement / scale).toSize();
+    if (size != image.size())
+        image = image.scaled(size, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    image.setDevicePixelRatio(devicePixelRatio);
     QPixmapCache::insert(key, image);
     return image;
 }

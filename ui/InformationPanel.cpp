@@ -7,6 +7,7 @@
 #include "platform/Localization.h"
 #include "ui/direction_rules.h"
 #include "ui/font_rules.h"
+#include "ui/icon_rules.h"
 #include "ui/ImageButton.h"
 #include "ui/LinkTextView.h"
 #include "ui/OutlineView.h"
@@ -149,6 +150,9 @@ ZorvexDiskManagerAppDelegate::PanelTexts ZorvexDiskManagerAppDelegate::textsOf(Z
 
 void ZorvexDiskManagerAppDelegate::showOutputOf(const ZorvexDiskManagerDisk &disk)
 {
+    checkRepairOutputView->setPlaceholderText(
+        localizedString(disk.runningOperation == RunningOperation::Repair ? "OUTPUT_PLACEHOLDER_REPAIR_TEXT"
+                                                                          : "OUTPUT_PLACEHOLDER_TEXT"));
     if (!disk.checkRepairOutput) {
         checkRepairOutputView->setOutput({});
         return;
@@ -239,7 +243,7 @@ void ZorvexDiskManagerAppDelegate::outlineViewSelectionDidChange()
     m_status.showAsEmpty(!disk);
     if (disk) {
         texts = textsOf(*disk);
-        infoBigImageField->setPixmap(getUIImageforDisk(*disk, true).value_or(QPixmap()));
+        showBigImage(IconRules::diskIconName(disk->volumeKind, true));
         infoBigImageField->setAccessibleDescription(rowTextOf(*disk, texts.filesystem));
         mountUnmountButton->setText(localizedString(PanelRules::buttonTitleKey(*disk)));
         setMountImageWithIsUnmountable(PanelRules::isUnmountable(*disk));

@@ -58,6 +58,8 @@ class OutlineDelegate
 public:
     // Whether the row is marked as one on which an operation runs.
     virtual bool outlineView_isItemBusy(OutlineView *, const OutlineItem &) { return false; }
+    // The name of the drawing at the end of the item's row; empty for none.
+    virtual QString outlineView_glyphOfItem(OutlineView *, const OutlineItem &) { return {}; }
     virtual ~OutlineDelegate() = default;
     virtual void outlineView_willDisplayCell_forTableColumn_item(
         OutlineView *view, TextFieldCell *cell, int column, const OutlineItem &item)

@@ -5,6 +5,7 @@
 #include "ui/color_rules.h"
 #include "ui/FocusFrame.h"
 #include "ui/ImageAndTextCell.h"
+#include "ui/MediumMark.h"
 #include "ui/OutlineModel.h"
 #include "ui/ToolTips.h"
 #include "ui/Units.h"
@@ -175,6 +176,7 @@ void OutlineView::reloadData()
     if (row >= 0)
         selectRow(row);
     setAutoScroll(true);
+    tellEmptyState();
     layOutForAssistiveTechnologies();
 }
 
@@ -191,6 +193,7 @@ void OutlineView::insertItem(const OutlineItem &item, const OutlineItem &parent,
 {
     if (!m_model->insert(item, parent, index))
         reloadData();
+    tellEmptyState();
     layOutForAssistiveTechnologies();
 }
 
@@ -310,29 +313,46 @@ void OutlineView::drawRow(
         style()->drawPrimitive(QStyle::PE_IndicatorBranch, &branch, painter, this);
     }
     itemDelegate()->paint(painter, rowOption, index);
-    if (m_delegate
-        && m_delegate->outlineView_isItemBusy(const_cast<OutlineView *>(this), m_model->itemAt(index)))
-        drawBusyMark(*painter, *this, rowOption.rect, selectionModel()->isSelected(index));
+    drawMark(*painter, index, rowOption.rect);
     if (rowOption.state.testFlag(QStyle::State_HasFocus))
         drawFocusFrame(*painter, *this, rowOption.rect);
 }
 
-void OutlineView::setEmptyText(const QString &text)
+// At the end of the row, by the view and not by the cell.
+void OutlineView::drawMark(QPainter &painter, const QModelIndex &index, const QRect &row) const
 {
-    m_emptyText = text;
+    auto *const self = const_cast<OutlineView *>(this);
+    const OutlineItem item = m_model->itemAt(index);
+    const bool isSelected = selectionModel()->isSelected(index);
+    // Where a name needs the room, the glyph goes.
+    const qreal room = visualRect(index).width() - self->preparedCell(item)->cellSize().width();
+    if (m_delegate && m_delegate->outlineView_isItemBusy(self, item))
+        drawBusyMark(painter, *this, row, isSelected);
+    else if (m_delegate && room >= mediumMarkWidth())
+        drawMediumMark(painter, *this, row, m_delegate->outlineView_glyphOfItem(self, item), isSelected);
+}
+
+void OutlineView::setEmptyState(const EmptyState &state)
+{
+    m_emptyState = state;
+    tellEmptyState();
     viewport()->update();
+}
+
+void OutlineView::tellEmptyState()
+{
+    const QString words = numberOfRows() > 0 ? QString() : m_emptyState.words();
+    if (words != accessibleDescription())
+        setAccessibleDescription(words);
 }
 
 void OutlineView::paintEvent(QPaintEvent *event)
 {
     QTreeView::paintEvent(event);
-    if (m_emptyText.isEmpty() || numberOfRows() > 0)
+    if (numberOfRows() > 0)
         return;
     QPainter painter(viewport());
-    painter.setPen(ColorRules::mix(palette().color(QPalette::Text), palette().color(QPalette::Base), 0.75));
-    const int margin = units(16);
-    painter.drawText(viewport()->rect().adjusted(margin, margin, -margin, -margin),
-        Qt::AlignCenter | Qt::TextWordWrap, m_emptyText);
+    drawEmptyState(painter, *this, viewport()->rect(), m_emptyState);
 }
 
 QModelIndex OutlineView::triangleAt(const QPoint &position) const

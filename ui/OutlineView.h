@@ -4,6 +4,7 @@
 // its number when the data is reloaded, expansion that stays with its item. Main thread only.
 #pragma once
 
+#include "ui/EmptyState.h"
 #include "ui/OutlineDataSource.h"
 
 #include <QAccessible>
@@ -52,8 +53,9 @@ public:
 
     void expandAllItems();
 
-    // The text that stands in the place of rows while there are none.
-    void setEmptyText(const QString &text);
+    // What stands in the place of rows while there are none. A screen reader is told it as the view's
+    // description.
+    void setEmptyState(const EmptyState &state);
 
     // The data cell with the item's value in it, prepared by the delegate.
     ImageAndTextCell *preparedCell(const OutlineItem &item);
@@ -88,6 +90,8 @@ private:
 
     void accessibilityActiveChanged(bool active) override;
     void layOutForAssistiveTechnologies();
+    void tellEmptyState();
+    void drawMark(QPainter &painter, const QModelIndex &index, const QRect &row) const;
     QModelIndex triangleAt(const QPoint &position) const; // invalid where there is none
 
     std::unique_ptr<OutlineModel> m_model;
@@ -95,5 +99,5 @@ private:
     OutlineDelegate *m_delegate = nullptr;
     bool m_isReloading = false;
     bool m_isAskedAbout; // assistive technologies are in use
-    QString m_emptyText;
+    EmptyState m_emptyState;
 };

@@ -31,6 +31,8 @@ constexpr std::chrono::milliseconds shortestActivity { 300 };
 QString activityText(const ZorvexDiskManagerDisk &disk)
 {
     const QStringList name { ZorvexDiskManagerAppDelegate::getDisplayNameForDisk(disk) };
+    if (disk.waitsForAnswer)
+        return localizedString("ACTIVITY_WAITING_TEXT");
     switch (disk.runningOperation) {
     case RunningOperation::Mount:
         return localizedString("ACTIVITY_MOUNTING_TEXT");
@@ -124,7 +126,9 @@ void PanelStatus::showReasonsOf(const ZorvexDiskManagerDisk *disk)
     const PanelRules::Abilities abilities = PanelRules::abilitiesOf(
         *disk, m_controller.checkFilesystemBundlesList, m_controller.repairFilesystemBundlesList);
     giveReason(m_controller.mountUnmountButton, PanelRules::mountReasonKey(*disk));
-    giveReason(m_controller.formatButton, PanelRules::formatReasonKey(*disk));
+    for (QWidget *control : { static_cast<QWidget *>(m_controller.formatButton),
+             static_cast<QWidget *>(m_controller.formatFilesystemsPopupButton) })
+        giveReason(control, PanelRules::formatReasonKey(*disk));
     giveReason(m_controller.checkButton, PanelRules::checkReasonKey(*disk, abilities));
     giveReason(m_controller.repairButton, PanelRules::repairReasonKey(*disk, abilities));
 }
@@ -143,17 +147,23 @@ void PanelStatus::showLabelLimit()
 
 bool PanelStatus::showsActivityOf(const ZorvexDiskManagerDisk &disk)
 {
-    return disk.operationInProgress && elapsedOf(disk) >= shortestActivity;
+    return disk.operationInProgress && (disk.waitsForAnswer || elapsedOf(disk) >= shortestActivity);
 }
 
-void PanelStatus::showActivityOf(const ZorvexDiskManagerDisk &disk, const QString &text)
+void PanelStatus::showActivityOf(const ZorvexDiskManagerDisk &disk)
 {
-    m_controller.infoStatusLabel->setText(text + u"\u00a0·\u00a0" + StatusRow::durationText(secondsOf(disk)));
+    const QString text = activityText(disk);
     m_controller.infoDiskMap->hide();
     m_controller.infoUsageBar->setVisible(true);
     m_controller.infoUsageBar->setAccessibleName(text);
-    m_controller.infoUsageBar->showProgress(percentageOf(disk));
     m_controller.goToFormatLink->hide();
+    if (disk.waitsForAnswer) { // nothing moves
+        m_controller.infoStatusLabel->setText(text);
+        m_controller.infoUsageBar->showUnknown();
+        return;
+    }
+    m_controller.infoStatusLabel->setText(text + u"\u00a0·\u00a0" + StatusRow::durationText(secondsOf(disk)));
+    m_controller.infoUsageBar->showProgress(percentageOf(disk));
 }
 
 void PanelStatus::showFormatRowOf(const ZorvexDiskManagerDisk &disk)
@@ -200,7 +210,7 @@ void PanelStatus::updateActivity()
     if (!disk->operationInProgress)
         m_timer.stop();
     else if (showsActivityOf(*disk))
-        showActivityOf(*disk, activityText(*disk));
+        showActivityOf(*disk);
     if (disk->operationInProgress && !m_timer.isActive())
         m_timer.start();
     layOutAgain();

@@ -4,6 +4,7 @@
 // mean.
 #include "app/ZorvexDiskManagerAppDelegate.h"
 
+#include "operations/FormatTarget.h"
 #include "platform/Localization.h"
 #include "ui/DiskMap.h"
 #include "ui/ElidingLabel.h"
@@ -13,12 +14,17 @@
 #include "ui/PageHeader.h"
 #include "ui/panel_rules.h"
 #include "ui/status_rules.h"
+#include "ui/Units.h"
 #include "ui/UsageBar.h"
 
 #include <QBoxLayout>
 #include <QFormLayout>
+#include <QLineEdit>
+#include <QLocale>
 
 #include <algorithm>
+#include <map>
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -29,6 +35,9 @@ using StatusRules::Status;
 // Partition tables and the gaps between partitions are no news.
 constexpr qint64 leastUnused = 100'000'000; // bytes
 
+// Nor is the place where a table notes the partitions inside of another one.
+constexpr qint64 leastHidden = 1'000'000; // bytes
+
 constexpr int mountedPathRow = 0; // of the form on the Info page
 constexpr int filesystemRow = 1;
 
@@ -37,6 +46,11 @@ template <typename Function> void forEachNode(const ZorvexDiskManagerDiskListIte
 {
     for (const auto *node = first; node; node = node->next == first ? nullptr : node->next)
         function(*node);
+}
+
+qint64 sizeOf(const ZorvexDiskManagerDisk &disk)
+{
+    return disk.mediaSize ? disk.mediaSize->longLongValue() : 0;
 }
 
 QString withCapital(QString text)
@@ -91,8 +105,14 @@ void PanelStatus::showAsEmpty(bool isEmpty)
     column->setStretch(column->count() - 1, 1);
     m_controller.infoDetails->setVisible(!isEmpty);
     m_controller.infoBigImageField->setEnabled(!isEmpty);
+    const QString hint
+        = localizedString(m_isServiceAvailable ? "SELECT_A_DISK_HINT_TEXT" : "NO_SERVICE_HINT_TEXT");
     if (isEmpty)
-        m_controller.infoPlaceLabel->setText(localizedString("SELECT_A_DISK_HINT_TEXT"));
+        m_controller.infoPlaceLabel->setText(hint);
+    const bool showsCommand = isEmpty && !m_isServiceAvailable;
+    m_controller.infoPlaceLabel->setContentsMargins(0, 0, 0, showsCommand ? units(10) : 0);
+    m_controller.serviceCommandField->setVisible(showsCommand);
+    m_controller.serviceCommandField->setAccessibleName(hint);
 }
 
 QString PanelStatus::placeTextOf(const ZorvexDiskManagerDisk &disk) const
@@ -108,23 +128,44 @@ QString PanelStatus::placeTextOf(const ZorvexDiskManagerDisk &disk) const
     return on + u" · " + medium;
 }
 
+std::vector<PanelStatus::Extent> PanelStatus::hiddenPartitionsOf(const ZorvexDiskManagerDisk &disk) const
+{
+    constexpr qint64 sectorSize = 512; // of the identity of a device
+    QStringList nodes = m_controller.m_platform.partitionNodes(disk.deviceNode());
+    forEachNode(disk.parent_item ? disk.parent_item->children : nullptr,
+        [&](const ZorvexDiskManagerDiskListItem &child) { nodes.removeAll(child.disk->deviceNode()); });
+    std::vector<Extent> extents;
+    for (const QString &node : std::as_const(nodes)) {
+        if (const auto identity = m_controller.m_platform.readDeviceIdentity(node))
+            extents.push_back({ static_cast<qint64>(identity->start) * sectorSize,
+                static_cast<qint64>(identity->size) * sectorSize });
+    }
+    return extents;
+}
+
 QString PanelStatus::partitionsTextOf(const ZorvexDiskManagerDisk &disk) const
 {
     int count = 0;
     int mounted = 0;
-    qint64 unused = disk.mediaSize ? disk.mediaSize->longLongValue() : 0;
+    qint64 hidden = 0;
+    for (const Extent &partition : hiddenPartitionsOf(disk))
+        hidden += partition.size;
+    qint64 unused = sizeOf(disk) - hidden;
     forEachNode(disk.parent_item ? disk.parent_item->children : nullptr,
         [&](const ZorvexDiskManagerDiskListItem &child) {
             ++count;
             mounted += child.disk->volumePath ? 1 : 0;
-            unused -= child.disk->mediaSize ? child.disk->mediaSize->longLongValue() : 0;
+            unused -= sizeOf(*child.disk);
         });
-    QString volumes = formatLocalized(
-        localizedString("STATUS_PARTITIONS_FMT"), { QString::number(count), QString::number(mounted) });
-    if (unused < leastUnused)
-        return volumes;
-    return volumes + u' '
-        + formatLocalized(localizedString("STATUS_UNUSED_FMT"), { m_controller.getSizeString(unused) });
+    QStringList sentences { formatLocalized(localizedString("STATUS_PARTITIONS_FMT"),
+        { QLocale().toString(count), QLocale().toString(mounted) }) };
+    if (hidden >= leastHidden)
+        sentences.append(
+            formatLocalized(localizedString("STATUS_HIDDEN_FMT"), { m_controller.getSizeString(hidden) }));
+    if (unused >= leastUnused)
+        sentences.append(
+            formatLocalized(localizedString("STATUS_UNUSED_FMT"), { m_controller.getSizeString(unused) }));
+    return sentences.join(u' ');
 }
 
 QString PanelStatus::statusTextOf(const ZorvexDiskManagerDisk &disk, std::optional<qint64> freeSpace) const
@@ -137,7 +178,7 @@ QString PanelStatus::statusTextOf(const ZorvexDiskManagerDisk &disk, std::option
         const qint64 size = disk.mediaSize->longLongValue();
         text = formatLocalized(localizedString(StatusRules::statusKey(status)),
             { m_controller.getSizeString(std::max<qint64>(size - *freeSpace, 0)),
-                QString::number(StatusRules::usedPercentage(size, *freeSpace)) });
+                QLocale().toString(StatusRules::usedPercentage(size, *freeSpace)) });
     } else {
         text = localizedString(StatusRules::statusKey(status));
     }
@@ -160,32 +201,61 @@ StatusRules::Status PanelStatus::statusOf(
     return StatusRules::statusOf(disk, facts);
 }
 
+DiskMap::Part PanelStatus::mapPartOf(const DiskRecord &volume) const
+{
+    DiskMap::Part part;
+    part.id = volume->bsdName.value_or(QString());
+    part.name = m_controller.getDisplayNameForDisk(*volume);
+    part.bytes = sizeOf(*volume);
+    part.size = m_controller.getSizeString(part.bytes);
+    part.isLocked = statusOf(*volume, {}) == Status::Locked;
+    QStringList told { m_controller.outlineView_accessibleTextByItem(m_controller.leftOutlineView, volume),
+        part.size };
+    qint64 freeSpace = -1;
+    if (volume->volumePath && part.bytes > 0 && m_controller.getVolumeData(*volume, &freeSpace, nullptr)
+        && freeSpace >= 0) {
+        part.used = StatusRules::usedPercentage(part.bytes, freeSpace);
+        told.append(statusTextOf(*volume, freeSpace));
+    }
+    part.toolTip = told.join(localizedString("LIST_SEPARATOR_TEXT"));
+    return part;
+}
+
 void PanelStatus::showMapOf(const ZorvexDiskManagerDisk &disk)
 {
-    std::vector<DiskMap::Part> parts;
-    qint64 unused = disk.mediaSize ? disk.mediaSize->longLongValue() : 0;
+    std::multimap<qint64, DiskMap::Part> inPlace; // by where they begin
     forEachNode(disk.parent_item ? disk.parent_item->children : nullptr,
         [&](const ZorvexDiskManagerDiskListItem &child) {
-            const ZorvexDiskManagerDisk &volume = *child.disk;
-            DiskMap::Part part;
-            part.id = volume.bsdName.value_or(QString());
-            part.name = m_controller.getDisplayNameForDisk(volume);
-            part.bytes = volume.mediaSize ? volume.mediaSize->longLongValue() : 0;
-            part.size = m_controller.getSizeString(part.bytes);
-            part.toolTip
-                = m_controller.outlineView_accessibleTextByItem(m_controller.leftOutlineView, child.disk)
-                + localizedString("LIST_SEPARATOR_TEXT") + part.size;
-            part.isLocked = statusOf(volume, {}) == Status::Locked;
-            unused -= part.bytes;
-            parts.push_back(part);
+            inPlace.emplace(m_controller.formatTargetOf(*child.disk).start, mapPartOf(child.disk));
         });
-    if (unused >= leastUnused) {
-        DiskMap::Part rest;
-        rest.bytes = unused;
-        rest.toolTip
-            = formatLocalized(localizedString("STATUS_UNUSED_FMT"), { m_controller.getSizeString(unused) });
-        parts.push_back(rest);
+    for (const Extent &hidden : hiddenPartitionsOf(disk)) {
+        if (hidden.size < leastHidden)
+            continue;
+        DiskMap::Part part;
+        part.kind = DiskMap::Part::Kind::NotListed;
+        part.bytes = hidden.size;
+        part.toolTip
+            = formatLocalized(localizedString("MAP_HIDDEN_FMT"), { m_controller.getSizeString(hidden.size) });
+        inPlace.emplace(hidden.start, part);
     }
+    std::vector<DiskMap::Part> parts;
+    const auto addUnused = [&](qint64 size) {
+        if (size < leastUnused)
+            return;
+        DiskMap::Part gap;
+        gap.kind = DiskMap::Part::Kind::Unused;
+        gap.bytes = size;
+        gap.toolTip
+            = formatLocalized(localizedString("STATUS_UNUSED_FMT"), { m_controller.getSizeString(size) });
+        parts.push_back(gap);
+    };
+    qint64 end = 0;
+    for (const auto &[start, part] : inPlace) {
+        addUnused(start - end);
+        parts.push_back(part);
+        end = std::max(end, start + part.bytes);
+    }
+    addUnused(sizeOf(disk) - end);
     m_controller.infoDiskMap->setParts(parts);
 }
 

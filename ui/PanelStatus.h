@@ -5,19 +5,21 @@
 #pragma once
 
 #include "disks/ZorvexDiskManagerDisk.h"
+#include "ui/DiskMap.h"
 #include "ui/status_rules.h"
 
 #include <QTimer>
 
 #include <optional>
+#include <vector>
 
-class DiskMap;
 class ElidingLabel;
 class GlyphLabel;
 class PageHeader;
 class QBoxLayout;
 class QFormLayout;
 class QLabel;
+class QLineEdit;
 class QWidget;
 class StatusRow;
 class UsageBar;
@@ -26,6 +28,7 @@ class UsageBar;
 struct PanelStatusOutlets
 {
     GlyphLabel *infoPlaceLabel = nullptr;
+    QLineEdit *serviceCommandField = nullptr;
     QWidget *infoColumn = nullptr; // the whole of the page
     QBoxLayout *infoHeaderLayout = nullptr;
     QWidget *infoDetails = nullptr; // all below the header
@@ -49,6 +52,9 @@ class PanelStatus
 public:
     explicit PanelStatus(ZorvexDiskManagerAppDelegate &controller);
 
+    // Without the disk service, the empty Info page tells how it is started.
+    void setServiceAvailable(bool isAvailable) { m_isServiceAvailable = isAvailable; }
+
     // The Info page with nothing selected, or with a medium.
     void showAsEmpty(bool isEmpty);
     // The free space is in bytes; absent when it is not known.
@@ -63,18 +69,28 @@ public:
     void updateActivity();
 
 private:
+    struct Extent
+    {
+        qint64 start = 0; // bytes, as the size
+        qint64 size = 0;
+    };
+
     DiskRecord wholeDiskOf(const ZorvexDiskManagerDisk &disk) const; // null when it has no node
     QString placeTextOf(const ZorvexDiskManagerDisk &disk) const;
     StatusRules::Status statusOf(const ZorvexDiskManagerDisk &disk, std::optional<qint64> freeSpace) const;
     QString statusTextOf(const ZorvexDiskManagerDisk &disk, std::optional<qint64> freeSpace) const;
     QString partitionsTextOf(const ZorvexDiskManagerDisk &disk) const;
+    // The partitions of the disk that have no row.
+    std::vector<Extent> hiddenPartitionsOf(const ZorvexDiskManagerDisk &disk) const;
+    DiskMap::Part mapPartOf(const DiskRecord &volume) const;
     void showMapOf(const ZorvexDiskManagerDisk &disk);
     static bool showsActivityOf(const ZorvexDiskManagerDisk &disk); // in the place of the status
-    void showActivityOf(const ZorvexDiskManagerDisk &disk, const QString &text);
+    void showActivityOf(const ZorvexDiskManagerDisk &disk);
     void showFormatRowOf(const ZorvexDiskManagerDisk &disk);
     void showMaintenanceRowOf(const ZorvexDiskManagerDisk &disk);
     void layOutAgain();
 
     ZorvexDiskManagerAppDelegate &m_controller;
     QTimer m_timer; // while something runs
+    bool m_isServiceAvailable = true;
 };

@@ -9,9 +9,12 @@
 #include "ui/ImageButton.h"
 #include "ui/ImageResources.h"
 #include "ui/MountedVolume.h"
+#include "ui/OutlineView.h"
 #include "ui/size_rules.h"
 
 #include <QIcon>
+#include <QLabel>
+#include <QLineEdit>
 #include <QMainWindow>
 
 using namespace Qt::Literals::StringLiterals;
@@ -86,8 +89,25 @@ std::optional<QPixmap> ZorvexDiskManagerAppDelegate::getImageNamed(const QString
     return imageNamed(name, window->devicePixelRatio());
 }
 
+void ZorvexDiskManagerAppDelegate::showBigImage(const QString &name)
+{
+    m_bigImageName = name;
+    infoBigImageField->setPixmap(getImageNamed(name).value_or(QPixmap()));
+}
+
+void ZorvexDiskManagerAppDelegate::redrawPictures()
+{
+    const QString typed = formatVolumeLabelField->text();
+    outlineViewSelectionDidChange();
+    formatVolumeLabelField->setText(typed);
+    showBigImage(m_bigImageName);
+    leftOutlineView->viewport()->update();
+}
+
 void ZorvexDiskManagerAppDelegate::setMountImageWithIsUnmountable(bool isUnmountable)
 {
     const auto image = getImageNamed(isUnmountable ? u"drive_unmount.png"_s : u"drive_mount.png"_s);
     mountUnmountButton->setIcon(image ? QIcon(*image) : QIcon());
+    if (image)
+        mountUnmountButton->setIconSize(image->deviceIndependentSize().toSize());
 }

@@ -9,8 +9,10 @@
 #include "ui/Units.h"
 #include "ui/UsageBar.h"
 
+#include <QAccessible>
 #include <QEvent>
 #include <QHBoxLayout>
+#include <QLocale>
 #include <QPushButton>
 
 #include <algorithm>
@@ -68,6 +70,8 @@ void StatusRow::show(Kind kind, const QString &text, const QString &glyph)
     m_share->setVisible(kind == Kind::Operation && !m_share->text().isEmpty());
     m_time->setVisible(kind != Kind::Hint);
     m_stop->setVisible(kind == Kind::Operation && m_canBeStopped);
+    if (kind != Kind::Verdict)
+        setAccessibleName({});
     draw();
 }
 
@@ -82,7 +86,9 @@ void StatusRow::showOperation(
     m_canBeStopped = canBeStopped;
     m_bar->showProgress(percentage);
     m_bar->setAccessibleName(text);
-    m_share->setText(percentage ? QString(QString::number(*percentage) + u" %") : QString());
+    m_share->setText(percentage
+            ? formatLocalized(localizedString("PERCENT_FMT"), { QLocale().toString(*percentage) })
+            : QString());
     m_time->setText(durationText(elapsed));
     show(Kind::Operation, text, {});
 }
@@ -91,6 +97,15 @@ void StatusRow::showVerdict(const QString &text, const QString &glyph, const QSt
 {
     m_time->setText(when);
     show(Kind::Verdict, text, glyph);
+    // What has ended is told to a screen reader, wherever its user is.
+    const QString told = text + localizedString("LIST_SEPARATOR_TEXT") + when;
+    if (told == accessibleName())
+        return;
+    setAccessibleName(told);
+#if QT_VERSION >= QT_VERSION_CHECK(6, 8, 0)
+    QAccessibleAnnouncementEvent announcement(this, told);
+    QAccessible::updateAccessibility(&announcement);
+#endif
 }
 
 // A hint is quiet, a verdict bold.

@@ -22,6 +22,18 @@ QString leftToRight(const QString &text)
     return leftToRightIsolate + text + popDirectionalIsolate;
 }
 
+QString withPartsClosed(const QString &text)
+{
+    int open = 0;
+    for (const QChar character : text) {
+        if (character >= leftToRightIsolate && character < popDirectionalIsolate)
+            ++open;
+        else if (character == popDirectionalIsolate && open > 0)
+            --open;
+    }
+    return text + QString(open, popDirectionalIsolate);
+}
+
 QString withGroupedNumbersKept(const QString &text)
 {
     static const QRegularExpression groupedNumber(u"([0-9]{1,3}(?: [0-9]{3})+)"_s);

@@ -11,6 +11,9 @@ namespace DirectionRules {
 // The text set apart from what stands around it: a path, a device, a name from a tool.
 QString leftToRight(const QString &text);
 
+// The text with an end for each part that is set apart and has lost its own.
+QString withPartsClosed(const QString &text);
+
 // The text with each number whose digits stand in groups set apart, so that the groups keep their order.
 QString withGroupedNumbersKept(const QString &text);
 

@@ -136,6 +136,15 @@ const char *mountReasonKey(const ZorvexDiskManagerDisk &disk)
     return isEjectable(disk) && disk.internal ? QT_TRID_NOOP("REASON_INTERNAL_TEXT") : nullptr;
 }
 
+const char *ejectReasonKey(const ZorvexDiskManagerDisk &disk)
+{
+    if (disk.operationInProgress)
+        return QT_TRID_NOOP("REASON_BUSY_TEXT");
+    if (canBeEjected(disk))
+        return nullptr;
+    return disk.internal ? QT_TRID_NOOP("REASON_INTERNAL_TEXT") : QT_TRID_NOOP("REASON_NOT_EJECTABLE_TEXT");
+}
+
 const char *formatReasonKey(const ZorvexDiskManagerDisk &disk)
 {
     if (disk.operationInProgress)

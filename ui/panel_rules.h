@@ -55,6 +55,7 @@ Abilities abilitiesOf(const ZorvexDiskManagerDisk &disk, const std::optional<Fil
 
 // The string key of the reason why a control is disabled; null when there is none.
 const char *mountReasonKey(const ZorvexDiskManagerDisk &disk);
+const char *ejectReasonKey(const ZorvexDiskManagerDisk &disk); // of the item in the menus
 const char *formatReasonKey(const ZorvexDiskManagerDisk &disk);
 const char *checkReasonKey(const ZorvexDiskManagerDisk &disk, const Abilities &abilities);
 const char *repairReasonKey(const ZorvexDiskManagerDisk &disk, const Abilities &abilities);

@@ -109,7 +109,7 @@ Medium mediumOf(const ZorvexDiskManagerDisk &wholeDisk)
         return Medium::Internal;
     if (node.startsWith("/dev/mmcblk"_L1))
         return Medium::Card;
-    return wholeDisk.removable ? Medium::UsbStick : Medium::External;
+    return wholeDisk.removable ? Medium::Removable : Medium::External;
 }
 
 const char *mediumKey(Medium medium)
@@ -117,8 +117,8 @@ const char *mediumKey(Medium medium)
     switch (medium) {
     case Medium::External:
         return QT_TRID_NOOP("MEDIUM_EXTERNAL_TEXT");
-    case Medium::UsbStick:
-        return QT_TRID_NOOP("MEDIUM_USB_STICK_TEXT");
+    case Medium::Removable:
+        return QT_TRID_NOOP("MEDIUM_REMOVABLE_TEXT");
     case Medium::Card:
         return QT_TRID_NOOP("MEDIUM_CARD_TEXT");
     case Medium::Disc:
@@ -136,7 +136,7 @@ const char *mediumKey(Medium medium)
 QString mediumGlyph(Medium medium)
 {
     switch (medium) {
-    case Medium::UsbStick:
+    case Medium::Removable:
         return u"media_usb.png"_s;
     case Medium::Card:
         return u"media_card.png"_s;

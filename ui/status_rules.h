@@ -45,7 +45,7 @@ bool tellsReadOnly(const ZorvexDiskManagerDisk &disk, Status status);
 int usedPercentage(qint64 size, qint64 freeSpace);
 
 // The kinds of media that the window tells apart.
-enum class Medium { Internal, External, UsbStick, Card, Disc, Image, Unlocked };
+enum class Medium { Internal, External, Removable, Card, Disc, Image, Unlocked };
 Medium mediumOf(const ZorvexDiskManagerDisk &wholeDisk);
 const char *mediumKey(Medium medium);
 QString mediumGlyph(Medium medium); // the name of its image

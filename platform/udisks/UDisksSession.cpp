@@ -254,7 +254,7 @@ private:
         const QStringList listed = m_bus.store().paths();
         const QStringList known = m_disks.keys();
         follow(QSet<QString>(listed.begin(), listed.end()) + QSet<QString>(known.begin(), known.end()));
-        deliverInitialListing(available);
+        deliverListing(available);
     }
 
     // A change of an object can change the descriptions of others: a drive those of its disks, a disk those

@@ -139,10 +139,20 @@ MIT ライセンス
         <extracomment>What a screen reader calls the tree of disks at the side of the window.</extracomment>
         <translation>ディスクとボリューム</translation>
     </message>
+    <message id="NO_DISKS_TITLE">
+        <source>No disks</source>
+        <extracomment>In the empty tree, in bold.</extracomment>
+        <translation>ディスクがありません</translation>
+    </message>
     <message id="NO_DISKS_TEXT">
-        <source>No disks. One that you connect appears here.</source>
-        <extracomment>In the empty tree.</extracomment>
-        <translation>ディスクがありません。接続するとここに表示されます。</translation>
+        <source>A disk that you connect appears here.</source>
+        <extracomment>In the empty tree, below the words “No disks”.</extracomment>
+        <translation>接続するとここに表示されます。</translation>
+    </message>
+    <message id="NO_SERVICE_TITLE">
+        <source>No disk service</source>
+        <extracomment>In the empty tree, in bold, when the disk service is not there.</extracomment>
+        <translation>ディスクサービスがありません</translation>
     </message>
     <message id="NO_SERVICE_TEXT">
         <source>The disk service (udisks2) is not running.</source>
@@ -219,6 +229,11 @@ MIT ライセンス
         <extracomment>Shown below SELECT_A_DISK_TEXT.</extracomment>
         <translation>内容と、行える操作がここに表示されます。</translation>
     </message>
+    <message id="NO_SERVICE_HINT_TEXT">
+        <source>Disks appear here as soon as the disk service runs. To start it:</source>
+        <extracomment>On the Info page while the disk service is not there, above the command that starts it.</extracomment>
+        <translation>ディスクサービスが動作すると、ディスクがここに表示されます。開始するコマンド:</translation>
+    </message>
     <message id="PLACE_VOLUME_ON_FMT">
         <source>Volume on %@</source>
         <extracomment>Info page, below the space of a volume: which disk it is on. %@ is the name of the disk.</extracomment>
@@ -234,10 +249,10 @@ MIT ライセンス
         <extracomment>Kind of a medium: a disk that is connected from outside.</extracomment>
         <translation>外付けディスク</translation>
     </message>
-    <message id="MEDIUM_USB_STICK_TEXT">
-        <source>USB stick</source>
-        <extracomment>Kind of a medium.</extracomment>
-        <translation>USBメモリ</translation>
+    <message id="MEDIUM_REMOVABLE_TEXT">
+        <source>Removable disk</source>
+        <extracomment>Kind of disk: it can be removed. It may be a stick, or a card in a reader.</extracomment>
+        <translation>リムーバブルディスク</translation>
     </message>
     <message id="MEDIUM_CARD_TEXT">
         <source>Memory card</source>
@@ -445,14 +460,19 @@ MIT ライセンス
         <translation>空き %1$@ / %2$@</translation>
     </message>
     <message id="USED_SPACE_FMT">
-        <source>%@ used (%@ %%)</source>
+        <source>%@ used (%@%%)</source>
         <extracomment>Info page, below the bar of a mounted volume. The first %@ is the used space with its unit, the second one a percentage.</extracomment>
         <translation>使用済み %@ (%@%%)</translation>
     </message>
     <message id="ALMOST_FULL_FMT">
-        <source>%@ used (%@ %%), almost full</source>
+        <source>%@ used (%@%%), almost full</source>
         <extracomment>In the place of USED_SPACE_FMT from 90 % on.</extracomment>
         <translation>使用済み %@ (%@%%)、残りわずか</translation>
+    </message>
+    <message id="PERCENT_FMT">
+        <source>%@%%</source>
+        <extracomment>A percentage beside a bar. %@ is the number, %% is shown as %.</extracomment>
+        <translation>%@%%</translation>
     </message>
     <message id="STATUS_SPACE_UNKNOWN_TEXT">
         <source>It is not known how full the volume is.</source>
@@ -518,6 +538,16 @@ MIT ライセンス
         <source>%@ belong to no volume.</source>
         <extracomment>Added to STATUS_PARTITIONS_FMT. %@ is a size with its unit.</extracomment>
         <translation>%@ はどのボリュームにも属していません。</translation>
+    </message>
+    <message id="STATUS_HIDDEN_FMT">
+        <source>Partitions that are not listed, such as those that start the computer: %@.</source>
+        <extracomment>Info page of a disk: partitions that have no row in the tree. %@ is their size with its unit.</extracomment>
+        <translation>一覧に表示されないパーティション (起動用など): %@。</translation>
+    </message>
+    <message id="MAP_HIDDEN_FMT">
+        <source>Partition that is not listed, %@</source>
+        <extracomment>Tip of a part of the map of a disk: a partition that has no row in the tree. %@ is its size with its unit.</extracomment>
+        <translation>一覧に表示されないパーティション、%@</translation>
     </message>
     <message id="FORCE_UNMOUNT_BUTTON_TITLE">
         <source>&amp;Force Unmount</source>
@@ -594,6 +624,16 @@ MIT ライセンス
         <extracomment>Shown in the menu of file systems on the Format page while none is chosen.</extracomment>
         <translation>ファイルシステムを選択</translation>
     </message>
+    <message id="FORMAT_TOO_SMALL_FMT">
+        <source>for volumes of %@ or more</source>
+        <extracomment>In the menu of file systems, at the end of an item that is disabled because the disk is too small for it. %@ is the least size with its unit.</extracomment>
+        <translation>%@ 以上のボリューム用</translation>
+    </message>
+    <message id="FORMAT_TOO_LARGE_FMT">
+        <source>for volumes up to %@</source>
+        <extracomment>In the menu of file systems, at the end of an item that is disabled because the disk is too large for it. %@ is the largest size with its unit.</extracomment>
+        <translation>%@ までのボリューム用</translation>
+    </message>
     <message id="FORMAT_LABEL_CAPTION">
         <source>Volume &amp;label:</source>
         <extracomment>Caption of the field for the name that the formatted volume gets.</extracomment>
@@ -638,6 +678,26 @@ MIT ライセンス
         <source>There is no tool for this file system.</source>
         <extracomment>Tool tip of a disabled button: why it is.</extracomment>
         <translation>このファイルシステム用のツールがありません。</translation>
+    </message>
+    <message id="REASON_NOT_WHOLE_TEXT">
+        <source>Select the whole disk.</source>
+        <extracomment>Why “Erase Disk…” is disabled: a volume is selected, not the disk that it is on.</extracomment>
+        <translation>ディスク全体を選択してください。</translation>
+    </message>
+    <message id="REASON_NO_PARTITIONS_TEXT">
+        <source>This disk cannot have partitions.</source>
+        <extracomment>Why “Erase Disk…” is disabled: there can be no partitions on such a disk.</extracomment>
+        <translation>このディスクにはパーティションを作成できません。</translation>
+    </message>
+    <message id="REASON_SYSTEM_TEXT">
+        <source>The running system uses this disk.</source>
+        <extracomment>Why “Erase Disk…” is disabled.</extracomment>
+        <translation>実行中のシステムがこのディスクを使用しています。</translation>
+    </message>
+    <message id="REASON_NOT_EJECTABLE_TEXT">
+        <source>This disk cannot be ejected.</source>
+        <extracomment>Why “Eject” is disabled.</extracomment>
+        <translation>このディスクは取り出せません。</translation>
     </message>
     <message id="INVALID_VOLUME_LABEL_TEXT">
         <source>The volume label is not valid</source>
@@ -879,6 +939,11 @@ MIT ライセンス
         <extracomment>Info page, while the selected disk is ejected.</extracomment>
         <translation>取り出し中: メモリに残っているデータを書き込んでいます。ディスクを抜かないでください。</translation>
     </message>
+    <message id="ACTIVITY_WAITING_TEXT">
+        <source>Waiting for your answer.</source>
+        <extracomment>Info page, in place of what runs, while the window asks the user something about it.</extracomment>
+        <translation>応答を待っています。</translation>
+    </message>
     <message id="CHECK_BUTTON_TITLE">
         <source>&amp;Check</source>
         <extracomment>Button: looks for errors in the file system of the volume and changes nothing.</extracomment>
@@ -903,6 +968,11 @@ MIT ライセンス
         <source>What the check prints appears here.</source>
         <extracomment>Maintenance page, in the empty field for the output.</extracomment>
         <translation>検査の出力がここに表示されます。</translation>
+    </message>
+    <message id="OUTPUT_PLACEHOLDER_REPAIR_TEXT">
+        <source>What the repair prints appears here.</source>
+        <extracomment>In the empty output view while a repair has not printed anything.</extracomment>
+        <translation>修復の出力がここに表示されます。</translation>
     </message>
     <message id="ACTIVITY_CHECKING_FMT">
         <source>Checking “%@”…</source>

@@ -139,10 +139,20 @@ MIT 라이선스
         <extracomment>What a screen reader calls the tree of disks at the side of the window.</extracomment>
         <translation>디스크 및 볼륨</translation>
     </message>
+    <message id="NO_DISKS_TITLE">
+        <source>No disks</source>
+        <extracomment>In the empty tree, in bold.</extracomment>
+        <translation>디스크 없음</translation>
+    </message>
     <message id="NO_DISKS_TEXT">
-        <source>No disks. One that you connect appears here.</source>
-        <extracomment>In the empty tree.</extracomment>
-        <translation>디스크가 없습니다. 연결하면 여기에 표시됩니다.</translation>
+        <source>A disk that you connect appears here.</source>
+        <extracomment>In the empty tree, below the words “No disks”.</extracomment>
+        <translation>연결하면 여기에 표시됩니다.</translation>
+    </message>
+    <message id="NO_SERVICE_TITLE">
+        <source>No disk service</source>
+        <extracomment>In the empty tree, in bold, when the disk service is not there.</extracomment>
+        <translation>디스크 서비스 없음</translation>
     </message>
     <message id="NO_SERVICE_TEXT">
         <source>The disk service (udisks2) is not running.</source>
@@ -219,6 +229,11 @@ MIT 라이선스
         <extracomment>Shown below SELECT_A_DISK_TEXT.</extracomment>
         <translation>내용과 할 수 있는 작업이 여기에 표시됩니다.</translation>
     </message>
+    <message id="NO_SERVICE_HINT_TEXT">
+        <source>Disks appear here as soon as the disk service runs. To start it:</source>
+        <extracomment>On the Info page while the disk service is not there, above the command that starts it.</extracomment>
+        <translation>디스크 서비스가 실행되면 디스크가 여기에 표시됩니다. 시작하는 명령:</translation>
+    </message>
     <message id="PLACE_VOLUME_ON_FMT">
         <source>Volume on %@</source>
         <extracomment>Info page, below the space of a volume: which disk it is on. %@ is the name of the disk.</extracomment>
@@ -234,10 +249,10 @@ MIT 라이선스
         <extracomment>Kind of a medium: a disk that is connected from outside.</extracomment>
         <translation>외장 디스크</translation>
     </message>
-    <message id="MEDIUM_USB_STICK_TEXT">
-        <source>USB stick</source>
-        <extracomment>Kind of a medium.</extracomment>
-        <translation>USB 메모리</translation>
+    <message id="MEDIUM_REMOVABLE_TEXT">
+        <source>Removable disk</source>
+        <extracomment>Kind of disk: it can be removed. It may be a stick, or a card in a reader.</extracomment>
+        <translation>이동식 디스크</translation>
     </message>
     <message id="MEDIUM_CARD_TEXT">
         <source>Memory card</source>
@@ -445,14 +460,19 @@ MIT 라이선스
         <translation>%2$@ 중 %1$@ 사용 가능</translation>
     </message>
     <message id="USED_SPACE_FMT">
-        <source>%@ used (%@ %%)</source>
+        <source>%@ used (%@%%)</source>
         <extracomment>Info page, below the bar of a mounted volume. The first %@ is the used space with its unit, the second one a percentage.</extracomment>
         <translation>%@ 사용됨 (%@%%)</translation>
     </message>
     <message id="ALMOST_FULL_FMT">
-        <source>%@ used (%@ %%), almost full</source>
+        <source>%@ used (%@%%), almost full</source>
         <extracomment>In the place of USED_SPACE_FMT from 90 % on.</extracomment>
         <translation>%@ 사용됨 (%@%%), 거의 가득 참</translation>
+    </message>
+    <message id="PERCENT_FMT">
+        <source>%@%%</source>
+        <extracomment>A percentage beside a bar. %@ is the number, %% is shown as %.</extracomment>
+        <translation>%@%%</translation>
     </message>
     <message id="STATUS_SPACE_UNKNOWN_TEXT">
         <source>It is not known how full the volume is.</source>
@@ -518,6 +538,16 @@ MIT 라이선스
         <source>%@ belong to no volume.</source>
         <extracomment>Added to STATUS_PARTITIONS_FMT. %@ is a size with its unit.</extracomment>
         <translation>%@는 어떤 볼륨에도 속하지 않습니다.</translation>
+    </message>
+    <message id="STATUS_HIDDEN_FMT">
+        <source>Partitions that are not listed, such as those that start the computer: %@.</source>
+        <extracomment>Info page of a disk: partitions that have no row in the tree. %@ is their size with its unit.</extracomment>
+        <translation>목록에 없는 파티션(시동용 등): %@.</translation>
+    </message>
+    <message id="MAP_HIDDEN_FMT">
+        <source>Partition that is not listed, %@</source>
+        <extracomment>Tip of a part of the map of a disk: a partition that has no row in the tree. %@ is its size with its unit.</extracomment>
+        <translation>목록에 없는 파티션, %@</translation>
     </message>
     <message id="FORCE_UNMOUNT_BUTTON_TITLE">
         <source>&amp;Force Unmount</source>
@@ -594,6 +624,16 @@ MIT 라이선스
         <extracomment>Shown in the menu of file systems on the Format page while none is chosen.</extracomment>
         <translation>파일 시스템 선택</translation>
     </message>
+    <message id="FORMAT_TOO_SMALL_FMT">
+        <source>for volumes of %@ or more</source>
+        <extracomment>In the menu of file systems, at the end of an item that is disabled because the disk is too small for it. %@ is the least size with its unit.</extracomment>
+        <translation>%@ 이상의 볼륨용</translation>
+    </message>
+    <message id="FORMAT_TOO_LARGE_FMT">
+        <source>for volumes up to %@</source>
+        <extracomment>In the menu of file systems, at the end of an item that is disabled because the disk is too large for it. %@ is the largest size with its unit.</extracomment>
+        <translation>%@ 이하의 볼륨용</translation>
+    </message>
     <message id="FORMAT_LABEL_CAPTION">
         <source>Volume &amp;label:</source>
         <extracomment>Caption of the field for the name that the formatted volume gets.</extracomment>
@@ -638,6 +678,26 @@ MIT 라이선스
         <source>There is no tool for this file system.</source>
         <extracomment>Tool tip of a disabled button: why it is.</extracomment>
         <translation>이 파일 시스템용 도구가 없습니다.</translation>
+    </message>
+    <message id="REASON_NOT_WHOLE_TEXT">
+        <source>Select the whole disk.</source>
+        <extracomment>Why “Erase Disk…” is disabled: a volume is selected, not the disk that it is on.</extracomment>
+        <translation>전체 디스크를 선택하십시오.</translation>
+    </message>
+    <message id="REASON_NO_PARTITIONS_TEXT">
+        <source>This disk cannot have partitions.</source>
+        <extracomment>Why “Erase Disk…” is disabled: there can be no partitions on such a disk.</extracomment>
+        <translation>이 디스크에는 파티션을 만들 수 없습니다.</translation>
+    </message>
+    <message id="REASON_SYSTEM_TEXT">
+        <source>The running system uses this disk.</source>
+        <extracomment>Why “Erase Disk…” is disabled.</extracomment>
+        <translation>실행 중인 시스템이 이 디스크를 사용합니다.</translation>
+    </message>
+    <message id="REASON_NOT_EJECTABLE_TEXT">
+        <source>This disk cannot be ejected.</source>
+        <extracomment>Why “Eject” is disabled.</extracomment>
+        <translation>이 디스크는 꺼낼 수 없습니다.</translation>
     </message>
     <message id="INVALID_VOLUME_LABEL_TEXT">
         <source>The volume label is not valid</source>
@@ -879,6 +939,11 @@ MIT 라이선스
         <extracomment>Info page, while the selected disk is ejected.</extracomment>
         <translation>꺼내는 중: 메모리에 남은 데이터를 기록하고 있습니다. 디스크를 빼지 마십시오.</translation>
     </message>
+    <message id="ACTIVITY_WAITING_TEXT">
+        <source>Waiting for your answer.</source>
+        <extracomment>Info page, in place of what runs, while the window asks the user something about it.</extracomment>
+        <translation>응답을 기다리고 있습니다.</translation>
+    </message>
     <message id="CHECK_BUTTON_TITLE">
         <source>&amp;Check</source>
         <extracomment>Button: looks for errors in the file system of the volume and changes nothing.</extracomment>
@@ -903,6 +968,11 @@ MIT 라이선스
         <source>What the check prints appears here.</source>
         <extracomment>Maintenance page, in the empty field for the output.</extracomment>
         <translation>검사 출력이 여기에 표시됩니다.</translation>
+    </message>
+    <message id="OUTPUT_PLACEHOLDER_REPAIR_TEXT">
+        <source>What the repair prints appears here.</source>
+        <extracomment>In the empty output view while a repair has not printed anything.</extracomment>
+        <translation>복구 출력이 여기에 표시됩니다.</translation>
     </message>
     <message id="ACTIVITY_CHECKING_FMT">
         <source>Checking “%@”…</source>

@@ -15,7 +15,7 @@ public:
         m_service.m_session = this;
         for (const MemoryDiskRef &disk : std::vector(m_service.m_disks))
             deliverAppeared(disk);
-        deliverInitialListing(true);
+        deliverListing(m_service.m_isAvailable);
     }
     void unscheduleFromRunLoop() override { leave(); }
     void refresh() override { ++m_service.m_refreshCount; }
@@ -56,6 +56,7 @@ public:
     using DASession::deliverAppeared;
     using DASession::deliverDescriptionChanged;
     using DASession::deliverDisappeared;
+    using DASession::deliverListing;
     using DASession::passphraseQuestion;
 
 private:
@@ -108,4 +109,13 @@ void MemoryDiskService::completeRequest(const DADissenterRef &dissenter)
     const Request request = m_requests.front();
     m_requests.erase(m_requests.begin());
     request.completion(request.disk, dissenter);
+}
+
+void MemoryDiskService::setAvailable(bool isAvailable)
+{
+    m_isAvailable = isAvailable;
+    while (!isAvailable && !m_disks.empty())
+        removeDisk(m_disks.back());
+    if (m_session)
+        m_session->deliverListing(isAvailable);
 }

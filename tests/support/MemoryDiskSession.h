@@ -58,6 +58,9 @@ public:
     void removeDisk(const MemoryDiskRef &disk);
     void changeDisk(const MemoryDiskRef &disk, const QStringList &keys = {});
 
+    // The service comes, or goes with all of its media.
+    void setAvailable(bool isAvailable);
+
     // Asks the session's client for a passphrase.
     void askPassphrase(const DADiskRef &disk, bool isRetry, PassphraseAnswer answer);
 
@@ -77,4 +80,5 @@ private:
     std::vector<MemoryDiskRef> m_disks;
     std::vector<Request> m_requests;
     int m_refreshCount = 0;
+    bool m_isAvailable = true;
 };

@@ -80,7 +80,7 @@ void addDisks(TestController &test)
     const MemoryDiskRef system = volume(u"disk1s2"_s, 1048576, u"Linux"_s, u"ext4"_s, 511000000000);
     mount(test, system, u"/"_s, 301000000000);
     test.add(system);
-    test.add(wholeDisk(u"disk5"_s, u"USB flash drive"_s, 64023257088, true));
+    test.add(wholeDisk(u"disk5"_s, u"Blue Stick"_s, 64023257088, true));
     const MemoryDiskRef photos = volume(u"disk5s1"_s, 1048576, u"Photos"_s, u"zorvex_ntfs"_s, 48000000000);
     photos->node = u"/dev/sdb1"_s;
     mount(test, photos, u"/media/anna/Photos"_s, 21500000000);

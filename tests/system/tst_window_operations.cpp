@@ -180,7 +180,7 @@ void TestWindowOperations::blankPartitionIsFormatted()
     };
     askToFormat();
     QCOMPARE(window.sheets().size(), 1);
-    const QString question = window.sheets().constFirst()->informativeText();
+    const QString question = window.sheets().constFirst()->accessoryText();
     for (const QString &words : { u"not recognized"_s, u"New file system: ext4"_s, u"New label: Fresh"_s })
         QVERIFY2(question.contains(words), qPrintable(question));
 
@@ -195,7 +195,7 @@ void TestWindowOperations::blankPartitionIsFormatted()
     QCOMPARE(probed(disk.node(1), u"TYPE"_s), u"swap"_s);
 
     askToFormat();
-    QVERIFY(window.sheets().constFirst()->informativeText().contains(u"swap space"_s));
+    QVERIFY(window.sheets().constFirst()->accessoryText().contains(u"swap space"_s));
     window.endSheet(AlertSheet::firstButtonReturn);
     QTRY_VERIFY_WITH_TIMEOUT(!volume->operationInProgress, limit);
     QVERIFY(window.sheets().isEmpty());
@@ -284,7 +284,7 @@ void TestWindowOperations::diskIsErasedToOneVolume()
     sheet->labelField->setText(u"Fresh"_s);
     sheet->accept();
     QCOMPARE(window.sheets().size(), 1);
-    const QString question = window.sheets().constFirst()->informativeText();
+    const QString question = window.sheets().constFirst()->accessoryText();
     for (const QString &words : { disk.node(), u"Photos"_s, u"Music"_s, u"New label: Fresh"_s, u"(GPT)"_s })
         QVERIFY2(question.contains(words), qPrintable(question));
     window.endSheet(AlertSheet::firstButtonReturn);

@@ -86,28 +86,34 @@ private Q_SLOTS:
 void TestEraseDisk::itemIsForWholeDisksThatCanBeErased()
 {
     EraseTest test;
+    const auto reason = [&test] { return test.item()->toolTip(); };
     QVERIFY(test.item()->isEnabled());
     test.select(u"disk2s1"_s);
     QVERIFY(!test.item()->isEnabled());
+    QCOMPARE(reason(), u"Select the whole disk."_s);
     test.select(u"disk2"_s);
     test.record->operationInProgress = true;
     test.controller().outlineViewSelectionDidChange();
     QVERIFY(!test.item()->isEnabled());
+    QCOMPARE(reason(), u"Another task is running on this disk."_s);
     test.record->operationInProgress = false;
     const DiskRecord part = test.recordOf(u"disk2s2"_s);
     part->operationInProgress = true;
     test.controller().outlineViewSelectionDidChange();
     QVERIFY(!test.item()->isEnabled());
+    QCOMPARE(reason(), u"Another task is running on this disk."_s);
     part->operationInProgress = false;
     test.controller().outlineViewSelectionDidChange();
     QVERIFY(test.item()->isEnabled());
     test.systemNode = u"/dev/disk2"_s;
     test.controller().outlineViewSelectionDidChange();
     QVERIFY(!test.item()->isEnabled());
+    QCOMPARE(reason(), u"The running system uses this disk."_s);
     test.systemNode.clear();
     test.stick->description->insert(DAKey::mediaWritable, false);
     test.service.changeDisk(test.stick);
     QVERIFY(!test.item()->isEnabled());
+    QCOMPARE(reason(), u"It can only be read."_s);
 }
 
 void TestEraseDisk::sheetOffersWhatFits()
@@ -134,11 +140,13 @@ void TestEraseDisk::wholeCourse()
     EraseTest test("read -r line <&3\nexit 0\n");
     test.choose(u"exfat"_s, u"FRESH"_s);
     const AlertSheet *const question = test.sheets().constFirst();
+    QCOMPARE(question->windowTitle(), u"Zorvex Disk Manager"_s);
+    QCOMPARE(question->informativeText(), localizedString("CONFIRM_FORMAT_DIALOG_BODY"));
     for (const char *text : { "disk2", "/dev/disk2", "500", "PHOTOS", "MUSIC" })
-        QVERIFY2(question->informativeText().contains(QLatin1String(text)), text);
+        QVERIFY2(question->accessoryText().contains(QLatin1String(text)), text);
     const QString newVolume
         = u"New file system: exfat\nNew label: FRESH\nNew partition scheme: Master Boot Record (MBR)"_s;
-    QVERIFY2(question->informativeText().endsWith(newVolume), qPrintable(question->informativeText()));
+    QVERIFY2(question->accessoryText().endsWith(newVolume), qPrintable(question->accessoryText()));
     QCOMPARE(question->defaultButton(), question->buttonForReturn(cancel));
     QVERIFY(!test.record->operationInProgress);
     press(question, goOn);
@@ -160,7 +168,7 @@ void TestEraseDisk::labelThatIsLeftEmpty()
 {
     EraseTest test;
     test.choose(u"ext4"_s, QString());
-    QVERIFY(test.sheets().constFirst()->informativeText().contains(u"\nNew label: Untitled\n"_s));
+    QVERIFY(test.sheets().constFirst()->accessoryText().contains(u"\nNew label: Untitled\n"_s));
     press(test.sheets().constFirst(), goOn);
     QTRY_COMPARE(test.toolArguments(), u"eraseDisk|ext4|Untitled|MBR|/dev/disk2|"_s);
     QTRY_VERIFY(!test.record->operationInProgress);
@@ -300,7 +308,7 @@ void TestEraseDisk::refusedLabelKeepsTheSheetOpen()
     test.sheet()->labelField->setText(u"Good"_s);
     test.sheet()->accept();
     QCOMPARE(test.sheets().size(), 1);
-    QVERIFY(test.sheets().constFirst()->informativeText().contains(u"\nNew label: Good\n"_s));
+    QVERIFY(test.sheets().constFirst()->accessoryText().contains(u"\nNew label: Good\n"_s));
 }
 
 void TestEraseDisk::refusalIsToldAndTheDiskStaysSelected()

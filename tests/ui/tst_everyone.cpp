@@ -325,6 +325,10 @@ void TestEveryone::groupsOfDigitsKeepTheirOrderInArabic()
 {
     QCOMPARE(DirectionRules::withGroupedNumbersKept(u"512 b, 500 107 862 016 b"_s),
         u"512 b, \u2066500 107 862 016\u2069 b"_s);
+    // What dots have cut off leaves no part open.
+    QCOMPARE(DirectionRules::withPartsClosed(u"a \u2066/dev…"_s), u"a \u2066/dev…\u2069"_s);
+    QCOMPARE(DirectionRules::withPartsClosed(u"\u2068a \u2066b\u2069…"_s), u"\u2068a \u2066b\u2069…\u2069"_s);
+    QCOMPARE(DirectionRules::withPartsClosed(u"a\u2069…"_s), u"a\u2069…"_s);
     TestController test(u"ar"_s);
     test.launch();
     test.add(makeMountedVolume());

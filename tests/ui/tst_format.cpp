@@ -1,15 +1,18 @@
 // SPDX-License-Identifier: MIT
 //
 // A format from the button to its end, with a program of the test's own in the tool's place.
+#include "platform/Localization.h"
 #include "tests/support/TestController.h"
 #include "tests/ui/SheetWatch.h"
 
 #include "ui/AlertSheet.h"
+#include "ui/EraseSummary.h"
 #include "ui/OutlineView.h"
 
 #include <QAbstractItemView>
 #include <QComboBox>
 #include <QFile>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTabWidget>
@@ -193,7 +196,20 @@ void TestFormat::confirmationNamesTheMedium()
     AlertSheet *const sheet = test.sheets().constFirst();
     QCOMPARE(sheet->icon(), QMessageBox::Warning);
     for (const char *text : { "Old", "100 MB", "disk2s1", "/dev/disk2s1" })
-        QVERIFY2(sheet->informativeText().contains(QLatin1String(text)), text);
+        QVERIFY2(sheet->accessoryText().contains(QLatin1String(text)), text);
+    QCOMPARE(sheet->windowTitle(), u"Zorvex Disk Manager"_s);
+    // In a frame of its own between the texts and the buttons, names in bold.
+    auto *summary = sheet->findChild<EraseSummary *>();
+    QVERIFY(summary && summary->isVisible() && summary->frameShape() != QFrame::NoFrame);
+    QCOMPARE(sheet->informativeText(), localizedString("CONFIRM_FORMAT_DIALOG_BODY"));
+    QVERIFY(summary->geometry().bottom() < sheet->defaultButton()->mapTo(sheet, QPoint()).y());
+    QVERIFY(summary->viewport()->height() >= summary->widget()->height()); // no need to scroll
+    QStringList bold;
+    for (const QLabel *value : summary->findChildren<QLabel *>(u"summaryValue"_s)) {
+        if (value->font().bold())
+            bold.append(value->text());
+    }
+    QCOMPARE(bold, QStringList({ u"Old"_s, u"exfat"_s, u"Untitled"_s }));
     QCOMPARE(sheet->defaultButton(), sheet->buttonForReturn(cancel));
     QVERIFY(!test.isBusy());
     QVERIFY(!test.controller().alertInProgress);
@@ -237,7 +253,7 @@ void TestFormat::confirmationSaysWhatIsThereAndWhatWillBe()
         test.volume->description->insert(DAKey::volumeKind, u"variants"_s);
     test.service.changeDisk(test.volume);
     test.press(u"zorvex_ntfs"_s, typed);
-    const QString text = test.alertText();
+    const QString text = test.sheets().constFirst()->accessoryText();
     QVERIFY2(text.contains(u"Current file system: "_s + words + u'\n'), qPrintable(text));
     QVERIFY2(text.endsWith(u"New file system: zorvex_ntfs\nNew label: "_s + label), qPrintable(text));
 }

@@ -139,12 +139,15 @@ void TestMenus::everyMediumThatCanBeEjectedHasTheItem_data()
     QTest::addColumn<bool>("isLeaf");
     QTest::addColumn<bool>("isShown");
     QTest::addColumn<bool>("isOffered");
-    QTest::newRow("disc or bare stick") << true << false << true << true << true;
-    QTest::newRow("built-in disk") << false << true << true << true << false;
-    QTest::newRow("built-in drive with a lever") << true << true << true << true << false;
-    QTest::newRow("disk with partitions") << true << false << false << false << false;
-    QTest::newRow("built-in disk with partitions") << false << true << false << false << false;
-    QTest::newRow("other disk") << false << false << true << true << false;
+    QTest::addColumn<QString>("reason");
+    const QString isInternal = u"Internal disks are not ejected."_s;
+    QTest::newRow("disc or bare stick") << true << false << true << true << true << u"Eject"_s;
+    QTest::newRow("built-in disk") << false << true << true << true << false << isInternal;
+    QTest::newRow("built-in drive with a lever") << true << true << true << true << false << isInternal;
+    QTest::newRow("disk with partitions") << true << false << false << false << false << u"Eject"_s;
+    QTest::newRow("built-in disk with partitions") << false << true << false << false << false << isInternal;
+    QTest::newRow("other disk") << false << false << true << true << false
+                                << u"This disk cannot be ejected."_s;
 }
 
 void TestMenus::everyMediumThatCanBeEjectedHasTheItem()
@@ -162,9 +165,11 @@ void TestMenus::everyMediumThatCanBeEjectedHasTheItem()
     test.add(disk);
     QAction *const eject = test.action(u"actionEject"_s);
     QVERIFY(eject->isVisible() && !eject->isEnabled()); // nothing is selected
+    QCOMPARE(eject->toolTip(), u"Select a disk or volume"_s);
     test.select(u"disk2"_s);
     QTEST(eject->isVisible(), "isShown");
     QTEST(eject->isVisible() && eject->isEnabled(), "isOffered");
+    QTEST(eject->toolTip(), "reason");
     if (!eject->isVisible() || !eject->isEnabled())
         return;
     eject->trigger();

@@ -23,6 +23,7 @@ private Q_SLOTS:
     void requestOfAMedium_data();
     void requestOfAMedium();
     void slowUnmountIsShown();
+    void activityWaitsForTheAnswer();
     void nothingSelectedMakesNoRequest();
     void buttonDoesNothingWhileBusy();
     void mountRefreshesTheRecord();
@@ -148,6 +149,24 @@ void TestMountUnmountEject::slowUnmountIsShown()
     QCOMPARE(panel.infoUsageBar->maximum(), 0);
     f->test.service.completeRequest();
     QVERIFY(!panel.infoStatusLabel->text().startsWith(activity));
+}
+
+// Nothing is written while the user thinks about it.
+void TestMountUnmountEject::activityWaitsForTheAnswer()
+{
+    const auto f = launched(u"/media/DATA"_s);
+    click(*f, u"disk2s1"_s);
+    const auto &panel = f->test.controller();
+    f->test.recordOf(u"disk2s1"_s)->operationBegan -= std::chrono::seconds(1);
+    f->test.service.completeRequest(makeDissenter(DAReturn::Busy));
+    QCOMPARE(f->test.sheets().size(), 1);
+    QCOMPARE(panel.infoStatusLabel->text(), u"Waiting for your answer."_s);
+    QVERIFY(panel.infoUsageBar->isUnknown());
+    press(f->test.sheets().constFirst(), AlertSheet::firstButtonReturn);
+    QVERIFY(panel.infoStatusLabel->text().startsWith(localizedString("ACTIVITY_UNMOUNTING_TEXT")));
+    QVERIFY(!panel.infoUsageBar->isUnknown());
+    f->test.service.completeRequest(makeDissenter(DAReturn::Busy));
+    QVERIFY(!isBusy(*f, u"disk2s1"_s));
 }
 
 void TestMountUnmountEject::nothingSelectedMakesNoRequest()

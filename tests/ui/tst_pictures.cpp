@@ -49,6 +49,10 @@ void showDisks(TestController &test)
 {
     test.platform().filesystemDirectories
         = { QStringLiteral(ZORVEX_FILESYSTEMS "/System"), QStringLiteral(ZORVEX_FILESYSTEMS "/Local") };
+    // One that starts the computer has no row.
+    test.platform().partitionNodes = [](const QString &) { return QStringList(u"/dev/nvme0n1p9"_s); };
+    test.platform().readDeviceIdentity
+        = [](const QString &) { return std::optional(DeviceIdentity { 1, 1, 4'000'000, 2'000'000 }); };
     test.launch();
     const MemoryDiskRef whole = makeDisk(u"disk2"_s);
     whole->description->insert(DAKey::mediaName, u"Samsung SSD 980 PRO"_s);
@@ -360,6 +364,17 @@ void TestPictures::takesPictures()
                   .arg(test.window().devicePixelRatio());
         QVERIFY(test.window().grab().save(folder.filePath(name)));
     }
+    for (const bool isAvailable : { false, true }) { // nothing is listed either way
+        test.service.setAvailable(isAvailable);
+        TestController::handlePostedEvents();
+        const QStringList cut = cutLabels(test.window());
+        QVERIFY2(cut.isEmpty(), qPrintable(cut.join(u'\n')));
+        const QString name = u"%1-%2@%3x.png"_s
+                                 .arg(QString::fromLatin1(QTest::currentDataTag()),
+                                     isAvailable ? u"no-disks"_s : u"no-service"_s)
+                                 .arg(test.window().devicePixelRatio());
+        QVERIFY(test.window().grab().save(folder.filePath(name)));
+    }
 }
 
 void TestPictures::cutsNoText_data()
@@ -485,7 +500,7 @@ void TestPictures::sheetsFit()
     filesystems->setCurrentIndex(filesystems->findText(u"MS-DOS"_s, Qt::MatchStartsWith));
     controller.formatButton->click();
     QCOMPARE(test.sheets().size(), 1);
-    QVERIFY(test.sheets().constFirst()->informativeText().contains(u"/dev/nvme0n1p2"_s));
+    QVERIFY(test.sheets().constFirst()->accessoryText().contains(u"/dev/nvme0n1p2"_s));
     QCOMPARE(look("format-question").join(u'\n'), QString());
     QTest::keyClick(test.sheets().constFirst(), Qt::Key_Escape);
     QTRY_VERIFY(test.sheets().isEmpty());

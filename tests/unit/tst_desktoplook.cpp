@@ -2,10 +2,14 @@
 //
 // The look of the user's desktop, as it is told to the program that runs as root.
 #include "app/DesktopLook.h"
+#include "app/LookProcess.h"
 
 #include <QApplication>
+#include <QElapsedTimer>
+#include <QFile>
 #include <QIcon>
 #include <QLabel>
+#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::Literals::StringLiterals;
@@ -21,9 +25,29 @@ private Q_SLOTS:
     void whatIsNotDataIsLeftOut_data();
     void whatIsNotDataIsLeftOut();
     void variableThatIsThereStays();
+    void processTellsTheLook();
+    void processThatDoesNotAnswerHoldsNothingUp();
 };
 
 namespace {
+
+// A program in the place of the one that tells the look.
+class Script
+{
+public:
+    explicit Script(const QByteArray &commands)
+    {
+        QFile file(path());
+        if (file.open(QIODevice::WriteOnly))
+            file.write("#!/bin/sh\n" + commands + '\n');
+        file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        qputenv("DISPLAY", ":0");
+    }
+    QString path() const { return m_folder.filePath(u"tell"_s); }
+
+private:
+    QTemporaryDir m_folder;
+};
 
 DesktopLook darkLook()
 {
@@ -130,6 +154,29 @@ void TestDesktopLook::variableThatIsThereStays()
     qputenv("XCURSOR_SIZE", "24");
     DesktopLook::fromText("XCURSOR_SIZE 48\n").applyToEnvironment();
     QCOMPARE(qgetenv("XCURSOR_SIZE"), QByteArray("24"));
+}
+
+void TestDesktopLook::processTellsTheLook()
+{
+    const Script script("echo \"icons $1\"");
+    LookProcess process(script.path());
+    process.start();
+    QCOMPARE(process.finish(), QByteArray("icons -look\n"));
+}
+
+// What it has told so far is cut off somewhere, and would be taken for another look.
+void TestDesktopLook::processThatDoesNotAnswerHoldsNothingUp()
+{
+    const Script script("echo $$ >\"$0.pid\"; echo 'XCURSOR_SIZE 4'; exec sleep 600");
+    QElapsedTimer time;
+    time.start();
+    LookProcess process(script.path());
+    process.start();
+    QCOMPARE(process.finish(), QByteArray());
+    QVERIFY(time.elapsed() < 30'000);
+    QFile pid(script.path() + u".pid"_s);
+    QVERIFY(pid.open(QIODevice::ReadOnly));
+    QVERIFY(!QFile::exists(u"/proc/"_s + QString::fromLatin1(pid.readAll().trimmed())));
 }
 
 QTEST_MAIN(TestDesktopLook)

@@ -38,7 +38,7 @@ FormatMenuRules::FormatMenu menuOf(const FilesystemBundleList &list, std::option
 
 bool isEnabledFor(const FilesystemBundleRef &record, std::optional<qint64> size)
 {
-    return menuOf({ record }, size).items.front().isEnabled;
+    return menuOf({ record }, size).items.front().isEnabled();
 }
 
 } // namespace

@@ -197,6 +197,7 @@ void LocalizationTest::digitsAreTheSameInEveryLocalization()
     for (const QString &localization : bundleLocalizations()) {
         QVERIFY(loadLocalization(localization));
         QCOMPARE(QLocale().toString(7), u"7"_s);
+        QCOMPARE(QLocale().language(), QLocale(localization).language()); // its way to write a time
     }
 }
 

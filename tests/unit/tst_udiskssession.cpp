@@ -64,6 +64,7 @@ struct SessionTest
         session->registerDiskDescriptionChangedCallback(
             [this](const DADiskRef &disk, const QStringList &) { events.append(u'~' + nameOf(disk)); });
         session->setInitialListingCallback([this](bool available) { listing = available; });
+        session->setServiceCallback([this](bool isAvailable) { service.append(isAvailable); });
     }
 
     // Starts the service and waits for its media.
@@ -90,6 +91,7 @@ struct SessionTest
     QStringList events;
     QHash<QString, DADiskRef> disks;
     std::optional<bool> listing;
+    QList<bool> service; // whether it was there, each time that it was told
     int completions = 0;
     DADissenterRef outcome;
     std::unique_ptr<DASession> session; // first to go
@@ -209,8 +211,10 @@ void TestUDisksSession::withoutAServiceTheListingFails()
     test.session->scheduleWithRunLoop();
     QTRY_COMPARE(test.listing, std::optional<bool>(false));
     QVERIFY(test.log.lines().join(u' ').contains(u"Unable to start the disk service"_s));
+    QCOMPARE(test.service, QList<bool>({ false }));
     test.fake.start(); // one that comes later is followed all the same
     QTRY_COMPARE(test.events, list({ "+disk2", "+disk2s1" }));
+    QTRY_COMPARE(test.service, QList<bool>({ false, true }));
 }
 
 void TestUDisksSession::replyOfAnUnexpectedTypeIsLogged()
@@ -323,6 +327,7 @@ void TestUDisksSession::serviceThatRestartsReportsEverythingAnew()
     test.events.clear();
     test.fake.start();
     QTRY_COMPARE(test.events, list({ "+disk2", "+disk2s1" }));
+    QTRY_COMPARE(test.service, QList<bool>({ true, false, true }));
 }
 
 void TestUDisksSession::refreshReportsWhatNoSignalTold()
