@@ -46,6 +46,10 @@ const std::vector<StepKind> &stepKinds()
         { "activate", 3, activateWindow },
         { "language", 3, changeLanguage },
         { "close in check", 1, closeWindowDuringCheck },
+        { "command line", 6, commandLine },
+        { "command line beside", 3, commandLineBesideOperation },
+        { "command line during", 2, commandLineDuringOperation },
+        { "command line in a race", 2, commandLineInARace },
     };
     return kinds;
 }
