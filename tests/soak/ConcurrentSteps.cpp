@@ -6,7 +6,6 @@
 #include "tests/soak/Steps.h"
 
 #include "platform/Localization.h"
-#include "ui/AlertSheet.h"
 #include "ui/OutlineView.h"
 
 #include <csignal>
@@ -14,28 +13,6 @@
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-
-std::vector<SoakVolume> idleVolumes(SoakWorld &world)
-{
-    return world.volumes([](const SoakVolume &volume) { return !volume.record->operationInProgress; });
-}
-
-// Starts what is possible with the volume.
-void startAnything(SoakWorld &world, const SoakVolume &volume)
-{
-    if (canBeChecked(volume) && world.onceIn(2)) {
-        world.note(u"  check "_s + volume.node);
-        startCheck(volume);
-    } else if (world.onceIn(2)) {
-        const QString label = u"SOAK%1"_s.arg(++world.labelsGiven);
-        const QString personality = openFormatSheet(world, volume, label);
-        world.note(u"  format %1 as %2 named %3"_s.arg(volume.node, personality, label));
-        volume.window->endSheet(AlertSheet::firstButtonReturn);
-    } else {
-        world.note(u"  mount or unmount "_s + volume.node);
-        startMountOrUnmount(volume);
-    }
-}
 
 void endService(SoakWorld &world)
 {

@@ -2,6 +2,7 @@
 #include "tests/soak/Operation.h"
 
 #include "tests/soak/Steps.h"
+#include "ui/AlertSheet.h"
 #include "ui/ImageButton.h"
 
 #include <QAbstractItemModel>
@@ -52,11 +53,10 @@ void startCheck(const SoakVolume &volume)
     SoakWorld::require(volume.record->operationInProgress, volume.node + u" is not busy");
 }
 
-QString openFormatSheet(SoakWorld &world, const SoakVolume &volume, const QString &label)
+QString chooseFormat(SoakWorld &world, const SoakVolume &volume)
 {
     volume.window->select(volume.record);
-    const ZorvexDiskManagerAppDelegate &controller = volume.window->controller();
-    QComboBox *const menu = controller.formatFilesystemsPopupButton;
+    QComboBox *const menu = volume.window->controller().formatFilesystemsPopupButton;
     std::vector<int> fitting;
     for (int i = 0; i < menu->count(); ++i) {
         if (menu->model()->index(i, 0).flags().testFlag(Qt::ItemIsEnabled))
@@ -64,10 +64,37 @@ QString openFormatSheet(SoakWorld &world, const SoakVolume &volume, const QStrin
     }
     SoakWorld::require(!fitting.empty(), u"no file system fits "_s + volume.node);
     menu->setCurrentIndex(world.oneOf(fitting));
-    controller.formatVolumeLabelField->setText(label);
-    press(controller.formatButton, volume);
-    SoakWorld::require(volume.window->sheets().size() == 1, u"nobody asks before the format"_s);
     return menu->currentText();
+}
+
+QString openFormatSheet(SoakWorld &world, const SoakVolume &volume, const QString &label)
+{
+    const QString personality = chooseFormat(world, volume);
+    volume.window->controller().formatVolumeLabelField->setText(label);
+    press(volume.window->controller().formatButton, volume);
+    SoakWorld::require(volume.window->sheets().size() == 1, u"nobody asks before the format"_s);
+    return personality;
+}
+
+void startAnything(SoakWorld &world, const SoakVolume &volume)
+{
+    if (canBeChecked(volume) && world.onceIn(2)) {
+        world.note(u"  check "_s + volume.node);
+        startCheck(volume);
+    } else if (world.onceIn(2)) {
+        const QString label = u"SOAK%1"_s.arg(++world.labelsGiven);
+        const QString personality = openFormatSheet(world, volume, label);
+        world.note(u"  format %1 as %2 named %3"_s.arg(volume.node, personality, label));
+        volume.window->endSheet(AlertSheet::firstButtonReturn);
+    } else {
+        world.note(u"  mount or unmount "_s + volume.node);
+        startMountOrUnmount(volume);
+    }
+}
+
+std::vector<SoakVolume> idleVolumes(SoakWorld &world)
+{
+    return world.volumes([](const SoakVolume &volume) { return !volume.record->operationInProgress; });
 }
 
 QStringList waitForEnd(SoakWorld &world, const SoakVolume &volume)
@@ -91,14 +118,19 @@ bool canBeChecked(const SoakVolume &volume)
     return volume.window->controller().checkButton->isEnabled();
 }
 
-bool mayBeUnmountable(const SoakVolume &volume, const QString &text)
+bool isMountableEverywhere(const QString &node)
 {
     static const QStringList mountedEverywhere { u"ext2"_s, u"ext3"_s, u"ext4"_s, u"xfs"_s, u"btrfs"_s,
         u"ntfs"_s };
+    return mountedEverywhere.contains(probed(node, u"TYPE"_s));
+}
+
+bool mayBeUnmountable(const SoakVolume &volume, const QString &text)
+{
     const bool isOfFormat = text.startsWith(u"diskutil returned error code: 20\n"_s);
     const QString reason = text.trimmed();
     return (isOfFormat || text.startsWith(u"Error while mounting"_s))
         && (reason.endsWith(u"not configured in kernel."_s)
             || reason.endsWith(u"No supported file system found."_s))
-        && !mountedEverywhere.contains(probed(volume.node, u"TYPE"_s));
+        && !isMountableEverywhere(volume.node);
 }

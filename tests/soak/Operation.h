@@ -9,9 +9,17 @@
 void startMountOrUnmount(const SoakVolume &volume);
 void startCheck(const SoakVolume &volume);
 
-// Selects the volume, chooses a file system that fits it, types the label and presses Format; the name of the
-// file system. A sheet asks whether to go on.
+// Selects the volume and a file system that fits it; its name.
+QString chooseFormat(SoakWorld &world, const SoakVolume &volume);
+
+// The same, types the label and presses Format. A sheet asks whether to go on.
 QString openFormatSheet(SoakWorld &world, const SoakVolume &volume, const QString &label);
+
+// Starts what is possible with the volume.
+void startAnything(SoakWorld &world, const SoakVolume &volume);
+
+// The volumes without an operation, as a window chosen at random has them.
+std::vector<SoakVolume> idleVolumes(SoakWorld &world);
 
 // Waits until the volume's operation has ended, while a user does this and that in the windows. What the user
 // was told at its end.
@@ -19,6 +27,9 @@ QStringList waitForEnd(SoakWorld &world, const SoakVolume &volume);
 
 // Whether the window offers to check the volume.
 bool canBeChecked(const SoakVolume &volume);
+
+// Whether the volume holds a file system that every machine can mount.
+bool isMountableEverywhere(const QString &node);
 
 // Whether the text says that the machine cannot mount the volume, and it holds nothing that every machine
 // can.

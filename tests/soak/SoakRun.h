@@ -6,6 +6,8 @@
 #include "tests/soak/Steps.h"
 
 #include <QElapsedTimer>
+#include <QFont>
+#include <QList>
 #include <QMap>
 #include <QSet>
 
@@ -29,6 +31,7 @@ public:
     bool run();
 
 private:
+    void loadFonts();
     void step();
     void weigh();
     void summarize() const;
@@ -41,6 +44,7 @@ private:
 
     Options m_options;
     SoakWorld m_world;
+    QList<QFont> m_fonts; // keep what Qt has loaded for them
     QElapsedTimer m_clock;
     QMap<QString, Tally> m_tallies;
     qint64 m_steps = 0;

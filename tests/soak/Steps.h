@@ -37,6 +37,12 @@ bool restartService(SoakWorld &world);
 bool restartServiceDuringOperation(SoakWorld &world);
 bool closeWindowDuringCheck(SoakWorld &world);
 
+// tests/soak/CommandLineSteps.cpp
+bool commandLine(SoakWorld &world);
+bool commandLineBesideOperation(SoakWorld &world);
+bool commandLineDuringOperation(SoakWorld &world);
+bool commandLineInARace(SoakWorld &world);
+
 // tests/soak/WindowSteps.cpp
 bool selectRow(SoakWorld &world);
 bool resizeWindow(SoakWorld &world);

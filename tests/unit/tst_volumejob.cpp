@@ -148,7 +148,8 @@ private:
         machine.holdDevice = [this](const auto &) {
             ++holds;
             auto hold = std::make_shared<int>();
-            m_hold = hold;
+            if (m_hold.expired()) // the job also looks at the device for a moment
+                m_hold = hold;
             return HeldDevice { [this, hold] { return heldIdentity; },
                 [this](Claimant claimant) {
                     claimants.append(claimant);
@@ -193,6 +194,7 @@ class TestVolumeJob : public QObject
 private Q_SLOTS:
     void verification();
     void erase();
+    void lockIsKeptUntilTheVolumeIsMountedAgain();
     void deviceIsClaimedForAToolThatDoesNotClaimIt();
     void nodeThatLeadsElsewhereByNow();
     void volumeIsMountedAsItWas();
@@ -266,7 +268,6 @@ void TestVolumeJob::verification()
     Q_EMIT run.tools.started();
     QVERIFY(run.isHeld());
     run.tools.end(8);
-    QVERIFY(!run.isHeld());
     QVERIFY(run.waitsForMount());
     QVERIFY(run.exits.isEmpty());
     run.grantMount();
@@ -276,6 +277,27 @@ void TestVolumeJob::verification()
             u"The volume on disk2s1 has errors and needs to be repaired"_s, u"Mounting disk2s1"_s,
             u"Finished file system verification on disk2s1"_s }));
     QVERIFY(run.announced.isEmpty() && run.given.isEmpty() && run.complained.isEmpty());
+}
+
+void TestVolumeJob::lockIsKeptUntilTheVolumeIsMountedAgain()
+{
+    for (const auto operation : { Operation::Verify, Operation::Repair }) {
+        Run run(operation);
+        Personality &personality = run.bundle.personalities.front();
+        personality.verification->claimant = Claimant::ThisProcess;
+        personality.repair->claimant = Claimant::ThisProcess;
+        run.setMounted(true);
+        run.start();
+        run.grantUnmount();
+        QCOMPARE(run.claimants.constLast(), Claimant::ThisProcess);
+        run.tools.run(0);
+        QVERIFY(run.waitsForMount());
+        QVERIFY(run.isHeld());
+        QCOMPARE(run.claimants.constLast(), Claimant::Program); // its claim would keep the mount out
+        run.grantMount();
+        QCOMPARE(run.exits, only(ExitCode::Success));
+        QVERIFY(!run.isHeld());
+    }
 }
 
 void TestVolumeJob::erase()

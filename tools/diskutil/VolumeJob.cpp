@@ -240,7 +240,13 @@ void VolumeJob::loseReader(const QString &reason)
 // Called when no command is running, and none is to be run.
 void VolumeJob::conclude()
 {
-    m_device.reset();
+    // A second run that waits for the lock must not begin before the volume is mounted again. The claim would
+    // keep the mount out.
+    const bool isMountedAgain = m_isUnmounted && !isOldVolumeLost();
+    if (m_hasRun && isMountedAgain)
+        m_device->take(Claimant::Program);
+    else
+        m_device.reset();
     m_inhibition.reset();
     if (isInterrupted())
         Q_EMIT complained(
@@ -250,7 +256,7 @@ void VolumeJob::conclude()
     if (isOldVolumeLost() && m_outcome == ExitCode::Success) {
         m_deadline.setRemainingTime(m_environment.limits.newVolume);
         awaitNewVolume();
-    } else if (m_isUnmounted && !isOldVolumeLost()) {
+    } else if (isMountedAgain) {
         mount();
     } else {
         finish();
@@ -356,6 +362,7 @@ void VolumeJob::giveServiceUp()
 void VolumeJob::finish()
 {
     enter(Phase::Ended);
+    m_device.reset();
     const bool isDone = m_outcome == ExitCode::Success || m_outcome == ExitCode::ErrorsFound;
     if (isDone && m_telling == Telling::Everything)
         Q_EMIT said(u"Finished %1 on %2"_s.arg(operationText(), m_plan.medium.bsdName));
