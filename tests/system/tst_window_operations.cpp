@@ -241,7 +241,7 @@ void TestWindowOperations::formatsAsEveryFilesystem()
         window.controller().formatVolumeLabelField->setText(label);
         window.controller().formatButton->click();
         QCOMPARE(window.sheets().size(), 1);
-        QVERIFY(window.sheets().constFirst()->informativeText().contains(disk.node(1)));
+        QVERIFY(window.sheets().constFirst()->accessoryText().contains(disk.node(1)));
         window.endSheet(AlertSheet::firstButtonReturn);
         QTRY_VERIFY_WITH_TIMEOUT(!volume->operationInProgress, limit);
         for (const AlertSheet *sheet : window.sheets()) {

@@ -106,26 +106,35 @@ bool isSameMedium(const std::optional<DeviceIdentity> &identity, const QString &
     return identity && device.identity() == identity && machine.readDeviceIdentity(deviceNode) == identity;
 }
 
+std::optional<Refusal> refusalOfExchange(
+    const JobPlan &plan, const HeldDevice &device, const Machine &machine)
+{
+    if (isSameMedium(plan.identity, plan.medium.deviceNode, device, machine))
+        return std::nullopt;
+    return Refusal { ExitCode::MediumChanged,
+        u"%1 is no longer the same disk"_s.arg(plan.medium.deviceNode) };
+}
+
 std::optional<Refusal> refusalOfHandOver(
     const JobPlan &plan, const HeldDevice &device, const std::vector<Medium> &media, const Machine &machine)
 {
     if (device.openError != 0)
         return PreflightRules::refusalOfTaking(plan.medium, device.openError);
-    if (!isSameMedium(plan.identity, plan.medium.deviceNode, device, machine))
-        return Refusal { ExitCode::MediumChanged,
-            u"%1 is no longer the same disk"_s.arg(plan.medium.deviceNode) };
+    if (auto refusal = refusalOfExchange(plan, device, machine))
+        return refusal;
     if (auto refusal = PreflightRules::refusalOfDevice(
             plan.operation, plan.medium, machine.readDeviceSituation(plan.medium, media)))
         return refusal;
     return PreflightRules::refusalOfTool(plan.bundle, machine.readToolSituation(plan.bundle, plan.tool));
 }
 
-std::optional<Refusal> refusalOfVerdict(const JobPlan &plan, const HeldDevice &device, const ToolEnd &end)
+std::optional<Refusal> refusalOfVerdict(
+    const JobPlan &plan, const HeldDevice &device, const Machine &machine, const ToolEnd &end)
 {
     const bool isRepair = plan.operation == Operation::Repair;
     const QString rest
         = isRepair ? u"the repair was not completed"_s : u"whether its file system has errors is not known"_s;
-    if (device.identity() != plan.identity)
+    if (!isSameMedium(plan.identity, plan.medium.deviceNode, device, machine))
         return Refusal { ExitCode::DeviceGone, u"%1 has gone; %2"_s.arg(plan.medium.bsdName, rest) };
     const bool isToldByTool = end.kind == ToolEnd::Kind::Exited && end.code == unreadableExitStatus;
     // A tool that is content has read what it needs. Many a reader tells of a block more than it has.

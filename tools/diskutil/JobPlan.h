@@ -47,6 +47,10 @@ std::optional<VolumeMount> formerMount(const std::vector<VolumeMount> &mounts);
 bool isSameMedium(const std::optional<DeviceIdentity> &identity, const QString &deviceNode,
     const HeldDevice &device, const Machine &machine);
 
+// Why the medium, which is held, is not the one that the job has looked at.
+std::optional<Refusal> refusalOfExchange(
+    const JobPlan &plan, const HeldDevice &device, const Machine &machine);
+
 // Why the medium, which is held, cannot be handed to the next command. Since the first look it may have been
 // pulled and its node given to another, it may have been mounted, and the bundle may have been changed.
 std::optional<Refusal> refusalOfHandOver(
@@ -54,7 +58,8 @@ std::optional<Refusal> refusalOfHandOver(
 
 // Why nothing can be said of the volume that a tool has looked at or mended: its device has gone, or cannot
 // be read. Some tools take a read that fails for an error of the volume.
-std::optional<Refusal> refusalOfVerdict(const JobPlan &plan, const HeldDevice &device, const ToolEnd &end);
+std::optional<Refusal> refusalOfVerdict(
+    const JobPlan &plan, const HeldDevice &device, const Machine &machine, const ToolEnd &end);
 
 // Whether the disk service describes the volume that the erase has made, no longer the former one.
 bool isNewVolume(const JobPlan &plan, const Medium &medium);

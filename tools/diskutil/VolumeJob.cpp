@@ -137,6 +137,9 @@ void VolumeJob::claim()
         }
         refusal = PreflightRules::refusalOfTaking(m_plan.medium, error);
     }
+    // It may have been exchanged between the look and the lock.
+    if (!refusal)
+        refusal = refusalOfExchange(m_plan, *m_device, m_environment.machine);
     if (!refusal) {
         runNextCommand();
         return;
@@ -186,7 +189,7 @@ void VolumeJob::judge(const ToolEnd &end)
     const bool hasExited = end.kind == ToolEnd::Kind::Exited;
     const auto refusal = m_operation == Operation::Erase || end.kind == ToolEnd::Kind::NotStarted
         ? std::nullopt
-        : refusalOfVerdict(m_plan, *m_device, end);
+        : refusalOfVerdict(m_plan, *m_device, m_environment.machine, end);
     if (refusal) {
         m_outcome = refusal->code;
         Q_EMIT complained(refusal->message);
