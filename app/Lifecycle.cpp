@@ -188,7 +188,7 @@ void ZorvexDiskManagerAppDelegate::applicationDidFinishLaunching()
             askForPassphrase(disk, isRetry, std::move(answer));
         });
         // A session without its service counts as none. It stays, for a service that comes later.
-        session->setInitialListingCallback([this](bool serviceAvailable) {
+        session->setInitialListingCallback([](bool serviceAvailable) {
             if (!serviceAvailable)
                 logNoSession();
         });

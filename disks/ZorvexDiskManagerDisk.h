@@ -80,12 +80,12 @@ public:
     std::optional<PropertyNumber> mediaSize; // bytes
     ZorvexDiskManagerAppDelegate *delegate = nullptr; // not owned
     bool operationInProgress = false;
-    RunningOperation runningOperation = RunningOperation::None; // for the activity bar
-    std::chrono::steady_clock::time_point operationBegan;
     bool waitsForAnswer = false; // the operation goes on when the user has answered a question
-    std::optional<FinishedRun> finishedRun; // until the next one begins
     bool operationInProgressShowFormatTab = false;
     bool operationInProgressShowMaintenanceTab = false;
+    RunningOperation runningOperation = RunningOperation::None; // for the activity bar
+    std::chrono::steady_clock::time_point operationBegan;
+    std::optional<FinishedRun> finishedRun; // until the next one begins
     // The node that holds this record, in spite of the name; not owned, null once the medium has gone.
     ZorvexDiskManagerDiskListItem *parent_item = nullptr;
     std::optional<OutputBuffer> checkRepairOutput;

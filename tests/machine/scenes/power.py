@@ -32,10 +32,9 @@ def during_format(stage):
     window.press("Erase and Format")
     machine.until("pgrep mke2fs || pgrep mkfs")
     _lose_power(stage)
-    row = window.wait("tree item", name=".*")["name"]
-    assert "SLOW" not in row or machine.run("blkid --label SLOW"), row
     node = machine.until("readlink -e /dev/disk/by-id/usb-*STICK*-part1").strip()
-    name = machine.run(f"lsblk --noheadings --output LABEL {node}").strip() or node
+    label = machine.run(f"lsblk --noheadings --output LABEL {node}").strip()
+    name = label or window.wait("tree item", name="disk[0-9]+s1, .*")["name"].split(",")[0]
     window.format(name, "ext4", "AGAIN")
     machine.until("findmnt --noheadings --output TARGET --source LABEL=AGAIN | grep -x /media/ada/AGAIN")
 

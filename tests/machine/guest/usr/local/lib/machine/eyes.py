@@ -72,7 +72,7 @@ def can_hold(query):
 
 
 def text_of(element):
-    if not element.is_text():
+    if element.get_text_iface() is None:
         return ""
     return Atspi.Text.get_text(element, 0, -1)
 
@@ -135,7 +135,7 @@ def wait(query, holds):
 
 
 def describe(element):
-    place = element.get_extents(Atspi.CoordType.SCREEN) if element.is_component() else None
+    place = element.get_extents(Atspi.CoordType.SCREEN) if element.get_component_iface() else None
     return {"name": element.get_name(), "text": text_of(element),
             "place": [place.x, place.y, place.width, place.height] if place else None}
 
