@@ -87,14 +87,12 @@ private Q_SLOTS:
     void jobRemoved(const QDBusMessage &signal);
 
 private:
-    using Job = std::pair<QString, QString>; // who carries it out, and its path
-
     void answered(const QDBusMessage &reply);
     void end();
 
     std::function<void()> m_done;
-    QList<Job> m_removedJobs;
-    Job m_job;
+    QStringList m_removedJobs;
+    QString m_job;
 };
 
 void ScopeMove::begin()
@@ -104,7 +102,7 @@ void ScopeMove::begin()
     qDBusRegisterMetaType<AuxiliaryUnit>();
     qDBusRegisterMetaType<QList<AuxiliaryUnit>>();
     QDBusConnection bus = QDBusConnection::systemBus();
-    // Who answers is the one to listen to.
+    // From whomever: Qt may not know yet who has the name. Nothing is won by a signal that is not true.
     bus.connect(QString(), path, interface, u"JobRemoved"_s, this, SLOT(jobRemoved(QDBusMessage)));
     const auto process = static_cast<uint>(getpid());
     const QList<UnitProperty> properties {
@@ -122,14 +120,14 @@ void ScopeMove::begin()
 
 void ScopeMove::answered(const QDBusMessage &reply)
 {
-    m_job = { reply.service(), reply.arguments().value(0).value<QDBusObjectPath>().path() };
+    m_job = reply.arguments().value(0).value<QDBusObjectPath>().path();
     if (reply.type() != QDBusMessage::ReplyMessage || m_removedJobs.contains(m_job))
         end();
 }
 
 void ScopeMove::jobRemoved(const QDBusMessage &signal)
 {
-    const Job job { signal.service(), signal.arguments().value(1).value<QDBusObjectPath>().path() };
+    const QString job = signal.arguments().value(1).value<QDBusObjectPath>().path();
     m_removedJobs.append(job);
     if (job == m_job)
         end();
