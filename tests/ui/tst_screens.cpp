@@ -68,6 +68,8 @@ void TestScreens::picturesFollowTheScreen()
     const auto pictureRatio = [&panel] { return panel.infoBigImageField->pixmap().devicePixelRatio(); };
     QCOMPARE(pictureRatio(), 1.0);
     window->setScreen(screenOf(2));
+    if (!qFuzzyCompare(window->devicePixelRatio(), 2.0))
+        QSKIP("Qt 6.8 keeps the ratio of a window that has no real display.");
     QTRY_COMPARE(pictureRatio(), 2.0); // also that of no disk
     test.add(makeMountedVolume());
     test.select(u"disk2s1"_s);
