@@ -27,6 +27,14 @@ void finishRequest(const DADiskRef &disk, const DADissenterRef &dissenter, const
     (record->delegate->*report)(record, dissenter);
 }
 
+// Fills the record with what a request has mounted: on an encrypted medium, the volume that is unlocked on
+// it.
+void readVolume(const DASession &session, const DADiskRef &disk, ZorvexDiskManagerDisk &volume)
+{
+    const DADiskRef unlocked = session.unlockedDisk(disk);
+    zorvex_disk_manager_update_disk_description(unlocked ? unlocked : disk, volume);
+}
+
 } // namespace
 
 void zorvex_disk_manager_da_disk_did_mount(
@@ -224,19 +232,22 @@ void ZorvexDiskManagerAppDelegate::diskArbitrationDiskDidMount(
         reportVolumeOutOfReach(*disk);
 }
 
-// Some versions of the disk service mount for the user only what that user may mount themselves.
-// Of an encrypted medium, what is unlocked on it is mounted.
+// Some versions of the disk service mount for the user only what that user may mount themselves. The volume
+// may have been unmounted again before the look at it has ended.
 void ZorvexDiskManagerAppDelegate::reportVolumeOutOfReach(const ZorvexDiskManagerDisk &disk)
 {
-    const DADiskRef unlocked = session->unlockedDisk(disk.daDisk);
     ZorvexDiskManagerDisk volume;
-    zorvex_disk_manager_update_disk_description(unlocked ? unlocked : disk.daDisk, volume);
+    readVolume(*session, disk.daDisk, volume);
     if (!volume.volumePath)
         return;
     const QStringList nameAndPath { getDisplayNameForDisk(volume), volume.volumePath->toLocalFile() };
-    m_platform.workspace->findFolderAccess(
-        nameAndPath.constLast(), [self = QPointer(this), nameAndPath](bool isOpen) {
-            if (self && !isOpen)
+    m_platform.workspace->findFolderAccess(nameAndPath.constLast(),
+        [self = QPointer(this), medium = disk.daDisk, path = volume.volumePath, nameAndPath](bool isOpen) {
+            if (!self || isOpen)
+                return;
+            ZorvexDiskManagerDisk now;
+            readVolume(*self->session, medium, now);
+            if (now.volumePath == path)
                 self->infoMessageWithTitle(localizedString("VOLUME_OUT_OF_REACH_TITLE"),
                     formatLocalized(localizedString("VOLUME_OUT_OF_REACH_TEXT_FMT"), nameAndPath));
         });

@@ -55,6 +55,7 @@ void TestWorkspace::openDocument(const QString &path, Completion completion)
 
 void TestWorkspace::findFolderAccess(const QString &, Completion completion)
 {
+    beforeFolderAnswer();
     completion(isFolderOpen);
 }
 

@@ -14,6 +14,7 @@
 #include <QMainWindow>
 #include <QTemporaryDir>
 
+#include <functional>
 #include <mutex>
 
 class TestWorkspace : public Workspace
@@ -25,6 +26,7 @@ public:
 
     bool succeeds = true;
     bool isFolderOpen = true;
+    std::function<void()> beforeFolderAnswer = [] { };
     QStringList folders;
     QStringList documents;
 };

@@ -35,6 +35,7 @@ private Q_SLOTS:
     void declinedQuestionEndsWithoutAnAlert();
     void declinedQuestionOfAForcedEject();
     void volumeOutOfReachIsTold();
+    void volumeThatIsUnmountedMeanwhileIsNotOutOfReach();
     void refusedUnmountOffersForce();
     void cancelLeavesTheVolumeMounted();
     void keysOnTheForceDialog_data();
@@ -304,6 +305,17 @@ void TestMountUnmountEject::volumeOutOfReachIsTold()
     const QString text = f->test.sheets().constFirst()->informativeText();
     QVERIFY2(text.contains(u"“DATA”"_s) && text.contains(u"/media/root/DATA"_s), qPrintable(text));
     QVERIFY(!isBusy(*f, u"disk2s1"_s));
+}
+
+void TestMountUnmountEject::volumeThatIsUnmountedMeanwhileIsNotOutOfReach()
+{
+    const auto f = launched();
+    f->test.workspace->isFolderOpen = false;
+    f->test.workspace->beforeFolderAnswer = [&f] { setMounted(f->volume, QString()); };
+    click(*f, u"disk2s1"_s);
+    setMounted(f->volume, u"/media/root/DATA"_s);
+    f->test.service.completeRequest();
+    QVERIFY(f->test.sheets().isEmpty());
 }
 
 void TestMountUnmountEject::refusedUnmountOffersForce()
