@@ -215,8 +215,12 @@ class Volumes(DiskutilCase):
 
     def test_a_whole_disk_becomes_one_volume(self):
         disk = self.make_disk(50, 50)
-        self.erase(disk, disk.node, "ext4", "Whole")
-        self.assertEqual(probe(disk.node, "TYPE"), "ext4")
+        for file_system, kind in [("ext4", "ext4"), ("UDF", "udf")]:
+            with self.subTest(file_system):
+                self.erase(disk, disk.node, file_system, "Whole")
+                self.assertEqual(probe(disk.node, "TYPE"), kind)
+                # What the kernel reads here are partitions, which would lie over the volume.
+                self.assertEqual(disk.read(disk.node, 446, 64), bytes(64))
 
     def test_a_volume_that_was_mounted_is_mounted_afterwards(self):
         disk = self.make_disk(100)
