@@ -10,8 +10,11 @@
 #include "ui/AlertSheet.h"
 #include "ui/panel_rules.h"
 
+#include <QFile>
 #include <QMainWindow>
 #include <QPointer>
+
+#include <algorithm>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -27,12 +30,12 @@ void finishRequest(const DADiskRef &disk, const DADissenterRef &dissenter, const
     (record->delegate->*report)(record, dissenter);
 }
 
-// Fills the record with what a request has mounted: on an encrypted medium, the volume that is unlocked on
-// it.
-void readVolume(const DASession &session, const DADiskRef &disk, ZorvexDiskManagerDisk &volume)
+bool isMountedAt(const MountTable &table, const QString &path)
 {
-    const DADiskRef unlocked = session.unlockedDisk(disk);
-    zorvex_disk_manager_update_disk_description(unlocked ? unlocked : disk, volume);
+    const QByteArray mountPoint = QFile::encodeName(path);
+    const std::vector<MountedFilesystem> mounted = table.mountedFilesystems();
+    return std::any_of(mounted.begin(), mounted.end(),
+        [&mountPoint](const MountedFilesystem &each) { return each.mountPoint == mountPoint; });
 }
 
 } // namespace
@@ -232,22 +235,21 @@ void ZorvexDiskManagerAppDelegate::diskArbitrationDiskDidMount(
         reportVolumeOutOfReach(*disk);
 }
 
-// Some versions of the disk service mount for the user only what that user may mount themselves. The volume
-// may have been unmounted again before the look at it has ended.
+// Some versions of the disk service mount for the user only what that user may mount themselves.
+// Of an encrypted medium, what is unlocked on it is mounted.
 void ZorvexDiskManagerAppDelegate::reportVolumeOutOfReach(const ZorvexDiskManagerDisk &disk)
 {
+    const DADiskRef unlocked = session->unlockedDisk(disk.daDisk);
     ZorvexDiskManagerDisk volume;
-    readVolume(*session, disk.daDisk, volume);
+    zorvex_disk_manager_update_disk_description(unlocked ? unlocked : disk.daDisk, volume);
     if (!volume.volumePath)
         return;
     const QStringList nameAndPath { getDisplayNameForDisk(volume), volume.volumePath->toLocalFile() };
-    m_platform.workspace->findFolderAccess(nameAndPath.constLast(),
-        [self = QPointer(this), medium = disk.daDisk, path = volume.volumePath, nameAndPath](bool isOpen) {
-            if (!self || isOpen)
-                return;
-            ZorvexDiskManagerDisk now;
-            readVolume(*self->session, medium, now);
-            if (now.volumePath == path)
+    m_platform.workspace->findFolderAccess(
+        nameAndPath.constLast(), [self = QPointer(this), nameAndPath](bool isOpen) {
+            // The volume may have been unmounted before the look at its folder, which the kernel knows before
+            // the disk service tells.
+            if (self && !isOpen && isMountedAt(*self->m_platform.mountTable, nameAndPath.constLast()))
                 self->infoMessageWithTitle(localizedString("VOLUME_OUT_OF_REACH_TITLE"),
                     formatLocalized(localizedString("VOLUME_OUT_OF_REACH_TEXT_FMT"), nameAndPath));
         });

@@ -55,7 +55,6 @@ void TestWorkspace::openDocument(const QString &path, Completion completion)
 
 void TestWorkspace::findFolderAccess(const QString &, Completion completion)
 {
-    beforeFolderAnswer();
     completion(isFolderOpen);
 }
 

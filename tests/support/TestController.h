@@ -14,7 +14,6 @@
 #include <QMainWindow>
 #include <QTemporaryDir>
 
-#include <functional>
 #include <mutex>
 
 class TestWorkspace : public Workspace
@@ -26,7 +25,6 @@ public:
 
     bool succeeds = true;
     bool isFolderOpen = true;
-    std::function<void()> beforeFolderAnswer = [] { };
     QStringList folders;
     QStringList documents;
 };
