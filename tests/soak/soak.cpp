@@ -7,10 +7,12 @@
 #include <QApplication>
 #include <QCommandLineParser>
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 
 #include <sys/prctl.h>
+#include <unistd.h>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -72,6 +74,10 @@ int main(int argc, char **argv)
     const QApplication application(argc, argv);
     // What a child leaves behind becomes this process's own, and is found.
     prctl(PR_SET_CHILD_SUBREAPER, 1);
+    // Some steps stop a tool. The kernel hangs it up when the group that it belongs to loses the shell above
+    // it, as that of a run in the background does: in a session of its own, nothing is lost.
+    setsid();
+    prctl(PR_SET_PDEATHSIG, SIGTERM);
     const SoakRun::Options options = readOptions(application);
     std::printf("soak: seed %u, %lld s\n", options.seed, static_cast<long long>(options.seconds));
     std::fflush(stdout);
