@@ -34,8 +34,8 @@ void mountForDesktopUser(const DesktopUser &user, const QString &objectPath, QOb
     std::function<void(const UserMountAnswer &)> done, const QStringList &options = {});
 
 // Finds out whether the user at the desktop, or the user of this process where there is none, may look into
-// the folder; a folder that is not there any more counts as open. Runs done later, once, unless the context
-// goes first. The thread of the context.
+// the folder; one that is not there any more, or that nobody can read, counts as open. Runs done later, once,
+// unless the context goes first. The thread of the context.
 void findFolderAccess(const QString &path, QObject *context, std::function<void(bool isOpen)> done);
 
 // Gives a new volume to the user, if its file system has owners: a formatter makes it root's, and nobody else

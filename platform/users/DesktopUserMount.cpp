@@ -75,11 +75,11 @@ void mountForDesktopUser(const DesktopUser &user, const QString &objectPath, QOb
 
 void findFolderAccess(const QString &path, QObject *context, std::function<void(bool isOpen)> done)
 {
-    // A volume that is unmounted meanwhile takes its folder along, and is out of nobody's reach.
-    const auto answer = [path, done = std::move(done)](bool isOpen) {
-        done(isOpen || (access(QFile::encodeName(path).constData(), F_OK) != 0 && errno == ENOENT));
-    };
-    startProgram(desktopUser(), u"test"_s, { u"-r"_s, path, u"-a"_s, u"-x"_s, path }, context, answer);
+    // It says why it cannot read the folder itself. Only a closed door counts: a volume that is unmounted
+    // meanwhile takes its folder along, and a disk that fails is out of everybody's reach.
+    startProgramForErrors(desktopUser(), u"env"_s, { u"LC_ALL=C"_s, u"cat"_s, path + u"/."_s }, context,
+        [done = std::move(done)](
+            const ProgramEnd &end) { done(!end.errorOutput.contains("Permission denied")); });
 }
 
 void giveMountedVolume(
