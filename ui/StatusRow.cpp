@@ -42,7 +42,6 @@ StatusRow::StatusRow(QWidget *parent)
     }
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(units(8));
     layout->addWidget(m_glyph);
     layout->addWidget(m_text, 3);
     layout->addWidget(m_bar, 1);
@@ -50,8 +49,14 @@ StatusRow::StatusRow(QWidget *parent)
     layout->addWidget(m_time);
     layout->addWidget(m_stop);
     connect(m_stop, &QPushButton::clicked, this, &StatusRow::stopClicked);
-    setMinimumHeight(std::max(units(rowHeight), 2 * fontMetrics().lineSpacing()));
+    layOut();
     show(Kind::Hint, {}, {});
+}
+
+void StatusRow::layOut()
+{
+    layout()->setSpacing(units(8));
+    setMinimumHeight(std::max(units(rowHeight), 2 * fontMetrics().lineSpacing()));
 }
 
 QString StatusRow::text() const
@@ -126,7 +131,9 @@ void StatusRow::draw()
 void StatusRow::changeEvent(QEvent *event)
 {
     QWidget::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange)
+    if (event->type() == QEvent::FontChange)
+        layOut();
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::PaletteChange)
         draw();
 }
 

@@ -50,6 +50,7 @@ private:
     enum class Kind { Hint, Operation, Verdict };
 
     void show(Kind kind, const QString &text, const QString &glyph);
+    void layOut();
     void draw();
 
     Kind m_kind = Kind::Hint;
