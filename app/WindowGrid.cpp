@@ -79,7 +79,8 @@ void WindowGrid::layOut()
     for (QLayout *page :
         { static_cast<QLayout *>(m_ui.formatPageLayout), static_cast<QLayout *>(m_ui.maintenanceLayout) })
         page->setContentsMargins(pageMargins());
-    for (QWidget *column : { m_ui.infoColumn, m_ui.formatColumn, m_ui.maintenanceColumn })
+    for (QWidget *column : { m_ui.infoColumn, m_ui.formatColumn, m_ui.maintenanceColumn,
+             static_cast<QWidget *>(m_ui.maintenanceStatusRow) })
         column->setMaximumWidth(units(columnWidth));
     for (QWidget *button :
         { static_cast<QWidget *>(m_ui.mountUnmountButton), static_cast<QWidget *>(m_ui.formatButton),
@@ -92,6 +93,7 @@ void WindowGrid::layOut()
     m_ui.formatButtonLayout->setSpacing(units(8));
     m_ui.formatFormLayout->setHorizontalSpacing(units(12));
     m_ui.formatFormLayout->setVerticalSpacing(units(8));
+    m_ui.formatFormLayout->setContentsMargins(0, units(8), 0, 0);
 }
 
 bool WindowGrid::eventFilter(QObject *watched, QEvent *event)

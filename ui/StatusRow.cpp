@@ -68,7 +68,7 @@ void StatusRow::show(Kind kind, const QString &text, const QString &glyph)
 {
     m_kind = kind;
     m_glyphName = glyph;
-    m_text->setWordWrap(m_wrapsHints && kind == Kind::Hint);
+    m_text->setWordWrap(m_wraps && kind != Kind::Operation);
     m_text->setText(text);
     m_glyph->setVisible(!glyph.isEmpty());
     m_bar->setVisible(kind == Kind::Operation);
