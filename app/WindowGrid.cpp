@@ -87,7 +87,10 @@ void WindowGrid::layOut()
             static_cast<QWidget *>(m_ui.checkButton), static_cast<QWidget *>(m_ui.repairButton) })
         button->setMinimumSize(units(leastButton.width()), units(leastButton.height()));
     for (QWidget *field : { static_cast<QWidget *>(m_ui.formatFilesystemsPopupButton),
-             static_cast<QWidget *>(m_ui.formatVolumeLabelField) })
+             static_cast<QWidget *>(m_ui.formatVolumeLabelField),
+             // A form puts a caption that is much lower than its field at the field's top.
+             static_cast<QWidget *>(m_ui.formatFilesystemCaption),
+             static_cast<QWidget *>(m_ui.formatLabelCaption) })
         field->setMinimumHeight(units(leastButton.height()));
     m_ui.maintenanceHeaderLayout->setSpacing(units(8));
     m_ui.formatButtonLayout->setSpacing(units(8));

@@ -126,6 +126,8 @@ bool mayBeCut(const QLabel &label)
 bool isWhole(const QLabel &label)
 {
     const QRect room = label.contentsRect();
+    if (label.textFormat() == Qt::RichText)
+        return label.width() >= label.sizeHint().width() && label.height() >= label.sizeHint().height();
     const int flags = Qt::TextShowMnemonic | (label.wordWrap() ? Qt::TextWordWrap : 0);
     const QRect needed
         = label.fontMetrics().boundingRect(QRect(0, 0, room.width(), 10000), flags, label.text());
@@ -135,6 +137,19 @@ bool isWhole(const QLabel &label)
     // A line that was broken to fit can end in a fraction of a pixel, which is rounded up here.
     const int width = label.wordWrap() ? room.width() + 1 : room.width();
     return height >= neededHeight && (width >= needed.width() || mayBeCut(label));
+}
+
+// On the Format page: their middles are at one height.
+bool captionsAreBesideFields(const QWidget &window)
+{
+    const auto middleOf
+        = [&window](const QWidget *widget) { return widget->mapTo(&window, widget->rect().center()).y(); };
+    for (const QString &name : { u"formatFilesystemCaption"_s, u"formatLabelCaption"_s }) {
+        const auto *caption = window.findChild<QLabel *>(name);
+        if (caption->isVisible() && std::abs(middleOf(caption) - middleOf(caption->buddy())) > 1)
+            return false;
+    }
+    return true;
 }
 
 // Both end at one line, and not at the edge of a wide window.
@@ -487,6 +502,7 @@ void TestPictures::fitsEverySize()
         TestController::handlePostedEvents();
         const QStringList cut = cutTexts(test);
         QVERIFY2(cut.isEmpty(), qPrintable(cut.join(u'\n')));
+        QVERIFY(captionsAreBesideFields(test.window()));
         QVERIFY(isInColumn(*test.controller().maintenanceStatusRow, *test.controller().repairButton));
         const QString file = u"%1-%2-%3-%4@%5x.png"_s.arg(language, QLatin1String(state.name))
                                  .arg(size.width())
