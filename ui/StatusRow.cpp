@@ -64,6 +64,12 @@ QString StatusRow::text() const
     return m_text->text();
 }
 
+void StatusRow::stop()
+{
+    if (m_stop->isVisible())
+        m_stop->click();
+}
+
 void StatusRow::show(Kind kind, const QString &text, const QString &glyph)
 {
     m_kind = kind;

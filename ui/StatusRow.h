@@ -35,6 +35,9 @@ public:
     bool wraps() const { return m_wraps; }
     void setWraps(bool wraps) { m_wraps = wraps; }
 
+    // Presses the button that stops the operation, where it is shown.
+    void stop();
+
     QString text() const;
     bool showsOperation() const { return m_kind == Kind::Operation; }
 
