@@ -13,7 +13,6 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-constexpr qsizetype longestText = 8192; // bytes
 constexpr qsizetype longestName = 100; // characters
 constexpr qreal smallestFont = 4; // points
 constexpr qreal largestFont = 96;
@@ -103,7 +102,9 @@ std::optional<QPalette> paletteFromHex(const QByteArray &text)
 
 QByteArray toWords(const QFont &font)
 {
-    return QByteArray::number(QFontInfo(font).pointSizeF()) + ' ' + QByteArray::number(font.weight()) + ' '
+    // One with a size in pixels has none in points, and what is drawn is rounded to pixels.
+    const qreal size = font.pointSizeF() > 0 ? font.pointSizeF() : QFontInfo(font).pointSizeF();
+    return QByteArray::number(size) + ' ' + QByteArray::number(font.weight()) + ' '
         + (font.italic() ? "italic " : "upright ") + font.family().toUtf8();
 }
 

@@ -18,6 +18,8 @@
 
 struct DesktopLook
 {
+    static constexpr qsizetype longestText = 8192; // bytes; more is no look
+
     std::optional<QPalette> palette;
     std::optional<QFont> font;
     QString iconTheme; // its name; empty for the default

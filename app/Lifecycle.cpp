@@ -65,6 +65,14 @@ bool isChangeOfSize(QEvent::Type type)
     return type == QEvent::FontChange;
 }
 
+// A label draws a link in the colour that links had when it was given its text.
+void drawLinkAgain(QLabel &label)
+{
+    const QString text = label.text();
+    label.clear();
+    label.setText(text);
+}
+
 void logNoSession()
 {
     systemLog(u"Unable to create DASession."_s);
@@ -107,6 +115,11 @@ void ZorvexDiskManagerAppDelegate::colorOutput()
     checkRepairOutputView->setPalette(palette);
 }
 
+void ZorvexDiskManagerAppDelegate::setLeastSize()
+{
+    window->centralWidget()->setMinimumSize(grownWithText(minimumContentSize, *window));
+}
+
 void ZorvexDiskManagerAppDelegate::awakeFromNib()
 {
     colorOutput();
@@ -135,11 +148,12 @@ void ZorvexDiskManagerAppDelegate::awakeFromNib()
     connect(infoMountedPathView, &LinkTextView::selectionDidChange, this,
         &ZorvexDiskManagerAppDelegate::textViewDidChangeSelection);
     infoMountedPathView->installEventFilter(this);
+    goToFormatLink->installEventFilter(this);
     window->installEventFilter(this);
 
     const int menus = menuHeight(*window);
     const QSize contentSize = grownWithText(initialContentSize, *window);
-    window->centralWidget()->setMinimumSize(grownWithText(minimumContentSize, *window));
+    setLeastSize();
     window->resize(contentSize.grownBy({ 0, menus, 0, 0 }));
     if (const QScreen *screen = window->screen())
         window->move(screen->availableGeometry().center() - window->rect().center());
@@ -235,11 +249,15 @@ bool ZorvexDiskManagerAppDelegate::eventFilter(QObject *watched, QEvent *event)
         return true;
     } else if (watched == window && event->type() == QEvent::Close)
         windowWillClose();
+    else if (watched == goToFormatLink && event->type() == QEvent::PaletteChange)
+        drawLinkAgain(*goToFormatLink);
     else if (watched == window && event->type() == QEvent::Show)
         connect(window->windowHandle(), &QWindow::screenChanged, this,
             &ZorvexDiskManagerAppDelegate::redrawPictures, Qt::UniqueConnection);
-    else if (watched == window && isChangeOfSize(event->type()))
+    else if (watched == window && isChangeOfSize(event->type())) {
+        setLeastSize();
         redrawPictures();
+    }
     // The theme can change while the program runs.
     else if (watched == window && event->type() == QEvent::PaletteChange)
         colorOutput();

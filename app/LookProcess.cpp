@@ -3,9 +3,39 @@
 
 #include "app/startup_rules.h"
 
+#include <QFile>
+
+#include <array>
+#include <csignal>
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+
 namespace {
 
-constexpr int timeLimit = 1000; // milliseconds
+constexpr std::chrono::seconds timeLimit { 1 };
+
+// In a session of its own: it does not end with the terminal that the user has started the program from. What
+// a desktop loads may write to the output. Returns 0 when it cannot be run.
+pid_t spawn(const QString &program, int socket)
+{
+    QByteArray path = QFile::encodeName(program);
+    QByteArray argument = StartupRules::lookArgument;
+    std::array<char *, 3> words { path.data(), argument.data(), nullptr };
+    posix_spawn_file_actions_t files;
+    posix_spawnattr_t attributes;
+    posix_spawn_file_actions_init(&files);
+    posix_spawnattr_init(&attributes);
+    posix_spawn_file_actions_adddup2(&files, socket, STDIN_FILENO);
+    for (const int output : { STDOUT_FILENO, STDERR_FILENO })
+        posix_spawn_file_actions_addopen(&files, output, "/dev/null", O_WRONLY, 0);
+    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSID);
+    pid_t process = 0;
+    const int error = posix_spawn(&process, path.constData(), &files, &attributes, words.data(), environ);
+    posix_spawnattr_destroy(&attributes);
+    posix_spawn_file_actions_destroy(&files);
+    return error == 0 ? process : 0;
+}
 
 } // namespace
 
@@ -16,27 +46,27 @@ LookProcess::LookProcess(const QString &program)
 
 LookProcess::~LookProcess()
 {
-    m_process.kill();
-    m_process.waitForFinished();
+    if (m_process == 0)
+        return;
+    kill(m_process, SIGKILL);
+    waitpid(m_process, nullptr, 0);
 }
 
 void LookProcess::start()
 {
     if (!qEnvironmentVariableIsSet("DISPLAY") && !qEnvironmentVariableIsSet("WAYLAND_DISPLAY"))
         return;
-    m_process.setStandardInputFile(QProcess::nullDevice());
-    m_process.setStandardErrorFile(QProcess::nullDevice());
-    m_process.start(m_program, { QString::fromLatin1(StartupRules::lookArgument) });
+    auto [ours, theirs] = MessageSocket::makePair();
+    if (ours.isOpen())
+        m_process = spawn(m_program, theirs.number());
+    if (m_process != 0)
+        m_socket = std::move(ours);
 }
 
-QByteArray LookProcess::finish()
+FileDescriptor LookProcess::takeSocket()
 {
-    if (m_process.state() != QProcess::NotRunning && !m_process.waitForFinished(timeLimit)) {
-        m_process.kill();
-        m_process.waitForFinished();
-    }
-    // What was cut off may read as something else.
-    const bool isWhole
-        = m_process.exitStatus() == QProcess::NormalExit && m_process.error() == QProcess::UnknownError;
-    return isWhole && m_process.isReadable() ? m_process.readAllStandardOutput() : QByteArray();
+    if (!m_socket.isOpen() || !m_socket.waitForMessage(timeLimit))
+        return {};
+    m_process = 0;
+    return m_socket.take();
 }

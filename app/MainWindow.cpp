@@ -8,6 +8,7 @@
 #include "ui/ImageAndTextCell.h"
 #include "ui/InterfaceStyle.h"
 #include "ui/panel_rules.h"
+#include "ui/StatusRow.h"
 
 #include "ui_MainWindow.h"
 
@@ -229,6 +230,14 @@ void connectPageKeys(QMainWindow *window, const Ui::MainWindow &ui)
     }
 }
 
+// While the page has the focus.
+void connectStopKey(const Ui::MainWindow &ui)
+{
+    auto *shortcut = new QShortcut(Qt::Key_Escape, ui.maintenanceTab);
+    shortcut->setContext(Qt::WidgetWithChildrenShortcut);
+    QObject::connect(shortcut, &QShortcut::activated, ui.maintenanceStatusRow, &StatusRow::stop);
+}
+
 // The context menu of a row of the tree.
 void connectContextMenu(OutlineView *view, QMenu *menu)
 {
@@ -266,6 +275,7 @@ void connectActions(ZorvexDiskManagerAppDelegate &controller, QMainWindow *windo
     connectAction(ui.actionAbout, controller, &Controller::clickAboutButton);
     connectEditMenu(ui);
     connectPageKeys(window, ui);
+    connectStopKey(ui);
     ui.actionRefresh->setShortcuts({ Qt::Key_F5, Qt::CTRL | Qt::Key_R });
     connectAction(ui.actionRefresh, controller, &Controller::clickRefreshMenuItem);
     QObject::connect(ui.actionCopyDevicePath, &QAction::triggered, ui.actionCopyDevicePath,

@@ -79,19 +79,24 @@ void WindowGrid::layOut()
     for (QLayout *page :
         { static_cast<QLayout *>(m_ui.formatPageLayout), static_cast<QLayout *>(m_ui.maintenanceLayout) })
         page->setContentsMargins(pageMargins());
-    for (QWidget *column : { m_ui.infoColumn, m_ui.formatColumn, m_ui.maintenanceColumn })
+    for (QWidget *column : { m_ui.infoColumn, m_ui.formatColumn, m_ui.maintenanceColumn,
+             static_cast<QWidget *>(m_ui.maintenanceStatusRow) })
         column->setMaximumWidth(units(columnWidth));
     for (QWidget *button :
         { static_cast<QWidget *>(m_ui.mountUnmountButton), static_cast<QWidget *>(m_ui.formatButton),
             static_cast<QWidget *>(m_ui.checkButton), static_cast<QWidget *>(m_ui.repairButton) })
         button->setMinimumSize(units(leastButton.width()), units(leastButton.height()));
     for (QWidget *field : { static_cast<QWidget *>(m_ui.formatFilesystemsPopupButton),
-             static_cast<QWidget *>(m_ui.formatVolumeLabelField) })
+             static_cast<QWidget *>(m_ui.formatVolumeLabelField),
+             // A form puts a caption that is much lower than its field at the field's top.
+             static_cast<QWidget *>(m_ui.formatFilesystemCaption),
+             static_cast<QWidget *>(m_ui.formatLabelCaption) })
         field->setMinimumHeight(units(leastButton.height()));
     m_ui.maintenanceHeaderLayout->setSpacing(units(8));
     m_ui.formatButtonLayout->setSpacing(units(8));
     m_ui.formatFormLayout->setHorizontalSpacing(units(12));
     m_ui.formatFormLayout->setVerticalSpacing(units(8));
+    m_ui.formatFormLayout->setContentsMargins(0, units(8), 0, 0);
 }
 
 bool WindowGrid::eventFilter(QObject *watched, QEvent *event)

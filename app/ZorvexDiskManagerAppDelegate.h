@@ -298,6 +298,7 @@ Q_SIGNALS:
 private:
     // app/Lifecycle.cpp
     void swapPanes();
+    void setLeastSize(); // of the window, for its text
     void colorOutput(); // in the colour of the window's text
     void serviceDidChange(bool isAvailable); // the disk service
 

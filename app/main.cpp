@@ -2,7 +2,7 @@
 //
 // Starts the program: decides whether this process may run the interface, chooses the real services and
 // brings the interface up.
-#include "app/DesktopLook.h"
+#include "app/LookMessages.h"
 #include "app/LookProcess.h"
 #include "app/MainWindow.h"
 #include "app/StartMessage.h"
@@ -14,6 +14,7 @@
 #include "platform/Authorization.h"
 #include "platform/DesktopUser.h"
 #include "platform/Localization.h"
+#include "platform/MessageSocket.h"
 #include "platform/RuntimeFolder.h"
 #include "platform/SingleInstance.h"
 
@@ -23,6 +24,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <unistd.h>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -69,13 +71,16 @@ void raiseWindow(QWidget *window, const QByteArray &token)
     qunsetenv("XDG_ACTIVATION_TOKEN"); // it is good once, and not for the programs that are started from here
 }
 
-int runInterface(int argc, char **argv, const DesktopLook &look)
+int runInterface(int argc, char **argv, LookFollower &look)
 {
     InstanceAnswer answer = raiseInstance(ownInstance(), activationToken());
     if (answer == InstanceAnswer::Raised)
         return EXIT_SUCCESS;
+    const DesktopLook first = look.latest();
+    first.applyToEnvironment();
     QApplication application(argc, argv);
-    look.apply();
+    first.apply();
+    look.follow();
     SingleInstance instance(ownInstance());
     // When two start in the same instant, only the one that listens shows a window. One that hangs may still
     // work on a disk, and gets no other beside it.
@@ -101,12 +106,23 @@ int runInterface(int argc, char **argv, const DesktopLook &look)
     return QApplication::exec();
 }
 
-// Prints how the user's desktop looks.
+// Tells the process at the other end of the standard input how the user's desktop looks, as long as it
+// listens; else prints it.
 void tellLook(int argc, char **argv)
 {
+    // There is no window here that a session could open again.
+    qunsetenv("SESSION_MANAGER");
     const QApplication application(argc, argv);
-    const QByteArray text = DesktopLook::ofThisProcess().toText();
-    std::fwrite(text.constData(), 1, static_cast<std::size_t>(text.size()), stdout);
+    if (!MessageSocket::isMessageSocket(STDIN_FILENO)) {
+        const QByteArray text = DesktopLook::ofThisProcess().toText();
+        std::fwrite(text.constData(), 1, static_cast<std::size_t>(text.size()), stdout);
+        return;
+    }
+    const LookTeller teller { MessageSocket(FileDescriptor(STDIN_FILENO)) };
+    QObject::connect(
+        &teller, &LookTeller::listenerHasGone, &application, [] { QCoreApplication::quit(); },
+        Qt::QueuedConnection);
+    QCoreApplication::exec();
 }
 
 // Hands over to the process with administrator rights. It is started unless it runs already. Returns what the
@@ -122,7 +138,7 @@ std::optional<StartProblem> runElevated(int argc, char **argv)
     LookProcess look(QCoreApplication::applicationFilePath());
     look.start();
     const std::unique_ptr<Authorization> authorization = createAuthorization();
-    authorization->setLookReader([&look] { return look.finish(); });
+    authorization->setLookSource([&look] { return look.takeSocket(); });
     std::optional<StartProblem> problem;
     const auto finish = [&problem](AuthorizationStatus status) {
         problem = StartupRules::problemOf(status);
@@ -148,17 +164,16 @@ int main(int argc, char **argv)
             showStartProblem(*problem, argc, argv);
         return EXIT_SUCCESS;
     }
-    DesktopLook look;
+    Handover handover;
     if (StartupRules::isElevated(arguments)) {
-        const Handover handover = completeExecutionWithPrivileges();
+        handover = completeExecutionWithPrivileges();
         adoptDisplayOfDesktopUser();
         doWithoutSessionBus();
         provideRuntimeFolder();
         if (const std::optional<DesktopUser> user = desktopUser())
             adoptAccessibilityBus(*user, handover.accessibilityBus);
-        look = DesktopLook::fromText(handover.look);
-        look.applyToEnvironment();
     }
+    LookFollower look(std::move(handover.lookSocket));
     // A worker may still be running the tool after the interface has ended: no static object is destroyed
     // under it.
     std::_Exit(runInterface(argc, argv, look));

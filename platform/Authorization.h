@@ -5,6 +5,8 @@
 // types a password.
 #pragma once
 
+#include "platform/FileDescriptor.h"
+
 #include <QByteArrayList>
 
 #include <functional>
@@ -42,15 +44,19 @@ public:
     // Ends the session.
     virtual void free() = 0;
 
-    // Reads how the user's desktop looks, for the program that is run as root. It is read right before.
-    void setLookReader(std::function<QByteArray()> readLook) { m_readLook = std::move(readLook); }
+    // Takes the socket on which a process tells how the user's desktop looks, for the program that is run as
+    // root. It is taken right before.
+    void setLookSource(std::function<FileDescriptor()> takeSocket)
+    {
+        m_takeLookSocket = std::move(takeSocket);
+    }
 
 protected:
-    // Empty when it is not known.
-    QByteArray look() const { return m_readLook ? m_readLook() : QByteArray(); }
+    // Not open when nobody tells.
+    FileDescriptor takeLookSocket() const { return m_takeLookSocket ? m_takeLookSocket() : FileDescriptor(); }
 
 private:
-    std::function<QByteArray()> m_readLook;
+    std::function<FileDescriptor()> m_takeLookSocket;
 };
 
 // What the process of the user hands over to the program that it starts as root. All of it is the user's word
@@ -58,7 +64,7 @@ private:
 struct Handover
 {
     QByteArray accessibilityBus; // its address; empty when assistive technologies are not in use
-    QByteArray look; // of the user's desktop, as that process tells it; may be empty
+    FileDescriptor lookSocket; // where the look of the user's desktop is told, if it is that; may be closed
 };
 
 // The machine's authorisation service.

@@ -6,6 +6,7 @@
 #include "ui/Units.h"
 
 #include <QDialogButtonBox>
+#include <QEvent>
 #include <QGridLayout>
 #include <QIcon>
 #include <QLabel>
@@ -70,10 +71,16 @@ QPushButton *AlertSheet::addButtonWithTitle(const QString &title)
 {
     // The first one does what is asked, the others decline. The platform decides on their places.
     QPushButton *const button = addButton(title, m_buttons.empty() ? AcceptRole : RejectRole);
-    button->setMinimumHeight(units(leastButtonHeight));
     m_buttons.push_back(button);
+    layOutButtons();
     setEscapeButton(button);
     return button;
+}
+
+void AlertSheet::layOutButtons()
+{
+    for (QPushButton *button : m_buttons)
+        button->setMinimumHeight(units(leastButtonHeight));
 }
 
 void AlertSheet::setMessageText(const QString &text)
@@ -123,13 +130,13 @@ void AlertSheet::placeAccessory()
 }
 
 // Without an icon theme, the message box has a bitmap that is coarse on a fine screen.
-void AlertSheet::sharpenPicture(const QWidget &window)
+void AlertSheet::sharpenPicture()
 {
     auto *label = findChild<QLabel *>(u"qt_msgboxex_icon_label"_s);
     if (!label || QIcon::hasThemeIcon(u"dialog-warning"_s))
         return;
     const auto picture
-        = glyphNamed(pictureName(icon()), palette().color(QPalette::WindowText), window.devicePixelRatio());
+        = glyphNamed(pictureName(icon()), palette().color(QPalette::WindowText), devicePixelRatio());
     if (picture)
         label->setPixmap(*picture);
 }
@@ -148,8 +155,9 @@ void AlertSheet::beginSheetModalForWindow(QWidget *window, std::function<void(in
 {
     setParent(window, Qt::Dialog | Qt::MSWindowsFixedSizeDialogHint);
     setWindowModality(Qt::WindowModal);
-    sharpenPicture(*window);
+    sharpenPicture();
     placeAccessory();
+    m_isLaidOut = true;
     setAttribute(Qt::WA_DeleteOnClose);
     if (!defaultButton())
         setDefaultButton(m_buttons.front());
@@ -160,4 +168,21 @@ void AlertSheet::beginSheetModalForWindow(QWidget *window, std::function<void(in
         didEnd(firstButtonReturn + static_cast<int>(index));
     });
     open();
+}
+
+void AlertSheet::changeEvent(QEvent *event)
+{
+    // For another style, a message box makes its layout once more, without what has been placed here.
+    QDialog::changeEvent(event); // NOLINT(bugprone-parent-virtual-call)
+    const QEvent::Type type = event->type();
+    if (!m_isLaidOut)
+        return;
+    // The row of buttons then hides and shows them, and the one that gets the focus by this becomes the one
+    // that Return presses.
+    if (type == QEvent::StyleChange)
+        QMetaObject::invokeMethod(this, [this] { setDefaultButton(defaultButton()); }, Qt::QueuedConnection);
+    if (type == QEvent::FontChange)
+        layOutButtons();
+    if (type == QEvent::StyleChange || type == QEvent::FontChange || type == QEvent::PaletteChange)
+        sharpenPicture();
 }

@@ -42,10 +42,15 @@ public:
     // Shows the sheet; didEnd is told the return code of the button that ended it.
     void beginSheetModalForWindow(QWidget *window, std::function<void(int returnCode)> didEnd);
 
-private:
-    void placeAccessory();
-    void sharpenPicture(const QWidget &window);
+protected:
+    void changeEvent(QEvent *event) override;
 
+private:
+    void layOutButtons();
+    void placeAccessory();
+    void sharpenPicture();
+
+    bool m_isLaidOut = false;
     QWidget *m_accessory = nullptr;
     std::vector<QPushButton *> m_buttons;
 };

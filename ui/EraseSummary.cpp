@@ -47,9 +47,6 @@ EraseSummary::EraseSummary(const SummaryBlock &present, const SummaryBlock &futu
 {
     auto *content = new QWidget;
     auto *grid = new QGridLayout(content);
-    grid->setContentsMargins(units(12), units(10), units(12), units(10));
-    grid->setHorizontalSpacing(units(12));
-    grid->setVerticalSpacing(units(6));
     grid->setColumnStretch(1, 1);
     addBlock(grid, present);
     auto *line = new QFrame;
@@ -64,7 +61,16 @@ EraseSummary::EraseSummary(const SummaryBlock &present, const SummaryBlock &futu
     setWidget(content);
     for (QWidget *area : { viewport(), content })
         area->setBackgroundRole(QPalette::Base);
+    layOut();
     colorCaptions();
+}
+
+void EraseSummary::layOut()
+{
+    auto *grid = qobject_cast<QGridLayout *>(widget()->layout());
+    grid->setContentsMargins(units(12), units(10), units(12), units(10));
+    grid->setHorizontalSpacing(units(12));
+    grid->setVerticalSpacing(units(6));
 }
 
 void EraseSummary::addBlock(QGridLayout *grid, const SummaryBlock &block)
@@ -100,6 +106,8 @@ void EraseSummary::changeEvent(QEvent *event)
     QScrollArea::changeEvent(event);
     if (event->type() == QEvent::PaletteChange)
         colorCaptions();
+    else if (event->type() == QEvent::FontChange && widget())
+        layOut();
 }
 
 QSize EraseSummary::sizeHint() const

@@ -38,6 +38,7 @@ protected:
 
 private:
     void addBlock(QGridLayout *grid, const SummaryBlock &block);
+    void layOut();
     void colorCaptions();
 
     std::vector<QLabel *> m_captions;

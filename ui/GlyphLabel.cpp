@@ -20,10 +20,9 @@ GlyphLabel::GlyphLabel(QWidget *parent)
     QuietText::apply(m_label);
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(units(6));
     layout->addWidget(m_glyph, 0, Qt::AlignTop);
     layout->addWidget(m_label, 1);
-    m_glyph->hide();
+    layOut();
 }
 
 QString GlyphLabel::text() const
@@ -54,6 +53,13 @@ void GlyphLabel::setAlignment(Qt::Alignment alignment)
     m_label->setAlignment(alignment);
 }
 
+// In the size of the text.
+void GlyphLabel::layOut()
+{
+    layout()->setSpacing(units(6));
+    drawGlyph();
+}
+
 void GlyphLabel::drawGlyph()
 {
     m_glyph->setVisible(!m_glyphName.isEmpty());
@@ -67,4 +73,6 @@ void GlyphLabel::changeEvent(QEvent *event)
     QWidget::changeEvent(event);
     if (event->type() == QEvent::PaletteChange)
         drawGlyph();
+    else if (event->type() == QEvent::FontChange)
+        layOut();
 }

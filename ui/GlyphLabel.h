@@ -29,6 +29,7 @@ protected:
     void changeEvent(QEvent *event) override;
 
 private:
+    void layOut();
     void drawGlyph();
 
     QLabel *m_glyph;

@@ -5,11 +5,13 @@
 #include "ui/QuietText.h"
 #include "ui/Units.h"
 
+#include <QEvent>
 #include <QGridLayout>
 
 namespace {
 
 constexpr int pictureSize = 36; // units
+constexpr int spacing = 12; // units, between picture and texts
 constexpr qreal nameScale = 1.2; // of the font's size
 
 } // namespace
@@ -31,7 +33,7 @@ PageHeader::PageHeader(QWidget *parent)
 
     auto *layout = new QGridLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->setHorizontalSpacing(units(12));
+    layout->setHorizontalSpacing(units(spacing));
     layout->setVerticalSpacing(0);
     layout->addWidget(m_picture, 0, 0, 2, 1);
     layout->addWidget(m_name, 0, 1, Qt::AlignBottom);
@@ -47,4 +49,11 @@ void PageHeader::setMedium(const QPixmap &picture, const QString &name, const QS
         picture.isNull() ? QPixmap() : picture.scaled(size, Qt::KeepAspectRatio, Qt::SmoothTransformation));
     m_name->setText(name);
     m_details->setText(details);
+}
+
+void PageHeader::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::FontChange)
+        qobject_cast<QGridLayout *>(layout())->setHorizontalSpacing(units(spacing));
 }

@@ -15,8 +15,11 @@ class PageHeader : public QWidget
 public:
     explicit PageHeader(QWidget *parent = nullptr);
 
-    // The picture is fitted into the header.
+    // The picture is fitted into the header, as large as the text asks for at this time.
     void setMedium(const QPixmap &picture, const QString &name, const QString &details);
+
+protected:
+    void changeEvent(QEvent *event) override;
 
 private:
     QLabel *m_picture;

@@ -9,6 +9,7 @@
 #include "ui/ImageButton.h"
 #include "ui/panel_rules.h"
 #include "ui/StatusRow.h"
+#include "ui/Units.h"
 #include "ui/UsageBar.h"
 
 #include <QComboBox>
@@ -16,6 +17,7 @@
 #include <QLayout>
 #include <QLineEdit>
 #include <QLocale>
+#include <QMainWindow>
 #include <QPushButton>
 
 using namespace Qt::Literals::StringLiterals;
@@ -76,6 +78,14 @@ void giveReason(QWidget *control, const char *key)
     const QString reason = key && !control->isEnabled() ? localizedString(key) : QString();
     control->setToolTip(reason);
     control->setAccessibleDescription(reason);
+}
+
+// What is said of the disk comes after its name, and has to fit; the whole name stands above it.
+QString shortNameOf(const ZorvexDiskManagerDisk &disk, const QWidget &window)
+{
+    constexpr int longestName = 140; // units
+    return window.fontMetrics().elidedText(
+        ZorvexDiskManagerAppDelegate::getDisplayNameForDisk(disk), Qt::ElideRight, units(longestName));
 }
 
 const char *verdictKey(const FinishedRun &run)
@@ -188,7 +198,7 @@ void PanelStatus::showMaintenanceRowOf(const ZorvexDiskManagerDisk &disk)
         const QString when = formatLocalized(localizedString("VERDICT_TIME_FMT"),
             { QLocale().toString(run.ended, QLocale::ShortFormat), StatusRow::durationText(run.took) });
         m_controller.maintenanceStatusRow->showVerdict(
-            formatLocalized(localizedString(verdictKey(run)), { m_controller.getDisplayNameForDisk(disk) }),
+            formatLocalized(localizedString(verdictKey(run)), { shortNameOf(disk, *m_controller.window) }),
             verdictGlyph(run.outcome), when);
     } else {
         const QString reason

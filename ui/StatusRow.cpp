@@ -42,7 +42,6 @@ StatusRow::StatusRow(QWidget *parent)
     }
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(units(8));
     layout->addWidget(m_glyph);
     layout->addWidget(m_text, 3);
     layout->addWidget(m_bar, 1);
@@ -50,8 +49,14 @@ StatusRow::StatusRow(QWidget *parent)
     layout->addWidget(m_time);
     layout->addWidget(m_stop);
     connect(m_stop, &QPushButton::clicked, this, &StatusRow::stopClicked);
-    setMinimumHeight(std::max(units(rowHeight), 2 * fontMetrics().lineSpacing()));
+    layOut();
     show(Kind::Hint, {}, {});
+}
+
+void StatusRow::layOut()
+{
+    layout()->setSpacing(units(8));
+    setMinimumHeight(std::max(units(rowHeight), 2 * fontMetrics().lineSpacing()));
 }
 
 QString StatusRow::text() const
@@ -59,11 +64,17 @@ QString StatusRow::text() const
     return m_text->text();
 }
 
+void StatusRow::stop()
+{
+    if (m_stop->isVisible())
+        m_stop->click();
+}
+
 void StatusRow::show(Kind kind, const QString &text, const QString &glyph)
 {
     m_kind = kind;
     m_glyphName = glyph;
-    m_text->setWordWrap(m_wrapsHints && kind == Kind::Hint);
+    m_text->setWordWrap(m_wraps && kind != Kind::Operation);
     m_text->setText(text);
     m_glyph->setVisible(!glyph.isEmpty());
     m_bar->setVisible(kind == Kind::Operation);
@@ -126,7 +137,9 @@ void StatusRow::draw()
 void StatusRow::changeEvent(QEvent *event)
 {
     QWidget::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange)
+    if (event->type() == QEvent::FontChange)
+        layOut();
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::PaletteChange)
         draw();
 }
 

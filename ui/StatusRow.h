@@ -17,7 +17,7 @@ class UsageBar;
 class StatusRow : public QWidget
 {
     Q_OBJECT
-    Q_PROPERTY(bool wrapsHints READ wrapsHints WRITE setWrapsHints)
+    Q_PROPERTY(bool wraps READ wraps WRITE setWraps)
 
 public:
     explicit StatusRow(QWidget *parent = nullptr);
@@ -30,9 +30,13 @@ public:
         const QString &text, std::optional<int> percentage, std::chrono::seconds elapsed, bool canBeStopped);
     void showVerdict(const QString &text, const QString &glyph, const QString &when);
 
-    // Whether a hint may take a second line. One that holds a name may not: names have any length.
-    bool wrapsHints() const { return m_wrapsHints; }
-    void setWrapsHints(bool wraps) { m_wrapsHints = wraps; }
+    // Whether a hint or a verdict may take a second line. One that holds a whole name may not: names have any
+    // length.
+    bool wraps() const { return m_wraps; }
+    void setWraps(bool wraps) { m_wraps = wraps; }
+
+    // Presses the button that stops the operation, where it is shown.
+    void stop();
 
     QString text() const;
     bool showsOperation() const { return m_kind == Kind::Operation; }
@@ -50,10 +54,11 @@ private:
     enum class Kind { Hint, Operation, Verdict };
 
     void show(Kind kind, const QString &text, const QString &glyph);
+    void layOut();
     void draw();
 
     Kind m_kind = Kind::Hint;
-    bool m_wrapsHints = false;
+    bool m_wraps = false;
     bool m_canBeStopped = false;
     QString m_glyphName;
     QLabel *m_glyph;

@@ -16,6 +16,7 @@
 #include <array>
 #include <climits>
 #include <csignal>
+#include <cstring>
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/prctl.h>
@@ -33,8 +34,10 @@ const QString action = u"org.zorvex.DiskManager.run"_s;
 constexpr uint allowUserInteraction = 1;
 constexpr int noTimeLimit = INT_MAX;
 
-// Bytes of what is handed over: the address of a bus in the first line, then the look.
-constexpr std::size_t longestHandover = 16384;
+// What is handed over is the address of a bus, and a descriptor beside it.
+constexpr std::size_t longestAddress = 4096; // bytes
+
+using DescriptorMessage = std::array<char, CMSG_SPACE(sizeof(int))>;
 
 struct Subject
 {
@@ -120,6 +123,50 @@ bool spawnPkexec(const QByteArray &program, const QByteArrayList &arguments, int
     return error == 0;
 }
 
+// Both are there for the program when it starts. A program that does not get them does without.
+void sendHandover(int socket, QByteArray address, int descriptor)
+{
+    address.append('\n'); // nothing at all would not be sent
+    iovec text { address.data(), static_cast<std::size_t>(address.size()) };
+    alignas(cmsghdr) DescriptorMessage passed {};
+    msghdr message = {};
+    message.msg_iov = &text;
+    message.msg_iovlen = 1;
+    if (descriptor >= 0) {
+        message.msg_control = passed.data();
+        message.msg_controllen = passed.size();
+        cmsghdr *const header = CMSG_FIRSTHDR(&message);
+        header->cmsg_level = SOL_SOCKET;
+        header->cmsg_type = SCM_RIGHTS;
+        header->cmsg_len = CMSG_LEN(sizeof descriptor);
+        std::memcpy(CMSG_DATA(header), &descriptor, sizeof descriptor);
+    }
+    sendmsg(socket, &message, MSG_NOSIGNAL | MSG_DONTWAIT);
+}
+
+Handover receiveHandover(int socket)
+{
+    QByteArray address(longestAddress, Qt::Uninitialized);
+    iovec text { address.data(), longestAddress };
+    alignas(cmsghdr) DescriptorMessage passed {}; // the kernel closes what has no room in it
+    msghdr message = {};
+    message.msg_iov = &text;
+    message.msg_iovlen = 1;
+    message.msg_control = passed.data();
+    message.msg_controllen = passed.size();
+    const ssize_t size = recvmsg(socket, &message, MSG_DONTWAIT | MSG_CMSG_CLOEXEC);
+    address.truncate(std::max<ssize_t>(size, 0));
+    Handover handover { address.left(address.indexOf('\n')), {} };
+    const cmsghdr *const header = size > 0 ? CMSG_FIRSTHDR(&message) : nullptr;
+    if (header && header->cmsg_level == SOL_SOCKET && header->cmsg_type == SCM_RIGHTS
+        && header->cmsg_len == CMSG_LEN(sizeof(int))) {
+        int descriptor = -1;
+        std::memcpy(&descriptor, CMSG_DATA(header), sizeof descriptor);
+        handover.lookSocket = FileDescriptor(descriptor);
+    }
+    return handover;
+}
+
 } // namespace
 
 Q_DECLARE_METATYPE(Subject)
@@ -203,11 +250,8 @@ void PolkitAuthorization::executeWithPrivileges(
     const bool hasSocket = socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) == 0;
     m_handoverSocket = FileDescriptor(ends[0]);
     const FileDescriptor programsEnd(ends[1]);
-    // It is there for the program when it starts. A program that does not get it does without.
-    const QByteArray handover = m_accessibilityBus + '\n' + look();
     if (hasSocket)
-        send(ends[0], handover.constData(), static_cast<std::size_t>(handover.size()),
-            MSG_NOSIGNAL | MSG_DONTWAIT);
+        sendHandover(ends[0], m_accessibilityBus, takeLookSocket().number());
     if (!hasSocket || !spawnPkexec(program, arguments, programsEnd.number())) {
         QMetaObject::invokeMethod(this, std::move(done), Qt::QueuedConnection);
         return;
@@ -228,12 +272,8 @@ void PolkitAuthorization::free()
 Handover completeExecutionWithPrivileges()
 {
     prctl(PR_SET_PDEATHSIG, 0);
-    QByteArray text(longestHandover, Qt::Uninitialized);
     // A user who starts the program by hand has a terminal there, or nothing.
-    const ssize_t size = recv(STDIN_FILENO, text.data(), longestHandover, MSG_DONTWAIT);
-    text.truncate(std::max<ssize_t>(size, 0));
-    const qsizetype line = text.indexOf('\n');
-    const Handover handover { text.left(line), line < 0 ? QByteArray() : text.mid(line + 1) };
+    Handover handover = receiveHandover(STDIN_FILENO);
     // It gets the number of the input itself where that is closed, and then has to stay open.
     const int nothing = open("/dev/null", O_RDONLY | O_CLOEXEC);
     if (nothing < 0)

@@ -268,6 +268,10 @@ void ElevationTest::grantedUserGetsTheWindowAsRootAfterOneQuestion()
     QVERIFY2(!process.terminalOutput().contains("QStandardPaths"), process.terminalOutput().constData());
     // No bus was started for root, which would stay.
     QCOMPARE(processesOf(0, m_display, "/usr/bin/dbus-daemon"), QList<qint64>());
+    // The user's process that tells how the desktop looks ends with the window.
+    QCOMPARE(windowsOf(plainUser.user, m_display).size(), 1);
+    ::kill(static_cast<pid_t>(elevated), SIGTERM);
+    QTRY_VERIFY(windowsOf(plainUser.user, m_display).isEmpty());
 }
 
 void ElevationTest::elevatedWindowLooksAsTheUsersDesktop()
@@ -294,6 +298,15 @@ void ElevationTest::elevatedWindowLooksAsTheUsersDesktop()
     waitForSilentEnd(process);
     QVERIFY(waitForWindow(0) != 0);
     QTRY_VERIFY2_WITH_TIMEOUT(lightness(visibleWindow()) < 30, "the window is light", startLimit);
+
+    // The process that tells of changes may end: the last look stays.
+    const QList<qint64> tellers = windowsOf(plainUser.user, m_display);
+    QCOMPARE(tellers.size(), 1);
+    QCOMPARE(commandLine(tellers.first()), (QList<QByteArray> { QFile::encodeName(program), "-look" }));
+    ::kill(static_cast<pid_t>(tellers.first()), SIGKILL);
+    QTRY_VERIFY(windowsOf(plainUser.user, m_display).isEmpty());
+    QVERIFY(waitForWindow(0) != 0);
+    QVERIFY(lightness(visibleWindow()) < 30);
 }
 
 void ElevationTest::secondStartRaisesTheElevatedWindowWithoutAQuestion()

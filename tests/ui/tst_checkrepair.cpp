@@ -109,6 +109,7 @@ private Q_SLOTS:
     void verdictStaysOnThePage_data();
     void verdictStaysOnThePage();
     void checkCanBeStopped();
+    void escapeStopsACheckOnItsPage();
     void lostDiskGetsNoVerdict_data();
     void lostDiskGetsNoVerdict();
     void stateWhileItRuns();
@@ -280,6 +281,30 @@ void TestCheckRepair::checkCanBeStopped()
     QVERIFY(!stop->isVisibleTo(row)); // it writes
     test.letScriptsGoOn();
     QTRY_VERIFY(!test.record->operationInProgress);
+}
+
+void TestCheckRepair::escapeStopsACheckOnItsPage()
+{
+    CheckTest test("echo begun\nread line <&3\n");
+    const ZorvexDiskManagerAppDelegate &controller = test.controller();
+    controller.rightTabView->setCurrentWidget(controller.maintenanceTab);
+    controller.checkButton->click();
+    QTRY_VERIFY(test.shown().contains(u"begun"_s));
+    controller.leftOutlineView->setFocus();
+    QTest::keyClick(controller.leftOutlineView, Qt::Key_Escape);
+    QVERIFY(test.record->operationInProgress);
+    controller.checkRepairOutputView->setFocus();
+    QTRY_VERIFY(controller.checkRepairOutputView->hasFocus());
+    QTest::keyClick(controller.checkRepairOutputView, Qt::Key_Escape);
+    QTRY_VERIFY(!test.record->operationInProgress);
+
+    controller.repairButton->click();
+    QTRY_VERIFY(test.shown().contains(u"begun"_s));
+    QTest::keyClick(controller.checkRepairOutputView, Qt::Key_Escape);
+    QVERIFY(test.record->operationInProgress); // it writes
+    test.letScriptsGoOn();
+    QTRY_VERIFY(!test.record->operationInProgress);
+    QVERIFY(!controller.maintenanceStatusRow->text().contains(u"not finished"_s));
 }
 
 void TestCheckRepair::lostDiskGetsNoVerdict_data()

@@ -9,6 +9,7 @@
 #include "ui/ElidingLabel.h"
 #include "ui/ImageButton.h"
 #include "ui/OutlineView.h"
+#include "ui/StatusRow.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -26,6 +27,7 @@
 #include <algorithm>
 
 using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -41,6 +43,21 @@ QPalette darkPalette()
     palette.setColor(QPalette::Link, QColor(0x6c, 0xb4, 0xff));
     for (const QPalette::ColorRole role : { QPalette::WindowText, QPalette::Text, QPalette::ButtonText })
         palette.setColor(QPalette::Disabled, role, QColor(0x90, 0x90, 0x90));
+    return palette;
+}
+
+QPalette contrastPalette()
+{
+    QPalette palette(Qt::black);
+    for (const QPalette::ColorRole role : { QPalette::Window, QPalette::Base, QPalette::Button })
+        palette.setColor(role, Qt::black);
+    for (const QPalette::ColorRole role : { QPalette::WindowText, QPalette::Text, QPalette::ButtonText })
+        palette.setColor(role, Qt::white);
+    palette.setColor(QPalette::Highlight, Qt::yellow);
+    palette.setColor(QPalette::HighlightedText, Qt::black);
+    palette.setColor(QPalette::Link, Qt::yellow);
+    for (const QPalette::ColorRole role : { QPalette::WindowText, QPalette::Text, QPalette::ButtonText })
+        palette.setColor(QPalette::Disabled, role, QColor(0x3f, 0xf2, 0x3f));
     return palette;
 }
 
@@ -109,6 +126,8 @@ bool mayBeCut(const QLabel &label)
 bool isWhole(const QLabel &label)
 {
     const QRect room = label.contentsRect();
+    if (label.textFormat() == Qt::RichText)
+        return label.width() >= label.sizeHint().width() && label.height() >= label.sizeHint().height();
     const int flags = Qt::TextShowMnemonic | (label.wordWrap() ? Qt::TextWordWrap : 0);
     const QRect needed
         = label.fontMetrics().boundingRect(QRect(0, 0, room.width(), 10000), flags, label.text());
@@ -118,6 +137,29 @@ bool isWhole(const QLabel &label)
     // A line that was broken to fit can end in a fraction of a pixel, which is rounded up here.
     const int width = label.wordWrap() ? room.width() + 1 : room.width();
     return height >= neededHeight && (width >= needed.width() || mayBeCut(label));
+}
+
+// On the Format page: their middles are at one height.
+bool captionsAreBesideFields(const QWidget &window)
+{
+    const auto middleOf
+        = [&window](const QWidget *widget) { return widget->mapTo(&window, widget->rect().center()).y(); };
+    for (const QString &name : { u"formatFilesystemCaption"_s, u"formatLabelCaption"_s }) {
+        const auto *caption = window.findChild<QLabel *>(name);
+        if (caption->isVisible() && std::abs(middleOf(caption) - middleOf(caption->buddy())) > 1)
+            return false;
+    }
+    return true;
+}
+
+// Both end at one line, and not at the edge of a wide window.
+bool isInColumn(const QWidget &row, const QWidget &button)
+{
+    const bool isMirrored = row.layoutDirection() == Qt::RightToLeft;
+    const auto endOf = [&row, isMirrored](const QWidget &widget) {
+        return widget.mapTo(row.window(), isMirrored ? QPoint() : QPoint(widget.width(), 0)).x();
+    };
+    return !row.isVisible() || endOf(row) == endOf(button);
 }
 
 QStringList cutLabels(const QWidget &window)
@@ -228,6 +270,7 @@ struct State
     const char *name;
     const char *disk; // empty for none
     RunningOperation operation = RunningOperation::None;
+    bool hasVerdict = false; // of the last check
 };
 
 constexpr State states[] = {
@@ -239,6 +282,7 @@ constexpr State states[] = {
     { "unmounting", "disk2s2", RunningOperation::Unmount },
     { "checking", "disk2s2", RunningOperation::Check },
     { "repairing", "disk2s2", RunningOperation::Repair },
+    { "verdict", "disk2s2", RunningOperation::None, true },
 };
 
 void show(TestController &test, const State &state)
@@ -250,6 +294,14 @@ void show(TestController &test, const State &state)
     busy->operationInProgress = isBusy;
     busy->operationInProgressShowFormatTab = isBusy;
     busy->operationInProgressShowMaintenanceTab = isBusy;
+    busy->finishedRun.reset();
+    busy->checkRepairOutput.reset();
+    if (state.hasVerdict) {
+        const QByteArray said = "Checking blocks and sizes\n/damaged: file has errors\n"_ba;
+        busy->finishedRun = FinishedRun { false, FinishedRun::Outcome::Errors, QTime(13, 5), 42s };
+        busy->checkRepairOutput.emplace();
+        busy->checkRepairOutput->append(said.constData(), said.size());
+    }
     test.controller().leftOutlineView->selectRow(-1);
     if (*state.disk)
         test.select(QLatin1String(state.disk));
@@ -264,7 +316,7 @@ QWidget *pageOf(const State &state, const ZorvexDiskManagerAppDelegate &controll
     case RunningOperation::Repair:
         return controller.maintenanceTab;
     default:
-        return controller.infoTab;
+        return state.hasVerdict ? controller.maintenanceTab : controller.infoTab;
     }
 }
 
@@ -280,6 +332,8 @@ private Q_SLOTS:
     void takesPictures();
     void cutsNoText_data();
     void cutsNoText();
+    void fitsEverySize_data();
+    void fitsEverySize();
     void rowsLieAtTheSameDistance_data();
     void rowsLieAtTheSameDistance();
     void menuFits_data();
@@ -412,6 +466,49 @@ void TestPictures::cutsNoText()
                 test.window().grab().save(folder.filePath(
                     u"%1-smallest-%2-%3%.png"_s.arg(language, QLatin1String(state.name)).arg(percentage)));
         }
+    }
+}
+
+void TestPictures::fitsEverySize_data()
+{
+    QTest::addColumn<QString>("language");
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<int>("percentage");
+    for (const char *language : { "de", "ru", "ar", "ja" }) {
+        for (const QSize &size : { QSize(720, 420), QSize(1600, 1000) }) {
+            for (const int percentage : { 100, 130 })
+                QTest::addRow("%s, %d x %d, %d %%", language, size.width(), size.height(), percentage)
+                    << QString::fromLatin1(language) << size << percentage;
+        }
+    }
+}
+
+// The smallest window and a large one, in colours of high contrast, with the longest translations, mirrored
+// and in another script. With a larger text the smallest is larger.
+void TestPictures::fitsEverySize()
+{
+    QFETCH(const QString, language);
+    QFETCH(const QSize, size);
+    QFETCH(const int, percentage);
+    QApplication::setPalette(contrastPalette());
+    useFontOf(percentage);
+    TestController test(language);
+    showDisks(test);
+    const QSize menus = test.window().size() - test.window().centralWidget()->size();
+    test.window().resize(size.expandedTo(test.window().centralWidget()->minimumSize()) + menus);
+    for (const State &state : states) {
+        show(test, state);
+        test.controller().rightTabView->setCurrentWidget(pageOf(state, test.controller()));
+        TestController::handlePostedEvents();
+        const QStringList cut = cutTexts(test);
+        QVERIFY2(cut.isEmpty(), qPrintable(cut.join(u'\n')));
+        QVERIFY(captionsAreBesideFields(test.window()));
+        QVERIFY(isInColumn(*test.controller().maintenanceStatusRow, *test.controller().repairButton));
+        const QString file = u"%1-%2-%3-%4@%5x.png"_s.arg(language, QLatin1String(state.name))
+                                 .arg(size.width())
+                                 .arg(percentage)
+                                 .arg(test.window().devicePixelRatio());
+        QVERIFY(test.window().grab().save(QDir(QStringLiteral(ZORVEX_PICTURES)).filePath(file)));
     }
 }
 

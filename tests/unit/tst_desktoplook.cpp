@@ -2,6 +2,7 @@
 //
 // The look of the user's desktop, as it is told to the program that runs as root.
 #include "app/DesktopLook.h"
+#include "app/LookMessages.h"
 #include "app/LookProcess.h"
 
 #include <QApplication>
@@ -9,8 +10,14 @@
 #include <QFile>
 #include <QIcon>
 #include <QLabel>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <fcntl.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -26,7 +33,17 @@ private Q_SLOTS:
     void whatIsNotDataIsLeftOut();
     void variableThatIsThereStays();
     void processTellsTheLook();
-    void processThatDoesNotAnswerHoldsNothingUp();
+    void processThatTellsNothingHoldsNothingUp_data();
+    void processThatTellsNothingHoldsNothingUp();
+    void changesAreTold();
+    void windowTakesWhatIsTold();
+    void windowTakesTheLastOfMany();
+    void windowListensToNothingElse_data();
+    void windowListensToNothingElse();
+
+private:
+    const QPalette m_palette = QApplication::palette();
+    const QFont m_font = QApplication::font();
 };
 
 namespace {
@@ -44,6 +61,13 @@ public:
         qputenv("DISPLAY", ":0");
     }
     QString path() const { return m_folder.filePath(u"tell"_s); }
+
+    // That it has written to "$0.pid".
+    pid_t process() const
+    {
+        QFile file(path() + u".pid"_s);
+        return file.open(QIODevice::ReadOnly) ? file.readAll().trimmed().toInt() : 0;
+    }
 
 private:
     QTemporaryDir m_folder;
@@ -67,14 +91,14 @@ DesktopLook darkLook()
 
 void TestDesktopLook::cleanup()
 {
+    QApplication::setPalette(m_palette);
+    QApplication::setFont(m_font);
     for (const char *name : { "QT_SCALE_FACTOR", "QT_SCREEN_SCALE_FACTORS", "XCURSOR_THEME", "XCURSOR_SIZE" })
         qunsetenv(name);
 }
 
 void TestDesktopLook::windowsOfAnotherProcessLookTheSame()
 {
-    const QPalette oldPalette = QApplication::palette();
-    const QFont oldFont = QApplication::font();
     const DesktopLook given = darkLook();
     const DesktopLook taken = DesktopLook::fromText(given.toText());
     taken.apply();
@@ -89,8 +113,6 @@ void TestDesktopLook::windowsOfAnotherProcessLookTheSame()
     QCOMPARE(label.font().family(), given.font->family());
     QCOMPARE(QIcon::themeName(), given.iconTheme);
     QCOMPARE(DesktopLook::ofThisProcess().toText(), given.toText());
-    QApplication::setPalette(oldPalette);
-    QApplication::setFont(oldFont);
 }
 
 void TestDesktopLook::variablesAreHandedOver()
@@ -156,27 +178,157 @@ void TestDesktopLook::variableThatIsThereStays()
     QCOMPARE(qgetenv("XCURSOR_SIZE"), QByteArray("24"));
 }
 
+// It goes on until the socket is closed, whatever becomes of the process that has started it.
 void TestDesktopLook::processTellsTheLook()
 {
-    const Script script("echo \"icons $1\"");
-    LookProcess process(script.path());
-    process.start();
-    QCOMPARE(process.finish(), QByteArray("icons -look\n"));
+    const Script script("echo $$ >\"$0.pid\"; echo \"icons $1\" >&0; exec cat");
+    FileDescriptor descriptor;
+    {
+        LookProcess process(script.path());
+        process.start();
+        descriptor = process.takeSocket();
+    }
+    QByteArray message;
+    {
+        const MessageSocket socket(std::move(descriptor));
+        QVERIFY(socket.isOpen());
+        QCOMPARE(socket.receive(message, DesktopLook::longestText), MessageSocket::Receipt::Message);
+        QCOMPARE(message, QByteArray("icons -look\n"));
+        QCOMPARE(waitpid(script.process(), nullptr, WNOHANG), 0);
+    }
+    const auto hasEnded = [&script] { return waitpid(script.process(), nullptr, WNOHANG) > 0; };
+    QVERIFY(QTest::qWaitFor(hasEnded));
 }
 
-// What it has told so far is cut off somewhere, and would be taken for another look.
-void TestDesktopLook::processThatDoesNotAnswerHoldsNothingUp()
+void TestDesktopLook::processThatTellsNothingHoldsNothingUp_data()
 {
-    const Script script("echo $$ >\"$0.pid\"; echo 'XCURSOR_SIZE 4'; exec sleep 600");
+    QTest::addColumn<QByteArray>("commands");
+    QTest::newRow("hangs") << QByteArray("exec sleep 600");
+    QTest::newRow("ends") << QByteArray("exit 0");
+    QTest::newRow("crashes") << QByteArray("kill -SEGV $$");
+}
+
+void TestDesktopLook::processThatTellsNothingHoldsNothingUp()
+{
+    QFETCH(const QByteArray, commands);
+    const Script script("echo $$ >\"$0.pid\"; " + commands);
     QElapsedTimer time;
     time.start();
-    LookProcess process(script.path());
-    process.start();
-    QCOMPARE(process.finish(), QByteArray());
+    {
+        LookProcess process(script.path());
+        process.start();
+        QVERIFY(!process.takeSocket().isOpen());
+    }
     QVERIFY(time.elapsed() < 30'000);
-    QFile pid(script.path() + u".pid"_s);
-    QVERIFY(pid.open(QIODevice::ReadOnly));
-    QVERIFY(!QFile::exists(u"/proc/"_s + QString::fromLatin1(pid.readAll().trimmed())));
+    QVERIFY(!QFile::exists(u"/proc/%1"_s.arg(script.process())));
+}
+
+void TestDesktopLook::changesAreTold()
+{
+    auto [ours, theirs] = MessageSocket::makePair();
+    LookTeller teller(std::move(theirs));
+    QSignalSpy end(&teller, &LookTeller::listenerHasGone);
+    QByteArray told;
+    const auto isTold = [&told, &socket = ours] {
+        return socket.receive(told, DesktopLook::longestText) == MessageSocket::Receipt::Message;
+    };
+    QVERIFY(isTold());
+    QCOMPARE(told, DesktopLook::ofThisProcess().toText());
+
+    QApplication::setPalette(*darkLook().palette);
+    QVERIFY(QTest::qWaitFor(isTold));
+    QCOMPARE(DesktopLook::fromText(told).palette->color(QPalette::Window), QColor(30, 32, 36));
+    QApplication::setFont(*darkLook().font);
+    QVERIFY(QTest::qWaitFor(isTold));
+    QCOMPARE(DesktopLook::fromText(told).font->pointSizeF(), 13.5);
+    // A desktop tells the windows of another theme of icons.
+    QIcon::setThemeName(u"other"_s);
+    for (QWindow *window : QGuiApplication::allWindows()) {
+        QEvent event(QEvent::ThemeChange);
+        QCoreApplication::sendEvent(window, &event);
+    }
+    QVERIFY(QTest::qWaitFor(isTold));
+    QCOMPARE(DesktopLook::fromText(told).iconTheme, u"other"_s);
+
+    QVERIFY(end.isEmpty());
+    ours = MessageSocket();
+    QVERIFY(end.wait());
+}
+
+void TestDesktopLook::windowTakesWhatIsTold()
+{
+    auto [ours, theirs] = MessageSocket::makePair();
+    const int listened = ours.number();
+    LookFollower follower(ours.take());
+    QVERIFY(!follower.latest().palette);
+    QVERIFY(theirs.send(darkLook().toText()));
+    QCOMPARE(follower.latest().palette->color(QPalette::Window), QColor(30, 32, 36));
+    follower.follow();
+    const QLabel label;
+    const auto background = [&label] { return label.palette().color(QPalette::Window); };
+
+    QVERIFY(theirs.send(darkLook().toText()));
+    QTRY_COMPARE(background(), QColor(30, 32, 36));
+    // What is no look changes nothing, and what follows it is taken.
+    QVERIFY(theirs.send("palette " + QByteArray(480, 'x') + "\nfont 1000 400 upright Sans\n"));
+    QVERIFY(theirs.send(QByteArray(DesktopLook::longestText + 1, 'x')));
+    DesktopLook larger;
+    larger.font = m_font;
+    larger.font->setPointSizeF(17);
+    QVERIFY(theirs.send(larger.toText()));
+    QTRY_COMPARE(label.font().pointSizeF(), 17);
+    QCOMPARE(background(), QColor(30, 32, 36));
+
+    // The last look stays.
+    theirs = MessageSocket();
+    QTRY_VERIFY(!MessageSocket::isMessageSocket(listened));
+    QCOMPARE(background(), QColor(30, 32, 36));
+    QCOMPARE(label.font().pointSizeF(), 17);
+}
+
+void TestDesktopLook::windowTakesTheLastOfMany()
+{
+    auto [ours, theirs] = MessageSocket::makePair();
+    LookFollower follower(ours.take());
+    follower.follow();
+    DesktopLook look = darkLook();
+    const QLabel label;
+    for (int blue = 0; blue < 200; ++blue) {
+        look.palette->setColor(QPalette::Window, QColor(1, 2, blue));
+        QVERIFY(QTest::qWaitFor([&, &socket = theirs] { return socket.send(look.toText()); }));
+    }
+    QTRY_COMPARE(label.palette().color(QPalette::Window), QColor(1, 2, 199));
+}
+
+void TestDesktopLook::windowListensToNothingElse_data()
+{
+    QTest::addColumn<QString>("kind");
+    for (const char *kind : { "nothing", "endless file", "named pipe", "stream" })
+        QTest::addRow("%s", kind) << QString::fromLatin1(kind);
+}
+
+void TestDesktopLook::windowListensToNothingElse()
+{
+    QFETCH(const QString, kind);
+    const QTemporaryDir folder;
+    const QByteArray pipe = QFile::encodeName(folder.filePath(u"pipe"_s));
+    FileDescriptor descriptor;
+    int ends[2] = { -1, -1 };
+    if (kind == "endless file"_L1) {
+        descriptor = FileDescriptor(open("/dev/zero", O_RDONLY | O_CLOEXEC));
+    } else if (kind == "named pipe"_L1) {
+        QCOMPARE(mkfifo(pipe.constData(), 0600), 0);
+        descriptor = FileDescriptor(open(pipe.constData(), O_RDWR | O_CLOEXEC));
+    } else if (kind == "stream"_L1) {
+        QCOMPARE(socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends), 0);
+        descriptor = FileDescriptor(ends[0]);
+    }
+    const FileDescriptor other(ends[1]);
+    const int number = descriptor.number();
+    LookFollower follower(std::move(descriptor));
+    QVERIFY(number < 0 || fcntl(number, F_GETFD) == -1);
+    QVERIFY(!follower.latest().palette);
+    follower.follow();
 }
 
 QTEST_MAIN(TestDesktopLook)
