@@ -204,6 +204,9 @@ void TestKeyboard::nothingSelected()
     });
     QVERIFY2(faults.isEmpty(), qPrintable(faults));
     QCOMPARE(unnamed(), QString());
+    // A disabled button says why.
+    const auto mount = m_tree->find(u"push button"_s, u"Mount"_s);
+    QCOMPARE(m_tree->descriptionOf(*mount), u"Select a disk or volume"_s);
     QVERIFY(!m_tree->find(u"page tab"_s, u"Format"_s));
     QVERIFY(!m_tree->find(u"page tab"_s, u"Maintenance"_s));
     const auto divider = m_tree->find([](const Element &element) { return element.name == u"Divider"_s; });
