@@ -13,6 +13,7 @@ BOOT_LIMIT = 240  # seconds, on a machine that is busy with other things
 ANSWER_LIMIT = 120
 SCREEN = (1280, 800)  # points
 POINTER_RANGE = 0x7FFF  # of the tablet that points, in each direction
+KEYS = {" ": "spc", "-": "minus"}
 SLOTS = ["slot1", "slot2", "slot3"]  # for what is plugged into the bus for extension cards
 
 
@@ -283,6 +284,13 @@ class Machine:
         self.plug(f"{name}-device", "usb-storage", bus="usb.0", drive=name, removable=True, serial=name.upper(),
                   **properties)
 
+    def plug_card_reader(self, *names):
+        """One USB device with a slot for each of these media."""
+        self.plug("reader", "usb-bot", bus="usb.0")
+        for slot, name in enumerate(names):
+            self.plug(f"{name}-device", "scsi-hd", bus="reader.0", lun=slot, drive=name, removable=True, serial=name)
+        self.monitor.ask("qom-set", {"path": "/machine/peripheral/reader", "property": "attached", "value": True})
+
     def pull(self, name):
         """Out with the device that holds the medium, without a word to the machine before."""
         since = self.monitor.mark()
@@ -309,6 +317,16 @@ class Machine:
         self.monitor.ask("input-send-event", {"events": place})
         for down in (True, False):
             self.monitor.ask("input-send-event", {"events": [{"type": "btn", "data": {"down": down, "button": "left"}}]})
+
+    def press_keys(self, *names):
+        """Presses these keys together, by QEMU's names for them."""
+        self.monitor.ask("send-key", {"keys": [{"type": "qcode", "data": name} for name in names]})
+
+    def type_line(self, text):
+        """On the keyboard: small letters, digits, blanks and hyphens."""
+        for letter in text:
+            self.press_keys(KEYS.get(letter, letter))
+        self.press_keys("ret")
 
     def picture(self, file):
         self.monitor.ask("screendump", {"filename": str(file), "format": "png"})

@@ -96,6 +96,11 @@ class Window:
         """Presses a button once it can be pressed."""
         self._look("press", role="button", name=name, states=["showing", "enabled"], **query)
 
+    def press_link(self, text):
+        """Clicks the link that the text field shows."""
+        left, top, _, height = self.wait("text", text=re.escape(text))["place"]
+        self.machine.click(left + height, top + height // 2)
+
     def type_into(self, role, name, text):
         self._look("type", role=role, name=name, states=["showing", "enabled"], typed=text)
 

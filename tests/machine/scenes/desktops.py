@@ -1,8 +1,8 @@
 # SPDX-License-Identifier: MIT
-"""A user's desktop: who may do without a password, and what becomes of a check or a repair when its user logs out."""
+"""A user's desktop: who asks for the password, what the window looks like, who may do without, and how it all ends."""
 import media
 from qemu import MachineError
-from window import PROGRAM
+from window import AGENT, PROGRAM
 
 BEGINS_AT = "desktop"
 THE_PROGRAM = f"[{PROGRAM[0]}]{PROGRAM[1:]}"  # as a pattern, which does not match the command that looks for it
@@ -34,6 +34,32 @@ def _quit(stage):
     stage.machine.until(NOTHING_IS_LEFT)
 
 
+def password(stage):
+    """A wrong one is asked for again; Cancel ends the program; the right one opens the window, in front, in the desktop's looks."""
+    machine, window = stage.machine, stage.window
+    machine.run("xfconf-query -c xsettings -p /Net/ThemeName -n -t string -s Adwaita-dark &&"
+                " xfconf-query -c xsettings -p /Gtk/FontName -n -t string -s 'DejaVu Serif 13'", user="ada")
+    window.start()
+    window.answer_password("wrong")
+    window.wait("label", application=AGENT, name=".*attempt was unsuccessful.*")
+    # It takes no answer before it has asked again.
+    window.wait("password text", application=AGENT, states=["focused", "enabled"])
+    stage.picture("wrong-password")
+    window.press("Cancel", application=AGENT)
+    machine.until(NOTHING_IS_LEFT)
+    window.open()
+    window.wait("frame", states=["active"])
+    _stick(stage)
+    stage.picture("dark")
+    if stage.lightness() > 40:
+        raise MachineError("the window is light on a dark desktop")
+    _second_start_raises_the_window(stage)
+    window.press_link("/media/ada/STICK")
+    machine.until("pgrep --uid ada --ignore-case thunar")
+    stage.picture("file-manager")
+    _quit(stage)
+
+
 def member(stage):
     """A member of the group is asked for no password, and the window is the member's own."""
     machine, window = stage.machine, stage.window
@@ -55,6 +81,58 @@ def member(stage):
     machine.until("grep -q mine /media/ada/MINE/file", user="ada")
     _second_start_raises_the_window(stage)
     _quit(stage)
+
+
+def _on_wayland(stage, desktop):
+    machine, window = stage.machine, stage.window
+    stage.log_out()
+    stage.log_in(desktop)
+    window.open()
+    _stick(stage)
+    stage.picture("window")
+    _second_start_raises_the_window(stage)
+    window.press_link("/media/ada/STICK")
+    machine.until("pgrep --uid ada --ignore-case thunar")
+    window.page("Maintenance")
+    window.press("Check")
+    window.wait("label", name="STICK: no errors found")
+    _quit(stage)
+
+
+def wayland(stage):
+    _on_wayland(stage, "sway-alone")
+
+
+def wayland_with_x11(stage):
+    _on_wayland(stage, "sway")
+
+
+def second_user(stage):
+    """Two users at one machine have a window each; neither is in the other's way."""
+    machine, window = stage.machine, stage.window
+    window.open()
+    other = stage.window_of("bea")
+    machine.press_keys("ctrl", "alt", "f2")
+    machine.until("pgrep --exact agetty --terminal tty2")
+    machine.type_line("bea")
+    # What is typed before the question stands there is thrown away.
+    machine.until("pgrep --exact login --terminal tty2 && stty --file=/dev/tty2 --all | grep --word-regexp -e -echo")
+    machine.type_line("secret")
+    machine.until("pgrep --uid bea --exact bash")
+    machine.type_line("startx -- -nolisten tcp vt2")
+    machine.until("pgrep --uid bea --exact xfwm4 && session=$(loginctl show-user bea --property Display --value) &&"
+                  " journalctl --boot --quiet --unit polkit --grep \"Registered Authentication Agent for unix-session:$session \"",
+                  limit=240)
+    other.open()
+    machine.run(f"test $(pgrep --uid root --full ^/usr/bin/{THE_PROGRAM} --count) = 2")
+    machine.add_medium("stick", source=media.stick(stage.folder, "ext4", "STICK"))
+    machine.plug_stick("stick")
+    other.select("STICK")
+    other.press("Mount")
+    machine.until("findmnt --noheadings --output TARGET --source LABEL=STICK | grep -x /media/bea/STICK")
+    stage.picture("bea")
+    other.choose_in_menu("File", "Quit")
+    window.row("STICK")
 
 
 def _slow_check_or_repair(stage, button):

@@ -8,8 +8,10 @@ BEGINS_AT = "window"
 MIB = 1 << 20
 
 # What the menu calls it; a label that it takes; and how the kernel mounts it.
-FILESYSTEMS = [("ext4", "Four", "ext4"), ("XFS", "Ex", "xfs"), ("Btrfs", "Butter", "btrfs"), ("F2FS", "Flash", "f2fs"),
-               ("exFAT", "Extended", "exfat"), ("MS-DOS (FAT32)", "FATTY", "vfat")]
+FILESYSTEMS = [("ext4", "Four", "ext4"), ("ext3", "Three", "ext3"), ("ext2", "Two", "ext2"), ("XFS", "Ex", "xfs"),
+               ("Btrfs", "Butter", "btrfs"), ("F2FS", "Flash", "f2fs"), ("Universal Disk Format (UDF)", "Disc", "udf"),
+               ("exFAT", "Extended", "exfat"), ("MS-DOS (FAT16)", "SIXTEEN", "vfat"), ("MS-DOS (FAT32)", "FATTY", "vfat"),
+               ("NTFS", "Windows", "ntfs3")]
 
 
 def blank_nvme(stage):
@@ -25,6 +27,8 @@ def blank_nvme(stage):
         machine.until(f"findmnt --noheadings --output FSTYPE --source LABEL={label} | grep -x {driver}")
         machine.run(f"echo mine > /media/ada/{label}/file", user="ada")
         assert machine.run(f"lsblk --noheadings --output LABEL /dev/nvme0n1").strip() == label
+    window.page("Info")
+    window.wait_gone("button", name="Eject")
 
 
 def installer_stick(stage):

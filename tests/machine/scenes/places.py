@@ -48,3 +48,23 @@ def member(stage):
     machine.until("findmnt --noheadings --output TARGET --source LABEL=MINE | grep -x /media/ada/MINE")
     machine.run("echo mine > /media/ada/MINE/file && df /media/ada/MINE", user="ada")
     machine.run("udisksctl unmount --no-user-interaction --block-device /dev/sda", user="ada")
+
+
+def card_reader(stage):
+    """Of a reader with two slots, one is ejected; the other one lives on."""
+    machine, window = stage.machine, stage.window
+    for name in ("LEFT", "RIGHT"):
+        machine.add_medium(name, source=media.volume(stage.folder, "ext4", name))
+    machine.plug_card_reader("LEFT", "RIGHT")
+    for name in ("LEFT", "RIGHT"):
+        window.select(name)
+        window.press("Mount")
+        machine.until(f"findmnt --noheadings --output TARGET --source LABEL={name} | grep -x /media/ada/{name}")
+    window.select("LEFT")
+    window.choose_in_menu("Disk", "Eject")
+    machine.until("! findmnt --source LABEL=LEFT")
+    window.wait_row_gone("LEFT")
+    machine.run("echo mine >/media/ada/RIGHT/file && sync /media/ada/RIGHT/file")
+    window.select("RIGHT")
+    window.press("Unmount")
+    window.wait("button", name="Mount")

@@ -22,6 +22,23 @@ def _lose_power(stage):
     stage.window.open()
 
 
+def during_format(stage):
+    machine, window = stage.machine, stage.window
+    _slow_stick(stage)
+    window.page("Format")
+    window.choose("ext4")
+    window.press("Format…")
+    machine.set_speed("stick", SLOW)
+    window.press("Erase and Format")
+    machine.until("pgrep mke2fs || pgrep mkfs")
+    _lose_power(stage)
+    node = machine.until("readlink -e /dev/disk/by-id/usb-*STICK*-part1").strip()
+    label = machine.run(f"lsblk --noheadings --output LABEL {node}").strip()
+    name = label or window.wait("tree item", name="disk[0-9]+s1, .*")["name"].split(",")[0]
+    window.format(name, "ext4", "AGAIN")
+    machine.until("findmnt --noheadings --output TARGET --source LABEL=AGAIN | grep -x /media/ada/AGAIN")
+
+
 def during_repair(stage):
     machine, window = stage.machine, stage.window
     _slow_stick(stage)

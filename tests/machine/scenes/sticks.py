@@ -55,6 +55,17 @@ def fat32(stage):
     _life(stage, "fat32", "vfat", "MS-DOS (FAT32)", "printf Z | dd of={node} bs=1 seek=16600 conv=notrunc")
 
 
+def exfat(stage):
+    # A file in the root directory without the entry that tells where its contents are.
+    damage = """python3 -c 'import struct
+with open("{node}", "r+b") as volume:
+    boot = volume.read(512)
+    heap, _, root = struct.unpack_from("<III", boot, 88)
+    volume.seek((heap + (root - 2) * (1 << boot[109])) * 512 + 4 * 32)
+    volume.write(b"\\x40")'"""
+    _life(stage, "exfat", "exfat", "exFAT", damage)
+
+
 def ntfs(stage):
     # The copy of the first records.
     damage = """python3 -c 'import struct
@@ -130,3 +141,65 @@ def pulled_during_format(stage):
     window.press("OK")
     window.wait_row_gone("SLOW")
     machine.until("! pgrep diskutil")
+
+
+def pulled_while_idle_or_asked_about(stage):
+    """A stick that comes back while the question stands there is not the one that was asked about."""
+    machine, window = stage.machine, stage.window
+    _slow_stick(stage)
+    machine.pull("stick")
+    window.wait_row_gone("SLOW")
+    machine.plug_stick("stick")
+    window.select("SLOW")
+    window.page("Format")
+    window.choose("ext4")
+    window.press("Format…")
+    window.wait("button", name="Erase and Format")
+    machine.pull("stick")
+    window.wait_row_gone("SLOW")
+    machine.plug_stick("stick")
+    window.row("SLOW")
+    window.press("Erase and Format")
+    window.answer("Nothing was erased", "OK")
+    machine.run("e2fsck -fn /dev/disk/by-label/SLOW")
+
+
+def pulled_while_written_to(stage):
+    machine, window = stage.machine, stage.window
+    _slow_stick(stage)
+    window.press("Mount")
+    machine.until("findmnt --source LABEL=SLOW")
+    machine.set_speed("stick", SLOW)
+    writer = machine.begin("dd if=/dev/zero of=/media/ada/SLOW/file bs=64k count=400 conv=fsync")
+    machine.until("test -s /media/ada/SLOW/file")
+    machine.pull("stick")
+    window.wait_row_gone("SLOW")
+    assert writer.result()[0] != 0
+    machine.until("! findmnt /media/ada/SLOW")
+    machine.set_speed("stick", 0)
+    machine.plug_stick("stick")
+    window.select("SLOW")
+    if "label: 'Error'" in window.listed():
+        raise MachineError(window.listed())
+
+
+def pulled_during_repair(stage):
+    """The user is told; the stick can be mended once it is back."""
+    machine, window = stage.machine, stage.window
+    _slow_stick(stage)
+    window.page("Maintenance")
+    window.press("Repair")
+    window.wait("progress bar")
+    machine.until("pgrep e2fsck")
+    machine.pull("stick")
+    window.answer("is no longer there", "OK")
+    window.wait_row_gone("SLOW")
+    machine.until("! pgrep diskutil")
+    machine.set_speed("stick", 0)
+    machine.plug_stick("stick")
+    window.select("SLOW")
+    window.page("Maintenance")
+    window.press("Repair")
+    window.operation_ends("Repair")
+    window.press("Check")
+    window.wait("label", name="SLOW: no errors found")
