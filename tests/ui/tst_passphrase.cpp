@@ -202,6 +202,7 @@ void TestPassphrase::unlockedVolumeOutOfReachIsTold()
 {
     LockedVolume v;
     v.test.workspace->isFolderOpen = false;
+    v.test.mountTable->mounted = { { "/dev/dm-0", "/media/root/SECRETS", { 1, 2 }, {} } };
     QTest::mouseClick(v.test.controller().mountUnmountButton, Qt::LeftButton);
     const MemoryDiskRef unlocked = addUnlocked(v.test);
     setMounted(unlocked, u"/media/root/SECRETS"_s);
