@@ -195,6 +195,7 @@ private Q_SLOTS:
     void verification();
     void erase();
     void lockIsKeptUntilTheVolumeIsMountedAgain();
+    void wholeDiskIsLetGoBeforeItsNewVolumeIsAwaited();
     void deviceIsClaimedForAToolThatDoesNotClaimIt();
     void nodeThatLeadsElsewhereByNow();
     void volumeIsMountedAsItWas();
@@ -310,15 +311,30 @@ void TestVolumeJob::erase()
     QCOMPARE(run.tools.commands.back().arguments, QStringList({ u"-v"_s, u"New"_s, node }));
     QVERIFY(run.isHeld());
     run.tools.run(0);
-    QVERIFY(!run.isHeld());
     QCOMPARE(run.announced, QStringList { node });
     QVERIFY(run.requests().empty());
     run.tellVolume(u"New"_s);
     QVERIFY(run.waitsForMount());
+    QVERIFY(run.isHeld()); // by the lock alone
+    QCOMPARE(run.claimants.constLast(), Claimant::Program);
     run.grantMount();
     QCOMPARE(run.exits, only(ExitCode::Success));
+    QVERIFY(!run.isHeld());
     QCOMPARE(run.given, QStringList { mountPoint });
     QCOMPARE(run.said.constLast(), u"Finished erase on disk2s1"_s);
+}
+
+// Nobody looks at what is on it while its lock is taken.
+void TestVolumeJob::wholeDiskIsLetGoBeforeItsNewVolumeIsAwaited()
+{
+    Run run(Operation::Erase);
+    run.disk->description->insert(DAKey::mediaWhole, true);
+    run.start();
+    run.tools.run(0);
+    QVERIFY(run.isHeld());
+    run.tools.run(0);
+    QVERIFY(run.requests().empty());
+    QVERIFY(!run.isHeld());
 }
 
 void TestVolumeJob::deviceIsClaimedForAToolThatDoesNotClaimIt()
@@ -336,7 +352,7 @@ void TestVolumeJob::deviceIsClaimedForAToolThatDoesNotClaimIt()
         QCOMPARE(run.claimants.constLast(), Claimant::ThisProcess);
         QVERIFY(run.isHeld());
         run.tools.run(0);
-        QVERIFY(!run.isHeld());
+        QVERIFY(!run.isHeld() || run.claimants.constLast() == Claimant::Program);
     }
 }
 

@@ -243,10 +243,12 @@ void VolumeJob::loseReader(const QString &reason)
 // Called when no command is running, and none is to be run.
 void VolumeJob::conclude()
 {
-    // A second run that waits for the lock must not begin before the volume is mounted again. The claim would
-    // keep the mount out.
+    // A second run that waits for the lock must not begin before the volume is mounted, again or for the
+    // first time. The claim would keep the mount out, and the lock of a whole disk would keep udev from
+    // looking at the new volume.
     const bool isMountedAgain = m_isUnmounted && !isOldVolumeLost();
-    if (m_hasRun && isMountedAgain)
+    const bool isNew = isOldVolumeLost() && m_outcome == ExitCode::Success;
+    if (m_hasRun && (isMountedAgain || (isNew && !m_plan.medium.isWhole)))
         m_device->take(Claimant::Program);
     else
         m_device.reset();
@@ -256,7 +258,7 @@ void VolumeJob::conclude()
             u"the %1 on %2 was stopped"_s.arg(operationText(), m_plan.medium.bsdName) + lossText());
     if (m_hasRun && m_operation != Operation::Verify)
         m_environment.machine.announceChange(m_plan.medium.deviceNode);
-    if (isOldVolumeLost() && m_outcome == ExitCode::Success) {
+    if (isNew) {
         m_deadline.setRemainingTime(m_environment.limits.newVolume);
         awaitNewVolume();
     } else if (isMountedAgain) {
