@@ -1,8 +1,10 @@
 # SPDX-License-Identifier: MIT
 """A user's desktop: who asks for the password, what the window looks like, who may do without, and how it all ends."""
+import time
+
 import media
 from qemu import MachineError
-from window import AGENT, PROGRAM
+from window import AGENT, LIMIT, PROGRAM
 
 BEGINS_AT = "desktop"
 THE_PROGRAM = f"[{PROGRAM[0]}]{PROGRAM[1:]}"  # as a pattern, which does not match the command that looks for it
@@ -34,6 +36,13 @@ def _quit(stage):
     stage.machine.until(NOTHING_IS_LEFT)
 
 
+def _becomes_light(stage):
+    end = time.monotonic() + LIMIT
+    while stage.lightness() < 30:
+        if time.monotonic() > end:
+            raise MachineError("the window stays dark on a desktop that has become light")
+
+
 def password(stage):
     """A wrong one is asked for again; Cancel ends the program; the right one opens the window, in front, in the desktop's looks."""
     machine, window = stage.machine, stage.window
@@ -51,8 +60,11 @@ def password(stage):
     window.wait("frame", states=["active"])
     _stick(stage)
     stage.picture("dark")
-    if stage.lightness() > 40:
+    if stage.lightness() > 30:
         raise MachineError("the window is light on a dark desktop")
+    machine.run("xfconf-query -c xsettings -p /Net/ThemeName -s Adwaita", user="ada")
+    _becomes_light(stage)
+    stage.picture("light")
     _second_start_raises_the_window(stage)
     window.press_link("/media/ada/STICK")
     machine.until("pgrep --uid ada --ignore-case thunar")
