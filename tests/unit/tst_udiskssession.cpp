@@ -105,6 +105,11 @@ QStringList list(std::initializer_list<const char *> texts)
     return result;
 }
 
+QDBusMessage busyAnswer(const QDBusMessage &call)
+{
+    return call.createErrorReply(u"org.freedesktop.UDisks2.Error.DeviceBusy"_s, u"target is busy"_s);
+}
+
 } // namespace
 
 class TestUDisksSession : public QObject
@@ -673,9 +678,7 @@ void TestUDisksSession::unmountOfAWholeDiskStopsAtTheFirstRefusal()
     test.fake.changeProperties(volumePath, UDisks::filesystem, mountPoints({ u"/media/A"_s }), Tell::No);
     test.fake.addInterfaces(secondPath, fakePartition(u"fake2p2"_s, 2, u"B"_s, { u"/media/B"_s }), Tell::No);
     test.start();
-    test.fake.answer = [](const QDBusMessage &call) {
-        return call.createErrorReply(u"org.freedesktop.UDisks2.Error.DeviceBusy"_s, u"target is busy"_s);
-    };
+    test.fake.answer = busyAnswer;
     test.session->unmount(test.disks.value(u"disk2"_s), kDADiskUnmountOptionWhole, test.completion());
     QTRY_COMPARE(test.completions, 1);
     QCOMPARE(test.outcome->status, 0xF8DA0002U);
@@ -690,7 +693,7 @@ void TestUDisksSession::volumeThatIsBusyForAMomentIsUnmounted()
     test.start();
     test.fake.answer = [&test](const QDBusMessage &call) {
         if (test.fake.calls.size() == 1)
-            return call.createErrorReply(u"org.freedesktop.UDisks2.Error.DeviceBusy"_s, u"target is busy"_s);
+            return busyAnswer(call);
         test.fake.changeProperties(volumePath, UDisks::filesystem, mountPoints({}), Tell::Yes);
         return QDBusMessage();
     };
@@ -705,9 +708,7 @@ void TestUDisksSession::forceIsUsedOnce()
     SessionTest test;
     test.fake.changeProperties(volumePath, UDisks::filesystem, mountPoints({ u"/media/A"_s }), Tell::No);
     test.start();
-    test.fake.answer = [](const QDBusMessage &call) {
-        return call.createErrorReply(u"org.freedesktop.UDisks2.Error.DeviceBusy"_s, u"target is busy"_s);
-    };
+    test.fake.answer = busyAnswer;
     test.session->unmount(test.disks.value(u"disk2s1"_s), kDADiskUnmountOptionForce, test.completion());
     QTRY_COMPARE(test.completions, 1);
     QCOMPARE(test.outcome->status, 0xF8DA0002U);

@@ -43,6 +43,17 @@ def _name(window):
     return window.wait("tree item", name="(?!SYSTEM|ZV-SATA).*")["name"].split(",")[0]
 
 
+def _format_fails_until_it_is_healed(stage):
+    window = stage.window
+    window.page("Format")
+    window.choose("ext4")
+    window.press("Format…")
+    window.press("Erase and Format")
+    window.press("OK")
+    _heal(stage)
+    window.format(_name(window), "ext4", "SICK")
+
+
 def _works(stage):
     """The row can be used again."""
     window = stage.window
@@ -66,13 +77,7 @@ def error(stage):
     window.press("Repair")
     window.answer("cannot be read to its end", "OK")
     _change(stage, f"0 {SICK} linear /dev/sda {START}\n{SICK} {SECTORS - SICK} error")
-    window.page("Format")
-    window.choose("ext4")
-    window.press("Format…")
-    window.press("Erase and Format")
-    window.press("OK")
-    _heal(stage)
-    window.format(_name(window), "ext4", "SICK")
+    _format_fails_until_it_is_healed(stage)
     machine.until("findmnt --source LABEL=SICK")
     _works(stage)
 
@@ -84,13 +89,7 @@ def flakey(stage):
     window.page("Maintenance")
     window.press("Check")
     window.wait("label", name="SICK: no errors found")
-    window.page("Format")
-    window.choose("ext4")
-    window.press("Format…")
-    window.press("Erase and Format")
-    window.press("OK")
-    _heal(stage)
-    window.format(_name(window), "ext4", "SICK")
+    _format_fails_until_it_is_healed(stage)
     _works(stage)
 
 
