@@ -84,7 +84,7 @@ def error(stage):
 
 def flakey(stage):
     """Writes fail, reads do not: a check is clean, a format is not called done."""
-    machine, window = stage.machine, stage.window
+    window = stage.window
     _volume(stage, _table("flakey {place} 0 600 1 error_writes"))
     window.page("Maintenance")
     window.press("Check")
