@@ -41,6 +41,10 @@ public:
 
     const UDisksStore &store() const { return m_store; }
 
+    // Whether the store holds what the service has listed. Not while there is none, nor before its first
+    // answer.
+    bool isListed() const { return m_isListed; }
+
     // Calls a method of an object of the service. The reply does not run when this object goes first.
     void call(const QString &path, const QString &interface, const QString &method,
         const QVariantList &arguments, Reply reply);

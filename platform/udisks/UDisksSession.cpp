@@ -11,10 +11,15 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <chrono>
+#include <functional>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
+
+// For a service that starts anew, until it has told of its disks.
+constexpr std::chrono::seconds listingLimit { 5 };
 
 class UDisksDisk : public DADisk
 {
@@ -131,21 +136,20 @@ public:
 
     void mount(const DADiskRef &disk, quint32, DADiskCompletion completion) override
     {
-        const QString path = presentPath(disk, completion);
-        if (path.isEmpty())
-            return;
-        if (m_requests.isLocked(path))
-            askAndUnlock(disk, false, completion);
-        else
-            m_requests.mount(path, bound(disk, std::move(completion)));
+        withPath(disk, completion, [this, disk, completion](const QString &path) {
+            if (m_requests.isLocked(path))
+                askAndUnlock(disk, false, completion);
+            else
+                m_requests.mount(path, bound(disk, completion));
+        });
     }
 
     void mountAgain(const DADiskRef &disk, const QString &user, const QStringList &options,
         DADiskCompletion completion) override
     {
-        const QString path = presentPath(disk, completion);
-        if (!path.isEmpty())
-            m_requests.mountAgain(path, user, options, bound(disk, std::move(completion)));
+        withPath(disk, completion, [this, disk, user, options, completion](const QString &path) {
+            m_requests.mountAgain(path, user, options, bound(disk, completion));
+        });
     }
 
     DADiskRef unlockedDisk(const DADiskRef &disk) const override
@@ -156,38 +160,54 @@ public:
 
     void lock(const DADiskRef &disk, DADiskCompletion completion) override
     {
-        const QString path = presentPath(disk, completion);
-        if (!path.isEmpty())
-            m_requests.lock(path, bound(disk, std::move(completion)));
+        withPath(disk, completion, [this, disk, completion](const QString &path) {
+            m_requests.lock(path, bound(disk, completion));
+        });
     }
 
     void unmount(const DADiskRef &disk, quint32 options, DADiskCompletion completion) override
     {
-        const QString path = presentPath(disk, completion);
-        if (path.isEmpty())
-            return;
         const auto scope = options & kDADiskUnmountOptionWhole ? UDisksRequests::Scope::Disk
                                                                : UDisksRequests::Scope::Volume;
         const auto force
             = options & kDADiskUnmountOptionForce ? UDisksRequests::Force::Yes : UDisksRequests::Force::No;
-        m_requests.unmount(path, scope, force, bound(disk, std::move(completion)));
+        withPath(disk, completion, [this, disk, scope, force, completion](const QString &path) {
+            m_requests.unmount(path, scope, force, bound(disk, completion));
+        });
     }
 
     void eject(const DADiskRef &disk, quint32, DADiskCompletion completion) override
     {
-        const QString path = presentPath(disk, completion);
-        if (!path.isEmpty())
-            m_requests.eject(m_bus.store().bottomDiskOf(path), bound(disk, std::move(completion)));
+        withPath(disk, completion, [this, disk, completion](const QString &path) {
+            m_requests.eject(m_bus.store().bottomDiskOf(path), bound(disk, completion));
+        });
     }
 
     void rename(const DADiskRef &disk, const QString &name, quint32, DADiskCompletion completion) override
     {
-        const QString path = presentPath(disk, completion);
-        if (!path.isEmpty())
-            m_requests.rename(path, name, bound(disk, std::move(completion)));
+        withPath(disk, completion, [this, disk, name, completion](const QString &path) {
+            m_requests.rename(path, name, bound(disk, completion));
+        });
     }
 
 private:
+    // Runs the request with the object path of the medium, at once where it can. A service that starts anew
+    // has not listed it yet, which must not end what takes several requests, such as unmount and eject.
+    void withPath(const DADiskRef &disk, const DADiskCompletion &completion,
+        const std::function<void(const QString &path)> &request)
+    {
+        const auto runRequest = [this, disk, completion, request] {
+            const QString path = presentPath(disk, completion);
+            if (!path.isEmpty())
+                request(path);
+        };
+        if (m_bus.isListed())
+            runRequest();
+        else
+            m_bus.await(
+                [this] { return m_bus.isListed(); }, listingLimit, [runRequest](bool) { runRequest(); });
+    }
+
     // The object path of a medium that is present. A service that was started again may have reported it
     // under another handle. When the medium has gone, the request is answered (later, as every request is)
     // and the path is empty.

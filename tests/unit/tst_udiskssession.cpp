@@ -158,6 +158,9 @@ private Q_SLOTS:
     void powerGoesOnlyFromADriveThatKeepsItsMedium();
     void renameOfAMountedVolumeUnmountsItWhereItMust();
     void mediumThatHasGoneIsNotFound();
+    void requestWaitsForAServiceThatStartsAnew_data();
+    void requestWaitsForAServiceThatStartsAnew();
+    void requestWithoutAServiceIsNotFound();
     void mediumThatIsAnotherByNowIsLeftAlone();
     void sessionThatGoesLeavesRequestsUnanswered();
 };
@@ -820,6 +823,46 @@ void TestUDisksSession::mediumThatHasGoneIsNotFound()
     QTRY_COMPARE(test.completions, 1);
     QCOMPARE(test.outcome->status, 0xF8DA0006U);
     QCOMPARE(nameOf(volume), u"disk2s1"_s); // what was known of it stays
+}
+
+void TestUDisksSession::requestWaitsForAServiceThatStartsAnew_data()
+{
+    QTest::addColumn<bool>("isPresent");
+    QTest::addColumn<QStringList>("calls");
+    QTest::newRow("with the medium") << true << list({ "fake2 Delete" });
+    QTest::newRow("without it") << false << QStringList();
+}
+
+// Such as the eject that follows an unmount, when the service is started again between the two.
+void TestUDisksSession::requestWaitsForAServiceThatStartsAnew()
+{
+    QFETCH(bool, isPresent);
+    QFETCH(QStringList, calls);
+    SessionTest test;
+    test.start();
+    const DADiskRef disk = test.disks.value(u"disk2"_s);
+    test.fake.stop();
+    QTRY_COMPARE(test.events, list({ "-disk2s1", "-disk2" }));
+    test.session->eject(disk, 0, test.completion());
+    if (!isPresent)
+        test.fake.removeInterfaces(diskPath, { UDisks::block, UDisks::loop }, Tell::No);
+    test.fake.start();
+    if (isPresent)
+        QTRY_COMPARE(test.fake.calls, calls);
+    else
+        QTRY_COMPARE(test.completions, 1);
+    QCOMPARE(test.fake.calls, calls);
+}
+
+void TestUDisksSession::requestWithoutAServiceIsNotFound()
+{
+    SessionTest test;
+    test.start();
+    test.fake.stop();
+    QTRY_COMPARE(test.events, list({ "-disk2s1", "-disk2" }));
+    test.session->unmount(test.disks.value(u"disk2s1"_s), 0, test.completion());
+    QTRY_COMPARE_WITH_TIMEOUT(test.completions, 1, 30'000);
+    QCOMPARE(test.outcome->status, 0xF8DA0006U);
 }
 
 // Another disk has taken the place of the one that is meant, and the service does not know yet.
