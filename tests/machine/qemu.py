@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: MIT
 """A virtual computer: QEMU by software alone, driven over QMP from outside and over a channel from inside."""
 import json
+import os
 import pathlib
 import queue
 import socket
@@ -223,6 +224,11 @@ class Machine:
         """Writes a step of the test to the file "steps", with the seconds since the machine runs."""
         with open(self.folder / "steps", "a") as file:
             file.write(f"{time.monotonic() - self.began:7.1f} {step}\n")
+
+    def processor_time(self):
+        """Seconds that the computer has kept a processor busy so far."""
+        fields = pathlib.Path(f"/proc/{self.process.pid}/stat").read_text().rpartition(")")[2].split()
+        return (int(fields[11]) + int(fields[12])) / os.sysconf("SC_CLK_TCK")
 
     # Inside
 

@@ -147,13 +147,14 @@ def second_user(stage):
     window.row("STICK")
 
 
-def _slow_check_or_repair(stage, button):
+def _slow_check_or_repair(stage, button, damage=None):
     machine, window = stage.machine, stage.window
     window.open()
     machine.add_medium("stick", source=media.stick(stage.folder, "ext4", "SLOW"), slow=1 << 30)
     machine.plug_stick("stick")
     window.select("SLOW")
-    machine.run("dd if=/dev/zero of=/dev/disk/by-label/SLOW bs=1024 seek=260 count=64 conv=notrunc status=none; udevadm settle")
+    if damage:
+        machine.run(f"{damage}; udevadm settle")
     machine.set_speed("stick", 50000)
     window.page("Maintenance")
     window.press(button)
@@ -171,7 +172,8 @@ def log_out_during_check(stage):
 def log_out_during_repair(stage):
     """A repair runs on to its end, whatever happens to its user's session."""
     machine = stage.machine
-    _slow_check_or_repair(stage, "Repair")
+    _slow_check_or_repair(stage, "Repair",
+                          "dd if=/dev/zero of=/dev/disk/by-label/SLOW bs=1024 seek=260 count=64 conv=notrunc status=none")
     stage.log_out()
     machine.set_speed("stick", 0)
     machine.until(f"! pgrep e2fsck && {NOTHING_IS_LEFT}")

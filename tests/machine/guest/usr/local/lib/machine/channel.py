@@ -15,7 +15,7 @@ import time
 PORT = "/dev/virtio-ports/machine.channel"
 EYES_LOG = "/run/machine-eyes.{user}.log"
 ENOUGH = 1 << 20  # bytes of output that an answer has at most
-REPEAT = 0.1  # seconds until a condition that did not hold is looked at again
+REPEAT = 0.3  # seconds until a condition that did not hold is looked at again
 
 
 class Channel:

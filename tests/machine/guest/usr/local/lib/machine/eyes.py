@@ -18,6 +18,7 @@ from gi.repository import Atspi, GLib  # noqa: E402
 PATIENCE = (10000, 20000)  # milliseconds: for an answer of a program, and of one that has just started
 NAME_LENGTH = 15  # of a program, as the kernel keeps it
 LOOK_AGAIN = 500  # milliseconds, where no event says that something has changed
+REST = 0.2  # seconds between two looks, at least
 
 
 def program_of(application):
@@ -39,12 +40,14 @@ def applications(wanted):
 
 
 def descend(element, enters, depth=0):
-    """The element and all below it; of those that enters() refuses, nothing that is below them."""
-    yield element, depth
+    """The element and all below it, each with its role; of those that enters() refuses, nothing that is below them. Each
+    question takes its time: none is asked twice, and of most elements only what tells that they are not the one."""
     try:
-        if depth > 0 and not enters(element):
-            return
+        role = role_of(element)
+        yield element, role, depth
         count = element.get_child_count()
+        if count == 0 or depth > 0 and not enters(element, role):
+            return
         children = [element.get_child_at_index(index) for index in range(count)]
     except GLib.Error:  # it has gone meanwhile
         return
@@ -53,20 +56,20 @@ def descend(element, enters, depth=0):
             yield from descend(child, enters, depth + 1)
 
 
-def elements(wanted_application, enters=lambda element: True):
+def elements(wanted_application, enters=lambda element, role: True):
     for application in applications(wanted_application):
         yield from descend(application, enters)
 
 
 def can_hold(query):
-    """Tells of an element whether what is looked for can be below it: each look at one takes its time."""
+    """Tells of an element whether what is looked for can be below it."""
     showing = "showing" in query.get("states", [])
     in_menus = query["role"] == "menu item"
 
-    def enters(element):
-        if showing and not element.get_state_set().contains(Atspi.StateType.SHOWING):
-            return False
-        return in_menus or role_of(element) != "menu bar"
+    def enters(element, role):
+        if role == "menu bar":
+            return in_menus
+        return not showing or element.get_state_set().contains(Atspi.StateType.SHOWING)
 
     return enters
 
@@ -87,18 +90,19 @@ def role_of(element):
 
 
 def matches(element, query):
+    """Whether an element of the role is the one."""
+    if not re.fullmatch(query.get("name", ".*"), element.get_name() or "", re.DOTALL):
+        return False
     states = element.get_state_set()
-    return (role_of(element) == query["role"]
-            and re.fullmatch(query.get("name", ".*"), element.get_name() or "", re.DOTALL)
-            and re.search(query.get("text", ""), text_of(element) if "text" in query else "", re.DOTALL)
+    return (re.search(query.get("text", ""), text_of(element) if "text" in query else "", re.DOTALL)
             and all(states.contains(getattr(Atspi.StateType, state.upper())) for state in query.get("states", []))
             and not any(states.contains(getattr(Atspi.StateType, state.upper())) for state in query.get("without", [])))
 
 
 def find(query):
-    for element, _ in elements(query["application"], can_hold(query)):
+    for element, role, _ in elements(query["application"], can_hold(query)):
         try:
-            if matches(element, query):
+            if role == query["role"] and matches(element, query):
                 return element
         except GLib.Error:
             continue
@@ -107,13 +111,13 @@ def find(query):
 
 def listed(wanted_application):
     lines = []
-    for element, depth in elements(wanted_application):
+    for element, role, depth in elements(wanted_application):
         try:
             states = element.get_state_set()
             marks = "".join(letter if states.contains(state) else "-" for letter, state in
                             [("s", Atspi.StateType.SHOWING), ("e", Atspi.StateType.ENABLED),
                              ("f", Atspi.StateType.FOCUSED), ("S", Atspi.StateType.SELECTED)])
-            lines.append(f"{'  ' * depth}{marks} {role_of(element)}: {element.get_name()!r} {text_of(element)!r}")
+            lines.append(f"{'  ' * depth}{marks} {role}: {element.get_name()!r} {text_of(element)!r}")
         except GLib.Error:
             continue
     return "\n".join(lines)
@@ -129,9 +133,11 @@ def wait(query, holds):
             return result
         alarm = GLib.timeout_add(LOOK_AGAIN, lambda: True)
         context.iteration(True)
+        GLib.source_remove(alarm)
+        # Events come many at a time, and a look at each would keep the processor from what is waited for.
+        time.sleep(REST)
         while context.pending():
             context.iteration(False)
-        GLib.source_remove(alarm)
 
 
 def describe(element):
