@@ -83,10 +83,8 @@ namespace {
 
 void mount(TestController &test, const MemoryDiskRef &volume, std::optional<quint32> subtype = {})
 {
-    setMounted(volume, u"/media/A"_s);
-    test.mountTable->mounted = { { "/dev/disk2s1", "/media/A", { 1, 2 }, subtype } };
-    test.mountTable->ids["/media/A"] = { 1, 2 };
-    test.mountTable->freeSpaces["/media/A"] = 40'000'000;
+    test.mount(volume, u"/media/A"_s, 40'000'000);
+    test.mountTable->mounted.back().subtype = subtype;
 }
 
 QImage pictureOf(const QPixmap &pixmap)

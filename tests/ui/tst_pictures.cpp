@@ -81,13 +81,7 @@ void showDisks(TestController &test)
     data->node = u"/dev/nvme0n1p2"_s;
     data->description->insert(DAKey::volumeKind, u"msdos"_s);
     data->description->insert(DAKey::mediaContent, u"DOS_FAT_32"_s);
-    setMounted(data, u"/media/anna/DATA"_s);
-    MountedFilesystem mounted;
-    mounted.mountedFrom = QByteArrayLiteral("/dev/disk2s2");
-    mounted.mountPoint = QByteArrayLiteral("/media/anna/DATA");
-    test.mountTable->mounted = { mounted };
-    test.mountTable->ids[mounted.mountPoint] = mounted.id;
-    test.mountTable->freeSpaces[mounted.mountPoint] = 98304000;
+    test.mount(data, u"/media/anna/DATA"_s, 98304000);
     test.add(data);
     test.add(makeDisk(u"disk3"_s));
     test.select(u"disk2s2"_s);

@@ -34,14 +34,6 @@ MemoryDiskRef makeVolume(const QString &name)
     return volume;
 }
 
-void mount(TestController &test, const MemoryDiskRef &volume)
-{
-    setMounted(volume, u"/media/A"_s);
-    test.mountTable->mounted = { { "/dev/disk2s1", "/media/A", { 1, 2 }, {} } };
-    test.mountTable->ids["/media/A"] = { 1, 2 };
-    test.mountTable->freeSpaces["/media/A"] = 40'000'000;
-}
-
 } // namespace
 
 class TestStatus : public QObject
@@ -126,7 +118,7 @@ void TestStatus::partitionsWithoutARowAreNoFreeSpace()
     test.add(disk);
     const MemoryDiskRef volume = makePartition(u"disk2s1"_s, 512'000'512, u"DATA"_s);
     volume->node = u"/dev/sdx2"_s;
-    mount(test, volume);
+    test.mount(volume, u"/media/A"_s, 40'000'000);
     test.add(volume);
     test.select(u"disk2"_s);
     using Kind = DiskMap::Part::Kind;
