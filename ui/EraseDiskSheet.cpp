@@ -30,6 +30,7 @@ EraseDiskSheet::EraseDiskSheet(
     auto *name = new QLabel(disk, this);
     name->setTextFormat(Qt::PlainText);
     name->setWordWrap(true);
+    setAccessibleDescription(heading->text() + localizedString("LIST_SEPARATOR_TEXT") + disk);
     fillMenus(menu, scheme);
 
     auto *buttons = new QDialogButtonBox(this);

@@ -48,6 +48,9 @@ StatusRow::StatusRow(QWidget *parent)
     layout->addWidget(m_share);
     layout->addWidget(m_time);
     layout->addWidget(m_stop);
+    // Its place among the stops of Tab is the button's.
+    setFocusPolicy(Qt::StrongFocus);
+    setFocusProxy(m_stop);
     connect(m_stop, &QPushButton::clicked, this, &StatusRow::stopClicked);
     layOut();
     show(Kind::Hint, {}, {});
