@@ -14,9 +14,11 @@
 #include <QAbstractItemView>
 #include <QAccessible>
 #include <QApplication>
+#include <QClipboard>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPushButton>
 #include <QTabBar>
 #include <QTabWidget>
@@ -76,6 +78,8 @@ private Q_SLOTS:
     void partIsChosen();
     void barTellsHowFarItIs();
     void sheetOfAWholeDisk();
+    void disabledItemOfAMenuSaysWhy_data();
+    void disabledItemOfAMenuSaysWhy();
 };
 
 void TestScreenReader::mapIsAListOfVolumes()
@@ -263,6 +267,50 @@ void TestScreenReader::sheetOfAWholeDisk()
     QCOMPARE(items->child(1)->text(QAccessible::Name), u"xfs"_s);
     QCOMPARE(items->child(1)->text(QAccessible::Description), u"for volumes of 900 GB or more"_s);
     sheet->filesystemPopupButton->hidePopup();
+}
+
+void TestScreenReader::disabledItemOfAMenuSaysWhy_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("menu bar") << u"diskMenu"_s;
+    QTest::newRow("row") << u"rowMenu"_s;
+}
+
+void TestScreenReader::disabledItemOfAMenuSaysWhy()
+{
+    QFETCH(const QString, name);
+    TestController test;
+    showDisk(test);
+    auto *const menu = test.window().findChild<QMenu *>(name);
+    const auto itemOf = [menu](const QAction *action) {
+        return interfaceOf(menu)->child(static_cast<int>(menu->actions().indexOf(action)));
+    };
+    QAction *const check = test.action(u"actionCheck"_s);
+    QAccessibleInterface *const item = itemOf(check);
+    QCOMPARE(item->text(QAccessible::Name), u"Check"_s);
+    QCOMPARE(item->text(QAccessible::Accelerator), u"Ctrl+K"_s);
+    QCOMPARE(item->role(), QAccessible::MenuItem);
+    QVERIFY(item->state().disabled && item->state().invisible);
+    QCOMPARE(item->text(QAccessible::Description), u"Select one of the volumes on this disk."_s);
+    menu->popup({});
+    QVERIFY(!item->state().invisible);
+    QCOMPARE(item->parent()->object(), menu);
+    QCOMPARE(item->rect(), menu->actionGeometry(check).translated(menu->pos()));
+    QCOMPARE(interfaceOf(menu)->indexOfChild(item), static_cast<int>(menu->actions().indexOf(check)));
+    menu->close();
+
+    // One that can be chosen has nothing to explain.
+    QAction *const copy = test.action(u"actionCopyDevicePath"_s);
+    QAccessibleInterface *const path = interfaceOf(copy);
+    QVERIFY(!path->state().disabled);
+    QCOMPARE(path->text(QAccessible::Name), u"Copy Device Path"_s);
+    QCOMPARE(path->text(QAccessible::Description), QString());
+    copy->setEnabled(false); // without a reason
+    QCOMPARE(path->text(QAccessible::Description), QString());
+    copy->setEnabled(true);
+    QGuiApplication::clipboard()->clear();
+    path->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    QCOMPARE(QGuiApplication::clipboard()->text(), u"/dev/disk2"_s);
 }
 
 QTEST_MAIN(TestScreenReader)
