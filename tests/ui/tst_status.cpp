@@ -5,6 +5,7 @@
 #include "platform/Localization.h"
 #include "tests/support/TestController.h"
 #include "ui/DiskMap.h"
+#include "ui/ElidingLabel.h"
 #include "ui/FormatMenuDelegate.h"
 #include "ui/GlyphLabel.h"
 #include "ui/OutlineView.h"
@@ -48,6 +49,7 @@ private Q_SLOTS:
     void mapKeepsItsCurrentPart();
     void mapOpensACollapsedDisk();
     void barGoesOnWhenThePageIsRebuilt();
+    void barHasWhatTheSentenceLeaves();
     void verdictIsTold();
     void placeholderNamesWhatRuns();
     void shareIsWrittenAsTheLanguageDoes_data();
@@ -221,6 +223,23 @@ void TestStatus::barGoesOnWhenThePageIsRebuilt()
     QVERIFY(bar->grab().toImage() == reached);
     QVERIFY(bar->isVisible());
     test.controller().finishOperation(disk);
+}
+
+void TestStatus::barHasWhatTheSentenceLeaves()
+{
+    StatusRow row;
+    row.resize(600, 30);
+    row.setVisible(true);
+    row.showOperation(u"Checking DATA…"_s, 62, std::chrono::seconds(1), true);
+    auto *const text = row.findChild<ElidingLabel *>();
+    const auto *const bar = row.findChild<UsageBar *>();
+    QTRY_COMPARE(text->width(), text->sizeHint().width());
+    QVERIFY(bar->width() > text->width());
+    row.showOperation(QString(200, u'x'), 62, std::chrono::seconds(1), true);
+    QTRY_COMPARE(bar->width(), bar->minimumSizeHint().width());
+    QVERIFY(text->isCut());
+    row.showVerdict(u"DATA: no errors found"_s, {}, u"9:00"_s);
+    QTRY_VERIFY(text->width() > 400);
 }
 
 // The row is called after it, which a screen reader is told of.
