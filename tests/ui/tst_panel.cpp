@@ -704,6 +704,11 @@ void TestPanel::sentenceOfAnUnmountedVolume()
     QCOMPARE(panel.infoStatusLabel->text(), localizedString("STATUS_NOT_MOUNTED_TEXT"));
     QCOMPARE(panel.mountedPathGloss->text(), u"not mounted"_s);
     QCOMPARE(panel.contentGloss->text(), u"Basic data"_s);
+    QVERIFY(panel.contentHintLabel->isVisible());
+    volume->description->insert(DAKey::mediaContent, QString());
+    test.service.changeDisk(volume);
+    QCOMPARE(panel.contentGloss->text(), u"none"_s);
+    QVERIFY(!panel.contentHintLabel->isVisible()); // the gloss stands in its place
     QVERIFY(panel.goToFormatLink->isHidden());
     const MemoryDiskRef blank = makePartition(u"disk2s2"_s, 2048);
     test.add(blank);
