@@ -4,7 +4,9 @@
 #include "platform/Localization.h"
 #include "ui/AlertSheet.h"
 #include "ui/FormatMenuDelegate.h"
+#include "ui/Units.h"
 
+#include <QAbstractButton>
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFormLayout>
@@ -15,6 +17,13 @@
 #include <algorithm>
 
 using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr int margin = 18; // units, as all below
+constexpr QSize leastButton { 80, 30 };
+
+} // namespace
 
 EraseDiskSheet::EraseDiskSheet(
     const QString &disk, const FormatMenuRules::FormatMenu &menu, PartitionScheme scheme)
@@ -43,13 +52,27 @@ EraseDiskSheet::EraseDiskSheet(
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
 
+    for (QAbstractButton *button : buttons->buttons())
+        button->setMinimumSize(units(leastButton.width()), units(leastButton.height()));
+    labelField->setPlaceholderText(localizedString("LABEL_PLACEHOLDER_TEXT"));
     auto *layout = new QFormLayout(this);
+    const int room = units(margin);
+    layout->setContentsMargins(room, room, room, room);
+    layout->setHorizontalSpacing(units(12));
+    layout->setVerticalSpacing(units(8));
     layout->addRow(heading);
     layout->addRow(name);
     layout->addRow(localizedString("FORMAT_FILESYSTEM_CAPTION"), filesystemPopupButton);
     layout->addRow(localizedString("FORMAT_LABEL_CAPTION"), labelField);
     layout->addRow(localizedString("ERASE_DISK_SCHEME_CAPTION"), schemePopupButton);
     layout->addRow(buttons);
+    layout->setLabelAlignment(Qt::AlignRight | Qt::AlignTrailing | Qt::AlignVCenter);
+    for (QWidget *field : { static_cast<QWidget *>(filesystemPopupButton), static_cast<QWidget *>(labelField),
+             static_cast<QWidget *>(schemePopupButton) }) {
+        // A form puts a caption that is much lower than its field at the field's top.
+        for (QWidget *widget : { field, layout->labelForField(field) })
+            widget->setMinimumHeight(units(leastButton.height()));
+    }
 }
 
 void EraseDiskSheet::fillMenus(const FormatMenuRules::FormatMenu &menu, PartitionScheme scheme)
