@@ -10,6 +10,7 @@
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFormLayout>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -38,7 +39,11 @@ EraseDiskSheet::EraseDiskSheet(
     heading->setFont(bold);
     auto *name = new QLabel(disk, this);
     name->setTextFormat(Qt::PlainText);
+    name->setObjectName(u"diskName"_s);
     name->setWordWrap(true);
+    // Below its heading, whatever the direction of the name itself is.
+    name->setAlignment(Qt::AlignAbsolute | Qt::AlignVCenter
+        | (QGuiApplication::layoutDirection() == Qt::RightToLeft ? Qt::AlignRight : Qt::AlignLeft));
     setAccessibleDescription(heading->text() + localizedString("LIST_SEPARATOR_TEXT") + disk);
     fillMenus(menu, scheme);
 
