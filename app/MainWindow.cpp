@@ -7,6 +7,7 @@
 #include "ui/FlippedOutlineView.h"
 #include "ui/ImageAndTextCell.h"
 #include "ui/InterfaceStyle.h"
+#include "ui/MenuToolTips.h"
 #include "ui/panel_rules.h"
 #include "ui/StatusRow.h"
 
@@ -269,7 +270,7 @@ void connectActions(ZorvexDiskManagerAppDelegate &controller, QMainWindow *windo
     QObject::connect(ui.goToFormatCaption, &QLabel::linkActivated, ui.formatTab,
         [ui] { ui.rightTabView->setCurrentWidget(ui.formatTab); });
     for (QMenu *menu : { ui.diskMenu, ui.rowMenu })
-        menu->setToolTipsVisible(true); // why an item is disabled
+        showToolTipsOf(menu); // why an item is disabled
     connectContextMenu(controller.leftOutlineView, ui.rowMenu);
     connectAction(ui.actionManual, controller, &Controller::clickHelpMenuItem);
     connectAction(ui.actionAbout, controller, &Controller::clickAboutButton);

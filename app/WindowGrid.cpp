@@ -48,6 +48,9 @@ WindowGrid::WindowGrid(const Ui::MainWindow &ui, QWidget *window)
              static_cast<QWidget *>(ui.deviceNodeLabel), static_cast<QWidget *>(ui.formatFilesystemCaption),
              static_cast<QWidget *>(ui.formatLabelCaption), static_cast<QWidget *>(ui.labelLimitLabel) })
         QuietText::apply(quiet);
+    // The room above the first row belongs to the tree.
+    ui.outlineViewContainer->setBackgroundRole(QPalette::Base);
+    ui.outlineViewContainer->setAutoFillBackground(true);
     // The page shows what is below it, as the other pages do.
     for (QWidget *page : { ui.infoScrollArea->viewport(), ui.infoPage })
         page->setAutoFillBackground(false);
@@ -76,6 +79,7 @@ void WindowGrid::layOutInfoPage()
 void WindowGrid::layOut()
 {
     layOutInfoPage();
+    m_ui.outlineViewContainerLayout->setContentsMargins(0, units(4), 0, 0);
     for (QLayout *page :
         { static_cast<QLayout *>(m_ui.formatPageLayout), static_cast<QLayout *>(m_ui.maintenanceLayout) })
         page->setContentsMargins(pageMargins());

@@ -34,13 +34,29 @@ public:
     {
     }
 
-    QStringList actionNames() const override { return { pressAction() }; }
+    // The arrow keys reach each volume, Tab only one of them.
+    QAccessible::State state() const override
+    {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.focusable = part().isVolume();
+        return state;
+    }
+
+    QStringList actionNames() const override
+    {
+        return part().isVolume() ? QStringList { pressAction(), setFocusAction() } : QStringList();
+    }
 
     void doAction(const QString &name) override
     {
         if (name == pressAction())
-            static_cast<DiskMapPart *>(widget())->choose();
+            part().choose();
+        else
+            QAccessibleWidget::doAction(name);
     }
+
+private:
+    DiskMapPart &part() const { return *static_cast<DiskMapPart *>(widget()); }
 };
 
 QAccessibleInterface *interfaceFor(const QString &, QObject *object)
@@ -59,6 +75,7 @@ DiskMap::DiskMap(QWidget *parent)
 {
     QAccessible::installFactory(&interfaceFor); // does nothing the second time
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    setFocusPolicy(Qt::StrongFocus); // for its place among the stops of Tab
 }
 
 void DiskMap::setParts(const std::vector<Part> &parts)
@@ -75,24 +92,33 @@ void DiskMap::setParts(const std::vector<Part> &parts)
     m_parts = parts;
     for (DiskMapPart *widget : std::exchange(m_widgets, {}))
         delete widget;
+    // Qt gives a place only to what can have the focus, behind what can have it.
+    setFocusPolicy(Qt::StrongFocus);
     QWidget *previous = this;
     for (const Part &part : m_parts) {
         m_widgets.push_back(new DiskMapPart(part, this));
         m_widgets.back()->show();
+        m_widgets.back()->setFocusPolicy(Qt::StrongFocus);
         setTabOrder(previous, m_widgets.back());
         previous = m_widgets.back();
     }
     // Tab reaches one, the first at the beginning, and the arrow keys the others.
     DiskMapPart *reached = nullptr;
     for (DiskMapPart *widget : m_widgets) {
-        if (!widget->part().id.isEmpty() && (!reached || widget->part().id == current))
+        if (widget->isVolume() && (!reached || widget->part().id == current))
             reached = widget;
     }
-    if (reached)
-        reached->setFocusPolicy(Qt::StrongFocus);
+    setFocusPolicy(Qt::NoFocus);
+    haveTabReach(reached);
     if (reached && !focused.isEmpty())
         reached->setFocus(Qt::OtherFocusReason);
     layOutParts();
+}
+
+void DiskMap::haveTabReach(const DiskMapPart *part)
+{
+    for (DiskMapPart *widget : m_widgets)
+        widget->setFocusPolicy(widget == part ? Qt::StrongFocus : Qt::NoFocus);
 }
 
 QSize DiskMap::sizeHint() const
@@ -162,10 +188,8 @@ void DiskMap::moveFocus(int step)
     const auto count = static_cast<std::ptrdiff_t>(m_widgets.size());
     for (auto next = current - m_widgets.begin() + step; next >= 0 && next < count; next += step) {
         DiskMapPart *const widget = m_widgets[static_cast<std::size_t>(next)];
-        if (widget->part().id.isEmpty())
+        if (!widget->isVolume())
             continue;
-        (*current)->setFocusPolicy(Qt::NoFocus);
-        widget->setFocusPolicy(Qt::StrongFocus);
         widget->setFocus(Qt::OtherFocusReason);
         return;
     }
@@ -189,13 +213,13 @@ DiskMapPart::DiskMapPart(const DiskMap::Part &part, DiskMap *map)
 {
     setToolTip(plainToolTip(part.toolTip));
     setAccessibleName(part.toolTip);
-    if (!part.id.isEmpty())
+    if (isVolume())
         setCursor(Qt::PointingHandCursor);
 }
 
 void DiskMapPart::choose()
 {
-    if (!m_part.id.isEmpty())
+    if (isVolume())
         Q_EMIT m_map->partChosen(m_part.id);
 }
 
@@ -294,6 +318,7 @@ void DiskMapPart::keyPressEvent(QKeyEvent *event)
 void DiskMapPart::focusInEvent(QFocusEvent *event)
 {
     QWidget::focusInEvent(event);
+    m_map->haveTabReach(this);
     m_map->update();
 }
 

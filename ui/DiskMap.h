@@ -52,7 +52,10 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
+    friend class DiskMapPart;
+
     void layOutParts();
+    void haveTabReach(const DiskMapPart *part); // and no other; null for none
     void moveFocus(int step);
 
     std::vector<Part> m_parts;
@@ -68,6 +71,7 @@ public:
     DiskMapPart(const DiskMap::Part &part, DiskMap *map);
 
     const DiskMap::Part &part() const { return m_part; }
+    bool isVolume() const { return m_part.kind == DiskMap::Part::Kind::Volume; }
     void choose();
 
 protected:

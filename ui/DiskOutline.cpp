@@ -35,6 +35,7 @@ void ZorvexDiskManagerAppDelegate::selectMedium(const QString &bsdName)
     for (int row = 0; row < leftOutlineView->numberOfRows(); ++row) {
         if (leftOutlineView->itemAtRow(row)->bsdName == bsdName) {
             leftOutlineView->selectRow(row);
+            leftOutlineView->setFocus(); // what was chosen is there, and the map is shown no more
             return;
         }
     }

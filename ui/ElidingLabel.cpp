@@ -44,21 +44,33 @@ bool ElidingLabel::isCut() const
     return !wordWrap() && fontMetrics().horizontalAdvance(text()) > contentsRect().width();
 }
 
-void ElidingLabel::drawCutText(QPainter &painter) const
+// Qt's own label moves a mirrored line by the space at which it was broken, out of the label.
+bool ElidingLabel::isBroken() const
+{
+    constexpr Qt::TextInteractionFlags selectable = Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard;
+    return wordWrap() && !textInteractionFlags().testAnyFlags(selectable);
+}
+
+void ElidingLabel::drawLines(QPainter &painter) const
 {
     const QRect room = contentsRect();
     // What is cut off may hold the end of a part that has a direction of its own.
-    const QString shown
-        = DirectionRules::withPartsClosed(fontMetrics().elidedText(text(), m_elideMode, room.width()));
+    const QString shown = isCut()
+        ? DirectionRules::withPartsClosed(fontMetrics().elidedText(text(), m_elideMode, room.width()))
+        : text();
     QTextLayout layout(shown, font());
     QTextOption option(QStyle::visualAlignment(layoutDirection(), alignment()) | Qt::AlignAbsolute);
     // A device or a path reads from left to right in every window.
     option.setTextDirection(text().isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
-    option.setWrapMode(QTextOption::NoWrap);
+    option.setWrapMode(wordWrap() ? QTextOption::WordWrap : QTextOption::NoWrap);
     layout.setTextOption(option);
     layout.beginLayout();
-    QTextLine line = layout.createLine();
-    line.setLineWidth(room.width());
+    qreal height = 0;
+    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        line.setLineWidth(room.width());
+        line.setPosition({ 0, height });
+        height += line.height();
+    }
     layout.endLayout();
     QList<QTextLayout::FormatRange> selections;
     if (hasSelectedText()) {
@@ -68,16 +80,17 @@ void ElidingLabel::drawCutText(QPainter &painter) const
         selections.append({ selectionStart(), static_cast<int>(selectedText().size()), marked });
     }
     painter.setPen(palette().color(foregroundRole()));
-    layout.draw(&painter, QPointF(room.x(), room.y() + (room.height() - line.height()) / 2), selections);
+    layout.draw(&painter, QPointF(room.x(), room.y() + (room.height() - height) / 2), selections);
 }
 
 void ElidingLabel::paintEvent(QPaintEvent *event)
 {
-    if (!isCut())
+    const bool drawsItself = isCut() || isBroken();
+    if (!drawsItself)
         QLabel::paintEvent(event);
     QPainter painter(this);
-    if (isCut() && !m_vanishes)
-        drawCutText(painter);
+    if (drawsItself && !(isCut() && m_vanishes))
+        drawLines(painter);
     if (hasFocus())
         drawFocusFrame(painter, *this, rect());
 }

@@ -42,7 +42,8 @@ protected:
 
 private:
     void scaleFont();
-    void drawCutText(QPainter &painter) const;
+    bool isBroken() const; // into lines
+    void drawLines(QPainter &painter) const;
 
     qreal m_fontScale = 1;
     Qt::TextElideMode m_elideMode = Qt::ElideRight;

@@ -4,10 +4,13 @@
 #include "platform/Localization.h"
 #include "ui/AlertSheet.h"
 #include "ui/FormatMenuDelegate.h"
+#include "ui/Units.h"
 
+#include <QAbstractButton>
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFormLayout>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -15,6 +18,13 @@
 #include <algorithm>
 
 using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr int margin = 18; // units, as all below
+constexpr QSize leastButton { 80, 30 };
+
+} // namespace
 
 EraseDiskSheet::EraseDiskSheet(
     const QString &disk, const FormatMenuRules::FormatMenu &menu, PartitionScheme scheme)
@@ -29,7 +39,12 @@ EraseDiskSheet::EraseDiskSheet(
     heading->setFont(bold);
     auto *name = new QLabel(disk, this);
     name->setTextFormat(Qt::PlainText);
+    name->setObjectName(u"diskName"_s);
     name->setWordWrap(true);
+    // Below its heading, whatever the direction of the name itself is.
+    name->setAlignment(Qt::AlignAbsolute | Qt::AlignVCenter
+        | (QGuiApplication::layoutDirection() == Qt::RightToLeft ? Qt::AlignRight : Qt::AlignLeft));
+    setAccessibleDescription(heading->text() + localizedString("LIST_SEPARATOR_TEXT") + disk);
     fillMenus(menu, scheme);
 
     auto *buttons = new QDialogButtonBox(this);
@@ -42,13 +57,27 @@ EraseDiskSheet::EraseDiskSheet(
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
 
+    for (QAbstractButton *button : buttons->buttons())
+        button->setMinimumSize(units(leastButton.width()), units(leastButton.height()));
+    labelField->setPlaceholderText(localizedString("LABEL_PLACEHOLDER_TEXT"));
     auto *layout = new QFormLayout(this);
+    const int room = units(margin);
+    layout->setContentsMargins(room, room, room, room);
+    layout->setHorizontalSpacing(units(12));
+    layout->setVerticalSpacing(units(8));
     layout->addRow(heading);
     layout->addRow(name);
     layout->addRow(localizedString("FORMAT_FILESYSTEM_CAPTION"), filesystemPopupButton);
     layout->addRow(localizedString("FORMAT_LABEL_CAPTION"), labelField);
     layout->addRow(localizedString("ERASE_DISK_SCHEME_CAPTION"), schemePopupButton);
     layout->addRow(buttons);
+    layout->setLabelAlignment(Qt::AlignRight | Qt::AlignTrailing | Qt::AlignVCenter);
+    for (QWidget *field : { static_cast<QWidget *>(filesystemPopupButton), static_cast<QWidget *>(labelField),
+             static_cast<QWidget *>(schemePopupButton) }) {
+        // A form puts a caption that is much lower than its field at the field's top.
+        for (QWidget *widget : { field, layout->labelForField(field) })
+            widget->setMinimumHeight(units(leastButton.height()));
+    }
 }
 
 void EraseDiskSheet::fillMenus(const FormatMenuRules::FormatMenu &menu, PartitionScheme scheme)

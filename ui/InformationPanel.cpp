@@ -274,6 +274,7 @@ void ZorvexDiskManagerAppDelegate::outlineViewSelectionDidChange()
     setValue(wholeDeviceLabel, texts.wholeDevice);
     setValue(removableLabel, texts.removable);
     setValue(contentHintLabel, texts.contentHint);
+    contentHintLabel->setVisible(!texts.contentHint.isEmpty());
     setValue(ejectableLabel, texts.ejectable);
     setValue(preferredBlockSizeLabel, texts.preferredBlockSize);
     refreshFilesystems();

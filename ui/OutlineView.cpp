@@ -306,10 +306,11 @@ void OutlineView::drawRow(
         // A triangle points at its row, which is mirrored or not whatever the view's own direction is.
         branch.direction = triangle.x() > frameOfCellAtColumn(0, row).x() ? Qt::RightToLeft : Qt::LeftToRight;
         branch.palette.setCurrentColorGroup(isEnabled() ? QPalette::Active : QPalette::Disabled);
-        branch.state.setFlag(QStyle::State_Active);
-        branch.state.setFlag(QStyle::State_Children);
+        branch.state |= QStyle::State_Active | QStyle::State_Children;
         branch.state.setFlag(QStyle::State_Open, isExpanded(index));
         branch.state.setFlag(QStyle::State_Selected, selectionModel()->isSelected(index));
+        if (selectionModel()->isSelected(index))
+            branch.palette = ColorRules::onSelection(branch.palette);
         style()->drawPrimitive(QStyle::PE_IndicatorBranch, &branch, painter, this);
     }
     itemDelegate()->paint(painter, rowOption, index);

@@ -2,7 +2,9 @@
 #include "ui/OutputView.h"
 
 #include "ui/output_rules.h"
+#include "ui/Units.h"
 
+#include <QEvent>
 #include <QScrollBar>
 #include <QTextBlock>
 #include <QTextCursor>
@@ -20,6 +22,20 @@ OutputView::OutputView(QWidget *parent)
     option.setTextDirection(Qt::LeftToRight);
     option.setWrapMode(QTextOption::WrapAnywhere);
     document()->setDefaultTextOption(option);
+    layOut();
+}
+
+void OutputView::layOut()
+{
+    constexpr int margin = 7; // units
+    document()->setDocumentMargin(units(margin));
+}
+
+void OutputView::changeEvent(QEvent *event)
+{
+    QPlainTextEdit::changeEvent(event);
+    if (event->type() == QEvent::FontChange)
+        layOut();
 }
 
 void OutputView::setOutput(const QByteArray &wholeOutput)

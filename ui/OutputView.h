@@ -17,6 +17,11 @@ public:
     // that has changed is laid out. The view follows the end unless the user has scrolled up.
     void setOutput(const QByteArray &output);
 
+protected:
+    void changeEvent(QEvent *event) override;
+
 private:
+    void layOut();
+
     QByteArray m_output; // as it is shown
 };

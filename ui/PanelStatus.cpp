@@ -297,8 +297,11 @@ void PanelStatus::showGlossesOf(const ZorvexDiskManagerDisk &disk, const QString
         filesystem.isEmpty() ? localizedString("FORMAT_TARGET_NOTHING_TEXT") : QString());
     const QString content = disk.content.value_or(QString());
     const char *const meaning = StatusRules::contentMeaningKey(content);
-    m_controller.contentGloss->setText(
-        meaning ? withCapital(localizedString(meaning)) : StatusRules::partitionTableName(content));
+    if (content.isEmpty())
+        m_controller.contentGloss->setText(localizedString("ROW_NO_CONTENT_TEXT"));
+    else
+        m_controller.contentGloss->setText(
+            meaning ? withCapital(localizedString(meaning)) : StatusRules::partitionTableName(content));
 }
 
 void PanelStatus::showHeadersOf(const ZorvexDiskManagerDisk &disk, const QString &filesystem)

@@ -21,7 +21,8 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-constexpr int rowHeight = 30; // units
+constexpr int rowHeight = 30; // units, as all below
+constexpr QSize leastButton { 80, 30 };
 
 } // namespace
 
@@ -35,7 +36,6 @@ StatusRow::StatusRow(QWidget *parent)
     , m_stop(new QPushButton(localizedString("STOP_BUTTON_TITLE"), this))
 {
     m_text->setObjectName(u"statusText"_s);
-    m_text->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     for (QLabel *label : { m_share, m_time }) {
         label->setTextFormat(Qt::PlainText);
         QuietText::apply(label);
@@ -43,11 +43,14 @@ StatusRow::StatusRow(QWidget *parent)
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_glyph);
-    layout->addWidget(m_text, 3);
-    layout->addWidget(m_bar, 1);
+    layout->addWidget(m_text);
+    layout->addWidget(m_bar);
     layout->addWidget(m_share);
     layout->addWidget(m_time);
     layout->addWidget(m_stop);
+    // Its place among the stops of Tab is the button's.
+    setFocusPolicy(Qt::StrongFocus);
+    setFocusProxy(m_stop);
     connect(m_stop, &QPushButton::clicked, this, &StatusRow::stopClicked);
     layOut();
     show(Kind::Hint, {}, {});
@@ -56,6 +59,7 @@ StatusRow::StatusRow(QWidget *parent)
 void StatusRow::layOut()
 {
     layout()->setSpacing(units(8));
+    m_stop->setMinimumSize(units(leastButton.width()), units(leastButton.height()));
     setMinimumHeight(std::max(units(rowHeight), 2 * fontMetrics().lineSpacing()));
 }
 
@@ -75,6 +79,10 @@ void StatusRow::show(Kind kind, const QString &text, const QString &glyph)
     m_kind = kind;
     m_glyphName = glyph;
     m_text->setWordWrap(m_wraps && kind != Kind::Operation);
+    // The bar has what a short sentence leaves of the row.
+    const bool fillsRow = kind != Kind::Operation;
+    m_text->setSizePolicy(fillsRow ? QSizePolicy::Ignored : QSizePolicy::Preferred, QSizePolicy::Preferred);
+    qobject_cast<QBoxLayout *>(layout())->setStretchFactor(m_text, fillsRow ? 1 : 0);
     m_text->setText(text);
     m_glyph->setVisible(!glyph.isEmpty());
     m_bar->setVisible(kind == Kind::Operation);

@@ -14,6 +14,7 @@
 namespace {
 
 constexpr int barHeight = 10; // units
+constexpr int leastWidth = 80; // units
 constexpr int frameTime = 40; // milliseconds
 constexpr int stepsOfARound = 80;
 constexpr qreal movingShare = 0.28; // of the whole length
@@ -98,12 +99,13 @@ void UsageBar::hideEvent(QHideEvent *event)
 
 QSize UsageBar::sizeHint() const
 {
-    return { units(120), units(barHeight) };
+    return { units(leastWidth), units(barHeight) };
 }
 
+// What stands beside it is cut only where there is no more room than this.
 QSize UsageBar::minimumSizeHint() const
 {
-    return { units(40), units(barHeight) };
+    return sizeHint();
 }
 
 QRectF UsageBar::filledPart(const QRectF &track) const

@@ -74,4 +74,11 @@ QColor border(const QPalette &palette)
         palette.color(QPalette::Active, QPalette::Window), 0.22);
 }
 
+QPalette onSelection(QPalette palette)
+{
+    for (const QPalette::ColorRole role : { QPalette::WindowText, QPalette::Text, QPalette::ButtonText })
+        palette.setColor(role, palette.color(QPalette::HighlightedText));
+    return palette;
+}
+
 } // namespace ColorRules

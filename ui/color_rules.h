@@ -22,4 +22,7 @@ QColor filled(const QPalette &palette);
 QColor track(const QPalette &palette);
 QColor border(const QPalette &palette);
 
+// The palette for what is drawn on a selection: each text in the colour of a selected one.
+QPalette onSelection(QPalette palette);
+
 } // namespace ColorRules

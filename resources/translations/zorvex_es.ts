@@ -169,6 +169,11 @@ Licencia MIT
         <extracomment>Said by a screen reader, and shown in the tool tip of the row, after the name of a volume in the tree: files on it cannot be used at present.</extracomment>
         <translation>sin montar</translation>
     </message>
+    <message id="ROW_NO_CONTENT_TEXT">
+        <source>none</source>
+        <extracomment>Info page, in the place of the content type of a disk that has none.</extracomment>
+        <translation>ninguno</translation>
+    </message>
     <message id="ROW_BUSY_TEXT">
         <source>busy</source>
         <extracomment>Said of a row of the tree on whose disk an operation runs.</extracomment>

@@ -234,6 +234,18 @@ void TestController::select(const QString &bsdName)
     m_controller->leftOutlineView->selectRow(m_controller->leftOutlineView->rowForItem(recordOf(bsdName)));
 }
 
+void TestController::mount(const MemoryDiskRef &volume, const QString &path, qint64 freeSpace)
+{
+    setMounted(volume, path);
+    MountedFilesystem mounted;
+    mounted.mountPoint = QFile::encodeName(path);
+    mounted.mountedFrom = "/dev/" + volume->description->value(DAKey::mediaBSDName)->asString()->toUtf8();
+    mounted.id.first = static_cast<qint32>(mountTable->mounted.size() + 1);
+    mountTable->mounted.push_back(mounted);
+    mountTable->ids[mounted.mountPoint] = mounted.id;
+    mountTable->freeSpaces[mounted.mountPoint] = freeSpace;
+}
+
 QAction *TestController::action(const QString &name) const
 {
     return m_window->findChild<QAction *>(name);

@@ -75,6 +75,9 @@ public:
     QStringList rowNames() const; // BSD names, from the top
     void select(const QString &bsdName);
 
+    // Mounts the volume there, before it is added or told as changed; bytes are free on it.
+    void mount(const MemoryDiskRef &volume, const QString &path, qint64 freeSpace);
+
     QAction *action(const QString &name) const; // of the window's menus
 
     // Handles the events that wait, such as the layout of a page that was just chosen; waits for none.

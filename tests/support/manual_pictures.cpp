@@ -62,28 +62,16 @@ MemoryDiskRef wholeDisk(const QString &bsdName, const QString &name, qint64 size
     return disk;
 }
 
-void mount(TestController &test, const MemoryDiskRef &disk, const QString &path, qint64 freeSpace)
-{
-    setMounted(disk, path);
-    MountedFilesystem mounted;
-    mounted.mountPoint = path.toUtf8();
-    mounted.mountedFrom = "/dev/" + disk->description->value(DAKey::mediaBSDName)->asString()->toUtf8();
-    test.mountTable->mounted.push_back(mounted);
-    mounted.id.first = static_cast<qint32>(test.mountTable->mounted.size());
-    test.mountTable->ids[mounted.mountPoint] = mounted.id;
-    test.mountTable->freeSpaces[mounted.mountPoint] = freeSpace;
-}
-
 void addDisks(TestController &test)
 {
     test.add(wholeDisk(u"disk1"_s, u"Solid-state drive"_s, 512110190592, false));
     const MemoryDiskRef system = volume(u"disk1s2"_s, 1048576, u"Linux"_s, u"ext4"_s, 511000000000);
-    mount(test, system, u"/"_s, 301000000000);
+    test.mount(system, u"/"_s, 301000000000);
     test.add(system);
     test.add(wholeDisk(u"disk5"_s, u"Blue Stick"_s, 64023257088, true));
     const MemoryDiskRef photos = volume(u"disk5s1"_s, 1048576, u"Photos"_s, u"zorvex_ntfs"_s, 48000000000);
     photos->node = u"/dev/sdb1"_s;
-    mount(test, photos, u"/media/anna/Photos"_s, 21500000000);
+    test.mount(photos, u"/media/anna/Photos"_s, 21500000000);
     photos->description->insert(DAKey::mediaContent, u"Windows_NTFS"_s);
     test.add(photos);
     const MemoryDiskRef transfer = volume(u"disk5s2"_s, 48001048576, u"TRANSFER"_s, u"msdos"_s, 16000000000);

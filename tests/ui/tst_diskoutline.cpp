@@ -7,9 +7,11 @@
 #include "ui/ImageButton.h"
 #include "ui/OutlineModel.h"
 #include "ui/OutlineView.h"
+#include "ui/Units.h"
 
 #include <QAbstractItemModelTester>
 #include <QAccessible>
+#include <QApplication>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
@@ -52,6 +54,8 @@ private Q_SLOTS:
     void clickAtTheLeftEdgeOfTheMirroredViewSelects();
     void mirroredFrames_data();
     void mirroredFrames();
+    void triangleOfASelectedRowHasTheColorOfItsName();
+    void treeBeginsBelowItsEdge();
     void closedTriangleLeadsToItsRow_data();
     void closedTriangleLeadsToItsRow();
     void mirroredViewFillsItsContainer();
@@ -607,6 +611,39 @@ void TestDiskOutline::mirroredFrames()
     QCOMPARE(triangle.x(), moves ? view->viewport()->width() - indentation - 6 : 0);
     QCOMPARE(view->frameOfCellAtColumn(0, 1).x(), moves ? 0 : 2 * indentation);
     QVERIFY(view->frameOfOutlineCellAtRow(1).isEmpty());
+}
+
+void TestDiskOutline::triangleOfASelectedRowHasTheColorOfItsName()
+{
+    QApplication::setStyle(u"Fusion"_s);
+    QPalette palette(Qt::white);
+    palette.setColor(QPalette::Highlight, Qt::blue);
+    palette.setColor(QPalette::HighlightedText, Qt::red);
+    TestController test;
+    test.launch();
+    addDiskWithVolume(test);
+    test.controller().leftOutlineView->setPalette(palette);
+    test.select(u"disk2"_s);
+    OutlineView *const view = test.controller().leftOutlineView;
+    const QImage triangle = view->viewport()->grab(view->frameOfOutlineCellAtRow(0)).toImage();
+    int reddest = 0;
+    for (int x = 0; x < triangle.width(); ++x) {
+        for (int y = 0; y < triangle.height(); ++y)
+            reddest = std::max(reddest, triangle.pixelColor(x, y).red());
+    }
+    QVERIFY2(reddest > 120, qPrintable(QString::number(reddest)));
+}
+
+void TestDiskOutline::treeBeginsBelowItsEdge()
+{
+    TestController test;
+    test.launch();
+    const QWidget *const container = test.controller().outlineViewContainer;
+    const QWidget *const tree = test.controller().leftOutlineView;
+    QCOMPARE(tree->mapTo(container, QPoint()), QPoint(0, units(4)));
+    // The room above the first row looks as the tree does.
+    const QImage picture = test.controller().outlineViewContainer->grab().toImage();
+    QCOMPARE(picture.pixelColor(5, 0), picture.pixelColor(5, picture.height() - 1));
 }
 
 void TestDiskOutline::closedTriangleLeadsToItsRow_data()

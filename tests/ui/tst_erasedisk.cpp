@@ -9,8 +9,11 @@
 #include "ui/EraseDiskSheet.h"
 #include "ui/OutlineView.h"
 
+#include <QApplication>
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
+#include <QScopeGuard>
 #include <QTabWidget>
 #include <QTest>
 
@@ -70,6 +73,8 @@ class TestEraseDisk : public QObject
 private Q_SLOTS:
     void itemIsForWholeDisksThatCanBeErased();
     void sheetOffersWhatFits();
+    void nameStandsBelowTheHeading_data();
+    void nameStandsBelowTheHeading();
     void wholeCourse();
     void labelThatIsLeftEmpty();
     void cancelRunsNothing();
@@ -133,6 +138,37 @@ void TestEraseDisk::sheetOffersWhatFits()
     test.stick->description->insert(DAKey::mediaRemovable, false);
     test.service.changeDisk(test.stick);
     QCOMPARE(EraseDiskRules::firstScheme(*test.record), PartitionScheme::Gpt);
+}
+
+void TestEraseDisk::nameStandsBelowTheHeading_data()
+{
+    QTest::addColumn<Qt::LayoutDirection>("direction");
+    QTest::newRow("left to right") << Qt::LeftToRight;
+    QTest::newRow("right to left") << Qt::RightToLeft;
+}
+
+// At the side where the lines of the language begin.
+void TestEraseDisk::nameStandsBelowTheHeading()
+{
+    QFETCH(const Qt::LayoutDirection, direction);
+    loadLocalization(u"en"_s);
+    QApplication::setLayoutDirection(direction);
+    const auto restore = qScopeGuard([] { QApplication::setLayoutDirection(Qt::LeftToRight); });
+    EraseDiskSheet sheet(u"Stick (disk2)"_s, {}, PartitionScheme::Gpt);
+    sheet.resize(500, 300);
+    const auto *const name = sheet.findChild<QLabel *>(u"diskName"_s);
+    const QImage image = const_cast<QLabel *>(name)->grab().toImage();
+    const auto isEmpty = [&image](int from, int to) {
+        for (int x = from; x < to; ++x) {
+            for (int y = 0; y < image.height(); ++y) {
+                if (image.pixelColor(x, y) != image.pixelColor(image.width() / 2, 0))
+                    return false;
+            }
+        }
+        return true;
+    };
+    QCOMPARE(isEmpty(0, 150), direction == Qt::RightToLeft);
+    QCOMPARE(isEmpty(image.width() - 150, image.width()), direction == Qt::LeftToRight);
 }
 
 void TestEraseDisk::wholeCourse()

@@ -75,6 +75,7 @@ private Q_SLOTS:
     void pathTakesAsManyLinesAsItNeeds();
     void lettersStayJoinedInArabic();
     void groupsOfDigitsKeepTheirOrderInArabic();
+    void brokenLineKeepsItsPlaceInArabic();
 };
 
 void TestEveryone::rowSaysWhatItIs()
@@ -335,6 +336,31 @@ void TestEveryone::groupsOfDigitsKeepTheirOrderInArabic()
     test.select(u"disk2s1"_s);
     QVERIFY(test.controller().infoDiskSpaceLabel->toolTip().contains(u"\u2066100 000 000\u2069"_s));
     QVERIFY(test.controller().bsdNameLabel->toolTip().endsWith(u"\u2066/dev/sdb1\u2069"_s));
+}
+
+// The space at which it was broken takes no room.
+void TestEveryone::brokenLineKeepsItsPlaceInArabic()
+{
+    ElidingLabel label;
+    label.setLayoutDirection(Qt::RightToLeft);
+    label.setWordWrap(true);
+    label.setText(QStringList(20, u"لا"_s).join(u' '));
+    label.setFixedWidth(label.fontMetrics().horizontalAdvance(label.text()) * 3 / 5);
+    label.setFixedHeight(label.heightForWidth(label.width()));
+    const QImage image = label.grab().toImage();
+    const auto lastColumnWithInk = [&image](int top, int bottom) {
+        for (int x = image.width() - 1; x >= 0; --x) {
+            for (int y = top; y < bottom; ++y) {
+                if (image.pixelColor(x, y) != image.pixelColor(0, 0))
+                    return x;
+            }
+        }
+        return -1;
+    };
+    const int middle = image.height() / 2;
+    QCOMPARE(label.height(), 2 * label.fontMetrics().lineSpacing());
+    QVERIFY(lastColumnWithInk(0, middle) > 0);
+    QCOMPARE(lastColumnWithInk(0, middle), lastColumnWithInk(middle, image.height()));
 }
 
 QTEST_MAIN(TestEveryone)

@@ -76,12 +76,7 @@ void showDisks(TestController &test)
     test.add(whole);
     test.add(makePartition(u"disk2s2"_s, 2097152, u"Archive"_s));
     const MemoryDiskRef data = makeMountedVolume();
-    MountedFilesystem mounted;
-    mounted.mountedFrom = QByteArrayLiteral("/dev/disk2s1");
-    mounted.mountPoint = QByteArrayLiteral("/media/DATA");
-    test.mountTable->mounted = { mounted };
-    test.mountTable->ids[mounted.mountPoint] = mounted.id;
-    test.mountTable->freeSpaces[mounted.mountPoint] = 4096;
+    test.mount(data, u"/media/DATA"_s, 4096);
     test.add(data);
     test.add(makeDisk(u"disk3"_s));
     test.window().resize(1200, 760);

@@ -83,10 +83,8 @@ namespace {
 
 void mount(TestController &test, const MemoryDiskRef &volume, std::optional<quint32> subtype = {})
 {
-    setMounted(volume, u"/media/A"_s);
-    test.mountTable->mounted = { { "/dev/disk2s1", "/media/A", { 1, 2 }, subtype } };
-    test.mountTable->ids["/media/A"] = { 1, 2 };
-    test.mountTable->freeSpaces["/media/A"] = 40'000'000;
+    test.mount(volume, u"/media/A"_s, 40'000'000);
+    test.mountTable->mounted.back().subtype = subtype;
 }
 
 QImage pictureOf(const QPixmap &pixmap)
@@ -706,6 +704,11 @@ void TestPanel::sentenceOfAnUnmountedVolume()
     QCOMPARE(panel.infoStatusLabel->text(), localizedString("STATUS_NOT_MOUNTED_TEXT"));
     QCOMPARE(panel.mountedPathGloss->text(), u"not mounted"_s);
     QCOMPARE(panel.contentGloss->text(), u"Basic data"_s);
+    QVERIFY(panel.contentHintLabel->isVisible());
+    volume->description->insert(DAKey::mediaContent, QString());
+    test.service.changeDisk(volume);
+    QCOMPARE(panel.contentGloss->text(), u"none"_s);
+    QVERIFY(!panel.contentHintLabel->isVisible()); // the gloss stands in its place
     QVERIFY(panel.goToFormatLink->isHidden());
     const MemoryDiskRef blank = makePartition(u"disk2s2"_s, 2048);
     test.add(blank);

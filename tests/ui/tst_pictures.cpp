@@ -7,6 +7,7 @@
 #include "platform/Localization.h"
 #include "ui/AlertSheet.h"
 #include "ui/ElidingLabel.h"
+#include "ui/EraseDiskSheet.h"
 #include "ui/ImageButton.h"
 #include "ui/OutlineView.h"
 #include "ui/StatusRow.h"
@@ -15,6 +16,7 @@
 #include <QComboBox>
 #include <QDir>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
 #include <QScreen>
@@ -66,6 +68,7 @@ void showDisks(TestController &test)
 {
     test.platform().filesystemDirectories
         = { QStringLiteral(ZORVEX_FILESYSTEMS "/System"), QStringLiteral(ZORVEX_FILESYSTEMS "/Local") };
+    test.platform().isSystemDevice = [](const QString &) { return false; };
     // One that starts the computer has no row.
     test.platform().partitionNodes = [](const QString &) { return QStringList(u"/dev/nvme0n1p9"_s); };
     test.platform().readDeviceIdentity
@@ -81,13 +84,7 @@ void showDisks(TestController &test)
     data->node = u"/dev/nvme0n1p2"_s;
     data->description->insert(DAKey::volumeKind, u"msdos"_s);
     data->description->insert(DAKey::mediaContent, u"DOS_FAT_32"_s);
-    setMounted(data, u"/media/anna/DATA"_s);
-    MountedFilesystem mounted;
-    mounted.mountedFrom = QByteArrayLiteral("/dev/disk2s2");
-    mounted.mountPoint = QByteArrayLiteral("/media/anna/DATA");
-    test.mountTable->mounted = { mounted };
-    test.mountTable->ids[mounted.mountPoint] = mounted.id;
-    test.mountTable->freeSpaces[mounted.mountPoint] = 98304000;
+    test.mount(data, u"/media/anna/DATA"_s, 98304000);
     test.add(data);
     test.add(makeDisk(u"disk3"_s));
     test.select(u"disk2s2"_s);
@@ -139,14 +136,15 @@ bool isWhole(const QLabel &label)
     return height >= neededHeight && (width >= needed.width() || mayBeCut(label));
 }
 
-// On the Format page: their middles are at one height.
+// Of menus and fields: their middles are at one height.
 bool captionsAreBesideFields(const QWidget &window)
 {
     const auto middleOf
         = [&window](const QWidget *widget) { return widget->mapTo(&window, widget->rect().center()).y(); };
-    for (const QString &name : { u"formatFilesystemCaption"_s, u"formatLabelCaption"_s }) {
-        const auto *caption = window.findChild<QLabel *>(name);
-        if (caption->isVisible() && std::abs(middleOf(caption) - middleOf(caption->buddy())) > 1)
+    for (const QLabel *caption : window.findChildren<QLabel *>()) {
+        const QWidget *const field = caption->buddy();
+        const bool isField = qobject_cast<const QComboBox *>(field) || qobject_cast<const QLineEdit *>(field);
+        if (caption->isVisible() && isField && std::abs(middleOf(caption) - middleOf(field)) > 1)
             return false;
     }
     return true;
@@ -602,6 +600,18 @@ void TestPictures::sheetsFit()
     QTest::keyClick(test.sheets().constFirst(), Qt::Key_Escape);
     QTRY_VERIFY(test.sheets().isEmpty());
     QVERIFY(!test.recordOf(u"disk2s2"_s)->operationInProgress);
+
+    test.select(u"disk3"_s);
+    test.action(u"actionEraseDisk"_s)->trigger();
+    auto *const sheet = test.window().findChild<EraseDiskSheet *>();
+    QVERIFY(sheet);
+    TestController::handlePostedEvents();
+    QCOMPARE((cutLabels(*sheet) + cutButtons(*sheet)).join(u'\n'), QString());
+    QVERIFY(captionsAreBesideFields(*sheet));
+    sheet->grab().save(QDir(QStringLiteral(ZORVEX_PICTURES))
+            .filePath(
+                u"%1-erase-disk-%2%@%3x.png"_s.arg(language).arg(percentage).arg(sheet->devicePixelRatio())));
+    sheet->reject();
 
     for (const char *disk : { "disk2s2", "disk2" }) {
         test.recordOf(QLatin1String(disk))->internal = 0;

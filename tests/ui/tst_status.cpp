@@ -5,6 +5,7 @@
 #include "platform/Localization.h"
 #include "tests/support/TestController.h"
 #include "ui/DiskMap.h"
+#include "ui/ElidingLabel.h"
 #include "ui/FormatMenuDelegate.h"
 #include "ui/GlyphLabel.h"
 #include "ui/OutlineView.h"
@@ -34,14 +35,6 @@ MemoryDiskRef makeVolume(const QString &name)
     return volume;
 }
 
-void mount(TestController &test, const MemoryDiskRef &volume)
-{
-    setMounted(volume, u"/media/A"_s);
-    test.mountTable->mounted = { { "/dev/disk2s1", "/media/A", { 1, 2 }, {} } };
-    test.mountTable->ids["/media/A"] = { 1, 2 };
-    test.mountTable->freeSpaces["/media/A"] = 40'000'000;
-}
-
 } // namespace
 
 class TestStatus : public QObject
@@ -56,6 +49,7 @@ private Q_SLOTS:
     void mapKeepsItsCurrentPart();
     void mapOpensACollapsedDisk();
     void barGoesOnWhenThePageIsRebuilt();
+    void barHasWhatTheSentenceLeaves();
     void verdictIsTold();
     void placeholderNamesWhatRuns();
     void shareIsWrittenAsTheLanguageDoes_data();
@@ -126,7 +120,7 @@ void TestStatus::partitionsWithoutARowAreNoFreeSpace()
     test.add(disk);
     const MemoryDiskRef volume = makePartition(u"disk2s1"_s, 512'000'512, u"DATA"_s);
     volume->node = u"/dev/sdx2"_s;
-    mount(test, volume);
+    test.mount(volume, u"/media/A"_s, 40'000'000);
     test.add(volume);
     test.select(u"disk2"_s);
     using Kind = DiskMap::Part::Kind;
@@ -229,6 +223,23 @@ void TestStatus::barGoesOnWhenThePageIsRebuilt()
     QVERIFY(bar->grab().toImage() == reached);
     QVERIFY(bar->isVisible());
     test.controller().finishOperation(disk);
+}
+
+void TestStatus::barHasWhatTheSentenceLeaves()
+{
+    StatusRow row;
+    row.resize(600, 30);
+    row.setVisible(true);
+    row.showOperation(u"Checking DATA…"_s, 62, std::chrono::seconds(1), true);
+    auto *const text = row.findChild<ElidingLabel *>();
+    const auto *const bar = row.findChild<UsageBar *>();
+    QTRY_COMPARE(text->width(), text->sizeHint().width());
+    QVERIFY(bar->width() > text->width());
+    row.showOperation(QString(200, u'x'), 62, std::chrono::seconds(1), true);
+    QTRY_COMPARE(bar->width(), bar->minimumSizeHint().width());
+    QVERIFY(text->isCut());
+    row.showVerdict(u"DATA: no errors found"_s, {}, u"9:00"_s);
+    QTRY_VERIFY(text->width() > 400);
 }
 
 // The row is called after it, which a screen reader is told of.
