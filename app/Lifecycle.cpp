@@ -3,6 +3,7 @@
 // How the controller is brought up and torn down.
 #include "app/ZorvexDiskManagerAppDelegate.h"
 
+#include "disks/DiskEvents.h"
 #include "platform/Localization.h"
 #include "platform/SystemLog.h"
 #include "ui/DiskMap.h"
@@ -198,6 +199,7 @@ void ZorvexDiskManagerAppDelegate::applicationDidFinishLaunching()
             [this](const DADiskRef &disk, const QStringList &keys) {
                 zorvex_disk_manager_da_disk_description_changed(disk, keys, this);
             });
+        session->setBurstCallback([this](const auto &report) { followBurst(report); });
         session->setPassphraseQuestion([this](const DADiskRef &disk, bool isRetry, PassphraseAnswer answer) {
             askForPassphrase(disk, isRetry, std::move(answer));
         });

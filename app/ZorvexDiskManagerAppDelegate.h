@@ -120,6 +120,8 @@ public:
 
     // Rebuilds the tree with the new node, refreshes the outline view and keeps the selection on its medium.
     void addDiskListItem(std::unique_ptr<ZorvexDiskManagerDiskListItem> item);
+    // Calls the function, which reports what appeared and changed at once, and shows it afterwards.
+    void followBurst(const std::function<void()> &report);
 
     // --- Disk events. Implemented in disks/DiskEvents.cpp ---
 
@@ -255,6 +257,7 @@ public:
 
     int outlineView_numberOfChildrenOfItem(OutlineView *view, const OutlineItem &item) override;
     OutlineItem outlineView_child_ofItem(OutlineView *view, int index, const OutlineItem &item) override;
+    std::vector<OutlineItem> outlineView_childrenOfItem(OutlineView *view, const OutlineItem &item) override;
     bool outlineView_isItemExpandable(OutlineView *view, const OutlineItem &item) override;
     QString outlineView_objectValueForTableColumn_byItem(
         OutlineView *view, int column, const OutlineItem &item) override;
@@ -304,6 +307,8 @@ private:
 
     // disks/DiskTreeOperations.cpp
     void releaseDiskListItem(ZorvexDiskManagerDiskListItem *item);
+    void showBurst();
+    bool showAdded(const std::vector<ZorvexDiskManagerDiskListItem *> &added);
 
     // operations/MountUnmountEject.cpp
     void showForceDialog(const DiskRecord &disk, const char *titleKey, const char *bodyKey,
@@ -383,6 +388,7 @@ private:
     std::unordered_map<ZorvexDiskManagerDiskListItem *, std::unique_ptr<ZorvexDiskManagerDiskListItem>>
         m_diskListItems; // owns the nodes of the tree
     DiskListBuilder m_diskListBuilder;
+    DiskListBurst m_burst;
     DiskRecord m_movedSelection; // the medium to which the selection has moved by itself
     QElapsedTimer m_sinceSelectionMoved; // not valid until then
     friend class PanelStatus;
@@ -391,10 +397,3 @@ private:
     bool m_outputRefreshScheduled = false;
     std::chrono::milliseconds m_outputInterval {}; // from output that comes to the refresh that shows it
 };
-
-// What the disk service is given. Each forwards to the controller that is its context.
-void zorvex_disk_manager_da_disk_peek(const DADiskRef &disk, ZorvexDiskManagerAppDelegate *context);
-void zorvex_disk_manager_da_disk_appeared(const DADiskRef &disk, ZorvexDiskManagerAppDelegate *context);
-void zorvex_disk_manager_da_disk_disappeared(const DADiskRef &disk, ZorvexDiskManagerAppDelegate *context);
-void zorvex_disk_manager_da_disk_description_changed(
-    const DADiskRef &disk, const QStringList &keys, ZorvexDiskManagerAppDelegate *context);

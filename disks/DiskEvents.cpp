@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 //
 // Disks that appear, disappear and change.
-#include "app/ZorvexDiskManagerAppDelegate.h"
+#include "disks/DiskEvents.h"
 
+#include "app/ZorvexDiskManagerAppDelegate.h"
 #include "platform/SystemLog.h"
 #include "ui/OutlineView.h"
 
@@ -78,7 +79,7 @@ void ZorvexDiskManagerAppDelegate::diskArbitrationDiskDisappeared(const DADiskRe
     const std::optional<QString> bsdName = bsdNameOf(disk);
     if (!bsdName)
         return;
-    const DiskListPosition position = disk_list_find(&disk_list, *bsdName);
+    const DiskListPosition position = m_diskListBuilder.find(&disk_list, *bsdName);
     if (!position.item) {
         logNotFound(disk);
         return;
@@ -93,9 +94,9 @@ void ZorvexDiskManagerAppDelegate::diskArbitrationDiskDisappeared(const DADiskRe
         systemLog(QString::asprintf("No index found for item %p (disk %p)!",
             static_cast<const void *>(position.item), static_cast<const void *>(record.get())));
     }
-    disk_list_remove(position.head, position.item);
+    m_diskListBuilder.remove(position);
     releaseDiskListItem(position.item);
-    leftOutlineView->reloadData();
+    leftOutlineView->removeItem(record);
 
     if (selectedRow < removedRow || selectedRow < 0 || removedRow < 0)
         return;
@@ -122,7 +123,7 @@ void ZorvexDiskManagerAppDelegate::diskArbitrationDiskDescriptionChanged(
     const std::optional<QString> bsdName = bsdNameOf(disk);
     if (!bsdName)
         return;
-    const DiskListPosition position = disk_list_find(&disk_list, *bsdName);
+    const DiskListPosition position = m_diskListBuilder.find(&disk_list, *bsdName);
     if (!position.item) {
         logNotFound(disk);
         return;
@@ -131,8 +132,10 @@ void ZorvexDiskManagerAppDelegate::diskArbitrationDiskDescriptionChanged(
         systemLog(u"Error while updating disk description from DADisk..."_s);
         return;
     }
-    leftOutlineView->reloadData();
-    outlineViewSelectionDidChange();
+    m_diskListBuilder.noteChange(position.item);
+    m_burst.hasChanged = true;
+    if (!m_burst.isOpen)
+        showBurst();
 }
 
 void ZorvexDiskManagerAppDelegate::clickRefreshMenuItem(QObject *)

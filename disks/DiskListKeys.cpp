@@ -35,25 +35,18 @@ int answer(const std::optional<qint64> &value, qint64 *out)
 
 } // namespace
 
-void DiskListKeys::refresh(const ZorvexDiskManagerDisk &record)
+bool DiskListKeys::read(const ZorvexDiskManagerDisk &record)
 {
-    static const QString noName;
-    const QString &name = record.bsdName ? *record.bsdName : noName;
-    // Two texts that share their characters need no comparison.
-    if (name.constData() != m_bsdName.constData() && name != m_bsdName) {
-        m_bsdName = name;
-        m_nameNumber = TreeRules::trailingNumber(name);
-        m_parentName = TreeRules::parentBsdName(name);
-    }
-    const bool isWhole = record.whole != 0;
-    if (m_isRead && isWhole == m_isWhole && record.daDisk
-        && record.daDisk->hasSameIOMediaProperties(m_properties))
-        return;
-    m_isRead = true;
-    m_isWhole = isWhole;
-    m_properties = propertiesOf(record);
-    m_offset = isWhole ? wholeDiskOffset : registryNumber(m_properties, IOMediaKey::base);
-    m_number = registryNumber(m_properties, IOMediaKey::partitionID);
+    const Properties properties = propertiesOf(record);
+    DiskListKeys keys;
+    keys.m_bsdName = record.bsdName.value_or(QString());
+    keys.m_nameNumber = TreeRules::trailingNumber(keys.m_bsdName);
+    keys.m_parentName = TreeRules::parentBsdName(keys.m_bsdName);
+    keys.m_offset = record.whole != 0 ? wholeDiskOffset : registryNumber(properties, IOMediaKey::base);
+    keys.m_number = registryNumber(properties, IOMediaKey::partitionID);
+    const bool isNews = keys != *this;
+    *this = std::move(keys);
+    return isNews;
 }
 
 int get_partition_offset(const ZorvexDiskManagerDisk &record, qint64 *out)

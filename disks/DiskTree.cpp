@@ -61,24 +61,6 @@ void insertBefore(Item **head, const Place &place, Item *item)
         *head = item;
 }
 
-// Does what disk_list_add() does, with the keys as they were last read.
-void addByKeys(Item **head, Item *item)
-{
-    if (!*head) {
-        disk_list_insert(head, 0, item);
-        return;
-    }
-    const DiskListKeys &keys = item->keys;
-    std::optional<Place> entry = placeByRegistryKey(*head, keys, &DiskListKeys::offset);
-    if (!entry)
-        entry = placeByRegistryKey(*head, keys, &DiskListKeys::number);
-    // From a place that was found by offset or number, the walk by name goes on with a key below every
-    // name's. It stops at once, unless the name there ends in no digit.
-    const Place place = entry ? placeByName(*head, *entry, keys.bsdName(), -1)
-                              : placeByName(*head, { *head, true }, keys.bsdName(), keys.nameNumber());
-    insertBefore(head, place, item);
-}
-
 // All nodes: the added one, then ring by ring, the ring found last first.
 std::vector<Item *> flattened(Item *head, Item *added)
 {
@@ -111,12 +93,29 @@ std::unique_ptr<Item> Item::alloc() noexcept
     return std::unique_ptr<Item>(new (std::nothrow) Item);
 }
 
+void disk_list_place(Item **head, Item *item)
+{
+    if (!*head) {
+        disk_list_insert(head, 0, item);
+        return;
+    }
+    const DiskListKeys &keys = item->keys;
+    std::optional<Place> entry = placeByRegistryKey(*head, keys, &DiskListKeys::offset);
+    if (!entry)
+        entry = placeByRegistryKey(*head, keys, &DiskListKeys::number);
+    // From a place that was found by offset or number, the walk by name goes on with a key below every
+    // name's. It stops at once, unless the name there ends in no digit.
+    const Place place = entry ? placeByName(*head, *entry, keys.bsdName(), -1)
+                              : placeByName(*head, { *head, true }, keys.bsdName(), keys.nameNumber());
+    insertBefore(head, place, item);
+}
+
 void disk_list_add(Item **head, Item *item)
 {
     item->readKeys();
     for (Item *node = *head; node; node = node->next == *head ? nullptr : node->next)
         node->readKeys();
-    addByKeys(head, item);
+    disk_list_place(head, item);
 }
 
 void disk_list_insert(Item **head, int index, Item *item)
@@ -132,6 +131,16 @@ void disk_list_insert(Item **head, int index, Item *item)
     insertBefore(head, place, item);
 }
 
+void disk_list_link(Item **head, const std::vector<Item *> &items)
+{
+    *head = items.empty() ? nullptr : items.front();
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        Item *const next = items[(i + 1) % items.size()];
+        items[i]->next = next;
+        next->prev = items[i];
+    }
+}
+
 void disk_list_remove(Item **head, Item *item)
 {
     if (item->next == item) {
@@ -144,7 +153,7 @@ void disk_list_remove(Item **head, Item *item)
         *head = item->next;
 }
 
-bool disk_list_rebuild(Item **head, Item *added)
+void disk_list_rebuild(Item **head, Item *added)
 {
     const std::vector<Item *> nodes = flattened(*head, added);
     *head = nullptr;
@@ -152,16 +161,15 @@ bool disk_list_rebuild(Item **head, Item *added)
     QHash<QString, Item *> byName;
     byName.reserve(static_cast<qsizetype>(nodes.size()));
     for (Item *node : nodes) {
-        const QString &name = node->readKeys().bsdName();
-        if (!byName.contains(name)) // the first node of a name is the parent of all its partitions
-            byName.insert(name, node);
+        node->readKeys();
+        if (!byName.contains(node->keys.bsdName())) // the first of a name is the parent of all its partitions
+            byName.insert(node->keys.bsdName(), node);
     }
     for (Item *node : nodes) {
         const std::optional<QString> &parentName = node->keys.parentName();
         Item *const parent = parentName ? byName.value(*parentName) : nullptr;
-        addByKeys(parent ? &parent->children : head, node);
+        disk_list_place(parent ? &parent->children : head, node);
     }
-    return byName.size() == static_cast<qsizetype>(nodes.size());
 }
 
 DiskListPosition disk_list_find(Item **head, const QString &bsdName)
@@ -184,15 +192,22 @@ DiskListPosition disk_list_find(Item **head, const QString &bsdName)
     return {};
 }
 
-std::vector<Item *> disk_list_subtree(Item *item)
+std::vector<Item *> disk_list_all(Item *head)
 {
-    std::vector<Item *> nodes { item };
+    std::vector<Item *> nodes;
+    for (Item *node = head; node; node = node->next == head ? nullptr : node->next)
+        nodes.push_back(node);
     for (std::size_t i = 0; i < nodes.size(); ++i) {
         Item *const ring = nodes[i]->children;
-        for (Item *node = ring; node;) {
+        for (Item *node = ring; node; node = node->next == ring ? nullptr : node->next)
             nodes.push_back(node);
-            node = node->next == ring ? nullptr : node->next;
-        }
     }
+    return nodes;
+}
+
+std::vector<Item *> disk_list_subtree(Item *item)
+{
+    std::vector<Item *> nodes = disk_list_all(item->children);
+    nodes.insert(nodes.begin(), item);
     return nodes;
 }

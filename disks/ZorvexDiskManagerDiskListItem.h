@@ -22,15 +22,14 @@ public:
     ZorvexDiskManagerDiskListItem *prev = nullptr;
     DiskListKeys keys; // of the disk, as last read
 
-    const DiskListKeys &readKeys()
-    {
-        keys.refresh(*disk);
-        return keys;
-    }
+    bool readKeys() { return keys.read(*disk); } // whether they have changed
 };
 
 // Inserts the item into the ring at its sorted place; makes it the head when it lands first.
 void disk_list_add(ZorvexDiskManagerDiskListItem **head, ZorvexDiskManagerDiskListItem *item);
+
+// The same with the keys that were last read, for which disk_list_add() asks the registry.
+void disk_list_place(ZorvexDiskManagerDiskListItem **head, ZorvexDiskManagerDiskListItem *item);
 
 // Unlinks the item from the ring. The item's own links and children stay as they are.
 void disk_list_remove(ZorvexDiskManagerDiskListItem **head, ZorvexDiskManagerDiskListItem *item);
@@ -45,9 +44,13 @@ int get_partition_number(const ZorvexDiskManagerDisk &record, qint64 *out);
 // Inserts the item into the ring as number index, of which 0 is the head.
 void disk_list_insert(ZorvexDiskManagerDiskListItem **head, int index, ZorvexDiskManagerDiskListItem *item);
 
+// Makes a ring of the items, in this order.
+void disk_list_link(
+    ZorvexDiskManagerDiskListItem **head, const std::vector<ZorvexDiskManagerDiskListItem *> &items);
+
 // Rebuilds the whole tree with one more node, so that a partition that was reported before its disk moves
-// under it. Returns whether all nodes have different names.
-bool disk_list_rebuild(ZorvexDiskManagerDiskListItem **head, ZorvexDiskManagerDiskListItem *added);
+// under it. Reads all keys again.
+void disk_list_rebuild(ZorvexDiskManagerDiskListItem **head, ZorvexDiskManagerDiskListItem *added);
 
 // A node that was found, and the field that holds the ring it is in; both null when there is none.
 struct DiskListPosition
@@ -58,6 +61,9 @@ struct DiskListPosition
 
 // Searches the tree, depth first, for the node of this BSD name.
 DiskListPosition disk_list_find(ZorvexDiskManagerDiskListItem **head, const QString &bsdName);
+
+// All nodes of the tree.
+std::vector<ZorvexDiskManagerDiskListItem *> disk_list_all(ZorvexDiskManagerDiskListItem *head);
 
 // The item and all nodes below it.
 std::vector<ZorvexDiskManagerDiskListItem *> disk_list_subtree(ZorvexDiskManagerDiskListItem *item);

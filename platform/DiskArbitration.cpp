@@ -44,6 +44,19 @@ void DASession::setServiceCallback(std::function<void(bool isAvailable)> callbac
     m_service = std::move(callback);
 }
 
+void DASession::setBurstCallback(std::function<void(const std::function<void()> &report)> callback)
+{
+    m_burst = std::move(callback);
+}
+
+void DASession::deliverBurst(const std::function<void()> &report) const
+{
+    if (m_burst)
+        m_burst(report);
+    else
+        report();
+}
+
 void DASession::setPassphraseQuestion(PassphraseQuestion question)
 {
     m_passphraseQuestion = std::move(question);

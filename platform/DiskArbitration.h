@@ -74,11 +74,8 @@ public:
     virtual std::optional<PropertyDictionary> copyDescription() const = 0;
 
     // DADiskCopyIOMedia with all its properties. Returns std::nullopt when the medium has no registry entry.
+    // Other properties than before are reported as a change of the description.
     virtual std::optional<PropertyDictionary> copyIOMediaProperties() const = 0;
-
-    // Whether copyIOMediaProperties() would return another copy of these properties. False does not mean that
-    // they differ.
-    virtual bool hasSameIOMediaProperties(const std::optional<PropertyDictionary> &properties) const = 0;
 
     // The device node, such as /dev/sda1; empty when there is none.
     virtual QString deviceNode() const = 0;
@@ -173,6 +170,10 @@ public:
     virtual void registerDiskDisappearedCallback(DADiskDisappearedCallback callback);
     virtual void registerDiskDescriptionChangedCallback(DADiskDescriptionChangedCallback callback);
 
+    // For a client that follows several events at less cost together: called with a function that reports
+    // them to the callbacks, and no disappearance among them. Without it they are reported as they are.
+    void setBurstCallback(std::function<void(const std::function<void()> &report)> callback);
+
     // Called once after scheduling: all media that are present have been reported, or the service cannot be
     // reached (its media are reported if it comes later).
     void setInitialListingCallback(std::function<void(bool serviceAvailable)> callback);
@@ -228,6 +229,7 @@ protected:
     void deliverAppeared(const DADiskRef &disk) const;
     void deliverDisappeared(const DADiskRef &disk) const;
     void deliverDescriptionChanged(const DADiskRef &disk, const QStringList &keys) const;
+    void deliverBurst(const std::function<void()> &report) const;
     void deliverListing(bool serviceAvailable);
     const PassphraseQuestion &passphraseQuestion() const { return m_passphraseQuestion; }
 
@@ -236,6 +238,7 @@ private:
     DADiskAppearedCallback m_appeared;
     DADiskDisappearedCallback m_disappeared;
     DADiskDescriptionChangedCallback m_descriptionChanged;
+    std::function<void(const std::function<void()> &report)> m_burst;
     std::function<void(bool serviceAvailable)> m_initialListing;
     std::function<void(bool isAvailable)> m_service;
     std::optional<bool> m_isServiceAvailable; // what it was told

@@ -166,12 +166,6 @@ public:
     // copies.
     bool isCopyOf(const PropertyDictionary &other) const { return m_entries == other.m_entries; }
 
-    static bool areCopies(
-        const std::optional<PropertyDictionary> &a, const std::optional<PropertyDictionary> &b)
-    {
-        return a && b ? a->isCopyOf(*b) : !a && !b;
-    }
-
     friend bool operator==(const PropertyDictionary &a, const PropertyDictionary &b)
     {
         return a.isCopyOf(b) || a.entries() == b.entries();

@@ -66,6 +66,17 @@ OutlineItem ZorvexDiskManagerAppDelegate::outlineView_child_ofItem(
     return node->disk;
 }
 
+std::vector<OutlineItem> ZorvexDiskManagerAppDelegate::outlineView_childrenOfItem(
+    OutlineView *, const OutlineItem &item)
+{
+    resizeOutlineView();
+    const ZorvexDiskManagerDiskListItem *const first = childrenOf(item, disk_list);
+    std::vector<OutlineItem> children;
+    for (const auto *node = first; node; node = node->next == first ? nullptr : node->next)
+        children.push_back(node->disk);
+    return children;
+}
+
 bool ZorvexDiskManagerAppDelegate::outlineView_isItemExpandable(OutlineView *, const OutlineItem &item)
 {
     return childrenOf(item, disk_list) != nullptr;

@@ -26,6 +26,9 @@ public:
     virtual ~OutlineDataSource() = default;
     virtual int outlineView_numberOfChildrenOfItem(OutlineView *view, const OutlineItem &item) = 0;
     virtual OutlineItem outlineView_child_ofItem(OutlineView *view, int index, const OutlineItem &item) = 0;
+    // All of them, in their order.
+    virtual std::vector<OutlineItem> outlineView_childrenOfItem(OutlineView *view, const OutlineItem &item)
+        = 0;
     virtual bool outlineView_isItemExpandable(OutlineView *view, const OutlineItem &item) = 0;
     virtual QString outlineView_objectValueForTableColumn_byItem(
         OutlineView *view, int column, const OutlineItem &item)

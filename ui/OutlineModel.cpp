@@ -7,6 +7,8 @@
 
 #include <QMimeData>
 
+#include <algorithm>
+
 namespace {
 
 // A data source whose children never end does not stop the program.
@@ -22,18 +24,6 @@ OutlineModel::OutlineModel(OutlineView *view)
 
 OutlineModel::~OutlineModel() = default;
 
-std::vector<OutlineItem> OutlineModel::childrenFromSource(const OutlineItem &item) const
-{
-    std::vector<OutlineItem> children;
-    if (!m_source || !m_source->outlineView_isItemExpandable(m_view, item))
-        return children;
-    const int count = m_source->outlineView_numberOfChildrenOfItem(m_view, item);
-    children.reserve(static_cast<std::size_t>(count));
-    for (int i = 0; i < count; ++i)
-        children.push_back(m_source->outlineView_child_ofItem(m_view, i, item));
-    return children;
-}
-
 void OutlineModel::reload()
 {
     synchronize(&m_root, 0);
@@ -41,38 +31,58 @@ void OutlineModel::reload()
         Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, 0));
 }
 
-// Rows that are gone are taken out first; then each place either holds its item already or gets it.
+// Rows that are gone, or come from elsewhere, are taken out first; those that stay get their order at once.
 void OutlineModel::synchronize(Node *node, int depth)
 {
-    const std::vector<OutlineItem> wanted
-        = depth < deepestLevel ? childrenFromSource(node->item) : std::vector<OutlineItem>();
+    std::vector<OutlineItem> wanted;
+    if (m_source && depth < deepestLevel && m_source->outlineView_isItemExpandable(m_view, node->item))
+        wanted = m_source->outlineView_childrenOfItem(m_view, node->item);
     NodeList &rows = node->children;
-    std::unordered_set<const ZorvexDiskManagerDisk *> wantedItems;
-    for (const OutlineItem &item : wanted)
-        wantedItems.insert(item.get());
-    for (int row = static_cast<int>(rows.size()) - 1; row >= 0; --row) {
-        if (!wantedItems.contains(rows[static_cast<std::size_t>(row)]->item.get()))
-            takeRows(node, row, row);
-    }
-    for (std::size_t i = 0; i < wanted.size(); ++i) {
-        if (i < rows.size() && rows[i]->item == wanted[i])
-            continue;
-        // A row that stands further down, here or under another item, moves by leaving its old place.
-        if (Node *const elsewhere = m_nodes.value(wanted[i].get())) {
-            const int row = elsewhere->row;
-            takeRows(elsewhere->parent, row, row);
+    const auto isAsWanted
+        = [](const std::unique_ptr<Node> &row, const OutlineItem &item) { return row->item == item; };
+    if (!std::equal(rows.begin(), rows.end(), wanted.begin(), wanted.end(), isAsWanted)) {
+        QHash<const ZorvexDiskManagerDisk *, int> places;
+        for (const OutlineItem &item : wanted) {
+            places.insert(item.get(), static_cast<int>(places.size()));
+            Node *const elsewhere = m_nodes.value(item.get());
+            if (elsewhere && elsewhere->parent != node)
+                takeRow(elsewhere->parent, elsewhere->row);
         }
-        putRow(node, static_cast<int>(i), wanted[i]);
-    }
-    while (rows.size() > wanted.size()) {
-        const int last = static_cast<int>(rows.size()) - 1;
-        takeRows(node, last, last);
+        for (int row = static_cast<int>(rows.size()) - 1; row >= 0; --row) {
+            if (!places.contains(rows[static_cast<std::size_t>(row)]->item.get()))
+                takeRow(node, row);
+        }
+        order(node, places);
+        for (std::size_t i = 0; i < wanted.size(); ++i) {
+            if (i == rows.size() || rows[i]->item != wanted[i])
+                putRow(node, static_cast<int>(i), wanted[i]);
+        }
     }
     for (const std::unique_ptr<Node> &child : rows)
         synchronize(child.get(), depth + 1);
     if (node != &m_root && !rows.empty())
         Q_EMIT dataChanged(
             index(0, 0, indexOf(node)), index(static_cast<int>(rows.size()) - 1, 0, indexOf(node)));
+}
+
+// Puts the rows in the order of these places.
+void OutlineModel::order(Node *node, const QHash<const ZorvexDiskManagerDisk *, int> &places)
+{
+    NodeList &rows = node->children;
+    const auto isBefore = [&places](const std::unique_ptr<Node> &a, const std::unique_ptr<Node> &b) {
+        return places.value(a->item.get()) < places.value(b->item.get());
+    };
+    if (std::is_sorted(rows.begin(), rows.end(), isBefore))
+        return;
+    Q_EMIT layoutAboutToBeChanged();
+    const QModelIndexList before = persistentIndexList();
+    std::sort(rows.begin(), rows.end(), isBefore);
+    numberFrom(node, 0);
+    QModelIndexList after;
+    for (const QModelIndex &index : before)
+        after.append(indexOf(nodeAt(index)));
+    changePersistentIndexList(before, after);
+    Q_EMIT layoutChanged();
 }
 
 bool OutlineModel::insert(const OutlineItem &item, const OutlineItem &parent, int row)
@@ -84,16 +94,20 @@ bool OutlineModel::insert(const OutlineItem &item, const OutlineItem &parent, in
     return true;
 }
 
-void OutlineModel::takeRows(Node *node, int first, int last)
+void OutlineModel::remove(const OutlineItem &item)
 {
-    beginRemoveRows(indexOf(node), first, last);
-    for (int row = first; row <= last; ++row) {
-        Node *const child = node->children[static_cast<std::size_t>(row)].get();
-        addShownRows(node, -1 - child->shownBelow);
-        forgetBelow(child);
-    }
-    node->children.erase(node->children.begin() + first, node->children.begin() + last + 1);
-    numberFrom(node, first);
+    if (const Node *const node = m_nodes.value(item.get()))
+        takeRow(node->parent, node->row);
+}
+
+void OutlineModel::takeRow(Node *node, int row)
+{
+    beginRemoveRows(indexOf(node), row, row);
+    Node *const child = node->children[static_cast<std::size_t>(row)].get();
+    addShownRows(node, -1 - child->shownBelow);
+    forgetBelow(child);
+    node->children.erase(node->children.begin() + row);
+    numberFrom(node, row);
     noteCollapsed(node);
     endRemoveRows();
 }

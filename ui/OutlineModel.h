@@ -34,6 +34,9 @@ public:
     // changed, when it does not fit there.
     bool insert(const OutlineItem &item, const OutlineItem &parent, int row);
 
+    // Removes the item with all below it, if it has a row.
+    void remove(const OutlineItem &item);
+
     // Rows that are shown: the children of an item that is not expanded are not. The view tells what it
     // expands.
     void setExpanded(const QModelIndex &index, bool isExpanded);
@@ -76,9 +79,9 @@ private:
     };
     using NodeList = std::vector<std::unique_ptr<Node>>;
 
-    std::vector<OutlineItem> childrenFromSource(const OutlineItem &item) const;
     void synchronize(Node *node, int depth);
-    void takeRows(Node *node, int first, int last);
+    void order(Node *node, const QHash<const ZorvexDiskManagerDisk *, int> &places);
+    void takeRow(Node *node, int row);
     void putRow(Node *node, int row, const OutlineItem &item);
     void forgetBelow(Node *node);
     void numberFrom(Node *node, int row);

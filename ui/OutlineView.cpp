@@ -14,7 +14,6 @@
 #include <QGuiApplication>
 #include <QHeaderView>
 #include <QHelpEvent>
-#include <QMouseEvent>
 #include <QPainter>
 #include <QScopedValueRollback>
 #include <QStyledItemDelegate>
@@ -147,6 +146,11 @@ int OutlineView::rowForItem(const OutlineItem &item) const
     return m_model->shownRowOf(item);
 }
 
+bool OutlineView::hasItem(const OutlineItem &item) const
+{
+    return m_model->indexOf(item).isValid();
+}
+
 int OutlineView::selectedRow() const
 {
     const QModelIndexList selected = selectionModel()->selectedRows();
@@ -171,13 +175,34 @@ void OutlineView::reloadData()
     // Taking away the current row would make the view select its neighbour.
     selectionModel()->clear();
     m_model->reload();
-    // The user may be looking at other rows than the selected one.
+    selectAgain(row);
+    tellEmptyState();
+    layOutForAssistiveTechnologies();
+}
+
+void OutlineView::removeItem(const OutlineItem &item)
+{
+    const int row = selectedRow();
+    const QScopedValueRollback reloading(m_isReloading, true);
+    QModelIndex current = currentIndex();
+    while (current.isValid() && m_model->itemAt(current) != item)
+        current = current.parent();
+    if (current.isValid())
+        selectionModel()->clear();
+    m_model->remove(item);
+    if (current.isValid())
+        selectAgain(row);
+    tellEmptyState();
+    layOutForAssistiveTechnologies();
+}
+
+// Where the user looks at other rows than the selected one, they stay.
+void OutlineView::selectAgain(int row)
+{
     setAutoScroll(false);
     if (row >= 0)
         selectRow(row);
     setAutoScroll(true);
-    tellEmptyState();
-    layOutForAssistiveTechnologies();
 }
 
 void OutlineView::expandAllItems()
@@ -355,45 +380,3 @@ void OutlineView::paintEvent(QPaintEvent *event)
     QPainter painter(viewport());
     drawEmptyState(painter, *this, viewport()->rect(), m_emptyState);
 }
-
-QModelIndex OutlineView::triangleAt(const QPoint &position) const
-{
-    const QModelIndex index = indexAt(QPoint(viewport()->width() / 2, position.y()));
-    const bool isOnTriangle
-        = index.isValid() && frameOfOutlineCellAtRow(rowForItem(m_model->itemAt(index))).contains(position);
-    return isOnTriangle ? index : QModelIndex();
-}
-
-// The tree view has its triangles where this view may have text: its mouse handling is passed over.
-
-// NOLINTBEGIN(bugprone-parent-virtual-call)
-
-void OutlineView::mousePressEvent(QMouseEvent *event)
-{
-    const QModelIndex index = triangleAt(event->position().toPoint());
-    if (event->button() == Qt::LeftButton && index.isValid()) {
-        setExpanded(index, !isExpanded(index));
-        return;
-    }
-    QAbstractItemView::mousePressEvent(event);
-    // Newer releases of Qt leave the selection as it is.
-    if (event->button() == Qt::LeftButton && !indexAt(event->position().toPoint()).isValid())
-        clearSelection();
-}
-
-void OutlineView::mouseReleaseEvent(QMouseEvent *event)
-{
-    QAbstractItemView::mouseReleaseEvent(event);
-}
-
-void OutlineView::mouseDoubleClickEvent(QMouseEvent *event)
-{
-    const QPoint position = event->position().toPoint();
-    if (!triangleAt(position).isValid())
-        QAbstractItemView::mouseDoubleClickEvent(event);
-    const QModelIndex index = indexAt(position);
-    if (event->button() == Qt::LeftButton && index.isValid())
-        setExpanded(index, !isExpanded(index));
-}
-
-// NOLINTEND(bugprone-parent-virtual-call)

@@ -35,6 +35,7 @@ public:
     int numberOfRows() const;
     OutlineItem itemAtRow(int row) const; // null when there is no such row
     int rowForItem(const OutlineItem &item) const; // -1 when it has none
+    bool hasItem(const OutlineItem &item) const; // in a row, or below a collapsed one
 
     // The number of the selected row, or -1.
     int selectedRow() const;
@@ -50,6 +51,10 @@ public:
     // Like reloadData() for a single new item, which the data source has under the parent (null for the top
     // level) at the index. The selection stays on its item.
     void insertItem(const OutlineItem &item, const OutlineItem &parent, int index);
+
+    // Like reloadData() when a single item has gone, with what was below it. The selection stays on its item;
+    // when that goes, on its row's number.
+    void removeItem(const OutlineItem &item);
 
     void expandAllItems();
 
@@ -90,6 +95,7 @@ private:
 
     void accessibilityActiveChanged(bool active) override;
     void layOutForAssistiveTechnologies();
+    void selectAgain(int row);
     void tellEmptyState();
     void drawMark(QPainter &painter, const QModelIndex &index, const QRect &row) const;
     QModelIndex triangleAt(const QPoint &position) const; // invalid where there is none

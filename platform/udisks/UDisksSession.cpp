@@ -35,10 +35,6 @@ public:
     {
         return m_medium.mediaProperties;
     }
-    bool hasSameIOMediaProperties(const std::optional<PropertyDictionary> &properties) const override
-    {
-        return properties && properties->isCopyOf(m_medium.mediaProperties);
-    }
     QString deviceNode() const override { return m_medium.deviceNode; }
     std::optional<qint16> filesystemSubtype() const override { return m_medium.subtype; }
     ProbedContent probedContent() const override { return m_medium.content; }
@@ -49,7 +45,8 @@ public:
     const UDisksMedium &medium() const { return m_medium; }
 
     // Replaces what is known of the medium. Returns the keys of its description that changed. Other content
-    // that is no file system counts as a change of the kind, though both have none.
+    // that is no file system counts as a change of the kind, though both have none; another registry entry
+    // counts as a change of the size.
     QStringList update(UDisksMedium medium)
     {
         QStringList keys;
@@ -64,6 +61,8 @@ public:
         }
         if (medium.content != m_medium.content && !keys.contains(DAKey::volumeKind))
             keys.append(DAKey::volumeKind);
+        if (medium.mediaProperties != m_medium.mediaProperties && !keys.contains(DAKey::mediaSize))
+            keys.append(DAKey::mediaSize);
         m_medium = std::move(medium);
         return keys;
     }
@@ -335,12 +334,14 @@ private:
             [](const auto &a, const auto &b) { return comesBefore(a.first, b.first); });
         for (const UDisksDiskRef &disk : gone)
             deliverDisappeared(disk);
-        for (const auto &[disk, keys] : changed)
-            deliverDescriptionChanged(disk, keys);
-        for (const UDisksDiskRef &disk : come) {
-            logHarmfulName(m_bus.store(), *disk);
-            deliverAppeared(disk);
-        }
+        deliverBurst([&] {
+            for (const auto &[disk, keys] : changed)
+                deliverDescriptionChanged(disk, keys);
+            for (const UDisksDiskRef &disk : come) {
+                logHarmfulName(m_bus.store(), *disk);
+                deliverAppeared(disk);
+            }
+        });
     }
 
     VolumeClaimReader m_readClaims;

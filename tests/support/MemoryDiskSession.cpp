@@ -54,6 +54,7 @@ public:
     }
 
     using DASession::deliverAppeared;
+    using DASession::deliverBurst;
     using DASession::deliverDescriptionChanged;
     using DASession::deliverDisappeared;
     using DASession::deliverListing;
@@ -83,6 +84,21 @@ void MemoryDiskService::addDisk(const MemoryDiskRef &disk)
     m_disks.push_back(disk);
     if (m_session)
         m_session->deliverAppeared(disk);
+}
+
+void MemoryDiskService::addDisks(
+    const std::vector<MemoryDiskRef> &disks, const std::vector<MemoryDiskRef> &changed)
+{
+    const auto report = [&] {
+        for (const MemoryDiskRef &disk : changed)
+            changeDisk(disk);
+        for (const MemoryDiskRef &disk : disks)
+            addDisk(disk);
+    };
+    if (m_session)
+        m_session->deliverBurst(report);
+    else
+        report();
 }
 
 void MemoryDiskService::removeDisk(const MemoryDiskRef &disk)

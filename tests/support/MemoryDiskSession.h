@@ -14,10 +14,6 @@ class MemoryDisk : public DADisk
 public:
     std::optional<PropertyDictionary> copyDescription() const override { return description; }
     std::optional<PropertyDictionary> copyIOMediaProperties() const override { return mediaProperties; }
-    bool hasSameIOMediaProperties(const std::optional<PropertyDictionary> &properties) const override
-    {
-        return PropertyDictionary::areCopies(properties, mediaProperties);
-    }
     QString deviceNode() const override { return node; }
     std::optional<qint16> filesystemSubtype() const override { return subtype; }
     ProbedContent probedContent() const override { return content; }
@@ -55,6 +51,8 @@ public:
     std::unique_ptr<DASession> createSession();
 
     void addDisk(const MemoryDiskRef &disk);
+    // Reports them in one burst, after changes of others.
+    void addDisks(const std::vector<MemoryDiskRef> &disks, const std::vector<MemoryDiskRef> &changed = {});
     void removeDisk(const MemoryDiskRef &disk);
     void changeDisk(const MemoryDiskRef &disk, const QStringList &keys = {});
 

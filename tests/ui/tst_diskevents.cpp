@@ -50,6 +50,17 @@ QStringList namesInTree(const ZorvexDiskManagerDiskListItem *ring)
     return result;
 }
 
+std::vector<MemoryDiskRef> mediaOf(const QStringList &bsdNames)
+{
+    std::vector<MemoryDiskRef> media;
+    for (const QString &name : bsdNames) {
+        const qsizetype separator = name.lastIndexOf(u's');
+        media.push_back(
+            separator < 5 ? makeDisk(name) : makePartition(name, name.mid(separator + 1).toLongLong()));
+    }
+    return media;
+}
+
 MemoryDiskRef takeAny(std::vector<MemoryDiskRef> &media, QRandomGenerator &random)
 {
     const auto place = media.begin() + random.bounded(static_cast<int>(media.size()));
@@ -82,6 +93,9 @@ private Q_SLOTS:
     void eventsWithoutADescriptionAreSilent();
     void placeIsNotRevisedOnAChange();
     void rowsFollowTheTree();
+    void selectionInABurst_data();
+    void selectionInABurst();
+    void burstShowsWhatEachEventByItselfWould();
 };
 
 void TestDiskEvents::shortMemoryIsLogged_data()
@@ -400,6 +414,100 @@ void TestDiskEvents::rowsFollowTheTree()
                 isCollapsed ? view->numberOfRows() : shown - view->model()->rowCount(disk));
             isCollapsed = isCollapsed || view->numberOfRows() < shown;
         }
+    }
+}
+
+void TestDiskEvents::selectionInABurst_data()
+{
+    QTest::addColumn<QStringList>("present");
+    QTest::addColumn<QString>("selected");
+    QTest::addColumn<QStringList>("burst");
+    QTest::addColumn<int>("row"); // that is selected then
+    QTest::addColumn<bool>("isToldOnce"); // or not at all
+    QTest::newRow("all below") << names({ "disk1", "disk1s1" }) << u"disk1s1"_s
+                               << names({ "disk2", "disk2s1", "disk3" }) << 1 << false;
+    QTest::newRow("all above") << names({ "disk7", "disk7s1" }) << u"disk7s1"_s
+                               << names({ "disk2", "disk2s1", "disk3" }) << 4 << true;
+    QTest::newRow("around it") << names({ "disk5" }) << u"disk5"_s << names({ "disk9", "disk2", "disk5s1" })
+                               << 1 << true;
+    QTest::newRow("its disk") << names({ "disk5s1" }) << u"disk5s1"_s << names({ "disk6", "disk5" }) << 1
+                              << true;
+    QTest::newRow("a disk that takes one from above")
+        << names({ "disk3", "disk1s1", "disk9" }) << u"disk3"_s << names({ "disk4", "disk1" }) << 2 << true;
+    QTest::newRow("nothing selected")
+        << names({ "disk5" }) << QString() << names({ "disk1", "disk2" }) << -1 << false;
+    QTest::newRow("without sense") << names({ "disk4", "disk4s1" }) << u"disk4s1"_s
+                                   << names({ "disk2s2", "disk9s1", "disk2", "disk4s2", "disk9", "disk2s1" })
+                                   << 4 << true;
+}
+
+void TestDiskEvents::selectionInABurst()
+{
+    QFETCH(const QStringList, present);
+    QFETCH(const QString, selected);
+    QFETCH(const QStringList, burst);
+    QFETCH(const int, row);
+    QFETCH(const bool, isToldOnce);
+    TestController test;
+    test.launch();
+    test.service.addDisks(mediaOf(present));
+    if (!selected.isEmpty())
+        test.select(selected);
+    const QSignalSpy told(&test.controller(), &ZorvexDiskManagerAppDelegate::panelDidChange);
+    test.service.addDisks(mediaOf(burst));
+    QCOMPARE(test.controller().leftOutlineView->selectedRow(), row);
+    QCOMPARE(test.controller().bsdNameLabel->text(), selected);
+    QCOMPARE(told.size(), isToldOnce ? 1 : 0);
+}
+
+// Rows, selection and panel of a window that is told in bursts and of one that is told one by one.
+void TestDiskEvents::burstShowsWhatEachEventByItselfWould()
+{
+    QRandomGenerator random(testSeed());
+    TestController together;
+    TestController single;
+    together.launch();
+    single.launch();
+    std::vector<MemoryDiskRef> absent;
+    for (int disk = 0; disk < 8; ++disk) {
+        const QString name = u"disk%1"_s.arg(disk);
+        absent.push_back(makeDisk(name));
+        for (int i = 1; i <= 3; ++i)
+            absent.push_back(makePartition(name + u"s%1"_s.arg(i), i));
+    }
+    std::vector<MemoryDiskRef> present;
+    const auto row = [](TestController &test) { return test.controller().leftOutlineView->selectedRow(); };
+    for (int step = 0; step < 200; ++step) {
+        std::vector<MemoryDiskRef> changed;
+        std::vector<MemoryDiskRef> come;
+        if (!present.empty() && random.bounded(2)) {
+            changed.push_back(
+                present[static_cast<std::size_t>(random.bounded(static_cast<int>(present.size())))]);
+            changed[0]->description->insert(DAKey::volumeName, u"Name %1"_s.arg(step));
+            if (changed[0]->mediaProperties && random.bounded(4) == 0)
+                changed[0]->mediaProperties->insert(
+                    IOMediaKey::base, PropertyNumber(qint64 { random.bounded(5) }));
+        }
+        for (int count = random.bounded(7); count > 0 && !absent.empty(); --count)
+            come.push_back(takeAny(absent, random));
+        together.service.addDisks(come, changed);
+        for (const MemoryDiskRef &disk : changed)
+            single.service.changeDisk(disk);
+        for (const MemoryDiskRef &disk : come)
+            single.service.addDisk(disk);
+        present.insert(present.end(), come.begin(), come.end());
+        for (int count = random.bounded(6); count > 0 && !present.empty(); --count) {
+            absent.push_back(takeAny(present, random));
+            together.service.removeDisk(absent.back());
+            single.service.removeDisk(absent.back());
+        }
+        QCOMPARE(together.rowNames(), single.rowNames());
+        QCOMPARE(row(together), row(single));
+        QCOMPARE(together.controller().infoNameLabel->text(), single.controller().infoNameLabel->text());
+        QCOMPARE(together.controller().bsdNameLabel->text(), single.controller().bsdNameLabel->text());
+        const int next = random.bounded(together.controller().leftOutlineView->numberOfRows() + 1);
+        together.controller().leftOutlineView->selectRow(next);
+        single.controller().leftOutlineView->selectRow(next);
     }
 }
 

@@ -138,11 +138,11 @@ class NotingController : public ZorvexDiskManagerAppDelegate
 {
 public:
     using ZorvexDiskManagerAppDelegate::ZorvexDiskManagerAppDelegate;
-    int outlineView_numberOfChildrenOfItem(OutlineView *view, const OutlineItem &item) override
+    std::vector<OutlineItem> outlineView_childrenOfItem(OutlineView *view, const OutlineItem &item) override
     {
         mainSplitView->moveDivider(240); // asks its delegate, where it has one
         note(u"data source"_s);
-        return ZorvexDiskManagerAppDelegate::outlineView_numberOfChildrenOfItem(view, item);
+        return ZorvexDiskManagerAppDelegate::outlineView_childrenOfItem(view, item);
     }
     void outlineViewSelectionDidChange() override
     {

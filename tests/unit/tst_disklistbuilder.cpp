@@ -198,6 +198,8 @@ class TestDiskListBuilder : public QObject
 private Q_SLOTS:
     void sameTreeAsBuildingAnew_data();
     void sameTreeAsBuildingAnew();
+    void burstGivesTheSameTree_data() { sameTreeAsBuildingAnew_data(); }
+    void burstGivesTheSameTree();
     void placeOfAnAdditionIsTold();
     void adoptionIsTold();
 };
@@ -236,6 +238,10 @@ void TestDiskListBuilder::sameTreeAsBuildingAnew()
                     changed->mediaProperties.emplace();
                 changed->mediaProperties->insert(
                     IOMediaKey::base, PropertyNumber(qint64 { random.below(4000) }));
+                for (const auto &[node, plainNode] : nodes) {
+                    if (node->disk->daDisk == changed)
+                        builder.noteChange(node);
+                }
             }
             nodes.emplace_back(built.make(medium), plain.make(medium));
             present.push_back(medium);
@@ -246,14 +252,42 @@ void TestDiskListBuilder::sameTreeAsBuildingAnew()
                 continue;
             const QString name
                 = nameOf(nodes[static_cast<std::size_t>(random.below(static_cast<int>(nodes.size())))].first);
-            const DiskListPosition gone = disk_list_find(&built.head, name);
+            const DiskListPosition gone = builder.find(&built.head, name);
             const DiskListPosition plainlyGone = disk_list_find(&plain.head, name);
             QCOMPARE(gone.item != nullptr, plainlyGone.item != nullptr);
             if (gone.item) {
-                disk_list_remove(gone.head, gone.item);
+                builder.remove(gone);
                 disk_list_remove(plainlyGone.head, plainlyGone.item);
             }
         }
+    }
+}
+
+// Bursts among single additions.
+void TestDiskListBuilder::burstGivesTheSameTree()
+{
+    QFETCH(const Oddity, oddity);
+    const quint32 seed = testSeed();
+    for (quint32 round = 0; round < 60; ++round) {
+        RandomMedia random(seed + round, oddity);
+        Forest built;
+        Forest plain;
+        DiskListBuilder builder;
+        std::vector<Item *> burst;
+        for (const MemoryDiskRef &medium : random.make(random.below(40))) {
+            burst.push_back(built.make(medium));
+            plainRebuild(&plain.head, plain.make(medium));
+            if (random.happens(80))
+                continue;
+            if (burst.size() == 1)
+                builder.add(&built.head, burst.front());
+            else
+                builder.addAll(&built.head, burst);
+            burst.clear();
+            QCOMPARE(outline(built.head), outline(plain.head));
+        }
+        builder.addAll(&built.head, burst);
+        QCOMPARE(outline(built.head), outline(plain.head));
     }
 }
 

@@ -124,6 +124,8 @@ private Q_SLOTS:
     void replyOfAnUnexpectedTypeIsLogged();
     void interfacesThatArriveInStagesAreOneMedium();
     void otherContentIsAChange();
+    void otherPlaceIsAChange();
+    void whatComesTogetherIsABurst();
     void partitionBeforeItsDiskWaitsForIt();
     void removalTakesPartitionsFirst();
     void signalsThatAreRepeatedChangeNothing();
@@ -273,6 +275,28 @@ void TestUDisksSession::otherContentIsAChange()
         volumePath, UDisks::block, { { u"IdUsage"_s, u"other"_s }, { u"IdType"_s, u"swap"_s } }, Tell::Yes);
     QTRY_COMPARE(test.events.last(), u"~disk2s1"_s);
     QVERIFY(volume->probedContent().kind == ProbedContent::Kind::Swap);
+}
+
+void TestUDisksSession::otherPlaceIsAChange()
+{
+    SessionTest test;
+    test.start();
+    test.fake.changeProperties(
+        volumePath, UDisks::partition, { { u"Offset"_s, quint64 { 123 } } }, Tell::Yes);
+    QTRY_COMPARE(test.events, list({ "~disk2s1" }));
+}
+
+void TestUDisksSession::whatComesTogetherIsABurst()
+{
+    SessionTest test;
+    test.session->setBurstCallback([&test](const std::function<void()> &report) {
+        test.events.append(u"("_s);
+        report();
+        test.events.append(u")"_s);
+    });
+    test.fake.start();
+    test.session->scheduleWithRunLoop();
+    QTRY_COMPARE(test.events, list({ "(", "+disk2", "+disk2s1", ")" }));
 }
 
 void TestUDisksSession::partitionBeforeItsDiskWaitsForIt()
