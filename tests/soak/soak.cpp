@@ -3,8 +3,8 @@
 // Uses two windows on the real disk service and real loop disks by chance for as long as it is told, and
 // looks after every step whether they show what is there. Repeat a run with its seed.
 #include "tests/soak/SoakRun.h"
+#include "tests/support/RecordingApplication.h"
 
-#include <QApplication>
 #include <QCommandLineParser>
 
 #include <csignal>
@@ -71,7 +71,7 @@ SoakRun::Options readOptions(const QCoreApplication &application)
 
 int main(int argc, char **argv)
 {
-    const QApplication application(argc, argv);
+    const RecordingApplication application(argc, argv);
     // What a child leaves behind becomes this process's own, and is found.
     prctl(PR_SET_CHILD_SUBREAPER, 1);
     // Some steps stop a tool. The kernel hangs it up when the group that it belongs to loses the shell above
@@ -81,5 +81,7 @@ int main(int argc, char **argv)
     const SoakRun::Options options = readOptions(application);
     std::printf("soak: seed %u, %lld s\n", options.seed, static_cast<long long>(options.seconds));
     std::fflush(stdout);
-    return SoakRun(options).run() ? EXIT_SUCCESS : EXIT_FAILURE;
+    const bool isClean = SoakRun(options).run();
+    application.printLongestHandler();
+    return isClean ? EXIT_SUCCESS : EXIT_FAILURE;
 }

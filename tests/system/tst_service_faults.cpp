@@ -4,6 +4,7 @@
 // service is a real one on a bus of the test's own, because it is killed; it works on real loop disks.
 #include "tests/support/FaultCheck.h"
 #include "tests/support/PatientFilesystem.h"
+#include "tests/support/RecordingApplication.h"
 
 #include "ui/AlertSheet.h"
 #include "ui/ImageButton.h"
@@ -356,5 +357,9 @@ void TestServiceFaults::busGoneAndBack()
     QCOMPARE(scene.check.problem({}), QString());
 }
 
-QTEST_MAIN(TestServiceFaults)
+int main(int argc, char **argv)
+{
+    return runRecorded<TestServiceFaults>(argc, argv);
+}
+
 #include "tst_service_faults.moc"

@@ -5,6 +5,7 @@
 // real loop disks.
 #include "tests/support/FaultCheck.h"
 #include "tests/support/PatientFilesystem.h"
+#include "tests/support/RecordingApplication.h"
 #include "tests/support/WindowTime.h"
 
 #include "ui/AlertSheet.h"
@@ -384,5 +385,9 @@ void TestToolFaults::fullDiskUnderTheLog()
     QCOMPARE(scene.check.problem({}), QString());
 }
 
-QTEST_MAIN(TestToolFaults)
+int main(int argc, char **argv)
+{
+    return runRecorded<TestToolFaults>(argc, argv);
+}
+
 #include "tst_tool_faults.moc"

@@ -4,6 +4,7 @@
 // ejected.
 #include "tests/support/LoopDisk.h"
 #include "tests/support/RealWindow.h"
+#include "tests/support/RecordingApplication.h"
 
 #include "ui/AlertSheet.h"
 #include "ui/ImageAndTextCell.h"
@@ -245,5 +246,9 @@ void TestWindowDisks::toolAndWindowAgreeOnEveryName()
     }
 }
 
-QTEST_MAIN(TestWindowDisks)
+int main(int argc, char **argv)
+{
+    return runRecorded<TestWindowDisks>(argc, argv);
+}
+
 #include "tst_window_disks.moc"

@@ -4,6 +4,7 @@
 #include "tests/support/FaultCheck.h"
 #include "tests/support/PatientFilesystem.h"
 #include "tests/support/RealWindow.h"
+#include "tests/support/RecordingApplication.h"
 
 #include "platform/BlockDevice.h"
 #include "ui/AlertSheet.h"
@@ -11,7 +12,6 @@
 #include "ui/OutlineView.h"
 #include "ui/OutputView.h"
 
-#include <QApplication>
 #include <QComboBox>
 #include <QDir>
 #include <QLabel>
@@ -283,12 +283,14 @@ void TestWindowFaults::volumeOfTheSystemIsNotForced()
 
 int main(int argc, char **argv)
 {
-    QApplication application(argc, argv);
+    const RecordingApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
     if (arguments.value(1) == "--check-and-close"_L1)
         std::_Exit(TestWindowFaults::checkAndClose(arguments.value(2)));
     TestWindowFaults test;
-    return QTest::qExec(&test, argc, argv);
+    const int failures = QTest::qExec(&test, argc, argv);
+    application.printLongestHandler();
+    return failures;
 }
 
 #include "tst_window_faults.moc"

@@ -3,6 +3,7 @@
 // Check, repair and format from the window, on a real loop disk, with the installed tool and bundles.
 #include "tests/support/LoopDisk.h"
 #include "tests/support/RealWindow.h"
+#include "tests/support/RecordingApplication.h"
 
 #include "ui/AlertSheet.h"
 #include "ui/EraseDiskSheet.h"
@@ -303,5 +304,9 @@ void TestWindowOperations::diskIsErasedToOneVolume()
     QCOMPARE(mountPointsOf(disk.node(1)), QStringList { volume->volumePath->toLocalFile() });
 }
 
-QTEST_MAIN(TestWindowOperations)
+int main(int argc, char **argv)
+{
+    return runRecorded<TestWindowOperations>(argc, argv);
+}
+
 #include "tst_window_operations.moc"
