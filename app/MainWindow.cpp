@@ -310,6 +310,7 @@ std::unique_ptr<QMainWindow> loadMainWindow(ZorvexDiskManagerAppDelegate &contro
     auto window = std::make_unique<QMainWindow>();
     Ui::MainWindow ui;
     ui.setupUi(window.get());
+    ui.maintenanceStatusRow->placeStopBehind(ui.repairButton);
     window->layout()->setGeometry(QRect(QPoint(), window->size()));
     window->centralWidget()->layout()->activate();
     ui.mainSplitView->setFirstPaneWidth(initialTreeWidth);

@@ -48,9 +48,6 @@ StatusRow::StatusRow(QWidget *parent)
     layout->addWidget(m_share);
     layout->addWidget(m_time);
     layout->addWidget(m_stop);
-    // Its place among the stops of Tab is the button's.
-    setFocusPolicy(Qt::StrongFocus);
-    setFocusProxy(m_stop);
     connect(m_stop, &QPushButton::clicked, this, &StatusRow::stopClicked);
     layOut();
     show(Kind::Hint, {}, {});
@@ -61,6 +58,11 @@ void StatusRow::layOut()
     layout()->setSpacing(units(8));
     m_stop->setMinimumSize(units(leastButton.width()), units(leastButton.height()));
     setMinimumHeight(std::max(units(rowHeight), 2 * fontMetrics().lineSpacing()));
+}
+
+void StatusRow::placeStopBehind(QWidget *widget)
+{
+    setTabOrder(widget, m_stop);
 }
 
 QString StatusRow::text() const

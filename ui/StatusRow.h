@@ -38,6 +38,9 @@ public:
     // Presses the button that stops the operation, where it is shown.
     void stop();
 
+    // Has Tab reach that button behind the widget.
+    void placeStopBehind(QWidget *widget);
+
     QString text() const;
     bool showsOperation() const { return m_kind == Kind::Operation; }
 

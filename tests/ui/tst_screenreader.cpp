@@ -73,6 +73,7 @@ private Q_SLOTS:
     void mapIsReachedByKeys_data();
     void mapIsReachedByKeys();
     void stopIsReachedBehindTheButtons();
+    void tabPassesByWhatCannotBeStopped();
     void mapTellsWhichPartHasTheFocus();
     void partIsChosen_data();
     void partIsChosen();
@@ -161,6 +162,18 @@ void TestScreenReader::stopIsReachedBehindTheButtons()
     QTest::keyClick(test.window().windowHandle(), Qt::Key_Tab);
     QCOMPARE(QApplication::focusWidget(), test.controller().checkRepairOutputView);
     test.controller().finishOperation(test.recordOf(u"disk2s1"_s));
+}
+
+void TestScreenReader::tabPassesByWhatCannotBeStopped()
+{
+    TestController test;
+    showDisk(test);
+    test.select(u"disk2s1"_s);
+    QVERIFY(QTest::qWaitForWindowActive(&test.window()));
+    test.controller().rightTabView->setCurrentWidget(test.controller().maintenanceTab);
+    test.controller().rightTabView->tabBar()->setFocus();
+    QTest::keyClick(test.window().windowHandle(), Qt::Key_Tab);
+    QCOMPARE(QApplication::focusWidget(), test.controller().checkRepairOutputView);
 }
 
 void TestScreenReader::mapTellsWhichPartHasTheFocus()
