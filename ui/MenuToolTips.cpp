@@ -47,7 +47,7 @@ public:
 
     QString text(QAccessible::Text kind) const override
     {
-        const QString name = withoutMnemonic(m_item->text());
+        QString name = withoutMnemonic(m_item->text());
         switch (kind) {
         case QAccessible::Name:
             return name;
