@@ -18,7 +18,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-// For a service that starts anew, until it has told of its disks.
+// For a service that restarts, until it has told of its disks.
 constexpr std::chrono::seconds listingLimit { 5 };
 
 class UDisksDisk : public DADisk
@@ -190,7 +190,7 @@ public:
     }
 
 private:
-    // Runs the request with the object path of the medium, at once where it can. A service that starts anew
+    // Runs the request with the object path of the medium, at once where it can. A service that restarts
     // has not listed it yet, which must not end what takes several requests, such as unmount and eject.
     void withPath(const DADiskRef &disk, const DADiskCompletion &completion,
         const std::function<void(const QString &path)> &request)
