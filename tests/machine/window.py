@@ -88,7 +88,7 @@ class Window:
 
     def page(self, name):
         self._look("press", role="page tab", name=name, states=["showing"])
-        self.wait("page tab", name=name, states=["selected"])
+        self.wait("page tab", name=name, states=["showing", "selected"])
 
     # What a user does
 

@@ -3,188 +3,232 @@
 """Looks at the windows of the session as assistive technologies do, and presses what they show.
 
 A line of JSON each way. An element is looked for by its role and a regular expression that its whole name matches;
-what is not there yet is waited for: each event of a window is a reason to look again.
+what is not there yet is looked for again until it is.
+
+On an emulated processor each question takes its time. So the bus is asked itself, many questions at a time, and only
+those whose answers can matter; and no program is asked to tell of what changes, which is most of what it would do then.
 """
 import json
 import re
 import sys
 import time
 
-import gi
+from gi.repository import Gio, GLib
 
-gi.require_version("Atspi", "2.0")
-from gi.repository import Atspi, GLib  # noqa: E402
-
-PATIENCE = (10000, 20000)  # milliseconds: for an answer of a program, and of one that has just started
+PATIENCE = 20000  # milliseconds for an answer of a program, which may have just started
 NAME_LENGTH = 15  # of a program, as the kernel keeps it
-LOOK_AGAIN = 500  # milliseconds, where no event says that something has changed
-REST = 0.2  # seconds between two looks, at least
-
-
-def program_of(application):
-    """The name of its program. The bus and the kernel tell it: a program that hangs cannot hold this up."""
-    try:
-        with open(f"/proc/{application.get_process_id()}/comm") as name:
-            return name.read().strip()
-    except (GLib.Error, OSError):  # it has gone meanwhile
-        return ""
-
-
-def applications(wanted):
-    desktop = Atspi.get_desktop(0)
-    for index in range(desktop.get_child_count()):
-        application = desktop.get_child_at_index(index)
-        if application is not None and program_of(application) == wanted[:NAME_LENGTH]:
-            application.clear_cache()  # what has no event of its own would stay as it was
-            yield application
-
-
-def descend(element, enters, depth=0):
-    """The element and all below it, each with its role; of those that enters() refuses, nothing that is below them. Each
-    question takes its time: none is asked twice, and of most elements only what tells that they are not the one."""
-    try:
-        role = role_of(element)
-        yield element, role, depth
-        count = element.get_child_count()
-        if count == 0 or depth > 0 and not enters(element, role):
-            return
-        children = [element.get_child_at_index(index) for index in range(count)]
-    except GLib.Error:  # it has gone meanwhile
-        return
-    for child in children:
-        if child is not None:
-            yield from descend(child, enters, depth + 1)
-
-
-def elements(wanted_application, enters=lambda element, role: True):
-    for application in applications(wanted_application):
-        yield from descend(application, enters)
-
-
-def can_hold(query):
-    """Tells of an element whether what is looked for can be below it."""
-    showing = "showing" in query.get("states", [])
-    in_menus = query["role"] == "menu item"
-
-    def enters(element, role):
-        if role == "menu bar":
-            return in_menus
-        return not showing or element.get_state_set().contains(Atspi.StateType.SHOWING)
-
-    return enters
-
-
-def text_of(element):
-    if element.get_text_iface() is None:
-        return ""
-    return Atspi.Text.get_text(element, 0, -1)
-
-
+REST = 0.3  # seconds between two looks, at least
+REGISTRY = "org.a11y.atspi.Registry"
+ROOT = "/org/a11y/atspi/accessible/root"
+ACCESSIBLE, ACTION, COMPONENT, EDITABLE_TEXT, TEXT = (
+    f"org.a11y.atspi.{name}" for name in ("Accessible", "Action", "Component", "EditableText", "Text"))
+SCREEN = 0  # places are asked for in coordinates of the screen
+STATES = {"active": 1, "enabled": 8, "focused": 12, "selected": 23, "showing": 25}  # the bits of AT-SPI's states
 # What the releases of AT-SPI and Qt call the same thing.
 ROLES = {"push button": "button", "table cell": "tree item", "menu": "menu item"}
+# What has nothing below it, or only such elements as are named here.
+HOLDS = {"button": (), "check box": (), "column header": (), "combo box": ("list item",), "image": (), "label": (),
+         "list item": (), "menu bar": ("menu item",), "menu item": ("menu item",), "page tab": (), "password text": (),
+         "progress bar": (), "scroll bar": (), "separator": (), "text": (), "tree": ("tree item",), "tree item": ()}
 
 
-def role_of(element):
-    role = element.get_role_name()
-    return ROLES.get(role, role)
+class Bus:
+    """The bus of assistive technologies."""
+
+    def __init__(self):
+        session = Gio.bus_get_sync(Gio.BusType.SESSION)
+        address, = session.call_sync("org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus", "GetAddress", None, None,
+                                     Gio.DBusCallFlags.NONE, PATIENCE).unpack()
+        flags = Gio.DBusConnectionFlags
+        self.connection = Gio.DBusConnection.new_for_address_sync(
+            address, flags.AUTHENTICATION_CLIENT | flags.MESSAGE_BUS_CONNECTION)
+        self.programs = {}  # by the name of the connection
+
+    def ask(self, questions):
+        """The answers to questions of name, path, interface, method and arguments; None for one that was refused, or
+        whose element has gone meanwhile."""
+        answers = [None] * len(questions)
+        left = len(questions)
+
+        def take(connection, result, index):
+            nonlocal left
+            left -= 1
+            try:
+                answers[index] = connection.call_finish(result).unpack()
+            except GLib.Error:
+                pass
+
+        for index, (name, path, interface, method, arguments) in enumerate(questions):
+            self.connection.call(name, path, interface, method, arguments, None, Gio.DBusCallFlags.NONE, PATIENCE, None,
+                                 take, index)
+        while left > 0:
+            GLib.MainContext.default().iteration(True)
+        return answers
+
+    def ask_children(self, elements):
+        answers = self.ask([(*element.address, ACCESSIBLE, "GetChildren", None) for element in elements])
+        for element, answer in zip(elements, answers):
+            element.children = [Element(child) for child in (answer[0] if answer else [])]
+
+    def ask_roles(self, elements):
+        """What has gone meanwhile has no role."""
+        answers = self.ask([(*element.address, ACCESSIBLE, "GetRoleName", None) for element in elements])
+        for element, answer in zip(elements, answers):
+            element.role = ROLES.get(answer[0], answer[0]) if answer else ""
+
+    def ask_states(self, elements):
+        answers = self.ask([(*element.address, ACCESSIBLE, "GetState", None) for element in elements])
+        for element, answer in zip(elements, answers):
+            element.states = sum(word << 32 * place for place, word in enumerate(answer[0])) if answer else 0
+
+    def property(self, element, name):
+        answer, = self.ask([(*element.address, "org.freedesktop.DBus.Properties", "Get",
+                             GLib.Variant("(ss)", (ACCESSIBLE, name)))])
+        return answer[0] if answer else ""
+
+    def text(self, element):
+        answer, = self.ask([(*element.address, TEXT, "GetText", GLib.Variant("(ii)", (0, -1)))])
+        return answer[0] if answer else ""
+
+    def program_of(self, name):
+        """The name of the program behind a connection. The bus and the kernel tell it: a program that hangs cannot hold
+        this up."""
+        if name not in self.programs:
+            answer, = self.ask([("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+                                 "GetConnectionUnixProcessID", GLib.Variant("(s)", (name,)))])
+            try:
+                with open(f"/proc/{answer[0]}/comm") as comm:
+                    self.programs[name] = comm.read().strip()
+            except (TypeError, OSError):  # it has gone meanwhile
+                return ""
+        return self.programs[name]
+
+    def windows(self, program):
+        """The elements that stand for a program, which hold its windows."""
+        root = Element((REGISTRY, ROOT))
+        self.ask_children([root])
+        return [element for element in root.children if self.program_of(element.address[0]) == program[:NAME_LENGTH]]
 
 
-def matches(element, query):
-    """Whether an element of the role is the one."""
-    if not re.fullmatch(query.get("name", ".*"), element.get_name() or "", re.DOTALL):
-        return False
-    states = element.get_state_set()
-    return (re.search(query.get("text", ""), text_of(element) if "text" in query else "", re.DOTALL)
-            and all(states.contains(getattr(Atspi.StateType, state.upper())) for state in query.get("states", []))
-            and not any(states.contains(getattr(Atspi.StateType, state.upper())) for state in query.get("without", [])))
+class Element:
+    def __init__(self, address):
+        self.address = tuple(address)
+        self.children = []
+        self.role = ""
+        self.states = 0
+
+    def has(self, state):
+        return bool(self.states >> STATES[state] & 1)
+
+    def and_below(self, depth=0):
+        yield self, depth
+        for child in self.children:
+            yield from child.and_below(depth + 1)
 
 
-def find(query):
-    for element, role, _ in elements(query["application"], can_hold(query)):
-        try:
-            if role == query["role"] and matches(element, query):
-                return element
-        except GLib.Error:
-            continue
-    return None
+def can_hold(holder, role):
+    """Whether an element of the role can be below the holder."""
+    return role in HOLDS.get(holder.role, (role,))
 
 
-def listed(wanted_application):
+def learn(bus, roots, role=None, showing=False):
+    """Learns of what is below these elements, a level at a time: of all, or of those that are of the role, and maybe only
+    of what is to be seen."""
+    level = roots
+    while level:
+        bus.ask_children(level)
+        level = [child for element in level for child in element.children]
+        bus.ask_roles(level)
+        level = [element for element in level if element.role and (role in (None, element.role) or can_hold(element, role))]
+        bus.ask_states(level if showing or role is None else [element for element in level if element.role == role])
+        level = [element for element in level
+                 if (role is None or can_hold(element, role)) and (not showing or element.has("showing"))]
+
+
+def matches(bus, element, query):
+    return (element.role == query["role"]
+            and all(element.has(state) for state in query.get("states", []))
+            and not any(element.has(state) for state in query.get("without", []))
+            and re.fullmatch(query.get("name", ".*"), bus.property(element, "Name"), re.DOTALL)
+            and ("text" not in query or re.search(query["text"], bus.text(element), re.DOTALL)))
+
+
+def find(bus, query):
+    windows = bus.windows(query["application"])
+    role = query["role"]
+    # A row may be scrolled out of sight, but not what holds it.
+    learn(bus, windows, role, showing=role == "tree item" or "showing" in query.get("states", []))
+    return next((element for window in windows for element, _ in window.and_below() if matches(bus, element, query)), None)
+
+
+def listed(bus, program):
+    windows = bus.windows(program)
+    learn(bus, windows)
     lines = []
-    for element, role, depth in elements(wanted_application):
-        try:
-            states = element.get_state_set()
-            marks = "".join(letter if states.contains(state) else "-" for letter, state in
-                            [("s", Atspi.StateType.SHOWING), ("e", Atspi.StateType.ENABLED),
-                             ("f", Atspi.StateType.FOCUSED), ("S", Atspi.StateType.SELECTED)])
-            lines.append(f"{'  ' * depth}{marks} {role}: {element.get_name()!r} {text_of(element)!r}")
-        except GLib.Error:
-            continue
+    for window in windows:
+        for element, depth in window.and_below():
+            marks = "".join(letter if element.has(state) else "-" for letter, state in
+                            [("s", "showing"), ("e", "enabled"), ("f", "focused"), ("S", "selected")])
+            lines.append(f"{'  ' * depth}{marks} {element.role}: {bus.property(element, 'Name')!r} {bus.text(element)!r}")
     return "\n".join(lines)
 
 
 def wait(query, holds):
     """What holds() returns, once that is true; None when it did not become true in time."""
     deadline = time.monotonic() + query["limit"]
-    context = GLib.MainContext.default()
     while True:
+        began = time.monotonic()
         result = holds()
-        if result or time.monotonic() >= deadline:
+        ended = time.monotonic()
+        if result or ended >= deadline:
             return result
-        alarm = GLib.timeout_add(LOOK_AGAIN, lambda: True)
-        context.iteration(True)
-        GLib.source_remove(alarm)
-        # Events come many at a time, and a look at each would keep the processor from what is waited for.
-        time.sleep(REST)
-        while context.pending():
-            context.iteration(False)
+        # The looks leave half of the time to what is waited for.
+        time.sleep(max(REST, ended - began))
 
 
-def describe(element):
-    place = element.get_extents(Atspi.CoordType.SCREEN) if element.get_component_iface() else None
-    return {"name": element.get_name(), "text": text_of(element),
-            "place": [place.x, place.y, place.width, place.height] if place else None}
+def describe(bus, element):
+    place, = bus.ask([(*element.address, COMPONENT, "GetExtents", GLib.Variant("(u)", (SCREEN,)))])
+    return {"name": bus.property(element, "Name"), "text": bus.text(element), "place": place and place[0]}
 
 
-def press(element):
-    names = [element.get_action_name(index).lower() for index in range(element.get_n_actions())]
+def press(bus, element):
+    actions, = bus.ask([(*element.address, ACTION, "GetActions", None)])
+    names = [name.lower() for name, *_ in (actions[0] if actions else [])]
     # Some have an action before it that only takes the keyboard there.
     wanted = next((index for index, name in enumerate(names) if "press" in name or "click" in name), 0)
-    if not element.do_action(wanted):
-        raise RuntimeError(f"{element.get_name()!r} cannot be pressed, only {names}")
+    if bus.ask([(*element.address, ACTION, "DoAction", GLib.Variant("(i)", (wanted,)))]) != [(True,)]:
+        raise RuntimeError(f"{bus.property(element, 'Name')!r} cannot be pressed, only {names}")
 
 
-def type_text(element, text):
-    if not element.set_text_contents(text):
-        raise RuntimeError(f"{element.get_name()!r} takes no text")
+def type_text(bus, element, text):
+    if bus.ask([(*element.address, EDITABLE_TEXT, "SetTextContents", GLib.Variant("(s)", (text,)))]) != [(True,)]:
+        raise RuntimeError(f"{bus.property(element, 'Name')!r} takes no text")
 
 
-def answer(query):
-    kind = query["kind"]
+def answer(bus, query):
+    kind, program = query["kind"], query["application"]
     if kind == "list":
-        return {"status": 0, "output": listed(query["application"])}
+        return {"status": 0, "output": listed(bus, program)}
     if kind == "gone":
-        gone = wait(query, lambda: find(query) is None)
-        return {"status": 0 if gone else 1, "output": listed(query["application"]) if not gone else ""}
-    element = wait(query, lambda: find(query))
+        gone = wait(query, lambda: find(bus, query) is None)
+        return {"status": 0 if gone else 1, "output": "" if gone else listed(bus, program)}
+    element = wait(query, lambda: find(bus, query))
     if element is None:
-        return {"status": 1, "output": listed(query["application"])}
-    actions = {"press": press, "type": lambda found: type_text(found, query["typed"])}
-    if kind in actions:
-        actions[kind](element)
-        return {"status": 0, "output": ""}
-    return {"status": 0, "output": json.dumps(describe(element))}
+        return {"status": 1, "output": listed(bus, program)}
+    if kind == "press":
+        press(bus, element)
+    elif kind == "type":
+        type_text(bus, element, query["typed"])
+    else:
+        return {"status": 0, "output": json.dumps(describe(bus, element))}
+    return {"status": 0, "output": ""}
 
 
 def main():
-    Atspi.init()
-    Atspi.set_timeout(*PATIENCE)
-    listener = Atspi.EventListener.new(lambda event: None)
-    for event in ("object:state-changed", "object:children-changed", "object:text-changed", "window"):
-        listener.register(event)
+    bus = Bus()
     for line in sys.stdin:
         try:
-            result = answer(json.loads(line))
+            result = answer(bus, json.loads(line))
         except Exception as error:  # the test is told, whatever it is
             result = {"status": -1, "output": f"{type(error).__name__}: {error}"}
         print(json.dumps(result), flush=True)
