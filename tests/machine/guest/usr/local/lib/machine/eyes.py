@@ -24,8 +24,11 @@ ACCESSIBLE, ACTION, COMPONENT, EDITABLE_TEXT, TEXT = (
     f"org.a11y.atspi.{name}" for name in ("Accessible", "Action", "Component", "EditableText", "Text"))
 SCREEN = 0  # places are asked for in coordinates of the screen
 STATES = {"active": 1, "enabled": 8, "focused": 12, "selected": 23, "showing": 25}  # the bits of AT-SPI's states
-# What the releases of AT-SPI and Qt call the same thing.
-ROLES = {"push button": "button", "table cell": "tree item", "menu": "menu item"}
+# AT-SPI's numbers of the roles that matter. What the releases of Qt give different ones has one name.
+ROLES = {7: "check box", 10: "column header", 11: "combo box", 16: "dialog", 23: "frame", 27: "image", 29: "label",
+         31: "list", 32: "list item", 33: "menu item", 34: "menu bar", 35: "menu item", 37: "page tab",
+         38: "page tab list", 39: "panel", 40: "password text", 42: "progress bar", 43: "button", 48: "scroll bar",
+         50: "separator", 56: "tree item", 57: "column header", 61: "text", 65: "tree", 66: "tree", 91: "tree item"}
 # What has nothing below it, or only such elements as are named here.
 HOLDS = {"button": (), "check box": (), "column header": (), "combo box": ("list item",), "image": (), "label": (),
          "list item": (), "menu bar": ("menu item",), "menu item": ("menu item",), "page tab": (), "password text": (),
@@ -72,9 +75,9 @@ class Bus:
 
     def ask_roles(self, elements):
         """What has gone meanwhile has no role."""
-        answers = self.ask([(*element.address, ACCESSIBLE, "GetRoleName", None) for element in elements])
+        answers = self.ask([(*element.address, ACCESSIBLE, "GetRole", None) for element in elements])
         for element, answer in zip(elements, answers):
-            element.role = ROLES.get(answer[0], answer[0]) if answer else ""
+            element.role = ROLES.get(answer[0], "other") if answer else ""
 
     def ask_states(self, elements):
         answers = self.ask([(*element.address, ACCESSIBLE, "GetState", None) for element in elements])
