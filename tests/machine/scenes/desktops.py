@@ -7,6 +7,7 @@ from qemu import MachineError
 from window import AGENT, LIMIT, PROGRAM
 
 BEGINS_AT = "desktop"
+ROOTS_WINDOW = ["password", "second_user"]
 THE_PROGRAM = f"[{PROGRAM[0]}]{PROGRAM[1:]}"  # as a pattern, which does not match the command that looks for it
 NOTHING_IS_LEFT = f"! pgrep --full {THE_PROGRAM} && ! pgrep diskutil"
 

@@ -4,6 +4,7 @@ import media
 from qemu import MachineError
 
 BEGINS_AT = "window"
+ROOTS_WINDOW = ["internal"]
 
 
 def internal(stage):

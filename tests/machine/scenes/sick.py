@@ -5,6 +5,7 @@ The volume is the same each time: two groups of 128 MiB. The part that is sick l
 it holds inodes, which a check reads and a format writes, and a mount does not look at.
 """
 BEGINS_AT = "window"
+ROOTS_WINDOW = ["error", "delay"]
 SECTORS = 1 << 19  # of the volume
 START = 2048  # of the volume on the disk; what lies before it makes the disk itself one without content
 SICK, SICK_SECTORS = (1 << 18) + 512, 4096

@@ -3,6 +3,7 @@
 from qemu import MachineError
 
 BEGINS_AT = "window"
+ROOTS_WINDOW = ["running"]
 ESP = "C12A7328-F81F-11D2-BA4B-00A0C93EC93B"
 
 
