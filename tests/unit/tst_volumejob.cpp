@@ -3,189 +3,12 @@
 // A job with tools and a machine of the test's own: what happens in which order, and what no real disk can be
 // made to do at the right moment.
 #include "platform/SystemLog.h"
-#include "tests/support/MemoryDiskSession.h"
-#include "tests/unit/JobTools.h"
-#include "tools/diskutil/VolumeJob.h"
+#include "tests/unit/VolumeJobRun.h"
 
 #include <QTest>
 
-#include <utility>
-
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
-
-namespace {
-
-const QString node = u"/nonexistent/sdb1"_s;
-const QString mountPoint = u"/media/user/Volume"_s;
-
-// A volume named "Old" on disk2s1, and one job on it.
-class Run
-{
-public:
-    explicit Run(Operation operation, JobLimits limits = {})
-    {
-        line.format = u"Test"_s;
-        line.name = u"New"_s;
-        line.device = u"disk2s1"_s;
-        disk->node = node;
-        disk->description = PropertyDictionary { { DAKey::mediaBSDName, u"disk2s1"_s },
-            { DAKey::mediaWritable, true }, { DAKey::volumeMountable, true },
-            { DAKey::volumeKind, u"testfs"_s }, { DAKey::volumeName, u"Old"_s } };
-        situation.isBlockDevice = situation.canRead = situation.canWrite = true;
-        m_session = service.createSession();
-        m_session->registerDiskAppearedCallback([this](const DADiskRef &appeared) { m_media.add(appeared); });
-        m_session->registerDiskDescriptionChangedCallback(
-            [this](const DADiskRef &changed, const QStringList &) { m_job->mediumChanged(changed); });
-        m_session->scheduleWithRunLoop();
-        service.addDisk(disk);
-        m_job = std::make_unique<VolumeJob>(
-            operation, line, JobEnvironment { *m_session, m_media, tools, machine(), limits });
-        QObject::connect(m_job.get(), &VolumeJob::said, m_job.get(), [this](const QString &text) {
-            said.append(text);
-            if (text.startsWith(lastLineThatIsRead) && !lastLineThatIsRead.isEmpty())
-                m_job->interrupt(u"nobody reads"_s);
-        });
-        QObject::connect(m_job.get(), &VolumeJob::complained, m_job.get(),
-            [this](const QString &text) { complained.append(text); });
-        QObject::connect(m_job.get(), &VolumeJob::finished, m_job.get(),
-            [this](ExitCode code) { exits.append(static_cast<int>(code)); });
-    }
-
-    void start() { m_job->start(); }
-    void interrupt() { m_job->interrupt(u"test"_s); }
-    void loseReader() { m_job->loseReader(u"test"_s); }
-
-    void setMounted(bool isMounted)
-    {
-        if (isMounted)
-            disk->description->insert(DAKey::volumePath, QUrl::fromLocalFile(mountPoint));
-        else
-            disk->description->remove(DAKey::volumePath);
-    }
-
-    // The disk service hears of a volume of this name.
-    void tellVolume(const QString &name)
-    {
-        disk->description->insert(DAKey::volumeName, name);
-        service.changeDisk(disk);
-    }
-
-    // The requests that wait for an answer.
-    std::vector<MemoryDiskService::RequestKind> requests() const
-    {
-        std::vector<MemoryDiskService::RequestKind> kinds;
-        for (const auto &request : service.requests())
-            kinds.push_back(request.kind);
-        return kinds;
-    }
-    bool waitsForUnmount() const
-    {
-        return requests() == std::vector { MemoryDiskService::RequestKind::Unmount };
-    }
-    bool waitsForMount() const { return requests() == std::vector { MemoryDiskService::RequestKind::Mount }; }
-
-    void grantUnmount()
-    {
-        setMounted(false);
-        service.completeRequest();
-    }
-    void grantMount()
-    {
-        setMounted(true);
-        service.completeRequest();
-    }
-    void refuse() { service.completeRequest(makeDissenter(DAReturn::Busy, u"the service says no"_s)); }
-
-    QStringList programs() const
-    {
-        QStringList names;
-        for (const ToolCommand &command : tools.commands)
-            names.append(command.program.section(u'/', -1));
-        return names;
-    }
-
-    bool isHeld() const { return !m_hold.expired(); }
-    bool isShutdownInhibited() const { return !m_inhibition.expired(); }
-
-    CommandLine line;
-    MemoryDiskService service;
-    MemoryDiskRef disk = std::make_shared<MemoryDisk>();
-    TestTools tools;
-    FilesystemBundle bundle = testBundle();
-
-    // What the machine answers.
-    PreflightRules::DeviceSituation situation;
-    PreflightRules::ToolSituation toolSituation;
-    std::optional<DeviceIdentity> identity { DeviceIdentity { 1, 2, 3, 4 } };
-    std::optional<DeviceIdentity> heldIdentity = identity;
-    int openError = 0;
-    int takingError = 0;
-    bool isReadable = true;
-    std::vector<VolumeMount> mounts;
-    QString invokingUser;
-
-    // What came of it.
-    QStringList said;
-    QStringList complained;
-    QList<int> exits;
-    QStringList announced;
-    QStringList given;
-    int holds = 0; // times that the device was opened
-    QList<Claimant> claimants; // of the device, each time that it was taken
-    bool isFolderOpen = true;
-    QString lastLineThatIsRead; // the reader of the output goes once a line has begun so
-
-private:
-    Machine machine()
-    {
-        Machine machine;
-        machine.readInstalledBundles = [this] { return std::vector { bundle }; };
-        machine.readDeviceSituation = [this](const auto &, const auto &) { return situation; };
-        machine.readToolSituation = [this](const auto &, const auto &) { return toolSituation; };
-        machine.findTool = [](const QString &name) -> QString { return u"/tools/"_s + name; };
-        machine.readDeviceIdentity = [this](const auto &) { return identity; };
-        machine.holdDevice = [this](const auto &) {
-            ++holds;
-            auto hold = std::make_shared<int>();
-            if (m_hold.expired()) // the job also looks at the device for a moment
-                m_hold = hold;
-            return HeldDevice { [this, hold] { return heldIdentity; },
-                [this](Claimant claimant) {
-                    claimants.append(claimant);
-                    return takingError;
-                },
-                [] { return std::vector { 7, 8 }; }, [this] { return isReadable; }, openError };
-        };
-        machine.readVolumeMounts = [this](const auto &) { return mounts; };
-        machine.invokingUser = [this] { return invokingUser; };
-        machine.inhibitShutdown = [this](const auto &) {
-            auto inhibition = std::make_shared<int>();
-            m_inhibition = inhibition;
-            return inhibition;
-        };
-        machine.announceChange = [this](const QString &device) { announced.append(device); };
-        machine.giveToDesktopUser = [this](const QString &path, const QString &) { given.append(path); };
-        machine.findFolderAccess
-            = [this](const QString &, QObject *, const auto &done) { done(isFolderOpen); };
-        return machine;
-    }
-
-    std::weak_ptr<int> m_hold;
-    std::weak_ptr<int> m_inhibition;
-    MediaList m_media;
-    std::unique_ptr<DASession> m_session;
-    std::unique_ptr<VolumeJob> m_job;
-};
-
-QList<int> only(ExitCode code)
-{
-    return { static_cast<int>(code) };
-}
-
-const QStringList interruptedLine { u"interrupted (test)"_s };
-
-} // namespace
 
 class TestVolumeJob : public QObject
 {
@@ -204,9 +27,6 @@ private Q_SLOTS:
     void mountThatCannotBeMadeAgain_data();
     void mountThatCannotBeMadeAgain();
     void shutdownIsInhibitedWhileAToolWrites();
-    void readerLeavesAVerification();
-    void readerLeavesBeforeAnythingIsWritten();
-    void readerLeavesWhileAToolWrites();
     void placeOutOfReachIsTold();
     void refusalAtTheFirstLook();
     void refusedUnmount();
@@ -229,41 +49,20 @@ private Q_SLOTS:
     void newVolumeIsToldInTime();
     void oldVolumeIsTakenForTheNew();
 
-    void interruptedBeforeTheStart();
-    void interruptedByTheFirstLine();
-    void interruptedByTheLineOfTheUnmount();
-    void interruptedBeforeTheUnmountIsGranted();
-    void interruptedBeforeTheUnmountIsRefused();
-    void interruptedWhileClaiming();
-    void interruptedWhileVerifying();
-    void interruptedWhileErasing();
-    void interruptedBetweenTheCommands();
-    void interruptedWhileWaitingForTheNewVolume();
-    void interruptedWhileMounting();
-    void interruptedByTheLineOfTheMount();
-    void interruptedByTheLineOfTheResult();
-    void interruptedByTheLastLine();
-    void interruptedTwice();
-    void interruptedAfterTheEnd();
-    void silentServiceAtTheUnmount();
-    void silentServiceAtTheMount();
-    void eventsOutOfTurn();
-    void startOutOfTurn();
-
 private:
     SystemLogRedirection m_quiet { [](const QString &) { } };
 };
 
 void TestVolumeJob::verification()
 {
-    Run run(Operation::Verify);
+    VolumeJobRun run(Operation::Verify);
     run.setMounted(true);
     run.start();
     QVERIFY(run.waitsForUnmount());
     QVERIFY(run.programs().isEmpty());
     run.grantUnmount();
     QCOMPARE(run.programs(), QStringList { u"verify"_s });
-    QCOMPARE(run.tools.commands.front().arguments, QStringList { node });
+    QCOMPARE(run.tools.commands.front().arguments, QStringList { testNode });
     QVERIFY(run.isHeld());
     QCOMPARE(run.tools.commands.front().descriptors, std::vector({ 7, 8 }));
     Q_EMIT run.tools.started();
@@ -283,7 +82,7 @@ void TestVolumeJob::verification()
 void TestVolumeJob::lockIsKeptUntilTheVolumeIsMountedAgain()
 {
     for (const auto operation : { Operation::Verify, Operation::Repair }) {
-        Run run(operation);
+        VolumeJobRun run(operation);
         Personality &personality = run.bundle.personalities.front();
         personality.verification->claimant = Claimant::ThisProcess;
         personality.repair->claimant = Claimant::ThisProcess;
@@ -303,15 +102,15 @@ void TestVolumeJob::lockIsKeptUntilTheVolumeIsMountedAgain()
 
 void TestVolumeJob::erase()
 {
-    Run run(Operation::Erase);
+    VolumeJobRun run(Operation::Erase);
     run.start();
     QCOMPARE(run.programs(), QStringList { u"wipefs"_s });
     run.tools.run(0);
     QCOMPARE(run.programs(), QStringList({ u"wipefs"_s, u"format"_s }));
-    QCOMPARE(run.tools.commands.back().arguments, QStringList({ u"-v"_s, u"New"_s, node }));
+    QCOMPARE(run.tools.commands.back().arguments, QStringList({ u"-v"_s, u"New"_s, testNode }));
     QVERIFY(run.isHeld());
     run.tools.run(0);
-    QCOMPARE(run.announced, QStringList { node });
+    QCOMPARE(run.announced, QStringList { testNode });
     QVERIFY(run.requests().empty());
     run.tellVolume(u"New"_s);
     QVERIFY(run.waitsForMount());
@@ -320,14 +119,14 @@ void TestVolumeJob::erase()
     run.grantMount();
     QCOMPARE(run.exits, only(ExitCode::Success));
     QVERIFY(!run.isHeld());
-    QCOMPARE(run.given, QStringList { mountPoint });
+    QCOMPARE(run.given, QStringList { testMountPoint });
     QCOMPARE(run.said.constLast(), u"Finished erase on disk2s1"_s);
 }
 
 // Nobody looks at what is on it while its lock is taken.
 void TestVolumeJob::wholeDiskIsLetGoBeforeItsNewVolumeIsAwaited()
 {
-    Run run(Operation::Erase);
+    VolumeJobRun run(Operation::Erase);
     run.disk->description->insert(DAKey::mediaWhole, true);
     run.start();
     run.tools.run(0);
@@ -340,7 +139,7 @@ void TestVolumeJob::wholeDiskIsLetGoBeforeItsNewVolumeIsAwaited()
 void TestVolumeJob::deviceIsClaimedForAToolThatDoesNotClaimIt()
 {
     for (const auto operation : { Operation::Erase, Operation::Verify, Operation::Repair }) {
-        Run run(operation);
+        VolumeJobRun run(operation);
         Personality &personality = run.bundle.personalities.front();
         for (auto *tool : { &personality.format, &personality.verification, &personality.repair })
             (*tool)->claimant = Claimant::ThisProcess;
@@ -356,10 +155,10 @@ void TestVolumeJob::deviceIsClaimedForAToolThatDoesNotClaimIt()
     }
 }
 
-// The device is held, and the node is what the tool is given.
+// The device is held, and the testNode is what the tool is given.
 void TestVolumeJob::nodeThatLeadsElsewhereByNow()
 {
-    Run run(Operation::Erase);
+    VolumeJobRun run(Operation::Erase);
     run.start();
     run.identity->diskSequence = 3;
     run.tools.run(0);
@@ -370,9 +169,9 @@ void TestVolumeJob::nodeThatLeadsElsewhereByNow()
 void TestVolumeJob::volumeIsMountedAsItWas()
 {
     for (const auto operation : { Operation::Verify, Operation::Repair }) {
-        Run run(operation);
+        VolumeJobRun run(operation);
         run.setMounted(true);
-        run.mounts = { { mountPoint, true, u"anna"_s, { u"ro"_s, u"noexec"_s } } };
+        run.mounts = { { testMountPoint, true, u"anna"_s, { u"ro"_s, u"noexec"_s } } };
         run.invokingUser = u"anna"_s;
         run.start();
         run.grantUnmount();
@@ -389,7 +188,7 @@ void TestVolumeJob::volumeIsMountedAsItWas()
 
 void TestVolumeJob::otherPlaceIsTold()
 {
-    Run run(Operation::Verify);
+    VolumeJobRun run(Operation::Verify);
     run.setMounted(true);
     run.mounts = { { u"/media/user/Other"_s, true, u"user"_s, {} } };
     run.start();
@@ -402,9 +201,9 @@ void TestVolumeJob::otherPlaceIsTold()
 
 void TestVolumeJob::newVolumeIsNotMountedAsTheOldOne()
 {
-    Run run(Operation::Erase);
+    VolumeJobRun run(Operation::Erase);
     run.setMounted(true);
-    run.mounts = { { mountPoint, true, u"anna"_s, { u"ro"_s } } };
+    run.mounts = { { testMountPoint, true, u"anna"_s, { u"ro"_s } } };
     run.invokingUser = u"anna"_s;
     run.start();
     run.grantUnmount();
@@ -438,7 +237,7 @@ void TestVolumeJob::mountThatCannotBeMadeAgain()
     QFETCH(const QString, user);
     QFETCH(const QString, words);
     for (const auto operation : { Operation::Verify, Operation::Repair, Operation::Erase }) {
-        Run run(operation);
+        VolumeJobRun run(operation);
         run.setMounted(true);
         run.mounts = mounts;
         run.invokingUser = user;
@@ -456,7 +255,7 @@ void TestVolumeJob::mountThatCannotBeMadeAgain()
 void TestVolumeJob::shutdownIsInhibitedWhileAToolWrites()
 {
     for (const auto operation : { Operation::Verify, Operation::Repair, Operation::Erase }) {
-        Run run(operation);
+        VolumeJobRun run(operation);
         run.start();
         QCOMPARE(run.isShutdownInhibited(), operation != Operation::Verify);
         run.tools.run(0);
@@ -468,55 +267,9 @@ void TestVolumeJob::shutdownIsInhibitedWhileAToolWrites()
     }
 }
 
-void TestVolumeJob::readerLeavesAVerification()
-{
-    Run run(Operation::Verify);
-    run.start();
-    Q_EMIT run.tools.started();
-    run.loseReader();
-    QCOMPARE(run.tools.stops, 1);
-    run.tools.end(0);
-    QCOMPARE(run.exits, only(ExitCode::Interrupted));
-}
-
-void TestVolumeJob::readerLeavesBeforeAnythingIsWritten()
-{
-    for (const auto operation : { Operation::Repair, Operation::Erase }) {
-        Run run(operation);
-        run.setMounted(true);
-        run.start();
-        run.loseReader();
-        run.grantUnmount();
-        QVERIFY(run.programs().isEmpty());
-        run.grantMount();
-        QCOMPARE(run.exits, only(ExitCode::Interrupted));
-    }
-}
-
-void TestVolumeJob::readerLeavesWhileAToolWrites()
-{
-    Run repair(Operation::Repair);
-    repair.start();
-    repair.loseReader();
-    repair.tools.run(0);
-    QCOMPARE(repair.tools.stops, 0);
-    QCOMPARE(repair.exits, only(ExitCode::Success));
-
-    Run erase(Operation::Erase);
-    erase.start();
-    Q_EMIT erase.tools.started();
-    erase.loseReader();
-    erase.tools.end(0);
-    QCOMPARE(erase.programs(), QStringList({ u"wipefs"_s, u"format"_s }));
-    erase.interrupt(); // is still heard
-    QCOMPARE(erase.tools.stops, 1);
-    erase.tools.run(0);
-    QCOMPARE(erase.exits, only(ExitCode::Interrupted));
-}
-
 void TestVolumeJob::placeOutOfReachIsTold()
 {
-    Run run(Operation::Verify);
+    VolumeJobRun run(Operation::Verify);
     run.setMounted(true);
     run.isFolderOpen = false;
     run.start();
@@ -524,13 +277,13 @@ void TestVolumeJob::placeOutOfReachIsTold()
     run.tools.run(0);
     run.grantMount();
     QVERIFY(run.said.contains(
-        u"disk2s1 is mounted at %1, which only the administrator can open"_s.arg(mountPoint)));
+        u"disk2s1 is mounted at %1, which only the administrator can open"_s.arg(testMountPoint)));
     QCOMPARE(run.exits, only(ExitCode::Success));
 }
 
 void TestVolumeJob::refusalAtTheFirstLook()
 {
-    Run run(Operation::Erase);
+    VolumeJobRun run(Operation::Erase);
     run.setMounted(true);
     run.situation.systemUse = SystemUse::Current;
     run.start();
@@ -540,7 +293,7 @@ void TestVolumeJob::refusalAtTheFirstLook()
 
 void TestVolumeJob::refusedUnmount()
 {
-    Run run(Operation::Erase);
+    VolumeJobRun run(Operation::Erase);
     run.setMounted(true);
     run.start();
     run.refuse();
@@ -562,7 +315,7 @@ void TestVolumeJob::refusalWithoutWords()
 {
     QFETCH(const DAReturn, status);
     QFETCH(const QString, reason);
-    Run run(Operation::Verify);
+    VolumeJobRun run(Operation::Verify);
     run.setMounted(true);
     run.start();
     run.service.completeRequest(makeDissenter(status));
@@ -572,7 +325,7 @@ void TestVolumeJob::refusalWithoutWords()
 // What was there before has lost nothing by it.
 void TestVolumeJob::refusedMountAfterAVerification()
 {
-    Run run(Operation::Verify);
+    VolumeJobRun run(Operation::Verify);
     run.setMounted(true);
     run.start();
     run.grantUnmount();
@@ -587,7 +340,7 @@ void TestVolumeJob::claimThatIsNeverFree()
     JobLimits limits;
     limits.claimStep = 1ms;
     limits.claim = 10ms;
-    Run run(Operation::Erase, limits);
+    VolumeJobRun run(Operation::Erase, limits);
     run.setMounted(true);
     run.takingError = EBUSY;
     run.start();
@@ -605,7 +358,7 @@ void TestVolumeJob::claimThatBecomesFree()
 {
     JobLimits limits;
     limits.claimStep = 1ms;
-    Run run(Operation::Verify, limits);
+    VolumeJobRun run(Operation::Verify, limits);
     run.takingError = EBUSY;
     run.start();
     QVERIFY(run.isHeld());
@@ -637,7 +390,7 @@ void TestVolumeJob::deviceThatCannotBeTaken()
     QFETCH(const ExitCode, code);
     QFETCH(const QString, complaint);
     for (const bool isOpen : { false, true }) {
-        Run run(Operation::Erase);
+        VolumeJobRun run(Operation::Erase);
         run.openError = isOpen ? 0 : error;
         run.takingError = error;
         if (!isOpen)
@@ -664,7 +417,7 @@ void TestVolumeJob::exchangedMedium()
     QFETCH(const bool, wasKnown);
     QFETCH(const bool, isKnown);
     for (const auto operation : { Operation::Erase, Operation::Verify, Operation::Repair }) {
-        Run run(operation);
+        VolumeJobRun run(operation);
         run.setMounted(true);
         if (!wasKnown)
             run.identity.reset();
@@ -677,7 +430,7 @@ void TestVolumeJob::exchangedMedium()
         QVERIFY(run.waitsForMount());
         run.grantMount();
         QCOMPARE(run.exits, only(ExitCode::MediumChanged));
-        QCOMPARE(run.complained, QStringList { node + u" is no longer the same disk"_s });
+        QCOMPARE(run.complained, QStringList { testNode + u" is no longer the same disk"_s });
     }
 }
 
@@ -715,7 +468,7 @@ void TestVolumeJob::verdictOfADeviceThatIsLost()
     QFETCH(const bool, isReadable);
     QFETCH(const ExitCode, code);
     QFETCH(const QString, complaint);
-    Run run(operation);
+    VolumeJobRun run(operation);
     run.start();
     if (!isThere)
         run.heldIdentity.reset();
@@ -730,7 +483,7 @@ void TestVolumeJob::verdictOfADeviceThatIsLost()
 
 void TestVolumeJob::secondCommandIsRefused()
 {
-    Run run(Operation::Erase);
+    VolumeJobRun run(Operation::Erase);
     run.setMounted(true);
     run.start();
     run.grantUnmount();
@@ -742,12 +495,12 @@ void TestVolumeJob::secondCommandIsRefused()
     QVERIFY(run.complained.constFirst().contains(u"others can write to it"_s));
     QVERIFY(run.complained.constFirst().endsWith(u"; what was on disk2s1 is lost"_s));
     QVERIFY(run.requests().empty());
-    QCOMPARE(run.announced, QStringList { node });
+    QCOMPARE(run.announced, QStringList { testNode });
 }
 
 void TestVolumeJob::toolThatCannotBeStarted()
 {
-    Run run(Operation::Erase);
+    VolumeJobRun run(Operation::Erase);
     run.setMounted(true);
     run.start();
     run.grantUnmount();
@@ -763,7 +516,7 @@ void TestVolumeJob::toolThatCannotBeStarted()
 
 void TestVolumeJob::newVolumeIsToldLate()
 {
-    Run run(Operation::Erase);
+    VolumeJobRun run(Operation::Erase);
     run.start();
     run.tools.run(0);
     run.tools.run(0);
@@ -781,7 +534,7 @@ void TestVolumeJob::newVolumeIsToldLate()
 // It went while the service was asked to mount it, and was back when the answer came.
 void TestVolumeJob::newVolumeThatIsLookedAtAgain()
 {
-    Run run(Operation::Erase);
+    VolumeJobRun run(Operation::Erase);
     run.start();
     run.tools.run(0);
     run.tools.run(0);
@@ -798,7 +551,7 @@ void TestVolumeJob::newVolumeIsNeverTold()
 {
     JobLimits limits;
     limits.newVolume = 10ms;
-    Run run(Operation::Erase, limits);
+    VolumeJobRun run(Operation::Erase, limits);
     run.start();
     run.tools.run(0);
     run.tools.run(0);
@@ -816,7 +569,7 @@ void TestVolumeJob::newVolumeIsToldInTime()
 {
     JobLimits limits;
     limits.newVolume = 0ms;
-    Run run(Operation::Erase, limits);
+    VolumeJobRun run(Operation::Erase, limits);
     run.start();
     run.tools.run(0);
     run.tools.run(0);
@@ -830,7 +583,7 @@ void TestVolumeJob::newVolumeIsToldInTime()
 
 void TestVolumeJob::oldVolumeIsTakenForTheNew()
 {
-    Run run(Operation::Erase);
+    VolumeJobRun run(Operation::Erase);
     run.disk->description->insert(DAKey::volumeName, u"New"_s);
     run.start();
     run.tools.run(0);
@@ -843,319 +596,8 @@ void TestVolumeJob::oldVolumeIsTakenForTheNew()
     QVERIFY(run.waitsForMount());
     run.grantMount();
     QCOMPARE(run.exits, only(ExitCode::Success));
-    QCOMPARE(run.given, QStringList { mountPoint });
+    QCOMPARE(run.given, QStringList { testMountPoint });
     QVERIFY(run.said.filter(u"could not be mounted"_s).isEmpty());
-}
-
-void TestVolumeJob::interruptedBeforeTheStart()
-{
-    Run run(Operation::Erase);
-    run.setMounted(true);
-    run.interrupt();
-    run.start();
-    QVERIFY(run.requests().empty() && run.programs().isEmpty());
-    QCOMPARE(run.exits, only(ExitCode::Interrupted));
-}
-
-void TestVolumeJob::interruptedByTheFirstLine()
-{
-    for (const bool isMounted : { false, true }) {
-        Run run(Operation::Erase);
-        run.setMounted(isMounted);
-        run.lastLineThatIsRead = u"Started"_s;
-        run.start();
-        QVERIFY(run.requests().empty() && run.programs().isEmpty());
-        QCOMPARE(run.exits, only(ExitCode::Interrupted));
-    }
-}
-
-void TestVolumeJob::interruptedByTheLineOfTheUnmount()
-{
-    Run run(Operation::Verify);
-    run.setMounted(true);
-    run.lastLineThatIsRead = u"Unmounting"_s;
-    run.start();
-    QVERIFY(run.requests().empty() && run.programs().isEmpty());
-    QCOMPARE(run.exits, only(ExitCode::Interrupted));
-}
-
-void TestVolumeJob::interruptedBeforeTheUnmountIsGranted()
-{
-    Run run(Operation::Erase);
-    run.setMounted(true);
-    run.start();
-    run.interrupt();
-    QVERIFY(run.exits.isEmpty());
-    run.grantUnmount();
-    QVERIFY(run.waitsForMount());
-    run.grantMount();
-    QCOMPARE(run.exits, only(ExitCode::Interrupted));
-    QCOMPARE(run.complained, interruptedLine + QStringList { u"the erase on disk2s1 was stopped"_s });
-    QVERIFY(run.programs().isEmpty() && run.given.isEmpty() && run.announced.isEmpty());
-}
-
-void TestVolumeJob::interruptedBeforeTheUnmountIsRefused()
-{
-    Run run(Operation::Erase);
-    run.setMounted(true);
-    run.start();
-    run.interrupt();
-    run.refuse();
-    QCOMPARE(run.exits, only(ExitCode::Interrupted));
-    QCOMPARE(run.complained, interruptedLine + QStringList { u"the erase on disk2s1 was stopped"_s });
-    QVERIFY(run.requests().empty() && run.programs().isEmpty());
-}
-
-void TestVolumeJob::interruptedWhileClaiming()
-{
-    JobLimits limits;
-    limits.claimStep = 1ms;
-    Run run(Operation::Erase, limits);
-    run.setMounted(true);
-    run.takingError = EBUSY;
-    run.start();
-    run.grantUnmount();
-    run.interrupt();
-    run.takingError = 0;
-    QTRY_VERIFY(run.waitsForMount());
-    QVERIFY(!run.isHeld());
-    run.grantMount();
-    QCOMPARE(run.exits, only(ExitCode::Interrupted));
-    QCOMPARE(run.complained, interruptedLine + QStringList { u"the erase on disk2s1 was stopped"_s });
-    QVERIFY(run.programs().isEmpty());
-}
-
-void TestVolumeJob::interruptedWhileVerifying()
-{
-    Run run(Operation::Verify);
-    run.setMounted(true);
-    run.start();
-    run.grantUnmount();
-    Q_EMIT run.tools.started();
-    run.interrupt();
-    QCOMPARE(run.tools.stops, 1);
-    QVERIFY(run.requests().empty() && run.exits.isEmpty());
-    Q_EMIT run.tools.ended({ ToolEnd::Kind::Killed, 15, {} });
-    QVERIFY(run.waitsForMount());
-    run.grantMount();
-    QCOMPARE(run.exits, only(ExitCode::Interrupted));
-    QCOMPARE(run.complained,
-        interruptedLine + QStringList { u"the file system verification on disk2s1 was stopped"_s });
-}
-
-void TestVolumeJob::interruptedWhileErasing()
-{
-    Run run(Operation::Erase);
-    run.setMounted(true);
-    run.start();
-    run.grantUnmount();
-    run.tools.run(0);
-    Q_EMIT run.tools.started();
-    run.interrupt();
-    QCOMPARE(run.tools.stops, 1);
-    Q_EMIT run.tools.ended({ ToolEnd::Kind::Killed, 15, {} });
-    QCOMPARE(run.exits, only(ExitCode::Interrupted));
-    QCOMPARE(run.complained,
-        interruptedLine + QStringList { u"the erase on disk2s1 was stopped; what was on disk2s1 is lost"_s });
-    QVERIFY(run.requests().empty());
-    QCOMPARE(run.announced, QStringList { node });
-}
-
-// The first command ends well although it was told to stop.
-void TestVolumeJob::interruptedBetweenTheCommands()
-{
-    Run run(Operation::Erase);
-    run.setMounted(true);
-    run.start();
-    run.grantUnmount();
-    Q_EMIT run.tools.started();
-    run.interrupt();
-    run.tools.end(0);
-    QCOMPARE(run.programs(), QStringList { u"wipefs"_s });
-    QCOMPARE(run.exits, only(ExitCode::Interrupted));
-    QVERIFY(run.complained.constLast().endsWith(u"; what was on disk2s1 is lost"_s));
-    QVERIFY(run.requests().empty());
-    QCOMPARE(run.announced, QStringList { node });
-}
-
-void TestVolumeJob::interruptedWhileWaitingForTheNewVolume()
-{
-    Run run(Operation::Erase);
-    run.start();
-    run.tools.run(0);
-    run.tools.run(0);
-    QVERIFY(run.requests().empty());
-    run.interrupt();
-    QVERIFY(run.waitsForMount());
-    run.tellVolume(u"New"_s);
-    QVERIFY(run.waitsForMount());
-    run.grantMount();
-    QCOMPARE(run.exits, only(ExitCode::Interrupted));
-    QCOMPARE(run.complained, interruptedLine);
-    QCOMPARE(run.given, QStringList { mountPoint });
-    QCOMPARE(run.tools.stops, 0);
-
-    // A refused mount ends the run, although the new volume is not known.
-    Run refused(Operation::Erase);
-    refused.start();
-    refused.tools.run(0);
-    refused.tools.run(0);
-    refused.interrupt();
-    refused.refuse();
-    QCOMPARE(refused.exits, only(ExitCode::Interrupted));
-    QVERIFY(refused.given.isEmpty());
-}
-
-void TestVolumeJob::interruptedWhileMounting()
-{
-    Run run(Operation::Verify);
-    run.setMounted(true);
-    run.start();
-    run.grantUnmount();
-    run.tools.run(0);
-    QVERIFY(run.waitsForMount());
-    run.interrupt();
-    QVERIFY(run.exits.isEmpty());
-    QVERIFY(run.waitsForMount());
-    run.grantMount();
-    QCOMPARE(run.exits, only(ExitCode::Interrupted));
-    QCOMPARE(run.complained, interruptedLine);
-    QCOMPARE(run.tools.stops, 0);
-}
-
-void TestVolumeJob::interruptedByTheLineOfTheMount()
-{
-    Run run(Operation::Verify);
-    run.setMounted(true);
-    run.lastLineThatIsRead = u"Mounting"_s;
-    run.start();
-    run.grantUnmount();
-    run.tools.run(0);
-    QVERIFY(run.waitsForMount());
-    run.grantMount();
-    QCOMPARE(run.exits, only(ExitCode::Interrupted));
-}
-
-void TestVolumeJob::interruptedByTheLineOfTheResult()
-{
-    Run run(Operation::Verify);
-    run.setMounted(true);
-    run.lastLineThatIsRead = u"The volume"_s;
-    run.start();
-    run.grantUnmount();
-    run.tools.run(0);
-    QVERIFY(run.waitsForMount());
-    run.grantMount();
-    QCOMPARE(run.exits, only(ExitCode::Interrupted));
-}
-
-// All has been done by then.
-void TestVolumeJob::interruptedByTheLastLine()
-{
-    Run run(Operation::Verify);
-    run.lastLineThatIsRead = u"Finished"_s;
-    run.start();
-    run.tools.run(0);
-    QCOMPARE(run.exits, only(ExitCode::Success));
-    QVERIFY(run.complained.isEmpty());
-}
-
-void TestVolumeJob::interruptedTwice()
-{
-    Run run(Operation::Verify);
-    run.start();
-    Q_EMIT run.tools.started();
-    run.interrupt();
-    run.interrupt();
-    QCOMPARE(run.complained, interruptedLine);
-    QCOMPARE(run.tools.stops, 1);
-}
-
-void TestVolumeJob::interruptedAfterTheEnd()
-{
-    JobLimits limits;
-    limits.interruptedService = 0ms;
-    Run run(Operation::Verify, limits);
-    run.start();
-    run.tools.run(0);
-    QCOMPARE(run.exits, only(ExitCode::Success));
-    run.interrupt();
-    QCoreApplication::processEvents(); // would end a time limit, had one been started
-    QCOMPARE(run.exits, only(ExitCode::Success));
-    QVERIFY(run.complained.isEmpty() && run.requests().empty());
-    QCOMPARE(run.tools.stops, 0);
-}
-
-void TestVolumeJob::silentServiceAtTheUnmount()
-{
-    JobLimits limits;
-    limits.interruptedService = 10ms;
-    Run run(Operation::Erase, limits);
-    run.setMounted(true);
-    run.start();
-    run.interrupt();
-    QTRY_COMPARE(run.exits, only(ExitCode::Interrupted));
-    QCOMPARE(run.complained, interruptedLine + QStringList { u"the disk service has not answered"_s });
-    run.grantUnmount();
-    QCOMPARE(run.exits, only(ExitCode::Interrupted));
-    QVERIFY(run.requests().empty() && run.programs().isEmpty());
-}
-
-void TestVolumeJob::silentServiceAtTheMount()
-{
-    JobLimits limits;
-    limits.interruptedService = 10ms;
-    Run run(Operation::Verify, limits);
-    run.setMounted(true);
-    run.start();
-    run.grantUnmount();
-    Q_EMIT run.tools.started();
-    run.interrupt();
-    Q_EMIT run.tools.ended({ ToolEnd::Kind::Killed, 15, {} });
-    QVERIFY(run.waitsForMount());
-    QTRY_COMPARE(run.exits, only(ExitCode::Interrupted));
-    QCOMPARE(run.complained.constLast(), u"the disk service has not answered"_s);
-    run.grantMount();
-    QCOMPARE(run.exits, only(ExitCode::Interrupted));
-}
-
-void TestVolumeJob::eventsOutOfTurn()
-{
-    Run run(Operation::Erase);
-    run.setMounted(true);
-    run.start();
-    run.tools.run(0);
-    run.tellVolume(u"New"_s);
-    QVERIFY(run.waitsForUnmount());
-    QVERIFY(run.programs().isEmpty());
-    run.grantUnmount();
-    run.tellVolume(u"New"_s);
-    QVERIFY(run.requests().empty());
-    run.tools.run(0);
-    run.tools.run(0);
-    QVERIFY(run.waitsForMount());
-    run.tools.run(1);
-    run.tellVolume(u"New"_s);
-    QVERIFY(run.waitsForMount());
-    run.grantMount();
-    run.tools.run(1);
-    run.tellVolume(u"New"_s);
-    QCOMPARE(run.exits, only(ExitCode::Success));
-    QVERIFY(run.complained.isEmpty() && run.requests().empty());
-    QCOMPARE(run.programs().size(), 2);
-}
-
-// What has not begun has written nothing.
-void TestVolumeJob::startOutOfTurn()
-{
-    Run run(Operation::Erase);
-    run.setMounted(true);
-    run.start();
-    Q_EMIT run.tools.started();
-    run.interrupt();
-    run.grantUnmount();
-    QVERIFY(run.waitsForMount());
-    QCOMPARE(run.complained.constLast(), u"the erase on disk2s1 was stopped"_s);
 }
 
 QTEST_GUILESS_MAIN(TestVolumeJob)
