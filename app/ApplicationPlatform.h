@@ -6,6 +6,7 @@
 
 #include "disks/ZorvexDiskManagerDiskListItem.h"
 #include "filesystems/FilesystemCatalogue.h"
+#include "filesystems/SystemTools.h"
 #include "platform/DetachedThread.h"
 #include "platform/DeviceUse.h"
 #include "platform/DiskArbitration.h"
@@ -40,6 +41,9 @@ struct ApplicationPlatform
     // The device nodes of a whole disk's partitions, those without a row as well.
     std::function<QStringList(const QString &deviceNode)> partitionNodes
         = [](const QString &deviceNode) { return ::partitionNodes(deviceNode); };
+
+    // Where the system has a program that a file system needs; empty when it has not.
+    ToolFinder findTool = &::findTool;
 
     // The program's localizations in the order of the user's preference, if known, and the locale's name.
     std::optional<QStringList> preferredLocalizations;

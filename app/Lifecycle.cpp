@@ -128,7 +128,7 @@ void ZorvexDiskManagerAppDelegate::awakeFromNib()
     checkRepairOutputView->setPlaceholderText(localizedString("OUTPUT_PLACEHOLDER_TEXT"));
     FormatMenuDelegate::install(formatFilesystemsPopupButton);
     connect(formatFilesystemsPopupButton, &QComboBox::currentIndexChanged, this,
-        [this] { m_status.showLabelLimit(); });
+        [this] { m_status.showFormatRemark(); });
     connect(infoDiskMap, &DiskMap::partChosen, this, &ZorvexDiskManagerAppDelegate::selectMedium);
 
     rightTabView->removeTab(rightTabView->indexOf(maintenanceTab));

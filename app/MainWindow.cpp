@@ -92,7 +92,7 @@ void setOutlets(ZorvexDiskManagerAppDelegate &controller, QMainWindow *window, c
     controller.repairButton = ui.repairButton;
     controller.formatStatusRow = ui.formatStatusRow;
     controller.maintenanceStatusRow = ui.maintenanceStatusRow;
-    controller.labelLimitLabel = ui.labelLimitLabel;
+    controller.formatRemarkLabel = ui.formatRemarkLabel;
 }
 
 using Click = void (ZorvexDiskManagerAppDelegate::*)(QObject *sender);

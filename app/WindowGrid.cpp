@@ -46,7 +46,7 @@ WindowGrid::WindowGrid(const Ui::MainWindow &ui, QWidget *window)
              static_cast<QWidget *>(ui.ejectableCaption), static_cast<QWidget *>(ui.mountedPathGloss),
              static_cast<QWidget *>(ui.filesystemGloss), static_cast<QWidget *>(ui.contentGloss),
              static_cast<QWidget *>(ui.deviceNodeLabel), static_cast<QWidget *>(ui.formatFilesystemCaption),
-             static_cast<QWidget *>(ui.formatLabelCaption), static_cast<QWidget *>(ui.labelLimitLabel) })
+             static_cast<QWidget *>(ui.formatLabelCaption), static_cast<QWidget *>(ui.formatRemarkLabel) })
         QuietText::apply(quiet);
     // The room above the first row belongs to the tree.
     ui.outlineViewContainer->setBackgroundRole(QPalette::Base);

@@ -145,6 +145,8 @@ public:
     // The menu for a disk of this size in bytes, with why an item of it is disabled.
     FormatMenuRules::FormatMenu formatMenuFor(
         std::optional<qint64> mediaSize, const FilesystemBundleRef &remembered) const;
+    // What the file system needs and the system lacks, in a sentence; empty when all is there, or for null.
+    QString missingPackagesText(const ZorvexDiskManagerFSBundle *filesystem) const;
 
     // --- Operation state. Implemented in operations/OperationState.cpp ---
 
@@ -328,8 +330,8 @@ private:
     std::optional<QString> volumeLabelObjection(
         const QString &label, const ZorvexDiskManagerFSBundle &forFilesystem) const;
     bool reportObjection(const std::optional<QString> &objection); // whether there is none
-    // How long a label may be, in a sentence; empty when the file system sets no limit.
-    static QString labelLimitText(const ZorvexDiskManagerFSBundle &forFilesystem, const QString &name);
+    // What to know before such a volume is made, in a sentence; empty when there is nothing, or for null.
+    QString formatRemark(const ZorvexDiskManagerFSBundle *forFilesystem, const QString &name) const;
 
     // operations/EraseQuestion.cpp
     void refuseToErase(const char *key, const QString &name);
@@ -344,7 +346,6 @@ private:
     // operations/EraseDisk.cpp
     SummaryBlock eraseTargetBlock(const ZorvexDiskManagerDisk &disk) const;
     bool refusesToEraseDisk(const ZorvexDiskManagerDisk &disk);
-    // The disk and each medium on it.
     std::vector<FormatTarget> eraseTargetsOf(const ZorvexDiskManagerDisk &disk) const;
     void confirmEraseDisk(const DiskRecord &disk, EraseDiskChoice choice);
     void beginEraseDisk(const DiskRecord &disk, const EraseDiskChoice &choice);

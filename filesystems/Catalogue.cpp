@@ -72,6 +72,15 @@ FormatMenuRules::FormatMenu ZorvexDiskManagerAppDelegate::formatMenuFor(
     return menu;
 }
 
+QString ZorvexDiskManagerAppDelegate::missingPackagesText(const ZorvexDiskManagerFSBundle *filesystem) const
+{
+    const QStringList packages
+        = filesystem ? missingPackages(*filesystem, m_platform.findTool) : QStringList();
+    return packages.isEmpty()
+        ? QString()
+        : formatLocalized(localizedString("PACKAGES_MISSING_FMT"), { nameToShow(packages.join(u", "_s)) });
+}
+
 void ZorvexDiskManagerAppDelegate::refreshFormatFilesystemsPopupButton()
 {
     QComboBox *const popup = formatFilesystemsPopupButton;

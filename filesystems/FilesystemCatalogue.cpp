@@ -86,6 +86,8 @@ private:
             record->bundleName = bundle.name;
             record->fsPersonalityIndex = personality.index;
             record->fsPersonality = personality.key;
+            record->requiredTools = bundle.information.texts(u"FSLinuxTools"_s);
+            record->packages = bundle.information.texts(u"FSLinuxPackages"_s);
             addPersonality(record, personality.properties);
         }
         return m_lists.all.size() > count;
@@ -156,6 +158,8 @@ void mergeFilesystemList(
         (*known)->baseDir = scanned->baseDir;
         (*known)->fsName = scanned->fsName;
         (*known)->fsPersonalityIndex = scanned->fsPersonalityIndex;
+        (*known)->requiredTools = scanned->requiredTools;
+        (*known)->packages = scanned->packages;
     }
     std::stable_sort(persistent->begin(), persistent->end(),
         [](const FilesystemBundleRef &a, const FilesystemBundleRef &b) { return a->compare(*b) < 0; });

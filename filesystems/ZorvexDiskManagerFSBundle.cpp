@@ -39,6 +39,8 @@ int ZorvexDiskManagerFSBundle::compare(const ZorvexDiskManagerFSBundle &other) c
 
 void ZorvexDiskManagerFSBundle::cleanupZorvexDiskManagerFSBundle()
 {
+    packages.clear();
+    requiredTools.clear();
     fsFormatMaximumSize.reset();
     fsFormatMinimumSize.reset();
     fsSubtype.reset();

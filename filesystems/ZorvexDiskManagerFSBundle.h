@@ -3,6 +3,8 @@
 
 #include "platform/Property.h"
 
+#include <QStringList>
+
 #include <memory>
 #include <optional>
 #include <vector>
@@ -45,6 +47,8 @@ public:
     std::optional<PropertyValue> fsSubtype;
     std::optional<PropertyValue> fsFormatMinimumSize; // bytes
     std::optional<PropertyValue> fsFormatMaximumSize; // bytes
+    QStringList requiredTools; // programs of the system that the bundle's executables run
+    QStringList packages; // that have these programs
 };
 
 using FilesystemBundleRef = std::shared_ptr<ZorvexDiskManagerFSBundle>;

@@ -63,6 +63,9 @@ void ZorvexDiskManagerAppDelegate::clickEraseDiskMenuItem(QObject *)
         formatFilesystemsPopupButton->currentData().value<FilesystemBundleRef>());
     const QString name = getDisplayNameForDisk(*disk) + u" ("_s + disk->description() + u')';
     auto *sheet = new EraseDiskSheet(name, menu, EraseDiskRules::firstScheme(*disk));
+    sheet->showRemarks([this](const EraseDiskChoice &choice) {
+        return formatRemark(choice.filesystem.get(), choice.filesystemTitle);
+    });
     sheet->beginSheetModalForWindow(
         window,
         [this](const EraseDiskChoice &choice) {

@@ -77,6 +77,21 @@ std::optional<QString> givenObjection(const QString &label, const ZorvexDiskMana
     return LabelRules::isValidLabel(label, ruleSet) ? std::nullopt : std::optional(refusalText(ruleSet));
 }
 
+// How long a label may be, in a sentence; empty when the file system sets no limit.
+QString labelLimitText(const ZorvexDiskManagerFSBundle &forFilesystem, const QString &name)
+{
+    const LabelRules::RuleSet ruleSet = LabelRules::ruleSetOf(forFilesystem.bundleName);
+    if (ruleSet != LabelRules::RuleSet::Other)
+        return refusalText(ruleSet);
+    const LabelRule rule = ruleOfBundle(forFilesystem.path());
+    if (rule.unit == LabelRule::Unit::Unlimited)
+        return {};
+    return formatLocalized(
+        localizedString(
+            rule.unit == LabelRule::Unit::Bytes ? "LABEL_BYTES_LIMIT_FMT" : "LABEL_CHARACTERS_LIMIT_FMT"),
+        { name, QString::number(rule.limit) });
+}
+
 } // namespace
 
 std::optional<QString> ZorvexDiskManagerAppDelegate::bundleObjection(
@@ -96,19 +111,11 @@ std::optional<QString> ZorvexDiskManagerAppDelegate::volumeLabelObjection(
     return given ? given : bundleObjection(label, forFilesystem);
 }
 
-QString ZorvexDiskManagerAppDelegate::labelLimitText(
-    const ZorvexDiskManagerFSBundle &forFilesystem, const QString &name)
+QString ZorvexDiskManagerAppDelegate::formatRemark(
+    const ZorvexDiskManagerFSBundle *forFilesystem, const QString &name) const
 {
-    const LabelRules::RuleSet ruleSet = LabelRules::ruleSetOf(forFilesystem.bundleName);
-    if (ruleSet != LabelRules::RuleSet::Other)
-        return refusalText(ruleSet);
-    const LabelRule rule = ruleOfBundle(forFilesystem.path());
-    if (rule.unit == LabelRule::Unit::Unlimited)
-        return {};
-    return formatLocalized(
-        localizedString(
-            rule.unit == LabelRule::Unit::Bytes ? "LABEL_BYTES_LIMIT_FMT" : "LABEL_CHARACTERS_LIMIT_FMT"),
-        { name, QString::number(rule.limit) });
+    const QString missing = missingPackagesText(forFilesystem);
+    return !forFilesystem || !missing.isEmpty() ? missing : labelLimitText(*forFilesystem, name);
 }
 
 bool ZorvexDiskManagerAppDelegate::reportObjection(const std::optional<QString> &objection)

@@ -4,6 +4,7 @@
 #include "platform/Localization.h"
 #include "ui/AlertSheet.h"
 #include "ui/FormatMenuDelegate.h"
+#include "ui/QuietText.h"
 #include "ui/Units.h"
 
 #include <QAbstractButton>
@@ -31,6 +32,7 @@ EraseDiskSheet::EraseDiskSheet(
     : filesystemPopupButton(new QComboBox(this))
     , labelField(new QLineEdit(this))
     , schemePopupButton(new QComboBox(this))
+    , remarkLabel(new QLabel(this))
 {
     setWindowTitle(localizedString("WINDOW_TITLE"));
     auto *heading = new QLabel(localizedString("ERASE_DISK_SHEET_TITLE"), this);
@@ -60,6 +62,9 @@ EraseDiskSheet::EraseDiskSheet(
     for (QAbstractButton *button : buttons->buttons())
         button->setMinimumSize(units(leastButton.width()), units(leastButton.height()));
     labelField->setPlaceholderText(localizedString("LABEL_PLACEHOLDER_TEXT"));
+    remarkLabel->setTextFormat(Qt::PlainText);
+    remarkLabel->setWordWrap(true);
+    QuietText::apply(remarkLabel);
     auto *layout = new QFormLayout(this);
     const int room = units(margin);
     layout->setContentsMargins(room, room, room, room);
@@ -69,6 +74,7 @@ EraseDiskSheet::EraseDiskSheet(
     layout->addRow(name);
     layout->addRow(localizedString("FORMAT_FILESYSTEM_CAPTION"), filesystemPopupButton);
     layout->addRow(localizedString("FORMAT_LABEL_CAPTION"), labelField);
+    layout->addRow(QString(), remarkLabel);
     layout->addRow(localizedString("ERASE_DISK_SCHEME_CAPTION"), schemePopupButton);
     layout->addRow(buttons);
     layout->setLabelAlignment(Qt::AlignRight | Qt::AlignTrailing | Qt::AlignVCenter);
@@ -104,6 +110,17 @@ EraseDiskChoice EraseDiskSheet::choice() const
     return { filesystemPopupButton->currentData().value<FilesystemBundleRef>(), labelField->text(),
         static_cast<PartitionScheme>(schemePopupButton->currentData().toInt()),
         filesystemPopupButton->currentText(), schemePopupButton->currentText() };
+}
+
+void EraseDiskSheet::showRemarks(std::function<QString(const EraseDiskChoice &choice)> remarkOn)
+{
+    const auto show = [this, remarkOn = std::move(remarkOn)] {
+        const QString remark = remarkOn(choice());
+        remarkLabel->setText(remark);
+        labelField->setAccessibleDescription(remark);
+    };
+    connect(filesystemPopupButton, &QComboBox::currentIndexChanged, this, show);
+    show();
 }
 
 void EraseDiskSheet::accept()

@@ -13,6 +13,7 @@
 #include <optional>
 
 class QComboBox;
+class QLabel;
 class QLineEdit;
 
 struct EraseDiskChoice
@@ -40,6 +41,9 @@ public:
 
     EraseDiskChoice choice() const;
 
+    // What is to be known of a file system stands below the label, asked anew for each that is chosen.
+    void showRemarks(std::function<QString(const EraseDiskChoice &choice)> remarkOn);
+
     // Goes on, unless there is an objection to the label.
     void accept() override;
 
@@ -47,6 +51,7 @@ public:
     QComboBox *filesystemPopupButton = nullptr;
     QLineEdit *labelField = nullptr;
     QComboBox *schemePopupButton = nullptr;
+    QLabel *remarkLabel = nullptr;
 
 private:
     void fillMenus(const FormatMenuRules::FormatMenu &menu, PartitionScheme scheme);

@@ -278,7 +278,7 @@ void ZorvexDiskManagerAppDelegate::outlineViewSelectionDidChange()
     setValue(ejectableLabel, texts.ejectable);
     setValue(preferredBlockSizeLabel, texts.preferredBlockSize);
     refreshFilesystems();
-    m_status.showLabelLimit();
+    m_status.showFormatRemark();
     m_status.showReasonsOf(disk.get());
     m_status.updateActivity();
     Q_EMIT panelDidChange(disk);

@@ -73,9 +73,10 @@ std::optional<int> percentageOf(const ZorvexDiskManagerDisk &disk)
                                             : std::nullopt;
 }
 
-void giveReason(QWidget *control, const char *key)
+// Why the control is disabled, or what is to be known of an enabled one.
+void giveReason(QWidget *control, const char *key, const QString &remark = {})
 {
-    const QString reason = key && !control->isEnabled() ? localizedString(key) : QString();
+    const QString reason = control->isEnabled() ? remark : key ? localizedString(key) : QString();
     control->setToolTip(reason);
     control->setAccessibleDescription(reason);
 }
@@ -139,20 +140,23 @@ void PanelStatus::showReasonsOf(const ZorvexDiskManagerDisk *disk)
     for (QWidget *control : { static_cast<QWidget *>(m_controller.formatButton),
              static_cast<QWidget *>(m_controller.formatFilesystemsPopupButton) })
         giveReason(control, PanelRules::formatReasonKey(*disk));
-    giveReason(m_controller.checkButton, PanelRules::checkReasonKey(*disk, abilities));
-    giveReason(m_controller.repairButton, PanelRules::repairReasonKey(*disk, abilities));
+    giveReason(m_controller.checkButton, PanelRules::checkReasonKey(*disk, abilities),
+        m_controller.missingPackagesText(
+            PanelRules::namingBundle(*disk, m_controller.checkFilesystemBundlesList)));
+    giveReason(m_controller.repairButton, PanelRules::repairReasonKey(*disk, abilities),
+        m_controller.missingPackagesText(
+            PanelRules::namingBundle(*disk, m_controller.repairFilesystemBundlesList)));
 }
 
-void PanelStatus::showLabelLimit()
+void PanelStatus::showFormatRemark()
 {
     const auto filesystem
         = m_controller.formatFilesystemsPopupButton->currentData().value<FilesystemBundleRef>();
-    const QString limit = filesystem
-        ? m_controller.labelLimitText(*filesystem, m_controller.formatFilesystemsPopupButton->currentText())
-        : QString();
-    m_controller.labelLimitLabel->setText(limit);
-    m_controller.labelLimitLabel->setVisible(!limit.isEmpty());
-    m_controller.formatVolumeLabelField->setAccessibleDescription(limit);
+    const QString remark = m_controller.formatRemark(
+        filesystem.get(), m_controller.formatFilesystemsPopupButton->currentText());
+    m_controller.formatRemarkLabel->setText(remark);
+    m_controller.formatRemarkLabel->setVisible(!remark.isEmpty());
+    m_controller.formatVolumeLabelField->setAccessibleDescription(remark);
 }
 
 bool PanelStatus::showsActivityOf(const ZorvexDiskManagerDisk &disk)

@@ -44,7 +44,7 @@ struct PanelStatusOutlets
     PageHeader *maintenanceHeader = nullptr;
     StatusRow *formatStatusRow = nullptr;
     StatusRow *maintenanceStatusRow = nullptr;
-    QLabel *labelLimitLabel = nullptr;
+    QLabel *formatRemarkLabel = nullptr;
 };
 
 class PanelStatus
@@ -63,7 +63,7 @@ public:
     void showHeadersOf(const ZorvexDiskManagerDisk &disk, const QString &filesystem);
     // Why buttons are disabled; null for no disk.
     void showReasonsOf(const ZorvexDiskManagerDisk *disk);
-    void showLabelLimit();
+    void showFormatRemark();
 
     // Shows what runs on the selected disk, and goes on to show for how long.
     void updateActivity();

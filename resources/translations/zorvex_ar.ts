@@ -684,6 +684,11 @@ MIT License
         <extracomment>Tool tip of a disabled button: why it is.</extracomment>
         <translation>لا توجد أداة لنظام الملفات هذا.</translation>
     </message>
+    <message id="PACKAGES_MISSING_FMT">
+        <source>Needs a package that is not installed: %@.</source>
+        <extracomment>Format page, and tool tip of “Check” and “Repair”: the tools of the file system are missing. The packages that have them.</extracomment>
+        <translation>يحتاج إلى حزمة غير مثبتة: %@.</translation>
+    </message>
     <message id="REASON_NOT_WHOLE_TEXT">
         <source>Select the whole disk.</source>
         <extracomment>Why “Erase Disk…” is disabled: a volume is selected, not the disk that it is on.</extracomment>

@@ -684,6 +684,11 @@ Licence MIT
         <extracomment>Tool tip of a disabled button: why it is.</extracomment>
         <translation>Il n’y a pas d’outil pour ce système de fichiers.</translation>
     </message>
+    <message id="PACKAGES_MISSING_FMT">
+        <source>Needs a package that is not installed: %@.</source>
+        <extracomment>Format page, and tool tip of “Check” and “Repair”: the tools of the file system are missing. The packages that have them.</extracomment>
+        <translation>Nécessite un paquet qui n’est pas installé : %@.</translation>
+    </message>
     <message id="REASON_NOT_WHOLE_TEXT">
         <source>Select the whole disk.</source>
         <extracomment>Why “Erase Disk…” is disabled: a volume is selected, not the disk that it is on.</extracomment>

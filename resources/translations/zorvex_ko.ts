@@ -684,6 +684,11 @@ MIT 라이선스
         <extracomment>Tool tip of a disabled button: why it is.</extracomment>
         <translation>이 파일 시스템용 도구가 없습니다.</translation>
     </message>
+    <message id="PACKAGES_MISSING_FMT">
+        <source>Needs a package that is not installed: %@.</source>
+        <extracomment>Format page, and tool tip of “Check” and “Repair”: the tools of the file system are missing. The packages that have them.</extracomment>
+        <translation>설치되지 않은 패키지가 필요합니다: %@</translation>
+    </message>
     <message id="REASON_NOT_WHOLE_TEXT">
         <source>Select the whole disk.</source>
         <extracomment>Why “Erase Disk…” is disabled: a volume is selected, not the disk that it is on.</extracomment>

@@ -684,6 +684,11 @@ MIT 许可证
         <extracomment>Tool tip of a disabled button: why it is.</extracomment>
         <translation>没有适用于此文件系统的工具。</translation>
     </message>
+    <message id="PACKAGES_MISSING_FMT">
+        <source>Needs a package that is not installed: %@.</source>
+        <extracomment>Format page, and tool tip of “Check” and “Repair”: the tools of the file system are missing. The packages that have them.</extracomment>
+        <translation>需要一个尚未安装的软件包：%@</translation>
+    </message>
     <message id="REASON_NOT_WHOLE_TEXT">
         <source>Select the whole disk.</source>
         <extracomment>Why “Erase Disk…” is disabled: a volume is selected, not the disk that it is on.</extracomment>

@@ -684,6 +684,11 @@ MIT 授權條款
         <extracomment>Tool tip of a disabled button: why it is.</extracomment>
         <translation>沒有適用於此檔案系統的工具。</translation>
     </message>
+    <message id="PACKAGES_MISSING_FMT">
+        <source>Needs a package that is not installed: %@.</source>
+        <extracomment>Format page, and tool tip of “Check” and “Repair”: the tools of the file system are missing. The packages that have them.</extracomment>
+        <translation>需要一個尚未安裝的套件：%@</translation>
+    </message>
     <message id="REASON_NOT_WHOLE_TEXT">
         <source>Select the whole disk.</source>
         <extracomment>Why “Erase Disk…” is disabled: a volume is selected, not the disk that it is on.</extracomment>

@@ -168,6 +168,9 @@ TestController::TestController(const QString &localization)
     m_platform.createSession = [this] { return service.createSession(); };
     m_platform.mountTable = mountTable;
     m_platform.workspace = workspace;
+    m_platform.findTool = [this](const QString &name) {
+        return absentTools.contains(name) ? QString() : u"/usr/bin/"_s + name;
+    };
     m_platform.readDeviceUse = [this](const QString &node) { return deviceUses.value(node); };
     m_platform.readDeviceIdentity = [this](const QString &node) {
         const auto identity = deviceIdentities.constFind(node);

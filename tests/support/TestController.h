@@ -100,6 +100,7 @@ public:
     MemoryDiskService service;
     std::shared_ptr<TestMountTable> mountTable = std::make_shared<TestMountTable>();
     std::shared_ptr<TestWorkspace> workspace = std::make_shared<TestWorkspace>();
+    QStringList absentTools; // programs that the system does not have
     QHash<QString, DeviceUse> deviceUses; // by device node
     QHash<QString, DeviceIdentity> deviceIdentities; // by device node
 

@@ -73,6 +73,7 @@ class TestEraseDisk : public QObject
 private Q_SLOTS:
     void itemIsForWholeDisksThatCanBeErased();
     void sheetOffersWhatFits();
+    void remarkFollowsTheFilesystem();
     void nameStandsBelowTheHeading_data();
     void nameStandsBelowTheHeading();
     void wholeCourse();
@@ -138,6 +139,19 @@ void TestEraseDisk::sheetOffersWhatFits()
     test.stick->description->insert(DAKey::mediaRemovable, false);
     test.service.changeDisk(test.stick);
     QCOMPARE(EraseDiskRules::firstScheme(*test.record), PartitionScheme::Gpt);
+}
+
+void TestEraseDisk::remarkFollowsTheFilesystem()
+{
+    EraseTest test;
+    test.item()->trigger();
+    test.sheet()->filesystemPopupButton->setCurrentText(u"exfat"_s);
+    const QString limit = localizedString("INVALID_EXFAT_VOLUME_NAME_TEXT");
+    QCOMPARE(test.sheet()->remarkLabel->text(), limit);
+    QCOMPARE(test.sheet()->labelField->accessibleDescription(), limit);
+    test.sheet()->filesystemPopupButton->setCurrentText(u"ext4"_s);
+    QCOMPARE(test.sheet()->remarkLabel->text(), QString());
+    QCOMPARE(test.sheet()->labelField->accessibleDescription(), QString());
 }
 
 void TestEraseDisk::nameStandsBelowTheHeading_data()

@@ -66,6 +66,7 @@ private Q_SLOTS:
     void usageIsABarAndASentence();
     void sentenceOfAnUnmountedVolume();
     void labelLimitFollowsTheFilesystem();
+    void missingPackagesAreNamed();
 
 private:
     static MemoryDiskRef makeVolume(const QString &name);
@@ -730,9 +731,43 @@ void TestPanel::labelLimitFollowsTheFilesystem()
     QCOMPARE(panel.formatVolumeLabelField->placeholderText(), u"Untitled"_s);
     QComboBox *const popup = panel.formatFilesystemsPopupButton;
     popup->setCurrentIndex(popup->findText(u"exFAT"_s));
-    QCOMPARE(panel.labelLimitLabel->text(), localizedString("INVALID_EXFAT_VOLUME_NAME_TEXT"));
+    QCOMPARE(panel.formatRemarkLabel->text(), localizedString("INVALID_EXFAT_VOLUME_NAME_TEXT"));
     popup->setCurrentIndex(popup->findText(u"Other"_s));
-    QCOMPARE(panel.labelLimitLabel->text(), QString());
+    QCOMPARE(panel.formatRemarkLabel->text(), QString());
+}
+
+void TestPanel::missingPackagesAreNamed()
+{
+    TestController test;
+    writeBundle(test.localDirectory(), u"slow"_s, R"(
+        <key>CFBundleIdentifier</key><string>org.test.slow</string>
+        <key>FSLinuxTools</key><array><string>mkfs.slow</string><string>fsck.slow</string></array>
+        <key>FSLinuxPackages</key><array><string>slow-progs</string></array>
+        <key>FSPersonalities</key><dict><key>Slow</key><dict>
+            <key>FSName</key><string>Slow</string>
+            <key>FSFormatExecutable</key><string>format</string>
+            <key>FSVerificationExecutable</key><string>verify</string>
+            <key>FSRepairExecutable</key><string>repair</string>
+        </dict></dict>)");
+    test.launch();
+    const MemoryDiskRef volume = makeVolume(u"DATA"_s);
+    volume->description->insert(DAKey::volumeKind, u"slow"_s);
+    test.add(volume);
+    test.select(u"disk2s1"_s);
+    const auto &panel = test.controller();
+    panel.formatFilesystemsPopupButton->setCurrentText(u"Slow"_s);
+    QCOMPARE(panel.formatRemarkLabel->text(), QString());
+    QCOMPARE(panel.checkButton->toolTip(), QString());
+
+    test.absentTools = { u"fsck.slow"_s };
+    test.action(u"actionRefresh"_s)->trigger();
+    const QString sentence = u"Needs a package that is not installed: slow-progs."_s;
+    QCOMPARE(panel.formatRemarkLabel->text(), sentence);
+    for (const QPushButton *button : { panel.checkButton, panel.repairButton }) {
+        QVERIFY(button->isEnabled());
+        QCOMPARE(button->toolTip(), sentence);
+        QCOMPARE(button->accessibleDescription(), sentence);
+    }
 }
 
 QTEST_MAIN(TestPanel)

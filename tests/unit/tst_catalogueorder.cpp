@@ -150,12 +150,16 @@ void TestCatalogueOrder::mergeRefreshesOnlyWhatMayChange()
     scanned->baseDir = u"/new"_s;
     scanned->fsPersonalityIndex = 4;
     scanned->fsSubtype = number(10);
+    scanned->requiredTools = { u"mkfs.new"_s };
+    scanned->packages = { u"new-progs"_s };
     std::optional<FilesystemBundleList> list = FilesystemBundleList { known };
     mergeFilesystemList(list, { scanned });
     QCOMPARE(*list, FilesystemBundleList { known });
     QCOMPARE(known->bundleName, u"new"_s);
     QCOMPARE(known->baseDir, u"/new"_s);
     QCOMPARE(known->fsPersonalityIndex, 4);
+    QCOMPARE(known->requiredTools, QStringList { u"mkfs.new"_s });
+    QCOMPARE(known->packages, QStringList { u"new-progs"_s });
     QCOMPARE(known->identifier, u"old id"_s);
     QVERIFY(known->fsSubtype == number(1));
     QVERIFY(known->fsFormatMinimumSize == number(2));

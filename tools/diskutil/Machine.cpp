@@ -9,7 +9,6 @@
 #include "platform/TrustedFile.h"
 
 #include <QFile>
-#include <QStandardPaths>
 
 #include <algorithm>
 #include <sys/stat.h>
@@ -132,23 +131,10 @@ QString executablePath(const FilesystemBundle &bundle, const BundleTool &tool)
     return bundle.path + u"/Contents/Resources/"_s + tool.executable;
 }
 
-QStringList toolFolders()
-{
-    return { u"/usr/sbin"_s, u"/usr/bin"_s, u"/sbin"_s, u"/bin"_s };
-}
-
-QString findTool(const QString &name)
-{
-    return QStandardPaths::findExecutable(name, toolFolders());
-}
-
 PreflightRules::ToolSituation readToolSituation(const FilesystemBundle &bundle, const BundleTool &tool)
 {
     PreflightRules::ToolSituation situation;
-    for (const QString &name : bundle.requiredTools) {
-        if (findTool(name).isEmpty())
-            situation.missingTools.append(name);
-    }
+    situation.missingTools = missingTools(bundle.requiredTools, &findTool);
     if (geteuid() != 0)
         return situation;
     // The dictionary decides what is run, so it must be trusted as well. What is run may use any other file

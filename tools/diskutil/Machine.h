@@ -4,6 +4,7 @@
 #pragma once
 
 #include "filesystems/BundleScan.h"
+#include "filesystems/SystemTools.h"
 #include "platform/DesktopUserMount.h"
 #include "platform/DeviceUse.h"
 #include "platform/KernelPartitions.h"
@@ -37,12 +38,6 @@ PreflightRules::ToolSituation readToolSituation(const FilesystemBundle &bundle, 
 
 // The path of an executable of a bundle.
 QString executablePath(const FilesystemBundle &bundle, const BundleTool &tool);
-
-// The folders of the system's programs, which are also the PATH that a tool runs with.
-QStringList toolFolders();
-
-// The path of the program of this name in the system's folders; empty when there is none.
-QString findTool(const QString &name);
 
 // The medium that an argument names, by its BSD name or by a device node, links followed as far as the user
 // at whose wish this runs could follow them. Returns std::nullopt when there is none.
@@ -88,7 +83,7 @@ struct Machine
         readDiskSituation = &::readDiskSituation;
     std::function<PreflightRules::ToolSituation(const FilesystemBundle &bundle, const BundleTool &tool)>
         readToolSituation = &::readToolSituation;
-    std::function<QString(const QString &name)> findTool = &::findTool;
+    ToolFinder findTool = &::findTool;
     std::function<std::optional<DeviceIdentity>(const QString &deviceNode)> readDeviceIdentity
         = [](const QString &deviceNode) { return ::readDeviceIdentity(deviceNode); };
     std::function<HeldDevice(const QString &deviceNode)> holdDevice = &::holdDevice;

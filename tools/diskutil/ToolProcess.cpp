@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tools/diskutil/ToolProcess.h"
 
+#include "filesystems/SystemTools.h"
 #include "platform/SystemLog.h"
-#include "tools/diskutil/Machine.h"
 
 #include <QSocketNotifier>
 #include <QTimer>
