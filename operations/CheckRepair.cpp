@@ -153,7 +153,8 @@ void ZorvexDiskManagerAppDelegate::reportCheckRepairFailure(
     if (runningOperations.wasStopped(disk))
         return;
     const QStringList name { nameToShow(getDisplayNameForDisk(disk)) };
-    if (failure.exitStatus == diskutilDeviceGone)
+    // The disk had a row when the run began.
+    if (failure.exitStatus == diskutilDeviceGone || failure.exitStatus == diskutilNoSuchDisk)
         errorMessageWithTitle(formatLocalized(localizedString("DEVICE_GONE_TITLE_FMT"), name),
             localizedString(isRepair ? "DEVICE_GONE_DURING_REPAIR_TEXT" : "DEVICE_GONE_DURING_CHECK_TEXT"));
     else if (failure.exitStatus == diskutilDeviceUnreadable)

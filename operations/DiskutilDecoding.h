@@ -50,6 +50,7 @@ struct DiskutilFailure
 inline constexpr int diskutilFoundErrors = 1;
 
 // How diskutil ends where nothing can be said of the volume that it was to check or repair.
+inline constexpr int diskutilNoSuchDisk = 3;
 inline constexpr int diskutilDeviceGone = 23;
 inline constexpr int diskutilDeviceUnreadable = 24;
 

@@ -319,6 +319,10 @@ void TestCheckRepair::lostDiskGetsNoVerdict_data()
         << false << "23"_ba << gone
         << u"It was removed before the check had ended. Whether the file system has errors is not known. "
            "Connect the disk again and repeat the check."_s;
+    QTest::newRow("gone before the tool was there")
+        << false << "3"_ba << gone
+        << u"It was removed before the check had ended. Whether the file system has errors is not known. "
+           "Connect the disk again and repeat the check."_s;
     QTest::newRow("gone during a repair")
         << true << "23"_ba << gone
         << u"It was removed before the repair had ended. The file system may be damaged. Connect the disk "
