@@ -109,6 +109,7 @@ def pulled_during_check(stage):
     window.page("Maintenance")
     window.press("Check")
     window.wait("progress bar")
+    machine.until("pgrep e2fsck")
     machine.pull("stick")
     window.answer("is no longer there", "OK")
     window.wait_row_gone("SLOW")
