@@ -3,6 +3,7 @@
 
 #include "platform/Localization.h"
 #include "ui/AlertSheet.h"
+#include "ui/ElidingLabel.h"
 #include "ui/FormatMenuDelegate.h"
 #include "ui/QuietText.h"
 #include "ui/Units.h"
@@ -32,7 +33,7 @@ EraseDiskSheet::EraseDiskSheet(
     : filesystemPopupButton(new QComboBox(this))
     , labelField(new QLineEdit(this))
     , schemePopupButton(new QComboBox(this))
-    , remarkLabel(new QLabel(this))
+    , remarkLabel(new ElidingLabel(this))
 {
     setWindowTitle(localizedString("WINDOW_TITLE"));
     auto *heading = new QLabel(localizedString("ERASE_DISK_SHEET_TITLE"), this);
@@ -62,7 +63,6 @@ EraseDiskSheet::EraseDiskSheet(
     for (QAbstractButton *button : buttons->buttons())
         button->setMinimumSize(units(leastButton.width()), units(leastButton.height()));
     labelField->setPlaceholderText(localizedString("LABEL_PLACEHOLDER_TEXT"));
-    remarkLabel->setTextFormat(Qt::PlainText);
     remarkLabel->setWordWrap(true);
     QuietText::apply(remarkLabel);
     auto *layout = new QFormLayout(this);

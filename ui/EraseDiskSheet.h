@@ -12,8 +12,8 @@
 #include <functional>
 #include <optional>
 
+class ElidingLabel;
 class QComboBox;
-class QLabel;
 class QLineEdit;
 
 struct EraseDiskChoice
@@ -51,7 +51,7 @@ public:
     QComboBox *filesystemPopupButton = nullptr;
     QLineEdit *labelField = nullptr;
     QComboBox *schemePopupButton = nullptr;
-    QLabel *remarkLabel = nullptr;
+    ElidingLabel *remarkLabel = nullptr;
 
 private:
     void fillMenus(const FormatMenuRules::FormatMenu &menu, PartitionScheme scheme);

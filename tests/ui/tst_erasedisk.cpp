@@ -6,6 +6,7 @@
 #include "operations/erase_disk_rules.h"
 #include "platform/Localization.h"
 #include "ui/AlertSheet.h"
+#include "ui/ElidingLabel.h"
 #include "ui/EraseDiskSheet.h"
 #include "ui/OutlineView.h"
 
