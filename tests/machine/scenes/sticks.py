@@ -147,22 +147,24 @@ def pulled_during_format(stage):
 def pulled_while_idle_or_asked_about(stage):
     """A stick that comes back while the question stands there is not the one that was asked about."""
     machine, window = stage.machine, stage.window
-    _slow_stick(stage)
-    machine.pull("stick")
-    window.wait_row_gone("SLOW")
+    machine.add_medium("stick", source=media.stick(stage.folder, "ext4", "STICK"))
     machine.plug_stick("stick")
-    window.select("SLOW")
+    window.select("STICK")
+    machine.pull("stick")
+    window.wait_row_gone("STICK")
+    machine.plug_stick("stick")
+    window.select("STICK")
     window.page("Format")
     window.choose("ext4")
     window.press("Format…")
     window.wait("button", name="Erase and Format")
     machine.pull("stick")
-    window.wait_row_gone("SLOW")
+    window.wait_row_gone("STICK")
     machine.plug_stick("stick")
-    window.row("SLOW")
+    window.row("STICK")
     window.press("Erase and Format")
     window.answer("Nothing was erased", "OK")
-    machine.run("e2fsck -fn /dev/disk/by-label/SLOW")
+    machine.run("e2fsck -fn /dev/disk/by-label/STICK")
 
 
 def pulled_while_written_to(stage):
