@@ -41,7 +41,7 @@ public:
 
     EraseDiskChoice choice() const;
 
-    // What is to be known of a file system stands below the label, asked anew for each that is chosen.
+    // What to know about a file system stands below the label. remarkOn is asked again for each choice.
     void showRemarks(std::function<QString(const EraseDiskChoice &choice)> remarkOn);
 
     // Goes on, unless there is an objection to the label.
