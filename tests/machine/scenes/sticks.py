@@ -47,7 +47,7 @@ def _life(stage, kind, driver, menu_name, damage):
     machine.until("! findmnt --source LABEL=FRESH && ! test -e /media/ada/FRESH")
     machine.plug_stick("stick")
     window.row("FRESH")
-    if "label: Error" in window.listed():
+    if "label: 'Error'" in window.listed():
         raise MachineError(window.listed())
 
 
