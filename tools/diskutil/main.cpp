@@ -6,7 +6,7 @@
 #include "filesystems/VolumeClaims.h"
 #include "platform/DesktopUser.h"
 #include "platform/DiskArbitration.h"
-#include "platform/SystemScope.h"
+#include "platform/ProcessScope.h"
 #include "tools/diskutil/Console.h"
 #include "tools/diskutil/DiskJob.h"
 #include "tools/diskutil/EncryptionJob.h"
@@ -113,10 +113,11 @@ private:
     // none.
     void startJobWhereItCanEnd(Operation operation)
     {
-        if (operation == Operation::Verify || !endsWithUserSession())
-            startJob(operation);
+        const auto slice = operation == Operation::Verify ? std::nullopt : userSlice();
+        if (slice)
+            moveToScopeIn(*slice, QCoreApplication::instance(), [this, operation] { startJob(operation); });
         else
-            moveToSystemScope(QCoreApplication::instance(), [this, operation] { startJob(operation); });
+            startJob(operation);
     }
 
     void startJob(Operation operation)

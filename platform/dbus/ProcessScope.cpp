@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/SystemScope.h"
+#include "platform/ProcessScope.h"
 
 #include "platform/dbus/PendingReply.h"
 
@@ -9,6 +9,7 @@
 #include <QDBusObjectPath>
 #include <QDBusVariant>
 #include <QFile>
+#include <QRegularExpression>
 #include <QTimer>
 
 #include <chrono>
@@ -75,8 +76,9 @@ class ScopeMove : public QObject
     Q_OBJECT
 
 public:
-    ScopeMove(QObject *context, std::function<void()> done)
+    ScopeMove(const QString &slice, QObject *context, std::function<void()> done)
         : QObject(context)
+        , m_slice(slice)
         , m_done(std::move(done))
     {
     }
@@ -90,6 +92,7 @@ private:
     void answered(const QDBusMessage &reply);
     void end();
 
+    const QString m_slice;
     std::function<void()> m_done;
     QStringList m_removedJobs;
     QString m_job;
@@ -107,6 +110,7 @@ void ScopeMove::begin()
     const auto process = static_cast<uint>(getpid());
     const QList<UnitProperty> properties {
         { u"Description"_s, QDBusVariant(u"Zorvex Disk Manager writes to a disk"_s) },
+        { u"Slice"_s, QDBusVariant(m_slice) },
         { u"PIDs"_s, QDBusVariant(QVariant::fromValue(QList<uint> { process })) },
         { u"CollectMode"_s, QDBusVariant(u"inactive-or-failed"_s) },
     };
@@ -143,20 +147,23 @@ void ScopeMove::end()
 
 } // namespace
 
-bool endsWithUserSession(const QByteArray &controlGroups)
+std::optional<QString> userSlice(const QByteArray &controlGroups)
 {
-    return controlGroups.contains(":/user.slice/");
+    static const QRegularExpression slice(
+        u":/user\\.slice/(user-[0-9]+\\.slice)(/|$)"_s, QRegularExpression::MultilineOption);
+    const auto match = slice.match(QString::fromLatin1(controlGroups));
+    return match.hasMatch() ? std::optional(match.captured(1)) : std::nullopt;
 }
 
-bool endsWithUserSession()
+std::optional<QString> userSlice()
 {
     QFile file(u"/proc/self/cgroup"_s);
-    return file.open(QIODevice::ReadOnly) && endsWithUserSession(file.readAll());
+    return file.open(QIODevice::ReadOnly) ? userSlice(file.readAll()) : std::nullopt;
 }
 
-void moveToSystemScope(QObject *context, std::function<void()> done)
+void moveToScopeIn(const QString &slice, QObject *context, std::function<void()> done)
 {
-    (new ScopeMove(context, std::move(done)))->begin();
+    (new ScopeMove(slice, context, std::move(done)))->begin();
 }
 
-#include "SystemScope.moc"
+#include "ProcessScope.moc"

@@ -2,7 +2,7 @@
 //
 // A process leaves its user's session with the help of a service manager of the test's own. Run by
 // dbus-run-session, whose bus stands for the system's.
-#include "platform/SystemScope.h"
+#include "platform/ProcessScope.h"
 
 #include <QDBusArgument>
 #include <QDBusConnection>
@@ -21,6 +21,7 @@ namespace {
 
 const QString service = u"org.freedesktop.systemd1"_s;
 const QString path = u"/org/freedesktop/systemd1"_s;
+const QString slice = u"user-1000.slice"_s;
 const QDBusObjectPath job(u"/org/freedesktop/systemd1/job/7"_s);
 
 // Answers a request for a unit, and tells that its job has ended when the test says so.
@@ -48,11 +49,11 @@ public:
     QList<QDBusMessage> calls;
 };
 
-// The processes that the properties of a unit name.
-QList<uint> processesOf(const QVariant &properties)
+// The properties of a unit, by their names.
+QVariantMap propertiesOf(const QVariant &properties)
 {
     const auto argument = properties.value<QDBusArgument>();
-    QList<uint> processes;
+    QVariantMap values;
     argument.beginArray();
     while (!argument.atEnd()) {
         QString name;
@@ -60,24 +61,23 @@ QList<uint> processesOf(const QVariant &properties)
         argument.beginStructure();
         argument >> name >> value;
         argument.endStructure();
-        if (name == u"PIDs"_s)
-            processes = qdbus_cast<QList<uint>>(value.variant());
+        values.insert(name, value.variant());
     }
     argument.endArray();
-    return processes;
+    return values;
 }
 
 } // namespace
 
-class TestSystemScope : public QObject
+class TestProcessScope : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void init();
     void cleanup();
-    void sessionsAreToldFromServices_data();
-    void sessionsAreToldFromServices();
+    void sliceOfTheUserIsFound_data();
+    void sliceOfTheUserIsFound();
     void isDoneWhenTheJobHasEnded();
     void refusalIsNotWaitedFor();
     void withoutAServiceManagerItIsDoneAtOnce();
@@ -88,53 +88,60 @@ private:
     std::unique_ptr<ServiceManager> m_manager;
 };
 
-void TestSystemScope::init()
+void TestProcessScope::init()
 {
     m_manager = std::make_unique<ServiceManager>();
     QVERIFY(m_bus.registerVirtualObject(path, m_manager.get()));
     QVERIFY(m_bus.registerService(service));
 }
 
-void TestSystemScope::cleanup()
+void TestProcessScope::cleanup()
 {
     m_bus.unregisterService(service);
     m_bus.unregisterObject(path);
 }
 
-void TestSystemScope::sessionsAreToldFromServices_data()
+void TestProcessScope::sliceOfTheUserIsFound_data()
 {
     QTest::addColumn<QByteArray>("controlGroups");
-    QTest::addColumn<bool>("ends");
-    QTest::newRow("a session") << QByteArray("0::/user.slice/user-1000.slice/session-3.scope\n") << true;
+    QTest::addColumn<std::optional<QString>>("found");
+    const std::optional<QString> users(slice);
+    const std::optional<QString> none;
+    QTest::newRow("a session") << QByteArray("0::/user.slice/user-1000.slice/session-3.scope\n") << users;
     QTest::newRow("a user's service")
-        << QByteArray("0::/user.slice/user-1000.slice/user@1000.service/app.slice/a.scope\n") << true;
+        << QByteArray("0::/user.slice/user-1000.slice/user@1000.service/app.slice/a.scope\n") << users;
     QTest::newRow("with the older control groups") << QByteArray(
         "12:pids:/user.slice/user-1000.slice\n1:name=systemd:/user.slice/user-1000.slice/session-3.scope\n")
-                                                   << true;
-    QTest::newRow("a service") << QByteArray("0::/system.slice/cron.service\n") << false;
-    QTest::newRow("no service manager") << QByteArray("0::/\n") << false;
-    QTest::newRow("none") << QByteArray() << false;
+                                                   << users;
+    QTest::newRow("a service") << QByteArray("0::/system.slice/cron.service\n") << none;
+    QTest::newRow("a slice of the same name elsewhere")
+        << QByteArray("0::/machine.slice/user.slice/user-1000.slice\n") << none;
+    QTest::newRow("no service manager") << QByteArray("0::/\n") << none;
+    QTest::newRow("none") << QByteArray() << none;
 }
 
-void TestSystemScope::sessionsAreToldFromServices()
+void TestProcessScope::sliceOfTheUserIsFound()
 {
     QFETCH(QByteArray, controlGroups);
-    QFETCH(bool, ends);
-    QCOMPARE(endsWithUserSession(controlGroups), ends);
+    QFETCH(std::optional<QString>, found);
+    QCOMPARE(userSlice(controlGroups), found);
 }
 
-void TestSystemScope::isDoneWhenTheJobHasEnded()
+void TestProcessScope::isDoneWhenTheJobHasEnded()
 {
     QObject context;
     int done = 0;
-    moveToSystemScope(&context, [&done] { ++done; });
+    moveToScopeIn(slice, &context, [&done] { ++done; });
     QTRY_COMPARE(m_manager->calls.size(), 1);
     const QDBusMessage &call = m_manager->calls.constFirst();
     QCOMPARE(
         call.interface() + u'.' + call.member(), u"org.freedesktop.systemd1.Manager.StartTransientUnit"_s);
     QCOMPARE(call.signature(), u"ssa(sv)a(sa(sv))"_s);
     QVERIFY(call.arguments().value(0).toString().endsWith(u".scope"_s));
-    QCOMPARE(processesOf(call.arguments().value(2)), QList<uint> { static_cast<uint>(getpid()) });
+    const QVariantMap properties = propertiesOf(call.arguments().value(2));
+    QCOMPARE(
+        qdbus_cast<QList<uint>>(properties.value(u"PIDs"_s)), QList<uint> { static_cast<uint>(getpid()) });
+    QCOMPARE(properties.value(u"Slice"_s), slice);
 
     // The end of another job is not meant. Signals arrive in their order.
     ServiceManager::endJob(m_bus, QDBusObjectPath(u"/org/freedesktop/systemd1/job/6"_s));
@@ -147,31 +154,31 @@ void TestSystemScope::isDoneWhenTheJobHasEnded()
     QTRY_COMPARE_WITH_TIMEOUT(done, 1, 2000);
 }
 
-void TestSystemScope::refusalIsNotWaitedFor()
+void TestProcessScope::refusalIsNotWaitedFor()
 {
     m_manager->refuses = true;
     QObject context;
     int done = 0;
-    moveToSystemScope(&context, [&done] { ++done; });
+    moveToScopeIn(slice, &context, [&done] { ++done; });
     QCOMPARE(done, 0);
     QTRY_COMPARE_WITH_TIMEOUT(done, 1, 2000);
 }
 
-void TestSystemScope::withoutAServiceManagerItIsDoneAtOnce()
+void TestProcessScope::withoutAServiceManagerItIsDoneAtOnce()
 {
     QVERIFY(m_bus.unregisterService(service));
     QObject context;
     int done = 0;
-    moveToSystemScope(&context, [&done] { ++done; });
+    moveToScopeIn(slice, &context, [&done] { ++done; });
     QTRY_COMPARE_WITH_TIMEOUT(done, 1, 2000);
     QVERIFY(m_manager->calls.isEmpty());
 }
 
-void TestSystemScope::nothingIsCalledOnceTheContextHasGone()
+void TestProcessScope::nothingIsCalledOnceTheContextHasGone()
 {
     auto context = std::make_unique<QObject>();
     int done = 0;
-    moveToSystemScope(context.get(), [&done] { ++done; });
+    moveToScopeIn(slice, context.get(), [&done] { ++done; });
     context.reset();
     QTRY_COMPARE(m_manager->calls.size(), 1);
     ServiceManager::endJob(m_bus, job);
@@ -186,8 +193,8 @@ int main(int argc, char **argv)
 {
     setenv("DBUS_SYSTEM_BUS_ADDRESS", getenv("DBUS_SESSION_BUS_ADDRESS"), 1);
     QCoreApplication application(argc, argv);
-    TestSystemScope test;
+    TestProcessScope test;
     return QTest::qExec(&test, argc, argv);
 }
 
-#include "tst_systemscope.moc"
+#include "tst_processscope.moc"
