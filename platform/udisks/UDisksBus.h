@@ -16,6 +16,10 @@
 #include <chrono>
 #include <functional>
 
+// What the service tells of a device some hundredths of a second after something has happened to it is waited
+// for this long. It may have nothing to tell.
+constexpr std::chrono::seconds newsLimit { 5 };
+
 class UDisksBus : public QObject
 {
     Q_OBJECT

@@ -4,15 +4,9 @@
 #include <QRegularExpression>
 #include <QTimer>
 
-#include <chrono>
-
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-
-// A readable device is there within some hundredths of a second, and gone as soon. One without anything that
-// could be recognised on it is waited for in vain.
-constexpr std::chrono::seconds newsLimit { 5 };
 
 // The service has no error of its own for a wrong passphrase, only the words of the library that unlocks, or
 // those of the system error that stands for it.
@@ -33,11 +27,6 @@ bool isDescribed(const UDisksStore &store, const QString &path)
 
 } // namespace
 
-bool UDisksEncryption::isEncrypted(const QString &path) const
-{
-    return m_bus.store().hasInterface(path, UDisks::encrypted);
-}
-
 void UDisksEncryption::unlock(
     const QString &path, const Passphrase &passphrase, std::function<void(const Unlocked &)> done)
 {
@@ -56,8 +45,9 @@ void UDisksEncryption::unlock(
 
 void UDisksEncryption::lock(const QString &path, Completion completion)
 {
-    const QString encrypted
-        = isEncrypted(path) ? path : m_bus.store().objectPath(path, UDisks::block, "CryptoBackingDevice");
+    const QString encrypted = m_bus.store().isEncrypted(path)
+        ? path
+        : m_bus.store().objectPath(path, UDisks::block, "CryptoBackingDevice");
     const auto isLocked = [this, encrypted] { return m_bus.store().readableDeviceOf(encrypted).isEmpty(); };
     if (isLocked()) {
         QTimer::singleShot(0, &m_bus, [completion = std::move(completion)] { completion(nullptr); });

@@ -27,8 +27,6 @@ public:
     {
     }
 
-    bool isEncrypted(const QString &path) const;
-
     // Unlocks an encrypted device, and waits until its readable device is described.
     void unlock(
         const QString &path, const Passphrase &passphrase, std::function<void(const Unlocked &)> done);

@@ -55,7 +55,7 @@ public:
 
     DADisk::Encryption encryption() const
     {
-        if (m_store.hasInterface(m_path, UDisks::encrypted))
+        if (m_store.isEncrypted(m_path))
             return DADisk::Encryption::Encrypted;
         return isUnlocked() ? DADisk::Encryption::Unlocked : DADisk::Encryption::None;
     }

@@ -62,10 +62,24 @@ void UDisksRequests::mount(const QString &path, Completion completion)
         mountReadable(device, std::move(completion));
         return;
     }
-    if (!m_bus.store().hasInterface(path, UDisks::filesystem)) {
+    const auto canMount = [this, path] { return m_bus.store().hasInterface(path, UDisks::filesystem); };
+    if (canMount()) {
+        mountFilesystem(path, std::move(completion));
+    } else if (m_bus.store().text(path, UDisks::block, "IdUsage") == "filesystem"_L1) {
+        // The service tells of a new file system before it adds the interface that mounts it.
+        m_bus.await(canMount, newsLimit, [this, path, completion = std::move(completion)](bool isFulfilled) {
+            if (isFulfilled)
+                mountFilesystem(path, completion);
+            else
+                completion(makeDissenter(DAReturn::Unsupported));
+        });
+    } else {
         answerLater(std::move(completion), DAReturn::Unsupported);
-        return;
     }
+}
+
+void UDisksRequests::mountFilesystem(const QString &path, Completion completion)
+{
     const std::optional<DesktopUser> user = desktopUser();
     if (user && !user->isKnown()) {
         answerLater(std::move(completion), DAReturn::NotPermitted,
@@ -126,7 +140,7 @@ void UDisksRequests::mountReadable(const QString &path, Completion completion)
 
 bool UDisksRequests::isLocked(const QString &path) const
 {
-    return m_encryption.isEncrypted(path) && m_bus.store().readableDeviceOf(path).isEmpty();
+    return m_bus.store().isEncrypted(path) && m_bus.store().readableDeviceOf(path).isEmpty();
 }
 
 void UDisksRequests::unlockAndMount(const QString &path, const Passphrase &passphrase,
@@ -163,7 +177,7 @@ void UDisksRequests::unmount(const QString &path, Scope scope, Force force, Comp
     QStringList mounted { path };
     if (scope == Scope::Disk)
         mounted = m_bus.store().blockDevicesOn(m_bus.store().bottomDiskOf(path));
-    else if (m_encryption.isEncrypted(path))
+    else if (m_bus.store().isEncrypted(path))
         mounted = m_bus.store().blockDevicesOn(path);
     mounted.removeIf([this](const QString &device) { return !isMounted(device); });
     if (force == Force::Yes) {

@@ -91,6 +91,7 @@ private:
     void ejectDrive(const QString &drive, Completion completion);
     void awaitDetachment(const QString &path, Completion completion);
 
+    void mountFilesystem(const QString &path, Completion completion);
     void mountReadable(const QString &path, Completion completion);
     void ejectLocked(const QString &path, Completion completion);
 

@@ -168,6 +168,11 @@ QString UDisksStore::bottomDiskOf(const QString &path) const
     return whole;
 }
 
+bool UDisksStore::isEncrypted(const QString &path) const
+{
+    return hasInterface(path, UDisks::encrypted) && text(path, UDisks::block, "IdUsage") == "crypto"_L1;
+}
+
 QString UDisksStore::readableDeviceOf(const QString &path) const
 {
     const QStringList devices = children().values(path);

@@ -65,6 +65,10 @@ public:
     // below; the path itself for anything else.
     QString bottomDiskOf(const QString &path) const;
 
+    // Whether the device is encrypted. The service tells of a new file system on an encrypted device before
+    // it takes away the interface that unlocks it.
+    bool isEncrypted(const QString &path) const;
+
     // The device that is unlocked on an encrypted one; empty while that is locked.
     QString readableDeviceOf(const QString &path) const;
 

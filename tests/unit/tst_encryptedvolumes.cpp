@@ -166,6 +166,7 @@ private Q_SLOTS:
     void refusedUnlockIsHandedOn();
     void withoutAQuestionNothingIsUnlocked();
     void unlockedVolumeIsMountedWithoutAQuestion();
+    void newVolumeOnAnEncryptedDeviceIsMountedOnceItIsDescribed();
     void mediumThatIsAnotherByNowGetsNoPassphrase();
     void answerAfterTheSessionIsIgnored();
     void lockTakesEitherMedium_data();
@@ -299,6 +300,28 @@ void TestEncryptedVolumes::unlockedVolumeIsMountedWithoutAQuestion()
     QTRY_COMPARE(stick.completions, 2);
     QVERIFY(!stick.outcome);
     QCOMPARE(stick.fake.calls, calls({ "fake9 Mount" }));
+}
+
+// The service tells in stages what an erase has left.
+void TestEncryptedVolumes::newVolumeOnAnEncryptedDeviceIsMountedOnceItIsDescribed()
+{
+    EncryptedStick stick;
+    const DADiskRef disk = stick.disks.value(u"disk2s1"_s);
+    stick.fake.changeProperties(encryptedPath, UDisks::block,
+        { { u"IdUsage"_s, u"filesystem"_s }, { u"IdType"_s, u"ext4"_s }, { u"IdLabel"_s, u"NEW"_s } },
+        Tell::Yes);
+    QTRY_COMPARE(disk->encryption(), Encryption::None);
+    stick.mount();
+    bool isNextCallAnswered = false; // which comes after the answer to the first
+    stick.session->rename(stick.disks.value(u"disk2"_s), u"X"_s, 0,
+        [&isNextCallAnswered](const DADiskRef &, const DADissenterRef &) { isNextCallAnswered = true; });
+    QTRY_VERIFY(isNextCallAnswered);
+    QCOMPARE(stick.completions, 0);
+    const UDisksInterfaces filesystem { { UDisks::filesystem, readableDevice().value(UDisks::filesystem) } };
+    stick.fake.addInterfaces(encryptedPath, filesystem, Tell::Yes);
+    QTRY_COMPARE(stick.completions, 1);
+    QVERIFY(!stick.outcome && stick.retries.isEmpty());
+    QCOMPARE(stick.fake.calls, calls({ "fake2p1 Mount" }));
 }
 
 void TestEncryptedVolumes::mediumThatIsAnotherByNowGetsNoPassphrase()
