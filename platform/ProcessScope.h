@@ -9,6 +9,8 @@
 #include <functional>
 #include <optional>
 
+#include <sys/types.h>
+
 class QObject;
 
 // The user's slice in which the service manager keeps a process of these control groups: that ends with a
@@ -17,6 +19,13 @@ std::optional<QString> userSlice(const QByteArray &controlGroups);
 
 // That of this process.
 std::optional<QString> userSlice();
+
+// Whether a process of these control groups is the service manager of a user, which ends what a session has
+// left behind.
+bool isUsersServiceManager(const QByteArray &controlGroups);
+
+// Whether that process is one. Not when it has gone.
+bool isUsersServiceManager(pid_t process);
 
 // Asks the service manager (systemd) to move this process, and what it starts from then on, to a scope of its
 // own. It stays in the user's slice, by which polkit finds the user's session: what asks polkit from

@@ -145,6 +145,13 @@ void ScopeMove::end()
     }
 }
 
+// Empty when it has gone.
+QByteArray controlGroupsOf(const QString &process)
+{
+    QFile file(u"/proc/"_s + process + u"/cgroup"_s);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
 } // namespace
 
 std::optional<QString> userSlice(const QByteArray &controlGroups)
@@ -157,8 +164,19 @@ std::optional<QString> userSlice(const QByteArray &controlGroups)
 
 std::optional<QString> userSlice()
 {
-    QFile file(u"/proc/self/cgroup"_s);
-    return file.open(QIODevice::ReadOnly) ? userSlice(file.readAll()) : std::nullopt;
+    return userSlice(controlGroupsOf(u"self"_s));
+}
+
+bool isUsersServiceManager(const QByteArray &controlGroups)
+{
+    static const QRegularExpression manager(
+        u"/user@[0-9]+\\.service/init\\.scope$"_s, QRegularExpression::MultilineOption);
+    return manager.match(QString::fromLatin1(controlGroups)).hasMatch();
+}
+
+bool isUsersServiceManager(pid_t process)
+{
+    return isUsersServiceManager(controlGroupsOf(QString::number(process)));
 }
 
 void moveToScopeIn(const QString &slice, QObject *context, std::function<void()> done)

@@ -78,6 +78,8 @@ private Q_SLOTS:
     void cleanup();
     void sliceOfTheUserIsFound_data();
     void sliceOfTheUserIsFound();
+    void serviceManagersOfUsersAreFound_data();
+    void serviceManagersOfUsersAreFound();
     void isDoneWhenTheJobHasEnded();
     void refusalIsNotWaitedFor();
     void withoutAServiceManagerItIsDoneAtOnce();
@@ -125,6 +127,30 @@ void TestProcessScope::sliceOfTheUserIsFound()
     QFETCH(QByteArray, controlGroups);
     QFETCH(std::optional<QString>, found);
     QCOMPARE(userSlice(controlGroups), found);
+}
+
+void TestProcessScope::serviceManagersOfUsersAreFound_data()
+{
+    QTest::addColumn<QByteArray>("controlGroups");
+    QTest::addColumn<bool>("isManager");
+    QTest::newRow("a user's") << QByteArray("0::/user.slice/user-1000.slice/user@1000.service/init.scope\n")
+                              << true;
+    QTest::newRow("with the older control groups")
+        << QByteArray("12:pids:/user.slice/user-1000.slice/user@1000.service\n"
+                      "1:name=systemd:/user.slice/user-1000.slice/user@1000.service/init.scope\n")
+        << true;
+    QTest::newRow("the system's") << QByteArray("0::/init.scope\n") << false;
+    QTest::newRow("a user's program")
+        << QByteArray("0::/user.slice/user-1000.slice/user@1000.service/app.slice/init.scope\n") << false;
+    QTest::newRow("a session") << QByteArray("0::/user.slice/user-1000.slice/session-3.scope\n") << false;
+    QTest::newRow("none") << QByteArray() << false;
+}
+
+void TestProcessScope::serviceManagersOfUsersAreFound()
+{
+    QFETCH(QByteArray, controlGroups);
+    QFETCH(bool, isManager);
+    QCOMPARE(isUsersServiceManager(controlGroups), isManager);
 }
 
 void TestProcessScope::isDoneWhenTheJobHasEnded()

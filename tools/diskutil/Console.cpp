@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tools/diskutil/Console.h"
 
+#include "platform/ProcessScope.h"
 #include "platform/SystemLog.h"
 
 #include <QSocketNotifier>
@@ -19,15 +20,21 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-// A signal handler may do very little. It writes the number of the signal here, and the event loop reads it.
+struct ArrivedSignal
+{
+    int number = 0;
+    pid_t sender = 0; // none: the kernel
+};
+
+// A signal handler may do very little. It writes the signal here, and the event loop reads it.
 std::array<int, 2> signalPipe { -1, -1 };
 
-void noteSignal(int number)
+void noteSignal(int number, siginfo_t *info, void *)
 {
     const int savedError = errno;
-    const auto byte = static_cast<unsigned char>(number);
+    const ArrivedSignal arrived { number, info->si_code <= 0 ? info->si_pid : 0 };
     // The pipe is full only when it holds plenty of signals already.
-    [[maybe_unused]] const ssize_t written = write(signalPipe[1], &byte, 1);
+    [[maybe_unused]] const ssize_t written = write(signalPipe[1], &arrived, sizeof arrived);
     errno = savedError;
 }
 
@@ -67,7 +74,8 @@ Console::Console(QObject *parent)
         m_signalNotifier = new QSocketNotifier(signalPipe[0], QSocketNotifier::Read, this);
         connect(m_signalNotifier, &QSocketNotifier::activated, this, &Console::signalArrived);
         struct sigaction action = {};
-        action.sa_handler = noteSignal; // interrupts a write that blocks
+        action.sa_flags = SA_SIGINFO;
+        action.sa_sigaction = noteSignal; // interrupts a write that blocks
         for (const int number : { SIGINT, SIGTERM, SIGHUP })
             sigaction(number, &action, nullptr);
     }
@@ -146,12 +154,14 @@ void Console::complain(const QString &line)
 
 void Console::signalArrived()
 {
-    unsigned char number = 0;
-    if (read(signalPipe[0], &number, 1) != 1)
+    ArrivedSignal arrived;
+    if (read(signalPipe[0], &arrived, sizeof arrived) != sizeof arrived)
         return;
-    const QString name = QString::fromLatin1(strsignal(number));
-    if (number == SIGHUP)
+    const QString name = QString::fromLatin1(strsignal(arrived.number));
+    if (arrived.number == SIGHUP)
         loseReader(name);
+    else if (arrived.number == SIGTERM && isUsersServiceManager(arrived.sender))
+        endWithSession(name);
     else
         interrupt(name);
 }
@@ -194,4 +204,11 @@ void Console::loseReader(const QString &reason)
 {
     if (!std::exchange(m_hasLostReader, true))
         emitLater([this, reason] { Q_EMIT readerLeft(reason); });
+}
+
+void Console::endWithSession(const QString &reason)
+{
+    loseReader(reason);
+    if (!std::exchange(m_hasSessionEnded, true))
+        emitLater([this] { Q_EMIT sessionEnded(); });
 }

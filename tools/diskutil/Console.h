@@ -45,6 +45,10 @@ Q_SIGNALS:
     // Nobody reads the output any more, or the terminal has hung up (SIGHUP). Emitted at most once.
     void readerLeft(const QString &reason);
 
+    // The service manager of the user ends what their session has left behind. The reader has left then, too.
+    // Emitted at most once.
+    void sessionEnded();
+
 private:
     bool write(const FileDescriptor &own, int fd, QByteArrayView bytes);
     void awaitReader(int fd);
@@ -55,6 +59,7 @@ private:
     void emitLater(std::function<void()> signal);
     void interrupt(const QString &reason);
     void loseReader(const QString &reason);
+    void endWithSession(const QString &reason);
 
     FileDescriptor m_output; // the standard output and error, opened once more: they never block
     FileDescriptor m_errors;
@@ -63,6 +68,7 @@ private:
     QSocketNotifier *m_outputNotifier = nullptr;
     bool m_isInterrupted = false;
     bool m_hasLostReader = false;
+    bool m_hasSessionEnded = false;
     bool m_isOutputClosed = false;
     bool m_endsWithLine = true; // what has been written so far
 };

@@ -9,6 +9,7 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <cstdlib>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -39,6 +40,7 @@ PrivilegedRun::PrivilegedRun(Console &console)
     });
     connect(&m_console, &Console::interrupted, this, &PrivilegedRun::stop);
     connect(&m_console, &Console::readerLeft, this, &PrivilegedRun::loseReader);
+    connect(&m_console, &Console::sessionEnded, this, &PrivilegedRun::leave);
 }
 
 PrivilegedRun::~PrivilegedRun()
@@ -105,6 +107,13 @@ void PrivilegedRun::loseReader()
         m_notifier->setEnabled(false);
     m_output = {};
     m_process.terminate();
+}
+
+// The service manager waits for this process, and what runs as root may need long to write what it has begun.
+// The process object would wait for that, too.
+void PrivilegedRun::leave()
+{
+    std::_Exit(static_cast<int>(ExitCode::Interrupted));
 }
 
 void PrivilegedRun::programEnded(int code, QProcess::ExitStatus status)

@@ -41,6 +41,7 @@ private:
     void passOutput();
     void stop();
     void loseReader();
+    [[noreturn]] static void leave();
     void programEnded(int code, QProcess::ExitStatus status);
     void fail(ExitCode code, const QString &message);
 

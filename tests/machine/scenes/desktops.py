@@ -9,12 +9,14 @@ from window import AGENT, LIMIT, PROGRAM
 BEGINS_AT = "desktop"
 ROOTS_WINDOW = ["password", "second_user"]
 THE_PROGRAM = f"[{PROGRAM[0]}]{PROGRAM[1:]}"  # as a pattern, which does not match the command that looks for it
+FAST = 1 << 30  # bytes a second, of a stick that becomes slow later
+DAMAGE = "dd if=/dev/zero of=/dev/disk/by-label/{label} bs=1024 seek=260 count=64 conv=notrunc status=none; udevadm settle"
 NOTHING_IS_LEFT = f"! pgrep --full {THE_PROGRAM} && ! pgrep diskutil"
 
 
-def _stick(stage):
+def _stick(stage, slow=None):
     machine, window = stage.machine, stage.window
-    machine.add_medium("stick", source=media.stick(stage.folder, "ext4", "STICK"))
+    machine.add_medium("stick", source=media.stick(stage.folder, "ext4", "STICK"), slow=slow)
     machine.plug_stick("stick")
     window.select("STICK")
     window.press("Mount")
@@ -82,7 +84,7 @@ def member(stage):
     window.start()
     window.wait("tree")
     machine.run(f"pgrep --uid ada --full {THE_PROGRAM} && ! pgrep --uid root --full {THE_PROGRAM}")
-    _stick(stage)
+    _stick(stage, FAST)
     window.press("Unmount")
     window.wait("button", name="Mount")
     window.format("STICK", "ext4", "MINE")
@@ -93,7 +95,13 @@ def member(stage):
     window.wait("label", name="MINE: no errors found")
     machine.until("grep -q mine /media/ada/MINE/file", user="ada")
     _second_start_raises_the_window(stage)
-    _quit(stage)
+
+    # A repair runs on to its end without its user's session.
+    window.page("Info")
+    window.press("Unmount")
+    window.wait("button", name="Mount")
+    _begin_slowly(stage, "MINE", "Repair", DAMAGE)
+    _repair_outlives_the_session(stage, "MINE")
 
 
 def _on_wayland(stage, desktop):
@@ -148,34 +156,43 @@ def second_user(stage):
     window.row("STICK")
 
 
-def _slow_check_or_repair(stage, button, damage=None):
+def _begin_slowly(stage, label, button, damage=None):
+    """Begins a check or a repair of the stick's volume, and keeps it from its end."""
     machine, window = stage.machine, stage.window
-    window.open()
-    machine.add_medium("stick", source=media.stick(stage.folder, "ext4", "SLOW"), slow=1 << 30)
-    machine.plug_stick("stick")
-    window.select("SLOW")
+    window.select(label)
     if damage:
-        machine.run(f"{damage}; udevadm settle")
+        machine.run(damage.format(label=label))
     machine.set_speed("stick", 50000)
     window.page("Maintenance")
     window.press(button)
     machine.until("pgrep e2fsck")
 
 
+def _repair_outlives_the_session(stage, label):
+    machine = stage.machine
+    stage.log_out()
+    machine.run("pgrep e2fsck")
+    machine.set_speed("stick", 0)
+    machine.until(f"! pgrep e2fsck && {NOTHING_IS_LEFT}")
+    machine.run(f"e2fsck -fn /dev/disk/by-label/{label}")
+
+
+def _slow_stick(stage):
+    stage.window.open()
+    stage.machine.add_medium("stick", source=media.stick(stage.folder, "ext4", "SLOW"), slow=FAST)
+    stage.machine.plug_stick("stick")
+
+
 def log_out_during_check(stage):
     """The check ends with its user's session."""
-    machine = stage.machine
-    _slow_check_or_repair(stage, "Check")
+    _slow_stick(stage)
+    _begin_slowly(stage, "SLOW", "Check")
     stage.log_out()
-    machine.until(f"! pgrep e2fsck && {NOTHING_IS_LEFT}")
+    stage.machine.until(f"! pgrep e2fsck && {NOTHING_IS_LEFT}")
 
 
 def log_out_during_repair(stage):
     """A repair runs on to its end, whatever happens to its user's session."""
-    machine = stage.machine
-    _slow_check_or_repair(stage, "Repair",
-                          "dd if=/dev/zero of=/dev/disk/by-label/SLOW bs=1024 seek=260 count=64 conv=notrunc status=none")
-    stage.log_out()
-    machine.set_speed("stick", 0)
-    machine.until(f"! pgrep e2fsck && {NOTHING_IS_LEFT}")
-    machine.run("e2fsck -fn /dev/disk/by-label/SLOW")
+    _slow_stick(stage)
+    _begin_slowly(stage, "SLOW", "Repair", DAMAGE)
+    _repair_outlives_the_session(stage, "SLOW")
