@@ -109,10 +109,11 @@ class Window:
         self._look("type", role=role, name=name, states=["showing", "enabled"], typed=text)
 
     def choose(self, entry):
-        """Chooses in the pop-up menu that is to be seen. Its name is what was chosen in it before."""
+        """Chooses in the pop-up menu that is to be seen. Its name is what is chosen in it."""
         self._click(self.wait("combo box", states=["showing", "enabled"]))
         self._click(self.wait("list item", name=entry))
         self.wait_gone("list item", name=entry)
+        self.wait("combo box", name=entry)
 
     def choose_in_menu(self, menu, item):
         self._look("press", role="menu item", name=menu)

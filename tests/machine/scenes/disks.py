@@ -11,7 +11,7 @@ MIB = 1 << 20
 FILESYSTEMS = [("ext4", "Four", "ext4"), ("ext3", "Three", "ext3"), ("ext2", "Two", "ext2"), ("XFS", "Ex", "xfs"),
                ("Btrfs", "Butter", "btrfs"), ("F2FS", "Flash", "f2fs"), ("Universal Disk Format (UDF)", "Disc", "udf"),
                ("exFAT", "Extended", "exfat"), ("MS-DOS (FAT16)", "SIXTEEN", "vfat"), ("MS-DOS (FAT32)", "FATTY", "vfat"),
-               ("NTFS", "Windows", "ntfs3")]
+               ("NTFS", "Windows", None)]
 
 
 def blank_nvme(stage):
@@ -24,7 +24,7 @@ def blank_nvme(stage):
     for filesystem, label, driver in FILESYSTEMS:
         window.format(name, filesystem, label)
         name = label
-        machine.until(f"findmnt --noheadings --output FSTYPE --source LABEL={label} | grep -x {driver}")
+        machine.until(f"findmnt --noheadings --output FSTYPE --source LABEL={label} | grep -x {driver or stage.ntfs_driver}")
         machine.run(f"echo mine > /media/ada/{label}/file", user="ada")
         assert machine.run(f"lsblk --noheadings --output LABEL /dev/nvme0n1").strip() == label
     window.page("Info")

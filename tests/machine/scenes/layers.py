@@ -60,10 +60,10 @@ def logical_partitions(stage):
     machine, window = stage.machine, stage.window
     machine.run("""sfdisk -q --wipe always /dev/sda <<'TABLE'
 label: dos
-size=200M, type=83
+size=400M, type=83
 type=5
-size=200M, type=83
-size=200M, type=83
+size=400M, type=83
+size=400M, type=83
 TABLE
 udevadm settle""")
     machine.run("for n in 1 5 6; do mke2fs -q -t ext4 -L PART$n /dev/sda$n; done")
@@ -73,3 +73,4 @@ udevadm settle""")
     if "sda2" in listed:
         raise MachineError(f"the extended partition is listed:\n{listed}")
     window.format("PART5", "XFS", "Inside")
+    machine.until("findmnt --noheadings --output FSTYPE --source LABEL=Inside | grep -x xfs")

@@ -74,7 +74,7 @@ with open("{node}", "r+b") as volume:
     sector, sectors = struct.unpack_from("<HB", boot, 11)
     volume.seek(struct.unpack_from("<Q", boot, 56)[0] * sector * sectors)
     volume.write(bytes(1024))'"""
-    _life(stage, "ntfs", "ntfs3", "NTFS", damage)
+    _life(stage, "ntfs", stage.ntfs_driver, "NTFS", damage)
 
 
 def write_protected(stage):
