@@ -89,7 +89,7 @@ def member(stage):
     window.wait("button", name="Mount")
     window.format("STICK", "ext4", "MINE")
     machine.until("findmnt --noheadings --output TARGET --source LABEL=MINE | grep -x /media/ada/MINE")
-    machine.run("echo mine > /media/ada/MINE/file", user="ada")
+    machine.until("echo mine > /media/ada/MINE/file", user="ada")
     window.page("Maintenance")
     window.press("Check")
     window.wait("label", name="MINE: no errors found")

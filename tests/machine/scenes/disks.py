@@ -25,7 +25,8 @@ def blank_nvme(stage):
         window.format(name, filesystem, label)
         name = label
         machine.until(f"findmnt --noheadings --output FSTYPE --source LABEL={label} | grep -x {driver or stage.ntfs_driver}")
-        machine.run(f"echo mine > /media/ada/{label}/file", user="ada")
+        # A moment after the mount, it becomes its user's.
+        machine.until(f"echo mine > /media/ada/{label}/file", user="ada")
         assert machine.run(f"lsblk --noheadings --output LABEL /dev/nvme0n1").strip() == label
     window.page("Info")
     window.wait_gone("button", name="Eject")
