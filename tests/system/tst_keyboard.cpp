@@ -76,11 +76,13 @@ private Q_SLOTS:
     void initTestCase();
     void nothingSelected();
     void everyValueOfAVolume();
+    void diskIsAListOfItsVolumes();
     void everyOutletOfAVolume();
     void menuOfARow();
     void volumeIsUnmountedMountedAndCheckedByKeyboard();
     void volumeInUseIsNotForcedByReturnOrEscape();
     void volumeIsNotErasedByReturnOrEscape();
+    void diskIsNotErasedByReturnOrEscape();
     void cleanupTestCase();
 
 private:
@@ -91,6 +93,8 @@ private:
     std::optional<Element> valueOf(const QString &caption) const;
     QString unnamed() const;
     void selectVolume();
+    void selectDisk();
+    void goTo(const QString &role, const QString &name);
     void pressOnSheet(const QString &key, const QString &button);
     QString described() const; // what is on the screen, as it is told
 
@@ -214,12 +218,19 @@ void TestKeyboard::nothingSelected()
     QVERIFY(m_tree->descriptionOf(*divider).contains(u"press Tab"_s));
 }
 
-// The tree has the keyboard from the start, and Tab comes back to it; a row is found by its name.
-void TestKeyboard::selectVolume()
+// Presses Tab until the control has the keyboard.
+void TestKeyboard::goTo(const QString &role, const QString &name)
 {
     constexpr int mostStops = 20;
-    for (int i = 0; i < mostStops && !isFocused(u"tree"_s, u"Disks and volumes"_s); ++i)
+    for (int i = 0; i < mostStops && !isFocused(role, name); ++i)
         QVERIFY(press(u"Tab"_s));
+    QVERIFY2(isFocused(role, name), qPrintable(described()));
+}
+
+// A row is found by its name.
+void TestKeyboard::selectVolume()
+{
+    goTo(u"tree"_s, u"Disks and volumes"_s);
     QVERIFY(press(u"Home"_s));
     QCOMPARE(runProgram(u"xdotool"_s, { u"type"_s, volumeName }), 0);
     QTRY_VERIFY2_WITH_TIMEOUT(m_tree->find([](const Element &element) {
@@ -227,6 +238,15 @@ void TestKeyboard::selectVolume()
             && element.has(State::Selected);
     }),
         qPrintable(described()), limit);
+}
+
+// The row above that of its only volume.
+void TestKeyboard::selectDisk()
+{
+    selectVolume();
+    QVERIFY(press(u"Up"_s));
+    QTRY_VERIFY2_WITH_TIMEOUT(
+        is(u"list"_s, u"Volumes on this disk"_s, State::Showing), qPrintable(described()), limit);
 }
 
 void TestKeyboard::everyValueOfAVolume()
@@ -254,6 +274,21 @@ void TestKeyboard::everyValueOfAVolume()
         places.insert(value->reference.path.path());
     }
     QCOMPARE(places.size(), values.size()); // each caption has a value of its own
+}
+
+void TestKeyboard::diskIsAListOfItsVolumes()
+{
+    selectDisk();
+    QCOMPARE(unnamed(), QString());
+    const auto volume = m_tree->find([](const Element &element) {
+        return element.role == "list item"_L1 && element.name.startsWith(volumeName)
+            && element.has(State::Showing);
+    });
+    QVERIFY2(volume && volume->has(State::Focusable), qPrintable(described()));
+    goTo(u"list item"_s, volume->name);
+    QVERIFY(press(u"Return"_s));
+    QTRY_VERIFY2_WITH_TIMEOUT(
+        is(u"tree item"_s, mountedRow, State::Selected), qPrintable(described()), limit);
 }
 
 void TestKeyboard::everyOutletOfAVolume()
@@ -353,6 +388,11 @@ void TestKeyboard::volumeIsUnmountedMountedAndCheckedByKeyboard()
     QVERIFY2(output().contains(QRegularExpression(u"The volume on disk[0-9]+s1 appears to be OK"_s)),
         qPrintable(output()));
     QTRY_VERIFY_WITH_TIMEOUT(is(u"push button"_s, u"Check"_s, State::Enabled), limit);
+    QTRY_VERIFY2_WITH_TIMEOUT(m_tree->find([](const Element &element) {
+        return element.role == "label"_L1 && element.name.startsWith(volumeName + u": no errors found"_s)
+            && element.has(State::Showing);
+    }),
+        qPrintable(described()), limit);
 }
 
 // Presses the key while the sheet with this button is open, and waits until it has gone.
@@ -392,6 +432,30 @@ void TestKeyboard::volumeIsNotErasedByReturnOrEscape()
         pressOnSheet(key, u"Erase and Format"_s);
         QVERIFY(is(u"push button"_s, u"Format…"_s, State::Enabled));
         QCOMPARE(probed(m_disk->node(1), u"UUID"_s), uuid);
+    }
+}
+
+void TestKeyboard::diskIsNotErasedByReturnOrEscape()
+{
+    const QString table = probed(m_disk->node(), u"PTUUID"_s);
+    QVERIFY(!table.isEmpty());
+    for (const QString &key : { u"Escape"_s, u"Return"_s }) {
+        selectDisk();
+        QVERIFY(press(u"alt+d"_s));
+        QTRY_VERIFY_WITH_TIMEOUT(isMenuOpen(), limit);
+        QVERIFY(press(u"d"_s));
+        QTRY_VERIFY2_WITH_TIMEOUT(isSheetOpen(u"Erase…"_s), qPrintable(described()), limit);
+        const QString faults = faultsOf({
+            { "combo box", u"File system:"_s },
+            { "text", u"Volume label:"_s },
+            { "combo box", u"Partition scheme:"_s },
+            { "push button", u"Cancel"_s },
+        });
+        QVERIFY2(faults.isEmpty(), qPrintable(faults));
+        QCOMPARE(unnamed(), QString());
+        QVERIFY(press(u"Return"_s));
+        pressOnSheet(key, u"Erase and Format"_s);
+        QCOMPARE(probed(m_disk->node(), u"PTUUID"_s), table);
     }
 }
 
