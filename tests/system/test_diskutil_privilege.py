@@ -6,12 +6,14 @@ Runs inside tests/support/with-private-services: polkit is the real one, with th
 
 import os
 import signal
+import subprocess
 import sys
 import tempfile
 import unittest
 
 sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "support"))
 from diskutil_case import DISKUTIL, INTERRUPTED, NOT_PERMITTED, SERVICE_UNAVAILABLE, TOOL_FAILED, TOOL_MISSING  # noqa: E402
+from loop_disk import run  # noqa: E402
 from private_user import PrivateUser  # noqa: E402
 
 PKEXEC_REFUSES = 127
@@ -132,6 +134,64 @@ except BrokenPipeError:
             process.stdout.close()
             self.assertEqual(process.wait(timeout=30), INTERRUPTED)
             self.assertIn("stopped\n", process.stderr.read())
+
+    # Runs on whatever happens, until something is written to the FIFO, and leaves what its input held then.
+    PATIENT = """
+import os, signal
+for number in (signal.SIGTERM, signal.SIGHUP, signal.SIGPIPE):
+    signal.signal(number, signal.SIG_IGN)
+os.write(1, b"working\\n")
+with open({fifo!r}) as fifo:
+    fifo.read()
+with open({left!r}, "wb") as left:
+    left.write(os.read(0, 1) or b"no byte")
+"""
+
+    def test_the_end_of_a_session_does_not_stop_the_run_as_root(self):
+        manager = self.service_manager()
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        os.chmod(folder.name, 0o777)
+        fifo, left = os.path.join(folder.name, "fifo"), os.path.join(folder.name, "left")
+        os.mkfifo(fifo)
+        os.chmod(fifo, 0o666)
+        os.mkfifo(left)
+        os.chmod(left, 0o666)
+        with self.user.start(DISKUTIL, "repairVolume", "disk1s1", text=True,
+                             path=self.stand_in(self.PATIENT.format(fifo=fifo, left=left))) as process:
+            self.assertEqual(process.stdout.readline(), "working\n")
+            manager.stdin.write(f"kill -TERM {process.pid}\n")
+            manager.stdin.flush()
+            self.assertEqual(process.wait(timeout=30), INTERRUPTED)
+            with open(fifo, "w", encoding="utf-8") as waiting:
+                waiting.write("go on")
+            with open(left, encoding="utf-8") as answer:
+                self.assertEqual(answer.read(), "no byte")
+
+    def service_manager(self):
+        """A shell in the control group that the service manager of a user has."""
+        groups = run("findmnt", "--noheadings", "--output", "TARGET", "--types", "cgroup2").split()
+        if not groups:
+            self.skipTest("no control groups")
+        scope = os.path.join(groups[0], f"zorvex-test-{os.getpid()}", "user@61011.service", "init.scope")
+        os.makedirs(scope)
+        self.addCleanup(self.remove_groups, scope)
+        shell = subprocess.Popen(["sh"], stdin=subprocess.PIPE, text=True)
+        self.addCleanup(self.end, shell)
+        with open(os.path.join(scope, "cgroup.procs"), "w", encoding="utf-8") as members:
+            members.write(str(shell.pid))
+        return shell
+
+    @staticmethod
+    def end(shell):
+        shell.stdin.close()
+        shell.wait()
+
+    @staticmethod
+    def remove_groups(scope):
+        for _ in range(3):
+            os.rmdir(scope)
+            scope = os.path.dirname(scope)
 
     def test_only_the_signal_of_a_stop_is_one(self):
         for number, code in (signal.SIGTERM, INTERRUPTED), (signal.SIGSEGV, TOOL_FAILED), (signal.SIGKILL, TOOL_FAILED):
