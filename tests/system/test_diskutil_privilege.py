@@ -135,7 +135,7 @@ except BrokenPipeError:
             self.assertEqual(process.wait(timeout=30), INTERRUPTED)
             self.assertIn("stopped\n", process.stderr.read())
 
-    # Runs on whatever happens, until something is written to the FIFO, and leaves what its input held then.
+    # Runs on whatever happens, until the FIFO is closed, and leaves what its input held then.
     PATIENT = """
 import os, signal
 for number in (signal.SIGTERM, signal.SIGHUP, signal.SIGPIPE):
@@ -152,21 +152,22 @@ with open({left!r}, "wb") as left:
         folder = tempfile.TemporaryDirectory()
         self.addCleanup(folder.cleanup)
         os.chmod(folder.name, 0o777)
-        fifo, left = os.path.join(folder.name, "fifo"), os.path.join(folder.name, "left")
-        os.mkfifo(fifo)
-        os.chmod(fifo, 0o666)
-        os.mkfifo(left)
-        os.chmod(left, 0o666)
-        with self.user.start(DISKUTIL, "repairVolume", "disk1s1", text=True,
-                             path=self.stand_in(self.PATIENT.format(fifo=fifo, left=left))) as process:
-            self.assertEqual(process.stdout.readline(), "working\n")
-            manager.stdin.write(f"kill -TERM {process.pid}\n")
-            manager.stdin.flush()
-            self.assertEqual(process.wait(timeout=30), INTERRUPTED)
-            with open(fifo, "w", encoding="utf-8") as waiting:
-                waiting.write("go on")
-            with open(left, encoding="utf-8") as answer:
-                self.assertEqual(answer.read(), "no byte")
+        paths = [os.path.join(folder.name, name) for name in ("fifo", "left")]
+        for path in paths:
+            os.mkfifo(path)
+            os.chmod(path, 0o666)
+        fifo, left = (os.open(path, os.O_RDWR) for path in paths)
+        self.addCleanup(os.close, left)
+        patient = self.PATIENT.format(fifo=paths[0], left=paths[1])
+        with self.user.start(DISKUTIL, "repairVolume", "disk1s1", text=True, path=self.stand_in(patient)) as process:
+            try:
+                self.assertEqual(process.stdout.readline(), "working\n")
+                manager.stdin.write(f"kill -TERM {process.pid}\n")
+                manager.stdin.flush()
+                self.assertEqual(process.wait(timeout=30), INTERRUPTED)
+            finally:
+                os.close(fifo)
+        self.assertEqual(os.read(left, 16), b"no byte")
 
     def service_manager(self):
         """A shell in the control group that the service manager of a user has."""
